@@ -1,0 +1,43 @@
+# Interface targets that every target of the project builds on.
+#   kovalune_warnings    the warnings, all of them errors
+#   kovalune_arithmetic  what keeps a result the same to the last bit on every machine: no contraction of
+#                        a * b + c, no fast-math, SSE2 instead of the x87 on 32-bit x86
+#   kovalune_sanitizers  the checks that KOVALUNE_SANITIZE names ("address", "thread" or empty)
+include(CheckCXXCompilerFlag)
+
+add_library(kovalune_warnings INTERFACE)
+target_compile_options(kovalune_warnings INTERFACE
+  -Werror -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wdouble-promotion -Wshadow
+  -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wold-style-cast -Wnull-dereference -Wundef
+  -Wimplicit-fallthrough -Wunused)
+
+add_library(kovalune_arithmetic INTERFACE)
+target_compile_options(kovalune_arithmetic INTERFACE -ffp-contract=off -fno-fast-math)
+if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$" OR (CMAKE_SIZEOF_VOID_P EQUAL 4 AND
+   CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$"))
+  target_compile_options(kovalune_arithmetic INTERFACE -msse2 -mfpmath=sse -mstackrealign)
+endif()
+# GCC would otherwise mark some template statics as unique in the process, which keeps a plug-in from unloading.
+check_cxx_compiler_flag(-fno-gnu-unique KOVALUNE_HAS_NO_GNU_UNIQUE)
+if(KOVALUNE_HAS_NO_GNU_UNIQUE)
+  target_compile_options(kovalune_arithmetic INTERFACE -fno-gnu-unique)
+endif()
+
+set(KOVALUNE_SANITIZE "" CACHE STRING "address (with undefined behaviour), thread, or empty")
+add_library(kovalune_sanitizers INTERFACE)
+if(KOVALUNE_SANITIZE STREQUAL "address")
+  set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+elseif(KOVALUNE_SANITIZE STREQUAL "thread")
+  set(flags -fsanitize=thread -fno-omit-frame-pointer)
+elseif(NOT KOVALUNE_SANITIZE STREQUAL "")
+  message(FATAL_ERROR "KOVALUNE_SANITIZE is '${KOVALUNE_SANITIZE}'; it takes address, thread or nothing")
+endif()
+if(flags)
+  target_compile_options(kovalune_sanitizers INTERFACE ${flags})
+  target_link_options(kovalune_sanitizers INTERFACE ${flags})
+endif()
+
+add_library(kovalune_common INTERFACE)
+target_compile_features(kovalune_common INTERFACE cxx_std_20)
+target_include_directories(kovalune_common INTERFACE ${PROJECT_SOURCE_DIR})
+target_link_libraries(kovalune_common INTERFACE kovalune_warnings kovalune_arithmetic kovalune_sanitizers)
