@@ -1,0 +1,91 @@
+// The few calls that the effect makes to the operating system.
+// The same names on every system; one folder beside this header implements them for each. Nothing here
+// depends on the C locale, and no exception except std::bad_alloc leaves.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#ifndef _WIN32
+#include <mutex>
+#endif
+
+namespace kovalune::platform {
+
+#ifdef _WIN32
+inline constexpr char kPathSeparator = '\\';
+#else
+inline constexpr char kPathSeparator = '/';
+#endif
+
+// The process's command line as one text, its arguments joined by one blank; empty if the system does not
+// tell.
+std::string commandLine();
+
+// Whether a Shift key is held down now. Always false where there is no keyboard to ask, as on POSIX systems.
+bool shiftKeyDown();
+
+// The number of the active multibyte code page: 932 for Japanese, 65001 for UTF-8. On POSIX systems the
+// language of the locale decides between these two, whatever its encoding, because that is what the number is
+// used for.
+unsigned activeCodePage();
+
+// Puts the user's folder for settings into the buffer, ended by a NUL and without a separator at its end
+// (only the root folder itself keeps its own). False, with an empty text in the buffer, if there is no such
+// folder or if it does not fit in `size` bytes. The folder need not exist.
+bool applicationDataFolder(char* buffer, std::size_t size);
+
+// Profile files: lines "key=value" under lines "[section]".
+//
+// Sections and keys compare without case (ASCII only), the first of two equal ones counts. Blanks around
+// names and values do not count; a line that starts with ';' is a comment; a line without '=' is nothing.
+// Lines end in LF or CR LF, and a UTF-8 byte-order mark may stand first. The file's path is taken as it is.
+// A file that is missing, unreadable or not a plain file reads as an empty one.
+
+// A profile is a small file: on POSIX systems what lies past this many bytes is treated as not there (so a
+// line across the limit ends at it), and a file that is or would become larger is not written.
+inline constexpr std::size_t kProfileSizeLimit = std::size_t{1} << 20;
+
+// The decimal number that the value starts with: blanks, a sign, digits; the rest is ignored, and no digit is
+// 0. It wraps as 32-bit arithmetic does: 4294967295 is -1. The fallback if there is no such key, if its value
+// is empty or if a name is null.
+std::int32_t profileInt(const char* section, const char* key, std::int32_t fallback, const char* file);
+
+// The value, without the pair of equal quotes (' or ") that may enclose it. The fallback, without the spaces
+// at its end, if there is no such key or if a name is null; a null fallback is an empty one. Either is cut to
+// maxChars - 1 bytes, which may split a multibyte character, and at the first NUL: it is what a buffer of
+// maxChars bytes would hold.
+std::string profileString(const char* section, const char* key, const char* fallback, std::size_t maxChars,
+                          const char* file);
+
+// Sets a value; a null value deletes the key, a null key the whole section. The value is written as it is, so
+// blanks around it and a pair of quotes are not read back. All other lines stay as they are, byte for byte;
+// lines that are added end in CR LF. The file is replaced as a whole, so a reader sees the old or the new
+// one; two writers at the same moment are not kept apart. False, and the file is as before, if it cannot be
+// read or written, if its folder is missing, or if a name or the value cannot stand in a profile (a line
+// break; an empty key, one with '=' or one that starts with ';' or '['; a section with ']'). True without
+// writing if the file already says so.
+bool writeProfileString(const char* section, const char* key, const char* value, const char* file);
+
+// Mutual exclusion for std::lock_guard; not recursive. A static one is ready before any code runs, so its
+// users need not care in which order statics are constructed.
+class CriticalSection {
+public:
+    constexpr CriticalSection() noexcept = default;
+    CriticalSection(const CriticalSection&) = delete;
+    CriticalSection& operator=(const CriticalSection&) = delete;
+    ~CriticalSection() = default;
+
+    void lock();
+    void unlock();
+
+private:
+#ifdef _WIN32
+    // A slim lock, which is one pointer and null when free; std::mutex is not constant-initialised there.
+    void* lock_ = nullptr;
+#else
+    std::mutex mutex_;
+#endif
+};
+
+} // namespace kovalune::platform

@@ -1,0 +1,36 @@
+// Sets an environment variable for one test and puts back what it was.
+#pragma once
+
+#include <cstdlib>
+#include <optional>
+#include <string>
+
+namespace kovalune::platform {
+
+class ScopedVariable {
+public:
+    // A null value removes the variable.
+    ScopedVariable(const char* name, const char* value) : name_(name) {
+        if (const char* old = std::getenv(name)) {
+            old_ = old;
+        }
+        set(value);
+    }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+    ~ScopedVariable() { set(old_ ? old_->c_str() : nullptr); }
+
+private:
+    void set(const char* value) {
+        if (value != nullptr) {
+            ::setenv(name_, value, 1);
+        } else {
+            ::unsetenv(name_);
+        }
+    }
+
+    const char* name_;
+    std::optional<std::string> old_;
+};
+
+} // namespace kovalune::platform
