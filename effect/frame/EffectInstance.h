@@ -1,0 +1,52 @@
+// The process-wide state of the effect: the one filter object and the errors left behind for the end of a
+// command. The set-up commands, which alone change it, come from one thread.
+#pragma once
+
+#include "effect/frame/BaseFilter.h"
+#include "hostapi/HostApi.h"
+
+#include <optional>
+#include <vector>
+
+namespace kovalune {
+
+/// Errors that a command leaves behind for its end; emptied at the start of every command. Nothing adds to it
+/// yet.
+class PendingErrorList {
+public:
+    PendingErrorList() { codes_.reserve(256); }
+
+    void clear() { codes_.clear(); }
+    void add(PF_Err code) { codes_.push_back(code); }
+    std::optional<PF_Err> first() const {
+        return codes_.empty() ? std::nullopt : std::optional<PF_Err>(codes_.front());
+    }
+
+private:
+    std::vector<PF_Err> codes_;
+};
+
+class EffectInstance {
+public:
+    /// The first call of a process, whatever its command, sets everything up. Returns the set-up's code, 0
+    /// for every later call.
+    PF_Err setUpOnFirstCall(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output);
+
+    BaseFilter& filter() { return *filter_; }
+
+    /// Turns the filter back into a plain BaseFilter, which answers every later command.
+    void end();
+
+    PendingErrorList& pendingErrors() { return *pendingErrors_; }
+
+private:
+    void establish();
+
+    BaseFilter* filter_ = nullptr;
+    bool initialised_ = false;
+    std::optional<PendingErrorList> pendingErrors_;
+};
+
+EffectInstance& effectInstance();
+
+} // namespace kovalune

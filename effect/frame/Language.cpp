@@ -1,0 +1,92 @@
+#include "effect/frame/Language.h"
+
+#include "effect/platform/Platform.h"
+
+namespace kovalune {
+namespace {
+
+constexpr uint32_t kJapaneseCode = 0x4A50; // "JP"
+constexpr unsigned kJapaneseCodePage = 932;
+
+char upper(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
+bool isBlank(char c) {
+    return c == ' ' || c == '\t';
+}
+
+/// One pass over the text. `at` gives 0 at the text's end, which ends a word as a blank does.
+class CommandLineParser {
+public:
+    explicit CommandLineParser(std::string_view text) : text_(text) {}
+
+    CommandLineOptions parse() {
+        bool behindWord = false;
+        for (position_ = 0; at(position_) != '\0'; ++position_) {
+            if (at(position_) == '-' && behindWord) {
+                option();
+            }
+            const char current = at(position_);
+            behindWord = isBlank(current) || current == '\0';
+            if (current == '\0') {
+                break;
+            }
+        }
+        return options_;
+    }
+
+private:
+    char at(std::size_t position) const { return position < text_.size() ? text_[position] : '\0'; }
+
+    /// Leaves the position at the last character that belongs to the option, or at the blank that ended it.
+    void option() {
+        const char name = upper(at(position_ + 1));
+        if (name == 'L') {
+            ++position_;
+            language();
+        } else if (name == 'R') {
+            ++position_;
+            if (upper(at(position_ + 1)) == 'E') {
+                ++position_;
+                options_.renderEngine = true;
+            }
+        }
+    }
+
+    void language() {
+        ++position_;
+        while (isBlank(at(position_))) {
+            ++position_;
+        }
+        options_.languageCode = 0;
+        for (; at(position_) != '\0' && !isBlank(at(position_)); ++position_) {
+            const auto letter = static_cast<unsigned char>(upper(at(position_)));
+            options_.languageCode = options_.languageCode << 8 | letter;
+        }
+    }
+
+    std::string_view text_;
+    std::size_t position_ = 0;
+    CommandLineOptions options_;
+};
+
+} // namespace
+
+CommandLineOptions parseCommandLine(std::string_view text) {
+    return CommandLineParser(text).parse();
+}
+
+Language chooseLanguage(uint32_t languageCode, unsigned codePage) {
+    if (languageCode != 0) {
+        return languageCode == kJapaneseCode ? Language::kJapanese : Language::kEnglish;
+    }
+    return codePage == kJapaneseCodePage ? Language::kJapanese : Language::kEnglish;
+}
+
+Language currentLanguage() {
+    static const CommandLineOptions options = parseCommandLine(platform::commandLine());
+    return chooseLanguage(options.languageCode, platform::activeCodePage());
+}
+
+} // namespace kovalune

@@ -1,0 +1,40 @@
+// The short texts that the effect shows in its about box and dialog.
+#pragma once
+
+#include "effect/frame/Language.h"
+
+#include <cstddef>
+
+namespace kovalune {
+
+struct NoticeRow {
+    const char* japanese;
+    const char* english; ///< null: there is none
+};
+
+inline constexpr NoticeRow NoticeTable[] = {
+    {"Kovalune", nullptr},
+    {"Kovalune は平塗りの作画を領域ごとに柔らかくするエフェクトです。", nullptr},
+    {"Kovalune", nullptr},
+};
+
+inline constexpr int kAboutNotice = 1;
+inline constexpr int kDialogTitleNotice = 2;
+
+/// The text of a row: the Japanese one for Japanese, or the English one where there is none; the English one
+/// for English, where both exist. Else an empty text, as for an unknown id.
+inline const char* noticeText(int id, Language language) {
+    if (id < 0 || static_cast<std::size_t>(id) >= sizeof NoticeTable / sizeof *NoticeTable) {
+        return "";
+    }
+    const NoticeRow& row = NoticeTable[id];
+    const char* text = row.japanese;
+    if (language == Language::kJapanese) {
+        text = row.japanese != nullptr ? row.japanese : row.english;
+    } else {
+        text = row.japanese != nullptr ? row.english : nullptr;
+    }
+    return text != nullptr ? text : "";
+}
+
+} // namespace kovalune

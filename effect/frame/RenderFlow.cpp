@@ -1,0 +1,157 @@
+// The two roads to a frame, PF_Cmd_RENDER and the SmartFX pair: both fill one RenderSettings and call
+// `renderFrame`.
+
+#include "effect/frame/BaseFilter.h"
+#include "effect/params/ParamGetter.h"
+#include "effect/params/ReadOut.h"
+#include "effect/share/AEUtil/HandleLock.h"
+#include "effect/share/AEUtil/WorldBasics.h"
+
+#include <algorithm>
+#include <new>
+
+namespace kovalune {
+namespace {
+
+constexpr A_long kLayerCheckoutId = 0;
+constexpr PF_ParamIndex kInputLayer = 0;
+
+int16_t low16(int32_t value) {
+    return static_cast<int16_t>(static_cast<uint16_t>(static_cast<uint32_t>(value)));
+}
+
+FrameRect frameRect(const PF_Rect& rect) {
+    return {low16(rect.top), low16(rect.left), low16(rect.bottom), low16(rect.right)};
+}
+
+FrameRect movedBy(const FrameRect& rect, int32_t dx, int32_t dy) {
+    return {low16(rect.top + dy), low16(rect.left + dx), low16(rect.bottom + dy), low16(rect.right + dx)};
+}
+
+bool isEmpty(const PF_LRect& rect) {
+    return rect.left >= rect.right || rect.top >= rect.bottom;
+}
+
+void uniteInto(PF_LRect& rect, const PF_LRect& added) {
+    if (isEmpty(rect)) {
+        rect = added;
+    } else if (!isEmpty(added)) {
+        rect = {std::min(rect.left, added.left), std::min(rect.top, added.top),
+                std::max(rect.right, added.right), std::max(rect.bottom, added.bottom)};
+    }
+}
+
+/// What the host fills in, with spare bytes behind it: hosts of different releases differ by a few.
+struct RoomyCheckoutResult {
+    PF_CheckoutResult result = {};
+    [[maybe_unused]] uint8_t slack[32] = {};
+};
+
+PF_Err checkOutPixels(PF_InData* in, PF_SmartRenderExtra* extra, RenderSettings& settings) {
+    settings.inputWorld = nullptr;
+    settings.outputWorld = nullptr;
+    const PF_SmartRenderCallbacks& callbacks = *extra->cb;
+    const PF_Err err =
+        callbacks.checkout_layer_pixels(in->effect_ref, kLayerCheckoutId, &settings.inputWorld);
+    return err != PF_Err_NONE ? err : callbacks.checkout_output(in->effect_ref, &settings.outputWorld);
+}
+
+void fillRects(RenderSettings& settings) {
+    const PF_EffectWorld& input = *settings.inputWorld;
+    settings.extentRect = {0, 0, low16(input.height), low16(input.width)};
+    settings.originRect = movedBy(settings.extentRect, input.origin_x, input.origin_y);
+}
+
+} // namespace
+
+PF_Err BaseFilter::render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output) {
+    PF_LayerDef* const input = &params[kInputLayer]->u.ld;
+    if (in->appl_id == PF_AppID_PrMr) {
+        return in->utils->copy(in->effect_ref, input, output, nullptr, nullptr);
+    }
+    RenderSettings settings;
+    settings.inData = in;
+    settings.outData = out;
+    settings.inputWorld = input;
+    settings.outputWorld = output;
+    settings.extentRect = frameRect(in->extent_hint);
+
+    GetParamByCheckout getter(in, params, false);
+    // What was read is given back on every road, also when an exception passes.
+    PF_Err givenBack = PF_Err_NONE;
+    PF_Err err = PF_Err_NONE;
+    {
+        struct GiveBack {
+            ParamGetter& getter;
+            PF_Err& result;
+            ~GiveBack() { result = giveBackParameters(getter); }
+        } const giveBack{getter, givenBack};
+
+        err = AEUtil::queryPixelFormat(in, input, &settings.pixelFormat);
+        if (err == PF_Err_NONE) {
+            err = readParameters(&settings, getter);
+        }
+        if (err == PF_Err_NONE) {
+            err = renderFrame(settings);
+        }
+    }
+    return err != PF_Err_NONE ? err : givenBack;
+}
+
+PF_Err BaseFilter::smartPreRender(PF_InData* in, PF_OutData* out, PF_PreRenderExtra* extra) {
+    const PF_Handle handle = in->utils->host_new_handle(sizeof(RenderSettings));
+    if (handle == nullptr) {
+        return PF_Err_OUT_OF_MEMORY;
+    }
+    const AEUtil::HandleLock lock(in, handle);
+    if (lock.memory() == nullptr) {
+        in->utils->host_dispose_handle(handle);
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    }
+    auto* const settings = new (lock.memory()) RenderSettings();
+    settings->fromPreRender = 1;
+    extra->output->pre_render_data = handle; // the host's from here on
+
+    GetParamByCheckout getter(in, nullptr, true);
+    const PF_Err err = readParameters(settings, getter);
+    return err != PF_Err_NONE ? err : preRenderInput(in, out, extra, *settings);
+}
+
+PF_Err BaseFilter::preRenderInput(PF_InData* in, PF_OutData*, PF_PreRenderExtra* extra, RenderSettings&) {
+    const PF_RenderRequest request = extra->input->output_request;
+    RoomyCheckoutResult answer;
+    const PF_Err err =
+        extra->cb->checkout_layer(in->effect_ref, kInputLayer, kLayerCheckoutId, &request, in->current_time,
+                                  in->time_step, in->time_scale, &answer.result);
+    uniteInto(extra->output->result_rect, answer.result.result_rect);
+    uniteInto(extra->output->max_result_rect, answer.result.max_result_rect);
+    return err;
+}
+
+PF_Err BaseFilter::smartRender(PF_InData* in, PF_OutData* out, PF_SmartRenderExtra* extra) {
+    const AEUtil::HandleLock lock(in, static_cast<PF_Handle>(extra->input->pre_render_data));
+    if (lock.memory() == nullptr) {
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    }
+    RenderSettings& settings = *static_cast<RenderSettings*>(lock.memory());
+    settings.inData = in;
+    settings.outData = out;
+
+    PF_Err err = checkOutPixels(in, extra, settings);
+    if (settings.inputWorld != nullptr && settings.outputWorld != nullptr) {
+        fillRects(settings);
+        if (err == PF_Err_NONE) {
+            err = AEUtil::queryPixelFormat(in, settings.inputWorld, &settings.pixelFormat);
+        }
+        if (err == PF_Err_NONE) {
+            err = beforeRender(settings);
+        }
+        if (err == PF_Err_NONE) {
+            err = renderFrame(settings);
+        }
+    }
+    // After an error the layer stays checked out.
+    return err != PF_Err_NONE ? err : extra->cb->checkin_layer_pixels(in->effect_ref, kLayerCheckoutId);
+}
+
+} // namespace kovalune

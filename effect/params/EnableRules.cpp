@@ -1,0 +1,121 @@
+#include "effect/params/EnableRules.h"
+
+#include "effect/params/ParamRegistry.h"
+
+#include <cstring>
+#include <initializer_list>
+#include <iterator>
+
+namespace kovalune {
+namespace {
+
+enum { kNoParamUtils }; // thrown as it is: a missing suite here is no host code
+
+/// The parameter suite for the length of one command.
+class ParamUtilsHolder {
+public:
+    explicit ParamUtilsHolder(const SPBasicSuite* basic) : basic_(basic) {
+        const void* table = nullptr;
+        if (basic_->AcquireSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1, &table) != 0 ||
+            table == nullptr) {
+            throw kNoParamUtils;
+        }
+        suite_ = static_cast<const PFParamUtilsSuite1*>(table);
+    }
+    ~ParamUtilsHolder() { basic_->ReleaseSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1); }
+    ParamUtilsHolder(const ParamUtilsHolder&) = delete;
+    ParamUtilsHolder& operator=(const ParamUtilsHolder&) = delete;
+
+    const PFParamUtilsSuite1& suite() const { return *suite_; }
+
+private:
+    const SPBasicSuite* basic_;
+    const PFParamUtilsSuite1* suite_ = nullptr;
+};
+
+/// Index 0, the input layer, for an id that the table lacks: the rules below name many such ids.
+int32_t indexOf(int32_t id) {
+    const BaseParam* const param = paramRegistry().findById(id);
+    return param != nullptr ? param->paramIndex : 0;
+}
+
+class EnableRules {
+public:
+    EnableRules(PF_InData* inData, PF_ParamDef** params)
+        : inData_(inData), params_(params), holder_(inData->pica_basicP) {}
+
+    void apply() {
+        for (const int32_t group : kGroups) {
+            groupSwitch(group);
+        }
+        keepProcessSwitches();
+        for (const int32_t group : kGroups) {
+            colorSwitches(group);
+        }
+    }
+
+private:
+    static constexpr int32_t kGroups[] = {50, 100, 150, 200, 250};
+
+    /// Whether the first word of a parameter's value is not 0.
+    bool on(int32_t id) const {
+        int32_t word = 0;
+        std::memcpy(&word, &params_[indexOf(id)]->u, sizeof word);
+        return word != 0;
+    }
+
+    void setEnabled(bool enabled, const int32_t* indices, int count) {
+        for (int i = 0; i < count; ++i) {
+            PF_ParamDef copy = *params_[indices[i]];
+            if (enabled) {
+                copy.ui_flags &= ~PF_PUI_DISABLED;
+            } else {
+                copy.ui_flags |= PF_PUI_DISABLED;
+            }
+            holder_.suite().PF_UpdateParamUI(inData_->effect_ref, indices[i], &copy);
+        }
+    }
+
+    /// A Process group's check box is the group's master switch.
+    void groupSwitch(int32_t group) {
+        constexpr int32_t offsets[] = {3,  4,  5,  7,  8,  6,  9,  10, 11, 12,
+                                       13, 14, 15, 16, 17, 18, 19, 20, 21, 22};
+        int32_t indices[std::size(offsets)];
+        for (std::size_t i = 0; i < std::size(offsets); ++i) {
+            indices[i] = indexOf(group + offsets[i]);
+        }
+        setEnabled(on(group + 2), indices, static_cast<int>(std::size(offsets)));
+    }
+
+    /// A stage can keep only what an earlier one has made.
+    void keepProcessSwitches() {
+        const int32_t keep2 = indexOf(160);
+        const int32_t keep3 = indexOf(210);
+        const int32_t keep4 = indexOf(260);
+        setEnabled(on(102) && on(152), &keep2, 1);
+        setEnabled((on(102) || on(152)) && on(202), &keep3, 1);
+        setEnabled((on(102) || on(152) || on(202)) && on(252), &keep4, 1);
+    }
+
+    /// A colour and its range follow the colour's check box, where there is one, and the group's.
+    void colorSwitches(int32_t group) {
+        for (int32_t k = 0; k < 4; ++k) {
+            const int32_t enableId = group + 11 + 3 * k;
+            const int32_t indices[] = {indexOf(enableId + 1), indexOf(enableId + 2)};
+            setEnabled(on(enableId) && on(group + 2), indices, 2);
+        }
+    }
+
+    PF_InData* inData_;
+    PF_ParamDef** params_;
+    ParamUtilsHolder holder_;
+};
+
+} // namespace
+
+PF_Err updateParamEnables(PF_InData* inData, PF_ParamDef** params) {
+    EnableRules(inData, params).apply();
+    return PF_Err_NONE;
+}
+
+} // namespace kovalune

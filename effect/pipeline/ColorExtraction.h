@@ -1,0 +1,35 @@
+// Colour extraction: which pixels of the layer belong to a stage. Every pixel that is not fully transparent
+// is compared with a short list of colours.
+#pragma once
+
+#include "effect/pipeline/ColorMatch.h"
+#include "effect/raster/MaskPlane.h"
+#include "effect/share/FrameRect.h"
+#include "hostapi/HostApi.h"
+
+namespace kovalune {
+
+struct ExtractRecord {
+    PF_EffectWorld* src;
+    FrameRect rect;
+    PF_InData* inData;
+    ColorMatches matches;
+    uint8_t value; ///< what a match writes into the plane; always 1
+    MaskPlane mask;
+};
+
+/// Assigns a fresh plane of `rect`'s size to `mask`: 1 where a pixel of non-zero alpha is near any listed
+/// colour. The plane is handed over whatever the host's code is, which is returned.
+///
+/// Colours are compared with the resolution of 8 bits in every format, and a conversion is made only where
+/// the colour changes along a band. A band whose first pixel is transparent starts from a colour made up from
+/// that pixel; an opaque pixel that happens to have exactly it stays out, so the result there depends on the
+/// number of iterations.
+PF_Err extractColors8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
+                      const ColorMatches& matches);
+PF_Err extractColors16(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
+                       const ColorMatches& matches);
+PF_Err extractColors32(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
+                       const ColorMatches& matches);
+
+} // namespace kovalune

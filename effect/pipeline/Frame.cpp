@@ -1,0 +1,57 @@
+#include "effect/pipeline/Frame.h"
+
+#include "effect/pipeline/DepthConversion.h"
+
+namespace kovalune {
+namespace {
+
+MaskPlane newPlane(const RenderSettings& settings) {
+    return {settings.inData, settings.extentRect.width(), settings.extentRect.height()};
+}
+
+MaskPlane newPlane(const RenderSettings& settings, uint8_t content) {
+    MaskPlane plane = newPlane(settings);
+    plane.clearTo(content);
+    return plane;
+}
+
+/// Every world has the size of the output.
+AEUtil::EffectWorldPtr newWorld(const RenderSettings& settings, PF_PixelFormat format, char cleared = 0) {
+    const PF_EffectWorld& output = *settings.outputWorld;
+    return AEUtil::WorldSuite::newWorld(settings.inData, output.width, output.height, cleared, format);
+}
+
+AEUtil::EffectWorldPtr newWideWorld(const RenderSettings& settings, const FramePasses& passes) {
+    return passes.worksWidened ? newWorld(settings, PF_PixelFormat_ARGB64) : AEUtil::EffectWorldPtr();
+}
+
+constexpr char kCleared = 1;
+
+} // namespace
+
+FramePlanes::FramePlanes(const RenderSettings& s)
+    : extractMask(newPlane(s)), extendLimitMask(newPlane(s)), processUnionMask(newPlane(s, 0)),
+      sparePlane0(newPlane(s, 0)), sparePlane1(newPlane(s, 0)), stageMask(newPlane(s, 0)),
+      allColorsMask(newPlane(s, 0)), fullMask(newPlane(s, 1)), inputCoverage(newPlane(s)),
+      layerLimitMask(newPlane(s, 0)), regionMask(newPlane(s, 0)), extendedCoverage(newPlane(s)),
+      stageCopyMask(newPlane(s)), outsideMask(newPlane(s)) {}
+
+FrameWorlds::FrameWorlds(const RenderSettings& s, const FramePasses& passes)
+    : maskedWorld(newWorld(s, passes.workFormat)), baseSmoothWorld(newWorld(s, passes.workFormat)),
+      wideSource(newWideWorld(s, passes)), wideTarget(newWideWorld(s, passes)),
+      spareWide(newWideWorld(s, passes)), extendedWorld(newWorld(s, passes.workFormat, kCleared)),
+      smoothedWorld(newWorld(s, passes.workFormat, kCleared)),
+      layerWorld(newWorld(s, passes.workFormat, kCleared)), blurScratchWorld(newWorld(s, passes.workFormat)),
+      extendScratchWorld(newWorld(s, passes.workFormat)), spareWork(newWorld(s, passes.workFormat)),
+      previousLayerWorld(newWorld(s, passes.workFormat)) {}
+
+Frame::Frame(const FramePasses& framePasses, const FrameStart& start)
+    : passes(framePasses), settings(start.settings), scale(start.scale), planes(start.settings),
+      err(start.err != PF_Err_NONE
+              ? start.err
+              : passes.coverageOfInput(planes.inputCoverage, inData(), settings.inputWorld, rect())),
+      worlds(start.settings, framePasses), progress{start.settings.inData, start.settings.inData->effect_ref,
+                                                    start.stepTotal, 0},
+      source(start.settings.inputWorld), target(start.settings.outputWorld) {}
+
+} // namespace kovalune

@@ -1,0 +1,28 @@
+// What the three frame drivers differ in: which passes they use. The sequence itself exists once.
+#pragma once
+
+#include "effect/blur/RegionBlur.h"
+#include "effect/pipeline/ColorExtraction.h"
+#include "effect/pipeline/Coverage.h"
+#include "effect/raster/MaskedCopy.h"
+#include "hostapi/HostApi.h"
+
+namespace kovalune {
+
+struct FramePasses {
+    PF_PixelFormat workFormat;
+    bool worksWidened; ///< the frame is worked on in 16-bit worlds, widened at its start and narrowed at its
+                       ///< end
+    decltype(&coverage8) coverageOfInput;
+    decltype(&extractColors8) extractColors;
+    decltype(&copyMasked16) copyMasked;
+    decltype(&blurRegionRun16) blurRegionRun;
+    decltype(&blurRegionWindow16) blurRegionWindow;
+    PF_Err (*clearAlphaOutsideOutput)(PF_InData*, PF_EffectWorld*, const FrameRect&, const MaskPlane&);
+};
+
+extern const FramePasses kFramePasses8;
+extern const FramePasses kFramePasses16;
+extern const FramePasses kFramePasses32;
+
+} // namespace kovalune

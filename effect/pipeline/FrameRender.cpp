@@ -1,0 +1,155 @@
+#include "effect/pipeline/FrameRender.h"
+
+#include "effect/pipeline/BaseStage.h"
+#include "effect/pipeline/DepthConversion.h"
+#include "effect/pipeline/Frame.h"
+#include "effect/share/AEUtil/WorldBasics.h"
+#include "effect/share/Truncate.h"
+#include "effect/share/Wrapping.h"
+
+namespace kovalune {
+namespace {
+
+bool worldsFit(const RenderSettings& settings) {
+    const PF_EffectWorld& input = *settings.inputWorld;
+    const PF_EffectWorld& output = *settings.outputWorld;
+    return input.width == output.width && input.height == output.height && input.width <= kLargestWorld &&
+           input.height <= kLargestWorld;
+}
+
+bool rectFits(const RenderSettings& settings) {
+    const FrameRect& rect = settings.extentRect;
+    return rect.left >= 0 && rect.top >= 0 && rect.left < rect.right && rect.top < rect.bottom &&
+           rect.right <= settings.inputWorld->width && rect.bottom <= settings.inputWorld->height;
+}
+
+double ratio(const PF_RationalScale& scale) {
+    return static_cast<double>(scale.num) / static_cast<double>(scale.den);
+}
+
+/// The smaller of the two downsample factors serves for everything.
+double frameScale(const PF_InData* inData) {
+    const double horizontal = ratio(inData->downsample_x);
+    const double vertical = ratio(inData->downsample_y);
+    return vertical < horizontal ? vertical : horizontal;
+}
+
+/// Brings the stages' values to the frame's scale and counts the progress steps.
+FrameStart scaledStart(const RenderSettings& settings) {
+    FrameStart start;
+    start.settings = settings;
+    start.scale = frameScale(settings.inData);
+    for (StageSettings& stage : start.settings.stages) {
+        for (ColorEntry& entry : stage.colors) {
+            entry.range /= 100.0;
+        }
+        stage.boundaryBlur = truncToInt32(start.scale * stage.boundaryBlur + 0.5) + 1.0;
+        if (stage.enableProcess != 0) {
+            const int32_t steps = wrappingAdd(wrappingMul(3, stage.repeat), 1);
+            start.stepTotal = wrappingAdd(start.stepTotal, steps);
+        }
+    }
+    return start;
+}
+
+/// Takes an 8-bit frame into its 16-bit worlds.
+void widen(Frame& frame) {
+    PF_EffectWorld* const wideSource = frame.worlds.wideSource.get();
+    PF_EffectWorld* const wideTarget = frame.worlds.wideTarget.get();
+    const MaskPlane& all = frame.planes.fullMask;
+    frame.attempt([&] {
+        return widenTo16(frame.inData(), wideSource, frame.settings.inputWorld, frame.rect(), all, false);
+    });
+    frame.attempt([&] {
+        return widenTo16(frame.inData(), wideTarget, frame.settings.outputWorld, frame.rect(), all, false);
+    });
+    frame.source = wideSource;
+    frame.target = wideTarget;
+}
+
+void narrow(Frame& frame, PF_EffectWorld* from) {
+    frame.attempt([&] {
+        return narrowTo8(frame.inData(), frame.settings.outputWorld, from, frame.rect(),
+                         frame.planes.fullMask, false);
+    });
+}
+
+/// The "Base" and "Extract" views show their region alone. The cut is made whatever has failed, and its own
+/// failure is ignored.
+void cutToRegion(Frame& frame) {
+    const int32_t view = frame.settings.view;
+    if (view == kViewBase || view == kViewExtract) {
+        const MaskPlane& region = view == kViewBase ? frame.planes.stageMask : frame.planes.allColorsMask;
+        frame.passes.clearAlphaOutsideOutput(frame.inData(), frame.settings.outputWorld, frame.rect(),
+                                             region);
+    }
+}
+
+/// A "Process" view shows the chosen stage's layer alone. For a chosen stage that is disabled a widened frame
+/// shows nothing, the others the last layer that was made.
+void showLayer(Frame& frame) {
+    if (frame.passes.worksWidened) {
+        narrow(frame, frame.worlds.layerWorld.get());
+        return;
+    }
+    PF_EffectWorld* const layer = frame.worlds.previousLayerWorld.get();
+    frame.attempt([&] {
+        return layer == nullptr ? PF_Err{PF_Err_OUT_OF_MEMORY}
+                                : AEUtil::copyWorld(frame.inData(), layer, frame.settings.outputWorld);
+    });
+}
+
+void finish(Frame& frame) {
+    if (frame.passes.worksWidened) {
+        narrow(frame, frame.target);
+    }
+    cutToRegion(frame);
+    if (frame.settings.view >= kViewProcess1) {
+        showLayer(frame);
+    }
+}
+
+PF_Err renderStages(const FramePasses& passes, const FrameStart& start) {
+    Frame frame(passes, start);
+    if (passes.worksWidened) {
+        widen(frame);
+    }
+    if (runBaseStage(frame) != StageEnd::kAbandon) {
+        finish(frame);
+    }
+    return frame.err;
+}
+
+PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
+    if (!worldsFit(settings)) {
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    if (settings.extentRect.width() == 0 || settings.extentRect.height() == 0) {
+        return PF_Err_NONE;
+    }
+    if (!rectFits(settings)) {
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    FrameStart start = scaledStart(settings);
+    if (start.stepTotal == 0) {
+        return settings.view == kViewNormal
+                   ? AEUtil::copyWorld(settings.inData, settings.inputWorld, settings.outputWorld)
+                   : AEUtil::clearWorld(settings.inData, settings.outputWorld);
+    }
+    start.err = AEUtil::copyWorld(settings.inData, settings.inputWorld, settings.outputWorld);
+    return renderStages(passes, start);
+}
+
+} // namespace
+
+PF_Err renderFrame8(RenderSettings settings) {
+    return renderFrame(kFramePasses8, settings);
+}
+PF_Err renderFrame16(RenderSettings settings) {
+    return renderFrame(kFramePasses16, settings);
+}
+PF_Err renderFrame32(RenderSettings settings) {
+    return renderFrame(kFramePasses32, settings);
+}
+
+} // namespace kovalune

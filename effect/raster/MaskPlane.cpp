@@ -1,0 +1,201 @@
+#include "effect/raster/MaskPlane.h"
+
+#include <algorithm>
+#include <limits>
+
+namespace kovalune {
+namespace {
+
+template <class Element>
+AEUtil::SharedCount emptyOwner() {
+    return AEUtil::SharedCount::adopt<uint8_t>(nullptr, AEUtil::array_deleterAE<uint8_t>());
+}
+
+struct LineRange {
+    int32_t first;
+    int32_t end;
+};
+
+// The stretch from the first to the last non-zero byte; `count` and 0 where there is none.
+LineRange activeRange(const uint8_t* active, int32_t count) {
+    const uint8_t* const last = active + count;
+    const auto isSet = [](uint8_t byte) { return byte != 0; };
+    const uint8_t* const first = std::find_if(active, last, isSet);
+    int32_t end = 0;
+    for (const uint8_t* byte = first; byte != last; ++byte) {
+        if (*byte != 0) {
+            end = static_cast<int32_t>(byte - active) + 1;
+        }
+    }
+    return {static_cast<int32_t>(first - active), end};
+}
+
+} // namespace
+
+template <class Element>
+PlaneStorage<Element>::PlaneStorage() : owner(emptyOwner<Element>()) {}
+
+template <class Element>
+PlaneStorage<Element>::PlaneStorage(PF_InData* inData, int32_t w, int32_t h) {
+    allocate(inData, w, h);
+}
+
+template <class Element>
+void PlaneStorage<Element>::allocate(PF_InData* inData, int32_t w, int32_t h) {
+    const int32_t rowWords = (w + 3) / 4;
+    const int32_t colWords = (h + 3) / 4;
+    const int64_t bytesPerRow = static_cast<int64_t>(rowWords) * 4 * static_cast<int64_t>(sizeof(Element));
+    const int64_t elementBytes = h * bytesPerRow;
+    const int64_t rowSummaryBytes = static_cast<int64_t>(colWords) * 4;
+    const int64_t bytes = elementBytes + rowSummaryBytes + static_cast<int64_t>(rowWords) * 4;
+    const bool fits = bytes >= 0 && bytes <= std::numeric_limits<uint32_t>::max();
+
+    const SPBasicSuite* const basic = inData->pica_basicP;
+    auto* const storage = static_cast<uint8_t*>(AEUtil::AEMemory::alloc(
+        fits ? static_cast<std::size_t>(bytes) : std::numeric_limits<std::size_t>::max() / 2, basic));
+    AEUtil::SharedCount fresh = AEUtil::SharedCount::adopt(storage, AEUtil::array_deleterAE<uint8_t>{basic});
+
+    owner = std::move(fresh);
+    data = static_cast<Element*>(static_cast<void*>(storage));
+    byteSize = static_cast<uint32_t>(bytes);
+    width = w;
+    height = h;
+    rowBytes = static_cast<int32_t>(bytesPerRow);
+    rowStride = rowWords * 4;
+    rowActive = storage != nullptr ? storage + elementBytes : nullptr;
+    colActive = storage != nullptr ? rowActive + rowSummaryBytes : nullptr;
+    bounds = wholeBounds();
+    activityStale = 1;
+    boundsStale = 1;
+}
+
+template <class Element>
+void PlaneStorage<Element>::resize(PF_InData* inData, int32_t w, int32_t h) {
+    if (w != 0 && h != 0) {
+        allocate(inData, w, h);
+        return;
+    }
+    owner = emptyOwner<Element>();
+    data = nullptr;
+    byteSize = 0;
+    width = 0;
+    height = 0;
+    rowBytes = 0;
+    rowStride = 0;
+    rowActive = nullptr;
+    colActive = nullptr;
+    bounds = {};
+    activityStale = 1;
+    boundsStale = 1;
+}
+
+template <class Element>
+void PlaneStorage<Element>::setActivity(uint8_t value) {
+    std::fill_n(colActive, width, value);
+    std::fill_n(rowActive, height, value);
+}
+
+template <class Element>
+FrameRect PlaneStorage<Element>::wholeBounds() const {
+    return {0, 0, static_cast<int16_t>(height), static_cast<int16_t>(width)};
+}
+
+template class PlaneStorage<uint8_t>;
+template class PlaneStorage<uint16_t>;
+
+void MaskPlane::clearTo(uint8_t value) {
+    for (int32_t y = 0; y < height; ++y) {
+        std::fill_n(row(y), width, value);
+    }
+    setActivity(value != 0 ? 1 : 0);
+    bounds = value != 0 ? wholeBounds() : FrameRect{};
+    activityStale = 0;
+    boundsStale = 0;
+}
+
+void MaskPlane::invert() {
+    setActivity(0);
+    for (int32_t y = 0; y < height; ++y) {
+        uint8_t* const elements = row(y);
+        uint8_t marked = 0;
+        for (int32_t x = 0; x < width; ++x) {
+            const auto inverted = static_cast<uint8_t>(elements[x] == 0);
+            elements[x] = inverted;
+            colActive[x] |= inverted;
+            marked |= inverted;
+        }
+        rowActive[y] = marked;
+    }
+    activityStale = 0;
+    boundsStale = 1;
+}
+
+void MaskPlane::unionWith(const MaskPlane& other) {
+    const int32_t columns = std::min(width, other.width);
+    const int32_t rows = std::min(height, other.height);
+    for (int32_t y = 0; y < rows; ++y) {
+        if (other.activityStale == 0 && other.rowActive[y] == 0) {
+            continue;
+        }
+        uint8_t* const elements = row(y);
+        const uint8_t* const added = other.row(y);
+        bool marked = rowActive[y] != 0;
+        for (int32_t x = 0; x < columns; ++x) {
+            if (added[x] != 0) {
+                elements[x] = added[x];
+                colActive[x] = 1;
+                marked = true;
+            }
+        }
+        rowActive[y] = marked ? 1 : 0;
+    }
+    boundsStale = 1;
+}
+
+void MaskPlane::refreshActivity() {
+    setActivity(0);
+    for (int32_t y = 0; y < height; ++y) {
+        const uint8_t* const elements = row(y);
+        uint8_t marked = 0;
+        for (int32_t x = 0; x < width; ++x) {
+            const auto held = static_cast<uint8_t>(elements[x] != 0);
+            colActive[x] |= held;
+            marked |= held;
+        }
+        rowActive[y] = marked;
+        boundsStale = 1;
+    }
+    activityStale = 0;
+    if (boundsStale == 0) {
+        refreshBounds();
+    }
+}
+
+bool MaskPlane::refreshBounds() {
+    if (activityStale != 0) {
+        refreshActivity();
+    }
+    const LineRange rows = activeRange(rowActive, height);
+    const LineRange columns = activeRange(colActive, width);
+    if (rows.first < rows.end && columns.first < columns.end) {
+        bounds = {static_cast<int16_t>(rows.first), static_cast<int16_t>(columns.first),
+                  static_cast<int16_t>(rows.end), static_cast<int16_t>(columns.end)};
+        boundsStale = 0;
+        return true;
+    }
+    bounds = {};
+    boundsStale = 1;
+    return false;
+}
+
+void MaskPlane16::fillFar() {
+    for (int32_t y = 0; y < height; ++y) {
+        std::fill_n(row(y), width, kFar);
+    }
+    setActivity(1);
+    bounds = wholeBounds();
+    activityStale = 0;
+    boundsStale = 0;
+}
+
+} // namespace kovalune

@@ -1,0 +1,31 @@
+// The way to a world's pixels: rows stand `rowbytes` apart, whatever the width is.
+#pragma once
+
+#include "effect/share/FrameRect.h"
+#include "hostapi/HostApi.h"
+
+#include <cstddef>
+#include <cstdint>
+
+namespace kovalune {
+
+/// The object that stands `bytes` behind the start of host memory, which is aligned for it.
+template <class T>
+T* objectAt(void* start, std::ptrdiff_t bytes) {
+    return static_cast<T*>(static_cast<void*>(static_cast<uint8_t*>(start) + bytes));
+}
+
+/// The pixel of a rectangle's row `y` that stands in its column 0; both count from the rectangle's top left.
+template <class Format>
+typename Format::Pixel* rowOf(const PF_EffectWorld& world, const FrameRect& rect, int32_t y) {
+    const std::ptrdiff_t bytes = static_cast<std::ptrdiff_t>(rect.top + y) * world.rowbytes;
+    return objectAt<typename Format::Pixel>(world.data, bytes) + rect.left;
+}
+
+/// The pixel one row below.
+template <class Pixel>
+Pixel* nextRow(Pixel* pixel, const PF_EffectWorld& world) {
+    return objectAt<Pixel>(pixel, world.rowbytes);
+}
+
+} // namespace kovalune

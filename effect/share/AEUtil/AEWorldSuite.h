@@ -1,0 +1,56 @@
+// Scratch worlds of the host, owned by a counted pointer. The count is a plain integer: a pointer stays
+// within one render.
+#pragma once
+
+#include "hostapi/HostApi.h"
+
+#include <cstdint>
+#include <utility>
+
+namespace AEUtil {
+
+/// Keeps a scratch world and what it takes to dispose of it.
+struct WorldHolder {
+    const SPBasicSuite* basic = nullptr;
+    PF_ProgPtr effectRef = nullptr;
+    PF_EffectWorld world = {};
+    int32_t count = 1;
+};
+
+/// Owning pointer to a scratch world. `get` gives null as long as no world exists; users test it.
+class EffectWorldPtr {
+public:
+    EffectWorldPtr() = default;
+    EffectWorldPtr(const EffectWorldPtr& other);
+    EffectWorldPtr(EffectWorldPtr&& other) noexcept
+        : holder_(std::exchange(other.holder_, nullptr)), world_(std::exchange(other.world_, nullptr)) {}
+    EffectWorldPtr& operator=(EffectWorldPtr other) noexcept {
+        std::swap(holder_, other.holder_);
+        std::swap(world_, other.world_);
+        return *this;
+    }
+    ~EffectWorldPtr() { release(); }
+
+    /// The last pointer's release disposes of the world; the host's answer is not looked at.
+    void release() noexcept;
+
+    PF_EffectWorld* get() const { return world_; }
+
+private:
+    friend class WorldSuite;
+
+    WorldHolder* holder_ = nullptr;
+    PF_EffectWorld* world_ = nullptr;
+};
+
+class WorldSuite {
+public:
+    /// A new world; its pixels are undefined where `clearPixels` is 0. The pointer stays empty, without an
+    /// error, where there is no memory for the holder, and for `ae32` on a host that has only the old world
+    /// suite. Throws `AEException` with the code of a host call that failed, `kMissingSuite` where no world
+    /// suite exists at all.
+    static EffectWorldPtr newWorld(PF_InData* inData, A_long width, A_long height, char clearPixels,
+                                   PF_PixelFormat pixelFormat);
+};
+
+} // namespace AEUtil

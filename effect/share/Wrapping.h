@@ -1,0 +1,26 @@
+// Signed 32-bit arithmetic that wraps around instead of overflowing, for values that a host may hand out at
+// will.
+#pragma once
+
+#include <cstdint>
+
+namespace kovalune {
+
+inline int32_t wrappingAdd(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) + static_cast<uint32_t>(b));
+}
+
+inline int32_t wrappingSub(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) - static_cast<uint32_t>(b));
+}
+
+inline int32_t wrappingMul(int32_t a, int32_t b) {
+    return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
+}
+
+/// The most negative number is its own absolute value.
+inline int32_t wrappingAbs(int32_t a) {
+    return a < 0 ? wrappingSub(0, a) : a;
+}
+
+} // namespace kovalune
