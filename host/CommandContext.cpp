@@ -1,0 +1,114 @@
+#include "host/CommandContext.h"
+
+#include "host/HostState.h"
+#include "host/ParamTable.h"
+
+#include <algorithm>
+#include <cstring>
+#include <unordered_set>
+
+namespace kovalune::host {
+
+namespace {
+
+thread_local CommandContext* threadContext = nullptr;
+
+std::mutex& liveMutex() {
+    static std::mutex mutex;
+    return mutex;
+}
+
+// The running commands of all hosts, so that a stale reference is told without looking into it.
+std::unordered_set<const void*>& liveContexts() {
+    static std::unordered_set<const void*> contexts;
+    return contexts;
+}
+
+} // namespace
+
+CommandContext::CommandContext(HostState& hostState, Operation& commandOperation, ParamTable& paramTable,
+                               PF_Cmd cmd)
+    : host(hostState), operation(commandOperation), params(paramTable), command(cmd) {
+    const std::lock_guard lock(liveMutex());
+    liveContexts().insert(this);
+}
+
+CommandContext::~CommandContext() {
+    {
+        const std::lock_guard lock(liveMutex());
+        liveContexts().erase(this);
+    }
+    int open = 0;
+    int excused = 0;
+    for (const auto& [record, checkouts] : checkouts_) {
+        open += checkouts.open - checkouts.excused;
+        excused += checkouts.excused;
+    }
+    host.ledger.leaveParamCheckouts(open, excused);
+}
+
+void CommandContext::fillLayer(PF_ParamDef& def) const {
+    if (inputLayer != nullptr)
+        def.u.ld = *inputLayer;
+    if (const std::optional<std::uint32_t> word = host.options.firstLayerWord)
+        std::memcpy(&def.u, &*word, sizeof *word);
+}
+
+PF_ParamDef CommandContext::definitionAt(A_long index, A_long time) const {
+    PF_ParamDef def = params.definitionAt(index, time);
+    if (index == 0)
+        fillLayer(def);
+    return def;
+}
+
+void CommandContext::paramCheckedOut(const PF_ParamDef* record) {
+    const std::lock_guard lock(mutex_);
+    ++checkouts_[record].open;
+}
+
+bool CommandContext::paramCheckedIn(const PF_ParamDef* record) {
+    const std::lock_guard lock(mutex_);
+    const auto found = checkouts_.find(record);
+    if (found == checkouts_.end())
+        return false;
+    Checkouts& checkouts = found->second;
+    --checkouts.open;
+    checkouts.excused = std::min(checkouts.excused, checkouts.open);
+    if (checkouts.open == 0)
+        checkouts_.erase(found);
+    return true;
+}
+
+void CommandContext::paramExcused(const PF_ParamDef* record) {
+    const std::lock_guard lock(mutex_);
+    const auto found = checkouts_.find(record);
+    if (found != checkouts_.end())
+        found->second.excused = std::min(found->second.excused + 1, found->second.open);
+}
+
+CommandContext* currentContext() {
+    return threadContext;
+}
+
+ContextScope::ContextScope(CommandContext* context) : previous_(threadContext) {
+    threadContext = context;
+}
+ContextScope::~ContextScope() {
+    threadContext = previous_;
+}
+
+CommandContext* contextOf(PF_ProgPtr reference, const char* call) {
+    CommandContext* current = threadContext;
+    if (current != nullptr && current->reference() == reference)
+        return current;
+    if (current != nullptr) {
+        current->host.ledger.addMisuse(std::string(call) + " with a wrong effect reference");
+        return nullptr;
+    }
+    const std::lock_guard lock(liveMutex());
+    if (!liveContexts().contains(reference))
+        return nullptr;
+    return reinterpret_cast<CommandContext*>(reference);
+}
+
+} // namespace kovalune::host

@@ -1,0 +1,33 @@
+#include "host/Image.h"
+
+#include "host/HostError.h"
+
+namespace kovalune::host {
+
+std::size_t bytesPerPixel(PF_PixelFormat format) {
+    switch (format) {
+    case PF_PixelFormat_ARGB32:
+        return sizeof(PF_Pixel);
+    case PF_PixelFormat_ARGB64:
+        return sizeof(PF_Pixel16);
+    case PF_PixelFormat_ARGB128:
+        return sizeof(PF_PixelFloat);
+    default:
+        throw HostError("not a pixel format of a picture");
+    }
+}
+
+short bitsPerChannel(PF_PixelFormat format) {
+    return static_cast<short>(bytesPerPixel(format) * 2);
+}
+
+Image::Image(PF_PixelFormat format, A_long width, A_long height)
+    : format_(format), width_(width), height_(height) {
+    const std::size_t pixelBytes = bytesPerPixel(format);
+    if (width < 0 || height < 0)
+        throw HostError("a picture cannot have a negative side");
+    rowBytes_ = static_cast<std::size_t>(width) * pixelBytes;
+    bytes_.resize(rowBytes_ * static_cast<std::size_t>(height));
+}
+
+} // namespace kovalune::host

@@ -1,0 +1,146 @@
+// One instance of an effect in the reference host: its set-up, its parameter values over time, its commands
+// and its renders. What the effect reports is a result; wrong use of a Session throws HostError.
+#pragma once
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "host/Image.h"
+#include "hostapi/HostApi.h"
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kovalune::host {
+
+// A_long for sliders, checkboxes and popups, double for float sliders, PF_Pixel for colours.
+using ParamValue = std::variant<A_long, double, PF_Pixel>;
+
+enum class RenderFlow { Smart, Legacy };
+
+struct RenderRequest {
+    A_long time = 0; // in units of HostOptions::timeScale
+    RenderFlow flow = RenderFlow::Smart;
+    // The pictures are of the reduced size already; the effect is only told of the reduction.
+    PF_RationalScale downsampleX{1, 1};
+    PF_RationalScale downsampleY{1, 1};
+    std::optional<PF_LRect> rect;      // Smart: what is asked for; default: the whole picture
+    std::optional<PF_Rect> extentHint; // Legacy; default: the whole picture
+    std::optional<PF_Quality> quality; // default: HostOptions::quality
+};
+
+// What every effect command gives back.
+struct CommandResult {
+    PF_Cmd command = 0;
+    PF_Err code = PF_Err_NONE;
+    std::string returnMsg;
+    bool threw = false;        // an exception left the entry point; `code` is then INTERNAL_STRUCT_DAMAGED
+    std::string exceptionText; // of a standard exception
+    std::optional<long> thrownValue; // of a thrown int or long
+    PF_OutData out{};                // as the effect left it
+    int callsCounted = 0;
+    std::string failedCall; // empty: no fault struck
+
+    bool ok() const { return code == PF_Err_NONE && !threw; }
+};
+
+// Of a render; the inherited members are those of the command that ended it.
+struct RenderResult : CommandResult {
+    bool rendered = false;  // the second smart command or the legacy one was sent
+    PF_LRect requestRect{}; // Smart from here on
+    PF_LRect resultRect{};  // what the effect promised; the output world has its size
+    PF_LRect maxResultRect{};
+    PF_LRect layerRequest{};       // what the effect asked of the layer last
+    double preRenderSeconds = 0.0; // inside the effect
+    double renderSeconds = 0.0;
+};
+
+// What a command is about to hand to the effect, open to change by tests.
+struct CommandFrame {
+    PF_InData& in;
+    PF_OutData& out;
+    std::vector<PF_ParamDef>& params; // empty: a null array is passed
+    PF_LayerDef* output;
+    void* extra;
+};
+using CommandHook = std::function<void(CommandFrame&)>;
+
+class Session {
+public:
+    // Runs PF_Cmd_GLOBAL_SETUP and, if that succeeds, PF_Cmd_PARAMS_SETUP, as one operation. Does not throw
+    // for what the effect reports: see setupResult. Host and module must outlive the session.
+    Session(Host& host, EffectModule& module);
+    ~Session(); // close()
+    Session(const Session&) = delete;
+    Session& operator=(const Session&) = delete;
+
+    // Of the set-up command that failed, else of PF_Cmd_PARAMS_SETUP.
+    const CommandResult& setupResult() const;
+
+    A_u_long effectVersion() const; // my_version
+    A_long outFlags() const;
+    A_long outFlags2() const;
+
+    // Ends the sequence and sends PF_Cmd_GLOBAL_SETDOWN where the set-up went that far and the options ask
+    // for it. Only the first call does anything; no command may follow.
+    CommandResult close();
+
+    // Any command, with the parameter array as it stands at `time` (none for the set-up and smart commands).
+    // Sequence and global data that the effect hands back are kept for the commands that follow.
+    CommandResult run(PF_Cmd command, void* extra = nullptr, const CommandHook& prepare = {},
+                      A_long time = 0);
+
+    CommandResult about() { return run(PF_Cmd_ABOUT); }
+    CommandResult updateParamsUI() { return run(PF_Cmd_UPDATE_PARAMS_UI); }
+    CommandResult sequenceSetup() { return run(PF_Cmd_SEQUENCE_SETUP); }
+    CommandResult sequenceResetup() { return run(PF_Cmd_SEQUENCE_RESETUP); }
+    CommandResult sequenceFlatten() { return run(PF_Cmd_SEQUENCE_FLATTEN); }
+    CommandResult sequenceSetdown() { return run(PF_Cmd_SEQUENCE_SETDOWN); }
+    PF_Handle sequenceData() const;
+
+    // The bytes of the sequence data, as a host would save them; empty if there is none.
+    std::vector<std::byte> sequenceBytes() const;
+
+    // Replaces the sequence data by a handle with these bytes, as a host that loads a project does; no bytes
+    // at all stand for no handle.
+    void setSequenceBytes(const std::vector<std::byte>& bytes);
+
+    // Definitions as registered, in the host's order; entry 0 is the input layer. `ui_flags` and `name`
+    // follow PF_UpdateParamUI. Texts behind pointers are the session's own copies.
+    const std::vector<PF_ParamDef>& params() const;
+
+    // Index of the first parameter with this name or id, from 1.
+    std::optional<int> findParam(const std::string& name) const;
+    std::optional<int> findParamById(A_long id) const;
+
+    // Popup choices, split at '|'; empty for other types.
+    std::vector<std::string> choices(int index) const;
+
+    A_long uiFlags(int index) const;
+    bool enabled(int index) const { return (uiFlags(index) & PF_PUI_DISABLED) == 0; }
+
+    // A value for all times; drops the keys. Throws HostError for a wrong index, type or a valueless
+    // parameter. Limits are not enforced.
+    void setValue(int index, ParamValue value);
+
+    // From `time` on, until the next key; the first key holds before itself too.
+    void setKey(int index, A_long time, ParamValue value);
+
+    ParamValue value(int index, A_long time = 0) const;
+    ParamValue defaultValue(int index) const;
+
+    // May be called from several threads at once. `output` has the input's format and size, or is empty and
+    // becomes such a picture of transparent black; only what the effect writes in it changes, also when the
+    // effect fails. Throws HostError for a refused size.
+    RenderResult render(const Image& input, Image& output, const RenderRequest& request = {});
+
+private:
+    struct State;
+    std::unique_ptr<State> state_;
+};
+
+} // namespace kovalune::host

@@ -1,0 +1,142 @@
+#include "host/SmartFrame.h"
+
+#include "host/HostState.h"
+#include "host/Rects.h"
+#include "host/WorldOps.h"
+
+namespace kovalune::host {
+
+PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& place, PF_EffectWorld& world) {
+    const WorldRequest request{picture.format(), place.right - place.left, place.bottom - place.top};
+    const PF_Err code = host.worlds.make(request, host.options, world);
+    if (code != PF_Err_NONE)
+        return code;
+    if (const std::optional<WorldInfo> info = host.worlds.find(&world))
+        pictureToWorld(picture, place, *info);
+    return PF_Err_NONE;
+}
+
+void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
+                    const PF_EffectWorld& world) {
+    const std::optional<WorldInfo> info = host.worlds.find(&world);
+    if (host.options.audit && info && !worldEqualsPicture(*info, place, picture))
+        host.ledger.addGuardDamage("the input's pixels were written");
+    host.worlds.dispose(world, false, host.options);
+}
+
+SmartFrame::~SmartFrame() {
+    int open = 0;
+    int excused = 0;
+    for (auto& [id, layer] : layers_) {
+        if (layer.out)
+            ++(layer.excused ? excused : open);
+        dropPixels(layer);
+    }
+    host_.ledger.leaveLayerCheckouts(open, excused);
+    if (hasOutput_)
+        host_.worlds.dispose(output_, false, host_.options);
+}
+
+PF_Err SmartFrame::makeOutput(const Image& output, const PF_LRect& place) {
+    const PF_LRect sized{place.left, place.top, place.right + host_.options.outputWidthDelta,
+                         place.bottom + host_.options.outputHeightDelta};
+    const PF_Err code = makeLayerWorld(host_, output, sized, output_);
+    hasOutput_ = code == PF_Err_NONE;
+    output_.origin_x = place.left;
+    output_.origin_y = place.top;
+    return code;
+}
+
+// Only what was promised counts, even if the world was made larger.
+void SmartFrame::takeOutput(Image& output, const PF_LRect& place) const {
+    std::optional<WorldInfo> info = host_.worlds.find(&output_);
+    if (!info)
+        return;
+    info->width = std::min(info->width, place.right - place.left);
+    info->height = std::min(info->height, place.bottom - place.top);
+    worldToPicture(*info, place, output);
+}
+
+PF_LRect SmartFrame::lastRequest() const {
+    const std::lock_guard lock(mutex_);
+    return lastRequest_;
+}
+
+PF_Err SmartFrame::checkoutLayer(PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
+                                 const PF_ParamDef& param, PF_CheckoutResult& result) {
+    if (param.param_type != PF_Param_LAYER)
+        return PF_Err_BAD_CALLBACK_PARAM;
+    // A layer parameter other than the input has no layer here.
+    const PF_LRect whole = index == 0 ? wholeLongRect(input_.width(), input_.height()) : wholeLongRect(0, 0);
+    const std::lock_guard lock(mutex_);
+    Layer layer;
+    layer.place = intersection(request.rect, whole);
+    if (!layers_.emplace(id, layer).second) {
+        host_.ledger.addMisuse("checkout_layer with a checkout id that is in use");
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    lastRequest_ = request.rect;
+    PF_CheckoutResult answer{};
+    answer.result_rect = layer.place;
+    answer.max_result_rect = whole;
+    answer.par = {1, 1};
+    answer.ref_width = whole.right;
+    answer.ref_height = whole.bottom;
+    result = answer;
+    return PF_Err_NONE;
+}
+
+PF_Err SmartFrame::makePixels(Layer& layer) {
+    if (isEmpty(layer.place) && !host_.options.allowEmpty)
+        return PF_Err_NONE;
+    const PF_Err code = makeLayerWorld(host_, input_, layer.place, layer.world);
+    layer.hasWorld = code == PF_Err_NONE;
+    layer.world.origin_x = layer.place.left;
+    layer.world.origin_y = layer.place.top;
+    return code;
+}
+
+void SmartFrame::dropPixels(Layer& layer) {
+    if (layer.hasWorld)
+        dropInputWorld(host_, input_, layer.place, layer.world);
+    layer.hasWorld = false;
+}
+
+PF_Err SmartFrame::checkoutPixels(A_long id, PF_EffectWorld*& pixels) {
+    const std::lock_guard lock(mutex_);
+    const auto found = layers_.find(id);
+    if (found == layers_.end() || found->second.out) {
+        host_.ledger.addMisuse("checkout_layer_pixels of a layer that is unknown or checked out already");
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    Layer& layer = found->second;
+    if (!host_.options.nullInputWorld) {
+        if (const PF_Err code = makePixels(layer); code != PF_Err_NONE)
+            return code;
+    }
+    layer.out = true;
+    layer.excused = false;
+    pixels = layer.hasWorld ? &layer.world : nullptr;
+    return PF_Err_NONE;
+}
+
+PF_Err SmartFrame::checkinPixels(A_long id) {
+    const std::lock_guard lock(mutex_);
+    const auto found = layers_.find(id);
+    if (found == layers_.end() || !found->second.out) {
+        host_.ledger.addMisuse("check-in of a layer that is not checked out");
+        return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    found->second.out = false;
+    dropPixels(found->second);
+    return PF_Err_NONE;
+}
+
+void SmartFrame::excuse(A_long id) {
+    const std::lock_guard lock(mutex_);
+    const auto found = layers_.find(id);
+    if (found != layers_.end())
+        found->second.excused = found->second.out;
+}
+
+} // namespace kovalune::host

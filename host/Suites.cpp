@@ -1,0 +1,166 @@
+#include "host/Suites.h"
+
+#include "host/CallbackSupport.h"
+#include "host/HandleCallbacks.h"
+#include "host/ParamTable.h"
+#include "host/WorldCallbacks.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <string_view>
+
+namespace kovalune::host {
+
+namespace {
+
+constexpr std::int32_t kSuiteNotFound = 1; // any code but 0 says so
+
+PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def) {
+    const auto arguments = [&] {
+        const bool disabled = def != nullptr && (def->ui_flags & PF_PUI_DISABLED) != 0;
+        return joined(index, disabled ? "disabled" : "enabled");
+    };
+    return countedCall("PF_UpdateParamUI", ref, arguments, [&](CommandContext& context) -> PF_Err {
+        return def == nullptr ? PF_Err_BAD_CALLBACK_PARAM : context.params.updateUi(index, *def);
+    });
+}
+
+const PFWorldSuite1& worldSuite1() {
+    static const PFWorldSuite1 suite{newWorldByFlags, disposeWorld};
+    return suite;
+}
+
+const PFWorldSuite2& worldSuite2() {
+    static const PFWorldSuite2 suite{newWorldByFormat, disposeWorldSuite2, getPixelFormat};
+    return suite;
+}
+
+const PFWorldTransformSuite1& worldTransformSuite1() {
+    static const PFWorldTransformSuite1 suite = [] {
+        PFWorldTransformSuite1 made{};
+        made.composite_rect = Unsupported<"composite_rect">::call;
+        made.blend = Unsupported<"blend">::call;
+        made.convolve = Unsupported<"convolve">::call;
+        made.copy = copyBySuite;
+        made.copy_hq = copyHqBySuite;
+        made.transfer_rect = Unsupported<"transfer_rect">::call;
+        made.transform_world = Unsupported<"transform_world">::call;
+        return made;
+    }();
+    return suite;
+}
+
+const PFFillMatteSuite1& fillMatteSuite1() {
+    static const PFFillMatteSuite1 suite = [] {
+        PFFillMatteSuite1 made{};
+        made.fill = fillBySuite;
+        made.fill16 = Unsupported<"fill16">::call;
+        made.premultiply = Unsupported<"premultiply">::call;
+        made.premultiply_color = Unsupported<"premultiply_color">::call;
+        made.premultiply_color16 = Unsupported<"premultiply_color16">::call;
+        return made;
+    }();
+    return suite;
+}
+
+const PFHandleSuite1& handleSuite1() {
+    static const PFHandleSuite1 suite{newHandle,     lockHandle, unlockHandle,
+                                      disposeHandle, handleSize, resizeHandle};
+    return suite;
+}
+
+const PFParamUtilsSuite1& paramUtilsSuite1() {
+    static const PFParamUtilsSuite1 suite = [] {
+        PFParamUtilsSuite1 made{};
+        made.PF_UpdateParamUI = updateParamUi;
+        for (PF_UnusedSlot& slot : made.obsolete_state_functions)
+            slot = Unsupported<"obsolete state function">::call;
+        made.PF_IsIdenticalCheckout = Unsupported<"PF_IsIdenticalCheckout">::call;
+        made.PF_FindKeyframeTime = Unsupported<"PF_FindKeyframeTime">::call;
+        made.PF_GetKeyframeCount = Unsupported<"PF_GetKeyframeCount">::call;
+        made.PF_CheckoutKeyframe = Unsupported<"PF_CheckoutKeyframe">::call;
+        made.PF_CheckinKeyframe = Unsupported<"PF_CheckinKeyframe">::call;
+        made.PF_KeyIndexToTime = Unsupported<"PF_KeyIndexToTime">::call;
+        return made;
+    }();
+    return suite;
+}
+
+struct SuiteEntry {
+    std::string_view name;
+    std::int32_t version;
+    const void* table;
+};
+
+const void* findSuite(std::string_view name, std::int32_t version) {
+    static const std::array<SuiteEntry, 6> entries{{
+        {kPFWorldSuite, kPFWorldSuiteVersion1, &worldSuite1()},
+        {kPFWorldSuite, kPFWorldSuiteVersion2, &worldSuite2()},
+        {kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1, &worldTransformSuite1()},
+        {kPFFillMatteSuite, kPFFillMatteSuiteVersion1, &fillMatteSuite1()},
+        {kPFHandleSuite, kPFHandleSuiteVersion1, &handleSuite1()},
+        {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1, &paramUtilsSuite1()},
+    }};
+    const auto found = std::find_if(entries.begin(), entries.end(), [&](const SuiteEntry& entry) {
+        return entry.name == name && entry.version == version;
+    });
+    return found == entries.end() ? nullptr : found->table;
+}
+
+bool withheld(const HostOptions& options, const std::string& name, std::int32_t version) {
+    return std::find(options.withheldSuites.begin(), options.withheldSuites.end(),
+                     SuiteName{name, version}) != options.withheldSuites.end();
+}
+
+std::int32_t acquireSuite(const char* name, std::int32_t version, const void** suite) {
+    const std::string suiteName = name != nullptr ? name : "null";
+    return countedCall(
+        "AcquireSuite", [&] { return joined(suiteName, version); },
+        [&](CommandContext& context) -> PF_Err {
+            const void* table = findSuite(suiteName, version);
+            if (suite == nullptr || table == nullptr || withheld(context.host.options, suiteName, version))
+                return kSuiteNotFound;
+            *suite = table;
+            context.host.suites.acquired(suiteName, version);
+            return PF_Err_NONE;
+        });
+}
+
+std::int32_t releaseSuite(const char* name, std::int32_t version) {
+    return shielded(std::int32_t{PF_Err_OUT_OF_MEMORY}, [&]() -> std::int32_t {
+        CommandContext* context = currentContext();
+        if (context == nullptr)
+            return PF_Err_INVALID_CALLBACK;
+        const std::string suiteName = name != nullptr ? name : "null";
+        logCall(*context, "ReleaseSuite", [&] { return joined(suiteName, version); });
+        if (context->host.suites.released(suiteName, version))
+            return 0;
+        context->host.ledger.addMisuse("release of a suite that is not acquired: " +
+                                       joined(suiteName, version));
+        return kSuiteNotFound;
+    });
+}
+
+std::int32_t isEqual(const char* first, const char* second) {
+    return first != nullptr && second != nullptr && std::strcmp(first, second) == 0 ? 1 : 0;
+}
+
+} // namespace
+
+SPBasicSuite* basicSuite() {
+    static SPBasicSuite suite = [] {
+        SPBasicSuite made{};
+        made.AcquireSuite = acquireSuite;
+        made.ReleaseSuite = releaseSuite;
+        made.IsEqual = isEqual;
+        made.AllocateBlock = Unsupported<"AllocateBlock">::call;
+        made.FreeBlock = Unsupported<"FreeBlock">::call;
+        made.ReallocateBlock = Unsupported<"ReallocateBlock">::call;
+        made.Undefined = Unsupported<"Undefined">::call;
+        return made;
+    }();
+    return &suite;
+}
+
+} // namespace kovalune::host
