@@ -1,0 +1,27 @@
+# Installs Debian packages that are missing, as root or through sudo, and says what it does. Sourced by the scripts.
+
+build_packages="g++ cmake ninja-build libpng-dev libcli11-dev"
+test_packages="$build_packages libgtest-dev clang libclang-rt-14-dev clang-format locales binutils
+               g++-mingw-w64-i686-posix"
+
+ensure_packages() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f='${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    done
+    if [ ${#missing[@]} -eq 0 ]; then
+        return 0
+    fi
+    local as_root=()
+    if [ "$(id -u)" -ne 0 ]; then
+        if ! command -v sudo >/dev/null; then
+            echo "Missing packages: ${missing[*]}. Install them, or run this as root or where sudo is." >&2
+            return 1
+        fi
+        as_root=(sudo)
+    fi
+    echo "Installing missing packages: ${missing[*]}"
+    "${as_root[@]}" apt-get update -qq
+    "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y -qq --no-install-recommends "${missing[@]}" \
+        >/dev/null
+}
