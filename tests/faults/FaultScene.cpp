@@ -1,0 +1,100 @@
+#include "tests/faults/FaultScene.h"
+
+#include <vector>
+
+namespace kovalune::tests {
+namespace {
+
+constexpr A_long kNormal = 1;
+constexpr A_long kExtract = 3;
+constexpr A_long kBase = 4;
+constexpr PF_Pixel kFirst = {255, 200, 40, 60};
+constexpr PF_Pixel kSecond = {255, 30, 24, 40};
+
+template <class Pixel, class Channel>
+void paint(host::Image& image, Channel scale(A_u_char)) {
+    for (A_long y = 0; y < image.height(); ++y) {
+        for (A_long x = 0; x < image.width(); ++x) {
+            const PF_Pixel& c = x < 5 ? kFirst : kSecond;
+            const bool hole = x == 3 && y == 4;
+            image.at<Pixel>(x, y) = {scale(hole ? 0 : 255), scale(c.red), scale(c.green), scale(c.blue)};
+        }
+    }
+}
+
+} // namespace
+
+std::ostream& operator<<(std::ostream& out, const FaultScene& scene) {
+    return out << scene.name;
+}
+
+const std::vector<FaultScene>& faultScenes() {
+    static const std::vector<FaultScene> scenes = [] {
+        struct Named {
+            const char* name;
+            PF_PixelFormat format;
+        };
+        std::vector<FaultScene> all;
+        for (const Named& depth : {Named{"Argb", PF_PixelFormat_ARGB32}, Named{"Ae16", PF_PixelFormat_ARGB64},
+                                   Named{"Ae32", PF_PixelFormat_ARGB128}}) {
+            const auto add = [&](const char* what, host::RenderFlow flow, double amount, A_long view) {
+                all.push_back({depth.name + std::string(what), depth.format, flow, amount, view});
+            };
+            add("SmartSmoothed", host::RenderFlow::Smart, 10, kNormal);
+            add("SmartExtract", host::RenderFlow::Smart, 20, kExtract);
+            add("SmartCopied", host::RenderFlow::Smart, 0, kBase);
+            add("LegacyBase", host::RenderFlow::Legacy, 20, kBase);
+        }
+        return all;
+    }();
+    return scenes;
+}
+
+host::HostOptions strictOptions() {
+    host::HostOptions options;
+    options.audit = true;
+    options.poisonNewWorlds = true;
+    options.recordCalls = true;
+    options.threads = 1;
+    options.iterations = 2;
+    options.rowPadding = 12;
+    options.globalSetdownAtEnd = false; // the linked effect serves many sessions of this process
+    return options;
+}
+
+host::Image scenePicture(PF_PixelFormat format) {
+    host::Image image(format, 12, 9);
+    switch (format) {
+    case PF_PixelFormat_ARGB32:
+        paint<PF_Pixel, A_u_char>(image, [](A_u_char c) { return c; });
+        break;
+    case PF_PixelFormat_ARGB64:
+        paint<PF_Pixel16, A_u_short>(
+            image, [](A_u_char c) { return static_cast<A_u_short>((c * 32768 + 128) / 255); });
+        break;
+    default:
+        paint<PF_PixelFloat, float>(image, [](A_u_char c) { return static_cast<float>(c) / 255.0F; });
+        break;
+    }
+    return image;
+}
+
+void applyScene(host::Session& session, const FaultScene& scene) {
+    const auto set = [&session](const char* label, host::ParamValue value) {
+        session.setValue(session.findParam(label).value(), value);
+    };
+    set("View", scene.view);
+    set("Blur Amount", scene.blurAmount);
+    set("Blur Repeat Num", A_long{3});
+    set("Enable 2", A_long{1});
+    set("Color 1", kFirst);
+    set("Color 2", kSecond);
+}
+
+host::RenderRequest requestOf(const FaultScene& scene) {
+    host::RenderRequest request;
+    request.flow = scene.flow;
+    return request;
+}
+
+} // namespace kovalune::tests

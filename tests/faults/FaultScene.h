@@ -1,0 +1,38 @@
+// A small frame that passes through everything the effect does, for tests that break the host under it.
+#pragma once
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "host/Session.h"
+
+#include <ostream>
+#include <string>
+#include <vector>
+
+namespace kovalune::tests {
+
+struct FaultScene {
+    std::string name;
+    PF_PixelFormat format;
+    host::RenderFlow flow;
+    double blurAmount; ///< "Blur Amount": 10 smooths boundaries first, 20 does not, 0 copies
+    A_long view;
+};
+
+std::ostream& operator<<(std::ostream& out, const FaultScene& scene);
+
+/// Every scene: formats, roads to a frame, kinds of blur, views.
+const std::vector<FaultScene>& faultScenes();
+
+/// A host that watches closely and runs iterations on the calling thread, so that its n-th call is always the
+/// same.
+host::HostOptions strictOptions();
+
+/// Two flat regions with a hole, 12 by 9 pixels.
+host::Image scenePicture(PF_PixelFormat format);
+
+void applyScene(host::Session& session, const FaultScene& scene);
+
+host::RenderRequest requestOf(const FaultScene& scene);
+
+} // namespace kovalune::tests

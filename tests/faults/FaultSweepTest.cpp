@@ -1,0 +1,311 @@
+// Every call to the host that a command makes is made to fail, one at a time: the code comes back, unless the
+// failure is one that the effect ignores by design; nothing is left behind but what it leaves by design; no
+// byte outside a picture is touched; and the next frame on the same effect is right.
+
+#include "tests/faults/FaultScene.h"
+
+#include "hostapi/EntryPoint.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <optional>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kovalune::tests {
+namespace {
+
+using host::AuditReport;
+using host::CallRecord;
+using host::CommandResult;
+using host::EffectModule;
+using host::FaultPlan;
+using host::Host;
+using host::Image;
+using host::RenderFlow;
+using host::RenderResult;
+using host::Session;
+
+constexpr PF_Err kFault = PF_Err_INVALID_INDEX;
+
+/// Parameters with a value: 57 less ten group starts and ends.
+constexpr int kValueParams = 47;
+
+/// The calls of a log that can fail, in order.
+std::vector<CallRecord> fallibleCalls(std::vector<CallRecord> log) {
+    static const std::set<std::string> infallible = {"ReleaseSuite", "host_unlock_handle",
+                                                     "host_dispose_handle"};
+    std::erase_if(log, [](const CallRecord& record) { return infallible.count(record.call) != 0; });
+    return log;
+}
+
+bool acquires(const CallRecord& record, const std::string& suite) {
+    return record.call == "AcquireSuite" && record.arguments.starts_with(suite);
+}
+
+/// What the frame's code should be when the call at `at` fails, all others being as in a good frame.
+class Expectation {
+public:
+    Expectation(const FaultScene& scene, std::vector<CallRecord> calls)
+        : scene_(scene), calls_(std::move(calls)) {}
+
+    const std::vector<CallRecord>& calls() const { return calls_; }
+
+    /// Nothing: either a code or none is right, since it depends on which world is missing.
+    std::optional<PF_Err> codeOf(std::size_t at) const {
+        const CallRecord& failed = calls_[at];
+        if (failed.call == "AcquireSuite") {
+            return codeOfSuite(at);
+        }
+        if (failed.call == "host_new_handle") {
+            return PF_Err_OUT_OF_MEMORY;
+        }
+        if (failed.call == "host_lock_handle") {
+            return isLockOfBlock(at) ? PF_Err_OUT_OF_MEMORY : PF_Err_INTERNAL_STRUCT_DAMAGED;
+        }
+        return isIgnored(at) ? PF_Err_NONE : kFault;
+    }
+
+    /// A release of host memory that found no handle suite: the block stays with the host.
+    bool leavesBlock(std::size_t at) const {
+        return acquires(calls_[at], "PF Handle Suite") &&
+               (at + 1 == calls_.size() || calls_[at + 1].call != "host_new_handle");
+    }
+
+private:
+    /// Without version 2 of the world suite there is version 1, which has no float worlds.
+    std::optional<PF_Err> codeOfSuite(std::size_t at) const {
+        if (!acquires(calls_[at], "PF World Suite")) {
+            return PF_Err_BAD_CALLBACK_PARAM;
+        }
+        if (scene_.format == PF_PixelFormat_ARGB128) {
+            return std::nullopt;
+        }
+        return PF_Err_NONE;
+    }
+
+    /// A block of work memory is made and locked in one; the settings' handle comes first and is locked again
+    /// later.
+    bool isLockOfBlock(std::size_t at) const {
+        const bool first = countBefore(at, "host_lock_handle") == 0;
+        const bool settings = scene_.flow == RenderFlow::Smart && first;
+        return !settings && at > 0 && calls_[at - 1].call == "host_new_handle";
+    }
+
+    bool isIgnored(std::size_t at) const {
+        const std::string& call = calls_[at].call;
+        if (call == "PF_DisposeWorld") {
+            return true;
+        }
+        if (call == "copy") { // inside the boundary smoothing; the frame's own copies are of high quality
+            return true;
+        }
+        if (call == "RGBtoHLS") { // of pixels, behind those of the two listed colours
+            return countBefore(at, "RGBtoHLS") >= 2;
+        }
+        if (call == "iterate_generic") { // the cut of the alpha, the last pass of these views
+            return scene_.view != 1 &&
+                   countBefore(at, "iterate_generic") + 1 == countBefore(calls_.size(), call);
+        }
+        return false;
+    }
+
+    std::ptrdiff_t countBefore(std::size_t at, const std::string& call) const {
+        return std::count_if(calls_.begin(), calls_.begin() + static_cast<std::ptrdiff_t>(at),
+                             [&](const CallRecord& record) { return record.call == call; });
+    }
+
+    const FaultScene& scene_;
+    std::vector<CallRecord> calls_;
+};
+
+class FaultSweep : public testing::TestWithParam<FaultScene> {
+protected:
+    FaultSweep() : module_(EffectModule::linked(EntryPointFunc)), input_(scenePicture(GetParam().format)) {}
+
+    RenderResult render(Session& session, Image& output) {
+        return session.render(input_, output, requestOf(GetParam()));
+    }
+
+    Expectation expectation() {
+        Host host(strictOptions());
+        Session session(host, module_);
+        applyScene(session, GetParam());
+        host.clearCalls();
+        const RenderResult result = render(session, goodOutput_);
+        EXPECT_TRUE(result.ok()) << result.code;
+        Expectation expected(GetParam(), fallibleCalls(host.calls()));
+        EXPECT_EQ(result.callsCounted, static_cast<int>(expected.calls().size()));
+        return expected;
+    }
+
+    /// What may still be held after a frame that ended with `code`.
+    void expectBalanced(const Host& host, PF_Err code, bool blockLeft, const std::string& failedCall) {
+        AuditReport report = host.audit();
+        const bool smart = GetParam().flow == RenderFlow::Smart;
+        // The pre-render never gives its parameters back; a give-back that fails stops there.
+        if (smart || failedCall == "checkin_param") {
+            EXPECT_LE(report.paramCheckouts, kValueParams);
+            report.paramCheckouts = 0;
+        }
+        // After an error the layer stays checked out.
+        if (smart && code != PF_Err_NONE) {
+            EXPECT_LE(report.layerCheckouts, 1);
+            report.layerCheckouts = 0;
+        }
+        if (blockLeft) {
+            EXPECT_EQ(report.liveHandles, 1);
+            EXPECT_EQ(report.liveLocks, 1);
+            report.liveHandles = 0;
+            report.liveLocks = 0;
+        }
+        EXPECT_TRUE(report.clean()) << report.text();
+    }
+
+    void expectNextFrameIsRight(Session& session) {
+        Image output;
+        const RenderResult result = render(session, output);
+        EXPECT_TRUE(result.ok()) << result.code;
+        EXPECT_TRUE(output == goodOutput_);
+    }
+
+    EffectModule module_;
+    Image input_;
+    Image goodOutput_;
+};
+
+TEST_P(FaultSweep, EveryFailingCallIsReportedAndLeavesNothing) {
+    const Expectation expected = expectation();
+    ASSERT_GT(expected.calls().size(), 100U);
+    for (std::size_t at = 0; at < expected.calls().size(); ++at) {
+        const CallRecord& failed = expected.calls()[at];
+        SCOPED_TRACE("call " + std::to_string(at + 1) + ": " + failed.call + " " + failed.arguments);
+        Host host(strictOptions());
+        Session session(host, module_);
+        applyScene(session, GetParam());
+        host.resetAudit();
+        host.armFaults({.failCall = static_cast<int>(at) + 1, .failCode = kFault});
+        Image output;
+        const RenderResult result = render(session, output);
+        ASSERT_EQ(result.failedCall, failed.call);
+        EXPECT_FALSE(result.threw);
+        const std::optional<PF_Err> code = expected.codeOf(at);
+        if (code) {
+            EXPECT_EQ(result.code, *code);
+        } else {
+            EXPECT_TRUE(result.code == PF_Err_NONE || result.code == PF_Err_OUT_OF_MEMORY) << result.code;
+        }
+        expectBalanced(host, result.code, expected.leavesBlock(at), failed.call);
+        expectNextFrameIsRight(session);
+    }
+}
+
+TEST_P(FaultSweep, AnIterationThatFailsWhenItIsDoneIsReportedToo) {
+    const Expectation expected = expectation();
+    for (std::size_t at = 0; at < expected.calls().size(); ++at) {
+        if (expected.calls()[at].call != "iterate_generic") {
+            continue;
+        }
+        SCOPED_TRACE("call " + std::to_string(at + 1));
+        Host host(strictOptions());
+        Session session(host, module_);
+        applyScene(session, GetParam());
+        host.resetAudit();
+        host.armFaults({.failCall = static_cast<int>(at) + 1, .failCode = kFault, .failIterateAfter = true});
+        Image output;
+        const RenderResult result = render(session, output);
+        EXPECT_EQ(result.code, expected.codeOf(at));
+        expectBalanced(host, result.code, false, "iterate_generic");
+        expectNextFrameIsRight(session);
+    }
+}
+
+TEST_P(FaultSweep, EveryCancelledProgressCallEndsTheFrame) {
+    const Expectation expected = expectation();
+    const auto progressCalls =
+        std::count_if(expected.calls().begin(), expected.calls().end(),
+                      [](const CallRecord& record) { return record.call == "progress"; });
+    // One tick, and one report after each of the four passes of a blur of three repeats.
+    EXPECT_EQ(progressCalls, GetParam().blurAmount == 0 ? 1 : 5);
+    for (int n = 1; n <= progressCalls; ++n) {
+        SCOPED_TRACE("progress call " + std::to_string(n));
+        Host host(strictOptions());
+        Session session(host, module_);
+        applyScene(session, GetParam());
+        host.resetAudit();
+        host.armFaults({.cancelAtProgress = n});
+        Image output;
+        const RenderResult result = render(session, output);
+        EXPECT_EQ(result.code, PF_Interrupt_CANCEL);
+        expectBalanced(host, result.code, false, "progress");
+        expectNextFrameIsRight(session);
+    }
+}
+
+std::string sceneName(const testing::TestParamInfo<FaultScene>& scene) {
+    return scene.param.name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Scenes, FaultSweep, testing::ValuesIn(faultScenes()), sceneName);
+
+TEST(FaultSweepOfSetUp, EveryFailingCallIsReported) {
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    int n = 1;
+    for (;; ++n) {
+        Host host(strictOptions());
+        host.armFaults({.failCall = n, .failCode = kFault});
+        const Session session(host, module);
+        const CommandResult& result = session.setupResult();
+        if (result.failedCall.empty()) {
+            EXPECT_TRUE(result.ok());
+            break;
+        }
+        EXPECT_EQ(result.failedCall, "add_param");
+        EXPECT_EQ(result.command, PF_Cmd_PARAMS_SETUP);
+        EXPECT_EQ(result.code, kFault);
+        EXPECT_EQ(result.out.num_params, 58);
+        EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+    }
+    EXPECT_EQ(n - 1, 57);
+}
+
+TEST(FaultSweepOfCommands, OnlyAMissingSuiteStopsTheGreyingOfControls) {
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    Host host(strictOptions());
+    Session session(host, module);
+    int n = 1;
+    for (;; ++n) {
+        host.resetAudit();
+        host.armFaults({.failCall = n, .failCode = kFault});
+        const CommandResult result = session.updateParamsUI();
+        if (result.failedCall.empty()) {
+            EXPECT_TRUE(result.ok());
+            break;
+        }
+        const bool suite = result.failedCall == "AcquireSuite";
+        EXPECT_EQ(result.code, suite ? PF_Err_INTERNAL_STRUCT_DAMAGED : PF_Err_NONE);
+        EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+    }
+    // The suite, 20 controls in each of five groups, three to keep, and two in each of four rules a group.
+    EXPECT_EQ(n - 1, 1 + 5 * 20 + 3 + 5 * 4 * 2);
+}
+
+TEST(FaultSweepOfCommands, TheOthersNeedNothingThatCanFail) {
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    Host host(strictOptions());
+    Session session(host, module);
+    for (const PF_Cmd command :
+         {PF_Cmd_ABOUT, PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETUP, PF_Cmd_SEQUENCE_RESETUP,
+          PF_Cmd_SEQUENCE_FLATTEN, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_DO_DIALOG, PF_Cmd_USER_CHANGED_PARAM,
+          PF_Cmd_EVENT, PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_ARBITRARY_CALLBACK}) {
+        const CommandResult result = session.run(command);
+        EXPECT_TRUE(result.ok()) << command;
+        EXPECT_EQ(result.callsCounted, 0) << command;
+    }
+    EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+}
+
+} // namespace
+} // namespace kovalune::tests

@@ -1,0 +1,107 @@
+// A host that lacks a suite altogether: each gives the code that its absence has, and never a crash.
+
+#include "tests/faults/FaultScene.h"
+
+#include "hostapi/EntryPoint.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace kovalune::tests {
+namespace {
+
+using host::EffectModule;
+using host::Host;
+using host::HostOptions;
+using host::Image;
+using host::RenderResult;
+using host::Session;
+using host::SuiteName;
+
+struct Withheld {
+    std::vector<SuiteName> suites;
+    PF_PixelFormat format;
+    PF_Err code;
+};
+
+class WithheldSuites : public testing::TestWithParam<Withheld> {};
+
+TEST_P(WithheldSuites, GiveTheirCode) {
+    const Withheld& withheld = GetParam();
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    HostOptions options = strictOptions();
+    options.withheldSuites = withheld.suites;
+    Host host(options);
+    Session session(host, module);
+    ASSERT_TRUE(session.setupResult().ok());
+    const FaultScene scene = {"", withheld.format, host::RenderFlow::Smart, 10, 1};
+    applyScene(session, scene);
+    Image output;
+    const RenderResult result = session.render(scenePicture(withheld.format), output, requestOf(scene));
+    EXPECT_EQ(result.code, withheld.code) << result.returnMsg;
+    EXPECT_FALSE(result.threw);
+    host::AuditReport report = host.audit();
+    report.paramCheckouts = 0;
+    report.layerCheckouts = 0;
+    EXPECT_TRUE(report.clean()) << report.text();
+}
+
+const SuiteName kWorld1 = {kPFWorldSuite, 1};
+const SuiteName kWorld2 = {kPFWorldSuite, 2};
+
+INSTANTIATE_TEST_SUITE_P(
+    All, WithheldSuites,
+    testing::Values(
+        Withheld{{{kPFWorldTransformSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM},
+        Withheld{{{kPFHandleSuite, 1}}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM},
+        Withheld{{{kPFFillMatteSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_NONE}, // nothing is cleared yet
+        Withheld{{{kPFParamUtilsSuite, 1}}, PF_PixelFormat_ARGB128, PF_Err_NONE},
+        Withheld{{kWorld1}, PF_PixelFormat_ARGB128, PF_Err_NONE},
+        Withheld{{kWorld2}, PF_PixelFormat_ARGB32, PF_Err_NONE},
+        Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE},
+        Withheld{{kWorld1, kWorld2}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}));
+
+TEST(MissingBasicSuite, LeavesTheEntryPointAsAnException) {
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    HostOptions options = strictOptions();
+    options.nullBasicSuite = true;
+    Host host(options);
+    const Session session(host, module);
+    EXPECT_TRUE(session.setupResult().threw);
+}
+
+TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
+    // The query still finds version 2 here: the host is told the format, and loses the suite only for the
+    // worlds.
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    const FaultScene scene = {"", PF_PixelFormat_ARGB128, host::RenderFlow::Smart, 20, 1};
+    Host host(strictOptions());
+    Session session(host, module);
+    applyScene(session, scene);
+    host.clearCalls();
+    Image output;
+    ASSERT_TRUE(session.render(scenePicture(scene.format), output, requestOf(scene)).ok());
+    int n = 0;
+    int worldSuites = 0;
+    for (const host::CallRecord& record : host.calls()) {
+        if (record.call == "ReleaseSuite" || record.call == "host_unlock_handle" ||
+            record.call == "host_dispose_handle") {
+            continue;
+        }
+        ++n;
+        // The second request for the suite is for the first world, which holds the blur's intermediate state.
+        if (record.call == "AcquireSuite" && record.arguments.starts_with(kPFWorldSuite) &&
+            ++worldSuites == 2) {
+            break;
+        }
+    }
+    host.armFaults({.failCall = n});
+    const RenderResult result = session.render(scenePicture(scene.format), output, requestOf(scene));
+    EXPECT_EQ(result.failedCall, "AcquireSuite");
+    EXPECT_EQ(result.code, PF_Err_OUT_OF_MEMORY);
+}
+
+} // namespace
+} // namespace kovalune::tests

@@ -1,0 +1,53 @@
+// Frames of one effect rendered at once from several threads, the host's iterations on threads too: every
+// picture is the one that it is alone.
+
+#include "tests/frames/VectorFile.h"
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "hostapi/EntryPoint.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+
+namespace kovalune::tests {
+namespace {
+
+TEST(ConcurrentFrames, AreWhatTheyAreAlone) {
+    host::HostOptions options;
+    options.audit = true;
+    options.threads = 3;
+    host::Host host(options);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    const std::filesystem::path folder = KOVALUNE_VECTORS;
+
+    const auto renderRepeatedly = [&](const std::string& name) {
+        const FrameVector vector = readFrameVector(folder / name);
+        for (int repeat = 0; repeat < 5; ++repeat) {
+            host::Image output;
+            // Sessions share the effect's parameter objects, so each has its values read under the host's own
+            // lock.
+            host::Session session(host, module);
+            vector.applyTo(session);
+            const host::RenderResult result = session.render(vector.input, output, vector.request());
+            EXPECT_TRUE(result.ok()) << name << ": " << result.code;
+            EXPECT_EQ(firstDifference(output, vector.expected), "") << name;
+        }
+    };
+    host.options().globalSetdownAtEnd = false;
+    std::vector<std::thread> threads;
+    for (const char* const name :
+         {"base-plain-argb-0", "base-plain-ae16-1", "base-plain-ae32-2", "base-plain-argb-3"}) {
+        threads.emplace_back(renderRepeatedly, name);
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    host::AuditReport report = host.audit();
+    report.paramCheckouts = 0;
+    EXPECT_TRUE(report.clean()) << report.text();
+}
+
+} // namespace
+} // namespace kovalune::tests
