@@ -34,31 +34,32 @@ struct RunScan {
     /// before the one that enters is added, and a new run starts its sums anew.
     template <class Pixel, class Sums, class Emit>
     static void scan(const Line<Pixel>& line, Sums& sums, Emit&& emit) {
-        Span run = {0, -1};
+        int32_t runStart = 0;
+        int32_t runEnd = -1;
         for (int32_t x = 0; x < line.count; ++x) {
             if (line.mask[x] == 0) {
                 continue;
             }
             const int32_t right = x + std::min(line.reach, line.count - 1 - x);
-            if (run.last < x) {
+            if (runEnd < x) {
                 sums = Sums();
-                run.first = x;
+                runStart = x;
                 for (int32_t j = x; j <= right && line.mask[j] != 0; ++j) {
                     sums.add(line.pixels[j]);
-                    run.last = j;
+                    runEnd = j;
                 }
             } else {
-                if (run.first < x - line.reach) {
-                    sums.subtract(line.pixels[run.first]);
-                    run.first = x - line.reach;
+                if (runStart < x - line.reach) {
+                    sums.subtract(line.pixels[runStart]);
+                    runStart = x - line.reach;
                 }
                 // Past a masked-out pixel the distance grows beyond 1, and the run has ended for good.
-                if (right - run.last == 1 && line.mask[right] != 0) {
-                    run.last = right;
+                if (right - runEnd == 1 && line.mask[right] != 0) {
+                    runEnd = right;
                     sums.add(line.pixels[right]);
                 }
             }
-            emit(x, run, sums);
+            emit(x, Span{runStart, runEnd}, sums);
         }
     }
 };

@@ -7,6 +7,10 @@
 namespace kovalune {
 namespace {
 
+/// Amounts of blur, in pixels, that are small enough for stair-steps to show through.
+constexpr double kSmoothedFrom = 2.0;
+constexpr double kSmoothedTo = 15.0;
+
 /// A conversion that fails is the frame's failure; the list then goes on with what the conversions left
 /// behind.
 ColorMatches baseColors(Frame& frame) {
@@ -61,7 +65,8 @@ StageEnd runBaseStage(Frame& frame) {
     const StageSettings& base = frame.settings.stages[0];
     const double amount = truncToInt32(base.blurAmount * frame.scale + 0.5) + 1.0;
     selectRegion(frame);
-    PF_EffectWorld* const blurInput = baseIsSmoothed(amount) ? smoothRegion(frame) : frame.source;
+    const bool smoothBase = amount >= kSmoothedFrom && amount <= kSmoothedTo;
+    PF_EffectWorld* const blurInput = smoothBase ? smoothRegion(frame) : frame.source;
     frame.attempt([&] { return frame.progress.tick(); });
     if (frame.err != PF_Err_NONE) {
         return StageEnd::kAbandon;

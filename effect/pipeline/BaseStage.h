@@ -6,11 +6,6 @@
 
 namespace kovalune {
 
-/// A blur amount that smooths boundaries first: small enough for stair-steps to show through it.
-inline bool baseIsSmoothed(double scaledAmount) {
-    return scaledAmount >= 2.0 && scaledAmount <= 15.0;
-}
-
 /// Leaves the region in the frame's `stageMask`.
 StageEnd runBaseStage(Frame& frame);
 
