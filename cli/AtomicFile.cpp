@@ -1,0 +1,123 @@
+#include "cli/AtomicFile.h"
+
+#include "cli/Failure.h"
+
+#include <array>
+#include <cerrno>
+#include <charconv>
+#include <cstdio>
+#include <random>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace kovalune {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void fail(const fs::path& file, const std::string& reason) {
+    throw Failure(ExitCode::File, "cannot write " + inQuotes(file.string()) + ": " + reason);
+}
+
+[[noreturn]] void fail(const fs::path& file, int error) {
+    fail(file, std::generic_category().message(error));
+}
+
+fs::path folderOf(const fs::path& file) {
+    return file.has_parent_path() ? file.parent_path() : fs::path(".");
+}
+
+// Where the bytes go in the end, so that a link stays a link.
+fs::path targetOf(const fs::path& file) {
+    std::error_code error;
+    if (!fs::is_symlink(file, error))
+        return file;
+    const fs::path target = fs::weakly_canonical(file, error);
+    return error ? file : target;
+}
+
+// Not derived from the target's name, which may already be as long as names can be.
+std::string unusualName() {
+    std::random_device source;
+    const std::uint64_t number = std::uint64_t{source()} << 32 | source();
+    std::array<char, 16> digits{};
+    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
+    return ".kovalune-" + std::string(digits.data(), end.ptr) + ".tmp";
+}
+
+// A new file that is removed at the end unless it was renamed.
+class TemporaryFile {
+public:
+    // `file` is for messages.
+    TemporaryFile(const fs::path& folder, const fs::path& file) : file_(file) {
+        constexpr int kAttempts = 100;
+        for (int attempt = 0; attempt < kAttempts && stream_ == nullptr; ++attempt) {
+            path_ = folder / unusualName();
+            stream_ = std::fopen(path_.string().c_str(), "wbx");
+            if (stream_ == nullptr && errno != EEXIST)
+                fail(file_, errno);
+        }
+        if (stream_ == nullptr)
+            fail(file_, EEXIST);
+    }
+    ~TemporaryFile() {
+        if (stream_ != nullptr)
+            std::fclose(stream_);
+        if (!renamed_) {
+            std::error_code ignored;
+            fs::remove(path_, ignored);
+        }
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+
+    void write(std::span<const std::uint8_t> bytes) {
+        if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size())
+            fail(file_, errno);
+        // A full disk may show only when the last block goes out.
+        if (std::fclose(std::exchange(stream_, nullptr)) != 0)
+            fail(file_, errno);
+    }
+
+    void renameTo(const fs::path& target) {
+        std::error_code error;
+        const fs::file_status old = fs::status(target, error);
+        if (!error && fs::is_regular_file(old))
+            fs::permissions(path_, old.permissions(), error);
+        fs::rename(path_, target, error);
+        if (error)
+            fail(file_, error.message());
+        renamed_ = true;
+    }
+
+private:
+    fs::path file_;
+    fs::path path_;
+    std::FILE* stream_ = nullptr;
+    bool renamed_ = false;
+};
+
+} // namespace
+
+void checkWritable(const fs::path& file) {
+    std::error_code error;
+    const fs::file_status status = fs::status(file, error);
+    if (fs::is_directory(status))
+        fail(file, "it is a folder");
+    if (fs::exists(status) && !fs::is_regular_file(status))
+        fail(file, "it is not an ordinary file");
+    const fs::path folder = folderOf(targetOf(file));
+    if (!fs::is_directory(folder, error))
+        fail(file, "there is no folder " + inQuotes(folder.string()));
+}
+
+void writeAtomically(const fs::path& file, std::span<const std::uint8_t> bytes) {
+    const fs::path target = targetOf(file);
+    TemporaryFile temporary(folderOf(target), file);
+    temporary.write(bytes);
+    temporary.renameTo(target);
+}
+
+} // namespace kovalune

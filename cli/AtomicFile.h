@@ -1,0 +1,18 @@
+// Writes a file so that it is there as a whole or not at all: under another name first, then renamed.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+
+namespace kovalune {
+
+// Throws Failure if nothing can be written under this name: its folder is missing, it is a folder or a
+// device. Touches nothing; passing it is no promise that writing succeeds.
+void checkWritable(const std::filesystem::path& file);
+
+// On failure an existing file stays as it was and nothing else is left behind. A link is followed, and the
+// permissions of a file that is replaced are kept where that is allowed. Throws Failure with the name.
+void writeAtomically(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
+
+} // namespace kovalune

@@ -1,0 +1,34 @@
+// How the command ends when it cannot do what it was asked: one line of text and an exit code.
+// A Failure's text names the thing it is about; it may hold any bytes, printable() makes it one line.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+#include <string_view>
+
+namespace kovalune {
+
+enum class ExitCode {
+    Success = 0,
+    Usage = 2,  // the command line, its labels and values
+    File = 3,   // anything about a file, the lack of memory for a picture included
+    Effect = 4, // what the effect reported
+};
+
+class Failure : public std::runtime_error {
+public:
+    Failure(ExitCode code, const std::string& text) : std::runtime_error(text), code_(code) {}
+
+    ExitCode code() const { return code_; }
+
+private:
+    ExitCode code_;
+};
+
+// With control characters written as \n, \r, \t or \xNN. Other bytes, UTF-8 among them, stay as they are.
+std::string printable(std::string_view text);
+
+// 'text'
+std::string inQuotes(std::string_view text);
+
+} // namespace kovalune

@@ -1,0 +1,52 @@
+#include "cli/OpenEffect.h"
+
+#include "cli/Failure.h"
+
+#include <filesystem>
+#include <system_error>
+
+namespace kovalune {
+
+namespace {
+
+host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
+    if (!plugin)
+        return host::EffectModule::linked(EntryPointFunc);
+    // The system's loader would look for a name without a folder in the system's folders.
+    std::error_code error;
+    const std::filesystem::path path = std::filesystem::absolute(*plugin, error);
+    if (error || !std::filesystem::is_regular_file(path, error))
+        throw Failure(ExitCode::File, "cannot load the plug-in " + inQuotes(*plugin) +
+                                          (error ? ": " + error.message() : ": it is not a file"));
+    try {
+        return host::EffectModule::load(path.string());
+    } catch (const host::HostError& reason) {
+        throw Failure(ExitCode::File, reason.what());
+    }
+}
+
+host::HostOptions optionsFor(int threads) {
+    host::HostOptions options;
+    options.threads = threads;
+    return options;
+}
+
+} // namespace
+
+OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads)
+    : host_(optionsFor(threads)), module_(moduleOf(plugin)), session_(host_, module_) {
+    requireSuccess(session_.setupResult(), "the effect's set-up");
+}
+
+void requireSuccess(const host::CommandResult& result, const std::string& action) {
+    if (result.ok())
+        return;
+    std::string text = action + " failed with code " + std::to_string(result.code);
+    if (result.threw)
+        text += ": it threw an exception: " + result.exceptionText;
+    else if (!result.returnMsg.empty())
+        text += ": " + result.returnMsg;
+    throw Failure(ExitCode::Effect, text);
+}
+
+} // namespace kovalune

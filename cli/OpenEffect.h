@@ -1,0 +1,30 @@
+// The effect that a command works with, set up in the reference host: the built-in one or one from a file.
+#pragma once
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "host/Session.h"
+
+#include <optional>
+#include <string>
+
+namespace kovalune {
+
+class OpenEffect {
+public:
+    // `threads` 0 is what the machine has. Throws Failure if the file cannot be loaded or the effect's set-up
+    // fails.
+    explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0);
+
+    host::Session& session() { return session_; }
+
+private:
+    host::Host host_;
+    host::EffectModule module_;
+    host::Session session_;
+};
+
+// Throws Failure if the effect reported an error; `action` is what it did, as in "the effect's set-up".
+void requireSuccess(const host::CommandResult& result, const std::string& action);
+
+} // namespace kovalune

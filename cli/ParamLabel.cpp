@@ -1,0 +1,84 @@
+#include "cli/ParamLabel.h"
+
+#include "cli/AsciiText.h"
+#include "cli/Failure.h"
+#include "cli/NearestNames.h"
+#include "hostapi/Constants.h"
+
+#include <algorithm>
+#include <string>
+
+namespace kovalune {
+
+namespace {
+
+struct Matches {
+    std::vector<std::size_t> settable; // without case
+    std::vector<std::size_t> exact;    // of the settable ones
+    const PF_ParamDef* other = nullptr;
+};
+
+Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label) {
+    Matches matches;
+    for (std::size_t index = 1; index < params.size(); ++index) {
+        const PF_ParamDef& def = params[index];
+        if (!equalWithoutCase(def.name, label) || def.param_type == PF_Param_GROUP_END)
+            continue;
+        if (!isSettable(def)) {
+            matches.other = &def;
+            continue;
+        }
+        matches.settable.push_back(index);
+        if (label == def.name)
+            matches.exact.push_back(index);
+    }
+    return matches;
+}
+
+[[noreturn]] void failUnknown(const std::vector<PF_ParamDef>& params, std::string_view label) {
+    std::vector<std::string> labels;
+    for (const PF_ParamDef& def : params) {
+        if (isSettable(def))
+            labels.emplace_back(def.name);
+    }
+    std::string text = "no parameter is called " + inQuotes(label);
+    const std::vector<std::string> nearest = nearestNames(label, labels);
+    if (nearest.empty()) {
+        text += "; 'kovalune params' lists them";
+    } else {
+        const char* before = "; the nearest: ";
+        for (const std::string& name : nearest) {
+            text += before + inQuotes(name);
+            before = ", ";
+        }
+    }
+    throw Failure(ExitCode::Usage, text);
+}
+
+} // namespace
+
+bool isSettable(const PF_ParamDef& def) {
+    return def.param_type == PF_Param_SLIDER || def.param_type == PF_Param_FLOAT_SLIDER ||
+           def.param_type == PF_Param_CHECKBOX || def.param_type == PF_Param_POPUP ||
+           def.param_type == PF_Param_COLOR;
+}
+
+int findSettable(const std::vector<PF_ParamDef>& params, std::string_view label) {
+    const Matches matches = label.empty() ? Matches{} : matchesOf(params, label);
+    if (matches.exact.size() == 1)
+        return static_cast<int>(matches.exact.front());
+    if (matches.settable.size() == 1)
+        return static_cast<int>(matches.settable.front());
+    if (matches.settable.size() > 1)
+        throw Failure(ExitCode::Usage, inQuotes(label) + " is the label of " +
+                                           std::to_string(matches.settable.size()) +
+                                           " parameters and cannot tell them apart");
+    if (matches.other == nullptr)
+        failUnknown(params, label);
+    if (matches.other->param_type == PF_Param_GROUP_START)
+        throw Failure(ExitCode::Usage, inQuotes(matches.other->name) + " is a group and has no value");
+    throw Failure(ExitCode::Usage,
+                  inQuotes(matches.other->name) + " is of a kind that cannot be set from the command line");
+}
+
+} // namespace kovalune

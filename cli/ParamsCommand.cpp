@@ -1,0 +1,69 @@
+#include "cli/ParamsCommand.h"
+
+#include "cli/Failure.h"
+#include "cli/OpenEffect.h"
+#include "cli/ParamLabel.h"
+#include "cli/ParamText.h"
+#include "hostapi/Constants.h"
+
+#include <algorithm>
+#include <array>
+#include <vector>
+
+namespace kovalune {
+
+namespace {
+
+using Cells = std::array<std::string, 4>;
+
+Cells cellsOf(const host::Session& session, int index, std::size_t depth) {
+    const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
+    const std::vector<std::string> choices = session.choices(index);
+    return {std::string(2 * depth, ' ') + def.name, kindText(def),
+            valueText(def, choices, session.defaultValue(index)), rangeText(def, choices)};
+}
+
+// The table's lines; groups have their label alone.
+std::vector<Cells> linesOf(const host::Session& session) {
+    std::vector<Cells> lines = {{"Label", "Kind", "Default", "Takes"}};
+    std::size_t depth = 0;
+    const int count = static_cast<int>(session.params().size());
+    for (int index = 1; index < count; ++index) {
+        const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
+        if (def.param_type == PF_Param_GROUP_START) {
+            lines.push_back({std::string(2 * depth, ' ') + def.name, {}, {}, {}});
+            ++depth;
+        } else if (def.param_type == PF_Param_GROUP_END) {
+            depth -= depth > 0 ? 1 : 0;
+        } else if (isSettable(def)) {
+            lines.push_back(cellsOf(session, index, depth));
+        }
+    }
+    return lines;
+}
+
+std::string aligned(const std::vector<Cells>& lines) {
+    std::array<std::size_t, 4> widths{};
+    for (const Cells& cells : lines) {
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            widths[i] = std::max(widths[i], cells[i].size());
+    }
+    std::string text;
+    for (const Cells& cells : lines) {
+        std::string line;
+        for (std::size_t i = 0; i < cells.size(); ++i)
+            line += printable(cells[i]) + std::string(widths[i] - cells[i].size() + 2, ' ');
+        line.erase(line.find_last_not_of(' ') + 1);
+        text += line + '\n';
+    }
+    return text;
+}
+
+} // namespace
+
+std::string paramsText(const ParamsArguments& arguments) {
+    OpenEffect effect(arguments.plugin);
+    return aligned(linesOf(effect.session()));
+}
+
+} // namespace kovalune

@@ -1,0 +1,204 @@
+#include "cli/PngFile.h"
+
+#include "cli/Failure.h"
+
+#include <algorithm>
+#include <array>
+#include <csetjmp>
+#include <cstring>
+#include <png.h>
+
+namespace kovalune {
+
+namespace {
+
+struct NoteKind {
+    char name[5];
+    std::size_t leastBytes;
+    std::size_t mostBytes;
+};
+
+// What is kept of a file besides its samples. The order is a valid one for writing.
+constexpr std::size_t kAnyLength = ~std::size_t{0};
+constexpr std::array<NoteKind, 5> kNotes = {
+    {{"cHRM", 32, 32}, {"gAMA", 4, 4}, {"iCCP", 3, kAnyLength}, {"sRGB", 1, 1}, {"pHYs", 9, 9}}};
+
+// The library's names of those, five bytes each.
+std::array<png_byte, 5 * kNotes.size()> noteNames() {
+    std::array<png_byte, 5 * kNotes.size()> names{};
+    for (std::size_t i = 0; i < kNotes.size(); ++i)
+        std::memcpy(names.data() + 5 * i, kNotes[i].name, 5);
+    return names;
+}
+
+// One file being decoded. The library leaves its functions by longjmp, so every member function that calls
+// one holds nothing with a destructor between its setjmp and its end; it returns false after an error.
+class PngReader {
+public:
+    explicit PngReader(std::span<const std::uint8_t> source) : rest_(source) {
+        png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        if (png_ != nullptr)
+            info_ = png_create_info_struct(png_);
+        if (info_ == nullptr) {
+            png_destroy_read_struct(&png_, nullptr, nullptr);
+            throw std::bad_alloc();
+        }
+    }
+    ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
+    PngReader(const PngReader&) = delete;
+    PngReader& operator=(const PngReader&) = delete;
+
+    // Up to the first samples.
+    bool readHeader() {
+        if (setjmp(png_jmpbuf(png_)) != 0)
+            return false;
+        png_set_read_fn(png_, this, onRead);
+        // The size is looked at by the caller, and zero sides are refused by the library.
+        png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
+        // Raw, so that the library neither reconciles them with each other nor applies them.
+        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
+        png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_ALWAYS, names_.data(),
+                                    static_cast<int>(kNotes.size()));
+        png_read_info(png_, info_);
+        return true;
+    }
+
+    // Decides how samples come: whole bytes, no palette, no transparent colour.
+    bool startSamples() {
+        if (setjmp(png_jmpbuf(png_)) != 0)
+            return false;
+        png_set_expand(png_);
+        png_set_interlace_handling(png_);
+        png_read_update_info(png_, info_);
+        return true;
+    }
+
+    // `rows` has the picture's height.
+    bool readSamples(png_bytepp rows) {
+        if (setjmp(png_jmpbuf(png_)) != 0)
+            return false;
+        png_read_image(png_, rows);
+        png_read_end(png_, nullptr);
+        return true;
+    }
+
+    std::uint32_t width() const { return png_get_image_width(png_, info_); }
+    std::uint32_t height() const { return png_get_image_height(png_, info_); }
+    int depth() const { return png_get_bit_depth(png_, info_); }
+    std::size_t rowBytes() const { return png_get_rowbytes(png_, info_); }
+
+    Channels channels() const {
+        switch (png_get_color_type(png_, info_)) {
+        case PNG_COLOR_TYPE_GRAY:
+            return Channels::Grey;
+        case PNG_COLOR_TYPE_GRAY_ALPHA:
+            return Channels::GreyAlpha;
+        case PNG_COLOR_TYPE_RGB:
+            return Channels::Rgb;
+        default:
+            return Channels::RgbAlpha;
+        }
+    }
+
+    // The first of each kind, if its length is right.
+    std::vector<PictureNote> notes() const {
+        png_unknown_chunkp chunks = nullptr;
+        const int count = png_get_unknown_chunks(png_, info_, &chunks);
+        const std::span<const png_unknown_chunk> all(chunks, static_cast<std::size_t>(std::max(count, 0)));
+        std::vector<PictureNote> notes;
+        for (const NoteKind& kind : kNotes) {
+            const auto found = std::find_if(all.begin(), all.end(), [&](const png_unknown_chunk& chunk) {
+                return std::memcmp(chunk.name, kind.name, 4) == 0;
+            });
+            if (found == all.end() || found->size < kind.leastBytes || found->size > kind.mostBytes)
+                continue;
+            PictureNote note;
+            std::memcpy(note.name.data(), kind.name, sizeof kind.name);
+            note.bytes.assign(found->data, found->data + found->size);
+            notes.push_back(std::move(note));
+        }
+        return notes;
+    }
+
+    std::string reason() const {
+        return ended_ ? "it is cut short" : "it is damaged: " + std::string(error_);
+    }
+
+private:
+    static void onError(png_structp png, png_const_charp text) {
+        auto* reader = static_cast<PngReader*>(png_get_error_ptr(png));
+        std::strncpy(reader->error_, text, sizeof reader->error_ - 1);
+        png_longjmp(png, 1);
+    }
+
+    static void onWarning(png_structp, png_const_charp) {}
+
+    static void onRead(png_structp png, png_bytep target, std::size_t count) {
+        auto* reader = static_cast<PngReader*>(png_get_io_ptr(png));
+        if (count > reader->rest_.size()) {
+            reader->ended_ = true;
+            png_error(png, "end of file");
+        }
+        std::memcpy(target, reader->rest_.data(), count);
+        reader->rest_ = reader->rest_.subspan(count);
+    }
+
+    std::span<const std::uint8_t> rest_;
+    const std::array<png_byte, 5 * kNotes.size()> names_ = noteNames();
+    png_structp png_ = nullptr;
+    png_infop info_ = nullptr;
+    bool ended_ = false;
+    char error_[128] = {};
+};
+
+std::string sizeText(std::uint32_t width, std::uint32_t height) {
+    return std::to_string(width) + " x " + std::to_string(height) + " pixels";
+}
+
+// One compressed byte stands for at most 1032 others.
+bool canHold(std::size_t fileBytes, const PngReader& reader) {
+    constexpr std::uint64_t kMostExpansion = 1032;
+    return std::uint64_t{reader.rowBytes()} * reader.height() <= fileBytes * kMostExpansion;
+}
+
+std::vector<std::uint8_t> samplesOf(PngReader& reader, const Picture& picture) {
+    std::vector<std::uint8_t> samples(picture.byteCount());
+    std::vector<png_bytep> rows(picture.height);
+    for (std::size_t y = 0; y < rows.size(); ++y)
+        rows[y] = samples.data() + y * picture.rowBytes();
+    if (!reader.readSamples(rows.data()))
+        samples.clear();
+    return samples;
+}
+
+} // namespace
+
+Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) {
+    const auto fail = [&name](const std::string& reason) {
+        throw Failure(ExitCode::File, "cannot read " + inQuotes(name) + ": " + reason);
+    };
+    PngReader reader(bytes);
+    if (!reader.readHeader())
+        fail(reader.reason());
+    Picture picture;
+    picture.width = reader.width();
+    picture.height = reader.height();
+    if (picture.width > kMostPixelsASide || picture.height > kMostPixelsASide)
+        fail("it is " + sizeText(picture.width, picture.height) + ", and the largest picture is " +
+             sizeText(kMostPixelsASide, kMostPixelsASide));
+    if (!canHold(bytes.size(), reader))
+        fail("it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
+    picture.notes = reader.notes();
+    if (!reader.startSamples())
+        fail(reader.reason());
+    picture.channels = reader.channels();
+    picture.depth = reader.depth();
+    if (reader.rowBytes() != picture.rowBytes())
+        fail("its rows have an unexpected length");
+    picture.samples = samplesOf(reader, picture);
+    if (picture.samples.empty())
+        fail(reader.reason());
+    return picture;
+}
+
+} // namespace kovalune

@@ -1,0 +1,11 @@
+// `kovalune render`: one picture from a file through the effect into a file.
+#pragma once
+
+#include "cli/Arguments.h"
+
+namespace kovalune {
+
+// Looks at the names and the settings before it reads the picture. Throws Failure; nothing is written then.
+void runRender(const RenderArguments& arguments);
+
+} // namespace kovalune
