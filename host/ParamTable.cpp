@@ -16,16 +16,27 @@ bool holdsValue(PF_ParamType type) {
            type == PF_Param_FLOAT_SLIDER || type == PF_Param_COLOR;
 }
 
+// Where a registered value lies outside its valid range, as one read from a damaged settings file may, the
+// nearest one inside it; NaN becomes the lower limit.
+template <typename Value, typename Limit>
+Value withinLimits(Value value, Limit lowest, Limit highest) {
+    const auto low = static_cast<Value>(lowest);
+    const auto high = static_cast<Value>(highest);
+    return value >= low ? std::min(value, std::max(low, high)) : low;
+}
+
+// The float slider's value and not its `dephault`, which is the same number in single precision.
 ParamValue defaultOf(const PF_ParamDef& def) {
     switch (def.param_type) {
     case PF_Param_SLIDER:
-        return def.u.sd.dephault;
+        return withinLimits(def.u.sd.dephault, def.u.sd.valid_min, def.u.sd.valid_max);
     case PF_Param_CHECKBOX:
-        return static_cast<A_long>(def.u.bd.dephault);
+        return static_cast<A_long>(def.u.bd.dephault != 0 ? 1 : 0);
     case PF_Param_POPUP:
-        return static_cast<A_long>(def.u.pd.dephault);
+        return withinLimits(static_cast<A_long>(def.u.pd.dephault), A_long{1},
+                            static_cast<A_long>(def.u.pd.num_choices));
     case PF_Param_FLOAT_SLIDER:
-        return static_cast<double>(def.u.fs_d.dephault);
+        return withinLimits(def.u.fs_d.value, def.u.fs_d.valid_min, def.u.fs_d.valid_max);
     case PF_Param_COLOR:
         return def.u.cd.dephault;
     default:

@@ -134,7 +134,7 @@ using PF_YIQ_Pixel = PF_Fixed[3];
 using PF_RGB_Pixel = PF_Fixed[3];
 
 /// A picture in the host's memory. `data` is the first pixel whatever the pixel format; rows stand `rowbytes`
-/// bytes apart, which need not be a multiple of the pixel's size.
+/// bytes apart, a multiple of 4 that need not be one of the pixel's size.
 struct PF_EffectWorld {
     void* reserved0;
     void* reserved1;

@@ -26,14 +26,12 @@ public:
     /// Copies column `x` of the rectangle; `maskColumn` is its first mask byte, rows `maskStride` apart.
     void gather(const PF_EffectWorld& world, const FrameRect& rect, int32_t x, const uint8_t* maskColumn,
                 int32_t maskStride) {
-        Pixel* pixel = rowOf<Format>(world, rect, 0) + x;
+
         uint8_t* const maskOut = block_.memory();
         Pixel* const pixelsOut = objectAt<Pixel>(block_.memory(), pixelsAt());
         for (int32_t y = 0; y < height_; ++y) {
-            maskOut[y] = *maskColumn;
-            pixelsOut[y] = *pixel;
-            maskColumn += maskStride;
-            pixel = nextRow(pixel, world);
+            maskOut[y] = maskColumn[static_cast<std::ptrdiff_t>(y) * maskStride];
+            pixelsOut[y] = rowOf<Format>(world, rect, y)[x];
         }
     }
 

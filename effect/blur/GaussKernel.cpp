@@ -9,12 +9,12 @@
 namespace kovalune {
 namespace {
 
-uint16_t low16(int32_t value) {
+uint16_t toWeight(int32_t value) {
     return static_cast<uint16_t>(static_cast<uint32_t>(value));
 }
 
 uint16_t truncateWeight(double weight) {
-    return low16(truncToInt32(weight * 32768.0));
+    return toWeight(truncToInt32(weight * 32768.0));
 }
 
 /// Samples of the Gaussian at 0 to n - 1, scaled so that the symmetric sum is 1.
@@ -57,7 +57,7 @@ void correctRounding(uint16_t* taps, int32_t tapCount, int32_t tailWeight) {
         rest -= j == 0 ? 1 : 2;
         j = j + 1 == tapCount ? 0 : j + 1;
     }
-    taps[0] = low16(taps[0] + rest);
+    taps[0] = toWeight(taps[0] + rest);
 }
 
 } // namespace
@@ -86,7 +86,7 @@ GaussKernel makeGaussKernel(int32_t n, double variance) {
     }
     const auto tailWeight = static_cast<int32_t>((2 * static_cast<int64_t>(n) - 1) * kernel.tail);
     correctRounding(taps, kernel.tapCount, tailWeight);
-    kernel.tailWeight = low16(tailWeight);
+    kernel.tailWeight = toWeight(tailWeight);
     return kernel;
 }
 

@@ -29,7 +29,7 @@ struct BlurPassRecord {
 // depth of `dst`, holds an intermediate state. `src` is never written. `dst` and `tmp` must already hold what
 // is to remain in pixels that the blur does not write: masked-out pixels, and the alpha of masked-in ones.
 //   iterations  what the host is asked for, PF_Iterations_ONCE_PER_PROCESSOR in a frame
-//   repeat      "Blur Repeat Num": `repeat` + 1 passes; 0 copies the masked-in pixels instead
+//   repeat      "Blur Repeat Num", not negative: `repeat` + 1 passes; 0 copies the masked-in pixels instead
 //   progress    reported to after each pass, or null
 //   amount      half-length of the first kernel in pixels; below 2.0 copies the masked-in pixels instead
 // Returns the first error of the host's iteration or progress calls, or PF_Err_OUT_OF_MEMORY where a world

@@ -16,7 +16,12 @@ class PendingErrorList {
 public:
     PendingErrorList() { codes_.reserve(256); }
 
-    void clear() { codes_.clear(); }
+    /// Writes nothing where the list is empty, as it is whenever commands run at once.
+    void clear() {
+        if (!codes_.empty()) {
+            codes_.clear();
+        }
+    }
     void add(PF_Err code) { codes_.push_back(code); }
     std::optional<PF_Err> first() const {
         return codes_.empty() ? std::nullopt : std::optional<PF_Err>(codes_.front());

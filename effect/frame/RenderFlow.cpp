@@ -6,6 +6,7 @@
 #include "effect/params/ReadOut.h"
 #include "effect/share/AEUtil/HandleLock.h"
 #include "effect/share/AEUtil/WorldBasics.h"
+#include "effect/share/Wrapping.h"
 
 #include <algorithm>
 #include <new>
@@ -16,16 +17,13 @@ namespace {
 constexpr A_long kLayerCheckoutId = 0;
 constexpr PF_ParamIndex kInputLayer = 0;
 
-int16_t low16(int32_t value) {
-    return static_cast<int16_t>(static_cast<uint16_t>(static_cast<uint32_t>(value)));
-}
-
 FrameRect frameRect(const PF_Rect& rect) {
     return {low16(rect.top), low16(rect.left), low16(rect.bottom), low16(rect.right)};
 }
 
 FrameRect movedBy(const FrameRect& rect, int32_t dx, int32_t dy) {
-    return {low16(rect.top + dy), low16(rect.left + dx), low16(rect.bottom + dy), low16(rect.right + dx)};
+    return {low16(wrappingAdd(rect.top, dy)), low16(wrappingAdd(rect.left, dx)),
+            low16(wrappingAdd(rect.bottom, dy)), low16(wrappingAdd(rect.right, dx))};
 }
 
 bool isEmpty(const PF_LRect& rect) {
@@ -77,16 +75,8 @@ PF_Err BaseFilter::render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, 
     settings.extentRect = frameRect(in->extent_hint);
 
     GetParamByCheckout getter(in, params, false);
-    // What was read is given back on every road, also when an exception passes.
-    PF_Err givenBack = PF_Err_NONE;
     PF_Err err = PF_Err_NONE;
-    {
-        struct GiveBack {
-            ParamGetter& getter;
-            PF_Err& result;
-            ~GiveBack() { result = giveBackParameters(getter); }
-        } const giveBack{getter, givenBack};
-
+    try {
         err = AEUtil::queryPixelFormat(in, input, &settings.pixelFormat);
         if (err == PF_Err_NONE) {
             err = readParameters(&settings, getter);
@@ -94,7 +84,11 @@ PF_Err BaseFilter::render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, 
         if (err == PF_Err_NONE) {
             err = renderFrame(settings);
         }
+    } catch (...) {
+        giveBackParameters(getter);
+        throw;
     }
+    const PF_Err givenBack = giveBackParameters(getter);
     return err != PF_Err_NONE ? err : givenBack;
 }
 

@@ -19,16 +19,8 @@ std::string sectionNameOfThisVersion() {
 }
 
 PF_Err registerParameters(PF_InData* in, const char* defaultsPath) {
-    for (BaseParam* const param : paramRegistry().byIndex()) {
-        if (param == nullptr) {
-            continue;
-        }
-        const PF_Err err = param->addToHost(in, param->diskId, defaultsPath);
-        if (err != PF_Err_NONE) {
-            return err;
-        }
-    }
-    return PF_Err_NONE;
+    return paramRegistry().forEach(
+        [&](BaseParam& param) { return param.addToHost(in, param.diskId, defaultsPath); });
 }
 
 } // namespace

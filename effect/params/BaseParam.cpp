@@ -7,7 +7,8 @@
 namespace kovalune {
 
 BaseParam::BaseParam(FieldTarget field, const char* labelText, const PF_ParamDef* definitionTemplate)
-    : label(labelText), def(definitionTemplate != nullptr ? *definitionTemplate : PF_ParamDef{}),
+    : label(labelText),
+      def(definitionTemplate != nullptr ? RoomyParamDef(*definitionTemplate) : RoomyParamDef()),
       paramIndex(paramRegistry().takeIndex()), fieldPlace(field.place), fieldWidth(field.width) {}
 
 PF_Err BaseParam::readValue(RenderSettings* record, ParamGetter& getter) {

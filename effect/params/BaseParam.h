@@ -41,14 +41,8 @@ public:
     virtual void saveDefault(const char* defaultsPath) const;
 
     const char* const label; ///< also the key in the defaults file
-    PF_ParamDef def;         ///< what the host was told, and the value last read
-
-private:
-    /// Spare bytes for hosts whose definitions are a little longer; directly behind `def`.
-    [[maybe_unused]] std::byte defSlack_[kParamDefSlack] = {};
-
-public:
-    int32_t diskId = 0; ///< persistent: saved projects refer to it
+    RoomyParamDef def;       ///< what the host was told, and the value last read
+    int32_t diskId = 0;      ///< persistent: saved projects refer to it
     const int32_t paramIndex;
     const std::size_t fieldPlace;
     const std::size_t fieldWidth;

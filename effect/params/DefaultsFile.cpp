@@ -5,6 +5,7 @@
 #include "effect/share/AEUtil/HostVersion.h"
 
 #include <charconv>
+#include <cmath>
 #include <cstring>
 #include <limits>
 
@@ -68,7 +69,7 @@ double parseNumber(const std::string& text) {
     const bool plus = *first == '+' && last - first > 1 && first[1] != '-';
     double value = 0.0;
     std::from_chars(plus ? first + 1 : first, last, value);
-    return value;
+    return std::isfinite(value) ? value : 0.0;
 }
 
 std::string formatNumber(double value) {

@@ -35,7 +35,8 @@ void rememberInteger(const char* key, int32_t value, const char* path);
 void rememberNumber(const char* key, double value, const char* path);
 
 /// The number at the start of a text: blanks, a sign, digits with a decimal point and an exponent. Reading
-/// stops at the first character that it can't use; nothing usable is 0.0.
+/// stops at the first character that it can't use; nothing usable, or no
+/// finite number, is 0.0.
 double parseNumber(const std::string& text);
 
 /// A number as the defaults file holds it.

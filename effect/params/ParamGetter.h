@@ -6,6 +6,14 @@
 
 namespace kovalune {
 
+/// A definition for the host to fill in, with spare bytes behind it: hosts of different releases differ by a few.
+struct RoomyParamDef : PF_ParamDef {
+    RoomyParamDef() : PF_ParamDef{} {}
+    explicit RoomyParamDef(const PF_ParamDef& definition) : PF_ParamDef(definition) {}
+
+    [[maybe_unused]] unsigned char slack[32] = {};
+};
+
 class ParamGetter {
 public:
     ParamGetter() = default;
@@ -13,15 +21,12 @@ public:
     ParamGetter(const ParamGetter&) = delete;
     ParamGetter& operator=(const ParamGetter&) = delete;
 
-    /// Writes the whole definition, value included, into `def`, behind which the caller keeps
-    /// `kParamDefSlack` spare bytes: hosts of different releases differ by a few.
+    /// Writes the whole definition, value included, into a RoomyParamDef.
     virtual PF_Err getParam(int32_t index, PF_ParamDef* def) = 0;
     virtual PF_Err releaseParam(PF_ParamDef* def) = 0;
     virtual bool isPreRender() const = 0;
     virtual bool isEnabled(int32_t index) const = 0;
 };
-
-inline constexpr int kParamDefSlack = 32;
 
 class GetParamFromArray final : public ParamGetter {
 public:

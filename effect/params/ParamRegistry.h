@@ -32,6 +32,19 @@ public:
     /// Sorted by `paramIndex`; entry 0, the host's input layer, is null.
     const std::vector<BaseParam*>& byIndex() const { return byIndex_; }
 
+    /// Calls `operation(param)`, which returns a host code, on every parameter in the host's order. Stops at the first
+    /// failure and returns it.
+    template <class Operation>
+    PF_Err forEach(Operation&& operation) const {
+        for (BaseParam* const param : byIndex_) {
+            const PF_Err err = param != nullptr ? operation(*param) : PF_Err{PF_Err_NONE};
+            if (err != PF_Err_NONE) {
+                return err;
+            }
+        }
+        return PF_Err_NONE;
+    }
+
     /// The section of the defaults file, at most 127 bytes; a longer name is cut.
     const char* sectionName() const { return sectionName_; }
     void setSectionName(const char* name);

@@ -68,6 +68,7 @@ struct Frame {
     const FramePasses& passes;
     const RenderSettings settings;
     const double scale;
+    // In the order in which they are made: between planes and worlds the input's coverage is taken.
     FramePlanes planes;
     PF_Err err; ///< first failure of the frame
     FrameWorlds worlds;

@@ -121,6 +121,9 @@ PF_Err renderStages(const FramePasses& passes, const FrameStart& start) {
 }
 
 PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
+    if (settings.inputWorld == nullptr || settings.outputWorld == nullptr) {
+        return PF_Err_OUT_OF_MEMORY;
+    }
     if (!worldsFit(settings)) {
         return PF_Err_BAD_CALLBACK_PARAM;
     }
@@ -129,6 +132,9 @@ PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
     }
     if (!rectFits(settings)) {
         return PF_Err_BAD_CALLBACK_PARAM;
+    }
+    if (settings.inputWorld->data == nullptr || settings.outputWorld->data == nullptr) {
+        return PF_Err_OUT_OF_MEMORY;
     }
     FrameStart start = scaledStart(settings);
     if (start.stepTotal == 0) {

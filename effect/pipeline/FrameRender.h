@@ -10,15 +10,16 @@ namespace kovalune {
 /// The largest width and height of a world: what the frame's 16-bit rectangles hold.
 inline constexpr int32_t kLargestWorld = 32767;
 
-// Each renders the frame of `settings`, whose worlds are of its format, to the end on the calling thread; the
-// passes spread over the host's threads. Only red, green and blue change in the "Normal" view. On success the
-// output world holds the frame. Returns the first failure; the output may then hold a partial image:
-//   PF_Err_BAD_CALLBACK_PARAM  input and output differ in size, are larger than `kLargestWorld`, or do not
-//   hold the
-//                              working rectangle; nothing was touched
-//   PF_Err_OUT_OF_MEMORY       a scratch world that a pass needs does not exist
-//   any code                   of a host call, a cancelled frame's included
-// A frame of width or height 0 succeeds with the output untouched. Throws what AEMemory and WorldSuite throw.
+// Each renders the frame of `settings`, whose worlds are of its format, to the end on the calling thread; the passes
+// spread over the host's threads. Only red, green and blue change in the "Normal" view. On success the output world
+// holds the frame. A frame of width or height 0 succeeds with the output untouched.
+//
+// Returns the first failure; the output may then hold a partial image:
+// - PF_Err_BAD_CALLBACK_PARAM: input and output differ in size, are larger than `kLargestWorld`, or do not hold the
+//   working rectangle. Nothing was touched.
+// - PF_Err_OUT_OF_MEMORY: a world that a pass needs does not exist.
+// - Any code of a host call, also of the one that cancels the frame.
+// Throws what AEMemory and WorldSuite throw.
 PF_Err renderFrame8(RenderSettings settings);
 PF_Err renderFrame16(RenderSettings settings);
 PF_Err renderFrame32(RenderSettings settings);

@@ -6,7 +6,6 @@
 namespace kovalune {
 namespace {
 
-template <class Element>
 AEUtil::SharedCount emptyOwner() {
     return AEUtil::SharedCount::adopt<uint8_t>(nullptr, AEUtil::array_deleterAE<uint8_t>());
 }
@@ -33,7 +32,7 @@ LineRange activeRange(const uint8_t* active, int32_t count) {
 } // namespace
 
 template <class Element>
-PlaneStorage<Element>::PlaneStorage() : owner(emptyOwner<Element>()) {}
+PlaneStorage<Element>::PlaneStorage() : owner(emptyOwner()) {}
 
 template <class Element>
 PlaneStorage<Element>::PlaneStorage(PF_InData* inData, int32_t w, int32_t h) {
@@ -42,17 +41,17 @@ PlaneStorage<Element>::PlaneStorage(PF_InData* inData, int32_t w, int32_t h) {
 
 template <class Element>
 void PlaneStorage<Element>::allocate(PF_InData* inData, int32_t w, int32_t h) {
-    const int32_t rowWords = (w + 3) / 4;
-    const int32_t colWords = (h + 3) / 4;
-    const int64_t bytesPerRow = static_cast<int64_t>(rowWords) * 4 * static_cast<int64_t>(sizeof(Element));
+    const int64_t rowWords = (int64_t{w} + 3) / 4;
+    const int64_t colWords = (int64_t{h} + 3) / 4;
+    const int64_t bytesPerRow = rowWords * 4 * static_cast<int64_t>(sizeof(Element));
     const int64_t elementBytes = h * bytesPerRow;
-    const int64_t rowSummaryBytes = static_cast<int64_t>(colWords) * 4;
-    const int64_t bytes = elementBytes + rowSummaryBytes + static_cast<int64_t>(rowWords) * 4;
+    const int64_t rowSummaryBytes = colWords * 4;
+    const int64_t bytes = elementBytes + rowSummaryBytes + rowWords * 4;
     const bool fits = bytes >= 0 && bytes <= std::numeric_limits<uint32_t>::max();
 
     const SPBasicSuite* const basic = inData->pica_basicP;
     auto* const storage = static_cast<uint8_t*>(AEUtil::AEMemory::alloc(
-        fits ? static_cast<std::size_t>(bytes) : std::numeric_limits<std::size_t>::max() / 2, basic));
+        fits ? static_cast<std::size_t>(bytes) : std::numeric_limits<std::size_t>::max(), basic));
     AEUtil::SharedCount fresh = AEUtil::SharedCount::adopt(storage, AEUtil::array_deleterAE<uint8_t>{basic});
 
     owner = std::move(fresh);
@@ -61,7 +60,7 @@ void PlaneStorage<Element>::allocate(PF_InData* inData, int32_t w, int32_t h) {
     width = w;
     height = h;
     rowBytes = static_cast<int32_t>(bytesPerRow);
-    rowStride = rowWords * 4;
+    rowStride = static_cast<int32_t>(rowWords * 4);
     rowActive = storage != nullptr ? storage + elementBytes : nullptr;
     colActive = storage != nullptr ? rowActive + rowSummaryBytes : nullptr;
     bounds = wholeBounds();
@@ -75,7 +74,7 @@ void PlaneStorage<Element>::resize(PF_InData* inData, int32_t w, int32_t h) {
         allocate(inData, w, h);
         return;
     }
-    owner = emptyOwner<Element>();
+    owner = emptyOwner();
     data = nullptr;
     byteSize = 0;
     width = 0;

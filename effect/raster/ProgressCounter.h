@@ -22,7 +22,8 @@ struct ProgressCounter {
         if (in_data == nullptr) {
             return PF_Err_NONE;
         }
-        const int32_t percent = total == 0 ? 100 : std::min(wrappingMul(current, 100) / total, 100);
+        const int64_t reached = wrappingMul(current, 100);
+        const auto percent = total == 0 ? 100 : static_cast<A_long>(std::min<int64_t>(reached / total, 100));
         return in_data->inter.progress(effect_ref, percent, 100);
     }
 

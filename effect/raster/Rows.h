@@ -22,10 +22,4 @@ typename Format::Pixel* rowOf(const PF_EffectWorld& world, const FrameRect& rect
     return objectAt<typename Format::Pixel>(world.data, bytes) + rect.left;
 }
 
-/// The pixel one row below.
-template <class Pixel>
-Pixel* nextRow(Pixel* pixel, const PF_EffectWorld& world) {
-    return objectAt<Pixel>(pixel, world.rowbytes);
-}
-
 } // namespace kovalune

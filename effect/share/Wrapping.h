@@ -18,6 +18,11 @@ inline int32_t wrappingMul(int32_t a, int32_t b) {
     return static_cast<int32_t>(static_cast<uint32_t>(a) * static_cast<uint32_t>(b));
 }
 
+/// The low 16 bits, as 16-bit rectangles hold them.
+inline int16_t low16(int32_t value) {
+    return static_cast<int16_t>(static_cast<uint16_t>(static_cast<uint32_t>(value)));
+}
+
 /// The most negative number is its own absolute value.
 inline int32_t wrappingAbs(int32_t a) {
     return a < 0 ? wrappingSub(0, a) : a;

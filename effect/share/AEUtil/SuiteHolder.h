@@ -1,4 +1,4 @@
-// The one place that asks the host for its suites. A holder lives on the stack for the length of some work,
+// How the effect asks the host for its suites. A holder lives on the stack for the length of some work,
 // acquires a suite when it is first asked for, and gives all of them back at its end, whichever way the scope
 // is left.
 #pragma once

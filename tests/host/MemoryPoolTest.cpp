@@ -1,0 +1,63 @@
+#include "host/MemoryPool.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdint>
+
+namespace kovalune::host {
+namespace {
+
+const BlockPolicy kPooled{false, 0, 4096};
+const BlockPolicy kAudited{true, 0, 4096};
+
+TEST(MemoryPool, ReusesABlockOfTheSameSize) {
+    MemoryPool pool;
+    const MemoryBlock first = pool.take(1000, kPooled);
+    pool.give(first, kPooled);
+    EXPECT_EQ(pool.pooledBytes(), 1000U);
+    const MemoryBlock second = pool.take(1000, kPooled);
+    EXPECT_EQ(second.payload, first.payload);
+    EXPECT_EQ(pool.pooledBytes(), 0U);
+    pool.give(second, kPooled);
+}
+
+TEST(MemoryPool, LeavesAMuchLargerBlockAlone) {
+    MemoryPool pool;
+    pool.give(pool.take(4000, kPooled), kPooled);
+    const MemoryBlock small = pool.take(100, kPooled);
+    EXPECT_EQ(pool.pooledBytes(), 4000U);
+    pool.give(small, kPooled);
+}
+
+TEST(MemoryPool, KeepsNoMoreThanTheCap) {
+    MemoryPool pool;
+    const MemoryBlock a = pool.take(3000, kPooled);
+    const MemoryBlock b = pool.take(3000, kPooled);
+    pool.give(a, kPooled);
+    pool.give(b, kPooled);
+    EXPECT_EQ(pool.pooledBytes(), 3000U);
+}
+
+TEST(MemoryPool, PoolsNothingUnderAudit) {
+    MemoryPool pool;
+    pool.give(pool.take(1000, kAudited), kAudited);
+    EXPECT_EQ(pool.pooledBytes(), 0U);
+}
+
+TEST(MemoryPool, PayloadIsAlignedButForTheOffset) {
+    MemoryPool pool;
+    for (const bool audit : {false, true}) {
+        const BlockPolicy policy{audit, 12, 0};
+        const MemoryBlock block = pool.take(100, policy);
+        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.payload) % 64, 12U);
+        pool.give(block, policy);
+    }
+}
+
+TEST(MemoryPool, ARequestBeyondAllMemoryGivesNothing) {
+    MemoryPool pool;
+    EXPECT_EQ(pool.take(SIZE_MAX - 10, kPooled).payload, nullptr);
+}
+
+} // namespace
+} // namespace kovalune::host
