@@ -77,14 +77,14 @@ CommandLineOptions parseCommandLine(std::string_view text) {
     return CommandLineParser(text).parse();
 }
 
-Language chooseLanguage(uint32_t languageCode, unsigned codePage) {
+LanguageChoice chooseLanguage(uint32_t languageCode, unsigned codePage) {
     if (languageCode != 0) {
-        return languageCode == kJapaneseCode ? Language::kJapanese : Language::kEnglish;
+        return languageCode == kJapaneseCode ? LanguageChoice::kJapanese : LanguageChoice::kEnglish;
     }
-    return codePage == kJapaneseCodePage ? Language::kJapanese : Language::kEnglish;
+    return codePage == kJapaneseCodePage ? LanguageChoice::kJapanese : LanguageChoice::kEnglish;
 }
 
-Language currentLanguage() {
+LanguageChoice currentLanguage() {
     static const CommandLineOptions options = parseCommandLine(platform::commandLine());
     return chooseLanguage(options.languageCode, platform::activeCodePage());
 }

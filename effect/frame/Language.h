@@ -15,12 +15,12 @@ struct CommandLineOptions {
 /// An option starts at a dash behind a blank or a tab. Quotes do not protect: an option inside quotes counts.
 CommandLineOptions parseCommandLine(std::string_view text);
 
-enum class Language { kJapanese, kEnglish };
+enum class LanguageChoice { kJapanese, kEnglish };
 
 /// The letters `JP` are Japanese, any others English; without letters, code page 932 is Japanese.
-Language chooseLanguage(uint32_t languageCode, unsigned codePage);
+LanguageChoice chooseLanguage(uint32_t languageCode, unsigned codePage);
 
 /// The process's language. Its command line is parsed once.
-Language currentLanguage();
+LanguageChoice currentLanguage();
 
 } // namespace kovalune

@@ -23,13 +23,13 @@ inline constexpr int kDialogTitleNotice = 2;
 
 /// The text of a row: the Japanese one for Japanese, or the English one where there is none; the English one
 /// for English, where both exist. Else an empty text, as for an unknown id.
-inline const char* noticeText(int id, Language language) {
+inline const char* noticeText(int id, LanguageChoice language) {
     if (id < 0 || static_cast<std::size_t>(id) >= sizeof NoticeTable / sizeof *NoticeTable) {
         return "";
     }
     const NoticeRow& row = NoticeTable[id];
     const char* text = row.japanese;
-    if (language == Language::kJapanese) {
+    if (language == LanguageChoice::kJapanese) {
         text = row.japanese != nullptr ? row.japanese : row.english;
     } else {
         text = row.japanese != nullptr ? row.english : nullptr;

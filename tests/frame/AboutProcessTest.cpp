@@ -1,0 +1,80 @@
+// The about text in processes with command lines of their own: each test runs this program again.
+
+#include "effect/frame/NoticeTable.h"
+#include "hostapi/EntryPoint.h"
+#include "tests/frame/StubHost.h"
+#include "tests/platform/posix/ScopedVariable.h"
+#include "tests/platform/posix/TemporaryFolder.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+namespace kovalune::test {
+namespace {
+
+using platform::contentOf;
+using platform::ScopedVariable;
+using platform::TemporaryFolder;
+
+constexpr char kTextFile[] = "KOVALUNE_ABOUT_TEXT_FILE";
+
+/// What the text becomes in a process with these further arguments and this locale.
+std::string aboutTextWith(std::vector<std::string> arguments, const char* locale) {
+    const TemporaryFolder folder;
+    const std::string file = folder.file("about");
+    const ScopedVariable place(kTextFile, file.c_str());
+    const ScopedVariable language("LC_ALL", locale);
+    std::vector<std::string> words = {"test", "--gtest_filter=DISABLED_AboutChild.WritesItsText",
+                                      "--gtest_also_run_disabled_tests"};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> line;
+    for (std::string& word : words) {
+        line.push_back(word.data());
+    }
+    line.push_back(nullptr);
+    pid_t child = 0;
+    if (::posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, line.data(), environ) != 0) {
+        return "no process";
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    return contentOf(file);
+}
+
+/// Runs in the child alone.
+TEST(DISABLED_AboutChild, WritesItsText) {
+    const char* const file = std::getenv(kTextFile);
+    ASSERT_NE(file, nullptr);
+    StubHost host;
+    ASSERT_EQ(EntryPointFunc(PF_Cmd_ABOUT, &host.in, &host.out, nullptr, nullptr, nullptr), 0);
+    std::ofstream(file, std::ios::binary) << host.out.return_msg;
+}
+
+const std::string kEnglish = "Kovalune 1.0.1 Release \r\r";
+const std::string kJapanese = kEnglish + NoticeTable[1].japanese;
+
+TEST(AboutProcess, IsJapaneseByTheCommandLine) {
+    EXPECT_EQ(aboutTextWith({"-L", "JP"}, "C"), kJapanese);
+    EXPECT_EQ(aboutTextWith({"-Ljp"}, "C"), kJapanese);
+}
+
+TEST(AboutProcess, IsEnglishByTheCommandLine) {
+    EXPECT_EQ(aboutTextWith({"-L", "EN"}, "ja_JP.UTF-8"), kEnglish);
+    EXPECT_EQ(aboutTextWith({"-LX"}, "ja_JP.UTF-8"), kEnglish);
+}
+
+TEST(AboutProcess, GoesByTheCodePageWithoutLetters) {
+    EXPECT_EQ(aboutTextWith({}, "ja_JP.UTF-8"), kJapanese);
+    EXPECT_EQ(aboutTextWith({"-L"}, "ja_JP.SJIS"), kJapanese);
+    EXPECT_EQ(aboutTextWith({"x-L", "EN"}, "ja_JP.UTF-8"), kJapanese);
+    EXPECT_EQ(aboutTextWith({"-L"}, "C"), kEnglish);
+    EXPECT_EQ(aboutTextWith({}, "en_US.UTF-8"), kEnglish);
+}
+
+} // namespace
+} // namespace kovalune::test

@@ -1,0 +1,125 @@
+#include "effect/share/AEUtil/SuiteHolder.h"
+#include "tests/frame/StubHost.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
+
+namespace AEUtil {
+namespace {
+
+using kovalune::test::StubHost;
+using kovalune::test::stubSuite;
+using Texts = std::vector<std::string>;
+
+/// The code thrown as a long by `work`, 0 if it throws nothing.
+template <class Work>
+long thrownLong(Work&& work) {
+    try {
+        work();
+    } catch (long code) {
+        return code;
+    }
+    return 0;
+}
+
+TEST(SuiteHolder, ThrowsWithoutABasicSuite) {
+    EXPECT_EQ(thrownLong([] { const SuiteHolder holder(nullptr); }), 516);
+}
+
+TEST(SuiteHolder, AsksForNothingOnItsOwn) {
+    StubHost host;
+    { const SuiteHolder holder(&host.basic); }
+    EXPECT_EQ(host.callTexts, Texts{});
+}
+
+TEST(SuiteHolder, AcquiresOnceAndReleasesOnce) {
+    StubHost host;
+    {
+        SuiteHolder holder(&host.basic);
+        const PFHandleSuite1& first = holder.handles();
+        const PFHandleSuite1& second = holder.handles();
+        EXPECT_EQ(&first, &second);
+        EXPECT_EQ(&first, stubSuite("PF Handle Suite 1"));
+        EXPECT_EQ(host.suiteBalance(), 1);
+    }
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF Handle Suite 1", "ReleaseSuite PF Handle Suite 1"}));
+}
+
+TEST(SuiteHolder, GivesEachSuiteByItsNameAndVersion) {
+    StubHost host;
+    {
+        SuiteHolder holder(&host.basic);
+        EXPECT_EQ(&holder.worldTransform(), stubSuite("PF World Transform Suite 1"));
+        EXPECT_EQ(&holder.fillMatte(), stubSuite("PF Fill Matte Suite 1"));
+        EXPECT_EQ(&holder.handles(), stubSuite("PF Handle Suite 1"));
+        EXPECT_EQ(&holder.world1(), stubSuite("PF World Suite 1"));
+        EXPECT_EQ(host.callTexts,
+                  (Texts{"AcquireSuite PF World Transform Suite 1", "AcquireSuite PF Fill Matte Suite 1",
+                         "AcquireSuite PF Handle Suite 1", "AcquireSuite PF World Suite 1"}));
+    }
+    EXPECT_EQ(host.count("ReleaseSuite"), 4);
+}
+
+TEST(SuiteHolder, ReportsAMissingSuiteAsALong) {
+    StubHost host;
+    host.missingSuites = {"PF Fill Matte Suite 1"};
+    SuiteHolder holder(&host.basic);
+    EXPECT_EQ(thrownLong([&] { holder.fillMatte(); }), 516);
+    EXPECT_EQ(thrownLong([&] { holder.handles(); }), 0);
+}
+
+TEST(SuiteHolder, ReportsANullTableAsALong) {
+    StubHost host;
+    host.emptySuites = {"PF Fill Matte Suite 1"};
+    {
+        SuiteHolder holder(&host.basic);
+        EXPECT_EQ(thrownLong([&] { holder.fillMatte(); }), 516);
+    }
+    EXPECT_EQ(host.count("ReleaseSuite"), 0);
+}
+
+TEST(SuiteHolder, AsksAgainWhereASuiteWasMissing) {
+    StubHost host;
+    host.missingSuites = {"PF Handle Suite 1"};
+    SuiteHolder holder(&host.basic);
+    EXPECT_EQ(thrownLong([&] { holder.handles(); }), 516);
+    host.missingSuites.clear();
+    EXPECT_EQ(&holder.handles(), stubSuite("PF Handle Suite 1"));
+}
+
+TEST(SuiteHolder, ReleasesWhenAnExceptionLeavesTheScope) {
+    StubHost host;
+    try {
+        SuiteHolder holder(&host.basic);
+        holder.handles();
+        holder.fillMatte();
+        throw std::runtime_error("any");
+    } catch (const std::runtime_error&) {
+        EXPECT_EQ(host.count("ReleaseSuite"), 2);
+    }
+    EXPECT_EQ(host.suiteBalance(), 0);
+}
+
+TEST(OptionalSuite, HoldsAVersionForItsScope) {
+    StubHost host;
+    {
+        const OptionalSuite<PFWorldSuite2> suite(&host.basic, kPFWorldSuite, 2);
+        EXPECT_EQ(suite.get(), stubSuite("PF World Suite 2"));
+        EXPECT_EQ(suite.acquireError(), 0);
+    }
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF World Suite 2", "ReleaseSuite PF World Suite 2"}));
+}
+
+TEST(OptionalSuite, GivesNullWithoutThrowingWhereTheVersionIsMissing) {
+    StubHost host;
+    host.missingSuites = {"PF World Suite 2"};
+    {
+        const OptionalSuite<PFWorldSuite2> suite(&host.basic, kPFWorldSuite, 2);
+        EXPECT_EQ(suite.get(), nullptr);
+        EXPECT_EQ(suite.acquireError(), 513);
+    }
+    EXPECT_EQ(host.count("ReleaseSuite"), 0);
+}
+
+} // namespace
+} // namespace AEUtil
