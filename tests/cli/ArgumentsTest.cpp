@@ -1,0 +1,97 @@
+#include "cli/Arguments.h"
+#include "cli/Failure.h"
+
+#include <gtest/gtest.h>
+
+namespace kovalune::tests {
+namespace {
+
+Arguments parsed(const std::vector<const char*>& words) {
+    std::vector<const char*> line = {"kovalune"};
+    for (const char* word : words)
+        line.push_back(word);
+    return parseArguments(static_cast<int>(line.size()), line.data());
+}
+
+std::string failure(const std::vector<const char*>& words) {
+    try {
+        parsed(words);
+    } catch (const Failure& failure) {
+        EXPECT_EQ(failure.code(), ExitCode::Usage);
+        return failure.what();
+    }
+    return {};
+}
+
+TEST(Arguments, RenderTakesTwoFilesAndDefaults) {
+    const auto render = std::get<RenderArguments>(parsed({"render", "in.png", "-o", "out.png"}));
+    EXPECT_EQ(render.input, "in.png");
+    EXPECT_EQ(render.output, "out.png");
+    EXPECT_TRUE(render.settings.empty());
+    EXPECT_FALSE(render.view);
+    EXPECT_FALSE(render.plugin);
+    EXPECT_EQ(render.threads, 0);
+}
+
+TEST(Arguments, SetTakesOneTextEachTimeAndKeepsTheOrder) {
+    const auto render = std::get<RenderArguments>(
+        parsed({"render", "--set", "A=1", "in.png", "--set=B=[1,2]", "--set", "C=", "--output=out.png"}));
+    EXPECT_EQ(render.settings, (std::vector<std::string>{"A=1", "B=[1,2]", "C="}));
+    EXPECT_EQ(render.input, "in.png");
+}
+
+TEST(Arguments, RenderTakesViewThreadsAndPlugin) {
+    const auto render = std::get<RenderArguments>(
+        parsed({"render", "in", "-o", "out", "--view", "Base", "--threads", "64", "--plugin", "x.so"}));
+    EXPECT_EQ(render.view, "Base");
+    EXPECT_EQ(render.threads, 64);
+    EXPECT_EQ(render.plugin, "x.so");
+}
+
+TEST(Arguments, APictureMayHaveTheNameOfACommand) {
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "params", "-o", "render"})).input, "params");
+}
+
+TEST(Arguments, ANameMayStartWithADashBehindTwo) {
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "-o", "out", "--", "-in.png"})).input, "-in.png");
+}
+
+TEST(Arguments, ParamsTakesAPlugin) {
+    EXPECT_FALSE(std::get<ParamsArguments>(parsed({"params"})).plugin);
+    EXPECT_EQ(std::get<ParamsArguments>(parsed({"params", "--plugin", "x.so"})).plugin, "x.so");
+}
+
+TEST(Arguments, HelpOfEachCommandHasAnExample) {
+    for (const std::vector<const char*>& words :
+         {std::vector<const char*>{"--help"}, {"render", "--help"}, {"params", "--help"}}) {
+        const std::string text = std::get<ShownText>(parsed(words)).text;
+        EXPECT_NE(text.find("Example:\n  kovalune "), std::string::npos) << text;
+    }
+}
+
+TEST(Arguments, WrongFormsAreNamed) {
+    EXPECT_NE(failure({}).find("subcommand is required"), std::string::npos);
+    EXPECT_NE(failure({"rendr", "x"}).find("'rendr'"), std::string::npos);
+    EXPECT_NE(failure({"--bogus"}).find("'--bogus'"), std::string::npos);
+    EXPECT_NE(failure({"render", "-o", "x"}).find("INPUT"), std::string::npos);
+    EXPECT_NE(failure({"render", "x"}).find("--output"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o"}).find("--output"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o", "y", "z"}).find(" z"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o", "y", "--bogus"}).find("--bogus"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o", "y", "-o", "z"}).find("--output"), std::string::npos);
+    EXPECT_NE(failure({"params", "x"}).find(" x"), std::string::npos);
+}
+
+TEST(Arguments, ThreadsGoFromOneToSixtyFour) {
+    for (const char* wrong : {"0", "65", "-1", "many", "1.5", "99999999999999999999", ""}) {
+        const std::string text = failure({"render", "x", "-o", "y", "--threads", wrong});
+        EXPECT_NE(text.find("--threads"), std::string::npos) << wrong << ": " << text;
+    }
+}
+
+TEST(Arguments, MessagesHaveOneLine) {
+    EXPECT_EQ(failure({"render", "x", "-o", "y", "a\nb"}).find('\n'), std::string::npos);
+}
+
+} // namespace
+} // namespace kovalune::tests

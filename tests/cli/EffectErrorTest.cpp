@@ -1,0 +1,51 @@
+#include "tests/cli/ErrorCase.h"
+
+namespace kovalune::tests {
+namespace {
+
+class EffectError : public ErrorCase {
+protected:
+    static CommandSetting mode(const char* word) {
+        CommandSetting setting;
+        setting.environment = {{"TEST_EFFECT", word}};
+        return setting;
+    }
+
+    const std::vector<std::string> words_ = {"render",  "in.png",   "-o",
+                                             "old.png", "--plugin", KOVALUNE_TEST_EFFECT};
+};
+
+TEST_F(EffectError, OfTheSetUpHasItsCodeAndMessage) {
+    expectFailure(words_, 4, {"set-up", "512", "first line\\rsecond\\nthird"}, mode("setup"));
+    expectFailure(words_, 4, {"set-up", "514", "first line\\rsecond\\nthird"}, mode("params"));
+    expectFailure({"params", "--plugin", KOVALUNE_TEST_EFFECT}, 4, {"set-up", "514"}, mode("params"));
+}
+
+TEST_F(EffectError, OfTheRenderHasItsCodeAndMessage) {
+    expectFailure(words_, 4, {"the effect failed with code 4", "first line\\rsecond\\nthird"},
+                  mode("render"));
+}
+
+TEST_F(EffectError, ThatIsAnExceptionIsReported) {
+    expectFailure(words_, 4, {"exception", "thrown by the effect"}, mode("throw"));
+}
+
+TEST_F(EffectError, DepthsThatTheEffectCannotDoAreRefused) {
+    writePng(folder_ / "deep.png", randomPng(PngColor::Rgb, 16, 4, 4, 1));
+    expectFailure({"render", "deep.png", "-o", "old.png", "--plugin", KOVALUNE_TEST_EFFECT}, 4, {"16 bits"});
+}
+
+TEST_F(EffectError, PlugInsThatCannotBeLoadedAreFiles) {
+    const auto expectNotLoaded = [this](const std::string& file, const std::vector<std::string>& named) {
+        expectFailure({"render", "in.png", "-o", "old.png", "--plugin", file}, 3, named);
+        expectFailure({"params", "--plugin", file}, 3, named);
+    };
+    expectNotLoaded("missing.so", {"'missing.so'"});
+    expectNotLoaded("", {"''"});
+    expectNotLoaded(".", {"'.'"});
+    expectNotLoaded("in.png", {"in.png"});
+    expectNotLoaded(KOVALUNE_TEST_NO_EFFECT, {KOVALUNE_TEST_NO_EFFECT, "EntryPointFunc"});
+}
+
+} // namespace
+} // namespace kovalune::tests

@@ -1,0 +1,40 @@
+// A command that must fail: with its exit code, one line, and nothing changed in its folder.
+#pragma once
+
+#include "tests/cli/CommandProcess.h"
+#include "tests/cli/PngMaker.h"
+#include "tests/cli/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+namespace kovalune::tests {
+
+// Has "in.png", a sound picture, and "old.png", something that must survive.
+class ErrorCase : public testing::Test {
+protected:
+    ErrorCase() {
+        writePng(folder_ / "in.png", randomPng(PngColor::Rgb, 8, 12, 9, 1));
+        writeBytes(folder_ / "old.png", oldBytes());
+    }
+
+    static std::vector<std::uint8_t> oldBytes() { return {'o', 'l', 'd'}; }
+
+    // The words are run in the folder. The error line must hold each of `named`.
+    void expectFailure(const std::vector<std::string>& words, int exitCode,
+                       const std::vector<std::string>& named, CommandSetting setting = {}) {
+        const std::vector<std::string> before = folder_.names();
+        setting.folder = folder_.path();
+        const CommandOutcome outcome = runCommand(words, setting);
+        EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
+        EXPECT_TRUE(outcome.hasOneErrorLine()) << outcome.err;
+        EXPECT_EQ(outcome.out, "");
+        for (const std::string& part : named)
+            EXPECT_NE(outcome.err.find(part), std::string::npos) << part << " is not in " << outcome.err;
+        EXPECT_EQ(folder_.names(), before);
+        EXPECT_EQ(bytesOf(folder_ / "old.png"), oldBytes());
+    }
+
+    TestFolder folder_;
+};
+
+} // namespace kovalune::tests

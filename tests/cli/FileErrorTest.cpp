@@ -1,0 +1,149 @@
+#include "cli/Failure.h"
+#include "tests/cli/ErrorCase.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+#include <zlib.h>
+
+namespace kovalune::tests {
+namespace {
+
+using FileError = ErrorCase;
+
+void putNumber(std::vector<std::uint8_t>& bytes, std::size_t place, std::uint32_t number) {
+    for (std::size_t i = 0; i < 4; ++i)
+        bytes[place + i] = static_cast<std::uint8_t>(number >> (24 - 8 * i));
+}
+
+// A sound file but for its size, which stands in the first chunk, with a check sum that fits.
+std::vector<std::uint8_t> withSize(std::vector<std::uint8_t> bytes, std::uint32_t width,
+                                   std::uint32_t height) {
+    constexpr std::size_t kName = 12;
+    constexpr std::size_t kSum = 29;
+    putNumber(bytes, kName + 4, width);
+    putNumber(bytes, kName + 8, height);
+    putNumber(bytes, kSum, static_cast<std::uint32_t>(crc32(0, bytes.data() + kName, kSum - kName)));
+    return bytes;
+}
+
+TEST_F(FileError, OfAnInputThatIsNotThere) {
+    expectFailure({"render", "missing.png", "-o", "old.png"}, 3, {"'missing.png'", "No such file"});
+    expectFailure({"render", "", "-o", "old.png"}, 3, {"''"});
+    expectFailure({"render", "in.png/x.png", "-o", "old.png"}, 3, {"'in.png/x.png'"});
+}
+
+TEST_F(FileError, OfAnInputThatIsNoPng) {
+    expectFailure({"render", "old.png", "-o", "new.png"}, 3, {"'old.png'", "not a PNG"});
+    writeBytes(folder_ / "empty.png", {});
+    expectFailure({"render", "empty.png", "-o", "new.png"}, 3, {"'empty.png'", "empty"});
+    expectFailure({"render", ".", "-o", "new.png"}, 3, {"'.'", "directory"});
+    expectFailure({"render", "/dev/zero", "-o", "new.png"}, 3, {"'/dev/zero'", "not a PNG"});
+}
+
+TEST_F(FileError, OfAnInputWhoseReadingFails) {
+    expectFailure({"render", "/proc/self/mem", "-o", "old.png"}, 3, {"'/proc/self/mem'", "error"});
+}
+
+TEST_F(FileError, OfAFolderThatTakesNoFiles) {
+    expectFailure({"render", "in.png", "-o", "/proc/new.png"}, 3, {"cannot write '/proc/new.png'"});
+}
+
+TEST_F(FileError, OfAnInputThatMayNotBeRead) {
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root may read everything";
+    writePng(folder_ / "locked.png", randomPng(PngColor::Rgb, 8, 2, 2, 1));
+    chmod((folder_ / "locked.png").c_str(), 0);
+    expectFailure({"render", "locked.png", "-o", "old.png"}, 3, {"'locked.png'"});
+}
+
+TEST_F(FileError, OfADamagedInput) {
+    std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
+    bytes[bytes.size() - 20] ^= 0x10;
+    writeBytes(folder_ / "in.png", bytes);
+    expectFailure({"render", "in.png", "-o", "old.png"}, 3, {"'in.png'", "damaged"});
+}
+
+TEST_F(FileError, OfAPictureThatIsTooLarge) {
+    for (const bool wide : {true, false}) {
+        const PngPicture large = blankPng(PngColor::Grey, 1, wide ? 30001 : 1, wide ? 1 : 30001);
+        writePng(folder_ / "large.png", large);
+        expectFailure({"render", "large.png", "-o", "old.png"}, 3,
+                      {"'large.png'", wide ? "30001 x 1 " : "1 x 30001 ", "30000"});
+    }
+    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    writeBytes(folder_ / "large.png", withSize(sound, 0x7fffffff, 0x7fffffff));
+    expectFailure({"render", "large.png", "-o", "old.png"}, 3, {"'large.png'", "2147483647 x 2147483647 "});
+}
+
+TEST_F(FileError, OfAPictureWithASideThatCannotBe) {
+    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    for (const std::uint32_t side : {0U, 0x80000000U, 0xffffffffU}) {
+        writeBytes(folder_ / "odd.png", withSize(sound, side, 5));
+        expectFailure({"render", "odd.png", "-o", "old.png"}, 3, {"'odd.png'", "damaged"});
+        writeBytes(folder_ / "odd.png", withSize(sound, 5, side));
+        expectFailure({"render", "odd.png", "-o", "old.png"}, 3, {"'odd.png'", "damaged"});
+    }
+}
+
+TEST_F(FileError, OfAPictureThatItsFileCannotHold) {
+    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    writeBytes(folder_ / "short.png", withSize(sound, 30000, 30000));
+    expectFailure({"render", "short.png", "-o", "old.png"}, 3,
+                  {"'short.png'", "cut short: 30000 x 30000 pixels need more bytes"});
+}
+
+TEST_F(FileError, OfAPictureWithTooFewRows) {
+    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    writeBytes(folder_ / "short.png", withSize(sound, 12, 10));
+    expectFailure({"render", "short.png", "-o", "old.png"}, 3, {"'short.png'"});
+}
+
+TEST_F(FileError, OfOutputNamesThatCannotBe) {
+    expectFailure({"render", "in.png", "-o", "new.jpg"}, 3, {"'new.jpg'", ".png"});
+    expectFailure({"render", "in.png", "-o", "new"}, 3, {"'new'", ".png"});
+    expectFailure({"render", "in.png", "-o", ""}, 3, {"''"});
+    expectFailure({"render", "in.png", "-o", "missing/new.png"}, 3, {"'missing/new.png'", "folder"});
+    expectFailure({"render", "in.png", "-o", "in.png/new.png"}, 3, {"'in.png/new.png'"});
+    std::filesystem::create_directory(folder_ / "folder.png");
+    expectFailure({"render", "in.png", "-o", "folder.png"}, 3, {"'folder.png'", "folder"});
+    ASSERT_EQ(mkfifo((folder_ / "pipe.png").c_str(), 0600), 0);
+    std::filesystem::create_symlink("pipe.png", folder_ / "link.png");
+    for (const char* pipe : {"pipe.png", "link.png"}) {
+        expectFailure({"render", "in.png", "-o", pipe}, 3, {inQuotes(pipe), "ordinary file"});
+        EXPECT_TRUE(std::filesystem::is_fifo(folder_ / pipe));
+    }
+    expectFailure({"render", "in.png", "-o", std::string(300, 'x') + ".png"}, 3, {"xxx.png'"});
+}
+
+TEST_F(FileError, OfAFolderThatMayNotBeWrittenTo) {
+    if (geteuid() == 0)
+        GTEST_SKIP() << "root may write everywhere";
+    std::filesystem::create_directory(folder_ / "locked");
+    chmod((folder_ / "locked").c_str(), 0500);
+    expectFailure({"render", "in.png", "-o", "locked/new.png"}, 3, {"'locked/new.png'"});
+    chmod((folder_ / "locked").c_str(), 0700);
+}
+
+TEST_F(FileError, OfADiskThatIsFullLeavesNothingBehind) {
+    writePng(folder_ / "in.png", randomPng(PngColor::RgbAlpha, 16, 64, 64, 1));
+    CommandSetting setting;
+    setting.mostFileBytes = 10000;
+    for (const char* output : {"old.png", "new.png"})
+        expectFailure({"render", "in.png", "-o", output}, 3, {output, "File too large"}, setting);
+    const std::vector<std::uint8_t> before = bytesOf(folder_ / "in.png");
+    expectFailure({"render", "in.png", "-o", "in.png"}, 3, {"'in.png'"}, setting);
+    EXPECT_EQ(bytesOf(folder_ / "in.png"), before);
+}
+
+#ifndef KOVALUNE_SANITIZED // the sanitizers need their address space for themselves
+TEST_F(FileError, OfAPictureThatDoesNotFitInMemory) {
+    writePng(folder_ / "in.png", blankPng(PngColor::RgbAlpha, 16, 3000, 3000));
+    CommandSetting setting;
+    setting.mostMemoryBytes = std::size_t{110} << 20;
+    expectFailure({"render", "in.png", "-o", "old.png", "--threads", "1"}, 3, {"'in.png'", "memory"},
+                  setting);
+}
+#endif
+
+} // namespace
+} // namespace kovalune::tests

@@ -1,0 +1,89 @@
+// The file that the command writes: where it goes, what it replaces, what stays as it was.
+
+#include "tests/cli/CommandProcess.h"
+#include "tests/cli/PngMaker.h"
+#include "tests/cli/TestFolder.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+namespace kovalune::tests {
+namespace {
+
+class OutputFile : public testing::Test {
+protected:
+    OutputFile() { writePng(folder_ / "in.png", picture_); }
+
+    void render(const std::string& input, const std::string& output) const {
+        CommandSetting setting;
+        setting.folder = folder_.path();
+        const CommandOutcome outcome =
+            runCommand({"render", input, "-o", output, "--set", "Enable 1=off"}, setting);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+    }
+
+    bool holdsThePicture(const std::string& name) const {
+        return readPngFile(folder_ / name).rows == picture_.rows;
+    }
+
+    const PngPicture picture_ = randomPng(PngColor::RgbAlpha, 8, 9, 7, 1);
+    TestFolder folder_;
+};
+
+TEST_F(OutputFile, MayBeTheInput) {
+    PngPicture interlaced = picture_;
+    interlaced.interlaced = true;
+    writePng(folder_ / "in.png", interlaced);
+    render("in.png", "in.png");
+    EXPECT_TRUE(holdsThePicture("in.png"));
+    EXPECT_FALSE(readPngFile(folder_ / "in.png").interlaced);
+    EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in.png"}));
+}
+
+TEST_F(OutputFile, ReplacesAnOlderOneAndKeepsItsPermissions) {
+    writeBytes(folder_ / "out.png", {1, 2, 3});
+    ASSERT_EQ(chmod((folder_ / "out.png").c_str(), 0604), 0);
+    render("in.png", "out.png");
+    EXPECT_TRUE(holdsThePicture("out.png"));
+    struct stat status {};
+    ASSERT_EQ(stat((folder_ / "out.png").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0604U);
+}
+
+TEST_F(OutputFile, IsReadableAsTheUsersMaskSays) {
+    const mode_t old = umask(027);
+    render("in.png", "out.png");
+    umask(old);
+    struct stat status {};
+    ASSERT_EQ(stat((folder_ / "out.png").c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode & 0777U, 0640U);
+}
+
+TEST_F(OutputFile, BehindALinkIsReplacedAndTheLinkStays) {
+    std::filesystem::create_directory(folder_ / "other");
+    writeBytes(folder_ / "other" / "real.png", {1, 2, 3});
+    std::filesystem::create_symlink("other/real.png", folder_ / "link.png");
+    render("in.png", "link.png");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "link.png"));
+    EXPECT_TRUE(holdsThePicture("other/real.png"));
+}
+
+TEST_F(OutputFile, NamesMayHaveBlanksAndJapaneseLetters) {
+    const std::string folder = "新しい フォルダ";
+    std::filesystem::create_directory(folder_ / folder);
+    const std::string input = folder + "/絵 1.png";
+    const std::string output = folder + "/ぼかし 後.PNG";
+    writePng(folder_ / input, picture_);
+    render(input, output);
+    EXPECT_TRUE(holdsThePicture(output));
+}
+
+TEST_F(OutputFile, MayHaveTheLongestNameThereIs) {
+    const std::string name = std::string(251, 'n') + ".png";
+    render("in.png", name);
+    EXPECT_TRUE(holdsThePicture(name));
+}
+
+} // namespace
+} // namespace kovalune::tests
