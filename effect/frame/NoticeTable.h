@@ -28,12 +28,9 @@ inline const char* noticeText(int id, LanguageChoice language) {
         return "";
     }
     const NoticeRow& row = NoticeTable[id];
-    const char* text = row.japanese;
-    if (language == LanguageChoice::kJapanese) {
-        text = row.japanese != nullptr ? row.japanese : row.english;
-    } else {
-        text = row.japanese != nullptr ? row.english : nullptr;
-    }
+    const char* const inEnglish = row.japanese != nullptr ? row.english : nullptr;
+    const char* const inJapanese = row.japanese != nullptr ? row.japanese : row.english;
+    const char* const text = language == LanguageChoice::kJapanese ? inJapanese : inEnglish;
     return text != nullptr ? text : "";
 }
 
