@@ -1,0 +1,96 @@
+// Scratch memory of the vertical passes: this program's own non-throwing array allocation counts, and fails
+// where it is told to.
+#include "tests/blur/BlurDrivers.h"
+
+#include <atomic>
+#include <cstddef>
+#include <gtest/gtest.h>
+#include <new>
+
+namespace {
+
+std::atomic<int> scratchRequests{0};
+std::atomic<std::size_t> scratchBytes{0};
+std::atomic<int> failingRequest{0}; ///< 0: none
+
+} // namespace
+
+void* operator new[](std::size_t bytes, const std::nothrow_t& /*tag*/) noexcept {
+    const int request = scratchRequests.fetch_add(1) + 1;
+    scratchBytes = bytes;
+    if (request == failingRequest) {
+        return nullptr;
+    }
+    try {
+        return ::operator new[](bytes);
+    } catch (const std::bad_alloc&) {
+        return nullptr;
+    }
+}
+
+namespace kovalune::test {
+namespace {
+
+/// Counts from 1 again, and fails the request of this number.
+class ScratchPlan {
+public:
+    explicit ScratchPlan(int failing) {
+        scratchRequests = 0;
+        failingRequest = failing;
+    }
+    ~ScratchPlan() { failingRequest = 0; }
+    ScratchPlan(const ScratchPlan&) = delete;
+    ScratchPlan& operator=(const ScratchPlan&) = delete;
+};
+
+class BlurMemory : public testing::TestWithParam<BlurDriver> {};
+
+INSTANTIATE_TEST_SUITE_P(Drivers, BlurMemory, testing::ValuesIn(kBlurDrivers), driverName);
+
+TEST_P(BlurMemory, IsOneBlockAnIterationOfTheColumnRoundedUp) {
+    const BlurDriver driver = GetParam();
+    Random random(61);
+    const std::size_t bytesPerEntry = driver.format == PF_PixelFormat_ARGB64 ? 9 : 17;
+    const std::pair<int32_t, std::size_t> heights[] = {{1, 64}, {64, 64}, {65, 128}, {130, 192}};
+    for (const auto& [height, entries] : heights) {
+        BlurScene scene(driver, shuffledOptions(3, 1, 1), wholeRect(6, height), Mask(6, height, 1), random);
+        const ScratchPlan plan(0);
+        EXPECT_EQ(scene.run(driver, 1, 4.0), PF_Err_NONE);
+        EXPECT_EQ(scratchRequests, 3);
+        EXPECT_EQ(scratchBytes, bytesPerEntry * entries);
+    }
+}
+
+TEST_P(BlurMemory, LackingEndsTheBlurWithOutOfMemory) {
+    const BlurDriver driver = GetParam();
+    Random random(62);
+    for (int iterations = 1; iterations <= 4; ++iterations) {
+        for (int failing = 1; failing <= iterations; ++failing) {
+            host::HostOptions options = shuffledOptions(iterations, 1, 1);
+            options.recordCalls = true;
+            BlurScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), random);
+            scene.host.clearCalls();
+            const ScratchPlan plan(failing);
+            EXPECT_EQ(scene.run(driver, 5, 20.0), PF_Err_OUT_OF_MEMORY);
+            EXPECT_EQ(scene.host.countCalls("iterate_generic"), 2) << "no pass runs behind the vertical one";
+        }
+    }
+}
+
+TEST_P(BlurMemory, LackingInALaterPassKeepsThePassesBefore) {
+    const BlurDriver driver = GetParam();
+    Random random(63);
+    BlurScene scene(driver, Mask(9, 9, 1), random);
+    PlainBlur job = scene.plainJob(driver, 4, 20.0);
+    job.passes = 3;
+    PlainPicture dst = read(scene.dst);
+    PlainPicture tmp = read(scene.tmp);
+    plainBlur(job, read(scene.src), dst, tmp);
+    const ScratchPlan plan(2);
+    EXPECT_EQ(scene.run(driver, 4, 20.0), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(difference(dst, scene.dst), "");
+    EXPECT_EQ(difference(tmp, scene.tmp), "");
+}
+
+} // namespace
+} // namespace kovalune::test

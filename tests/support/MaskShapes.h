@@ -1,0 +1,52 @@
+// Masks of typical shapes, and planes with their content.
+#pragma once
+
+#include "effect/raster/MaskPlane.h"
+#include "tests/support/Random.h"
+#include "tests/support/StrictHost.h"
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace kovalune::test {
+
+/// Elements row by row without padding.
+struct Mask {
+    int32_t width = 0;
+    int32_t height = 0;
+    std::vector<uint8_t> elements;
+
+    Mask(int32_t w, int32_t h, uint8_t value = 0)
+        : width(w), height(h), elements(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), value) {}
+
+    uint8_t& at(int32_t x, int32_t y) { return elements[index(x, y)]; }
+    uint8_t at(int32_t x, int32_t y) const { return elements[index(x, y)]; }
+    bool operator==(const Mask&) const = default;
+
+private:
+    std::size_t index(int32_t x, int32_t y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x);
+    }
+};
+
+enum class MaskShape { kEmpty, kFull, kSingle, kRows, kColumns, kDense, kSparse, kBlobs, kCheckerboard };
+
+inline constexpr std::array kMaskShapes = {MaskShape::kEmpty,  MaskShape::kFull,    MaskShape::kSingle,
+                                           MaskShape::kRows,   MaskShape::kColumns, MaskShape::kDense,
+                                           MaskShape::kSparse, MaskShape::kBlobs,   MaskShape::kCheckerboard};
+
+/// Masked-in elements hold random values that are not 0.
+Mask makeMask(MaskShape shape, int32_t width, int32_t height, Random& random);
+
+/// A plane with these elements and true summaries.
+MaskPlane planeOf(StrictHost& host, const Mask& mask);
+
+/// The elements of a plane.
+Mask elementsOf(const MaskPlane& plane);
+
+/// Where the summaries do not agree with the elements, as a text; empty when they do.
+std::string summaryFault(const MaskPlane& plane);
+
+} // namespace kovalune::test

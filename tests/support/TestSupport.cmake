@@ -1,0 +1,13 @@
+# What the pixel tests share: the reference host as a running command, worlds and pictures, and plain twins of
+# the passes.
+include_guard(GLOBAL)
+
+add_library(kovalune_test_support STATIC
+  ${CMAKE_CURRENT_LIST_DIR}/MaskShapes.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainBlur.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainExtraction.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainKernel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainPicture.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/StrictHost.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/TestWorld.cpp)
+target_link_libraries(kovalune_test_support PUBLIC kovalune_effect kovalune_host GTest::gtest)
