@@ -22,7 +22,7 @@ namespace {
 }
 
 [[noreturn]] void fail(const fs::path& file, int error) {
-    fail(file, std::generic_category().message(error));
+    fail(file, systemReason(error));
 }
 
 fs::path folderOf(const fs::path& file) {
@@ -88,7 +88,7 @@ public:
             fs::permissions(path_, old.permissions(), error);
         fs::rename(path_, target, error);
         if (error)
-            fail(file_, error.message());
+            fail(file_, systemReason(error.value()));
         renamed_ = true;
     }
 

@@ -1,5 +1,8 @@
 #include "cli/Failure.h"
 
+#include <cstring>
+#include <system_error>
+
 namespace kovalune {
 
 namespace {
@@ -32,6 +35,14 @@ std::string printable(std::string_view text) {
         }
     }
     return line;
+}
+
+std::string systemReason(int errorNumber) {
+#ifdef __GLIBC__
+    if (const char* const text = strerrordesc_np(errorNumber))
+        return text;
+#endif
+    return std::generic_category().message(errorNumber);
 }
 
 std::string inQuotes(std::string_view text) {

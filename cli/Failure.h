@@ -28,6 +28,9 @@ private:
 // With control characters written as \n, \r, \t or \xNN. Other bytes, UTF-8 among them, stay as they are.
 std::string printable(std::string_view text);
 
+// What the system means by an error number, in English whatever the locale, as all texts of the command are.
+std::string systemReason(int errorNumber);
+
 // 'text'
 std::string inQuotes(std::string_view text);
 

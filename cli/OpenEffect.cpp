@@ -16,8 +16,9 @@ host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(*plugin, error);
     if (error || !std::filesystem::is_regular_file(path, error))
-        throw Failure(ExitCode::File, "cannot load the plug-in " + inQuotes(*plugin) +
-                                          (error ? ": " + error.message() : ": it is not a file"));
+        throw Failure(ExitCode::File,
+                      "cannot load the plug-in " + inQuotes(*plugin) +
+                          (error ? ": " + systemReason(error.value()) : ": it is not a file"));
     try {
         return host::EffectModule::load(path.string());
     } catch (const host::HostError& reason) {

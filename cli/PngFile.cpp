@@ -33,7 +33,7 @@ void appendBytes(std::vector<std::uint8_t>& bytes, std::size_t count, std::FILE*
     const int error = errno;
     bytes.resize(before + taken);
     if (std::ferror(source) != 0)
-        failReading(file, std::generic_category().message(error));
+        failReading(file, systemReason(error));
 }
 
 // Stops behind the signature of anything but a PNG, which may be endless.
@@ -41,7 +41,7 @@ std::vector<std::uint8_t> readBytes(const std::filesystem::path& file) {
     constexpr std::size_t kBlock = std::size_t{1} << 20;
     const OpenFile source(std::fopen(file.string().c_str(), "rb"));
     if (!source)
-        failReading(file, std::generic_category().message(errno));
+        failReading(file, systemReason(errno));
     std::vector<std::uint8_t> bytes;
     appendBytes(bytes, kSignature.size(), source.get(), file);
     if (!std::equal(bytes.begin(), bytes.end(), kSignature.begin(), kSignature.end()))

@@ -90,7 +90,7 @@ TEST_P(BlurPass, LeavesLinesWithoutActivityAlone) {
     for (int32_t y = 0; y < 6; ++y) {
         job.mask.at(3, y) = 0;
     }
-    // A skipped column is still seen by no other one: columns do not mix in a vertical pass.
+    // Columns do not mix in a vertical pass, so a skipped one changes nothing else.
     plainPass(job, plainKernel(3, 2.0), false, read(scene.src), expected);
     EXPECT_EQ(driver.vertical(&record, 0, 0, 1), PF_Err_NONE);
     EXPECT_EQ(difference(expected, scene.dst), "");

@@ -13,9 +13,9 @@ std::vector<int32_t> tapsOf(const GaussKernel& kernel) {
 }
 
 int64_t symmetricSum(const GaussKernel& kernel) {
-    int64_t sum = int64_t{2 * kernel.length - 1} * kernel.tail - kernel.taps()[0];
+    int64_t sum = (2 * int64_t{kernel.length} - 1) * kernel.tail - kernel.taps()[0];
     for (const int32_t tap : tapsOf(kernel)) {
-        sum += 2 * tap;
+        sum += int64_t{2} * tap;
     }
     return sum;
 }

@@ -25,7 +25,8 @@ double stageAmount(const PlainFrame& frame) {
 
 PlainPicture plainWiden(const PlainPicture& picture) {
     return inFormat(picture, PF_PixelFormat_ARGB64, [](double c) {
-        return static_cast<double>((static_cast<int64_t>(c) * 32768 + 128) / 255);
+        const int64_t wide = (static_cast<int64_t>(c) * 32768 + 128) / 255;
+        return static_cast<double>(wide);
     });
 }
 

@@ -54,8 +54,9 @@ bool matchesAny(const PF_Fixed (&hls)[3], const std::vector<PlainMatch>& matches
 
 int64_t plainDistance(const PF_Fixed (&a)[3], const PF_Fixed (&b)[3]) {
     int64_t dh = std::llabs(int64_t{a[0]} - b[0]);
-    if (dh > 180 * 65536) {
-        dh = 360 * 65536 - dh;
+    constexpr int64_t degree = 65536;
+    if (dh > 180 * degree) {
+        dh = 360 * degree - dh;
     }
     return (std::llabs(int64_t{a[2]} - b[2]) + std::llabs(int64_t{a[1]} - b[1]) + (dh >> 7)) >> 3;
 }
