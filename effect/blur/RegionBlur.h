@@ -25,7 +25,7 @@ struct BlurPassRecord {
     GaussKernel kernel;
 };
 
-// Each blurs the masked-in pixels of `rect` from `src` into `dst`; `tmp`, a second world of the size and
+// A region blur. Each blurs the masked-in pixels of `rect` from `src` into `dst`; `tmp`, a second world of the size and
 // depth of `dst`, holds an intermediate state. `src` is never written. `dst` and `tmp` must already hold what
 // is to remain in pixels that the blur does not write: masked-out pixels, and the alpha of masked-in ones.
 //   iterations  what the host is asked for, PF_Iterations_ONCE_PER_PROCESSOR in a frame
@@ -34,18 +34,13 @@ struct BlurPassRecord {
 //   amount      half-length of the first kernel in pixels; below 2.0 copies the masked-in pixels instead
 // Returns the first error of the host's iteration or progress calls, or PF_Err_OUT_OF_MEMORY where a world
 // that the blur needs is missing or a pass found no scratch memory; `dst` then holds a partial result.
-PF_Err blurRegionRun16(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
-                       PF_EffectWorld* tmp, const FrameRect& rect, const MaskPlane& mask, int32_t repeat,
-                       const ProgressCounter* progress, double amount);
-PF_Err blurRegionWindow16(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
+using RegionBlur = PF_Err(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
                           PF_EffectWorld* tmp, const FrameRect& rect, const MaskPlane& mask, int32_t repeat,
                           const ProgressCounter* progress, double amount);
-PF_Err blurRegionRun32(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
-                       PF_EffectWorld* tmp, const FrameRect& rect, const MaskPlane& mask, int32_t repeat,
-                       const ProgressCounter* progress, double amount);
-PF_Err blurRegionWindow32(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
-                          PF_EffectWorld* tmp, const FrameRect& rect, const MaskPlane& mask, int32_t repeat,
-                          const ProgressCounter* progress, double amount);
+RegionBlur blurRegionRun16;
+RegionBlur blurRegionWindow16;
+RegionBlur blurRegionRun32;
+RegionBlur blurRegionWindow32;
 
 // The single passes, in the form that the host iterates over a BlurPassRecord.
 PF_Err passRunH16(void* record, A_long thread, A_long i, A_long n);

@@ -16,8 +16,8 @@ struct FramePasses {
     decltype(&coverage8) coverageOfInput;
     decltype(&extractColors8) extractColors;
     decltype(&copyMasked16) copyMasked;
-    decltype(&blurRegionRun16) blurRegionRun;
-    decltype(&blurRegionWindow16) blurRegionWindow;
+    RegionBlur* blurRegionRun;
+    RegionBlur* blurRegionWindow;
     PF_Err (*clearAlphaOutsideOutput)(PF_InData*, PF_EffectWorld*, const FrameRect&, const MaskPlane&);
 };
 
