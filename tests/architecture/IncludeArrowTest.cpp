@@ -1,4 +1,4 @@
-// Which room may include which: the arrows of docs/architecture.md, checked over every source file.
+// Which room may include which: the table of docs/architecture.md, checked over every source file.
 
 #include <gtest/gtest.h>
 
@@ -14,20 +14,38 @@ namespace {
 
 namespace fs = std::filesystem;
 
-/// A room may include itself and what stands here.
-const std::map<std::string, std::vector<std::string>> kMayInclude = {
-    {"hostapi", {}},
-    {"host", {"hostapi"}},
-    {"cli", {"host", "hostapi"}},
-    {"effect/platform", {}},
-    {"effect/share", {"effect/platform", "hostapi"}},
-    {"effect/raster", {"effect/share", "hostapi"}},
-    {"effect/smoothing", {"effect/raster", "effect/share", "hostapi"}},
-    {"effect/blur", {"effect/raster", "effect/share", "hostapi"}},
-    {"effect/params", {"effect/platform", "effect/share", "hostapi"}},
-    {"effect/pipeline", {"effect/blur", "effect/smoothing", "effect/raster", "effect/share", "hostapi"}},
-    {"effect/frame", {"effect/params", "effect/pipeline", "effect/platform", "effect/share", "hostapi"}},
-};
+using Arrows = std::map<std::string, std::vector<std::string>>;
+
+/// The texts in backticks, in order.
+std::vector<std::string> quotedNames(const std::string& text) {
+    static const std::regex quoted("`([^`]+)`");
+    std::vector<std::string> names;
+    for (std::sregex_iterator match(text.begin(), text.end(), quoted), end; match != end; ++match) {
+        names.push_back((*match)[1].str());
+    }
+    return names;
+}
+
+/// The table under "Who may include whom": rooms in the first column, what they may include in the second. A room may
+/// always include itself.
+Arrows documentedArrows() {
+    std::ifstream page(fs::path(KOVALUNE_SOURCE_DIR) / "docs/architecture.md");
+    Arrows arrows;
+    bool inSection = false;
+    for (std::string line; std::getline(page, line);) {
+        if (line.starts_with("## ")) {
+            inSection = line == "## Who may include whom";
+        }
+        const std::size_t bar = line.find('|', 1);
+        if (!inSection || !line.starts_with("| `") || bar == std::string::npos) {
+            continue;
+        }
+        for (const std::string& room : quotedNames(line.substr(0, bar))) {
+            arrows[room] = quotedNames(line.substr(bar));
+        }
+    }
+    return arrows;
+}
 
 /// "effect/blur" for "effect/blur/GaussKernel.h", "host" for "host/Image.h".
 std::string roomOf(const std::string& path) {
@@ -69,12 +87,14 @@ std::vector<Include> projectIncludes() {
 
 TEST(IncludeArrows, PointOneWay) {
     const std::vector<Include> includes = projectIncludes();
+    const Arrows mayInclude = documentedArrows();
     ASSERT_GT(includes.size(), 100U);
+    ASSERT_GE(mayInclude.size(), 11U);
     for (const Include& include : includes) {
         const std::string from = roomOf(include.file);
         const std::string to = roomOf(include.included);
-        const auto allowed = kMayInclude.find(from);
-        ASSERT_NE(allowed, kMayInclude.end()) << include.file << " lies in a room that nothing is known of";
+        const auto allowed = mayInclude.find(from);
+        ASSERT_NE(allowed, mayInclude.end()) << include.file << " lies in a room that nothing is known of";
         const bool points = from == to || std::find(allowed->second.begin(), allowed->second.end(), to) !=
                                               allowed->second.end();
         EXPECT_TRUE(points) << include.file << " may not include " << include.included;
