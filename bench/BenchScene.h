@@ -1,0 +1,47 @@
+// What the benchmarks work on: a flat-colour drawing and noise, 1920 by 1080, in the three depths, and a host to run
+// passes in. Rates are megapixels of the whole picture a second, whatever part of it a mask leaves.
+#pragma once
+
+#include "effect/pipeline/ColorMatch.h"
+#include "effect/raster/MaskPlane.h"
+#include "effect/share/FrameRect.h"
+#include "host/Image.h"
+#include "hostapi/HostApi.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <functional>
+
+namespace kovalune::bench {
+
+/// The first argument of a benchmark that has one.
+enum Source : std::int64_t { kDrawing = 0, kNoise = 1 };
+
+inline constexpr A_long kWidth = 1920;
+inline constexpr A_long kHeight = 1080;
+inline constexpr FrameRect kWhole = {0, 0, static_cast<int16_t>(kHeight), static_cast<int16_t>(kWidth)};
+
+/// Four colours of the drawing: a jacket and a face, each with its shadow. About a tenth of its pixels.
+inline constexpr PF_Pixel kPicked[4] = {
+    {255, 0x32, 0x64, 0xb4}, {255, 0x1e, 0x46, 0x82}, {255, 0xff, 0xd9, 0xbe}, {255, 0xe8, 0xa9, 0x8c}};
+
+/// Made once for each source and format.
+const host::Image& picture(std::int64_t source, PF_PixelFormat format);
+
+/// A world on a picture's memory; the picture stays its owner.
+PF_EffectWorld worldOn(host::Image& image);
+
+/// Runs `body` inside a command of the reference host, with as many threads as the machine has.
+void runInHost(const std::function<void(PF_InData*)>& body);
+
+/// The matches of the picked colours.
+ColorMatches pickedMatches(PF_InData* inData);
+
+/// The drawing's picked pixels, or every second pixel at random.
+MaskPlane regionMask(PF_InData* inData, std::int64_t source);
+
+/// Sets the rate and names the source; called once behind a benchmark's loop.
+void report(benchmark::State& state, std::int64_t source);
+
+} // namespace kovalune::bench

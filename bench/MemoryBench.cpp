@@ -1,0 +1,27 @@
+// The measure beside every other row: a plain copy of a picture's bytes on one thread.
+
+#include "bench/BenchScene.h"
+
+#include <cstring>
+
+namespace kovalune::bench {
+namespace {
+
+template <PF_PixelFormat format>
+void copyBytes(benchmark::State& state) {
+    const host::Image& source = picture(kDrawing, format);
+    host::Image target = source;
+    const std::size_t bytes = source.rowBytes() * static_cast<std::size_t>(kHeight);
+    for (auto step : state) {
+        std::memcpy(target.row(0), source.row(0), bytes);
+        benchmark::ClobberMemory();
+    }
+    report(state, kDrawing);
+}
+
+BENCHMARK(copyBytes<PF_PixelFormat_ARGB32>)->Name("memcpy8")->UseRealTime();
+BENCHMARK(copyBytes<PF_PixelFormat_ARGB64>)->Name("memcpy16")->UseRealTime();
+BENCHMARK(copyBytes<PF_PixelFormat_ARGB128>)->Name("memcpy32")->UseRealTime();
+
+} // namespace
+} // namespace kovalune::bench
