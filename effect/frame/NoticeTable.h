@@ -19,7 +19,6 @@ inline constexpr NoticeRow NoticeTable[] = {
 };
 
 inline constexpr int kAboutNotice = 1;
-inline constexpr int kDialogTitleNotice = 2;
 
 /// The text of a row: the Japanese one for Japanese, or the English one where there is none; the English one
 /// for English, where both exist. Else an empty text, as for an unknown id.

@@ -1,4 +1,4 @@
-// What differs by pixel format: the channel's type, full scale, and the host's name for the format. Channels
+// What differs by pixel format: the pixel, the channel's type and its full scale. Channels
 // stand in the order alpha, red, green, blue, straight, not premultiplied.
 #pragma once
 
@@ -11,7 +11,6 @@ namespace kovalune {
 struct Argb8 {
     using Pixel = PF_Pixel;
     using Channel = uint8_t;
-    static constexpr PF_PixelFormat kFormat = PF_PixelFormat_ARGB32;
     static constexpr Channel kFullScale = 255;
 };
 
@@ -19,14 +18,12 @@ struct Argb8 {
 struct Argb16 {
     using Pixel = PF_Pixel16;
     using Channel = uint16_t;
-    static constexpr PF_PixelFormat kFormat = PF_PixelFormat_ARGB64;
     static constexpr Channel kFullScale = 32768;
 };
 
 struct Argb32 {
     using Pixel = PF_PixelFloat;
     using Channel = float;
-    static constexpr PF_PixelFormat kFormat = PF_PixelFormat_ARGB128;
     static constexpr Channel kFullScale = 1.0F;
 };
 
