@@ -39,6 +39,7 @@ enum View : int32_t {
     kViewExtract = 3,
     kViewBase = 4,
     kViewProcess1 = 5,
+    kViewProcess4 = 8,
 };
 
 struct RenderSettings {
