@@ -43,8 +43,10 @@ CLI::App& addRender(CLI::App& app, RenderArguments& arguments) {
         ->option_text("LABEL=VALUE");
     render.add_option("--view", arguments.view, "Choose the View; wins over --set View=...")
         ->option_text("NAME");
-    render.add_option("--threads", arguments.threads, "Threads to work on, 1 to 64; default: the machine's")
-        ->check(CLI::Range(1, 64))
+    render
+        .add_option("--threads", arguments.threads,
+                    "Threads to work on, 1 to " + std::to_string(kMostThreads) + "; default: the machine's")
+        ->check(CLI::Range(1, kMostThreads))
         ->option_text("N");
     render.add_option("--plugin", arguments.plugin, "Use the effect of this shared object")
         ->option_text("FILE");

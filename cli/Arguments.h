@@ -8,13 +8,15 @@
 
 namespace kovalune {
 
+inline constexpr int kMostThreads = 64; // the host's limit too
+
 struct RenderArguments {
     std::string input;
     std::string output;
     std::vector<std::string> settings; // "LABEL=VALUE", in order
     std::optional<std::string> view;
     std::optional<std::string> plugin;
-    int threads = 0; // 0: what the machine has
+    int threads = 0; // to kMostThreads; 0: what the machine has
 };
 
 struct ParamsArguments {

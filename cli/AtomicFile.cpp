@@ -1,14 +1,17 @@
 #include "cli/AtomicFile.h"
 
 #include "cli/Failure.h"
+#include "cli/RemovedOnSignal.h"
 
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <optional>
 #include <random>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <utility>
 
 namespace kovalune {
@@ -29,13 +32,26 @@ fs::path folderOf(const fs::path& file) {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
-// Where the bytes go in the end, so that a link stays a link.
+// Where the bytes go in the end, so that a link stays a link, also one to a file that is yet to be made. What a
+// link holds counts from the folder that it is in.
 fs::path targetOf(const fs::path& file) {
+    constexpr int kMostLinks = 40; // as the system follows
+    fs::path target = file;
     std::error_code error;
-    if (!fs::is_symlink(file, error))
-        return file;
-    const fs::path target = fs::weakly_canonical(file, error);
-    return error ? file : target;
+    for (int links = 0; fs::is_symlink(target, error); ++links) {
+        if (links == kMostLinks)
+            fail(file, ELOOP);
+        const fs::path held = fs::read_symlink(target, error);
+        if (error)
+            fail(file, error.value());
+        target = target.parent_path() / held;
+    }
+    return target;
+}
+
+// Some file systems cannot be told to.
+bool cannotFlush(int error) {
+    return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
 // Not derived from the target's name, which may already be as long as names can be.
@@ -55,12 +71,16 @@ public:
         constexpr int kAttempts = 100;
         for (int attempt = 0; attempt < kAttempts && stream_ == nullptr; ++attempt) {
             path_ = folder / unusualName();
+            onSignal_.emplace(path_);
             stream_ = std::fopen(path_.string().c_str(), "wbx");
             if (stream_ == nullptr && errno != EEXIST)
                 fail(file_, errno);
         }
         if (stream_ == nullptr)
             fail(file_, EEXIST);
+        // A signal that another thread took may have looked for the file before it was there.
+        if (onSignal_->struck())
+            ::unlink(path_.c_str());
     }
     ~TemporaryFile() {
         if (stream_ != nullptr)
@@ -74,9 +94,11 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     void write(std::span<const std::uint8_t> bytes) {
-        if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size())
+        if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size() || std::fflush(stream_) != 0)
             fail(file_, errno);
-        // A full disk may show only when the last block goes out.
+        // Before the name changes hands: after a crash it must not stand for a file that never reached the disk.
+        if (::fsync(::fileno(stream_)) != 0 && !cannotFlush(errno))
+            fail(file_, errno);
         if (std::fclose(std::exchange(stream_, nullptr)) != 0)
             fail(file_, errno);
     }
@@ -95,6 +117,7 @@ public:
 private:
     fs::path file_;
     fs::path path_;
+    std::optional<RemovedOnSignal> onSignal_;
     std::FILE* stream_ = nullptr;
     bool renamed_ = false;
 };

@@ -11,7 +11,8 @@ namespace kovalune {
 // device. Touches nothing; passing it is no promise that writing succeeds.
 void checkWritable(const std::filesystem::path& file);
 
-// On failure an existing file stays as it was and nothing else is left behind. A link is followed, and the
+// On failure, and when a signal ends the process meanwhile, an existing file stays as it was and nothing else is
+// left behind. The bytes are on the disk before they take the name. A link is followed, a dangling one too, and the
 // permissions of a file that is replaced are kept where that is allowed. Throws Failure with the name.
 void writeAtomically(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
 

@@ -1,5 +1,6 @@
 #include "cli/OpenEffect.h"
 
+#include "cli/Arguments.h"
 #include "cli/Failure.h"
 
 #include <filesystem>
@@ -29,7 +30,16 @@ host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
 host::HostOptions optionsFor(int threads) {
     host::HostOptions options;
     options.threads = threads;
+    // The effect divides a picture into one band an iteration, and what a band's first pixel becomes behind a
+    // transparent one depends on where the bands meet. With a fixed number a picture comes out the same on
+    // every machine; this one keeps the most threads busy.
+    options.iterations = kMostThreads;
     return options;
+}
+
+// What left the effect's entry point. The code of such a result is not the effect's.
+std::string thrownText(const host::CommandResult& result) {
+    return result.thrownValue ? "the number " + std::to_string(*result.thrownValue) : result.exceptionText;
 }
 
 } // namespace
@@ -42,10 +52,9 @@ OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads)
 void requireSuccess(const host::CommandResult& result, const std::string& action) {
     if (result.ok())
         return;
-    std::string text = action + " failed with code " + std::to_string(result.code);
-    if (result.threw)
-        text += ": it threw an exception: " + result.exceptionText;
-    else if (!result.returnMsg.empty())
+    std::string text = action + (result.threw ? " failed by an exception: " + thrownText(result)
+                                              : " failed with code " + std::to_string(result.code));
+    if (!result.returnMsg.empty())
         text += ": " + result.returnMsg;
     throw Failure(ExitCode::Effect, text);
 }

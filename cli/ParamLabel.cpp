@@ -3,6 +3,7 @@
 #include "cli/AsciiText.h"
 #include "cli/Failure.h"
 #include "cli/NearestNames.h"
+#include "cli/ParamText.h"
 #include "hostapi/Constants.h"
 
 #include <algorithm>
@@ -58,9 +59,7 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
 } // namespace
 
 bool isSettable(const PF_ParamDef& def) {
-    return def.param_type == PF_Param_SLIDER || def.param_type == PF_Param_FLOAT_SLIDER ||
-           def.param_type == PF_Param_CHECKBOX || def.param_type == PF_Param_POPUP ||
-           def.param_type == PF_Param_COLOR;
+    return !kindText(def).empty();
 }
 
 int findSettable(const std::vector<PF_ParamDef>& params, std::string_view label) {

@@ -8,6 +8,7 @@
 #include <array>
 #include <charconv>
 #include <cmath>
+#include <cstdint>
 #include <optional>
 #include <system_error>
 
@@ -16,10 +17,28 @@ namespace kovalune {
 namespace {
 
 constexpr std::string_view kSeparatorStart = "(-";
-constexpr std::string_view kViewLabel = "View";
 constexpr std::string_view kProcessViewStart = "Process ";
 
 enum class Form { Good, Wrong, TooLarge };
+
+// Of a decimal number that no double can hold: whether it is too near to 0 rather than too far from it.
+bool isTiny(std::string_view text) {
+    const std::size_t e = text.find_first_of("eE");
+    const std::string_view digits = text.substr(0, e);
+    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
+    std::string_view power = e == std::string_view::npos ? std::string_view("0") : text.substr(e + 1);
+    if (power.starts_with('+'))
+        power.remove_prefix(1);
+    std::int64_t exponent = 0;
+    const auto [stop, error] = std::from_chars(power.data(), power.data() + power.size(), exponent);
+    if (error == std::errc::result_out_of_range)
+        return power.starts_with('-');
+    const std::int64_t place = first < point ? point - first - 1 : point - first;
+    // No text is so long that its digits would outweigh this.
+    constexpr std::int64_t kFar = std::int64_t{1} << 60;
+    return std::clamp(exponent, -kFar, kFar) + place < 0;
+}
 
 // The whole text must be the number.
 template <typename Number>
@@ -60,7 +79,11 @@ host::ParamValue parseSlider(const PF_ParamDef& def, std::string_view text) {
 
 host::ParamValue parseFloatSlider(const PF_ParamDef& def, std::string_view text) {
     double number = 0.0;
-    const Form form = parseNumber(text, number);
+    Form form = parseNumber(text, number);
+    if (form == Form::TooLarge && isTiny(text)) {
+        form = Form::Good;
+        number = 0.0;
+    }
     if (form == Form::Wrong || std::isnan(number))
         failForm(def, "a number", text);
     const auto least = static_cast<double>(def.u.fs_d.valid_min);
@@ -150,16 +173,11 @@ bool isMissingView(const PF_ParamDef& def, std::string_view choice) {
 }
 
 host::ParamValue choose(const PF_ParamDef& def, const std::vector<std::string>& choices, std::size_t place) {
-    const std::string& choice = choices[place];
-    if (isSeparator(choice))
-        throw Failure(ExitCode::Usage, inQuotes(def.name) + " cannot be " + inQuotes(choice) +
-                                           ": it only separates the choices; it takes " +
-                                           rangeText(def, choices));
-    if (isMissingView(def, choice))
-        throw Failure(ExitCode::Usage, inQuotes(def.name) + " cannot be " + inQuotes(choice) +
-                                           ": the Process views do not exist yet; it takes " +
-                                           rangeText(def, choices));
-    return static_cast<A_long>(place + 1);
+    const auto value = static_cast<A_long>(place + 1);
+    const std::string refusal = choiceRefusal(def, choices, value);
+    if (!refusal.empty())
+        throw Failure(ExitCode::Usage, refusal);
+    return value;
 }
 
 host::ParamValue parsePopup(const PF_ParamDef& def, const std::vector<std::string>& choices,
@@ -208,6 +226,22 @@ host::ParamValue parseValue(const PF_ParamDef& def, const std::vector<std::strin
     }
 }
 
+std::string choiceRefusal(const PF_ParamDef& def, const std::vector<std::string>& choices,
+                          const host::ParamValue& value) {
+    if (def.param_type != PF_Param_POPUP)
+        return {};
+    const A_long number = std::get<A_long>(value);
+    if (number < 1 || static_cast<std::size_t>(number) > choiceCount(def, choices))
+        return {};
+    const std::string& choice = choices[static_cast<std::size_t>(number - 1)];
+    if (!isSeparator(choice) && !isMissingView(def, choice))
+        return {};
+    return inQuotes(def.name) + " cannot be " + inQuotes(choice) +
+           (isSeparator(choice) ? ": it only separates the choices"
+                                : ": the Process views do not exist yet") +
+           "; it takes " + rangeText(def, choices);
+}
+
 std::string valueText(const PF_ParamDef& def, const std::vector<std::string>& choices,
                       const host::ParamValue& value) {
     if (const auto* color = std::get_if<PF_Pixel>(&value))
@@ -236,7 +270,7 @@ std::string kindText(const PF_ParamDef& def) {
     case PF_Param_POPUP:
         return "popup";
     default:
-        return "other";
+        return {};
     }
 }
 

@@ -16,11 +16,17 @@ namespace {
 
 using Cells = std::array<std::string, 4>;
 
+std::string defaultText(const PF_ParamDef& def, const std::vector<std::string>& choices,
+                        const host::ParamValue& value) {
+    const bool refused = !choiceRefusal(def, choices, value).empty();
+    return valueText(def, choices, value) + (refused ? " (cannot be chosen)" : "");
+}
+
 Cells cellsOf(const host::Session& session, int index, std::size_t depth) {
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
     const std::vector<std::string> choices = session.choices(index);
     return {std::string(2 * depth, ' ') + def.name, kindText(def),
-            valueText(def, choices, session.defaultValue(index)), rangeText(def, choices)};
+            defaultText(def, choices, session.defaultValue(index)), rangeText(def, choices)};
 }
 
 // The table's lines; groups have their label alone.

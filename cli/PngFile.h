@@ -3,6 +3,7 @@
 #pragma once
 
 #include "cli/Picture.h"
+#include "hostapi/Constants.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -12,7 +13,7 @@
 
 namespace kovalune {
 
-inline constexpr std::uint32_t kMostPixelsASide = 30000;
+inline constexpr std::uint32_t kMostPixelsASide = PF_MAX_WORLD_WIDTH;
 
 // Throws Failure with the file's name if it is missing, cannot be read, is not a PNG, is damaged or cut
 // short, or is more than kMostPixelsASide wide or high. A size that so short a file cannot hold is refused

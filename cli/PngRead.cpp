@@ -1,6 +1,7 @@
 #include "cli/PngFile.h"
 
 #include "cli/Failure.h"
+#include "cli/PngMemory.h"
 
 #include <algorithm>
 #include <array>
@@ -36,7 +37,8 @@ std::array<png_byte, 5 * kNotes.size()> noteNames() {
 class PngReader {
 public:
     explicit PngReader(std::span<const std::uint8_t> source) : rest_(source) {
-        png_ = png_create_read_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        png_ = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, &memory_,
+                                        PngMemory::take, PngMemory::giveBack);
         if (png_ != nullptr)
             info_ = png_create_info_struct(png_);
         if (info_ == nullptr) {
@@ -120,7 +122,10 @@ public:
         return notes;
     }
 
+    // Throws std::bad_alloc where the lack of memory is the reason.
     std::string reason() const {
+        if (memory_.refused())
+            throw std::bad_alloc();
         return ended_ ? "it is cut short" : "it is damaged: " + std::string(error_);
     }
 
@@ -143,6 +148,7 @@ private:
         reader->rest_ = reader->rest_.subspan(count);
     }
 
+    PngMemory memory_;
     std::span<const std::uint8_t> rest_;
     const std::array<png_byte, 5 * kNotes.size()> names_ = noteNames();
     png_structp png_ = nullptr;

@@ -1,6 +1,7 @@
 #include "cli/PngFile.h"
 
 #include "cli/Failure.h"
+#include "cli/PngMemory.h"
 
 #include <csetjmp>
 #include <cstring>
@@ -30,7 +31,8 @@ int colorTypeOf(Channels channels) {
 class PngWriter {
 public:
     PngWriter() {
-        png_ = png_create_write_struct(PNG_LIBPNG_VER_STRING, this, onError, onWarning);
+        png_ = png_create_write_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, &memory_,
+                                         PngMemory::take, PngMemory::giveBack);
         if (png_ != nullptr)
             info_ = png_create_info_struct(png_);
         if (info_ == nullptr) {
@@ -61,7 +63,7 @@ public:
         return true;
     }
 
-    bool outOfMemory() const { return outOfMemory_; }
+    bool outOfMemory() const { return outOfMemory_ || memory_.refused(); }
     const char* error() const { return error_; }
     std::vector<std::uint8_t> takeBytes() { return std::move(bytes_); }
 
@@ -89,6 +91,7 @@ private:
         return !outOfMemory_;
     }
 
+    PngMemory memory_;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
     std::vector<std::uint8_t> bytes_;

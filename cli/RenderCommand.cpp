@@ -39,38 +39,70 @@ void applySettings(host::Session& session, const RenderArguments& arguments) {
         setParameter(session, text.substr(0, equals), text.substr(equals + 1));
     }
     if (arguments.view)
-        setParameter(session, "View", *arguments.view);
+        setParameter(session, kViewLabel, *arguments.view);
 }
 
-// By the road that the effect knows, in the depth of the file.
-host::Image rendered(host::Session& session, const host::Image& image) {
+// What the command line sets has been looked at by now; what is refused here was remembered.
+void refuseDefaults(const host::Session& session) {
+    const int count = static_cast<int>(session.params().size());
+    for (int index = 1; index < count; ++index) {
+        const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
+        if (def.param_type != PF_Param_POPUP)
+            continue;
+        const std::string refusal = choiceRefusal(def, session.choices(index), session.value(index));
+        if (refusal.empty())
+            continue;
+        const bool isView = equalWithoutCase(def.name, kViewLabel);
+        throw Failure(ExitCode::Usage, refusal + "; this is the remembered default, which " +
+                                           (isView ? "--view" : "--set") + " overrules");
+    }
+}
+
+// By the road that the effect knows, in the depth of the file. `name` is for messages.
+host::Image rendered(host::Session& session, const host::Image& image, const std::string& name) {
     if (image.format() == PF_PixelFormat_ARGB64 && (session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) == 0)
         throw Failure(ExitCode::Effect, "the effect cannot work on pictures of 16 bits");
     host::RenderRequest request;
     if ((session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
         request.flow = host::RenderFlow::Legacy;
     host::Image output;
-    requireSuccess(session.render(image, output, request), "the effect");
+    host::RenderResult result;
+    try {
+        result = session.render(image, output, request);
+    } catch (const host::HostError& reason) {
+        throw Failure(ExitCode::File, "cannot render " + inQuotes(name) + ": " + reason.what());
+    }
+    requireSuccess(result, "the effect");
+    if (!result.rendered)
+        throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");
     return output;
 }
 
-Picture renderedPicture(host::Session& session, const Picture& picture) {
+Picture renderedPicture(host::Session& session, const Picture& picture, const std::string& name) {
     const host::Image image = imageOf(picture);
-    return pictureOf(rendered(session, image), image, picture);
+    return pictureOf(rendered(session, image, name), image, picture);
+}
+
+void renderFile(const RenderArguments& arguments) {
+    const std::filesystem::path output(arguments.output);
+    checkOutput(output);
+    OpenEffect effect(arguments.plugin, arguments.threads);
+    host::Session& session = effect.session();
+    applySettings(session, arguments);
+    refuseDefaults(session);
+    const Picture result = renderedPicture(session, readPng(arguments.input), arguments.input);
+    writeAtomically(output, encodePng(result));
 }
 
 } // namespace
 
 void runRender(const RenderArguments& arguments) {
-    const std::filesystem::path output(arguments.output);
-    checkOutput(output);
-    OpenEffect effect(arguments.plugin, arguments.threads);
-    applySettings(effect.session(), arguments);
+    // Made beforehand: there may be no memory for the words later.
+    const Failure noMemory(ExitCode::File, "not enough memory for the picture " + inQuotes(arguments.input));
     try {
-        const Picture result = renderedPicture(effect.session(), readPng(arguments.input));
-        writeAtomically(output, encodePng(result));
+        renderFile(arguments);
     } catch (const std::bad_alloc&) {
-        throw Failure(ExitCode::File, "not enough memory for the picture " + inQuotes(arguments.input));
+        throw noMemory;
     }
 }
 

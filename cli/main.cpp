@@ -1,15 +1,13 @@
-// The command `kovalune`: parses the command line, runs what it asks for, and reports a failure as one line
-// on standard error with an exit code that tells whose it is.
+// The command `kovalune`: parses the command line and runs what it asks for.
 
 #include "cli/Arguments.h"
 #include "cli/Failure.h"
 #include "cli/ParamsCommand.h"
 #include "cli/RenderCommand.h"
+#include "cli/Reporting.h"
 
 #include <csignal>
 #include <cstdio>
-#include <exception>
-#include <new>
 
 namespace {
 
@@ -30,15 +28,6 @@ void run(const Arguments& arguments) {
         print(std::get<ShownText>(arguments).text);
 }
 
-int report(ExitCode code, const char* text) noexcept {
-    try {
-        std::fprintf(stderr, "kovalune: %s\n", printable(text).c_str());
-    } catch (const std::bad_alloc&) {
-        std::fputs("kovalune: not enough memory\n", stderr);
-    }
-    return static_cast<int>(code);
-}
-
 } // namespace
 
 int main(int argc, char** argv) {
@@ -46,14 +35,5 @@ int main(int argc, char** argv) {
     // A file that grows past the limit is then an error of the write, which removes what was written.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
-    try {
-        run(parseArguments(argc, argv));
-        return static_cast<int>(ExitCode::Success);
-    } catch (const Failure& failure) {
-        return report(failure.code(), failure.what());
-    } catch (const std::bad_alloc&) {
-        return report(ExitCode::File, "not enough memory");
-    } catch (const std::exception& exception) {
-        return report(ExitCode::Effect, exception.what());
-    }
+    return reporting([argc, argv] { run(parseArguments(argc, argv)); });
 }

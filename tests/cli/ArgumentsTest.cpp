@@ -1,5 +1,6 @@
 #include "cli/Arguments.h"
 #include "cli/Failure.h"
+#include "host/Host.h"
 
 #include <gtest/gtest.h>
 
@@ -87,6 +88,14 @@ TEST(Arguments, ThreadsGoFromOneToSixtyFour) {
         const std::string text = failure({"render", "x", "-o", "y", "--threads", wrong});
         EXPECT_NE(text.find("--threads"), std::string::npos) << wrong << ": " << text;
     }
+}
+
+TEST(Arguments, ThreadsGoAsFarAsTheHostTakesThem) {
+    host::HostOptions options;
+    options.threads = kMostThreads;
+    EXPECT_NO_THROW(host::Host{options});
+    options.threads = kMostThreads + 1;
+    EXPECT_THROW(host::Host{options}, host::HostError);
 }
 
 TEST(Arguments, MessagesHaveOneLine) {

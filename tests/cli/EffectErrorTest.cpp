@@ -30,6 +30,21 @@ TEST_F(EffectError, ThatIsAnExceptionIsReported) {
     expectFailure(words_, 4, {"exception", "thrown by the effect"}, mode("throw"));
 }
 
+TEST_F(EffectError, ThatIsAThrownNumberIsReportedAsThatNumber) {
+    expectFailure(words_, 4, {"the effect failed by an exception: the number 516\n"}, mode("throw number"));
+    expectFailure(words_, 4, {"the effect's set-up failed by an exception: the number 7\n"},
+                  mode("throw at setup"));
+}
+
+TEST_F(EffectError, ThatIsAnExceptionHasTheMessageToo) {
+    expectFailure(words_, 4, {"exception: the number 516: first line\\rsecond\\nthird\n"},
+                  mode("throw with message"));
+}
+
+TEST_F(EffectError, ThatIsAnEmptyPromiseIsReported) {
+    expectFailure(words_, 4, {"the effect promised no pixel"}, mode("empty"));
+}
+
 TEST_F(EffectError, DepthsThatTheEffectCannotDoAreRefused) {
     writePng(folder_ / "deep.png", randomPng(PngColor::Rgb, 16, 4, 4, 1));
     expectFailure({"render", "deep.png", "-o", "old.png", "--plugin", KOVALUNE_TEST_EFFECT}, 4, {"16 bits"});

@@ -1,6 +1,7 @@
 #include "cli/Failure.h"
 #include "tests/cli/ErrorCase.h"
 
+#include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
@@ -112,6 +113,12 @@ TEST_F(FileError, OfOutputNamesThatCannotBe) {
         expectFailure({"render", "in.png", "-o", pipe}, 3, {inQuotes(pipe), "ordinary file"});
         EXPECT_TRUE(std::filesystem::is_fifo(folder_ / pipe));
     }
+    std::filesystem::create_symlink("missing/new.png", folder_ / "nowhere.png");
+    expectFailure({"render", "in.png", "-o", "nowhere.png"}, 3, {"'nowhere.png'", "folder 'missing'"});
+    std::filesystem::create_symlink("round.png", folder_ / "round.png");
+    expectFailure({"render", "in.png", "-o", "round.png"}, 3, {"'round.png'", "symbolic links"});
+    for (const char* link : {"nowhere.png", "round.png"})
+        EXPECT_TRUE(std::filesystem::is_symlink(folder_ / link));
     expectFailure({"render", "in.png", "-o", std::string(300, 'x') + ".png"}, 3, {"xxx.png'"});
 }
 
@@ -143,6 +150,46 @@ TEST_F(FileError, OfAPictureThatDoesNotFitInMemory) {
     expectFailure({"render", "in.png", "-o", "old.png", "--threads", "1"}, 3, {"'in.png'", "memory"},
                   setting);
 }
+
+// From what is just enough to start the program to what is enough for the picture.
+class LittleMemory : public FileError, public testing::WithParamInterface<const char*> {
+protected:
+    static constexpr std::size_t kStep = std::size_t{512} << 10;
+
+    static std::size_t enoughToStart() {
+        for (CommandSetting setting; setting.mostMemoryBytes < std::size_t{1} << 30;) {
+            setting.mostMemoryBytes += kStep;
+            if (runCommand({"--version"}, setting).ok())
+                return setting.mostMemoryBytes;
+        }
+        throw std::runtime_error("no memory is enough for the program");
+    }
+};
+
+TEST_P(LittleMemory, EndsWithOneLineThatNamesThePicture) {
+    writePng(folder_ / "in.png", randomPng(PngColor::RgbAlpha, 16, 500, 500, 1));
+    const std::vector<std::string> words = {"render", "in.png", "-o", "out.png", "--threads", GetParam()};
+    const std::vector<std::string> before = folder_.names();
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    int refusals = 0;
+    for (setting.mostMemoryBytes = enoughToStart();; setting.mostMemoryBytes += kStep) {
+        ASSERT_LT(setting.mostMemoryBytes, std::size_t{1} << 32);
+        const CommandOutcome outcome = runCommand(words, setting);
+        if (outcome.ok())
+            break;
+        ASSERT_EQ(folder_.names(), before);
+        ASSERT_TRUE(outcome.hasOneErrorLine()) << outcome.exitCode << ": " << outcome.err;
+        if (outcome.exitCode == 4 && outcome.err.starts_with("kovalune: the effect"))
+            continue;
+        ASSERT_EQ(outcome.exitCode, 3) << outcome.err;
+        ASSERT_NE(outcome.err.find("'in.png'"), std::string::npos) << outcome.err;
+        ++refusals;
+    }
+    EXPECT_GT(refusals, 3);
+}
+
+INSTANTIATE_TEST_SUITE_P(FileError, LittleMemory, testing::Values("1", "4"));
 #endif
 
 } // namespace

@@ -69,6 +69,18 @@ TEST_F(OutputFile, BehindALinkIsReplacedAndTheLinkStays) {
     EXPECT_TRUE(holdsThePicture("other/real.png"));
 }
 
+TEST_F(OutputFile, BehindADanglingLinkIsMadeAndTheLinkStays) {
+    std::filesystem::create_directory(folder_ / "other");
+    std::filesystem::create_directory(folder_ / "links");
+    std::filesystem::create_symlink("../other/next.png", folder_ / "links" / "first.png");
+    std::filesystem::create_symlink(folder_ / "other" / "real.png", folder_ / "other" / "next.png");
+    render("in.png", "links/first.png");
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "links" / "first.png"));
+    EXPECT_TRUE(std::filesystem::is_symlink(folder_ / "other" / "next.png"));
+    EXPECT_FALSE(std::filesystem::is_symlink(folder_ / "other" / "real.png"));
+    EXPECT_TRUE(holdsThePicture("other/real.png"));
+}
+
 TEST_F(OutputFile, NamesMayHaveBlanksAndJapaneseLetters) {
     const std::string folder = "新しい フォルダ";
     std::filesystem::create_directory(folder_ / folder);

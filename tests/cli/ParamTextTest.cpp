@@ -1,6 +1,8 @@
 #include "cli/ParamText.h"
 #include "cli/Failure.h"
 #include "cli/ParamLabel.h"
+#include "host/HostError.h"
+#include "host/ParamTable.h"
 #include "hostapi/Constants.h"
 
 #include <gtest/gtest.h>
@@ -89,6 +91,15 @@ TEST(ParamText, FloatSlidersTakeNumbersWithADecimalPoint) {
     EXPECT_EQ(number("3.7000000000000002"), 3.7);
     EXPECT_EQ(number("-.5"), -0.5);
     EXPECT_EQ(number("1e3"), 1000.0);
+    for (const char* tiny : {"1e-400", "-1E-400", "0.001e-330", "12345.6e-999", "1e-99999999999999999999",
+                             ".5e-400", "100e-9223372036854775807"})
+        EXPECT_EQ(number(tiny), 0.0) << tiny;
+    EXPECT_EQ(number("0." + std::string(400, '0') + "1"), 0.0);
+    EXPECT_EQ(number("0." + std::string(400, '0') + "1e402"), 10.0);
+    for (const std::string huge : {"0.001e400", "1e99999999999999999999", "1e+400"})
+        EXPECT_EQ(failure(floatSlider(), huge),
+                  "'Amount' cannot be " + huge + ": its valid range is -0.5 to 100000");
+    EXPECT_NE(failure(floatSlider(), std::string(400, '9')), "");
     EXPECT_EQ(failure(floatSlider(), "-0.51"), "'Amount' cannot be -0.51: its valid range is -0.5 to 100000");
     EXPECT_EQ(failure(floatSlider(), "1e999"), "'Amount' cannot be 1e999: its valid range is -0.5 to 100000");
     EXPECT_EQ(failure(floatSlider(), "inf"), "'Amount' cannot be inf: its valid range is -0.5 to 100000");
@@ -141,6 +152,17 @@ TEST(ParamText, ProcessViewsAreRefused) {
     EXPECT_EQ(rangeText(popup("View"), kChoices), "Plain, Fancy");
 }
 
+TEST(ParamText, ValuesThatCouldNotBeChosenAreKnown) {
+    const PF_ParamDef view = popup("View");
+    for (const A_long good : {1, 3, 0, 5, 99})
+        EXPECT_EQ(choiceRefusal(view, kChoices, good), "") << good;
+    EXPECT_NE(choiceRefusal(view, kChoices, A_long{2}), "");
+    EXPECT_NE(choiceRefusal(view, kChoices, A_long{4}), "");
+    EXPECT_EQ(choiceRefusal(popup(), kChoices, A_long{4}), "");
+    EXPECT_EQ(choiceRefusal(slider(), {}, A_long{2}), "");
+    EXPECT_EQ(choiceRefusal(floatSlider(), {}, 2.0), "");
+}
+
 TEST(ParamText, ValuesAreShownAsTheyAreTaken) {
     EXPECT_EQ(valueText(slider(), {}, A_long{-2}), "-2");
     EXPECT_EQ(valueText(floatSlider(), {}, 100000.0), "100000");
@@ -167,6 +189,20 @@ std::string labelFailure(std::string_view label) {
         return failure.what();
     }
     return {};
+}
+
+TEST(ParamLabel, IsOfASettableKindWhereTheHostKeepsAValue) {
+    for (PF_ParamType type = PF_Param_LAYER; type <= PF_Param_BUTTON; ++type) {
+        host::ParamTable table;
+        ASSERT_EQ(table.add(-1, defOf(type, "Any")), PF_Err_NONE) << type;
+        bool hasValue = true;
+        try {
+            table.defaultValue(1);
+        } catch (const host::HostError&) {
+            hasValue = false;
+        }
+        EXPECT_EQ(isSettable(defOf(type, "Any")), hasValue) << type;
+    }
 }
 
 TEST(ParamLabel, IsFoundWithoutCase) {

@@ -86,6 +86,27 @@ TEST_F(Render, IsTheSameForEveryThreadCount) {
         EXPECT_TRUE(render({"--threads", threads}).rows == one.rows) << threads;
 }
 
+// The pixel behind a transparent one comes out by the bands that the picture is divided into.
+TEST_F(Render, IsTheSameForEveryThreadCountBehindATransparentPixel) {
+    PngPicture picture = blankPng(PngColor::RgbAlpha, 8, 4, 8);
+    for (std::size_t at = 0; at < picture.rows.size(); at += 4) {
+        const bool transparent = at == std::size_t{4} * 4 * 4;
+        const std::vector<std::uint8_t> pixel = transparent ? std::vector<std::uint8_t>{0, 30, 30, 0}
+                                                            : std::vector<std::uint8_t>{255, 30, 30, 255};
+        std::copy(pixel.begin(), pixel.end(), picture.rows.begin() + static_cast<std::ptrdiff_t>(at));
+    }
+    writePng(input(), picture);
+    const std::vector<std::string> words = {"--view", "Extract", "--set", "Color 1=255,30,30", "--threads"};
+    const auto with = [&](const char* threads) {
+        std::vector<std::string> all = words;
+        all.emplace_back(threads);
+        return render(all).rows;
+    };
+    const std::vector<std::uint8_t> one = with("1");
+    EXPECT_TRUE(with("2") == one);
+    EXPECT_TRUE(with("5") == one);
+}
+
 TEST_F(Render, TheLastOfTwoSettingsHolds) {
     EXPECT_TRUE(render({"--set", "Blur Amount=0", "--set", "blur amount = 6"}).rows == render({}).rows);
     EXPECT_FALSE(render({"--set", "Blur Amount=20"}).rows == render({}).rows);

@@ -1,0 +1,37 @@
+#include "cli/Reporting.h"
+
+#include "cli/Failure.h"
+
+#include <cstdio>
+#include <exception>
+#include <new>
+
+namespace kovalune {
+
+namespace {
+
+int report(ExitCode code, const char* text) noexcept {
+    try {
+        std::fprintf(stderr, "kovalune: %s\n", printable(text).c_str());
+    } catch (const std::bad_alloc&) {
+        std::fputs("kovalune: not enough memory\n", stderr);
+    }
+    return static_cast<int>(code);
+}
+
+} // namespace
+
+int reporting(const std::function<void()>& body) noexcept {
+    try {
+        body();
+        return static_cast<int>(ExitCode::Success);
+    } catch (const Failure& failure) {
+        return report(failure.code(), failure.what());
+    } catch (const std::bad_alloc&) {
+        return report(ExitCode::File, "not enough memory");
+    } catch (const std::exception& exception) {
+        return report(ExitCode::File, exception.what());
+    }
+}
+
+} // namespace kovalune

@@ -1,0 +1,126 @@
+// The user's remembered defaults as the command meets them: sound, unfit to be chosen, or damaged.
+
+#include "tests/cli/ErrorCase.h"
+
+#include <algorithm>
+
+namespace kovalune::tests {
+namespace {
+
+class RememberedDefaults : public ErrorCase {
+protected:
+    RememberedDefaults() {
+        std::filesystem::create_directories(file().parent_path());
+        setting_.environment = {{"XDG_CONFIG_HOME", config_.path()}};
+    }
+
+    std::filesystem::path file() const { return config_ / "ORVEL" / "Tavik" / "Kovalune.ini"; }
+
+    void remember(const std::string& text) const { writeBytes(file(), {text.begin(), text.end()}); }
+
+    // Kind, default and range of each label, without the blanks between.
+    std::string defaults() const {
+        const CommandOutcome outcome = runCommand({"params"}, setting_);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        std::string text = outcome.out;
+        text.erase(std::unique(text.begin(), text.end(), [](char a, char b) { return a == ' ' && b == ' '; }),
+                   text.end());
+        return text;
+    }
+
+    bool shows(const std::string& cells) const { return defaults().find(cells + ' ') != std::string::npos; }
+
+    std::vector<std::uint8_t> rendered(const std::vector<std::string>& more = {}) {
+        std::vector<std::string> words = {"render", "in.png", "-o", "out.png"};
+        words.insert(words.end(), more.begin(), more.end());
+        CommandSetting setting = setting_;
+        setting.folder = folder_.path();
+        const CommandOutcome outcome = runCommand(words, setting);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return outcome.ok() ? readPngFile(folder_ / "out.png").rows : std::vector<std::uint8_t>{};
+    }
+
+    // As if nothing were remembered.
+    void expectTableDefaults() {
+        EXPECT_EQ(defaults(), plainDefaults_);
+        EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=10", "--view", "Normal"}));
+    }
+
+    const TestFolder config_;
+    CommandSetting setting_;
+    const std::string plainDefaults_ = defaults();
+};
+
+TEST_F(RememberedDefaults, AreTheDefaultsOfTheCommand) {
+    remember("[Version=1.0]\r\nView=3\r\nBlur Amount=2.5\r\n");
+    EXPECT_TRUE(shows("View popup Extract"));
+    EXPECT_TRUE(shows("Blur Amount number 2.5"));
+    EXPECT_TRUE(rendered() == rendered({"--view", "Extract", "--set", "Blur Amount=2.5"}));
+}
+
+TEST_F(RememberedDefaults, ThatCannotBeChosenAreRefusedUntilOverruled) {
+    for (const auto& [number, name] : {std::pair("2", "'(-'"), {"5", "'Process 1'"}, {"8", "'Process 4'"}}) {
+        remember("[Version=1.0]\r\nView=" + std::string(number) + "\r\n");
+        const std::vector<std::string> named = {"'View' cannot be", name, "remembered default", "--view",
+                                                "Normal, Extract, Base"};
+        expectFailure({"render", "in.png", "-o", "old.png"}, 2, named, setting_);
+        expectFailure({"render", "in.png", "-o", "old.png", "--set", "Blur Amount=3"}, 2, named, setting_);
+        const std::vector<std::uint8_t> extract = rendered({"--view", "Extract"});
+        EXPECT_TRUE(rendered({"--set", "View=Extract"}) == extract);
+        std::filesystem::remove(folder_ / "out.png");
+    }
+}
+
+TEST_F(RememberedDefaults, ThatCannotBeChosenAreShownAsSuch) {
+    remember("[Version=1.0]\r\nView=2\r\n");
+    EXPECT_TRUE(shows("View popup (- (cannot be chosen)"));
+    remember("[Version=1.0]\r\nView=5\r\n");
+    EXPECT_TRUE(shows("View popup Process 1 (cannot be chosen)"));
+    EXPECT_EQ(plainDefaults_.find("cannot be chosen"), std::string::npos);
+}
+
+TEST_F(RememberedDefaults, OfADamagedFileAreReadWhereTheyCanBe) {
+    remember(
+        "View=3\n=\n[\n[[]\n[Version=1.0\nView=3\n[Version=1.0]\r\n\r=7\nBlur Amount\nBlur Repeat Num = 7 x\n"
+        "Color 1.r=\nEnable 2=99999999999999999999\nColor 2 Range=1e999\nColor 3 Range=-5\nView=");
+    EXPECT_TRUE(shows("View popup Normal"));
+    EXPECT_TRUE(shows("Blur Amount number 10"));
+    EXPECT_TRUE(shows("Blur Repeat Num whole number 7"));
+    EXPECT_TRUE(shows("Color 3 Range number 0"));
+    EXPECT_FALSE(rendered().empty());
+}
+
+TEST_F(RememberedDefaults, OutsideTheirRangeDoNotPassIt) {
+    remember("[Version=1.0]\nView=4000\nBlur Repeat Num=-2000000000\nBlur Amount=123456\n");
+    EXPECT_TRUE(shows("Blur Repeat Num whole number 1"));
+    EXPECT_TRUE(shows("Blur Amount number 1000"));
+    EXPECT_FALSE(rendered({"--view", "Base"}).empty());
+}
+
+TEST_F(RememberedDefaults, BehindAFolderInTheirPlaceAreTheTables) {
+    std::filesystem::create_directory(file());
+    expectTableDefaults();
+}
+
+TEST_F(RememberedDefaults, OfABinaryFileAreTheTables) {
+    std::string bytes;
+    std::uint32_t state = 1;
+    for (int i = 0; i < 100000; ++i) {
+        state = state * 1664525U + 1013904223U;
+        bytes += static_cast<char>(state >> 24);
+    }
+    remember(bytes);
+    expectTableDefaults();
+}
+
+TEST_F(RememberedDefaults, OfAHugeFileAreReadAsFarAsTheyCanBe) {
+    const std::string filler(std::size_t{30} << 20, 'x');
+    remember(filler + "\n[Version=1.0]\nBlur Amount=3\n");
+    expectTableDefaults();
+    remember("[Version=1.0]\nBlur Amount=3\n" + filler);
+    EXPECT_TRUE(shows("Blur Amount number 3"));
+    EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=3"}));
+}
+
+} // namespace
+} // namespace kovalune::tests
