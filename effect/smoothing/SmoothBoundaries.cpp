@@ -1,29 +1,123 @@
 #include "effect/smoothing/SmoothBoundaries.h"
 
 #include "effect/share/AEUtil/SuiteHolder.h"
+#include "effect/smoothing/EdgeFlagMap.h"
+#include "effect/smoothing/PixelProcedure.h"
+#include "effect/smoothing/PixelSource.h"
+#include "effect/smoothing/SmoothContext.h"
 
 namespace kovalune {
 namespace {
 
-bool isKnownFormat(PF_PixelFormat format) {
-    return format == PF_PixelFormat_ARGB32 || format == PF_PixelFormat_ARGB64 ||
-           format == PF_PixelFormat_ARGB128;
+/// A host world for the flag map, disposed of at its end; the host's answer to that is not looked at.
+class MapWorld {
+public:
+    MapWorld(const PFWorldSuite1& suite, PF_ProgPtr effectRef, int32_t width, int32_t height)
+        : suite_(suite), effectRef_(effectRef),
+          err_(suite.new_world(effectRef, EdgeFlagMap::rowCells(width) / 4, EdgeFlagMap::rowCount(height),
+                               PF_NewWorldFlag_NONE, &world_)) {}
+    ~MapWorld() {
+        if (err_ == PF_Err_NONE) {
+            suite_.dispose_world(effectRef_, &world_);
+        }
+    }
+    MapWorld(const MapWorld&) = delete;
+    MapWorld& operator=(const MapWorld&) = delete;
+
+    PF_Err err() const { return err_; }
+    const PF_EffectWorld& world() const { return world_; }
+
+private:
+    const PFWorldSuite1& suite_;
+    PF_ProgPtr effectRef_;
+    PF_EffectWorld world_ = {};
+    PF_Err err_;
+};
+
+/// Every pixel with a flag, in row order; four cells without any are passed over at once.
+template <class Context>
+void visitFlagged(const Context& context) {
+    const PixelProcedure<Context> procedure(context);
+    for (int32_t y = 0; y < context.height(); ++y) {
+        for (int32_t group = 0; group < context.width(); group += 4) {
+            if (!context.map.anyOfFour(group, y)) {
+                continue;
+            }
+            for (int32_t x = group; x < group + 4; ++x) {
+                if (context.map(x, y) != 0) {
+                    procedure.visit(x, y);
+                }
+            }
+        }
+    }
+}
+
+template <class Traits, KeyMode mode>
+PF_Err smooth(const SmoothParams& params) {
+    AEUtil::SuiteHolder suites(params.inData->pica_basicP);
+    const PF_ProgPtr effectRef = params.inData->effect_ref;
+    const PixelSource<Traits, mode> source(params);
+    if constexpr (mode == KeyMode::kPlain) {
+        const PF_Err err =
+            suites.worldTransform().copy(effectRef, params.srcWorld, params.dstWorld, nullptr, nullptr);
+        if (err != PF_Err_NONE) {
+            return err;
+        }
+    } else {
+        applyKeyCopy(params, source);
+    }
+    const int32_t width = params.dstWorld->width;
+    const int32_t height = params.dstWorld->height;
+    if (params.strength == 0 || width <= 0 || height <= 0) {
+        return PF_Err_NONE;
+    }
+    const MapWorld memory(suites.world1(), effectRef, width, height);
+    if (memory.err() != PF_Err_NONE) {
+        return memory.err();
+    }
+    EdgeFlagMap map(memory.world(), width, height);
+    fillEdgeFlags<Traits>(map, *params.dstWorld, Traits::limitOf(params.threshold));
+    visitFlagged(SmoothContext<Traits, mode>(params, source, map));
+    return PF_Err_NONE;
+}
+
+template <class Traits>
+PF_Err smoothInMode(const SmoothParams& params) {
+    switch (keyModeOf(params)) {
+    case KeyMode::kRemoved:
+        return smooth<Traits, KeyMode::kRemoved>(params);
+    case KeyMode::kOnly:
+        return smooth<Traits, KeyMode::kOnly>(params);
+    default:
+        return smooth<Traits, KeyMode::kPlain>(params);
+    }
+}
+
+bool worldsFit(const SmoothParams& params) {
+    const PF_EffectWorld* const source = params.srcWorld;
+    const PF_EffectWorld* const destination = params.dstWorld;
+    return source != nullptr && destination != nullptr && source != destination &&
+           source->width == destination->width && source->height == destination->height;
 }
 
 } // namespace
 
 PF_Err smoothBoundaries(const SmoothParams& params) {
-    if (!isKnownFormat(params.pixelFormat)) {
+    PF_Err (*smoothFormat)(const SmoothParams&) = nullptr;
+    switch (params.pixelFormat) {
+    case PF_PixelFormat_ARGB32:
+        smoothFormat = smoothInMode<Smooth8>;
+        break;
+    case PF_PixelFormat_ARGB64:
+        smoothFormat = smoothInMode<Smooth16>;
+        break;
+    case PF_PixelFormat_ARGB128:
+        smoothFormat = smoothInMode<Smooth32>;
+        break;
+    default:
         return PF_Err_UNRECOGNIZED_PARAM_TYPE;
     }
-    PF_EffectWorld* const source = params.srcWorld;
-    PF_EffectWorld* const destination = params.dstWorld;
-    if (source == nullptr || destination == nullptr || source->width != destination->width ||
-        source->height != destination->height) {
-        return PF_Err_BAD_CALLBACK_PARAM;
-    }
-    AEUtil::SuiteHolder suites(params.inData->pica_basicP);
-    return suites.worldTransform().copy(params.inData->effect_ref, source, destination, nullptr, nullptr);
+    return worldsFit(params) ? smoothFormat(params) : PF_Err{PF_Err_BAD_CALLBACK_PARAM};
 }
 
 } // namespace kovalune

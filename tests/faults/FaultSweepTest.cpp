@@ -74,7 +74,7 @@ public:
 private:
     /// Without version 2 of the world suite there is version 1, which has no float worlds.
     std::optional<PF_Err> codeOfSuite(std::size_t at) const {
-        if (!acquires(calls_[at], "PF World Suite")) {
+        if (!acquires(calls_[at], "PF World Suite 2")) {
             return PF_Err_BAD_CALLBACK_PARAM;
         }
         if (scene_.format == PF_PixelFormat_ARGB128) {
@@ -96,7 +96,8 @@ private:
         if (call == "PF_DisposeWorld") {
             return true;
         }
-        if (call == "copy") { // inside the boundary smoothing; the frame's own copies are of high quality
+        // Inside the boundary smoothing, whose result is ignored; the frame's own copies are of high quality.
+        if (call == "copy" || call == "new_world" || call == "dispose_world") {
             return true;
         }
         if (call == "RGBtoHLS") { // of pixels, behind those of the two listed colours

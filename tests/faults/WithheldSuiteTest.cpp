@@ -58,7 +58,7 @@ INSTANTIATE_TEST_SUITE_P(
         Withheld{{{kPFHandleSuite, 1}}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM},
         Withheld{{{kPFFillMatteSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_NONE}, // nothing is cleared yet
         Withheld{{{kPFParamUtilsSuite, 1}}, PF_PixelFormat_ARGB128, PF_Err_NONE},
-        Withheld{{kWorld1}, PF_PixelFormat_ARGB128, PF_Err_NONE},
+        Withheld{{kWorld1}, PF_PixelFormat_ARGB128, PF_Err_BAD_CALLBACK_PARAM}, // the smoothing's map
         Withheld{{kWorld2}, PF_PixelFormat_ARGB32, PF_Err_NONE},
         Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE},
         Withheld{{kWorld1, kWorld2}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}));

@@ -37,43 +37,6 @@ PF_PixelFormat formatNamed(const std::string& name) {
     throw std::runtime_error("unknown pixel format " + name);
 }
 
-Image readPicture(const std::filesystem::path& path) {
-    std::ifstream file = openFile(path);
-    std::string line;
-    std::getline(file, line);
-    std::istringstream head(line);
-    std::string magic;
-    std::string format;
-    A_long width = 0;
-    A_long height = 0;
-    if (!(head >> magic >> format >> width >> height) || magic != "kovalune-world") {
-        throw std::runtime_error("not a picture: " + path.string());
-    }
-    Image image(formatNamed(format), width, height);
-    for (A_long y = 0; y < height; ++y) {
-        file.read(static_cast<char*>(static_cast<void*>(image.row(y))),
-                  static_cast<std::streamsize>(image.rowBytes()));
-    }
-    if (!file || file.peek() != std::ifstream::traits_type::eof()) {
-        throw std::runtime_error("wrong length: " + path.string());
-    }
-    return image;
-}
-
-std::map<std::string, std::string> readSettings(const std::filesystem::path& path) {
-    std::ifstream file = openFile(path);
-    std::map<std::string, std::string> settings;
-    std::string line;
-    while (std::getline(file, line)) {
-        const std::size_t equals = line.find('=');
-        if (equals == std::string::npos) {
-            throw std::runtime_error("line without '=' in " + path.string() + ": " + line);
-        }
-        settings[line.substr(0, equals)] = line.substr(equals + 1);
-    }
-    return settings;
-}
-
 template <class Number>
 Number number(const std::string& text) {
     Number value = 0;
@@ -123,6 +86,43 @@ std::string differenceAt(const Image& actual, const Image& expected, A_long x, A
 }
 
 } // namespace
+
+Image readPicture(const std::filesystem::path& path) {
+    std::ifstream file = openFile(path);
+    std::string line;
+    std::getline(file, line);
+    std::istringstream head(line);
+    std::string magic;
+    std::string format;
+    A_long width = 0;
+    A_long height = 0;
+    if (!(head >> magic >> format >> width >> height) || magic != "kovalune-world") {
+        throw std::runtime_error("not a picture: " + path.string());
+    }
+    Image image(formatNamed(format), width, height);
+    for (A_long y = 0; y < height; ++y) {
+        file.read(static_cast<char*>(static_cast<void*>(image.row(y))),
+                  static_cast<std::streamsize>(image.rowBytes()));
+    }
+    if (!file || file.peek() != std::ifstream::traits_type::eof()) {
+        throw std::runtime_error("wrong length: " + path.string());
+    }
+    return image;
+}
+
+std::map<std::string, std::string> readSettings(const std::filesystem::path& path) {
+    std::ifstream file = openFile(path);
+    std::map<std::string, std::string> settings;
+    std::string line;
+    while (std::getline(file, line)) {
+        const std::size_t equals = line.find('=');
+        if (equals == std::string::npos) {
+            throw std::runtime_error("line without '=' in " + path.string() + ": " + line);
+        }
+        settings[line.substr(0, equals)] = line.substr(equals + 1);
+    }
+    return settings;
+}
 
 int FrameVector::iterations() const {
     return number<int>(settings.at("iterations"));

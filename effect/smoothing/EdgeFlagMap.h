@@ -1,0 +1,84 @@
+// The only picture of the image's structure that the smoothing has: for each pixel, which of four neighbouring pairs
+// differ. Built once a call from pixels on which no blend has acted, and read-only afterwards.
+#pragma once
+
+#include "hostapi/HostApi.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+
+namespace kovalune {
+
+enum EdgeFlag : uint8_t {
+    EDGE_RIGHT = 1,   ///< (x, y) differs from (x + 1, y)
+    EDGE_DOWN = 2,    ///< (x, y) differs from (x, y + 1)
+    EDGE_FALLING = 4, ///< (x, y) differs from (x + 1, y + 1)
+    EDGE_RISING = 8,  ///< (x, y + 1) differs from (x + 1, y)
+};
+
+/// One byte a cell. Around the image lie zero cells: four to the left of every row, at least one to its right, and a row
+/// above and below, so that the tests around a pixel need no bounds checks of their own. The memory is a host world's.
+class EdgeFlagMap {
+public:
+    /// Bytes that a row of cells takes, its margins included: a multiple of 4.
+    static int32_t rowCells(int32_t width) { return (width + 5 + 3) / 4 * 4; }
+    static int32_t rowCount(int32_t height) { return height + 2; }
+
+    /// Zeroes the map's cells in `memory`, a world of `rowCells / 4` by `rowCount` 8-bit pixels.
+    EdgeFlagMap(const PF_EffectWorld& memory, int32_t width, int32_t height);
+
+    int32_t width() const { return width_; }
+    int32_t height() const { return height_; }
+
+    uint8_t operator()(int32_t x, int32_t y) const { return *cell(x, y); }
+
+    /// Whether any of the four cells from column `x`, a multiple of 4, is set.
+    bool anyOfFour(int32_t x, int32_t y) const {
+        uint32_t word = 0;
+        std::memcpy(&word, cell(x, y), sizeof word);
+        return word != 0;
+    }
+
+    void add(int32_t x, int32_t y, int flags) { *cell(x, y) = static_cast<uint8_t>(*cell(x, y) | flags); }
+
+private:
+    uint8_t* cell(int32_t x, int32_t y) const {
+        return origin_ + static_cast<std::ptrdiff_t>(y) * stride_ + x;
+    }
+
+    uint8_t* origin_; ///< cell (0, 0)
+    std::ptrdiff_t stride_;
+    int32_t width_;
+    int32_t height_;
+};
+
+/// The same map with rows and columns exchanged, and with them the flags of the two directions: a test that is written
+/// for rows works on columns.
+template <bool transposed>
+class FlagView {
+public:
+    explicit FlagView(const EdgeFlagMap& map) : map_(map) {}
+
+    bool has(int32_t u, int32_t v, int flags) const { return (cell(u, v) & flags) != 0; }
+    bool lacks(int32_t u, int32_t v, int flags) const { return (cell(u, v) & flags) == 0; }
+
+private:
+    uint8_t cell(int32_t u, int32_t v) const {
+        if constexpr (transposed) {
+            const uint8_t flags = map_(v, u);
+            return static_cast<uint8_t>((flags & ~3) | ((flags & 1) << 1) | ((flags & 2) >> 1));
+        } else {
+            return map_(u, v);
+        }
+    }
+
+    const EdgeFlagMap& map_;
+};
+
+/// Fills a zeroed map from a world of the map's size.
+///   limit  the colour difference above which a pair counts, in the format's scale (SmoothTraits.h)
+template <class Traits>
+void fillEdgeFlags(EdgeFlagMap& map, const PF_EffectWorld& world, typename Traits::Limit limit);
+
+} // namespace kovalune

@@ -1,0 +1,56 @@
+// The walkers, which lay a falling weight along a measured run.
+#pragma once
+
+#include "effect/smoothing/SmoothContext.h"
+#include "effect/smoothing/WeightRamp.h"
+
+#include <cstdint>
+
+namespace kovalune {
+
+template <class Context>
+using RampOf = WeightRamp<typename Context::Traits>;
+
+/// Blends one colour into pixel after pixel, until the ramp or the image ends.
+template <class Context>
+void blendRun(const Context& c, const typename Context::Pixel& color, int32_t x, int32_t y, int32_t dx,
+              int32_t dy, RampOf<Context> ramp) {
+    while (!ramp.finished && x >= 0 && y >= 0 && x < c.width() && y < c.height()) {
+        c.blend(x, y, color, nextWeight(ramp));
+        x += dx;
+        y += dy;
+    }
+}
+
+template <class Context>
+void blendRunLeft(const Context& c, int32_t x, int32_t y, const RampOf<Context>& ramp) {
+    blendRun(c, c.src(x + 1, y), x, y, -1, 0, ramp);
+}
+template <class Context>
+void blendRunRight(const Context& c, int32_t x, int32_t y, const RampOf<Context>& ramp) {
+    blendRun(c, c.src(x, y), x + 1, y, 1, 0, ramp);
+}
+template <class Context>
+void blendRunUp(const Context& c, int32_t x, int32_t y, const RampOf<Context>& ramp) {
+    blendRun(c, c.src(x, y + 1), x, y, 0, -1, ramp);
+}
+template <class Context>
+void blendRunDown(const Context& c, int32_t x, int32_t y, const RampOf<Context>& ramp) {
+    blendRun(c, c.src(x, y), x, y + 1, 0, 1, ramp);
+}
+
+/// Starts at half weight beside a step; `stretch` in percent.
+template <class Context>
+RampOf<Context> runRamp(const Context& c, int32_t length, int32_t stretch) {
+    using Traits = typename Context::Traits;
+    return {Traits::kHalf, Traits::rampStep(rampDivisor(stretch, length)), c.curve};
+}
+
+/// Starts at full weight at a line's blunt end.
+template <class Context>
+RampOf<Context> taperRamp(const Context& c, int32_t length) {
+    using Traits = typename Context::Traits;
+    return {Traits::kFull, Traits::rampStep(rampDivisor(c.strength, length)) * 2, c.curveThird};
+}
+
+} // namespace kovalune
