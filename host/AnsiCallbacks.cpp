@@ -2,6 +2,7 @@
 
 #include "host/CallbackSupport.h"
 
+#include <clocale>
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
@@ -18,12 +19,44 @@ void logPlain(const char* call) noexcept {
     });
 }
 
+#if defined(_WIN32)
+
+// Programs start in the "C" locale there, and no part of this host leaves it.
+class PlainLocaleScope {};
+
+#else
+
+// Numbers with a decimal point on this thread, whatever locale the program has set.
+class PlainLocaleScope {
+public:
+    PlainLocaleScope() : previous_(uselocale(plain())) {}
+    ~PlainLocaleScope() { uselocale(previous_); }
+    PlainLocaleScope(const PlainLocaleScope&) = delete;
+    PlainLocaleScope& operator=(const PlainLocaleScope&) = delete;
+
+private:
+    // Kept to the end of the program. Null for want of memory, which then changes nothing.
+    static locale_t plain() {
+        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+
+    const locale_t previous_;
+};
+
+#endif
+
+int printPlainly(A_char* buffer, const A_char* format, std::va_list arguments) {
+    [[maybe_unused]] const PlainLocaleScope locale;
+    return std::vsprintf(buffer, format, arguments);
+}
+
 // The interface gives no size: room for the text is the effect's care.
 int printText(A_char* buffer, const A_char* format, ...) {
     logPlain("sprintf");
     std::va_list arguments;
     va_start(arguments, format);
-    const int length = std::vsprintf(buffer, format, arguments);
+    const int length = printPlainly(buffer, format, arguments);
     va_end(arguments);
     return length;
 }

@@ -4,8 +4,11 @@
 #include "host/ParamTable.h"
 
 #include <algorithm>
+#include <atomic>
+#include <bit>
+#include <cstdint>
 #include <cstring>
-#include <unordered_set>
+#include <unordered_map>
 
 namespace kovalune::host {
 
@@ -18,25 +21,31 @@ std::mutex& liveMutex() {
     return mutex;
 }
 
-// The running commands of all hosts, so that a stale reference is told without looking into it.
-std::unordered_set<const void*>& liveContexts() {
-    static std::unordered_set<const void*> contexts;
+// The running commands of all hosts by their references.
+std::unordered_map<PF_ProgPtr, CommandContext*>& liveContexts() {
+    static std::unordered_map<PF_ProgPtr, CommandContext*> contexts;
     return contexts;
+}
+
+PF_ProgPtr nextReference() {
+    static std::atomic<std::uintptr_t> last{0};
+    return std::bit_cast<PF_ProgPtr>(++last);
 }
 
 } // namespace
 
 CommandContext::CommandContext(HostState& hostState, Operation& commandOperation, ParamTable& paramTable,
                                PF_Cmd cmd)
-    : host(hostState), operation(commandOperation), params(paramTable), command(cmd) {
+    : host(hostState), operation(commandOperation), params(paramTable), command(cmd),
+      reference_(nextReference()) {
     const std::lock_guard lock(liveMutex());
-    liveContexts().insert(this);
+    liveContexts().emplace(reference_, this);
 }
 
 CommandContext::~CommandContext() {
     {
         const std::lock_guard lock(liveMutex());
-        liveContexts().erase(this);
+        liveContexts().erase(reference_);
     }
     int open = 0;
     int excused = 0;
@@ -59,6 +68,11 @@ PF_ParamDef CommandContext::definitionAt(A_long index, A_long time) const {
     if (index == 0)
         fillLayer(def);
     return def;
+}
+
+PF_ParamDef CommandContext::shownAt(A_long index) const {
+    const auto place = static_cast<std::size_t>(index);
+    return place < shown.size() ? shown[place] : definitionAt(index, currentTime);
 }
 
 void CommandContext::paramCheckedOut(const PF_ParamDef* record) {
@@ -106,9 +120,8 @@ CommandContext* contextOf(PF_ProgPtr reference, const char* call) {
         return nullptr;
     }
     const std::lock_guard lock(liveMutex());
-    if (!liveContexts().contains(reference))
-        return nullptr;
-    return reinterpret_cast<CommandContext*>(reference);
+    const auto found = liveContexts().find(reference);
+    return found == liveContexts().end() ? nullptr : found->second;
 }
 
 } // namespace kovalune::host

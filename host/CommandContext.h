@@ -1,5 +1,6 @@
-// What stands behind the effect reference of one command: the way from a callback back to the host, the
-// session and the frame. One object a command; a reference is known as long as its command runs.
+// What an effect reference stands for during one command: the way from a callback back to the host, the
+// session and the frame. One object a command; a reference is known as long as its command runs and is that
+// of no other command before or after it.
 #pragma once
 
 #include "host/Operation.h"
@@ -8,6 +9,7 @@
 #include <map>
 #include <mutex>
 #include <string>
+#include <vector>
 
 namespace kovalune::host {
 
@@ -22,7 +24,9 @@ public:
     CommandContext(const CommandContext&) = delete;
     CommandContext& operator=(const CommandContext&) = delete;
 
-    PF_ProgPtr reference() { return reinterpret_cast<PF_ProgPtr>(this); }
+    // A running number in the shape of a pointer, never null: an address would come again with a later
+    // command, and a stale reference would pass for that one's.
+    PF_ProgPtr reference() const { return reference_; }
 
     HostState& host;
     Operation& operation;
@@ -30,6 +34,8 @@ public:
     const PF_Cmd command;
     SmartFrame* smart = nullptr;             // of the smart commands
     const PF_LayerDef* inputLayer = nullptr; // what parameter 0 holds, if anything
+    A_long currentTime = 0;
+    std::vector<PF_ParamDef> shown; // the parameter array as the effect got it; empty: none
     void* moduleHandle = nullptr;
     std::string modulePath;
 
@@ -37,6 +43,10 @@ public:
     // The index must be in range.
     PF_ParamDef definitionAt(A_long index, A_long time) const;
     void fillLayer(PF_ParamDef& def) const; // what is special about parameter 0
+
+    // What the effect knows as this definition: the array's entry, or the one at the command's time. The
+    // index must be in range.
+    PF_ParamDef shownAt(A_long index) const;
 
     // Check-outs are known by the record they were written to.
     void paramCheckedOut(const PF_ParamDef* record);
@@ -49,6 +59,7 @@ private:
         int excused = 0; // of the open ones
     };
 
+    const PF_ProgPtr reference_;
     std::mutex mutex_;
     std::map<const PF_ParamDef*, Checkouts> checkouts_;
 };

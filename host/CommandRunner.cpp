@@ -5,6 +5,7 @@
 #include "host/ParamTable.h"
 #include "host/Suites.h"
 
+#include <algorithm>
 #include <chrono>
 #include <exception>
 
@@ -102,6 +103,7 @@ CommandResult sendCommand(const CommandTarget& target, Operation& operation, con
     describeModule(target, context);
     context.smart = invocation.smart;
     context.inputLayer = invocation.inputLayer;
+    context.currentTime = invocation.time;
 
     CommandResult result;
     result.command = invocation.command;
@@ -116,6 +118,7 @@ CommandResult sendCommand(const CommandTarget& target, Operation& operation, con
         const ContextScope scope(&context);
         if (invocation.prepare)
             invocation.prepare(frame);
+        context.shown = params;
         const auto start = std::chrono::steady_clock::now();
         enterEffect(target.module.entry(), frame, invocation.command, result);
         if (seconds != nullptr)
@@ -131,6 +134,7 @@ void callWithContext(const CommandTarget& target, Operation& operation, PF_Cmd c
                      const std::function<void()>& body) {
     CommandContext context(target.host, operation, target.params, command);
     describeModule(target, context);
+    const std::lock_guard lock(target.module.commandMutex());
     const ContextScope scope(&context);
     try {
         body();

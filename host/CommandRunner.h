@@ -3,8 +3,10 @@
 #pragma once
 
 #include "host/CommandContext.h"
+#include "host/CommandResult.h"
 #include "host/EffectModule.h"
-#include "host/Session.h"
+
+#include <functional>
 
 namespace kovalune::host {
 
@@ -50,7 +52,7 @@ CommandResult sendCommand(const CommandTarget& target, Operation& operation, con
                           double* seconds = nullptr);
 
 // Runs something of the effect's outside of the entry point, with a context of its own so that the host's
-// functions work for it.
+// functions work for it, and serialised like a command. What it throws is booked as a misuse.
 void callWithContext(const CommandTarget& target, Operation& operation, PF_Cmd command,
                      const std::function<void()>& body);
 

@@ -23,6 +23,17 @@ std::string damageText(const MemoryBlock& block) {
 
 // `data` is what a PF_Handle points to.
 struct HandleStore::Block {
+    Block() = default;
+    ~Block() { openMemory(&data, sizeof data); }
+    Block(const Block&) = delete;
+    Block& operator=(const Block&) = delete;
+
+    // From here on the block only keeps its address from being given out again.
+    void bury() {
+        data = nullptr;
+        closeMemory(&data, sizeof data);
+    }
+
     void* data = nullptr;
     MemoryBlock memory;
     int locks = 0;
@@ -82,21 +93,24 @@ void HandleStore::unlock(PF_Handle handle) {
 }
 
 void HandleStore::dispose(PF_Handle handle, const HostOptions& options) {
-    std::unique_ptr<Block> block;
-    {
-        const std::lock_guard guard(mutex_);
-        auto node = blocks_.extract(handle);
-        if (node.empty()) {
-            bookUnknown("dispose");
-            return;
-        }
-        block = std::move(node.mapped());
+    const std::lock_guard guard(mutex_);
+    Block* block = locate(handle);
+    if (block == nullptr) {
+        bookUnknown("dispose");
+        return;
     }
     if (block->locks != 0)
         ledger_.addMisuse("dispose of a locked handle");
     if (!block->memory.guardsIntact())
         ledger_.addGuardDamage(damageText(block->memory));
+    if (options.audit)
+        dead_.emplace_back();
     pool_.give(block->memory, blockPolicy(options));
+    auto node = blocks_.extract(handle);
+    if (options.audit) {
+        block->bury();
+        dead_.back() = std::move(node.mapped());
+    }
 }
 
 std::size_t HandleStore::size(PF_Handle handle) const {

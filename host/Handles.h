@@ -1,5 +1,6 @@
 // The host's handle memory: blocks behind PF_Handle with lock counts. The address of a block is stable while
 // it is locked, and in fact until it is resized or disposed of. Safe to use from several threads.
+// With the audit on, no handle gets the address of an earlier one, so a stale one is noticed for good.
 #pragma once
 
 #include "host/MemoryPool.h"
@@ -60,6 +61,7 @@ private:
     Ledger& ledger_;
     mutable std::mutex mutex_;
     std::unordered_map<const void*, std::unique_ptr<Block>> blocks_;
+    std::vector<std::unique_ptr<Block>> dead_; // disposed of under audit; their memory is gone already
 };
 
 } // namespace kovalune::host

@@ -22,7 +22,8 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    // May be changed whenever no command runs; the next command goes by the new values.
+    // May be changed whenever no command runs; the next command goes by the new values, and is refused
+    // with a HostError if one of them is out of range.
     HostOptions& options();
     const HostOptions& options() const;
 

@@ -13,15 +13,16 @@ namespace kovalune::host {
 
 namespace {
 
+// Empty: the passes run in the order of their numbers.
 std::vector<A_long> passOrder(CommandContext& context, A_long count) {
+    if (!context.host.options.shuffleIterations)
+        return {};
     std::vector<A_long> order(static_cast<std::size_t>(count));
     std::iota(order.begin(), order.end(), 0);
-    if (context.host.options.shuffleIterations) {
-        // std::shuffle is left to each library; this order is the same with all of them.
-        std::mt19937_64 random(context.host.options.shuffleSeed + context.operation.nextIterateCall());
-        for (std::size_t left = order.size(); left > 1; --left)
-            std::swap(order[left - 1], order[static_cast<std::size_t>(random() % left)]);
-    }
+    // std::shuffle is left to each library; this order is the same with all of them.
+    std::mt19937_64 random(context.host.options.shuffleSeed + context.operation.nextIterateCall());
+    for (std::size_t left = order.size(); left > 1; --left)
+        std::swap(order[left - 1], order[static_cast<std::size_t>(random() % left)]);
     return order;
 }
 
@@ -52,11 +53,11 @@ private:
 };
 
 PF_Err runPass(CommandContext& context, PF_IterateGenericFunc pass, void* refcon, A_long slot, A_long number,
-               A_long count) {
+               A_long count) noexcept {
     try {
         return pass(refcon, slot, number, count);
     } catch (...) {
-        context.host.ledger.addMisuse("an exception left an iterate_generic pass");
+        shielded([&] { context.host.ledger.addMisuse("an exception left an iterate_generic pass"); });
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     }
 }
@@ -69,7 +70,7 @@ PF_Err runPasses(CommandContext& context, A_long count, void* refcon, PF_Iterate
         if (failure.any())
             return;
         const ContextScope scope(&context);
-        const A_long number = order[static_cast<std::size_t>(piece)];
+        const A_long number = order.empty() ? piece : order[static_cast<std::size_t>(piece)];
         if (const PF_Err code = runPass(context, pass, refcon, slot, number, count); code != PF_Err_NONE)
             failure.note(number, code);
     });

@@ -1,7 +1,9 @@
 #include "host/ParamTable.h"
 
+#include "host/HostError.h"
+#include "host/ParamUi.h"
+
 #include <algorithm>
-#include <cstring>
 
 namespace kovalune::host {
 
@@ -132,10 +134,7 @@ PF_Err ParamTable::updateUi(PF_ParamIndex index, const PF_ParamDef& def) {
     const std::lock_guard lock(mutex_);
     if (index < 0 || index >= static_cast<PF_ParamIndex>(definitions_.size()))
         return PF_Err_INVALID_INDEX;
-    PF_ParamDef& kept = definitions_[static_cast<std::size_t>(index)];
-    kept.ui_flags = def.ui_flags;
-    std::memcpy(kept.name, def.name, sizeof kept.name);
-    kept.name[PF_MAX_EFFECT_PARAM_NAME_LEN] = '\0';
+    takeUi(definitions_[static_cast<std::size_t>(index)], def);
     return PF_Err_NONE;
 }
 

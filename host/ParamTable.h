@@ -2,7 +2,7 @@
 // Safe to use from several threads, but for definitions().
 #pragma once
 
-#include "host/Session.h"
+#include "host/ParamValue.h"
 #include "hostapi/HostApi.h"
 
 #include <deque>
@@ -24,7 +24,7 @@ public:
     // The value starts at the default. Texts behind pointers are copied.
     PF_Err add(PF_ParamIndex index, const PF_ParamDef& def);
 
-    // Takes over `name` and `ui_flags`.
+    // Takes over what takeUi does.
     PF_Err updateUi(PF_ParamIndex index, const PF_ParamDef& def);
 
     A_long size() const;

@@ -109,6 +109,7 @@ CommandResult Session::close() {
 
 CommandResult Session::run(PF_Cmd command, void* extra, const CommandHook& prepare, A_long time) {
     state_->requireOpen();
+    checkOptions(state_->host.options);
     Operation operation(state_->host.takePlan());
     Invocation invocation;
     invocation.command = command;
@@ -143,6 +144,7 @@ std::vector<std::byte> Session::sequenceBytes() const {
 
 void Session::setSequenceBytes(const std::vector<std::byte>& bytes) {
     state_->requireOpen();
+    checkOptions(state_->host.options);
     HandleStore& handles = state_->host.handles;
     PF_Handle made = nullptr;
     if (!bytes.empty()) {

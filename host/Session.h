@@ -2,23 +2,20 @@
 // and its renders. What the effect reports is a result; wrong use of a Session throws HostError.
 #pragma once
 
+#include "host/CommandResult.h"
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Image.h"
+#include "host/ParamValue.h"
 #include "hostapi/HostApi.h"
 
 #include <cstddef>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
-#include <variant>
 #include <vector>
 
 namespace kovalune::host {
-
-// A_long for sliders, checkboxes and popups, double for float sliders, PF_Pixel for colours.
-using ParamValue = std::variant<A_long, double, PF_Pixel>;
 
 enum class RenderFlow { Smart, Legacy };
 
@@ -33,21 +30,6 @@ struct RenderRequest {
     std::optional<PF_Quality> quality; // default: HostOptions::quality
 };
 
-// What every effect command gives back.
-struct CommandResult {
-    PF_Cmd command = 0;
-    PF_Err code = PF_Err_NONE;
-    std::string returnMsg;
-    bool threw = false;        // an exception left the entry point; `code` is then INTERNAL_STRUCT_DAMAGED
-    std::string exceptionText; // of a standard exception
-    std::optional<long> thrownValue; // of a thrown int or long
-    PF_OutData out{};                // as the effect left it
-    int callsCounted = 0;
-    std::string failedCall; // empty: no fault struck
-
-    bool ok() const { return code == PF_Err_NONE && !threw; }
-};
-
 // Of a render; the inherited members are those of the command that ended it.
 struct RenderResult : CommandResult {
     bool rendered = false;  // the second smart command or the legacy one was sent
@@ -58,16 +40,6 @@ struct RenderResult : CommandResult {
     double preRenderSeconds = 0.0; // inside the effect
     double renderSeconds = 0.0;
 };
-
-// What a command is about to hand to the effect, open to change by tests.
-struct CommandFrame {
-    PF_InData& in;
-    PF_OutData& out;
-    std::vector<PF_ParamDef>& params; // empty: a null array is passed
-    PF_LayerDef* output;
-    void* extra;
-};
-using CommandHook = std::function<void(CommandFrame&)>;
 
 class Session {
 public:
@@ -86,11 +58,12 @@ public:
     A_long outFlags2() const;
 
     // Ends the sequence and sends PF_Cmd_GLOBAL_SETDOWN where the set-up went that far and the options ask
-    // for it. Only the first call does anything; no command may follow.
+    // for it. Only the first call does anything; no command may follow. Throws HostError like run().
     CommandResult close();
 
     // Any command, with the parameter array as it stands at `time` (none for the set-up and smart commands).
     // Sequence and global data that the effect hands back are kept for the commands that follow.
+    // Throws HostError for options that are out of range by now.
     CommandResult run(PF_Cmd command, void* extra = nullptr, const CommandHook& prepare = {},
                       A_long time = 0);
 
@@ -135,7 +108,12 @@ public:
 
     // May be called from several threads at once. `output` has the input's format and size, or is empty and
     // becomes such a picture of transparent black; only what the effect writes in it changes, also when the
-    // effect fails. Throws HostError for a refused size.
+    // effect fails. Throws HostError for a refused size and for options that are out of range by now, and
+    // std::bad_alloc if the worlds of the frame cannot be had. An effect that promises a result out of all
+    // bounds or larger than a world ends the frame unrendered with INTERNAL_STRUCT_DAMAGED and a misuse.
+    //
+    // A render sends its render commands and nothing else: no PF_Cmd_FRAME_SETUP and PF_Cmd_FRAME_SETDOWN
+    // stand around PF_Cmd_RENDER, and whether a sequence was set up before is the caller's affair.
     RenderResult render(const Image& input, Image& output, const RenderRequest& request = {});
 
 private:

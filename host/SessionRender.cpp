@@ -1,8 +1,9 @@
+#include "host/CallbackSupport.h"
+#include "host/LayerWorlds.h"
 #include "host/Rects.h"
 #include "host/Session.h"
 #include "host/SessionState.h"
 #include "host/SmartFrame.h"
-#include "host/WorldOps.h"
 
 #include <limits>
 
@@ -43,6 +44,14 @@ bool withinReach(const PF_LRect& rect) {
     return isInside(rect, reach);
 }
 
+// Of an empty rectangle too, whose sides may then be worked out.
+bool cornersWithinReach(const PF_LRect& rect) {
+    const auto reachable = [](A_long coordinate) {
+        return coordinate >= -kFarthest && coordinate <= kFarthest;
+    };
+    return reachable(rect.left) && reachable(rect.top) && reachable(rect.right) && reachable(rect.bottom);
+}
+
 PF_RenderRequest smartRequest(const Image& input, const RenderRequest& request) {
     PF_RenderRequest smart{};
     smart.rect = request.rect.value_or(wholeLongRect(input.width(), input.height()));
@@ -63,7 +72,17 @@ public:
     PreRenderData(const PreRenderData&) = delete;
     PreRenderData& operator=(const PreRenderData&) = delete;
 
+    // Without memory for the books the data may be left behind, which the audit then shows.
     ~PreRenderData() {
+        shielded([this] { drop(); });
+    }
+
+    void* get() const { return data_; }
+
+private:
+    PF_Handle handle() const { return static_cast<PF_Handle>(data_); }
+
+    void drop() {
         if (data_ == nullptr)
             return;
         if (remove_ != nullptr)
@@ -75,11 +94,6 @@ public:
                                           "delete function");
     }
 
-    void* get() const { return data_; }
-
-private:
-    PF_Handle handle() const { return static_cast<PF_Handle>(data_); }
-
     CommandTarget target_;
     Operation& operation_;
     void* data_;
@@ -90,18 +104,27 @@ void takeResult(RenderResult& result, const CommandResult& command) {
     static_cast<CommandResult&>(result) = command;
 }
 
-// A result that no world can be made for ends the frame; false, with the misuse booked.
-bool acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_LRect& request) {
-    if (!withinReach(output.result_rect)) {
-        host.ledger.addMisuse("the pre-render's result is out of all bounds");
-        return false;
-    }
+bool rendersResult(const HostOptions& options, const PF_PreRenderOutput& promised) {
+    return !isEmpty(promised.result_rect) || options.allowEmpty;
+}
+
+// A code ends the frame, with the misuse booked: for what is to be rendered, no world can be made.
+PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_LRect& request) {
+    const PF_LRect& result = output.result_rect;
+    const auto refused = [&host](const char* text) -> PF_Err {
+        host.ledger.addMisuse(text);
+        return PF_Err_INTERNAL_STRUCT_DAMAGED;
+    };
+    if (!cornersWithinReach(result))
+        return refused("the pre-render's result is out of all bounds");
+    if (!worldSizeAllowed(result.right - result.left, result.bottom - result.top, host.options))
+        return refused("the pre-render's result is of a size that no world has");
     const bool extraPixels = (output.flags & PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS) != 0;
-    if (!extraPixels && !isInside(output.result_rect, request))
+    if (!extraPixels && !isInside(result, request))
         host.ledger.addMisuse("the pre-render's result exceeds the request");
-    if (!isInside(output.result_rect, output.max_result_rect))
+    if (!isInside(result, output.max_result_rect))
         host.ledger.addMisuse("the pre-render's result exceeds its largest result");
-    return true;
+    return PF_Err_NONE;
 }
 
 // One frame by the two smart commands.
@@ -121,9 +144,10 @@ public:
         result_.resultRect = promised.result_rect;
         result_.maxResultRect = promised.max_result_rect;
         result_.layerRequest = frame_.lastRequest();
-        if (!result_.ok() || !acceptRects(target_.host, promised, request.rect))
+        if (!result_.ok() || !rendersResult(target_.host.options, promised))
             return result_;
-        if (!isEmpty(promised.result_rect) || target_.host.options.allowEmpty)
+        result_.code = acceptRects(target_.host, promised, request.rect);
+        if (result_.code == PF_Err_NONE)
             render(request, data.get());
         return result_;
     }
@@ -142,8 +166,7 @@ private:
 
     void render(const PF_RenderRequest& request, void* data) {
         const PF_LRect place = result_.resultRect;
-        if (const PF_Err code = frame_.makeOutput(output_, place); code != PF_Err_NONE)
-            throw HostError("no output world can be made for the render");
+        requireWorld(frame_.makeOutput(output_, place));
         PF_SmartRenderInput input{};
         input.output_request = request;
         input.bitdepth = bitsPerChannel(output_.format());
@@ -165,42 +188,6 @@ private:
     RenderResult result_;
 };
 
-// The two worlds of the one-step render.
-class LegacyWorlds {
-public:
-    LegacyWorlds(HostState& host, const Image& input, const Image& output)
-        : host_(host), input_(input), place_(wholeLongRect(input.width(), input.height())) {
-        const PF_LRect outputPlace{0, 0, place_.right + host.options.outputWidthDelta,
-                                   place_.bottom + host.options.outputHeightDelta};
-        if (makeLayerWorld(host, input, place_, inputWorld) != PF_Err_NONE ||
-            makeLayerWorld(host, output, outputPlace, outputWorld) != PF_Err_NONE) {
-            drop();
-            throw HostError("no worlds can be made for the render");
-        }
-    }
-    LegacyWorlds(const LegacyWorlds&) = delete;
-    LegacyWorlds& operator=(const LegacyWorlds&) = delete;
-    ~LegacyWorlds() { drop(); }
-
-    void takeOutput(Image& output) const {
-        if (const std::optional<WorldInfo> info = host_.worlds.find(&outputWorld))
-            worldToPicture(*info, place_, output);
-    }
-
-    PF_EffectWorld inputWorld{};
-    PF_EffectWorld outputWorld{};
-
-private:
-    void drop() {
-        dropInputWorld(host_, input_, place_, inputWorld);
-        host_.worlds.dispose(outputWorld, false, host_.options);
-    }
-
-    HostState& host_;
-    const Image& input_;
-    PF_LRect place_;
-};
-
 RenderResult legacyRender(const CommandTarget& target, Operation& operation, Invocation invocation,
                           const Image& input, Image& output) {
     LegacyWorlds worlds(target.host, input, output);
@@ -220,6 +207,7 @@ RenderResult legacyRender(const CommandTarget& target, Operation& operation, Inv
 RenderResult Session::render(const Image& input, Image& output, const RenderRequest& request) {
     const HostOptions& options = state_->host.options;
     state_->requireOpen();
+    checkOptions(options);
     checkPictures(input, output, options);
     checkScale(request.downsampleX);
     checkScale(request.downsampleY);

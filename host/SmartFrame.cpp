@@ -1,28 +1,11 @@
 #include "host/SmartFrame.h"
 
 #include "host/HostState.h"
+#include "host/LayerWorlds.h"
 #include "host/Rects.h"
 #include "host/WorldOps.h"
 
 namespace kovalune::host {
-
-PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& place, PF_EffectWorld& world) {
-    const WorldRequest request{picture.format(), place.right - place.left, place.bottom - place.top};
-    const PF_Err code = host.worlds.make(request, host.options, world);
-    if (code != PF_Err_NONE)
-        return code;
-    if (const std::optional<WorldInfo> info = host.worlds.find(&world))
-        pictureToWorld(picture, place, *info);
-    return PF_Err_NONE;
-}
-
-void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
-                    const PF_EffectWorld& world) {
-    const std::optional<WorldInfo> info = host.worlds.find(&world);
-    if (host.options.audit && info && !worldEqualsPicture(*info, place, picture))
-        host.ledger.addGuardDamage("the input's pixels were written");
-    host.worlds.dispose(world, false, host.options);
-}
 
 SmartFrame::~SmartFrame() {
     int open = 0;

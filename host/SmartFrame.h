@@ -60,12 +60,4 @@ private:
 PF_PreRenderCallbacks* preRenderCallbacks();
 PF_SmartRenderCallbacks* smartRenderCallbacks();
 
-// The input and output layers of the one-step render, and what the smart frame uses underneath: a world of
-// the host's own with the picture's pixels at `place`.
-PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& place, PF_EffectWorld& world);
-
-// Gives an input world back, booking a change of its pixels where there is an audit.
-void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
-                    const PF_EffectWorld& world);
-
 } // namespace kovalune::host

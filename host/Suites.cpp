@@ -3,6 +3,7 @@
 #include "host/CallbackSupport.h"
 #include "host/HandleCallbacks.h"
 #include "host/ParamTable.h"
+#include "host/ParamUi.h"
 #include "host/WorldCallbacks.h"
 
 #include <algorithm>
@@ -22,7 +23,13 @@ PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def
         return joined(index, disabled ? "disabled" : "enabled");
     };
     return countedCall("PF_UpdateParamUI", ref, arguments, [&](CommandContext& context) -> PF_Err {
-        return def == nullptr ? PF_Err_BAD_CALLBACK_PARAM : context.params.updateUi(index, *def);
+        if (def == nullptr)
+            return PF_Err_BAD_CALLBACK_PARAM;
+        const PF_Err code = context.params.updateUi(index, *def);
+        if (code == PF_Err_NONE && !changesUiOnly(context.shownAt(index), *def))
+            context.host.ledger.addMisuse(
+                joined("PF_UpdateParamUI changes more than the look of parameter", index));
+        return code;
     });
 }
 
@@ -108,21 +115,26 @@ const void* findSuite(std::string_view name, std::int32_t version) {
     return found == entries.end() ? nullptr : found->table;
 }
 
-bool withheld(const HostOptions& options, const std::string& name, std::int32_t version) {
-    return std::find(options.withheldSuites.begin(), options.withheldSuites.end(),
-                     SuiteName{name, version}) != options.withheldSuites.end();
+bool withheld(const HostOptions& options, std::string_view name, std::int32_t version) {
+    return std::any_of(
+        options.withheldSuites.begin(), options.withheldSuites.end(),
+        [&](const SuiteName& suite) { return suite.name == name && suite.version == version; });
+}
+
+std::string_view nameOrNull(const char* name) {
+    return name != nullptr ? name : "null";
 }
 
 std::int32_t acquireSuite(const char* name, std::int32_t version, const void** suite) {
-    const std::string suiteName = name != nullptr ? name : "null";
+    const std::string_view suiteName = nameOrNull(name);
     return countedCall(
         "AcquireSuite", [&] { return joined(suiteName, version); },
         [&](CommandContext& context) -> PF_Err {
             const void* table = findSuite(suiteName, version);
             if (suite == nullptr || table == nullptr || withheld(context.host.options, suiteName, version))
                 return kSuiteNotFound;
+            context.host.suites.acquired(std::string(suiteName), version);
             *suite = table;
-            context.host.suites.acquired(suiteName, version);
             return PF_Err_NONE;
         });
 }
@@ -132,9 +144,9 @@ std::int32_t releaseSuite(const char* name, std::int32_t version) {
         CommandContext* context = currentContext();
         if (context == nullptr)
             return PF_Err_INVALID_CALLBACK;
-        const std::string suiteName = name != nullptr ? name : "null";
+        const std::string_view suiteName = nameOrNull(name);
         logCall(*context, "ReleaseSuite", [&] { return joined(suiteName, version); });
-        if (context->host.suites.released(suiteName, version))
+        if (context->host.suites.released(std::string(suiteName), version))
             return 0;
         context->host.ledger.addMisuse("release of a suite that is not acquired: " +
                                        joined(suiteName, version));

@@ -65,22 +65,44 @@ void ThreadPool::workerLoop() {
     }
 }
 
+// A job that helpers may join, until this ends: then no helper is inside any more.
+class ThreadPool::OpenJob {
+public:
+    OpenJob(ThreadPool& pool, Job& job) : pool_(pool), job_(job) {
+        {
+            const std::lock_guard lock(pool_.mutex_);
+            pool_.startWorkers(job_.maxSlots - 1);
+            pool_.jobs_.push_back(&job_);
+        }
+        pool_.wake_.notify_all();
+    }
+    ~OpenJob() {
+        job_.next = job_.count; // no news unless the caller's part was cut short
+        std::unique_lock lock(pool_.mutex_);
+        pool_.jobs_.remove(&job_);
+        pool_.left_.wait(lock, [&] { return job_.helpersInside == 0; });
+    }
+    OpenJob(const OpenJob&) = delete;
+    OpenJob& operator=(const OpenJob&) = delete;
+
+private:
+    ThreadPool& pool_;
+    Job& job_;
+};
+
 void ThreadPool::run(int count, int helpers, const Work& work) {
     Job job{work, count, std::min(helpers + 1, count)};
     if (job.maxSlots <= 1) {
         job.drain(0);
         return;
     }
-    {
-        const std::lock_guard lock(mutex_);
-        startWorkers(helpers);
-        jobs_.push_back(&job);
-    }
-    wake_.notify_all();
+    const OpenJob open(*this, job);
     job.drain(0);
-    std::unique_lock lock(mutex_);
-    jobs_.remove(&job);
-    left_.wait(lock, [&] { return job.helpersInside == 0; });
+}
+
+int ThreadPool::startedThreads() const {
+    const std::lock_guard lock(mutex_);
+    return static_cast<int>(workers_.size());
 }
 
 } // namespace kovalune::host

@@ -14,18 +14,17 @@ namespace {
 
 constexpr A_long kLargestSide = PF_MAX_WORLD_WIDTH;
 
-bool sizeAllowed(const WorldRequest& request, const HostOptions& options) {
-    const A_long smallest = options.allowEmpty ? 0 : 1;
-    const A_long largest = options.allowHuge ? std::numeric_limits<A_long>::max() : kLargestSide;
-    return request.width >= smallest && request.height >= smallest && request.width <= largest &&
-           request.height <= largest;
-}
-
 BlockPolicy blockPolicy(const HostOptions& options) {
     return {options.audit, static_cast<std::size_t>(options.dataOffset), options.poolCapBytes};
 }
 
 } // namespace
+
+bool worldSizeAllowed(A_long width, A_long height, const HostOptions& options) {
+    const A_long smallest = options.allowEmpty ? 0 : 1;
+    const A_long largest = options.allowHuge ? std::numeric_limits<A_long>::max() : kLargestSide;
+    return width >= smallest && height >= smallest && width <= largest && height <= largest;
+}
 
 struct WorldStore::Record {
     WorldInfo info{};
@@ -70,7 +69,7 @@ WorldStore::~WorldStore() {
 }
 
 PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options, PF_EffectWorld& world) {
-    if (!sizeAllowed(request, options))
+    if (!worldSizeAllowed(request.width, request.height, options))
         return PF_Err_BAD_CALLBACK_PARAM;
     auto record = std::make_unique<Record>();
     record->pixelBytes = static_cast<std::size_t>(request.width) * bytesPerPixel(request.format);

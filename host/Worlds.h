@@ -41,6 +41,9 @@ struct WorldRequest {
     bool effectMade = false;
 };
 
+// Whether the options let a world have this size; whether there is memory for it is another matter.
+bool worldSizeAllowed(A_long width, A_long height, const HostOptions& options);
+
 class WorldStore {
 public:
     WorldStore(MemoryPool& pool, Ledger& ledger);

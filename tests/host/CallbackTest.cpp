@@ -8,24 +8,51 @@
 namespace kovalune::host::test {
 namespace {
 
+// Of a row of pointers.
+int emptySlots(const void* first, const void* end) {
+    int empty = 0;
+    for (auto* at = static_cast<const char*>(first); at < end; at += sizeof(void*)) {
+        void* slot = nullptr;
+        std::memcpy(&slot, at, sizeof slot);
+        empty += slot == nullptr ? 1 : 0;
+    }
+    return empty;
+}
+
 TEST(Callback, EverySlotOfTheTablesIsFilled) {
     Stage stage;
     stage.during([](Call& c) {
-        const auto emptySlots = [](const void* first, const void* end) {
-            int empty = 0;
-            for (auto* at = static_cast<const char*>(first); at < end; at += sizeof(void*)) {
-                void* slot = nullptr;
-                std::memcpy(&slot, at, sizeof slot);
-                empty += slot == nullptr ? 1 : 0;
-            }
-            return empty;
-        };
         const PF_UtilCallbacks& u = c.utils();
         EXPECT_EQ(emptySlots(&c.in.inter, c.in.inter.reserved_str), 0);
         // The one that may not be called stays empty.
         EXPECT_EQ(emptySlots(&u.begin_sampling, &u.ansi), 1);
         EXPECT_EQ(emptySlots(&u.ansi, u.ansi.unused_longA), 0);
         EXPECT_EQ(emptySlots(&u.colorCB, u.reserved), 0);
+        return PF_Err_NONE;
+    });
+}
+
+// Of a suite's table; -1 without the suite.
+template <typename Suite>
+int emptySuiteSlots(const Call& c, const char* name, std::int32_t version) {
+    const Suite* suite = c.acquire<Suite>(name, version);
+    if (suite == nullptr)
+        return -1;
+    const int empty = emptySlots(suite, suite + 1);
+    c.release(name, version);
+    return empty;
+}
+
+TEST(Callback, EverySlotOfTheSuitesIsFilled) {
+    Stage stage;
+    stage.during([](Call& c) {
+        EXPECT_EQ(emptySlots(c.in.pica_basicP, c.in.pica_basicP + 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFWorldSuite1>(c, kPFWorldSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFWorldSuite2>(c, kPFWorldSuite, 2), 0);
+        EXPECT_EQ(emptySuiteSlots<PFWorldTransformSuite1>(c, kPFWorldTransformSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFFillMatteSuite1>(c, kPFFillMatteSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFHandleSuite1>(c, kPFHandleSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFParamUtilsSuite1>(c, kPFParamUtilsSuite, 1), 0);
         return PF_Err_NONE;
     });
 }
@@ -163,10 +190,24 @@ TEST(Callback, APathThatDoesNotFitIsRefused) {
 
 TEST(Callback, AWrongEffectReferenceIsRefusedAndBooked) {
     Stage stage;
+    stage.during([&](Call& c) {
+        EXPECT_EQ(c.in.inter.progress(nullptr, 1, 2), PF_Err_BAD_CALLBACK_PARAM);
+        return PF_Err_NONE;
+    });
+    ASSERT_EQ(stage.host.audit().misuse.size(), 1U);
+    EXPECT_EQ(stage.host.audit().misuse[0], "progress with a wrong effect reference");
+}
+
+TEST(Callback, TheReferenceOfAnEarlierCommandIsRefusedAndBooked) {
+    Stage stage;
     PF_ProgPtr stale = nullptr;
     stage.during([&](Call& c) {
         stale = c.ref();
-        EXPECT_EQ(c.in.inter.progress(nullptr, 1, 2), PF_Err_BAD_CALLBACK_PARAM);
+        return PF_Err_NONE;
+    });
+    stage.during([&](Call& c) {
+        EXPECT_NE(c.ref(), stale);
+        EXPECT_EQ(c.in.inter.progress(stale, 1, 2), PF_Err_BAD_CALLBACK_PARAM);
         return PF_Err_NONE;
     });
     ASSERT_EQ(stage.host.audit().misuse.size(), 1U);

@@ -36,10 +36,14 @@ TEST(EffectModule, AModuleIsUnloadedAtItsEnd) {
 
 TEST(EffectModule, MovesItsLibraryAlong) {
     EffectModule first = EffectModule::load(HOST_TEST_EFFECT);
-    const EffectModule second = std::move(first);
+    EffectModule second = EffectModule::linked(scriptedEntry);
+    {
+        EffectModule between = std::move(first);
+        second = std::move(between);
+    }
     Host host;
-    EXPECT_NE(second.systemHandle(), nullptr);
-    EXPECT_NE(second.entry(), nullptr);
+    Session session(host, second);
+    EXPECT_EQ(session.about().returnMsg, "loaded"); // the file is still there to be called
 }
 
 TEST(EffectModule, AMissingFileOrEntryIsAnErrorWithItsName) {
@@ -48,6 +52,12 @@ TEST(EffectModule, AMissingFileOrEntryIsAnErrorWithItsName) {
         FAIL() << "loaded a missing file";
     } catch (const HostError& error) {
         EXPECT_NE(std::string(error.what()).find("none.aex"), std::string::npos);
+    }
+    try {
+        EffectModule::load(HOST_TEST_NO_ENTRY);
+        FAIL() << "loaded a file without the entry";
+    } catch (const HostError& error) {
+        EXPECT_EQ(std::string(error.what()), HOST_TEST_NO_ENTRY " has no EntryPointFunc");
     }
     EXPECT_THROW(EffectModule::linked(nullptr), HostError);
 }

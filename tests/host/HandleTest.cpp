@@ -84,6 +84,29 @@ TEST(Handle, LocksAndHandlesLeftBehindAreCounted) {
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
 }
 
+TEST(Handle, AStaleHandleIsNoticedAfterNewOnesToo) {
+    Stage stage;
+    stage.during([](Call& c) {
+        for (int round = 0; round < 20; ++round) {
+            PF_Handle stale = c.utils().host_new_handle(4);
+            c.utils().host_dispose_handle(stale);
+            PF_Handle fresh = c.utils().host_new_handle(4);
+            EXPECT_NE(fresh, stale);
+            c.utils().host_dispose_handle(stale);
+            EXPECT_EQ(c.utils().host_lock_handle(stale), nullptr);
+            c.utils().host_unlock_handle(stale);
+            c.utils().host_dispose_handle(fresh);
+        }
+        return PF_Err_NONE;
+    });
+    const AuditReport report = stage.host.audit();
+    EXPECT_EQ(report.liveHandles, 0);
+    ASSERT_EQ(report.misuse.size(), 60U);
+    EXPECT_EQ(report.misuse[0], "dispose of an unknown handle");
+    EXPECT_EQ(report.misuse[1], "lock of an unknown handle");
+    EXPECT_EQ(report.misuse[2], "unlock of an unknown handle");
+}
+
 TEST(Handle, ResizeOfALockedHandleIsMisuse) {
     Stage stage;
     stage.during([](Call& c) {

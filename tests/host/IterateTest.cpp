@@ -34,6 +34,20 @@ struct Passes {
     std::set<A_long> numbers() const { return {order.begin(), order.end()}; }
 };
 
+// Each pass waits for a second one to be inside with it, so the call ends only if two threads take part.
+struct Pairs {
+    Passes passes;
+    std::atomic<int> arrived{0};
+
+    static PF_Err pass(void* refcon, A_long thread, A_long i, A_long iterations) {
+        Pairs& self = *static_cast<Pairs*>(refcon);
+        const int pairEnd = (self.arrived.fetch_add(1) / 2 + 1) * 2;
+        while (self.arrived < pairEnd)
+            std::this_thread::yield();
+        return Passes::pass(&self.passes, thread, i, iterations);
+    }
+};
+
 PF_Err iterate(Stage& stage, A_long iterations, Passes& passes) {
     return stage.during([&](Call& c) { return c.utils().iterate_generic(iterations, &passes, Passes::pass); })
         .code;
@@ -57,12 +71,16 @@ TEST(Iterate, OncePerProcessorMeansTheThreadsByDefault) {
 
 TEST(Iterate, EightIterationsRunOnTwoThreads) {
     Stage stage(threaded(2, 8));
-    Passes passes;
-    EXPECT_EQ(iterate(stage, PF_Iterations_ONCE_PER_PROCESSOR, passes), PF_Err_NONE);
-    EXPECT_EQ(passes.total, 8);
-    EXPECT_EQ(passes.numbers().size(), 8U);
-    EXPECT_LE(passes.threads.size(), 2U);
-    EXPECT_LE(passes.highestThread, 1);
+    Pairs pairs;
+    const CommandResult result = stage.during([&](Call& c) {
+        return c.utils().iterate_generic(PF_Iterations_ONCE_PER_PROCESSOR, &pairs, Pairs::pass);
+    });
+    EXPECT_EQ(result.code, PF_Err_NONE);
+    EXPECT_EQ(pairs.passes.total, 8);
+    EXPECT_EQ(pairs.passes.order.size(), 8U);
+    EXPECT_EQ(pairs.passes.numbers().size(), 8U);
+    EXPECT_EQ(pairs.passes.threads.size(), 2U);
+    EXPECT_EQ(pairs.passes.highestThread, 1);
 }
 
 TEST(Iterate, APositiveCountIsTaken) {

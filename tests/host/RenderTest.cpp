@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstring>
+#include <new>
+#include <thread>
 
 namespace kovalune::host::test {
 namespace {
@@ -261,7 +263,146 @@ TEST(SmartRender, AResultOutOfAllBoundsEndsTheFrame) {
     Image output;
     const RenderResult result = stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output);
     EXPECT_FALSE(result.rendered);
+    EXPECT_FALSE(result.ok());
+    EXPECT_EQ(result.code, PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(result.command, PF_Cmd_SMART_PRE_RENDER);
     EXPECT_EQ(stage.host.audit().misuse.size(), 1U);
+}
+
+// Promises a result that it need not fill.
+Handler promising(const PF_LRect& rect) {
+    return [rect](Call& c) -> PF_Err {
+        c.preRender().output->result_rect = rect;
+        c.preRender().output->max_result_rect = rect;
+        c.preRender().output->flags = PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS;
+        return PF_Err_NONE;
+    };
+}
+
+TEST(SmartRender, AResultLargerThanAWorldEndsTheFrame) {
+    for (const PF_LRect& rect : {PF_LRect{0, 0, 30001, 1}, PF_LRect{0, -1, 1, 30000}}) {
+        Stage stage;
+        stage.script[PF_Cmd_SMART_PRE_RENDER] = promising(rect);
+        Image output;
+        const RenderResult result = stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output);
+        EXPECT_FALSE(result.rendered);
+        EXPECT_EQ(result.code, PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_EQ(stage.host.audit().misuse,
+                  std::vector<std::string>{"the pre-render's result is of a size that no world has"});
+    }
+}
+
+TEST(SmartRender, AnInsideOutResultIsRefusedWhereEmptyOnesAreRendered) {
+    for (const PF_LRect& rect : {PF_LRect{3, 0, 1, 4}, PF_LRect{2147483647, 0, -2147483647, 4}}) {
+        HostOptions options = Stage::audited();
+        options.allowEmpty = true;
+        Stage stage(options);
+        stage.script[PF_Cmd_SMART_PRE_RENDER] = promising(rect);
+        Image output;
+        const RenderResult result = stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output);
+        EXPECT_FALSE(result.rendered);
+        EXPECT_EQ(result.code, PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_EQ(stage.host.audit().misuse.size(), 1U);
+    }
+}
+
+// Rows of more bytes than a world can tell of.
+TEST(SmartRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
+    HostOptions options = Stage::audited();
+    options.allowHuge = true;
+    Stage stage(options);
+    stage.script[PF_Cmd_SMART_PRE_RENDER] = promising({-(1 << 28), 0, 1 << 28, 4});
+    Image output;
+    EXPECT_THROW(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output), std::bad_alloc);
+    EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+}
+
+TEST(LegacyRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
+    HostOptions options = Stage::audited();
+    options.allowHuge = true;
+    options.outputWidthDelta = 1 << 29;
+    Stage stage(options);
+    Image output;
+    EXPECT_THROW(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output, legacy()),
+                 std::bad_alloc);
+    stage.host.options().allowHuge = false; // now the size is refused before any memory is asked for
+    EXPECT_THROW(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output, legacy()), HostError);
+    EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+}
+
+// Row padding shows whether a world was cleared: only uncleared memory is poisoned.
+TEST(SmartRender, WorldsThatThePictureCoversAreNotClearedFirst) {
+    HostOptions options;
+    options.threads = 1;
+    options.rowPadding = 4;
+    options.poisonNewWorlds = true;
+    Stage stage(options);
+    stage.script[PF_Cmd_SMART_RENDER] = [](Call& c) -> PF_Err {
+        PF_EffectWorld* input = nullptr;
+        PF_EffectWorld* output = nullptr;
+        c.smartRender().cb->checkout_layer_pixels(c.ref(), 0, &input);
+        c.smartRender().cb->checkout_output(c.ref(), &output);
+        EXPECT_EQ(worldRow(*input, 1)[4 * 4], std::byte{0xCD});
+        EXPECT_EQ(worldRow(*output, 1)[4 * 4], std::byte{0xCD});
+        return c.smartRender().cb->checkin_layer_pixels(c.ref(), 0);
+    };
+    Image output;
+    EXPECT_TRUE(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output).rendered);
+}
+
+TEST(SmartRender, WhatNoPictureCoversIsTransparentBlack) {
+    HostOptions options = Stage::audited();
+    options.poisonNewWorlds = true;
+    Stage stage(options);
+    stage.script[PF_Cmd_SMART_PRE_RENDER] = promising({-1, 0, 5, 4});
+    stage.script[PF_Cmd_SMART_RENDER] = [](Call& c) -> PF_Err {
+        PF_EffectWorld* output = nullptr;
+        const PF_Err err = c.smartRender().cb->checkout_output(c.ref(), &output);
+        EXPECT_EQ(worldRow(*output, 2)[0], std::byte{0});
+        EXPECT_EQ(worldRow(*output, 2)[4], std::byte{0x55});
+        EXPECT_EQ(worldRow(*output, 2)[5 * 4], std::byte{0});
+        return err;
+    };
+    Image output(PF_PixelFormat_ARGB32, 4, 4);
+    std::memset(output.row(0), 0x55, output.rowBytes() * 4);
+    EXPECT_TRUE(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 4), output).rendered);
+}
+
+TEST(SmartRender, TheDeleteFunctionTakesItsTurnWithTheCommands) {
+    Stage stage;
+    static EffectModule* module;
+    static bool free;
+    module = &stage.module;
+    free = true;
+    stage.script[PF_Cmd_SMART_PRE_RENDER] = [](Call& c) -> PF_Err {
+        static int data;
+        c.preRender().output->pre_render_data = &data;
+        c.preRender().output->delete_pre_render_data_func = [](void*) {
+            std::thread([] {
+                free = module->commandMutex().try_lock();
+                if (free)
+                    module->commandMutex().unlock();
+            }).join();
+        };
+        return 1;
+    };
+    Image output;
+    stage.session().render(patterned(PF_PixelFormat_ARGB32, 2, 2), output);
+    EXPECT_FALSE(free);
+}
+
+TEST(SmartRender, AThrowingDeleteFunctionIsMisuseOnly) {
+    Stage stage;
+    stage.script[PF_Cmd_SMART_PRE_RENDER] = [](Call& c) -> PF_Err {
+        static int data;
+        c.preRender().output->pre_render_data = &data;
+        c.preRender().output->delete_pre_render_data_func = [](void*) { throw 5; };
+        return 700;
+    };
+    Image output;
+    EXPECT_EQ(stage.session().render(patterned(PF_PixelFormat_ARGB32, 2, 2), output).code, 700);
+    EXPECT_EQ(stage.host.audit().misuse,
+              std::vector<std::string>{"an exception left a function of the effect"});
 }
 
 TEST(SmartRender, CheckoutLayerTellsOfTheWholeLayer) {
@@ -337,6 +478,37 @@ TEST(LegacyRender, AnUntouchedOutputKeepsItsPixels) {
     const Image before = output;
     stage.session().render(Image(PF_PixelFormat_ARGB64, 3, 3), output, legacy());
     EXPECT_EQ(output, before);
+}
+
+TEST(LegacyRender, NoOtherCommandIsSentAroundIt) {
+    Stage stage;
+    stage.session();
+    int others = 0;
+    const Handler counting = [&others](Call&) -> PF_Err {
+        ++others;
+        return PF_Err_NONE;
+    };
+    for (const PF_Cmd command : {PF_Cmd_FRAME_SETUP, PF_Cmd_FRAME_SETDOWN, PF_Cmd_SEQUENCE_SETUP,
+                                 PF_Cmd_SEQUENCE_RESETUP, PF_Cmd_SEQUENCE_SETDOWN})
+        stage.script[command] = counting;
+    Image output;
+    EXPECT_TRUE(stage.session().render(patterned(PF_PixelFormat_ARGB32, 6, 4), output, legacy()).rendered);
+    EXPECT_EQ(others, 0);
+}
+
+TEST(Render, OptionsOutOfRangeByNowAreRefused) {
+    Stage stage;
+    Session& session = stage.session();
+    const Image input = patterned(PF_PixelFormat_ARGB32, 2, 2);
+    Image output;
+    stage.host.options().rowPadding = -4;
+    EXPECT_THROW(session.render(input, output), HostError);
+    EXPECT_THROW(session.render(input, output, legacy()), HostError);
+    EXPECT_THROW(session.about(), HostError);
+    EXPECT_THROW(session.setSequenceBytes({std::byte{1}}), HostError);
+    stage.host.options().rowPadding = 4;
+    EXPECT_TRUE(session.render(input, output).ok());
+    EXPECT_TRUE(session.about().ok());
 }
 
 TEST(Render, TimeScaleAndQualityReachTheEffect) {

@@ -131,7 +131,6 @@ TEST(Suite, UpdateParamUiGreysAndRenamesAParameter) {
         PF_ParamDef copy = *c.params[1];
         copy.ui_flags |= PF_PUI_DISABLED;
         copy.name[0] = 'c';
-        copy.u.sd.value = 99; // not taken over
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 1, &copy), PF_Err_NONE);
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 8, &copy), PF_Err_INVALID_INDEX);
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 0, c.params[0]), PF_Err_NONE);

@@ -5,6 +5,7 @@
 #include <atomic>
 #include <chrono>
 #include <set>
+#include <stdexcept>
 #include <thread>
 
 namespace kovalune::host {
@@ -46,17 +47,58 @@ TEST(ThreadPool, HelpersAndCallerWorkAtOnceInSlotsOfTheirOwn) {
     EXPECT_EQ(slots, (std::set<int>{0, 1, 2, 3}));
 }
 
-TEST(ThreadPool, SlotsStayBelowTheNumberOfPieces) {
+// All eight threads meet, so that as many wait for the job that follows.
+void startSevenWorkers(ThreadPool& pool) {
+    std::atomic<int> inside{0};
+    pool.run(8, 7, [&](int, int) {
+        ++inside;
+        while (inside < 8)
+            std::this_thread::yield();
+    });
+}
+
+TEST(ThreadPool, SlotsStayBelowTheNumberOfHelpersAndCaller) {
     ThreadPool pool;
+    startSevenWorkers(pool);
     std::atomic<int> highest{0};
-    for (int round = 0; round < 50; ++round) {
-        pool.run(2, 7, [&](int slot, int) {
-            int seen = highest;
-            while (slot > seen && !highest.compare_exchange_weak(seen, slot)) {
-            }
-        });
-    }
-    EXPECT_LE(highest, 1);
+    pool.run(64, 1, [&](int slot, int) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1)); // time for all that may come in
+        int seen = highest;
+        while (slot > seen && !highest.compare_exchange_weak(seen, slot)) {
+        }
+    });
+    EXPECT_EQ(highest, 1);
+}
+
+// A thread for every slot but the caller's, so what is not started is no slot either.
+TEST(ThreadPool, ThreadsAreStartedForPiecesOnly) {
+    ThreadPool pool;
+    pool.run(1, 7, [](int, int) {});
+    EXPECT_EQ(pool.startedThreads(), 0);
+    pool.run(2, 7, [](int, int) {});
+    EXPECT_EQ(pool.startedThreads(), 1);
+    pool.run(20, 3, [](int, int) {});
+    EXPECT_EQ(pool.startedThreads(), 3);
+}
+
+TEST(ThreadPool, WhatTheCallersPieceThrowsComesOutAfterTheHelpersHaveLeft) {
+    ThreadPool pool;
+    std::atomic<int> inside{0};
+    std::atomic<int> left{0};
+    const auto work = [&](int slot, int) {
+        ++inside;
+        while (inside < 4)
+            std::this_thread::yield();
+        if (slot == 0)
+            throw std::runtime_error("the caller's piece");
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        ++left;
+    };
+    EXPECT_THROW(pool.run(4, 3, work), std::runtime_error);
+    EXPECT_EQ(left, 3);
+    std::atomic<int> done{0};
+    pool.run(8, 3, [&](int, int) { ++done; });
+    EXPECT_EQ(done, 8);
 }
 
 TEST(ThreadPool, NestedCallsFinish) {

@@ -1,3 +1,4 @@
+#include "host/HostState.h"
 #include "tests/host/ScriptedEffect.h"
 
 #include <gtest/gtest.h>
@@ -123,6 +124,20 @@ TEST(World, WithoutAuditMemoryIsReused) {
         EXPECT_EQ(world.data, first);
         return c.utils().dispose_world(c.ref(), &world);
     });
+    const Image input = patterned(PF_PixelFormat_ARGB32, 100, 90);
+    Image output;
+    stage.session().render(input, output);
+    const std::size_t afterOne = stage.host.state().pool.pooledBytes();
+    EXPECT_GE(afterOne, 2 * input.rowBytes() * 90); // the input's world and the output's
+    stage.session().render(input, output);
+    EXPECT_EQ(stage.host.state().pool.pooledBytes(), afterOne);
+}
+
+TEST(World, WithAuditNothingIsKept) {
+    Stage stage;
+    Image output;
+    stage.session().render(patterned(PF_PixelFormat_ARGB32, 100, 90), output);
+    EXPECT_EQ(stage.host.state().pool.pooledBytes(), 0U);
 }
 
 TEST(World, RefusesSizesOutOfRangeAndUnknownFormats) {
