@@ -8,43 +8,47 @@
 
 namespace kovalune {
 
-/// One tracer. All places are relative to the visited pixel; `move` is one step of the staircase, which also moves source
-/// and targets.
-struct DiagonalTracer {
-    int8_t startX, startY;
-    int8_t moveX, moveY;
-    EdgeFlag carryFlag; ///< goes on while the cell has it
-    EdgeFlag stopFlag;  ///< stops where the cell or its companion has it
-    int8_t companionX, companionY;
-    int8_t sourceX, sourceY;
-    int8_t innerX, innerY;
-    bool writesSource; ///< the pixel that the source was read from is pulled back toward its own value
+/// A place relative to the visited pixel, or a step from one pixel to another.
+struct Offset {
+    int8_t x, y;
 };
 
-//                                             start   move    carry   stop      companion source  inner   outer
+/// One tracer; a `move` is one step of the staircase, and moves source and targets too.
+struct DiagonalTracer {
+    Offset start;
+    Offset move;
+    EdgeFlag carry;   ///< goes on while the cell has it
+    EdgeFlag stop;    ///< stops where the cell or its companion has it
+    Offset companion; ///< from the cell
+    Offset source;
+    Offset inner;      ///< first target
+    bool writesSource; ///< second target: the source's own pixel is pulled back toward its own value
+};
+
+// start, move, carry, stop, companion, source, inner, writesSource
 constexpr DiagonalTracer kVerticalTracers[] = {
-    {1, -1, 1, -1, EDGE_DOWN, EDGE_RISING, -1, 0, 1, -1, 1, 0, true},
-    {0, 1, -1, 1, EDGE_DOWN, EDGE_RISING, -1, 0, 0, 2, 0, 1, false},
-    {0, -1, -1, -1, EDGE_DOWN, EDGE_FALLING, -1, 0, 0, -1, 0, 0, true},
-    {1, 1, 1, 1, EDGE_DOWN, EDGE_FALLING, -1, 0, 1, 2, 1, 1, false},
+    {{1, -1}, {1, -1}, EDGE_DOWN, EDGE_RISING, {-1, 0}, {1, -1}, {1, 0}, true},
+    {{0, 1}, {-1, 1}, EDGE_DOWN, EDGE_RISING, {-1, 0}, {0, 2}, {0, 1}, false},
+    {{0, -1}, {-1, -1}, EDGE_DOWN, EDGE_FALLING, {-1, 0}, {0, -1}, {0, 0}, true},
+    {{1, 1}, {1, 1}, EDGE_DOWN, EDGE_FALLING, {-1, 0}, {1, 2}, {1, 1}, false},
 };
 constexpr DiagonalTracer kHorizontalTracers[] = {
-    {0, 0, 1, -1, EDGE_RIGHT, EDGE_RISING, 0, -1, 1, 0, 0, 0, true},
-    {-2, 1, -1, 1, EDGE_RIGHT, EDGE_RISING, 0, -1, -2, 1, -1, 1, false},
-    {-2, 0, -1, -1, EDGE_RIGHT, EDGE_FALLING, 0, -1, -2, 0, -1, 0, true},
-    {0, 1, 1, 1, EDGE_RIGHT, EDGE_FALLING, 0, -1, 1, 1, 0, 1, false},
+    {{0, 0}, {1, -1}, EDGE_RIGHT, EDGE_RISING, {0, -1}, {1, 0}, {0, 0}, true},
+    {{-2, 1}, {-1, 1}, EDGE_RIGHT, EDGE_RISING, {0, -1}, {-2, 1}, {-1, 1}, false},
+    {{-2, 0}, {-1, -1}, EDGE_RIGHT, EDGE_FALLING, {0, -1}, {-2, 0}, {-1, 0}, true},
+    {{0, 1}, {1, 1}, EDGE_RIGHT, EDGE_FALLING, {0, -1}, {1, 1}, {0, 1}, false},
 };
 
 /// How many steps the staircase goes on, less one; below 1 for none.
 template <class Context>
 int32_t staircaseLength(const Context& c, const DiagonalTracer& t, int32_t x, int32_t y) {
-    int32_t cx = x + t.startX;
-    int32_t cy = y + t.startY;
+    int32_t cx = x + t.start.x;
+    int32_t cy = y + t.start.y;
     int32_t n = -1;
-    while (c.has(cx, cy, t.carryFlag) && c.lacks(cx, cy, t.stopFlag) &&
-           c.lacks(cx + t.companionX, cy + t.companionY, t.stopFlag)) {
-        cx += t.moveX;
-        cy += t.moveY;
+    while (c.has(cx, cy, t.carry) && c.lacks(cx, cy, t.stop) &&
+           c.lacks(cx + t.companion.x, cy + t.companion.y, t.stop)) {
+        cx += t.move.x;
+        cy += t.move.y;
         ++n;
     }
     return n;
@@ -61,13 +65,13 @@ bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t
     RampOf<Context> inner(Traits::kThird, step, c.curve);
     RampOf<Context> outer(Traits::kHalf, step, c.curve);
     while (!inner.finished) {
-        const auto color = c.src(x + t.sourceX, y + t.sourceY);
-        c.blend(x + t.innerX, y + t.innerY, color, nextWeight(inner));
+        const auto color = c.src(x + t.source.x, y + t.source.y);
+        c.blend(x + t.inner.x, y + t.inner.y, color, nextWeight(inner));
         if (t.writesSource) {
-            c.blend(x + t.sourceX, y + t.sourceY, color, nextWeight(outer));
+            c.blend(x + t.source.x, y + t.source.y, color, nextWeight(outer));
         }
-        x += t.moveX;
-        y += t.moveY;
+        x += t.move.x;
+        y += t.move.y;
     }
     return true;
 }
