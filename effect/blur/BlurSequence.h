@@ -4,6 +4,8 @@
 #pragma once
 
 #include "effect/blur/GaussKernel.h"
+#include "effect/raster/Bands.h"
+#include "effect/raster/MaskedCopy.h"
 #include "effect/raster/ProgressCounter.h"
 #include "effect/share/ExactMath.h"
 #include "effect/share/Truncate.h"
@@ -37,9 +39,11 @@ struct BlurSequence {
 
 /// Runs the passes of a blur of at least `kSmallestBlur` and a repeat that is not 0. `Record` has `dst`,
 /// `src` and `kernel`, which are set anew before each pass; `runPass(direction)` returns the pass's code.
-/// Every pass is followed by a progress report, whose answer counts as the pass's. Returns the first error.
-template <class Record, class RunPass>
-PF_Err runBlurSequence(const BlurSequence& blur, Record& record, RunPass&& runPass) {
+/// Every pass is followed by a progress report, whose answer counts as the pass's. `afterFirst()` may work
+/// over what the first pass wrote, the record's `dst`; its code counts too, but it is not reported. Returns the
+/// first error.
+template <class Record, class RunPass, class AfterFirst>
+PF_Err runBlurSequence(const BlurSequence& blur, Record& record, RunPass&& runPass, AfterFirst&& afterFirst) {
     const auto passAndReport = [&](Direction direction) {
         const PF_Err err = runPass(direction);
         return err != PF_Err_NONE || blur.progress == nullptr ? err : blur.progress->report();
@@ -53,6 +57,9 @@ PF_Err runBlurSequence(const BlurSequence& blur, Record& record, RunPass&& runPa
     record.kernel = kernelFor(blur.amount, blur.amount * blur.amount * 0.125);
 
     PF_Err err = passAndReport(Direction::kHorizontal);
+    if (err == PF_Err_NONE) {
+        err = afterFirst();
+    }
     if (err != PF_Err_NONE) {
         return err;
     }
@@ -71,6 +78,31 @@ PF_Err runBlurSequence(const BlurSequence& blur, Record& record, RunPass&& runPa
         err = passAndReport(k % 2 != 0 ? Direction::kHorizontal : Direction::kVertical);
     }
     return err;
+}
+
+/// The passes that a blur of one depth and scan is made of.
+struct BlurPasses {
+    PassFunction horizontal;
+    PassFunction vertical;
+    decltype(&copyMasked16) copyMasked;
+};
+
+/// A whole blur over the record's `rect`, or the copy of the pixels under `mask` that stands for a blur too
+/// small. PF_Err_OUT_OF_MEMORY where a world that is needed is missing.
+template <class Record, class AfterFirst>
+PF_Err runBlur(const BlurPasses& passes, PF_InData* inData, A_long iterations, const BlurSequence& blur,
+               Record& record, const MaskPlane& mask, AfterFirst&& afterFirst) {
+    if (blurIsCopy(blur.amount, blur.repeat)) {
+        return passes.copyMasked(inData, blur.dst, blur.src, record.rect, mask, false);
+    }
+    if (blur.dst == nullptr || blur.src == nullptr || blur.tmp == nullptr) {
+        return PF_Err_OUT_OF_MEMORY;
+    }
+    const auto runPass = [&](Direction direction) {
+        return iterate(inData, iterations, record,
+                       direction == Direction::kHorizontal ? passes.horizontal : passes.vertical);
+    };
+    return runBlurSequence(blur, record, runPass, afterFirst);
 }
 
 } // namespace kovalune

@@ -25,6 +25,11 @@ struct Blur16 : Argb16 {
         const uint32_t core = wsum != 0 ? acc / wsum * static_cast<uint32_t>(kWeightOne - tailWeight) : 0;
         return static_cast<Channel>((box + core + 16384) >> 15);
     }
+
+    /// The unweighted mean of `count` pixels, which may be so many that the sum wraps: it counts as signed.
+    static Channel flatMean(Sum sum, int32_t count) {
+        return static_cast<Channel>(static_cast<int32_t>(sum + static_cast<Sum>(count >> 1)) / count);
+    }
 };
 
 /// Sums of float pixels are doubles; a result is rounded to float at the store and never clamped.
@@ -44,6 +49,10 @@ struct Blur32 : Argb32 {
             return static_cast<Channel>(box);
         }
         return static_cast<Channel>(acc * (32768.0 / static_cast<double>(wsum) * (1.0 - tailShare)) + box);
+    }
+
+    static Channel flatMean(Sum sum, int32_t count) {
+        return static_cast<Channel>(sum / static_cast<double>(count));
     }
 };
 

@@ -2,6 +2,8 @@
 // scan of a horizontal one. One block serves all columns of an iteration.
 #pragma once
 
+#include "effect/blur/LineWindow.h"
+#include "effect/raster/MaskPlane.h"
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
 
@@ -23,20 +25,29 @@ public:
     /// False where there was no memory; nothing else may be called then.
     bool ready() const { return block_.memory() != nullptr; }
 
-    /// Copies column `x` of the rectangle; `maskColumn` is its first mask byte, rows `maskStride` apart.
-    void gather(const PF_EffectWorld& world, const FrameRect& rect, int32_t x, const uint8_t* maskColumn,
-                int32_t maskStride) {
-
-        uint8_t* const maskOut = block_.memory();
-        Pixel* const pixelsOut = objectAt<Pixel>(block_.memory(), pixelsAt());
+    /// Copies column `x` of the rectangle and its mask bytes.
+    void gather(const PF_EffectWorld& world, const FrameRect& rect, const MaskPlane& mask, int32_t x) {
+        gatherMask(mask, x);
+        Pixel* const out = objectAt<Pixel>(block_.memory(), pixelsAt());
         for (int32_t y = 0; y < height_; ++y) {
-            maskOut[y] = maskColumn[static_cast<std::ptrdiff_t>(y) * maskStride];
-            pixelsOut[y] = rowOf<Format>(world, rect, y)[x];
+            out[y] = rowOf<Format>(world, rect, y)[x];
+        }
+    }
+
+    /// The mask bytes alone.
+    void gatherMask(const MaskPlane& mask, int32_t x) {
+        uint8_t* const out = block_.memory();
+        for (int32_t y = 0; y < height_; ++y) {
+            out[y] = mask.row(y)[x];
         }
     }
 
     const uint8_t* mask() const { return block_.memory(); }
-    const Pixel* pixels() const { return objectAt<Pixel>(block_.memory(), pixelsAt()); }
+
+    /// The column as a scan sees it, until the next one is gathered.
+    Line<Pixel> line(int32_t reach) const {
+        return {objectAt<Pixel>(block_.memory(), pixelsAt()), mask(), height_, reach};
+    }
 
 private:
     std::ptrdiff_t pixelsAt() const { return static_cast<std::ptrdiff_t>(maskBytes_); }

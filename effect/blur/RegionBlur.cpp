@@ -2,11 +2,8 @@
 
 #include "effect/blur/BlurSequence.h"
 #include "effect/blur/BlurTraits.h"
-#include "effect/blur/GatheredColumn.h"
-#include "effect/blur/LineWindow.h"
-#include "effect/raster/Bands.h"
+#include "effect/blur/LinePass.h"
 #include "effect/raster/MaskedCopy.h"
-#include "effect/raster/Rows.h"
 
 namespace kovalune {
 namespace {
@@ -51,27 +48,6 @@ struct CoreSums {
     }
 };
 
-/// The order of the sum is part of a float result: from the centre's left neighbour down, then from the
-/// centre up.
-template <class Traits, class Scan>
-CoreSums<Traits> sumCore(const Line<typename Traits::Pixel>& line, const uint16_t* taps, int32_t x,
-                         Span span) {
-    const int32_t lo = std::max(x - (kMaxTaps - 1), span.first);
-    const int32_t hi = std::min(x + (kMaxTaps - 1), span.last);
-    CoreSums<Traits> core;
-    for (int32_t j = x - 1; j >= lo; --j) {
-        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
-            core.add(line.pixels[j], taps[x - j]);
-        }
-    }
-    for (int32_t j = x; j <= hi; ++j) {
-        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
-            core.add(line.pixels[j], taps[j - x]);
-        }
-    }
-    return core;
-}
-
 /// Writes red, green and blue; the alpha already in `out` stays, except where no weight exists at all.
 template <class Traits>
 void storeMean(typename Traits::Pixel& out, const typename Traits::Pixel& source,
@@ -92,115 +68,70 @@ void storeMean(typename Traits::Pixel& out, const typename Traits::Pixel& source
     }
 }
 
-/// Blurs one line; `outAt(x)` is the pixel to write for position x.
-template <class Traits, class Scan, class OutAt>
-void blurLine(const Line<typename Traits::Pixel>& line, const GaussKernel& kernel, OutAt&& outAt) {
-    ColorSums<Traits> box;
-    Scan::scan(line, box, [&](int32_t x, Span span, const ColorSums<Traits>& sums) {
-        const CoreSums<Traits> core = sumCore<Traits, Scan>(line, kernel.taps(), x, span);
-        storeMean<Traits>(outAt(x), line.pixels[x], sums, core, kernel.tailWeight);
-    });
-}
+template <class T, class Scan>
+struct RegionPass {
+    using Traits = T;
+    using Record = BlurPassRecord;
+    using PixelLine = Line<typename T::Pixel>;
+    static constexpr bool kSkipsIdleRows = true;
 
-/// A window never reaches further than the line is long.
-int32_t reachOf(const GaussKernel& kernel, int32_t lineLength) {
-    return std::min(kernel.length - 1, lineLength);
-}
+    static const MaskPlane& mask(const Record& record) { return record.mask; }
+    static PixelLine row(const Record& record, int32_t y) { return rowLine<T>(record, record.mask, y); }
 
-template <class Traits, class Scan>
-PF_Err horizontalPass(void* refcon, A_long i, A_long n) {
-    auto& record = *static_cast<BlurPassRecord*>(refcon);
-    const int32_t width = record.rect.width();
-    const Band band = bandOf(record.rect.height(), i, n);
-    for (int32_t y = band.first; y < band.end; ++y) {
-        if (record.mask.rowActive[y] == 0) {
-            continue;
+    class Columns {
+    public:
+        explicit Columns(int32_t height) : column_(height) {}
+        bool ready() const { return column_.ready(); }
+        PixelLine gather(const Record& record, int32_t x) {
+            column_.gather(*record.src, record.rect, record.mask, x);
+            return column_.line(reachOf(record.kernel, record.rect.height()));
         }
-        const auto* const src = rowOf<Traits>(*record.src, record.rect, y);
-        auto* const dst = rowOf<Traits>(*record.dst, record.rect, y);
-        const Line<typename Traits::Pixel> line = {src, record.mask.row(y), width,
-                                                   reachOf(record.kernel, width)};
-        blurLine<Traits, Scan>(
-            line, record.kernel, [dst](int32_t x) -> auto& { return dst[x]; });
-    }
-    return PF_Err_NONE;
-}
 
-template <class Traits, class Scan>
-PF_Err verticalPass(void* refcon, A_long i, A_long n) {
-    auto& record = *static_cast<BlurPassRecord*>(refcon);
-    const int32_t height = record.rect.height();
-    const Band band = bandOf(record.rect.width(), i, n);
-    if (band.first >= band.end) {
-        return PF_Err_NONE;
-    }
-    GatheredColumn<Traits> column(height);
-    if (!column.ready()) {
-        return PF_Err_OUT_OF_MEMORY;
-    }
-    for (int32_t x = band.first; x < band.end; ++x) {
-        if (record.mask.colActive[x] == 0) {
-            continue;
-        }
-        column.gather(*record.src, record.rect, x, record.mask.data + x, record.mask.rowStride);
-        const Line<typename Traits::Pixel> line = {column.pixels(), column.mask(), height,
-                                                   reachOf(record.kernel, height)};
-        blurLine<Traits, Scan>(
-            line, record.kernel,
-            [&record, x ](int32_t y) -> auto& { return rowOf<Traits>(*record.dst, record.rect, y)[x]; });
-    }
-    return PF_Err_NONE;
-}
+    private:
+        GatheredColumn<T> column_;
+    };
 
-using CopyFunction = decltype(&copyMasked16);
-
-/// The passes that a named driver is made of.
-struct BlurPasses {
-    PassFunction horizontal;
-    PassFunction vertical;
-    CopyFunction copyMasked;
+    template <class OutAt>
+    static void blur(const PixelLine& line, const GaussKernel& kernel, OutAt&& outAt) {
+        ColorSums<T> box;
+        Scan::scan(line, box, [&](int32_t x, Span span, const ColorSums<T>& sums) {
+            const auto core = sumCore<CoreSums<T>, Scan>(line, kernel.taps(), x, span);
+            storeMean<T>(outAt(x), line.pixels[x], sums, core, kernel.tailWeight);
+        });
+    }
 };
 
 PF_Err blurRegion(const BlurPasses& passes, PF_InData* inData, A_long iterations, const BlurSequence& blur,
                   const FrameRect& rect, const MaskPlane& mask) {
-    if (blurIsCopy(blur.amount, blur.repeat)) {
-        return passes.copyMasked(inData, blur.dst, blur.src, rect, mask, false);
-    }
-    if (blur.dst == nullptr || blur.src == nullptr || blur.tmp == nullptr) {
-        return PF_Err_OUT_OF_MEMORY;
-    }
     BlurPassRecord record{blur.dst, blur.src, rect, mask, {}};
-    return runBlurSequence(blur, record, [&](Direction direction) {
-        return iterate(inData, iterations, record,
-                       direction == Direction::kHorizontal ? passes.horizontal : passes.vertical);
-    });
+    return runBlur(passes, inData, iterations, blur, record, mask, [] { return PF_Err_NONE; });
 }
 
 } // namespace
 
 PF_Err passRunH16(void* record, A_long, A_long i, A_long n) {
-    return horizontalPass<Blur16, RunScan>(record, i, n);
+    return horizontalPass<RegionPass<Blur16, RunScan>>(record, i, n);
 }
 PF_Err passRunV16(void* record, A_long, A_long i, A_long n) {
-    return verticalPass<Blur16, RunScan>(record, i, n);
+    return verticalPass<RegionPass<Blur16, RunScan>>(record, i, n);
 }
 PF_Err passWindowH16(void* record, A_long, A_long i, A_long n) {
-    return horizontalPass<Blur16, WindowScan>(record, i, n);
+    return horizontalPass<RegionPass<Blur16, WindowScan>>(record, i, n);
 }
 PF_Err passWindowV16(void* record, A_long, A_long i, A_long n) {
-    return verticalPass<Blur16, WindowScan>(record, i, n);
+    return verticalPass<RegionPass<Blur16, WindowScan>>(record, i, n);
 }
 PF_Err passRunH32(void* record, A_long, A_long i, A_long n) {
-    return horizontalPass<Blur32, RunScan>(record, i, n);
+    return horizontalPass<RegionPass<Blur32, RunScan>>(record, i, n);
 }
 PF_Err passRunV32(void* record, A_long, A_long i, A_long n) {
-    return verticalPass<Blur32, RunScan>(record, i, n);
+    return verticalPass<RegionPass<Blur32, RunScan>>(record, i, n);
 }
 PF_Err passWindowH32(void* record, A_long, A_long i, A_long n) {
-    return horizontalPass<Blur32, WindowScan>(record, i, n);
+    return horizontalPass<RegionPass<Blur32, WindowScan>>(record, i, n);
 }
 PF_Err passWindowV32(void* record, A_long, A_long i, A_long n) {
-    return verticalPass<Blur32, WindowScan>(record, i, n);
+    return verticalPass<RegionPass<Blur32, WindowScan>>(record, i, n);
 }
 
 PF_Err blurRegionRun16(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,

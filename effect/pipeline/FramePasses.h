@@ -1,6 +1,9 @@
 // What the three frame drivers differ in: which passes they use. The sequence itself exists once.
 #pragma once
 
+#include "effect/blur/BoundaryBlur.h"
+#include "effect/blur/ColorExtension.h"
+#include "effect/blur/FinishingPasses.h"
 #include "effect/blur/RegionBlur.h"
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/Coverage.h"
@@ -15,10 +18,19 @@ struct FramePasses {
                        ///< end
     decltype(&coverage8) coverageOfInput;
     decltype(&extractColors8) extractColors;
+    decltype(&coverage16) coverageOfWork;
     decltype(&copyMasked16) copyMasked;
     RegionBlur* blurRegionRun;
     RegionBlur* blurRegionWindow;
-    PF_Err (*clearAlphaOutsideOutput)(PF_InData*, PF_EffectWorld*, const FrameRect&, const MaskPlane&);
+    BoundaryBlur* blurBoundaryRun;
+    BoundaryBlur* blurBoundaryWindow;
+    decltype(&extendColors16) extendColors;
+    decltype(&restoreMasked16) restoreMasked;
+    decltype(&applyBoundaryBias16) applyBoundaryBias;
+    decltype(&clearAlphaOutside16) clearAlphaOutsideLayer;
+    decltype(&multiplyAlphaOutside16) multiplyAlphaOutside;
+    decltype(&composeOver16) composeOver;
+    decltype(&clearAlphaOutside8) clearAlphaOutsideOutput;
 };
 
 extern const FramePasses kFramePasses8;

@@ -3,6 +3,7 @@
 #include "effect/pipeline/BaseStage.h"
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/pipeline/Frame.h"
+#include "effect/pipeline/ProcessStages.h"
 #include "effect/share/AEUtil/WorldBasics.h"
 #include "effect/share/Truncate.h"
 #include "effect/share/Wrapping.h"
@@ -114,9 +115,16 @@ PF_Err renderStages(const FramePasses& passes, const FrameStart& start) {
     if (passes.worksWidened) {
         widen(frame);
     }
-    if (runBaseStage(frame) != StageEnd::kAbandon) {
-        finish(frame);
+    switch (runBaseStage(frame)) {
+    case StageEnd::kAbandon:
+        return frame.err;
+    case StageEnd::kNextStage:
+        runProcessStages(frame);
+        break;
+    case StageEnd::kFinish:
+        break;
     }
+    finish(frame);
     return frame.err;
 }
 

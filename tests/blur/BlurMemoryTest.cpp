@@ -1,6 +1,8 @@
 // Scratch memory of the vertical passes: this program's own non-throwing array allocation counts, and fails
 // where it is told to.
 #include "tests/blur/BlurDrivers.h"
+#include "tests/blur/BoundaryBlurDrivers.h"
+#include "tests/blur/ColorExtensionScene.h"
 
 #include <atomic>
 #include <cstddef>
@@ -90,6 +92,65 @@ TEST_P(BlurMemory, LackingInALaterPassKeepsThePassesBefore) {
     EXPECT_EQ(scene.run(driver, 4, 20.0), PF_Err_OUT_OF_MEMORY);
     EXPECT_EQ(difference(dst, scene.dst), "");
     EXPECT_EQ(difference(tmp, scene.tmp), "");
+}
+
+class BoundaryMemory : public testing::TestWithParam<BoundaryDriver> {};
+
+INSTANTIATE_TEST_SUITE_P(Drivers, BoundaryMemory, testing::ValuesIn(kBoundaryDrivers), boundaryDriverName);
+
+TEST_P(BoundaryMemory, IsTwoBlocksAnIterationOfTheColumnRoundedUp) {
+    const BoundaryDriver driver = GetParam();
+    Random random(64);
+    const std::size_t bytesPerEntry = driver.format == PF_PixelFormat_ARGB64 ? 9 : 17;
+    const std::pair<int32_t, std::size_t> heights[] = {{1, 64}, {64, 64}, {65, 128}, {130, 192}};
+    for (const auto& [height, entries] : heights) {
+        BoundaryScene scene(driver, shuffledOptions(3, 1, 1), wholeRect(6, height), Mask(6, height, 1),
+                            Mask(6, height, 0), random);
+        const ScratchPlan plan(0);
+        EXPECT_EQ(scene.run(driver, 1, 4.0), PF_Err_NONE);
+        EXPECT_EQ(scratchRequests, 6);
+        EXPECT_EQ(scratchBytes, bytesPerEntry * entries);
+    }
+}
+
+TEST_P(BoundaryMemory, LackingEndsTheBlurWithOutOfMemory) {
+    const BoundaryDriver driver = GetParam();
+    Random random(65);
+    for (int iterations = 1; iterations <= 3; ++iterations) {
+        for (int failing = 1; failing <= 2 * iterations; ++failing) {
+            host::HostOptions options = shuffledOptions(iterations, 1, 1);
+            options.recordCalls = true;
+            BoundaryScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), Mask(9, 9, 0), random);
+            scene.host.clearCalls();
+            const ScratchPlan plan(failing);
+            EXPECT_EQ(scene.run(driver, 5, 20.0), PF_Err_OUT_OF_MEMORY);
+            EXPECT_EQ(scene.host.countCalls("iterate_generic"), 3) << "horizontal, gain and vertical";
+        }
+    }
+}
+
+class ExtensionMemory : public testing::TestWithParam<ExtensionDriver> {};
+
+INSTANTIATE_TEST_SUITE_P(Drivers, ExtensionMemory, testing::ValuesIn(kExtensionDrivers), extensionName);
+
+TEST_P(ExtensionMemory, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOfMemory) {
+    constexpr int kIterations = 3;
+    Random random(64);
+    const PlainExtension job = {wholeRect(40, 9), makeMask(MaskShape::kSparse, 40, 9, random), Mask(40, 9, 1),
+                                5.0, false};
+    for (int failing = 0; failing <= 3 * kIterations; ++failing) {
+        host::HostOptions options = shuffledOptions(kIterations, 1, 1);
+        options.recordCalls = true;
+        ExtensionScene scene(GetParam(), options, job, random);
+        scene.host.clearCalls();
+        const ScratchPlan plan(failing);
+        EXPECT_EQ(scene.run(GetParam()), failing == 0 ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY);
+        if (failing == 0) {
+            EXPECT_EQ(scratchRequests, 3 * kIterations);
+        } else {
+            EXPECT_EQ(scene.host.countCalls("iterate_generic"), (failing - 1) / kIterations + 1);
+        }
+    }
 }
 
 } // namespace

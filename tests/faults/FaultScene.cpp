@@ -1,5 +1,6 @@
 #include "tests/faults/FaultScene.h"
 
+#include <algorithm>
 #include <vector>
 
 namespace kovalune::tests {
@@ -8,6 +9,7 @@ namespace {
 constexpr A_long kNormal = 1;
 constexpr A_long kExtract = 3;
 constexpr A_long kBase = 4;
+constexpr A_long kProcess3 = 7;
 constexpr PF_Pixel kFirst = {255, 200, 40, 60};
 constexpr PF_Pixel kSecond = {255, 30, 24, 40};
 
@@ -40,10 +42,17 @@ const std::vector<FaultScene>& faultScenes() {
             const auto add = [&](const char* what, host::RenderFlow flow, double amount, A_long view) {
                 all.push_back({depth.name + std::string(what), depth.format, flow, amount, view});
             };
+            const auto addProcesses = [&](const char* what, host::RenderFlow flow, A_long view,
+                                          const std::vector<int>& processes, int keeping) {
+                all.push_back(
+                    {depth.name + std::string(what), depth.format, flow, 0, view, 1, processes, keeping});
+            };
             add("SmartSmoothed", host::RenderFlow::Smart, 10, kNormal);
             add("SmartExtract", host::RenderFlow::Smart, 20, kExtract);
             add("SmartCopied", host::RenderFlow::Smart, 0, kBase);
             add("LegacyBase", host::RenderFlow::Legacy, 20, kBase);
+            addProcesses("SmartProcesses", host::RenderFlow::Smart, kExtract, {1, 2, 3, 4}, 2);
+            addProcesses("LegacyProcess3", host::RenderFlow::Legacy, kProcess3, {1, 3}, 3);
         }
         return all;
     }();
@@ -85,10 +94,23 @@ void applyScene(host::Session& session, const FaultScene& scene) {
     };
     set("View", scene.view);
     set("Blur Amount", scene.blurAmount);
-    set("Blur Repeat Num", A_long{3});
+    set("Blur Repeat Num", scene.repeat);
     set("Enable 2", A_long{1});
     set("Color 1", kFirst);
     set("Color 2", kSecond);
+    for (int process = 1; process <= 4; ++process) {
+        const auto setOf = [&](const char* label, host::ParamValue value) {
+            set((std::to_string(process) + " : " + label).c_str(), value);
+        };
+        const bool on = std::count(scene.processes.begin(), scene.processes.end(), process) != 0;
+        setOf("Enable Process", A_long{on ? 1 : 0});
+        setOf("Color", process % 2 != 0 ? kFirst : kSecond);
+        setOf("Blur Repeat Num", A_long{1});
+        setOf("Boundary Blur", smoothsBoundaries(process) ? 6.0 : 40.0);
+        if (process > 1) {
+            setOf("Keep Process", A_long{process == scene.keeping ? 1 : 0});
+        }
+    }
 }
 
 host::RenderRequest requestOf(const FaultScene& scene) {

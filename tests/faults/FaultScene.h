@@ -17,11 +17,19 @@ struct FaultScene {
     host::RenderFlow flow;
     double blurAmount; ///< "Blur Amount": 10 smooths boundaries first, 20 does not, 0 copies
     A_long view;
+    A_long repeat = 3;               ///< of Base
+    std::vector<int> processes = {}; ///< numbers of the Process stages that are on, with a repeat of 1
+    int keeping = 0;                 ///< the one of them with "Keep Process"
 };
+
+/// Whether boundaries are smoothed in a Process stage; the others extend too far for that.
+inline bool smoothsBoundaries(int process) {
+    return process % 2 != 0;
+}
 
 std::ostream& operator<<(std::ostream& out, const FaultScene& scene);
 
-/// Every scene: formats, roads to a frame, kinds of blur, views.
+/// Every scene: formats, roads to a frame, kinds of blur, views, Process stages.
 const std::vector<FaultScene>& faultScenes();
 
 /// A host that watches closely and runs iterations on the calling thread, so that its n-th call is always the

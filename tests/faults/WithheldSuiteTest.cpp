@@ -24,6 +24,7 @@ struct Withheld {
     std::vector<SuiteName> suites;
     PF_PixelFormat format;
     PF_Err code;
+    FaultScene scene = {"", PF_PixelFormat_INVALID, host::RenderFlow::Smart, 10, 1}; ///< of `format`
 };
 
 class WithheldSuites : public testing::TestWithParam<Withheld> {};
@@ -36,10 +37,10 @@ TEST_P(WithheldSuites, GiveTheirCode) {
     Host host(options);
     Session session(host, module);
     ASSERT_TRUE(session.setupResult().ok());
-    const FaultScene scene = {"", withheld.format, host::RenderFlow::Smart, 10, 1};
-    applyScene(session, scene);
+    applyScene(session, withheld.scene);
     Image output;
-    const RenderResult result = session.render(scenePicture(withheld.format), output, requestOf(scene));
+    const RenderResult result =
+        session.render(scenePicture(withheld.format), output, requestOf(withheld.scene));
     EXPECT_EQ(result.code, withheld.code) << result.returnMsg;
     EXPECT_FALSE(result.threw);
     host::AuditReport report = host.audit();
@@ -48,20 +49,41 @@ TEST_P(WithheldSuites, GiveTheirCode) {
     EXPECT_TRUE(report.clean()) << report.text();
 }
 
+const SuiteName kFillMatte = {kPFFillMatteSuite, kPFFillMatteSuiteVersions[0]};
+const SuiteName kHandle = {kPFHandleSuite, kPFHandleSuiteVersions[0]};
+const SuiteName kParamUtils = {kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]};
 const SuiteName kWorld1 = {kPFWorldSuite, 1};
 const SuiteName kWorld2 = {kPFWorldSuite, 2};
 
+/// Base smooths nothing in these; the first Process stage smooths, the second does not.
+FaultScene unsmoothed(A_long view, const std::vector<int>& processes = {}) {
+    return {"", PF_PixelFormat_INVALID, host::RenderFlow::Smart, 20, view, 1, processes, 0};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Processes, WithheldSuites,
+    testing::Values(
+        // Every Process stage begins by clearing worlds, one that is off too; the Base view has none.
+        Withheld{{kFillMatte}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM, unsmoothed(1)},
+        Withheld{{kFillMatte}, PF_PixelFormat_ARGB64, PF_Err_NONE, unsmoothed(4)},
+        Withheld{{kFillMatte}, PF_PixelFormat_ARGB128, PF_Err_BAD_CALLBACK_PARAM, unsmoothed(8, {4})},
+        Withheld{{kWorld1}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM, unsmoothed(1, {1, 2})},
+        Withheld{{kWorld1}, PF_PixelFormat_ARGB64, PF_Err_NONE, unsmoothed(1, {2, 4})},
+        Withheld{{kWorld1}, PF_PixelFormat_ARGB64, PF_Err_NONE, unsmoothed(4, {1})},
+        Withheld{{kWorld2}, PF_PixelFormat_ARGB32, PF_Err_NONE, unsmoothed(1, {1, 2})},
+        Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE, unsmoothed(6, {1, 2})}));
+
 INSTANTIATE_TEST_SUITE_P(
     All, WithheldSuites,
-    testing::Values(
-        Withheld{{{kPFWorldTransformSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM},
-        Withheld{{{kPFHandleSuite, 1}}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM},
-        Withheld{{{kPFFillMatteSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_NONE}, // nothing is cleared yet
-        Withheld{{{kPFParamUtilsSuite, 1}}, PF_PixelFormat_ARGB128, PF_Err_NONE},
-        Withheld{{kWorld1}, PF_PixelFormat_ARGB128, PF_Err_BAD_CALLBACK_PARAM}, // the smoothing's map
-        Withheld{{kWorld2}, PF_PixelFormat_ARGB32, PF_Err_NONE},
-        Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE},
-        Withheld{{kWorld1, kWorld2}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}));
+    testing::Values(Withheld{{{kPFWorldTransformSuite, 1}}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM},
+                    Withheld{{kHandle}, PF_PixelFormat_ARGB64, PF_Err_BAD_CALLBACK_PARAM},
+                    Withheld{{kFillMatte}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}, // no clearing
+                    Withheld{{kParamUtils}, PF_PixelFormat_ARGB128, PF_Err_NONE},
+                    Withheld{
+                        {kWorld1}, PF_PixelFormat_ARGB128, PF_Err_BAD_CALLBACK_PARAM}, // the smoothing's map
+                    Withheld{{kWorld2}, PF_PixelFormat_ARGB32, PF_Err_NONE},
+                    Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE},
+                    Withheld{{kWorld1, kWorld2}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}));
 
 TEST(MissingBasicSuite, LeavesTheEntryPointAsAnException) {
     EffectModule module = EffectModule::linked(EntryPointFunc);

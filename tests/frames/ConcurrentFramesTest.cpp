@@ -10,11 +10,30 @@
 #include <gtest/gtest.h>
 
 #include <thread>
+#include <vector>
 
 namespace kovalune::tests {
 namespace {
 
-TEST(ConcurrentFrames, AreWhatTheyAreAlone) {
+struct Frames {
+    const char* name;
+    std::vector<const char*> vectors; ///< one for each thread
+};
+
+class ConcurrentFrames : public testing::TestWithParam<Frames> {};
+
+INSTANTIATE_TEST_SUITE_P(
+    Sets, ConcurrentFrames,
+    testing::Values(
+        Frames{"Base", {"base-plain-argb-0", "base-plain-ae16-1", "base-plain-ae32-2", "base-plain-argb-3"}},
+        Frames{"Processes",
+               {"process-many-argb-0", "process-many-ae16-1", "process-many-ae32-2", "process-one-argb-3"}},
+        Frames{"TwoOfOneDrawing", {"process-many-argb-2", "process-many-argb-2"}},
+        Frames{"Smoothed",
+               {"base-smooth-ae16-0", "process-one-ae16-4", "process-one-ae32-5", "base-smooth-argb-1"}}),
+    [](const testing::TestParamInfo<Frames>& frames) { return frames.param.name; });
+
+TEST_P(ConcurrentFrames, AreWhatTheyAreAlone) {
     host::HostOptions options;
     options.audit = true;
     options.threads = 3;
@@ -37,8 +56,7 @@ TEST(ConcurrentFrames, AreWhatTheyAreAlone) {
     };
     host.options().globalSetdownAtEnd = false;
     std::vector<std::thread> threads;
-    for (const char* const name :
-         {"base-plain-argb-0", "base-plain-ae16-1", "base-plain-ae32-2", "base-plain-argb-3"}) {
+    for (const char* const name : GetParam().vectors) {
         threads.emplace_back(renderRepeatedly, name);
     }
     for (std::thread& thread : threads) {

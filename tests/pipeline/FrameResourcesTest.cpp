@@ -137,6 +137,7 @@ TEST_P(FrameResources, BlurThatOnlyCopiesNeedsNoScratchWorld) {
     options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
     FrameScene scene(GetParam(), options, 14, 11, random);
     scene.settings.stages[0].blurAmount = 0.0;
+    scene.settings.view = kViewBase;
     EXPECT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
     EXPECT_EQ(difference(read(scene.input), scene.output), "");
 }

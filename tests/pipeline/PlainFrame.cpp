@@ -32,7 +32,7 @@ PlainPicture plainWiden(const PlainPicture& picture) {
 
 PlainPicture plainNarrow(const PlainPicture& picture) {
     return inFormat(picture, PF_PixelFormat_ARGB32, [](double c) {
-        return static_cast<double>((static_cast<int64_t>(c) * 255 + 16384) >> 15);
+        return static_cast<double>(static_cast<uint8_t>((static_cast<int64_t>(c) * 255 + 16384) >> 15));
     });
 }
 

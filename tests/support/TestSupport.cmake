@@ -5,7 +5,10 @@ include_guard(GLOBAL)
 add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/MaskShapes.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainBlur.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainBoundaryBlur.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainColorExtension.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainExtraction.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainFinishing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainPicture.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StrictHost.cpp

@@ -1,0 +1,87 @@
+#include "effect/blur/AlphaCurve.h"
+
+#include "effect/share/ExactMath.h"
+#include "effect/share/Truncate.h"
+
+namespace kovalune {
+namespace {
+
+constexpr double kPi = 3.141592653589793;
+constexpr int32_t kFull16 = Argb16::kFullScale;
+
+/// Rises from 0 at `distance` 0 to 1 at `span`.
+double raisedCosine(double distance, double span) {
+    return (exact::cos(distance / span * kPi) - 1.0) * -0.5;
+}
+
+} // namespace
+
+AlphaCurve16::AlphaCurve16(double bias) : isRamp_(bias < 0.0) {
+    if (isRamp_) {
+        rampWidth_ = truncToInt32((bias + 100.0) / 100.0 * 32767.0 + 0.5);
+        return;
+    }
+    const float scaled = static_cast<float>(bias) / 100.0F * 32767.0F;
+    const auto narrowing = static_cast<uint16_t>(truncToInt32(static_cast<double>(scaled) + 0.5));
+    low_ = narrowing / 10;
+    high_ = kFull16 - narrowing * 9 / 10;
+    span_ = kFull16 - narrowing;
+}
+
+uint16_t AlphaCurve16::operator()(uint16_t alpha) {
+    return isRamp_ ? onRamp(alpha) : onCosine(alpha);
+}
+
+uint16_t AlphaCurve16::onCosine(uint16_t alpha) {
+    if (alpha < low_) {
+        return 0;
+    }
+    if (alpha >= high_) {
+        return Argb16::kFullScale;
+    }
+    uint16_t& known = known_[alpha];
+    if (known == 0) {
+        const int32_t shaped = truncToInt32(raisedCosine(alpha - low_, span_) * 32768.0);
+        known = static_cast<uint16_t>(shaped + 1);
+    }
+    return static_cast<uint16_t>(known - 1);
+}
+
+uint16_t AlphaCurve16::onRamp(uint16_t alpha) const {
+    const int32_t below = kFull16 - alpha;
+    int32_t fallen = kFull16;
+    // A ramp without width leaves nothing, not even an alpha beyond full scale.
+    if (below < rampWidth_ && rampWidth_ != 0) {
+        const int32_t share = below * kFull16 / rampWidth_;
+        fallen = truncToInt32(static_cast<double>(share) + 0.5);
+    }
+    return static_cast<uint16_t>(kFull16 - fallen);
+}
+
+AlphaCurve32::AlphaCurve32(double bias) : isRamp_(bias < 0.0) {
+    if (isRamp_) {
+        rampWidth_ = (bias + 100.0) / 100.0 * 0.9999998807907104;
+        return;
+    }
+    const float narrowing = static_cast<float>(bias) / 100.0F * 0.99999988F;
+    low_ = narrowing / 10.0F;
+    high_ = 1.0F - narrowing * 9.0F / 10.0F;
+    span_ = 1.0F - narrowing;
+}
+
+float AlphaCurve32::operator()(float alpha) const {
+    if (isRamp_) {
+        const auto below = static_cast<double>(1.0F - alpha);
+        const double fallen = below >= rampWidth_ ? 1.0 : below / rampWidth_;
+        return static_cast<float>(1.0 - fallen);
+    }
+    if (alpha < low_) {
+        return 0.0F;
+    }
+    if (alpha >= high_) {
+        return 1.0F;
+    }
+    return static_cast<float>(raisedCosine(static_cast<double>(alpha - low_), static_cast<double>(span_)));
+}
+
+} // namespace kovalune

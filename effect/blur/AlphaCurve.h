@@ -1,0 +1,42 @@
+// The tone curve of "Boundary Bias" on one alpha, by format. One object serves one iteration.
+#pragma once
+
+#include "effect/raster/PixelTraits.h"
+
+#include <array>
+#include <cstdint>
+
+namespace kovalune {
+
+/// Integer results are exact. A cosine is dear and alphas come back again and again, so each is computed once.
+class AlphaCurve16 {
+public:
+    explicit AlphaCurve16(double bias);
+    uint16_t operator()(uint16_t alpha);
+
+private:
+    uint16_t onCosine(uint16_t alpha);
+    uint16_t onRamp(uint16_t alpha) const;
+
+    bool isRamp_;
+    int32_t low_ = 0;                                     ///< cosine: below is transparent
+    int32_t high_ = 0;                                    ///< cosine: from here on is opaque
+    int32_t span_ = 0;                                    ///< cosine: half a period
+    int32_t rampWidth_ = 0;                               ///< ramp: how far below full scale alpha reaches 0
+    std::array<uint16_t, Argb16::kFullScale> known_ = {}; ///< a result of the cosine plus 1; 0 is none yet
+};
+
+class AlphaCurve32 {
+public:
+    explicit AlphaCurve32(double bias);
+    float operator()(float alpha) const;
+
+private:
+    bool isRamp_;
+    float low_ = 0.0F;
+    float high_ = 0.0F;
+    float span_ = 0.0F;
+    double rampWidth_ = 0.0;
+};
+
+} // namespace kovalune

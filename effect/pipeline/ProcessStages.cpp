@@ -1,0 +1,170 @@
+#include "effect/pipeline/ProcessStages.h"
+
+#include "effect/pipeline/StageRegion.h"
+#include "effect/share/AEUtil/WorldBasics.h"
+#include "effect/share/Truncate.h"
+
+namespace kovalune {
+namespace {
+
+/// Reaches, in pixels, that are small enough for stair-steps to show through.
+constexpr double kSmoothedAbove = 1.0;
+constexpr double kSmoothedTo = 30.0;
+
+/// Whether the loop goes on behind a stage.
+enum class LoopEnd { kNextStage, kFinish };
+
+PF_Err copyWhole(Frame& frame, PF_EffectWorld* from, PF_EffectWorld* to) {
+    return from == nullptr || to == nullptr ? PF_Err{PF_Err_OUT_OF_MEMORY}
+                                            : AEUtil::copyWorld(frame.inData(), from, to);
+}
+
+/// One Process stage of a frame.
+class ProcessStage {
+public:
+    ProcessStage(Frame& frame, const StageSettings& stage)
+        : frame_(frame), passes_(frame.passes), planes_(frame.planes), worlds_(frame.worlds), stage_(stage),
+          reach_(reachOf(frame.scale, stage)) {}
+
+    /// Also for a disabled stage.
+    void clearWorlds() {
+        for (PF_EffectWorld* world :
+             {worlds_.extendedWorld.get(), worlds_.smoothedWorld.get(), worlds_.layerWorld.get(),
+              worlds_.blurScratchWorld.get(), worlds_.extendScratchWorld.get()}) {
+            frame_.attempt([&] {
+                return world == nullptr ? PF_Err{PF_Err_OUT_OF_MEMORY}
+                                        : AEUtil::clearWorld(frame_.inData(), world);
+            });
+        }
+    }
+
+    /// `anyProcessDone` tells whether an earlier stage has made a layer, and becomes true once this one does.
+    LoopEnd run(bool& anyProcessDone) {
+        selectRegion();
+        extendRegion();
+        if (reach_ > kSmoothedAbove && reach_ <= kSmoothedTo) {
+            smoothBeyondRegion();
+        }
+        frame_.attempt([&] { return frame_.progress.tick(); });
+        if (failed()) {
+            return LoopEnd::kFinish;
+        }
+        const bool keepProcess = stage_.keepProcess != 0 && anyProcessDone;
+        blurIntoLayer();
+        anyProcessDone = true;
+        if (keepProcess) {
+            limitToLastLayer();
+        }
+        layOver();
+        return LoopEnd::kNextStage;
+    }
+
+private:
+    /// At reduced resolution a stage with many repeats gets a shorter boundary, in proportion.
+    static double reachOf(double scale, const StageSettings& stage) {
+        const double reach = stage.boundaryBlur;
+        return scale < 1.0 ? reach - truncToInt32((reach + 4.0) * stage.repeat / 80.0) : reach;
+    }
+
+    bool failed() const { return frame_.err != PF_Err_NONE; }
+    PF_InData* inData() const { return frame_.inData(); }
+    const FrameRect& rect() const { return frame_.rect(); }
+
+    /// The merges are made whatever has failed.
+    void selectRegion() {
+        ColorMatches matches;
+        HlsColor hls;
+        addColorMatch(frame_, matches, stage_.colors[0], hls);
+        extractColors(frame_, matches);
+        planes_.processUnionMask.unionWith(planes_.extractMask);
+        planes_.stageMask.clearTo(0);
+        planes_.stageMask.unionWith(planes_.extractMask);
+        mergeStageMask(frame_);
+        planes_.stageCopyMask.clearTo(0);
+        planes_.stageCopyMask.unionWith(planes_.extractMask);
+        planes_.extendLimitMask = planes_.regionMask;
+    }
+
+    void extendRegion() {
+        frame_.attempt([&] {
+            return passes_.extendColors(
+                frame_.source, worlds_.extendedWorld.get(), worlds_.extendScratchWorld.get(), inData(),
+                rect(), stage_.keepDivision != 0, planes_.stageCopyMask, planes_.extendLimitMask, reach_);
+        });
+        frame_.attempt([&] {
+            return passes_.coverageOfWork(planes_.extendedCoverage, inData(), worlds_.extendedWorld.get(),
+                                          rect());
+        });
+    }
+
+    /// The pixels of the region itself are put back behind the smoothing, so that it reaches only what lies
+    /// beyond it.
+    void smoothBeyondRegion() {
+        PF_EffectWorld* const extended = worlds_.extendedWorld.get();
+        PF_EffectWorld* const smoothed = worlds_.smoothedWorld.get();
+        smoothMasked(frame_, extended, planes_.extendedCoverage, smoothed);
+        frame_.attempt(
+            [&] { return passes_.restoreMasked(inData(), smoothed, extended, rect(), planes_.extractMask); });
+        frame_.attempt([&] { return copyWhole(frame_, smoothed, extended); });
+    }
+
+    void blurIntoLayer() {
+        planes_.outsideMask.clearTo(0);
+        planes_.outsideMask.unionWith(planes_.extractMask);
+        planes_.outsideMask.invert();
+        const auto blur = stage_.keepDivision != 0 ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
+        frame_.err = blur(worlds_.layerWorld.get(), inData(), worlds_.extendedWorld.get(),
+                          worlds_.blurScratchWorld.get(), rect(), planes_.regionMask, planes_.stageMask,
+                          stage_.repeat, &frame_.progress, reach_ * 0.5);
+        frame_.attempt([&] {
+            return passes_.applyBoundaryBias(inData(), worlds_.layerWorld.get(), rect(), planes_.outsideMask,
+                                             stage_.boundaryBias);
+        });
+    }
+
+    /// Outside the stage's own pixels the new layer cannot be more opaque than the last one. The cut is made
+    /// whatever has failed, and its own failure is ignored.
+    void limitToLastLayer() {
+        PF_EffectWorld* const layer = worlds_.layerWorld.get();
+        passes_.clearAlphaOutsideLayer(inData(), layer, rect(), planes_.layerLimitMask);
+        frame_.attempt([&] {
+            return passes_.multiplyAlphaOutside(inData(), layer, worlds_.previousLayerWorld.get(), rect(),
+                                                planes_.extractMask);
+        });
+    }
+
+    /// Leaves the layer's coverage as what the next stage with "Keep Process" stays inside.
+    void layOver() {
+        PF_EffectWorld* const layer = worlds_.layerWorld.get();
+        frame_.attempt([&] { return copyWhole(frame_, layer, worlds_.previousLayerWorld.get()); });
+        frame_.attempt([&] { return passes_.composeOver(inData(), frame_.target, layer, rect()); });
+        frame_.attempt(
+            [&] { return passes_.coverageOfWork(planes_.layerLimitMask, inData(), layer, rect()); });
+    }
+
+    Frame& frame_;
+    const FramePasses& passes_;
+    FramePlanes& planes_;
+    FrameWorlds& worlds_;
+    const StageSettings& stage_;
+    const double reach_; ///< of the colour extension, in pixels
+};
+
+} // namespace
+
+void runProcessStages(Frame& frame) {
+    bool anyProcessDone = false;
+    for (int32_t number = 1; number <= 4; ++number) {
+        ProcessStage stage(frame, frame.settings.stages[number]);
+        stage.clearWorlds();
+        if (frame.settings.stages[number].enableProcess != 0 &&
+            stage.run(anyProcessDone) == LoopEnd::kFinish) {
+            return;
+        }
+        if (number == frame.settings.view - kViewBase) {
+            return;
+        }
+    }
+}
+
+} // namespace kovalune

@@ -1,0 +1,38 @@
+#include "effect/pipeline/StageRegion.h"
+
+#include "effect/smoothing/SmoothBoundaries.h"
+
+namespace kovalune {
+
+void addColorMatch(Frame& frame, ColorMatches& matches, const ColorEntry& entry, HlsColor& hls) {
+    frame.attempt([&] { return convertToHls(frame.inData(), entry.color, hls); });
+    matches.push_back(makeColorMatch(hls, entry.range));
+}
+
+void extractColors(Frame& frame, const ColorMatches& matches) {
+    frame.attempt([&] {
+        return frame.passes.extractColors(frame.planes.extractMask, frame.inData(), frame.settings.inputWorld,
+                                          frame.rect(), matches);
+    });
+}
+
+void mergeStageMask(Frame& frame) {
+    FramePlanes& planes = frame.planes;
+    planes.allColorsMask.unionWith(planes.stageMask);
+    planes.regionMask.unionWith(planes.stageMask);
+    planes.layerLimitMask.unionWith(planes.stageMask);
+}
+
+void smoothMasked(Frame& frame, PF_EffectWorld* from, const MaskPlane& mask, PF_EffectWorld* smoothed) {
+    PF_EffectWorld* const masked = frame.worlds.maskedWorld.get();
+    frame.attempt(
+        [&] { return frame.passes.copyMasked(frame.inData(), masked, from, frame.rect(), mask, true); });
+    SmoothParams params;
+    params.inData = frame.inData();
+    params.pixelFormat = frame.passes.workFormat;
+    params.srcWorld = masked;
+    params.dstWorld = smoothed;
+    smoothBoundaries(params);
+}
+
+} // namespace kovalune

@@ -1,0 +1,75 @@
+// The colour extension in both depths by name, and one with all that it needs.
+#pragma once
+
+#include "effect/blur/ColorExtension.h"
+#include "tests/support/MaskShapes.h"
+#include "tests/support/PlainColorExtension.h"
+#include "tests/support/PlainPicture.h"
+#include "tests/support/TestWorld.h"
+
+#include <array>
+#include <gtest/gtest.h>
+#include <string>
+
+namespace kovalune::test {
+
+struct ExtensionDriver {
+    const char* name;
+    PF_PixelFormat format;
+    ColorExtension* run;
+};
+
+inline constexpr std::array<ExtensionDriver, 2> kExtensionDrivers = {{
+    {"Extend16", PF_PixelFormat_ARGB64, extendColors16},
+    {"Extend32", PF_PixelFormat_ARGB128, extendColors32},
+}};
+
+inline std::string extensionName(const testing::TestParamInfo<ExtensionDriver>& test) {
+    return test.param.name;
+}
+
+/// Three worlds of random content in one host, with a job for them.
+struct ExtensionScene {
+    StrictHost host;
+    PlainExtension job;
+    TestWorld src;
+    TestWorld dst;
+    TestWorld spread;
+    MaskPlane seed;
+    MaskPlane limit;
+
+    ExtensionScene(const ExtensionDriver& driver, const host::HostOptions& options,
+                   const PlainExtension& work, Random& random, Range range = Range::kOrdinary)
+        : host(options), job(work),
+          src(host, driver.format, job.rect.right + random.below(3), job.rect.bottom + random.below(3)),
+          dst(host, driver.format, src.width(), src.height()),
+          spread(host, driver.format, src.width(), src.height()), seed(planeOf(host, job.seed)),
+          limit(planeOf(host, job.limit)) {
+        for (TestWorld* world : {&src, &dst, &spread}) {
+            write(randomPicture(driver.format, src.width(), src.height(), random, range), *world);
+        }
+    }
+
+    PF_Err run(const ExtensionDriver& driver) {
+        return driver.run(src.get(), dst.get(), spread.get(), host.in(), job.rect, job.stopAtGap, seed, limit,
+                          job.reach);
+    }
+};
+
+/// Runs it and compares both worlds that it writes with the plain twin's, bit for bit.
+inline void expectLikeThePlainOne(const ExtensionDriver& driver, ExtensionScene& scene) {
+    const PlainPicture source = read(scene.src);
+    PlainPicture dst = read(scene.dst);
+    PlainPicture spread = read(scene.spread);
+    plainExtendColors(scene.job, source, dst, spread);
+    ASSERT_EQ(scene.run(driver), PF_Err_NONE);
+    const auto what = [&] {
+        return std::to_string(scene.job.seed.width) + " by " + std::to_string(scene.job.seed.height) +
+               ", reach " + std::to_string(scene.job.reach) + (scene.job.stopAtGap ? ", stopping" : "");
+    };
+    ASSERT_EQ(difference(spread, scene.spread), "") << "spread of " << what();
+    ASSERT_EQ(difference(dst, scene.dst), "") << what();
+    ASSERT_EQ(difference(source, scene.src), "") << "the source was written, " << what();
+}
+
+} // namespace kovalune::test
