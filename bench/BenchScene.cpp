@@ -1,7 +1,7 @@
 #include "bench/BenchScene.h"
 
-#include "cli/PictureConversion.h"
-#include "cli/PngFile.h"
+#include "cli/picture/PictureConversion.h"
+#include "cli/picture/PictureFile.h"
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/DepthConversion.h"
 #include "host/EffectModule.h"
@@ -11,51 +11,66 @@
 #include <map>
 #include <random>
 #include <stdexcept>
-#include <utility>
+#include <string>
+#include <tuple>
 
 namespace kovalune::bench {
 namespace {
 
 constexpr std::uint32_t kSeed = 20090101;
 
-host::Image noise() {
-    host::Image image(PF_PixelFormat_ARGB32, kWidth, kHeight);
-    std::mt19937 random(kSeed);
-    for (A_long y = 0; y < kHeight; ++y) {
-        for (A_long x = 0; x < kWidth; ++x) {
-            const auto bits = static_cast<std::uint32_t>(random());
-            image.at<PF_Pixel>(x, y) = {255, static_cast<A_u_char>(bits), static_cast<A_u_char>(bits >> 8),
-                                        static_cast<A_u_char>(bits >> 16)};
-        }
-    }
-    return image;
-}
-
 host::Image drawing() {
-    host::Image image = imageOf(readPng(KOVALUNE_EXAMPLES "/cel1.png"));
-    if (image.format() != PF_PixelFormat_ARGB32 || image.width() != kWidth || image.height() != kHeight) {
+    host::Image image = imageOf(readPicture(KOVALUNE_EXAMPLES "/cel1.png"), PF_PixelFormat_ARGB32);
+    if (image.width() != kWidth || image.height() != kHeight) {
         throw std::runtime_error("the sample picture is not what the benchmarks expect");
     }
     return image;
 }
 
-template <class Pixel, class Convert>
-host::Image converted(const host::Image& narrow, PF_PixelFormat format, Convert&& convert) {
-    host::Image image(format, kWidth, kHeight);
-    for (A_long y = 0; y < kHeight; ++y) {
-        for (A_long x = 0; x < kWidth; ++x) {
-            const PF_Pixel& p = narrow.at<PF_Pixel>(x, y);
-            image.at<Pixel>(x, y) = {convert(p.alpha), convert(p.red), convert(p.green), convert(p.blue)};
+/// The picture that has this pixel at (x, y).
+template <class Pixel, class PixelAt>
+host::Image painted(PF_PixelFormat format, A_long width, A_long height, PixelAt&& pixelAt) {
+    host::Image image(format, width, height);
+    for (A_long y = 0; y < height; ++y) {
+        for (A_long x = 0; x < width; ++x) {
+            image.at<Pixel>(x, y) = pixelAt(x, y);
         }
     }
     return image;
 }
 
-host::Image make(std::int64_t source, PF_PixelFormat format) {
-    if (format == PF_PixelFormat_ARGB32) {
-        return source == kNoise ? noise() : drawing();
+host::Image make8(std::int64_t source, A_long scale) {
+    const auto paint = [&](auto&& pixelAt) {
+        return painted<PF_Pixel>(PF_PixelFormat_ARGB32, kWidth * scale, kHeight * scale, pixelAt);
+    };
+    if (source == kNoise) {
+        std::mt19937 random(kSeed);
+        return paint([&](A_long, A_long) {
+            const auto bits = static_cast<std::uint32_t>(random());
+            return PF_Pixel{255, static_cast<A_u_char>(bits), static_cast<A_u_char>(bits >> 8),
+                            static_cast<A_u_char>(bits >> 16)};
+        });
     }
-    const host::Image& narrow = picture(source, PF_PixelFormat_ARGB32);
+    if (source == kFlat) {
+        return paint([](A_long, A_long) { return kPicked[0]; });
+    }
+    const host::Image tile = drawing();
+    return paint([&](A_long x, A_long y) { return tile.at<PF_Pixel>(x % kWidth, y % kHeight); });
+}
+
+template <class Pixel, class Convert>
+host::Image converted(const host::Image& narrow, PF_PixelFormat format, Convert&& convert) {
+    return painted<Pixel>(format, narrow.width(), narrow.height(), [&](A_long x, A_long y) {
+        const PF_Pixel& p = narrow.at<PF_Pixel>(x, y);
+        return Pixel{convert(p.alpha), convert(p.red), convert(p.green), convert(p.blue)};
+    });
+}
+
+host::Image make(std::int64_t source, PF_PixelFormat format, std::int64_t scale) {
+    if (format == PF_PixelFormat_ARGB32) {
+        return make8(source, static_cast<A_long>(scale));
+    }
+    const host::Image& narrow = picture(source, PF_PixelFormat_ARGB32, scale);
     if (format == PF_PixelFormat_ARGB64) {
         return converted<PF_Pixel16>(narrow, format, widenChannel);
     }
@@ -75,11 +90,11 @@ PF_Err lendHost(PF_Cmd cmd, PF_InData* inData, PF_OutData*, PF_ParamDef**, PF_La
 
 } // namespace
 
-const host::Image& picture(std::int64_t source, PF_PixelFormat format) {
-    static std::map<std::pair<std::int64_t, PF_PixelFormat>, host::Image> made;
-    const auto key = std::make_pair(source, format);
+const host::Image& picture(std::int64_t source, PF_PixelFormat format, std::int64_t scale) {
+    static std::map<std::tuple<std::int64_t, PF_PixelFormat, std::int64_t>, host::Image> made;
+    const auto key = std::make_tuple(source, format, scale);
     const auto found = made.find(key);
-    return found != made.end() ? found->second : made.emplace(key, make(source, format)).first->second;
+    return found != made.end() ? found->second : made.emplace(key, make(source, format, scale)).first->second;
 }
 
 PF_EffectWorld worldOn(host::Image& image) {
@@ -130,10 +145,11 @@ MaskPlane regionMask(PF_InData* inData, std::int64_t source) {
     return mask;
 }
 
-void report(benchmark::State& state, std::int64_t source) {
-    constexpr double megapixels = static_cast<double>(kWidth) * kHeight / 1e6;
+void report(benchmark::State& state, std::int64_t source, std::int64_t scale) {
+    const double megapixels = static_cast<double>(scale * kWidth * scale * kHeight) / 1e6;
     state.counters["MP/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
-    state.SetLabel(source == kNoise ? "noise" : "drawing");
+    constexpr const char* names[] = {"drawing", "noise", "flat"};
+    state.SetLabel(std::string(names[source]) + (scale == kUltraHd ? " 3840x2160" : ""));
 }
 
 } // namespace kovalune::bench

@@ -1,5 +1,6 @@
-// What the benchmarks work on: a flat-colour drawing and noise, 1920 by 1080, in the three depths, and a host to run
-// passes in. Rates are megapixels of the whole picture a second, whatever part of it a mask leaves.
+// What the benchmarks work on: a flat-colour drawing, noise and one colour alone, 1920 by 1080 or twice as wide and high,
+// in the three depths, and a host to run passes in. Rates are megapixels of the whole picture a second, whatever part of
+// it a mask leaves.
 #pragma once
 
 #include "effect/pipeline/ColorMatch.h"
@@ -16,7 +17,10 @@
 namespace kovalune::bench {
 
 /// The first argument of a benchmark that has one.
-enum Source : std::int64_t { kDrawing = 0, kNoise = 1 };
+enum Source : std::int64_t { kDrawing = 0, kNoise = 1, kFlat = 2 };
+
+/// How many times 1920 by 1080 a picture is, across and down. A larger drawing is the drawing side by side.
+enum Scale : std::int64_t { kFullHd = 1, kUltraHd = 2 };
 
 inline constexpr A_long kWidth = 1920;
 inline constexpr A_long kHeight = 1080;
@@ -26,8 +30,8 @@ inline constexpr FrameRect kWhole = {0, 0, static_cast<int16_t>(kHeight), static
 inline constexpr PF_Pixel kPicked[4] = {
     {255, 0x32, 0x64, 0xb4}, {255, 0x1e, 0x46, 0x82}, {255, 0xff, 0xd9, 0xbe}, {255, 0xe8, 0xa9, 0x8c}};
 
-/// Made once for each source and format.
-const host::Image& picture(std::int64_t source, PF_PixelFormat format);
+/// Made once for each source, format and scale.
+const host::Image& picture(std::int64_t source, PF_PixelFormat format, std::int64_t scale = kFullHd);
 
 /// A world on a picture's memory; the picture stays its owner.
 PF_EffectWorld worldOn(host::Image& image);
@@ -42,6 +46,6 @@ ColorMatches pickedMatches(PF_InData* inData);
 MaskPlane regionMask(PF_InData* inData, std::int64_t source);
 
 /// Sets the rate and names the source; called once behind a benchmark's loop.
-void report(benchmark::State& state, std::int64_t source);
+void report(benchmark::State& state, std::int64_t source, std::int64_t scale = kFullHd);
 
 } // namespace kovalune::bench

@@ -13,24 +13,58 @@
 namespace kovalune::bench {
 namespace {
 
-void pickColors(host::Session& session) {
+using Setting = void (*)(host::Session&);
+
+void set(host::Session& session, const std::string& label, host::ParamValue value) {
+    session.setValue(session.findParam(label).value(), value);
+}
+
+/// As the effect comes, all stages on; few pixels match its default colours.
+void useDefaults(host::Session&) {}
+
+/// The Base stage alone, on the four picked colours.
+template <int amount>
+void useBase(host::Session& session) {
     for (int i = 0; i < 4; ++i) {
         const std::string number = std::to_string(i + 1);
-        session.setValue(session.findParam("Enable " + number).value(), A_long{1});
-        session.setValue(session.findParam("Color " + number).value(), kPicked[i]);
+        set(session, "Enable " + number, A_long{1});
+        set(session, "Color " + number, kPicked[i]);
+        set(session, number + " : Enable Process", A_long{0});
+    }
+    set(session, "Blur Amount", static_cast<double>(amount));
+}
+
+/// Base on the picked colours and each Process stage on one of them, with the default amounts.
+void useAllStages(host::Session& session) {
+    useBase<10>(session);
+    for (int i = 0; i < 4; ++i) {
+        const std::string number = std::to_string(i + 1);
+        set(session, number + " : Enable Process", A_long{1});
+        set(session, number + " : Color", kPicked[i]);
     }
 }
 
-/// Arguments: source, "Blur Amount".
-template <PF_PixelFormat format>
+/// The same with every amount and repeat at its largest.
+void useLargest(host::Session& session) {
+    useAllStages(session);
+    set(session, "Blur Amount", 1000.0);
+    set(session, "Blur Repeat Num", A_long{10});
+    for (int i = 0; i < 4; ++i) {
+        const std::string number = std::to_string(i + 1);
+        set(session, number + " : Boundary Blur", 1000.0);
+        set(session, number + " : Blur Repeat Num", A_long{10});
+    }
+}
+
+/// Argument: source.
+template <PF_PixelFormat format, Setting setting>
 void frame(benchmark::State& state) {
     host::HostOptions options;
     options.globalSetdownAtEnd = false; // the linked effect serves every benchmark of this process
     host::Host host(options);
     host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
     host::Session session(host, module);
-    pickColors(session);
-    session.setValue(session.findParam("Blur Amount").value(), static_cast<double>(state.range(1)));
+    setting(session);
     const host::Image& input = picture(state.range(0), format);
     host::Image output = input;
     for (auto step : state) {
@@ -42,12 +76,28 @@ void frame(benchmark::State& state) {
 }
 
 void onBoth(benchmark::internal::Benchmark* bench) {
-    bench->ArgsProduct({{kDrawing, kNoise}, {10, 40, 1000}})->UseRealTime()->Unit(benchmark::kMillisecond);
+    bench->Arg(kDrawing)->Arg(kNoise)->UseRealTime()->Unit(benchmark::kMillisecond);
 }
 
-BENCHMARK(frame<PF_PixelFormat_ARGB32>)->Name("frame8")->Apply(onBoth);
-BENCHMARK(frame<PF_PixelFormat_ARGB64>)->Name("frame16")->Apply(onBoth);
-BENCHMARK(frame<PF_PixelFormat_ARGB128>)->Name("frame32")->Apply(onBoth);
+template <PF_PixelFormat format>
+void registerFrames(const std::string& name) {
+    const auto add = [&name](const char* setting, void (*bench)(benchmark::State&)) {
+        onBoth(benchmark::RegisterBenchmark((name + " " + setting).c_str(), bench));
+    };
+    add("defaults", frame<format, useDefaults>);
+    add("base 10", frame<format, useBase<10>>);
+    add("base 40", frame<format, useBase<40>>);
+    add("base 1000", frame<format, useBase<1000>>);
+    add("all stages", frame<format, useAllStages>);
+    add("largest", frame<format, useLargest>);
+}
+
+[[maybe_unused]] const bool kRegistered = [] {
+    registerFrames<PF_PixelFormat_ARGB32>("frame8");
+    registerFrames<PF_PixelFormat_ARGB64>("frame16");
+    registerFrames<PF_PixelFormat_ARGB128>("frame32");
+    return true;
+}();
 
 } // namespace
 } // namespace kovalune::bench

@@ -8,11 +8,6 @@
 
 namespace kovalune {
 
-constexpr uint8_t R = EDGE_RIGHT;
-constexpr uint8_t D = EDGE_DOWN;
-constexpr uint8_t F = EDGE_FALLING;
-constexpr uint8_t U = EDGE_RISING;
-
 /// The cell at (dx, dy) from the visited pixel must have all of `has` and none of `lacks`.
 struct CellTest {
     int8_t dx, dy;
@@ -27,6 +22,27 @@ struct RestorePattern {
     CellTest cells[kMostCells]; ///< unused ones ask nothing of the pixel itself
     int8_t targetX, targetY;
 };
+
+/// One pixel takes a little of another's colour across a corner, unless a flag says that the corner is closed.
+struct ShoulderWrite {
+    int8_t targetX, targetY;
+    int8_t sourceX, sourceY;
+    int8_t unlessX, unlessY;
+    uint8_t unlessFlag;
+};
+
+struct ShoulderPair {
+    CellTest cells[3];
+    ShoulderWrite writes[2];
+};
+
+/// The tables, apart for the sake of the letters that they are written in.
+namespace patternTables {
+
+constexpr uint8_t R = EDGE_RIGHT;
+constexpr uint8_t D = EDGE_DOWN;
+constexpr uint8_t F = EDGE_FALLING;
+constexpr uint8_t U = EDGE_RISING;
 
 constexpr RestorePattern kMendRightStep[] = {
     {{{0, -1, D, 0},
@@ -90,19 +106,6 @@ constexpr RestorePattern kRestoreVerticalStep[] = {
 constexpr RestorePattern kRestoreHorizontalStep = {
     {{-1, -1, R, 0}, {0, -1, 0, D}, {-1, 0, R, U}, {1, 0, D, 0}}, 0, 0};
 
-/// One pixel takes a little of another's colour across a corner, unless a flag says that the corner is closed.
-struct ShoulderWrite {
-    int8_t targetX, targetY;
-    int8_t sourceX, sourceY;
-    int8_t unlessX, unlessY;
-    uint8_t unlessFlag;
-};
-
-struct ShoulderPair {
-    CellTest cells[3];
-    ShoulderWrite writes[2];
-};
-
 /// Above and below a vertical step.
 constexpr ShoulderPair kVerticalShoulders[] = {
     {{{0, -1, D, R}, {1, -1, D, 0}}, {{0, -1, 0, 0, -1, -1, F}, {1, -1, 1, 0, 1, -1, U}}},
@@ -113,5 +116,7 @@ constexpr ShoulderPair kHorizontalShoulders[] = {
     {{{-1, 0, R, D}, {-1, 1, R, 0}}, {{-1, 0, 0, 0, -1, -1, F}, {-1, 1, 0, 1, -1, 1, U}}},
     {{{0, 0, R, 0}, {0, 1, R, 0}, {1, 0, 0, D}}, {{1, 0, 0, 0, 0, -1, U}, {1, 1, 0, 1, 0, 1, F}}},
 };
+
+} // namespace patternTables
 
 } // namespace kovalune

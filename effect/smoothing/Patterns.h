@@ -40,15 +40,15 @@ void mend(const Context& c, const RestorePattern (&patterns)[count], int32_t x, 
 
 template <class Context>
 void mendRightStep(const Context& c, int32_t x, int32_t y) {
-    mend(c, kMendRightStep, x, y);
+    mend(c, patternTables::kMendRightStep, x, y);
 }
 template <class Context>
 void mendDownStep(const Context& c, int32_t x, int32_t y) {
-    mend(c, kMendDownStep, x, y);
+    mend(c, patternTables::kMendDownStep, x, y);
 }
 template <class Context>
 void mendDownRightStep(const Context& c, int32_t x, int32_t y) {
-    mend(c, kMendDownRightStep, x, y);
+    mend(c, patternTables::kMendDownRightStep, x, y);
 }
 
 /// A vertical step that has neither run nor diagonal still exchanges a little colour, on the sides without a ramp.
@@ -103,16 +103,16 @@ void restore(const Context& c, const RestorePattern& p, int32_t x, int32_t y) {
 template <class Context>
 void restoreSharpPixel(const Context& c, int32_t x, int32_t y) {
     if (c.lacks(x, y, EDGE_RIGHT)) {
-        if (patternHolds(c, kRestoreHorizontalStep, x, y)) {
-            restore(c, kRestoreHorizontalStep, x, y);
+        if (patternHolds(c, patternTables::kRestoreHorizontalStep, x, y)) {
+            restore(c, patternTables::kRestoreHorizontalStep, x, y);
         }
         return;
     }
-    if (x < c.width() - 3 && y > 2 && patternHolds(c, kRestoreFarFromBorder, x, y)) {
-        restore(c, kRestoreFarFromBorder, x, y);
+    if (x < c.width() - 3 && y > 2 && patternHolds(c, patternTables::kRestoreFarFromBorder, x, y)) {
+        restore(c, patternTables::kRestoreFarFromBorder, x, y);
         return;
     }
-    for (const RestorePattern& p : kRestoreVerticalStep) {
+    for (const RestorePattern& p : patternTables::kRestoreVerticalStep) {
         if (patternHolds(c, p, x, y)) {
             restore(c, p, x, y);
             return;

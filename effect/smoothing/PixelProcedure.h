@@ -33,10 +33,10 @@ public:
             nubOrRestore(c_, x, y);
         }
         if (verticalStep) {
-            blendShoulders(c_, kVerticalShoulders, x, y);
+            blendShoulders(c_, patternTables::kVerticalShoulders, x, y);
         }
         if (horizontalStep) {
-            blendShoulders(c_, kHorizontalShoulders, x, y);
+            blendShoulders(c_, patternTables::kHorizontalShoulders, x, y);
         }
     }
 
@@ -119,5 +119,23 @@ private:
 
     const Context& c_;
 };
+
+/// Every pixel with a flag, in row order; four cells without any are passed over at once.
+template <class Context>
+void visitFlagged(const Context& context) {
+    const PixelProcedure<Context> procedure(context);
+    for (int32_t y = 0; y < context.height(); ++y) {
+        for (int32_t group = 0; group < context.width(); group += 4) {
+            if (!context.map.anyOfFour(group, y)) {
+                continue;
+            }
+            for (int32_t x = group; x < group + 4; ++x) {
+                if (context.map(x, y) != 0) {
+                    procedure.visit(x, y);
+                }
+            }
+        }
+    }
+}
 
 } // namespace kovalune

@@ -34,24 +34,6 @@ private:
     PF_Err err_;
 };
 
-/// Every pixel with a flag, in row order; four cells without any are passed over at once.
-template <class Context>
-void visitFlagged(const Context& context) {
-    const PixelProcedure<Context> procedure(context);
-    for (int32_t y = 0; y < context.height(); ++y) {
-        for (int32_t group = 0; group < context.width(); group += 4) {
-            if (!context.map.anyOfFour(group, y)) {
-                continue;
-            }
-            for (int32_t x = group; x < group + 4; ++x) {
-                if (context.map(x, y) != 0) {
-                    procedure.visit(x, y);
-                }
-            }
-        }
-    }
-}
-
 template <class Traits, KeyMode mode>
 PF_Err smooth(const SmoothParams& params) {
     AEUtil::SuiteHolder suites(params.inData->pica_basicP);

@@ -1,0 +1,79 @@
+// What a tool may call of the effect directly, on pictures in its own memory and without any host: boundary smoothing
+// alone, and the edge flags that it works from. Pixels are the very same as in a host. Everything is serial, on the
+// calling thread, keeps nothing between calls and throws nothing.
+#pragma once
+
+#include "hostapi/HostApi.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace kovalune {
+
+/// A picture of PF_Pixel, PF_Pixel16 or PF_PixelFloat, as the format says, straight, not premultiplied.
+template <class Memory>
+struct BasicPictureView {
+    PF_PixelFormat format = PF_PixelFormat_INVALID;
+    int32_t width = 0;
+    int32_t height = 0;
+    int32_t rowbytes = 0; ///< from row to row, what lies behind a row's pixels included; keeps pixels aligned
+    Memory* pixels = nullptr; ///< aligned for the format's channels; may be null where the picture is empty
+};
+using PictureView = BasicPictureView<const void>;
+using WritablePictureView = BasicPictureView<void>;
+
+/// Both ends inclusive.
+struct IntRange {
+    int32_t lowest;
+    int32_t highest;
+
+    constexpr bool contains(int32_t value) const { return lowest <= value && value <= highest; }
+};
+
+inline constexpr IntRange kThresholdRange = {0, 255};
+inline constexpr IntRange kStrengthRange = {0, 100};
+inline constexpr IntRange kCurveRange = {-100, 100};
+inline constexpr IntRange kKeyChannelRange = {0, 255};
+inline constexpr IntRange kKeyToleranceRange = {0, 255};
+
+/// The longest side that a picture may have: up to it a percentage of a length fits 32 bits.
+inline constexpr int32_t kLongestSide = 1 << 24;
+
+/// Which pixels count as transparent, in the result as well: none, those near the key colour, or all others.
+enum class SmoothKey : uint8_t { kNone, kRemove, kOnly };
+
+/// Levels are those of 8 bits, in every format. What frames are smoothed with are the defaults.
+struct SmoothOptions {
+    int32_t threshold = 10; ///< neighbours differ when their channels' differences add up to more
+    int32_t strength = 70;  ///< percent that stretches every ramp; 0 copies only
+    int32_t curve = 0;      ///< S-curve of the ramps; 0 is straight
+    SmoothKey key = SmoothKey::kNone;
+    int32_t keyRed = 255;
+    int32_t keyGreen = 255;
+    int32_t keyBlue = 255;
+    /// Over the sum of red, green and blue. At 0, `argb` compares the key's red with blue and its blue with red.
+    int32_t keyTolerance = 0;
+};
+
+/// Fills `destination` with the smoothed picture; bytes behind its rows' pixels stay. Returns a host code:
+/// - PF_Err_UNRECOGNIZED_PARAM_TYPE: the source's format is none of the three.
+/// - PF_Err_BAD_CALLBACK_PARAM: the pictures differ in format or size or overlap in memory; a side is negative or above
+///   `kLongestSide`; rows are too short or pixels not aligned; an option lies outside its range.
+/// - PF_Err_OUT_OF_MEMORY: the destination holds the copy, unsmoothed. In the cases above nothing was written.
+PF_Err smoothPicture(const PictureView& source, const WritablePictureView& destination,
+                     const SmoothOptions& options);
+
+/// What a byte of `edgeFlags` is made of; the upper four bits are 0.
+inline constexpr uint8_t kEdgeRight = 1;   ///< (x, y) differs from (x + 1, y)
+inline constexpr uint8_t kEdgeDown = 2;    ///< (x, y) differs from (x, y + 1)
+inline constexpr uint8_t kEdgeFalling = 4; ///< (x, y) differs from (x + 1, y + 1)
+inline constexpr uint8_t kEdgeRising = 8;  ///< (x, y + 1) differs from (x + 1, y)
+
+/// Fills `flags`, one byte a pixel, row by row without padding, with the map that `smoothPicture` works from. Of the
+/// options the threshold and the key count. A pair of diagonal neighbours is looked at only where the smoothing does, so
+/// that a slow gradient may leave one unmarked. Returns the codes of `smoothPicture`, PF_Err_BAD_CALLBACK_PARAM also
+/// where `flags` is not `width * height` long; any code but 0 leaves `flags` as they were.
+PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options, std::span<uint8_t> flags);
+
+} // namespace kovalune
