@@ -56,23 +56,6 @@ PF_Err BaseFilter::updateParamsUI(PF_InData* in, PF_OutData*, PF_ParamDef** para
     return updateParamEnables(in, params);
 }
 
-// The effect keeps no sequence data yet.
-PF_Err BaseFilter::sequenceSetup(PF_InData*, PF_OutData*) {
-    return PF_Err_NONE;
-}
-PF_Err BaseFilter::sequenceSetdown(PF_InData*, PF_OutData*) {
-    return PF_Err_NONE;
-}
-PF_Err BaseFilter::sequenceFlatten(PF_InData*, PF_OutData*) {
-    return PF_Err_NONE;
-}
-PF_Err BaseFilter::sequenceResetup(PF_InData*, PF_OutData*) {
-    return PF_Err_NONE;
-}
-PF_Err BaseFilter::sequenceDefault(PF_InData* in, PF_OutData* out) {
-    return sequenceSetup(in, out);
-}
-
 PF_Err BaseFilter::queryDynamicFlags(PF_InData*, PF_OutData*, PF_ParamDef**, PF_LayerDef*) {
     return PF_Err_NONE;
 }
