@@ -1,10 +1,13 @@
 #include "cli/Arguments.h"
 
 #include "cli/Failure.h"
+#include "cli/NearestNames.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <functional>
+#include <map>
 
 namespace kovalune {
 
@@ -12,89 +15,359 @@ namespace {
 
 constexpr char kProgram[] = "kovalune";
 constexpr char kVersionLine[] = "kovalune " KOVALUNE_VERSION;
-
-constexpr char kRenderExample[] =
-    "Example:\n"
-    "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"\n"
-    "\n"
-    "'kovalune params' lists the labels and the values they take.";
-
-constexpr char kParamsExample[] = "Example:\n"
-                                  "  kovalune params --plugin build/bin/Kovalune.so";
-
 constexpr char kUsageHint[] = "; 'kovalune --help' shows the usage";
+constexpr char kExitCodes[] =
+    "Example:\n"
+    "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\"\n"
+    "\n"
+    "Exit codes: 0 done, 1 compared pictures differ, 2 wrong usage, 3 a file, 4 the effect, 130 interrupted.";
 
-constexpr char kExitCodes[] = "Example:\n"
-                              "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\"\n"
-                              "\n"
-                              "Exit codes: 0 done, 2 wrong usage, 3 a file, 4 the effect.";
+// A sub-command's footer.
+std::string example(const std::string& line, const std::string& more = {}) {
+    return "Example:\n  kovalune " + line + (more.empty() ? "" : "\n\n" + more);
+}
 
-CLI::App& addRender(CLI::App& app, RenderArguments& arguments) {
-    CLI::App& render = *app.add_subcommand("render", "Put a PNG picture through the effect");
-    render.add_option("INPUT", arguments.input, "The PNG file to read")->required();
-    render.add_option("-o,--output", arguments.output, "The PNG file to write; may be INPUT")
+void addInput(CLI::App& command, std::string& input) {
+    command.add_option("INPUT", input, "The picture to read: PNG, TIFF, OpenEXR or TGA")->required();
+}
+
+void addOutput(CLI::App& command, std::string& output) {
+    command
+        .add_option(
+            "-o,--output", output,
+            "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
         ->required()
         ->option_text("FILE REQUIRED");
-    render
+}
+
+void addPlugin(CLI::App& command, std::optional<std::string>& plugin) {
+    command.add_option("--plugin", plugin, "Use the effect of this shared object")->option_text("FILE");
+}
+
+void addFactory(CLI::App& command, bool& factory) {
+    command.add_flag("--factory", factory, "Start from the effect's own defaults, not the remembered ones");
+}
+
+void addEffect(CLI::App& command, EffectArguments& effect) {
+    command
         .add_option(
-            "--set", arguments.settings,
+            "--set", effect.settings,
             "Set a parameter; may be given again. Colours are #RRGGBB or r,g,b, check boxes on or off")
         ->allow_extra_args(false)
         ->option_text("LABEL=VALUE");
-    render.add_option("--view", arguments.view, "Choose the View; wins over --set View=...")
-        ->option_text("NAME");
-    render
-        .add_option("--threads", arguments.threads,
+    command
+        .add_option("--params", effect.paramsFile,
+                    "Set the parameters of this file first, one LABEL=VALUE a line")
+        ->option_text("FILE");
+    addFactory(command, effect.factory);
+    command
+        .add_option("--threads", effect.threads,
                     "Threads to work on, 1 to " + std::to_string(kMostThreads) + "; default: the machine's")
         ->check(CLI::Range(1, kMostThreads))
         ->option_text("N");
-    render.add_option("--plugin", arguments.plugin, "Use the effect of this shared object")
-        ->option_text("FILE");
-    render.footer(kRenderExample);
-    return render;
+    addPlugin(command, effect.plugin);
 }
 
-CLI::App& addParams(CLI::App& app, ParamsArguments& arguments) {
-    CLI::App& params = *app.add_subcommand("params", "List the effect's parameters");
-    params.add_option("--plugin", arguments.plugin, "Use the effect of this shared object")
-        ->option_text("FILE");
-    params.footer(kParamsExample);
-    return params;
+void addAlpha(CLI::App& command, std::optional<AlphaKind>& alphaKind) {
+    static const std::map<std::string, AlphaKind> kinds = {{"straight", AlphaKind::Straight},
+                                                           {"premultiplied", AlphaKind::Premultiplied}};
+    command
+        .add_option("--alpha", alphaKind,
+                    "Take the files' alpha as this, whatever they say: straight, premultiplied")
+        ->transform(CLI::CheckedTransformer(kinds, CLI::ignore_case).description(""))
+        ->option_text("KIND");
 }
 
-std::string inOneLine(std::string text) {
+void addDepth(CLI::App& command, std::optional<int>& depth) {
+    command
+        .add_option_function<std::string>(
+            "--depth",
+            [&depth](const std::string& text) {
+                if (text != "auto")
+                    depth = std::stoi(text);
+            },
+            "Bits a channel to work in: 8, 16, 32 or auto (the file's); the written file has the nearest "
+            "depth")
+        ->check(CLI::IsMember({"8", "16", "32", "auto"}).description(""))
+        ->option_text("N");
+}
+
+// "N/D" with 1 <= N <= D.
+Fraction parsedFraction(const std::string& text) {
+    constexpr std::int32_t kMost = 32767;
+    const std::size_t slash = text.find('/');
+    Fraction fraction;
+    if (slash == std::string::npos || !CLI::detail::lexical_cast(text.substr(0, slash), fraction.numerator) ||
+        !CLI::detail::lexical_cast(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
+        fraction.denominator < fraction.numerator || fraction.denominator > kMost)
+        throw CLI::ValidationError("--downsample", "takes N/D or N/D,N/D with 1 <= N <= D <= " +
+                                                       std::to_string(kMost) + ", not '" + text + "'");
+    return fraction;
+}
+
+void addFrame(CLI::App& command, FrameArguments& frame) {
+    addDepth(command, frame.depth);
+    command
+        .add_option_function<std::string>(
+            "--downsample",
+            [&frame](const std::string& text) {
+                const std::size_t comma = text.find(',');
+                frame.downsample[0] = parsedFraction(text.substr(0, comma));
+                frame.downsample[1] =
+                    comma == std::string::npos ? frame.downsample[0] : parsedFraction(text.substr(comma + 1));
+            },
+            "The picture is a proxy of this factor (across,down); nothing is shrunk")
+        ->option_text("N/D[,N/D]");
+    command.add_flag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
+    addAlpha(command, frame.alphaKind);
+    command.add_flag("--quiet", frame.quiet, "No progress");
+}
+
+void addRender(CLI::App& command, RenderArguments& arguments) {
+    command.description("Put a picture through the effect");
+    command.add_option("INPUT", arguments.input, "The picture to read: PNG, TIFF, OpenEXR or TGA");
+    command
+        .add_option(
+            "-o,--output", arguments.output,
+            "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
+        ->option_text("FILE");
+    addEffect(command, arguments.effect);
+    command.add_option("--view", arguments.view, "Choose the View; wins over --set View=...")
+        ->option_text("NAME");
+    command.add_flag("--print-params", arguments.printParams,
+                     "Print the parameters in use, as --params takes them; INPUT and output may be left out");
+    addFrame(command, arguments.frame);
+    command.add_flag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
+    command.footer(
+        example("render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
+                "'kovalune params' lists the labels and the values they take."));
+}
+
+// The parser cannot know that --print-params makes the files optional.
+void checkFiles(const RenderArguments& arguments) {
+    if (arguments.input.empty() && arguments.output.empty() && arguments.printParams)
+        return;
+    if (arguments.input.empty())
+        throw CLI::RequiredError("INPUT");
+    if (arguments.output.empty())
+        throw CLI::RequiredError("--output");
+}
+
+void addSheet(CLI::App& command, SheetArguments& arguments) {
+    command.description("Draw all views of a picture side by side with their names");
+    addInput(command, arguments.input);
+    addOutput(command, arguments.output);
+    addEffect(command, arguments.effect);
+    addFrame(command, arguments.frame);
+    command.footer(example("sheet drawing.png -o views.png --params jacket.txt"));
+}
+
+void addNumber(CLI::App& command, const std::string& name, std::int32_t& value, const IntRange& range,
+               const std::string& what) {
+    command
+        .add_option(name, value,
+                    what + ", " + std::to_string(range.lowest) + " to " + std::to_string(range.highest) +
+                        "; default " + std::to_string(value))
+        ->check(CLI::Range(range.lowest, range.highest))
+        ->option_text("N");
+}
+
+void addKey(CLI::App& command, SmoothArguments& arguments) {
+    static const std::map<std::string, SmoothKey> keys = {{"remove", SmoothKey::kRemove},
+                                                          {"only", SmoothKey::kOnly}};
+    CLI::Option* const key = command
+                                 .add_option("--key", arguments.options.key,
+                                             "Leave out the key colour, or all but it: remove, only")
+                                 ->transform(CLI::CheckedTransformer(keys, CLI::ignore_case).description(""))
+                                 ->option_text("USE");
+    command
+        .add_option("--key-color", arguments.keyColor, "The key colour, #RRGGBB or r,g,b; default #FFFFFF")
+        ->needs(key)
+        ->option_text("COLOR");
+    addNumber(command, "--key-tolerance", arguments.options.keyTolerance, kKeyToleranceRange,
+              "How far from the key colour still counts as it");
+}
+
+void addSmooth(CLI::App& command, SmoothArguments& arguments) {
+    command.description("Turn stair-steps into ramps: the effect's anti-aliasing alone, on any picture");
+    addInput(command, arguments.input);
+    addOutput(command, arguments.output);
+    addNumber(command, "--threshold", arguments.options.threshold, kThresholdRange,
+              "Neighbours are apart where their channels' differences add up to more");
+    addNumber(command, "--strength", arguments.options.strength, kStrengthRange,
+              "Percentage that stretches every ramp");
+    addNumber(command, "--curve", arguments.options.curve, kCurveRange, "S-curve of the ramps");
+    addKey(command, arguments);
+    command.add_option("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
+        ->option_text("FILE");
+    addDepth(command, arguments.frame.depth);
+    addAlpha(command, arguments.frame.alphaKind);
+    command.footer(example("smooth drawing.png -o smooth.png --strength 90"));
+}
+
+void addParams(CLI::App& command, ParamsArguments& arguments) {
+    command.description("List the effect's parameters");
+    command.add_flag("--json", arguments.json, "As JSON, for programs");
+    addFactory(command, arguments.factory);
+    addPlugin(command, arguments.plugin);
+    command.footer(example("params --plugin build/release/lib/Kovalune.so"));
+}
+
+void addInfo(CLI::App& command, InfoArguments& arguments) {
+    command.description("Tell what the effect says of itself and what this build runs on");
+    addPlugin(command, arguments.plugin);
+    command.footer(example("info"));
+}
+
+void addColors(CLI::App& command, ColorsArguments& arguments) {
+    command.description("List the flat colours of a picture by their share");
+    addInput(command, arguments.input);
+    command.add_option("-o,--output", arguments.output, "Draw them as a picture too")->option_text("FILE");
+    command.add_option("--most", arguments.most, "List so many, 0 for all; default 32")
+        ->check(CLI::Range(0, 1 << 30))
+        ->option_text("N");
+    addAlpha(command, arguments.alphaKind);
+    command.footer(
+        example("colors drawing.png -o palette.png",
+                "Each line: share of all pixels, pixels, the nearest #RRGGBB, and for more than 8 bits "
+                "the exact values.\nColours are counted straight, as the effect sees them, and whatever "
+                "their alpha; pixels of alpha 0\nare counted apart as transparent."));
+}
+
+void addPick(CLI::App& command, PickArguments& arguments) {
+    command.description("Tell the exact values of one pixel");
+    addInput(command, arguments.input);
+    command
+        .add_option_function<std::string>(
+            "PIXEL",
+            [&arguments](const std::string& text) {
+                const std::size_t comma = text.find(',');
+                if (comma == std::string::npos ||
+                    !CLI::detail::lexical_cast(text.substr(0, comma), arguments.x) ||
+                    !CLI::detail::lexical_cast(text.substr(comma + 1), arguments.y))
+                    throw CLI::ValidationError(
+                        "PIXEL", "takes X,Y, two whole numbers from 0,0 at the top left, not '" + text + "'");
+            },
+            "The pixel, counted from 0,0 at the top left")
+        ->required()
+        ->option_text("X,Y REQUIRED");
+    addAlpha(command, arguments.alphaKind);
+    command.footer(example("pick drawing.png 640,360"));
+}
+
+void addCompare(CLI::App& command, CompareArguments& arguments) {
+    command.description("Tell whether two pictures are the same, and where not");
+    command.add_option("A", arguments.first, "A picture")->required();
+    command.add_option("B", arguments.second, "Another one")->required();
+    command.add_option("--diff", arguments.diff, "Draw where they differ")->option_text("FILE");
+    command.footer(example(
+        "compare before.png after.png --diff where.png",
+        "Samples are compared exactly, as fractions of white and as they stand in the files; missing alpha "
+        "is full.\n-0 is the same as 0, NaN the same as NaN of the same bits.\n"
+        "Exit code: 0 the same, 1 different."));
+}
+
+// The names that a word on the command line may have.
+std::vector<std::string> optionNames(const CLI::App& command) {
+    std::vector<std::string> names;
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& name : option->get_lnames())
+            names.push_back("--" + name);
+    }
+    return names;
+}
+
+std::string suggestion(const std::string& word, const std::vector<std::string>& names) {
+    const std::vector<std::string> near = nearestNames(word, names, 1);
+    return near.empty() ? "" : "; did you mean " + inQuotes(near.front()) + "?";
+}
+
+[[noreturn]] void failWith(const std::string& text, const std::string& hint) {
+    throw Failure(ExitCode::Usage, text + (hint.empty() ? kUsageHint : hint));
+}
+
+// The parser only says that something is missing or was not expected.
+[[noreturn]] void failUsage(const CLI::App& app, const std::vector<std::string>& commandNames,
+                            const CLI::ParseError& error) {
+    const std::vector<std::string> unknown = app.remaining(true);
+    const auto option = std::find_if(unknown.begin(), unknown.end(), [](const std::string& word) {
+        return word.size() > 1 && word.front() == '-';
+    });
+    const std::vector<CLI::App*> used = app.get_subcommands();
+    if (used.empty() && !unknown.empty()) {
+        std::vector<std::string> names = commandNames;
+        for (const std::string& name : optionNames(app))
+            names.push_back(name);
+        failWith("there is no command or option " + inQuotes(unknown.front()),
+                 suggestion(unknown.front(), names));
+    }
+    if (!used.empty() && option != unknown.end()) {
+        const std::string name = option->substr(0, option->find('='));
+        failWith("'kovalune " + used.front()->get_name() + "' has no option " + inQuotes(name),
+                 suggestion(name, optionNames(*used.front())));
+    }
+    std::string text = error.what();
     std::replace(text.begin(), text.end(), '\n', ' ');
-    return text;
+    failWith(text, {});
 }
+
+// Every sub-command with its record, in the order of the help.
+class CommandLine {
+public:
+    CommandLine() {
+        app_.set_version_flag("--version", kVersionLine, "Print the version and exit");
+        app_.require_subcommand(1);
+        app_.footer(kExitCodes);
+        add<RenderArguments>("render", addRender);
+        add<SheetArguments>("sheet", addSheet);
+        add<SmoothArguments>("smooth", addSmooth);
+        add<ColorsArguments>("colors", addColors);
+        add<PickArguments>("pick", addPick);
+        add<CompareArguments>("compare", addCompare);
+        add<ParamsArguments>("params", addParams);
+        add<InfoArguments>("info", addInfo);
+    }
+
+    Arguments parse(int count, const char* const* words) {
+        try {
+            app_.parse(count, words);
+            for (const auto& [command, arguments] : commands_) {
+                if (!command->parsed())
+                    continue;
+                const Arguments result = arguments();
+                if (const auto* render = std::get_if<RenderArguments>(&result))
+                    checkFiles(*render);
+                return result;
+            }
+        } catch (const CLI::CallForHelp&) {
+            return ShownText{app_.help()};
+        } catch (const CLI::CallForVersion& version) {
+            return ShownText{std::string(version.what()) + '\n'};
+        } catch (const CLI::ParseError& error) {
+            failUsage(app_, names_, error);
+        }
+        throw Failure(ExitCode::Usage, "a subcommand is required" + std::string(kUsageHint));
+    }
+
+private:
+    template <typename Record>
+    void add(const std::string& name, void (*addOptions)(CLI::App&, Record&)) {
+        CLI::App* command = app_.add_subcommand(name);
+        const auto record = std::make_shared<Record>();
+        addOptions(*command, *record);
+        commands_.emplace_back(command, [record] { return Arguments(*record); });
+        names_.push_back(name);
+    }
+
+    CLI::App app_{"Softens flat-colour drawings region by region, each inside itself.", kProgram};
+    std::vector<std::pair<CLI::App*, std::function<Arguments()>>> commands_;
+    std::vector<std::string> names_;
+};
 
 } // namespace
 
 Arguments parseArguments(int count, const char* const* words) {
-    CLI::App app("Softens flat-colour drawings region by region, each inside itself.", kProgram);
-    app.set_version_flag("--version", kVersionLine, "Print the version and exit");
-    app.require_subcommand(1);
-    app.footer(kExitCodes);
-    RenderArguments render;
-    ParamsArguments params;
-    const CLI::App& renderCommand = addRender(app, render);
-    addParams(app, params);
-    try {
-        app.parse(count, words);
-    } catch (const CLI::CallForHelp&) {
-        return ShownText{app.help()};
-    } catch (const CLI::CallForVersion& version) {
-        return ShownText{std::string(version.what()) + '\n'};
-    } catch (const CLI::ParseError& error) {
-        // The parser only says that a command is missing.
-        const std::vector<std::string> unknown = app.remaining();
-        if (app.get_subcommands().empty() && !unknown.empty())
-            throw Failure(ExitCode::Usage,
-                          "there is no command or option " + inQuotes(unknown.front()) + kUsageHint);
-        throw Failure(ExitCode::Usage, inOneLine(error.what()) + kUsageHint);
-    }
-    if (renderCommand.parsed())
-        return render;
-    return params;
+    return CommandLine().parse(count, words);
 }
 
 } // namespace kovalune

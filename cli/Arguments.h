@@ -1,6 +1,11 @@
-// The command line as a plain record. It is parsed once, before anything else happens.
+// The command line as plain records, one for each sub-command. It is parsed once, before anything else happens.
 #pragma once
 
+#include "cli/picture/Picture.h"
+#include "effect/Kovalune.h"
+
+#include <array>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <variant>
@@ -10,17 +15,85 @@ namespace kovalune {
 
 inline constexpr int kMostThreads = 64; // the host's limit too
 
+// Which effect, and what its parameters are set to: first its defaults, then the file, then the settings, then
+// the view.
+struct EffectArguments {
+    std::optional<std::string> plugin;
+    bool factory = false; // not the user's remembered defaults
+    int threads = 0;      // to kMostThreads; 0: what the machine has
+    std::optional<std::string> paramsFile;
+    std::vector<std::string> settings; // "LABEL=VALUE", in order
+};
+
+struct Fraction {
+    std::int32_t numerator = 1;
+    std::int32_t denominator = 1;
+};
+
+// How a frame is made of a picture.
+struct FrameArguments {
+    std::optional<int> depth;             // 8, 16 or 32; otherwise the file's
+    std::array<Fraction, 2> downsample{}; // across and down; at most 1
+    bool legacy = false;
+    std::optional<AlphaKind> alphaKind; // otherwise the file's
+    bool quiet = false;
+};
+
 struct RenderArguments {
+    EffectArguments effect;
+    FrameArguments frame;
+    std::string input; // both empty: nothing is rendered, the parameters are printed
+    std::string output;
+    std::optional<std::string> view;
+    bool printParams = false;
+    bool time = false;
+};
+
+struct SheetArguments {
+    EffectArguments effect;
+    FrameArguments frame;
     std::string input;
     std::string output;
-    std::vector<std::string> settings; // "LABEL=VALUE", in order
-    std::optional<std::string> view;
-    std::optional<std::string> plugin;
-    int threads = 0; // to kMostThreads; 0: what the machine has
+};
+
+// The boundary smoothing alone.
+struct SmoothArguments {
+    std::string input;
+    std::string output;
+    SmoothOptions options; // but for the key's colour
+    std::optional<std::string> keyColor;
+    std::optional<std::string> flagMap; // a picture of the edge flags
+    FrameArguments frame;               // of which depth and alpha count
 };
 
 struct ParamsArguments {
     std::optional<std::string> plugin;
+    bool factory = false;
+    bool json = false;
+};
+
+struct InfoArguments {
+    std::optional<std::string> plugin;
+};
+
+struct ColorsArguments {
+    std::string input;
+    std::optional<std::string> output; // a picture of the colours
+    std::optional<AlphaKind> alphaKind;
+    int most = 32; // colours listed; 0: all
+};
+
+struct PickArguments {
+    std::string input;
+    std::uint32_t x = 0;
+    std::uint32_t y = 0;
+    std::optional<AlphaKind> alphaKind;
+};
+
+struct CompareArguments {
+    std::string first;
+    std::string second;
+    std::optional<std::string> diff; // a picture of the differences
 };
 
 // What --help and --version ask for.
@@ -28,9 +101,11 @@ struct ShownText {
     std::string text;
 };
 
-using Arguments = std::variant<RenderArguments, ParamsArguments, ShownText>;
+using Arguments = std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments,
+                               InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
 
-// Throws Failure for a command line that is wrong in form; labels and values are looked at later.
+// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
+// of parameters are looked at later.
 Arguments parseArguments(int count, const char* const* words);
 
 } // namespace kovalune

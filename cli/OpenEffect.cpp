@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/Failure.h"
 
+#include <cstdlib>
 #include <filesystem>
 #include <system_error>
 
@@ -27,7 +28,15 @@ host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
     }
 }
 
-host::HostOptions optionsFor(int threads) {
+// The effect looks for them in the user's folder for settings: here, below what is no folder.
+void hideRememberedDefaults() {
+    ::setenv("XDG_CONFIG_HOME", "/dev/null", 1);
+}
+
+// Before the effect's code is there, which may look at once.
+host::HostOptions optionsFor(int threads, bool factory) {
+    if (factory)
+        hideRememberedDefaults();
     host::HostOptions options;
     options.threads = threads;
     // The effect divides a picture into one band an iteration, and what a band's first pixel becomes behind a
@@ -44,8 +53,8 @@ std::string thrownText(const host::CommandResult& result) {
 
 } // namespace
 
-OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads)
-    : host_(optionsFor(threads)), module_(moduleOf(plugin)), session_(host_, module_) {
+OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads, bool factory)
+    : host_(optionsFor(threads, factory)), module_(moduleOf(plugin)), session_(host_, module_) {
     requireSuccess(session_.setupResult(), "the effect's set-up");
 }
 

@@ -12,14 +12,15 @@ namespace kovalune {
 
 class OpenEffect {
 public:
-    // `threads` 0 is what the machine has. Throws Failure if the file cannot be loaded or the effect's set-up
-    // fails.
-    explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0);
+    // `threads` 0 is what the machine has. `factory`: without the user's remembered defaults, for this process
+    // from here on. Throws Failure if the file cannot be loaded or the effect's set-up fails.
+    explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0, bool factory = false);
 
+    host::Host& host() { return host_; }
     host::Session& session() { return session_; }
 
 private:
-    host::Host host_;
+    host::Host host_; // made first
     host::EffectModule module_;
     host::Session session_;
 };

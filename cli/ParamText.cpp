@@ -17,7 +17,6 @@ namespace kovalune {
 namespace {
 
 constexpr std::string_view kSeparatorStart = "(-";
-constexpr std::string_view kProcessViewStart = "Process ";
 
 enum class Form { Good, Wrong, TooLarge };
 
@@ -168,10 +167,6 @@ bool isSeparator(std::string_view choice) {
     return choice.starts_with(kSeparatorStart);
 }
 
-bool isMissingView(const PF_ParamDef& def, std::string_view choice) {
-    return equalWithoutCase(def.name, kViewLabel) && choice.starts_with(kProcessViewStart);
-}
-
 host::ParamValue choose(const PF_ParamDef& def, const std::vector<std::string>& choices, std::size_t place) {
     const auto value = static_cast<A_long>(place + 1);
     const std::string refusal = choiceRefusal(def, choices, value);
@@ -196,12 +191,8 @@ host::ParamValue parsePopup(const PF_ParamDef& def, const std::vector<std::strin
 
 std::string choiceList(const PF_ParamDef& def, const std::vector<std::string>& choices) {
     std::string list;
-    for (std::size_t place = 0; place < choiceCount(def, choices); ++place) {
-        const std::string& choice = choices[place];
-        if (isSeparator(choice) || isMissingView(def, choice))
-            continue;
-        list += (list.empty() ? "" : ", ") + choice;
-    }
+    for (const A_long value : choosable(def, choices))
+        list += (list.empty() ? "" : ", ") + valueText(def, choices, value);
     return list;
 }
 
@@ -226,6 +217,15 @@ host::ParamValue parseValue(const PF_ParamDef& def, const std::vector<std::strin
     }
 }
 
+std::vector<A_long> choosable(const PF_ParamDef& def, const std::vector<std::string>& choices) {
+    std::vector<A_long> values;
+    for (std::size_t place = 0; place < choiceCount(def, choices); ++place) {
+        if (!isSeparator(choices[place]))
+            values.push_back(static_cast<A_long>(place + 1));
+    }
+    return values;
+}
+
 std::string choiceRefusal(const PF_ParamDef& def, const std::vector<std::string>& choices,
                           const host::ParamValue& value) {
     if (def.param_type != PF_Param_POPUP)
@@ -234,12 +234,10 @@ std::string choiceRefusal(const PF_ParamDef& def, const std::vector<std::string>
     if (number < 1 || static_cast<std::size_t>(number) > choiceCount(def, choices))
         return {};
     const std::string& choice = choices[static_cast<std::size_t>(number - 1)];
-    if (!isSeparator(choice) && !isMissingView(def, choice))
+    if (!isSeparator(choice))
         return {};
     return inQuotes(def.name) + " cannot be " + inQuotes(choice) +
-           (isSeparator(choice) ? ": it only separates the choices"
-                                : ": the Process views do not exist yet") +
-           "; it takes " + rangeText(def, choices);
+           ": it only separates the choices; it takes " + rangeText(def, choices);
 }
 
 std::string valueText(const PF_ParamDef& def, const std::vector<std::string>& choices,

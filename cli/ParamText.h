@@ -18,6 +18,9 @@ inline constexpr std::string_view kViewLabel = "View";
 host::ParamValue parseValue(const PF_ParamDef& def, const std::vector<std::string>& choices,
                             std::string_view text);
 
+// The values of a popup that parseValue takes.
+std::vector<A_long> choosable(const PF_ParamDef& def, const std::vector<std::string>& choices);
+
 // Why a popup must not have this value; empty if it may, and for other parameters. A remembered default can be
 // one that parseValue would refuse.
 std::string choiceRefusal(const PF_ParamDef& def, const std::vector<std::string>& choices,

@@ -4,6 +4,7 @@
 #include "cli/OpenEffect.h"
 #include "cli/ParamLabel.h"
 #include "cli/ParamText.h"
+#include "cli/ParamsJson.h"
 #include "hostapi/Constants.h"
 
 #include <algorithm>
@@ -68,8 +69,8 @@ std::string aligned(const std::vector<Cells>& lines) {
 } // namespace
 
 std::string paramsText(const ParamsArguments& arguments) {
-    OpenEffect effect(arguments.plugin);
-    return aligned(linesOf(effect.session()));
+    OpenEffect effect(arguments.plugin, 0, arguments.factory);
+    return arguments.json ? paramsJson(effect.session()) : aligned(linesOf(effect.session()));
 }
 
 } // namespace kovalune

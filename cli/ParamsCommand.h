@@ -1,4 +1,4 @@
-// `kovalune params`: the effect's table of parameters as text.
+// `kovalune params`: the effect's table of parameters as text or JSON.
 #pragma once
 
 #include "cli/Arguments.h"
@@ -8,7 +8,7 @@
 namespace kovalune {
 
 // One line a parameter: label, kind, default, and what it takes. Groups are headed by their label, their
-// members stand to the right of it. Throws Failure.
+// members stand to the right of it. As JSON: see paramsJson. Throws Failure.
 std::string paramsText(const ParamsArguments& arguments);
 
 } // namespace kovalune

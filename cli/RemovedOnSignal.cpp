@@ -1,5 +1,7 @@
 #include "cli/RemovedOnSignal.h"
 
+#include "cli/SignalAction.h"
+
 #include <array>
 #include <atomic>
 #include <csignal>
@@ -29,26 +31,6 @@ extern "C" void removeAndEnd(int signalNumber) {
     ::raise(signalNumber);
 }
 
-bool hasDefault(int signalNumber) {
-    struct sigaction action {};
-    return ::sigaction(signalNumber, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
-           action.sa_handler == SIG_DFL;
-}
-
-bool isOurs(int signalNumber) {
-    struct sigaction action {};
-    return ::sigaction(signalNumber, nullptr, &action) == 0 && (action.sa_flags & SA_SIGINFO) == 0 &&
-           action.sa_handler == removeAndEnd;
-}
-
-void handle(int signalNumber) {
-    struct sigaction action {};
-    action.sa_handler = removeAndEnd;
-    action.sa_flags = static_cast<int>(SA_RESETHAND);
-    ::sigfillset(&action.sa_mask);
-    ::sigaction(signalNumber, &action, nullptr);
-}
-
 } // namespace
 
 RemovedOnSignal::RemovedOnSignal(const std::filesystem::path& file) {
@@ -57,17 +39,13 @@ RemovedOnSignal::RemovedOnSignal(const std::filesystem::path& file) {
         return;
     std::memcpy(removedName, name.c_str(), name.size() + 1);
     armed.store(true);
-    for (const int signalNumber : kSignals) {
-        if (hasDefault(signalNumber))
-            handle(signalNumber);
-    }
+    for (const int signalNumber : kSignals)
+        takeSignal(signalNumber, removeAndEnd);
 }
 
 RemovedOnSignal::~RemovedOnSignal() {
-    for (const int signalNumber : kSignals) {
-        if (isOurs(signalNumber))
-            std::signal(signalNumber, SIG_DFL);
-    }
+    for (const int signalNumber : kSignals)
+        giveSignalBack(signalNumber, removeAndEnd);
     armed.store(false);
 }
 

@@ -1,109 +1,79 @@
 #include "cli/RenderCommand.h"
 
-#include "cli/AsciiText.h"
 #include "cli/AtomicFile.h"
-#include "cli/Failure.h"
-#include "cli/OpenEffect.h"
-#include "cli/ParamLabel.h"
-#include "cli/ParamText.h"
-#include "cli/PictureConversion.h"
-#include "cli/PngFile.h"
-#include "hostapi/Constants.h"
+#include "cli/EffectSettings.h"
+#include "cli/FrameRender.h"
+#include "cli/NumberText.h"
+#include "cli/ParamsFile.h"
+#include "cli/PictureMemory.h"
+#include "cli/StandardOutput.h"
+#include "cli/picture/PictureFile.h"
 
-#include <filesystem>
-#include <new>
+#include <chrono>
+#include <utility>
 
 namespace kovalune {
 
 namespace {
 
-void checkOutput(const std::filesystem::path& output) {
-    if (!equalWithoutCase(output.extension().string(), ".png"))
-        throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
-                                          ": only PNG files are written, and their names end in .png");
-    checkWritable(output);
-}
-
-void setParameter(host::Session& session, std::string_view label, std::string_view value) {
-    const int index = findSettable(session.params(), trimmed(label));
-    const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
-    session.setValue(index, parseValue(def, session.choices(index), value));
-}
-
-void applySettings(host::Session& session, const RenderArguments& arguments) {
-    for (const std::string& setting : arguments.settings) {
-        const std::size_t equals = setting.find('=');
-        if (equals == std::string::npos)
-            throw Failure(ExitCode::Usage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
-        const std::string_view text(setting);
-        setParameter(session, text.substr(0, equals), text.substr(equals + 1));
+// Milliseconds since it was asked last.
+class Stopwatch {
+public:
+    double lap() {
+        const Clock::time_point now = Clock::now();
+        return std::chrono::duration<double, std::milli>(now - std::exchange(start_, now)).count();
     }
-    if (arguments.view)
-        setParameter(session, kViewLabel, *arguments.view);
+
+private:
+    using Clock = std::chrono::steady_clock;
+    Clock::time_point start_ = Clock::now();
+};
+
+struct Times {
+    double reading = 0.0;
+    double effect = 0.0;
+    double writing = 0.0;
+};
+
+// Behind parameters, the lines are such that a file of parameters may have them.
+std::string timesText(const Times& times, bool behindParams) {
+    std::string text;
+    for (const auto& [what, milliseconds] :
+         {std::pair("reading", times.reading), {"effect", times.effect}, {"writing", times.writing}})
+        text += (behindParams ? "; " : "") + std::string(what) + ' ' + fixedText(milliseconds, 3) + " ms\n";
+    return text;
 }
 
-// What the command line sets has been looked at by now; what is refused here was remembered.
-void refuseDefaults(const host::Session& session) {
-    const int count = static_cast<int>(session.params().size());
-    for (int index = 1; index < count; ++index) {
-        const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
-        if (def.param_type != PF_Param_POPUP)
-            continue;
-        const std::string refusal = choiceRefusal(def, session.choices(index), session.value(index));
-        if (refusal.empty())
-            continue;
-        const bool isView = equalWithoutCase(def.name, kViewLabel);
-        throw Failure(ExitCode::Usage, refusal + "; this is the remembered default, which " +
-                                           (isView ? "--view" : "--set") + " overrules");
-    }
-}
-
-// By the road that the effect knows, in the depth of the file. `name` is for messages.
-host::Image rendered(host::Session& session, const host::Image& image, const std::string& name) {
-    if (image.format() == PF_PixelFormat_ARGB64 && (session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) == 0)
-        throw Failure(ExitCode::Effect, "the effect cannot work on pictures of 16 bits");
-    host::RenderRequest request;
-    if ((session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
-        request.flow = host::RenderFlow::Legacy;
-    host::Image output;
-    host::RenderResult result;
-    try {
-        result = session.render(image, output, request);
-    } catch (const host::HostError& reason) {
-        throw Failure(ExitCode::File, "cannot render " + inQuotes(name) + ": " + reason.what());
-    }
-    requireSuccess(result, "the effect");
-    if (!result.rendered)
-        throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");
-    return output;
-}
-
-Picture renderedPicture(host::Session& session, const Picture& picture, const std::string& name) {
-    const host::Image image = imageOf(picture);
-    return pictureOf(rendered(session, image, name), image, picture);
-}
-
-void renderFile(const RenderArguments& arguments) {
-    const std::filesystem::path output(arguments.output);
-    checkOutput(output);
-    OpenEffect effect(arguments.plugin, arguments.threads);
-    host::Session& session = effect.session();
-    applySettings(session, arguments);
-    refuseDefaults(session);
-    const Picture result = renderedPicture(session, readPng(arguments.input), arguments.input);
-    writeAtomically(output, encodePng(result));
+void renderFile(OpenEffect& effect, const RenderArguments& arguments, FileFormat format) {
+    Times times;
+    Stopwatch watch;
+    const SourceFrame source = readFrame(arguments.input, arguments.frame);
+    times.reading = watch.lap();
+    const host::Image result = renderFrame(effect, source, arguments.frame);
+    times.effect = watch.lap();
+    const PictureForm form = outputForm(source.picture, format, arguments.frame);
+    const std::vector<std::uint8_t> bytes =
+        encodePicture(format, pictureOf(result, source.image, source.picture, form));
+    if (arguments.printParams)
+        printOut(paramsFileText(effect.session()));
+    writeAtomically(arguments.output, bytes);
+    times.writing = watch.lap();
+    if (arguments.time)
+        printOut(timesText(times, arguments.printParams));
+    noteLeftOut(source);
 }
 
 } // namespace
 
 void runRender(const RenderArguments& arguments) {
-    // Made beforehand: there may be no memory for the words later.
-    const Failure noMemory(ExitCode::File, "not enough memory for the picture " + inQuotes(arguments.input));
-    try {
-        renderFile(arguments);
-    } catch (const std::bad_alloc&) {
-        throw noMemory;
-    }
+    const bool printsOnly = arguments.input.empty();
+    const FileFormat format = printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output);
+    OpenEffect effect = openEffect(arguments.effect);
+    applySettings(effect.session(), arguments.effect, arguments.view);
+    if (printsOnly)
+        printOut(paramsFileText(effect.session()));
+    else
+        withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, format); });
 }
 
 } // namespace kovalune

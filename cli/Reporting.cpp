@@ -1,7 +1,5 @@
 #include "cli/Reporting.h"
 
-#include "cli/Failure.h"
-
 #include <cstdio>
 #include <exception>
 #include <new>
@@ -21,10 +19,9 @@ int report(ExitCode code, const char* text) noexcept {
 
 } // namespace
 
-int reporting(const std::function<void()>& body) noexcept {
+int reporting(const std::function<ExitCode()>& body) noexcept {
     try {
-        body();
-        return static_cast<int>(ExitCode::Success);
+        return static_cast<int>(body());
     } catch (const Failure& failure) {
         return report(failure.code(), failure.what());
     } catch (const std::bad_alloc&) {

@@ -2,12 +2,14 @@
 // tells whose it is.
 #pragma once
 
+#include "cli/Failure.h"
+
 #include <functional>
 
 namespace kovalune {
 
-// The exit code of `body`. What the effect does wrong comes as a Failure that says so; any other exception is
+// The exit code that `body` returns, or that of what it throws. What the effect does wrong comes as a Failure that says so; any other exception is
 // of the files and the memory.
-int reporting(const std::function<void()>& body) noexcept;
+int reporting(const std::function<ExitCode()>& body) noexcept;
 
 } // namespace kovalune

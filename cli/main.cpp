@@ -1,31 +1,49 @@
 // The command `kovalune`: parses the command line and runs what it asks for.
 
 #include "cli/Arguments.h"
+#include "cli/ColorsCommand.h"
+#include "cli/CompareCommand.h"
 #include "cli/Failure.h"
+#include "cli/InfoCommand.h"
 #include "cli/ParamsCommand.h"
+#include "cli/PickCommand.h"
 #include "cli/RenderCommand.h"
 #include "cli/Reporting.h"
+#include "cli/SheetCommand.h"
+#include "cli/SmoothCommand.h"
+#include "cli/StandardOutput.h"
 
 #include <csignal>
-#include <cstdio>
 
 namespace {
 
 using namespace kovalune;
 
-void print(const std::string& text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (!written || std::fflush(stdout) != 0)
-        throw Failure(ExitCode::File, "cannot write to the standard output");
+ExitCode printed(const Comparison& comparison) {
+    printOut(comparison.text);
+    return comparison.same ? ExitCode::Success : ExitCode::Different;
 }
 
-void run(const Arguments& arguments) {
+ExitCode run(const Arguments& arguments) {
     if (const auto* render = std::get_if<RenderArguments>(&arguments))
         runRender(*render);
+    else if (const auto* sheet = std::get_if<SheetArguments>(&arguments))
+        runSheet(*sheet);
+    else if (const auto* smooth = std::get_if<SmoothArguments>(&arguments))
+        runSmooth(*smooth);
     else if (const auto* params = std::get_if<ParamsArguments>(&arguments))
-        print(paramsText(*params));
+        printOut(paramsText(*params));
+    else if (const auto* info = std::get_if<InfoArguments>(&arguments))
+        printOut(infoText(*info));
+    else if (const auto* colors = std::get_if<ColorsArguments>(&arguments))
+        printOut(colorsText(*colors));
+    else if (const auto* pick = std::get_if<PickArguments>(&arguments))
+        printOut(pickText(*pick));
+    else if (const auto* compare = std::get_if<CompareArguments>(&arguments))
+        return printed(compareFiles(*compare));
     else
-        print(std::get<ShownText>(arguments).text);
+        printOut(std::get<ShownText>(arguments).text);
+    return ExitCode::Success;
 }
 
 } // namespace
@@ -35,5 +53,5 @@ int main(int argc, char** argv) {
     // A file that grows past the limit is then an error of the write, which removes what was written.
     std::signal(SIGXFSZ, SIG_IGN);
 #endif
-    return reporting([argc, argv] { run(parseArguments(argc, argv)); });
+    return reporting([argc, argv] { return run(parseArguments(argc, argv)); });
 }

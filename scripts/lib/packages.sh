@@ -1,6 +1,6 @@
 # Installs Debian packages that are missing, as root or through sudo, and says what it does. Sourced by the scripts.
 
-build_packages="g++ cmake ninja-build libpng-dev libcli11-dev"
+build_packages="g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libstb-dev nlohmann-json3-dev libcli11-dev"
 test_packages="$build_packages libgtest-dev clang libclang-rt-14-dev clang-format locales binutils
                g++-mingw-w64-i686-posix"
 

@@ -28,16 +28,16 @@ TEST(Arguments, RenderTakesTwoFilesAndDefaults) {
     const auto render = std::get<RenderArguments>(parsed({"render", "in.png", "-o", "out.png"}));
     EXPECT_EQ(render.input, "in.png");
     EXPECT_EQ(render.output, "out.png");
-    EXPECT_TRUE(render.settings.empty());
+    EXPECT_TRUE(render.effect.settings.empty());
     EXPECT_FALSE(render.view);
-    EXPECT_FALSE(render.plugin);
-    EXPECT_EQ(render.threads, 0);
+    EXPECT_FALSE(render.effect.plugin);
+    EXPECT_EQ(render.effect.threads, 0);
 }
 
 TEST(Arguments, SetTakesOneTextEachTimeAndKeepsTheOrder) {
     const auto render = std::get<RenderArguments>(
         parsed({"render", "--set", "A=1", "in.png", "--set=B=[1,2]", "--set", "C=", "--output=out.png"}));
-    EXPECT_EQ(render.settings, (std::vector<std::string>{"A=1", "B=[1,2]", "C="}));
+    EXPECT_EQ(render.effect.settings, (std::vector<std::string>{"A=1", "B=[1,2]", "C="}));
     EXPECT_EQ(render.input, "in.png");
 }
 
@@ -45,8 +45,8 @@ TEST(Arguments, RenderTakesViewThreadsAndPlugin) {
     const auto render = std::get<RenderArguments>(
         parsed({"render", "in", "-o", "out", "--view", "Base", "--threads", "64", "--plugin", "x.so"}));
     EXPECT_EQ(render.view, "Base");
-    EXPECT_EQ(render.threads, 64);
-    EXPECT_EQ(render.plugin, "x.so");
+    EXPECT_EQ(render.effect.threads, 64);
+    EXPECT_EQ(render.effect.plugin, "x.so");
 }
 
 TEST(Arguments, APictureMayHaveTheNameOfACommand) {
@@ -81,6 +81,14 @@ TEST(Arguments, WrongFormsAreNamed) {
     EXPECT_NE(failure({"render", "x", "-o", "y", "--bogus"}).find("--bogus"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "-o", "z"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"params", "x"}).find(" x"), std::string::npos);
+}
+
+TEST(Arguments, MistypedNamesAreAnsweredWithTheNearest) {
+    EXPECT_NE(failure({"rendr", "x"}).find("did you mean 'render'?"), std::string::npos);
+    EXPECT_NE(failure({"--vresion"}).find("did you mean '--version'?"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o", "y", "--thread=3"}).find("did you mean '--threads'?"),
+              std::string::npos);
+    EXPECT_EQ(failure({"render", "x", "-o", "y", "--zzzzzzzzz"}).find("did you mean"), std::string::npos);
 }
 
 TEST(Arguments, ThreadsGoFromOneToSixtyFour) {

@@ -1,9 +1,11 @@
 #include "tests/cli/CommandProcess.h"
 
-#include "tests/cli/TestFolder.h"
-
+#include <array>
+#include <cerrno>
+#include <csignal>
 #include <cstdlib>
 #include <fcntl.h>
+#include <pty.h>
 #include <stdexcept>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -31,12 +33,16 @@ void sendTo(const std::string& file, int stream) {
 
 // In the new process; never comes back.
 [[noreturn]] void becomeCommand(std::vector<char*>& words, const CommandSetting& setting,
-                                const std::string& config, const std::string& out, const std::string& err) {
+                                const std::string& config, const std::string& out, const std::string& err,
+                                int terminal) {
     setenv("XDG_CONFIG_HOME", config.c_str(), 1);
     for (const auto& [name, value] : setting.environment)
         setenv(name.c_str(), value.c_str(), 1);
     sendTo(out, STDOUT_FILENO);
-    sendTo(err, STDERR_FILENO);
+    if (terminal < 0)
+        sendTo(err, STDERR_FILENO);
+    else if (dup2(terminal, STDERR_FILENO) < 0 || close(terminal) != 0)
+        _exit(kCannotStart);
     if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0)
         _exit(kCannotStart);
     limit(RLIMIT_FSIZE, setting.mostFileBytes);
@@ -50,6 +56,19 @@ std::string textOf(const std::filesystem::path& file) {
     return {bytes.begin(), bytes.end()};
 }
 
+// All that comes until the other end is closed.
+std::string terminalText(int terminal) {
+    std::string text;
+    std::array<char, 4096> letters{};
+    for (;;) {
+        const ssize_t count = read(terminal, letters.data(), letters.size());
+        if (count > 0)
+            text.append(letters.data(), static_cast<std::size_t>(count));
+        else if (count == 0 || errno != EINTR)
+            return text;
+    }
+}
+
 } // namespace
 
 bool CommandOutcome::hasOneErrorLine() const {
@@ -57,11 +76,11 @@ bool CommandOutcome::hasOneErrorLine() const {
            err.find('\r') == std::string::npos;
 }
 
-CommandOutcome runCommand(const std::vector<std::string>& arguments, const CommandSetting& setting) {
-    const TestFolder scratch;
-    const std::string config = (scratch / "config").string();
-    const std::string out = (scratch / "out").string();
-    const std::string err = (scratch / "err").string();
+RunningCommand::RunningCommand(const std::vector<std::string>& arguments, const CommandSetting& setting)
+    : outIsCaught_(setting.standardOutput.empty()) {
+    const std::string config = (scratch_ / "config").string();
+    const std::string out = outIsCaught_ ? (scratch_ / "out").string() : setting.standardOutput.string();
+    const std::string err = (scratch_ / "err").string();
     std::vector<std::string> texts = {KOVALUNE_COMMAND};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> words;
@@ -70,21 +89,57 @@ CommandOutcome runCommand(const std::vector<std::string>& arguments, const Comma
         words.push_back(text.data());
     words.push_back(nullptr);
 
-    const pid_t child = fork();
-    if (child < 0)
+    int far = -1;
+    if (setting.errorColumns > 0) {
+        const winsize size{24, static_cast<unsigned short>(setting.errorColumns), 0, 0};
+        if (openpty(&terminal_, &far, nullptr, nullptr, &size) != 0)
+            throw std::runtime_error("no terminal for the command");
+        fcntl(terminal_, F_SETFD, FD_CLOEXEC);
+    }
+    child_ = fork();
+    if (child_ < 0)
         throw std::runtime_error("no process for the command");
-    if (child == 0)
-        becomeCommand(words, setting, config,
-                      setting.standardOutput.empty() ? out : setting.standardOutput.string(), err);
-    int status = 0;
-    if (waitpid(child, &status, 0) != child)
-        throw std::runtime_error("the command got lost");
+    if (child_ == 0)
+        becomeCommand(words, setting, config, out, err, far);
+    if (far >= 0)
+        close(far);
+}
+
+RunningCommand::~RunningCommand() {
+    if (!ended_) {
+        send(SIGKILL);
+        waitpid(child_, &status_, 0);
+    }
+    if (terminal_ >= 0)
+        close(terminal_);
+}
+
+void RunningCommand::send(int signalNumber) const {
+    kill(child_, signalNumber);
+}
+
+bool RunningCommand::hasEnded() {
+    ended_ = ended_ || waitpid(child_, &status_, WNOHANG) == child_;
+    return ended_;
+}
+
+CommandOutcome RunningCommand::wait() {
     CommandOutcome outcome;
-    outcome.exitCode = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    if (setting.standardOutput.empty())
-        outcome.out = textOf(out);
-    outcome.err = textOf(err);
+    if (terminal_ >= 0)
+        outcome.err = terminalText(terminal_);
+    if (!ended_ && waitpid(child_, &status_, 0) != child_)
+        throw std::runtime_error("the command got lost");
+    ended_ = true;
+    outcome.exitCode = WIFEXITED(status_) ? WEXITSTATUS(status_) : -WTERMSIG(status_);
+    if (outIsCaught_)
+        outcome.out = textOf(scratch_ / "out");
+    if (terminal_ < 0)
+        outcome.err = textOf(scratch_ / "err");
     return outcome;
+}
+
+CommandOutcome runCommand(const std::vector<std::string>& arguments, const CommandSetting& setting) {
+    return RunningCommand(arguments, setting).wait();
 }
 
 } // namespace kovalune::tests

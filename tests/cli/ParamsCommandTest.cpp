@@ -36,7 +36,8 @@ TEST(ParamsCommand, ListsEveryLabelInItsGroup) {
 
 TEST(ParamsCommand, ShowsKindDefaultAndWhatIsTaken) {
     const std::string text = runCommand({"params"}).out;
-    EXPECT_TRUE(hasLine(text, "View                   popup         Normal   Normal, Extract, Base"));
+    EXPECT_TRUE(hasLine(text, "View                   popup         Normal   Normal, Extract, Base, Process "
+                              "1, Process 2, Process 3, Process 4"));
     EXPECT_TRUE(hasLine(text, "  Blur Amount          number        10       0 to 1000"));
     EXPECT_TRUE(hasLine(text, "  Blur Repeat Num      whole number  5        1 to 10"));
     EXPECT_TRUE(hasLine(text, "  Enable 2             check box     off      on, off"));

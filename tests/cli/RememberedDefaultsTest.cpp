@@ -59,23 +59,21 @@ TEST_F(RememberedDefaults, AreTheDefaultsOfTheCommand) {
 }
 
 TEST_F(RememberedDefaults, ThatCannotBeChosenAreRefusedUntilOverruled) {
-    for (const auto& [number, name] : {std::pair("2", "'(-'"), {"5", "'Process 1'"}, {"8", "'Process 4'"}}) {
-        remember("[Version=1.0]\r\nView=" + std::string(number) + "\r\n");
-        const std::vector<std::string> named = {"'View' cannot be", name, "remembered default", "--view",
-                                                "Normal, Extract, Base"};
-        expectFailure({"render", "in.png", "-o", "old.png"}, 2, named, setting_);
-        expectFailure({"render", "in.png", "-o", "old.png", "--set", "Blur Amount=3"}, 2, named, setting_);
-        const std::vector<std::uint8_t> extract = rendered({"--view", "Extract"});
-        EXPECT_TRUE(rendered({"--set", "View=Extract"}) == extract);
-        std::filesystem::remove(folder_ / "out.png");
-    }
+    remember("[Version=1.0]\r\nView=2\r\n");
+    const std::vector<std::string> named = {"'View' cannot be", "'(-'", "remembered default", "--view",
+                                            "Normal, Extract, Base"};
+    expectFailure({"render", "in.png", "-o", "old.png"}, 2, named, setting_);
+    expectFailure({"render", "in.png", "-o", "old.png", "--set", "Blur Amount=3"}, 2, named, setting_);
+    const std::vector<std::uint8_t> extract = rendered({"--view", "Extract"});
+    EXPECT_TRUE(rendered({"--set", "View=Extract"}) == extract);
 }
 
 TEST_F(RememberedDefaults, ThatCannotBeChosenAreShownAsSuch) {
     remember("[Version=1.0]\r\nView=2\r\n");
     EXPECT_TRUE(shows("View popup (- (cannot be chosen)"));
     remember("[Version=1.0]\r\nView=5\r\n");
-    EXPECT_TRUE(shows("View popup Process 1 (cannot be chosen)"));
+    EXPECT_TRUE(shows("View popup Process 1"));
+    EXPECT_FALSE(shows("cannot be chosen"));
     EXPECT_EQ(plainDefaults_.find("cannot be chosen"), std::string::npos);
 }
 
@@ -120,6 +118,30 @@ TEST_F(RememberedDefaults, OfAHugeFileAreReadAsFarAsTheyCanBe) {
     remember("[Version=1.0]\nBlur Amount=3\n" + filler);
     EXPECT_TRUE(shows("Blur Amount number 3"));
     EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=3"}));
+}
+
+TEST_F(RememberedDefaults, AreOutOfSightForFactoryDefaults) {
+    const auto printed = [this](const std::vector<std::string>& more) {
+        std::vector<std::string> words = {"render", "--print-params"};
+        words.insert(words.end(), more.begin(), more.end());
+        const CommandOutcome outcome = runCommand(words, setting_);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return outcome.out;
+    };
+    const std::string table = printed({});
+    remember("[Version=1.0]\r\nView=3\r\nBlur Amount=2.5\r\nColor 1.r=9\r\n");
+    for (const std::vector<std::string>& plugin :
+         {std::vector<std::string>{}, std::vector<std::string>{"--plugin", KOVALUNE_PLUGIN}}) {
+        std::vector<std::string> words = plugin;
+        EXPECT_NE(printed(words), table);
+        EXPECT_NE(printed(words).find("Blur Amount=2.5\n"), std::string::npos);
+        words.emplace_back("--factory");
+        EXPECT_EQ(printed(words), table);
+    }
+    EXPECT_TRUE(rendered({"--factory"}) ==
+                rendered({"--view", "Normal", "--set", "Blur Amount=10", "--set", "Color 1=#03B4F5"}));
+    remember("[Version=1.0]\r\nView=2\r\n");
+    EXPECT_FALSE(rendered({"--factory"}).empty());
 }
 
 } // namespace

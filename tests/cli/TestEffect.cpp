@@ -1,13 +1,23 @@
 // A plug-in for the tests of the command. The environment variable TEST_EFFECT tells where it fails:
 // "setup", "params", "render" (each with a code and a message of two lines), "throw", "throw number" and "throw
 // with message", "throw at setup", or not at all. It knows the old road of rendering and 8 bits only, and paints
-// every output byte 0x77; told "empty", it takes the new road and promises an empty picture.
+// every output byte 0x77; told "empty", it takes the new road and promises an empty picture; told "old road
+// only", it knows the new road and fails there with code 600.
+//
+// While it renders the old way it makes the file TEST_EFFECT_FRAME if there is such a variable, with the frame's
+// size and its proxy factors in it. Then it may be told "steps": report 25, 50 and 75 of 100, a hundred times
+// each; "late failure": the same, and fail; "cancel": report 25 of 100 until the host cancels; "deaf": report
+// nothing and wait for the file TEST_EFFECT_GO.
 #include "hostapi/HostApi.h"
 
+#include <chrono>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <stdexcept>
+#include <string>
 #include <string_view>
+#include <thread>
 
 #define EXPORTED __attribute__((visibility("default")))
 
@@ -49,7 +59,7 @@ PF_Err setUp(PF_OutData* out) {
         throw 7;
     if (told("setup"))
         return failWith(out, 512);
-    if (told("empty"))
+    if (told("empty") || told("old road only"))
         out->out_flags2 |= PF_OutFlag2_SUPPORTS_SMART_RENDER;
     return PF_Err_NONE;
 }
@@ -66,6 +76,68 @@ void paint(PF_LayerDef* output) {
         std::memset(bytes, 0x77, static_cast<std::size_t>(output->width) * sizeof(PF_Pixel));
 }
 
+// Appears under its name with all that is in it.
+void noteFrame(const PF_InData* in, const PF_LayerDef* output) {
+    const char* const name = std::getenv("TEST_EFFECT_FRAME");
+    if (name == nullptr)
+        return;
+    const std::string unfinished = std::string(name) + ".part";
+    std::FILE* const file = std::fopen(unfinished.c_str(), "w");
+    std::fprintf(file, "%dx%d of %dx%d, %d/%u, %d/%u", output->width, output->height, in->width, in->height,
+                 in->downsample_x.num, in->downsample_x.den, in->downsample_y.num, in->downsample_y.den);
+    std::fclose(file);
+    std::rename(unfinished.c_str(), name);
+}
+
+void pauseABit() {
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+void awaitGo() {
+    const char* const name = std::getenv("TEST_EFFECT_GO");
+    for (;;) {
+        if (std::FILE* const file = std::fopen(name, "r")) {
+            std::fclose(file);
+            return;
+        }
+        pauseABit();
+    }
+}
+
+PF_Err reportSteps(PF_InData* in) {
+    PF_Err err = PF_Err_NONE;
+    for (int step = 0; step < 300 && err == PF_Err_NONE; ++step)
+        err = in->inter.progress(in->effect_ref, (step / 100 + 1) * 25, 100);
+    return err;
+}
+
+PF_Err awaitCancel(PF_InData* in) {
+    PF_Err err = PF_Err_NONE;
+    while (err == PF_Err_NONE) {
+        pauseABit();
+        err = in->inter.progress(in->effect_ref, 25, 100);
+    }
+    return err;
+}
+
+PF_Err render(PF_InData* in, PF_OutData* out, PF_LayerDef* output) {
+    noteFrame(in, output);
+    if (told("throw"))
+        throw std::runtime_error("thrown by the effect");
+    if (told("throw number") || told("throw with message"))
+        throwNumber(out);
+    if (told("render"))
+        return failWith(out, 4);
+    if (told("cancel"))
+        return awaitCancel(in);
+    if (told("deaf"))
+        awaitGo();
+    paint(output);
+    if (told("late failure"))
+        return reportSteps(in) == PF_Err_NONE ? failWith(out, 4) : 5;
+    return told("steps") ? reportSteps(in) : PF_Err_NONE;
+}
+
 } // namespace
 
 extern "C" EXPORTED PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data,
@@ -76,14 +148,9 @@ extern "C" EXPORTED PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_Out
     case PF_Cmd_PARAMS_SETUP:
         return told("params") ? failWith(out_data, 514) : addParams(in_data, out_data);
     case PF_Cmd_RENDER:
-        if (told("throw"))
-            throw std::runtime_error("thrown by the effect");
-        if (told("throw number") || told("throw with message"))
-            throwNumber(out_data);
-        if (told("render"))
-            return failWith(out_data, 4);
-        paint(output);
-        return PF_Err_NONE;
+        return render(in_data, out_data, output);
+    case PF_Cmd_SMART_PRE_RENDER:
+        return told("old road only") ? PF_Err{600} : PF_Err{PF_Err_NONE};
     default:
         return PF_Err_NONE;
     }

@@ -1,5 +1,5 @@
 #include "cli/Failure.h"
-#include "cli/PngFile.h"
+#include "cli/picture/PngFile.h"
 #include "tests/cli/ErrorCase.h"
 
 #include <span>

@@ -1,0 +1,58 @@
+#include "cli/EffectSettings.h"
+
+#include "cli/AsciiText.h"
+#include "cli/Failure.h"
+#include "cli/ParamLabel.h"
+#include "cli/ParamText.h"
+#include "cli/ParamsFile.h"
+#include "hostapi/Constants.h"
+
+namespace kovalune {
+
+namespace {
+
+void setParameter(host::Session& session, std::string_view label, std::string_view value) {
+    const int index = findSettable(session.params(), trimmed(label));
+    const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
+    session.setValue(index, parseValue(def, session.choices(index), value));
+}
+
+// What the command line sets has been looked at by now; what is refused here was remembered.
+void refuseDefaults(const host::Session& session) {
+    const int count = static_cast<int>(session.params().size());
+    for (int index = 1; index < count; ++index) {
+        const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
+        if (def.param_type != PF_Param_POPUP)
+            continue;
+        const std::string refusal = choiceRefusal(def, session.choices(index), session.value(index));
+        if (refusal.empty())
+            continue;
+        const bool isView = equalWithoutCase(def.name, kViewLabel);
+        throw Failure(ExitCode::Usage, refusal + "; this is the remembered default, which " +
+                                           (isView ? "--view" : "--set") + " overrules");
+    }
+}
+
+} // namespace
+
+OpenEffect openEffect(const EffectArguments& arguments) {
+    return OpenEffect(arguments.plugin, arguments.threads, arguments.factory);
+}
+
+void applySettings(host::Session& session, const EffectArguments& arguments,
+                   const std::optional<std::string>& view) {
+    if (arguments.paramsFile)
+        applyParamsFile(session, *arguments.paramsFile);
+    for (const std::string& setting : arguments.settings) {
+        const std::size_t equals = setting.find('=');
+        if (equals == std::string::npos)
+            throw Failure(ExitCode::Usage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
+        const std::string_view text(setting);
+        setParameter(session, text.substr(0, equals), text.substr(equals + 1));
+    }
+    if (view)
+        setParameter(session, kViewLabel, *view);
+    refuseDefaults(session);
+}
+
+} // namespace kovalune

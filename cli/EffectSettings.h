@@ -1,0 +1,20 @@
+// What a command line says about the effect, brought into a session: its defaults, then the file of
+// parameters, then the single settings, then the view.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/OpenEffect.h"
+
+#include <optional>
+#include <string>
+
+namespace kovalune {
+
+OpenEffect openEffect(const EffectArguments& arguments);
+
+// Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
+// be chosen and was not overruled.
+void applySettings(host::Session& session, const EffectArguments& arguments,
+                   const std::optional<std::string>& view);
+
+} // namespace kovalune

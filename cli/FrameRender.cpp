@@ -1,0 +1,130 @@
+#include "cli/FrameRender.h"
+
+#include "cli/Failure.h"
+#include "cli/Interrupt.h"
+#include "cli/ProgressLine.h"
+#include "cli/picture/PictureFile.h"
+#include "hostapi/Constants.h"
+
+#include <cstdio>
+
+namespace kovalune {
+
+namespace {
+
+PF_PixelFormat formatFor(SampleType type, const FrameArguments& arguments) {
+    if (!arguments.depth)
+        return workingFormat(type);
+    switch (*arguments.depth) {
+    case 8:
+        return PF_PixelFormat_ARGB32;
+    case 16:
+        return PF_PixelFormat_ARGB64;
+    default:
+        return PF_PixelFormat_ARGB128;
+    }
+}
+
+bool worksIn(const host::Session& session, PF_PixelFormat format) {
+    if (format == PF_PixelFormat_ARGB64)
+        return (session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0;
+    if (format == PF_PixelFormat_ARGB128)
+        return (session.outFlags2() & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0;
+    return true;
+}
+
+void checkDepth(const host::Session& session, PF_PixelFormat format) {
+    if (!worksIn(session, format))
+        throw Failure(ExitCode::Effect, "the effect cannot work on pictures of " +
+                                            std::to_string(host::bitsPerChannel(format)) + " bits");
+}
+
+// By the newer road where the effect knows it and the user does not want the older one.
+host::RenderRequest requestFor(const host::Session& session, const FrameArguments& arguments) {
+    host::RenderRequest request;
+    if (arguments.legacy || (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
+        request.flow = host::RenderFlow::Legacy;
+    const auto scaleOf = [](const Fraction& fraction) {
+        return PF_RationalScale{fraction.numerator, static_cast<A_u_long>(fraction.denominator)};
+    };
+    request.downsampleX = scaleOf(arguments.downsample[0]);
+    request.downsampleY = scaleOf(arguments.downsample[1]);
+    return request;
+}
+
+// For as long as this lives, the host asks whether to go on.
+class Watch {
+public:
+    Watch(host::Host& host, ProgressLine& progress, const Interrupt& interrupt) : host_(host) {
+        host_.options().onProgress = [&progress, &interrupt](int current, int total) {
+            progress.report(current, total);
+            return !interrupt.came();
+        };
+    }
+    ~Watch() { host_.options().onProgress = nullptr; }
+    Watch(const Watch&) = delete;
+    Watch& operator=(const Watch&) = delete;
+
+private:
+    host::Host& host_;
+};
+
+} // namespace
+
+SourceFrame readFrame(const std::string& file, const FrameArguments& arguments) {
+    SourceFrame frame;
+    frame.name = file;
+    frame.picture = readPicture(file);
+    if (arguments.alphaKind)
+        frame.picture.alphaKind = *arguments.alphaKind;
+    frame.image = imageOf(frame.picture, formatFor(frame.picture.sampleType, arguments));
+    return frame;
+}
+
+PictureForm outputForm(const Picture& source, FileFormat format, const FrameArguments& arguments) {
+    PictureForm form;
+    form.sampleType = source.sampleType;
+    if (arguments.depth)
+        form.sampleType = sampleTypeFor(formatFor(source.sampleType, arguments), source.sampleType);
+    form.sampleType = sampleTypeIn(format, form.sampleType);
+    form.alphaKind = arguments.alphaKind       ? *arguments.alphaKind
+                     : format == source.format ? source.alphaKind
+                                               : usualAlphaKind(format);
+    return form;
+}
+
+void noteLeftOut(const SourceFrame& source) {
+    std::string list;
+    for (const std::string& part : source.picture.leftOut)
+        list += (list.empty() ? "" : ", ") + part;
+    if (!list.empty())
+        std::fprintf(stderr, "kovalune: %s\n",
+                     printable("left out of " + inQuotes(source.name) + ": " + list).c_str());
+}
+
+host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
+                        const std::string& title) {
+    host::Session& session = effect.session();
+    checkDepth(session, source.image.format());
+    const host::RenderRequest request = requestFor(session, arguments);
+    const std::uint64_t pixels = std::uint64_t{source.picture.width} * source.picture.height;
+    host::Image output;
+    host::RenderResult result;
+    Interrupt interrupt;
+    try {
+        ProgressLine progress(title, pixels, arguments.quiet);
+        const Watch watch(effect.host(), progress, interrupt);
+        result = session.render(source.image, output, request);
+    } catch (const host::HostError& reason) {
+        throw Failure(ExitCode::File, "cannot render " + inQuotes(source.name) + ": " + reason.what());
+    }
+    interrupt.release();
+    if (interrupt.came())
+        throw Failure(ExitCode::Interrupted, "interrupted");
+    requireSuccess(result, "the effect");
+    if (!result.rendered)
+        throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");
+    return output;
+}
+
+} // namespace kovalune

@@ -1,0 +1,34 @@
+// A picture of a file through the effect of a session: in the depth, by the road and with the proxy factor that
+// the command line names, with progress on the terminal, and to be ended by Ctrl-C.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/OpenEffect.h"
+#include "cli/picture/PictureConversion.h"
+
+#include <string>
+
+namespace kovalune {
+
+// A picture as its file holds it and as the effect gets it.
+struct SourceFrame {
+    std::string name; // for messages
+    Picture picture;
+    host::Image image;
+};
+
+// Throws Failure for a file that cannot be read.
+SourceFrame readFrame(const std::string& file, const FrameArguments& arguments);
+
+// Of the picture that is written to a file of this format.
+PictureForm outputForm(const Picture& source, FileFormat format, const FrameArguments& arguments);
+
+// Names on standard error what the file has and the picture has not, if anything.
+void noteLeftOut(const SourceFrame& source);
+
+// `title` stands before the progress. Throws Failure if the effect cannot work in this depth or reports an
+// error, and for a frame that the user interrupted.
+host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
+                        const std::string& title = {});
+
+} // namespace kovalune

@@ -1,0 +1,29 @@
+// Parameter settings as a text file, one LABEL=VALUE a line: what --params reads and --print-params writes.
+// Blank lines and lines that start with ';' say nothing. The defaults file of the effect is read too, with its
+// section's name and its colours as one line a component ("Color 1.r=3").
+#pragma once
+
+#include "host/Session.h"
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace kovalune {
+
+inline constexpr std::size_t kMostParamsFileBytes = std::size_t{1} << 20;
+
+// Sets what the file says. Throws Failure with the file's name if it cannot be read or is larger than
+// kMostParamsFileBytes, with the line's number too for an unknown label, a value that the parameter does not
+// take, and a label that a line before has.
+void applyParamsFile(host::Session& session, const std::filesystem::path& file);
+
+// `name` is for messages.
+void applyParamsText(host::Session& session, std::string_view text, const std::string& name);
+
+// All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
+// could not take, as a label that several parameters have, is a line that says nothing.
+std::string paramsFileText(const host::Session& session);
+
+} // namespace kovalune

@@ -1,0 +1,23 @@
+// What a lack of memory for a picture is to the user: a failure that names the picture.
+#pragma once
+
+#include "cli/Failure.h"
+
+#include <new>
+#include <string>
+
+namespace kovalune {
+
+// The result of `body`; throws Failure in place of std::bad_alloc.
+template <typename Body>
+auto withMemoryFor(const std::string& name, const Body& body) {
+    // Made beforehand: there may be no memory for the words later.
+    const Failure noMemory(ExitCode::File, "not enough memory for the picture " + inQuotes(name));
+    try {
+        return body();
+    } catch (const std::bad_alloc&) {
+        throw noMemory;
+    }
+}
+
+} // namespace kovalune

@@ -1,0 +1,16 @@
+// The libraries that read and write picture files, with their versions.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace kovalune {
+
+struct LibraryVersion {
+    std::string name;
+    std::string version;
+};
+
+std::vector<LibraryVersion> pictureLibraries();
+
+} // namespace kovalune

@@ -1,0 +1,18 @@
+// Notes of one picture format for another: the resolution (PNG, TIFF, OpenEXR) and the ICC profile (PNG, TIFF) are
+// what several have. Everything else is told in one format alone.
+#pragma once
+
+#include "cli/picture/Picture.h"
+
+#include <vector>
+
+namespace kovalune {
+
+// Whether a note of this format is the picture's ICC profile.
+bool isColourProfile(const PictureNote& note, FileFormat format);
+
+// The notes of `picture` for a file of this format: as they are in its own, byte for byte, otherwise those that can
+// be told there. What is damaged is left out.
+std::vector<PictureNote> notesFor(FileFormat format, const Picture& picture);
+
+} // namespace kovalune

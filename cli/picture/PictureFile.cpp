@@ -1,0 +1,172 @@
+#include "cli/picture/PictureFile.h"
+
+#include "cli/AsciiText.h"
+#include "cli/AtomicFile.h"
+#include "cli/Failure.h"
+#include "cli/picture/ExrFile.h"
+#include "cli/picture/FileBytes.h"
+#include "cli/picture/NoteConversion.h"
+#include "cli/picture/PngFile.h"
+#include "cli/picture/ReadFailure.h"
+#include "cli/picture/TgaFile.h"
+#include "cli/picture/TiffFile.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+namespace kovalune {
+
+namespace {
+
+using Bytes = std::span<const std::uint8_t>;
+
+// What is told of a format to all that is not its own.
+struct Format {
+    FileFormat format;
+    const char* name;
+    const char* described; // "a PNG file"
+    AlphaKind usualAlphaKind;
+    bool (*begins)(Bytes bytes); // whether a file with these first bytes may be one
+    Picture (*decode)(Bytes bytes, const std::string& name);
+    std::vector<std::uint8_t> (*encode)(const Picture& picture);
+};
+
+// Those that are known by a signature come first.
+constexpr std::array kFormats = {
+    Format{FileFormat::Png, "PNG", "a PNG file", AlphaKind::Straight, beginsAsPng, decodePng, encodePng},
+    Format{FileFormat::Tiff, "TIFF", "a TIFF file", AlphaKind::Straight, beginsAsTiff, decodeTiff,
+           encodeTiff},
+    Format{FileFormat::Exr, "OpenEXR", "an OpenEXR file", AlphaKind::Premultiplied, beginsAsExr, decodeExr,
+           encodeExr},
+    Format{FileFormat::Tga, "TGA", "a TGA file", AlphaKind::Straight, beginsAsTga, decodeTga, encodeTga},
+};
+
+struct NameEnd {
+    std::string_view text;
+    FileFormat format;
+};
+
+constexpr std::array kNameEnds = {
+    NameEnd{".png", FileFormat::Png}, NameEnd{".tif", FileFormat::Tiff}, NameEnd{".tiff", FileFormat::Tiff},
+    NameEnd{".exr", FileFormat::Exr}, NameEnd{".tga", FileFormat::Tga},
+};
+
+// The longest beginning that any format wants to see.
+constexpr std::size_t kBeginning = 18;
+
+const Format& formatOf(FileFormat format) {
+    return *std::find_if(kFormats.begin(), kFormats.end(),
+                         [format](const Format& each) { return each.format == format; });
+}
+
+const Format* formatBeginning(Bytes bytes) {
+    const auto found = std::find_if(kFormats.begin(), kFormats.end(),
+                                    [bytes](const Format& each) { return each.begins(bytes); });
+    return found == kFormats.end() ? nullptr : &*found;
+}
+
+// "A, B or C", by the text that `text` gives of an element.
+template <typename Elements, typename Text>
+std::string oneOf(const Elements& elements, Text text) {
+    std::string result;
+    for (std::size_t i = 0; i < elements.size(); ++i) {
+        if (i > 0)
+            result += i + 1 < elements.size() ? ", " : " or ";
+        result += text(elements[i]);
+    }
+    return result;
+}
+
+std::string formatNames() {
+    return oneOf(kFormats, [](const Format& each) { return std::string(each.name); });
+}
+
+std::string nameEnds() {
+    return oneOf(kNameEnds, [](const NameEnd& each) { return std::string(each.text); });
+}
+
+// The format to read it as: `named`, or what it begins as.
+const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
+    if (bytes.empty())
+        failReading(name, "it is empty");
+    if (named != nullptr && named->begins(bytes))
+        return *named;
+    const Format* const begun = formatBeginning(bytes);
+    if (named != nullptr)
+        failReading(name, std::string("it is not ") + named->described +
+                              (begun == nullptr ? "" : std::string(" but ") + begun->described));
+    if (begun == nullptr)
+        failReading(name, "it is not a picture of a known kind (" + formatNames() + ")");
+    return *begun;
+}
+
+} // namespace
+
+const char* formatName(FileFormat format) {
+    return formatOf(format).name;
+}
+
+std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
+    const std::string end = file.extension().string();
+    for (const NameEnd& each : kNameEnds) {
+        if (equalWithoutCase(end, each.text))
+            return each.format;
+    }
+    return std::nullopt;
+}
+
+FileFormat checkedOutputFormat(const std::filesystem::path& output) {
+    const std::optional<FileFormat> format = formatOfName(output);
+    if (!format)
+        throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
+                                          ": the end of its name says what is written, and must be " +
+                                          nameEnds());
+    checkWritable(output);
+    return *format;
+}
+
+Picture readPicture(const std::filesystem::path& file) {
+    const std::optional<FileFormat> named = formatOfName(file);
+    const Format* format = named ? &formatOf(*named) : nullptr;
+    const std::vector<std::uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
+        format = &checkedFormat(beginning, format, file.string());
+    });
+    return format->decode(bytes, file.string());
+}
+
+Picture decodePicture(FileFormat format, std::span<const std::uint8_t> bytes, const std::string& name) {
+    return checkedFormat(bytes, &formatOf(format), name).decode(bytes, name);
+}
+
+std::vector<std::uint8_t> encodePicture(FileFormat format, const Picture& picture) {
+    std::vector<PictureNote> notes;
+    if (picture.format != format)
+        notes = notesFor(format, picture);
+    if (notes.empty()) // those of another format are nothing to an encoder
+        return formatOf(format).encode(picture);
+    Picture carried = picture;
+    carried.format = format;
+    carried.notes = std::move(notes);
+    return formatOf(format).encode(carried);
+}
+
+SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
+    switch (format) {
+    case FileFormat::Png:
+        return wanted == SampleType::Uint8 ? SampleType::Uint8 : SampleType::Uint16;
+    case FileFormat::Exr:
+        return wanted == SampleType::Uint8 || wanted == SampleType::Half ? SampleType::Half
+                                                                         : SampleType::Float;
+    case FileFormat::Tga:
+        return SampleType::Uint8;
+    default:
+        return wanted;
+    }
+}
+
+AlphaKind usualAlphaKind(FileFormat format) {
+    return formatOf(format).usualAlphaKind;
+}
+
+} // namespace kovalune

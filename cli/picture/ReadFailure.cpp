@@ -1,0 +1,24 @@
+#include "cli/picture/ReadFailure.h"
+
+#include "cli/Failure.h"
+#include "cli/picture/PictureFile.h"
+
+namespace kovalune {
+
+void failReading(const std::string& name, const std::string& reason) {
+    throw Failure(ExitCode::File, "cannot read " + inQuotes(name) + ": " + reason);
+}
+
+std::string sizeText(std::uint32_t width, std::uint32_t height) {
+    return std::to_string(width) + " x " + std::to_string(height) + " pixels";
+}
+
+void checkSize(std::uint32_t width, std::uint32_t height, const std::string& name) {
+    if (width == 0 || height == 0)
+        failReading(name, "it is damaged: a picture of " + sizeText(width, height));
+    if (width > kMostPixelsASide || height > kMostPixelsASide)
+        failReading(name, "it is " + sizeText(width, height) + ", and the largest picture is " +
+                              sizeText(kMostPixelsASide, kMostPixelsASide));
+}
+
+} // namespace kovalune

@@ -1,0 +1,22 @@
+// The commands that only look at pictures, where a picture does not fit in memory.
+
+#include "tests/cli/ErrorCase.h"
+
+namespace kovalune::tests {
+namespace {
+
+using InspectMemory = ErrorCase;
+
+TEST_F(InspectMemory, OfAPictureThatDoesNotFitIsAFileError) {
+    writePng(folder_ / "large.png", blankPng(PngColor::RgbAlpha, 16, 4000, 4000));
+    CommandSetting setting;
+    setting.mostMemoryBytes = std::size_t{110} << 20;
+    for (const std::vector<std::string>& words : {std::vector<std::string>{"colors", "large.png"},
+                                                  {"pick", "large.png", "0,0"},
+                                                  {"compare", "in.png", "large.png"},
+                                                  {"compare", "large.png", "in.png", "--diff", "old.png"}})
+        expectFailure(words, 3, {"'large.png'", "memory"}, setting);
+}
+
+} // namespace
+} // namespace kovalune::tests

@@ -1,0 +1,33 @@
+// Pictures of floats for tests of the command, written as TIFF, and pictures built sample by sample.
+#pragma once
+
+#include "cli/picture/Picture.h"
+#include "cli/picture/PictureFile.h"
+#include "tests/cli/TestFolder.h"
+
+#include <filesystem>
+#include <vector>
+
+namespace kovalune::tests {
+
+template <typename Sample>
+Picture pictureOfSamples(std::uint32_t width, std::uint32_t height, Channels channels, SampleType type,
+                         const std::vector<Sample>& samples) {
+    Picture picture;
+    picture.width = width;
+    picture.height = height;
+    picture.channels = channels;
+    picture.sampleType = type;
+    picture.samples = std::vector<std::uint8_t>(picture.byteCount());
+    for (std::size_t i = 0; i < samples.size(); ++i)
+        picture.setSample(i, samples[i]);
+    return picture;
+}
+
+inline void writeFloats(const std::filesystem::path& file, std::uint32_t width, std::uint32_t height,
+                        Channels channels, const std::vector<float>& samples) {
+    writeBytes(file, encodePicture(FileFormat::Tiff,
+                                   pictureOfSamples(width, height, channels, SampleType::Float, samples)));
+}
+
+} // namespace kovalune::tests

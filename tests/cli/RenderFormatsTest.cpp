@@ -1,0 +1,135 @@
+// What `kovalune render` and `kovalune sheet` write from one format into another: the type of the samples, the
+// kind of alpha, and the word about what is left out.
+
+#include "cli/picture/PictureFile.h"
+#include "tests/cli/ErrorCase.h"
+#include "tests/cli/picture/ExrMaker.h"
+#include "tests/cli/picture/Pictures.h"
+
+namespace kovalune::tests {
+namespace {
+
+class RenderFormats : public ErrorCase {
+protected:
+    void write(const std::string& name, const Picture& picture) const {
+        writeBytes(folder_ / name, encodePicture(*formatOfName(name), picture));
+    }
+
+    CommandOutcome run(const std::vector<std::string>& words) const {
+        CommandSetting setting;
+        setting.folder = folder_.path();
+        return runCommand(words, setting);
+    }
+
+    Picture rendered(const std::string& input, const std::string& output,
+                     std::vector<std::string> words) const {
+        words.insert(words.begin(), {"render", input, "-o", output, "--set", "Enable 1=off"});
+        const CommandOutcome outcome = run(words);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return readPicture(folder_ / output);
+    }
+};
+
+struct FormatCase {
+    const char* input; // 8 bits, but for EXR, which has halves
+    const char* depth;
+    const char* output;
+    SampleType type;
+    AlphaKind alphaKind;
+};
+
+class RenderFormat : public RenderFormats, public testing::WithParamInterface<FormatCase> {};
+
+TEST_P(RenderFormat, HasTheNearestDepthAndItsUsualAlpha) {
+    const auto& [input, depth, output, type, alphaKind] = GetParam();
+    const bool isExr = std::string(input).ends_with(".exr");
+    Picture picture =
+        isExr ? pictureWith(SampleType::Half, Channels::RgbAlpha, 2, {0.25, 0.5, 0.125, 0.5, 0, 0, 0, 0})
+              : pictureWith(SampleType::Uint8, Channels::RgbAlpha, 2, {100, 50, 25, 128, 0, 0, 0, 0});
+    picture.alphaKind = isExr ? AlphaKind::Premultiplied : AlphaKind::Straight;
+    write(input, picture);
+    const Picture result = rendered(input, output, {"--depth", depth});
+    EXPECT_EQ(result.sampleType, type);
+    EXPECT_EQ(result.alphaKind, alphaKind);
+    EXPECT_EQ(result.channels, Channels::RgbAlpha);
+}
+
+constexpr auto kStraight = AlphaKind::Straight;
+constexpr auto kPremultiplied = AlphaKind::Premultiplied;
+
+INSTANTIATE_TEST_SUITE_P(
+    , RenderFormat,
+    testing::Values(FormatCase{"a.tif", "auto", "b.tif", SampleType::Uint8, kStraight},
+                    FormatCase{"a.tif", "16", "b.tif", SampleType::Uint16, kStraight},
+                    FormatCase{"a.tif", "32", "b.tif", SampleType::Float, kStraight},
+                    FormatCase{"a.tif", "32", "b.tga", SampleType::Uint8, kStraight},
+                    FormatCase{"a.tif", "auto", "b.exr", SampleType::Half, kPremultiplied},
+                    FormatCase{"a.tif", "16", "b.exr", SampleType::Float, kPremultiplied},
+                    FormatCase{"a.tif", "32", "b.exr", SampleType::Float, kPremultiplied},
+                    FormatCase{"a.exr", "auto", "b.exr", SampleType::Half, kPremultiplied},
+                    FormatCase{"a.exr", "32", "b.exr", SampleType::Half, kPremultiplied},
+                    FormatCase{"a.exr", "auto", "b.png", SampleType::Uint16, kStraight},
+                    FormatCase{"a.exr", "8", "b.png", SampleType::Uint8, kStraight},
+                    FormatCase{"a.exr", "auto", "b.tga", SampleType::Uint8, kStraight}));
+
+TEST_F(RenderFormats, KeepFloatsOutsideOfWhiteBitForBit) {
+    const Picture picture = randomPicture(SampleType::Float, Channels::RgbAlpha, 9, 7, 5);
+    write("a.tif", picture);
+    EXPECT_TRUE(rendered("a.tif", "b.tif", {}).samples == readPicture(folder_ / "a.tif").samples);
+}
+
+TEST_F(RenderFormats, SaidToHoldStraightAlphaIsNotDivided) {
+    Picture picture = pictureWith(SampleType::Float, Channels::RgbAlpha, 1, {0.25, 0.5, 0.125, 0.5});
+    picture.alphaKind = AlphaKind::Premultiplied;
+    write("a.exr", picture);
+    const std::vector<double> divided = {0.5, 1.0, 0.25, 0.5};
+    EXPECT_EQ(valuesOf(rendered("a.exr", "b.tif", {"--depth", "32"})), divided);
+    EXPECT_EQ(valuesOf(rendered("a.exr", "b.tif", {"--depth", "32", "--alpha", "straight"})),
+              (std::vector<double>{0.25, 0.5, 0.125, 0.5}));
+    EXPECT_EQ(rendered("a.exr", "c.tif", {"--alpha", "premultiplied"}).alphaKind, AlphaKind::Premultiplied);
+}
+
+TEST_F(RenderFormats, NameWhatIsLeftOut) {
+    ExrSheet sheet;
+    sheet.width = 2;
+    sheet.height = 1;
+    for (const char* name : {"B", "G", "R", "Z"})
+        sheet.layers.push_back({name, Imf::HALF, halves({0.5F, 0.25F})});
+    writeBytes(folder_ / "a.exr", exrOf(sheet));
+    for (const char* command : {"render", "sheet"}) {
+        const CommandOutcome outcome = run({command, "a.exr", "-o", "b.exr", "--quiet"});
+        EXPECT_EQ(outcome.exitCode, 0);
+        EXPECT_EQ(outcome.err, "kovalune: left out of 'a.exr': channel Z\n");
+    }
+}
+
+TEST_F(RenderFormats, SheetHasTheDepthOfTheFile) {
+    write("a.tif", pictureWith(SampleType::Float, Channels::Rgb, 2, {-1, 0.5, 3, 0, 0, 0}));
+    for (const auto& [name, type] : {std::pair("b.tif", SampleType::Float),
+                                     {"b.exr", SampleType::Float},
+                                     {"b.png", SampleType::Uint16}}) {
+        EXPECT_TRUE(run({"sheet", "a.tif", "-o", name}).ok());
+        const Picture sheet = readPicture(folder_ / name);
+        EXPECT_EQ(sheet.sampleType, type);
+        EXPECT_EQ(sheet.channels, Channels::Rgb);
+    }
+    const Picture sheet = readPicture(folder_ / "b.tif");
+    const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
+    EXPECT_EQ(sheet.sample<float>(first), -1.0F);
+    EXPECT_EQ(sheet.sample<float>(first + 1), 0.5F);
+    EXPECT_EQ(sheet.sample<float>(first + 2), 3.0F);
+}
+
+TEST_F(RenderFormats, SheetOfHalvesHasHalves) {
+    write("a.exr", pictureWith(SampleType::Half, Channels::Rgb, 2, {-1, 0.5, 3, 0, 0, 0}));
+    EXPECT_TRUE(run({"sheet", "a.exr", "-o", "b.exr"}).ok());
+    const Picture sheet = readPicture(folder_ / "b.exr");
+    EXPECT_EQ(sheet.sampleType, SampleType::Half);
+    const Picture source = readPicture(folder_ / "a.exr");
+    const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
+    for (std::size_t channel = 0; channel < 3; ++channel)
+        EXPECT_EQ(sheet.sample<std::uint16_t>(first + channel), source.sample<std::uint16_t>(channel));
+}
+
+} // namespace
+} // namespace kovalune::tests
