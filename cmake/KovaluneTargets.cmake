@@ -3,6 +3,7 @@
 #   kovalune_arithmetic  what keeps a result the same to the last bit on every machine: no contraction of
 #                        a * b + c, no fast-math, SSE2 instead of the x87 on 32-bit x86
 #   kovalune_sanitizers  the checks that KOVALUNE_SANITIZE names ("address", "thread" or empty)
+#   kovalune_windows     how files for Windows are linked
 include(CheckCXXCompilerFlag)
 
 add_library(kovalune_warnings INTERFACE)
@@ -37,7 +38,26 @@ if(flags)
   target_link_options(kovalune_sanitizers INTERFACE ${flags})
 endif()
 
+# The layout of the host's records on 64-bit systems other than Windows: "x64" for that of the 64-bit hosts,
+# "native" for the 16-bit rectangles of the 32-bit ones, which the native builds test otherwise. Windows needs no
+# choice.
+set(KOVALUNE_HOST_LAYOUT "native" CACHE STRING "native or x64")
+set_property(CACHE KOVALUNE_HOST_LAYOUT PROPERTY STRINGS native x64)
+if(NOT KOVALUNE_HOST_LAYOUT MATCHES "^(native|x64)$")
+  message(FATAL_ERROR "KOVALUNE_HOST_LAYOUT is '${KOVALUNE_HOST_LAYOUT}'; it takes native or x64")
+endif()
+
+# Files for Windows carry their runtime with them, and the same sources give the same bytes.
+add_library(kovalune_windows INTERFACE)
+if(WIN32)
+  target_link_options(kovalune_windows INTERFACE -static -Wl,--no-insert-timestamp)
+endif()
+
 add_library(kovalune_common INTERFACE)
 target_compile_features(kovalune_common INTERFACE cxx_std_20)
 target_include_directories(kovalune_common INTERFACE ${PROJECT_SOURCE_DIR})
-target_link_libraries(kovalune_common INTERFACE kovalune_warnings kovalune_arithmetic kovalune_sanitizers)
+if(KOVALUNE_HOST_LAYOUT STREQUAL "x64")
+  target_compile_definitions(kovalune_common INTERFACE KOVALUNE_HOST_LONG_RECTS)
+endif()
+target_link_libraries(kovalune_common INTERFACE
+  kovalune_warnings kovalune_arithmetic kovalune_sanitizers kovalune_windows)

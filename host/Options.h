@@ -31,6 +31,7 @@ struct HostOptions {
     std::string executablePath = "kovalune-host";
     std::optional<std::string> resourcePath; // default: the file of the effect module
     void* mainWindow = nullptr;
+    bool everySuiteVersion = false; // also the versions of suites that hosts of this era need not have
 
     // Iterations. The calling thread counts as one of `threads`.
     int threads = 0;    // 1 to 64; 0: what the machine has

@@ -58,14 +58,28 @@ const PFWorldTransformSuite1& worldTransformSuite1() {
     return suite;
 }
 
+/// The slots that both versions have.
+template <class Table>
+Table fillMatteSlots() {
+    Table made{};
+    made.fill = fillBySuite;
+    made.fill16 = Unsupported<"fill16">::call;
+    made.premultiply = Unsupported<"premultiply">::call;
+    made.premultiply_color = Unsupported<"premultiply_color">::call;
+    made.premultiply_color16 = Unsupported<"premultiply_color16">::call;
+    return made;
+}
+
 const PFFillMatteSuite1& fillMatteSuite1() {
-    static const PFFillMatteSuite1 suite = [] {
-        PFFillMatteSuite1 made{};
-        made.fill = fillBySuite;
-        made.fill16 = Unsupported<"fill16">::call;
-        made.premultiply = Unsupported<"premultiply">::call;
-        made.premultiply_color = Unsupported<"premultiply_color">::call;
-        made.premultiply_color16 = Unsupported<"premultiply_color16">::call;
+    static const auto suite = fillMatteSlots<PFFillMatteSuite1>();
+    return suite;
+}
+
+const PFFillMatteSuite2& fillMatteSuite2() {
+    static const PFFillMatteSuite2 suite = [] {
+        auto made = fillMatteSlots<PFFillMatteSuite2>();
+        made.fill_float = Unsupported<"fill_float">::call;
+        made.premultiply_color_float = Unsupported<"premultiply_color_float">::call;
         return made;
     }();
     return suite;
@@ -77,18 +91,35 @@ const PFHandleSuite1& handleSuite1() {
     return suite;
 }
 
+/// The slots that all versions have.
+template <class Table>
+Table paramUtilsSlots() {
+    Table made{};
+    made.PF_UpdateParamUI = updateParamUi;
+    made.PF_IsIdenticalCheckout = Unsupported<"PF_IsIdenticalCheckout">::call;
+    made.PF_FindKeyframeTime = Unsupported<"PF_FindKeyframeTime">::call;
+    made.PF_GetKeyframeCount = Unsupported<"PF_GetKeyframeCount">::call;
+    made.PF_CheckoutKeyframe = Unsupported<"PF_CheckoutKeyframe">::call;
+    made.PF_CheckinKeyframe = Unsupported<"PF_CheckinKeyframe">::call;
+    made.PF_KeyIndexToTime = Unsupported<"PF_KeyIndexToTime">::call;
+    return made;
+}
+
 const PFParamUtilsSuite1& paramUtilsSuite1() {
     static const PFParamUtilsSuite1 suite = [] {
-        PFParamUtilsSuite1 made{};
-        made.PF_UpdateParamUI = updateParamUi;
+        auto made = paramUtilsSlots<PFParamUtilsSuite1>();
         for (PF_UnusedSlot& slot : made.obsolete_state_functions)
             slot = Unsupported<"obsolete state function">::call;
-        made.PF_IsIdenticalCheckout = Unsupported<"PF_IsIdenticalCheckout">::call;
-        made.PF_FindKeyframeTime = Unsupported<"PF_FindKeyframeTime">::call;
-        made.PF_GetKeyframeCount = Unsupported<"PF_GetKeyframeCount">::call;
-        made.PF_CheckoutKeyframe = Unsupported<"PF_CheckoutKeyframe">::call;
-        made.PF_CheckinKeyframe = Unsupported<"PF_CheckinKeyframe">::call;
-        made.PF_KeyIndexToTime = Unsupported<"PF_KeyIndexToTime">::call;
+        return made;
+    }();
+    return suite;
+}
+
+const PFParamUtilsSuite3& paramUtilsSuite3() {
+    static const PFParamUtilsSuite3 suite = [] {
+        auto made = paramUtilsSlots<PFParamUtilsSuite3>();
+        made.PF_GetCurrentState = Unsupported<"PF_GetCurrentState">::call;
+        made.PF_AreStatesIdentical = Unsupported<"PF_AreStatesIdentical">::call;
         return made;
     }();
     return suite;
@@ -98,21 +129,29 @@ struct SuiteEntry {
     std::string_view name;
     std::int32_t version;
     const void* table;
+    bool ofThisEra; ///< offered without being told
 };
 
-const void* findSuite(std::string_view name, std::int32_t version) {
-    static const std::array<SuiteEntry, 6> entries{{
-        {kPFWorldSuite, kPFWorldSuiteVersion1, &worldSuite1()},
-        {kPFWorldSuite, kPFWorldSuiteVersion2, &worldSuite2()},
-        {kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1, &worldTransformSuite1()},
-        {kPFFillMatteSuite, kPFFillMatteSuiteVersion1, &fillMatteSuite1()},
-        {kPFHandleSuite, kPFHandleSuiteVersion1, &handleSuite1()},
-        {kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1, &paramUtilsSuite1()},
+const SuiteEntry* findSuite(std::string_view name, std::int32_t version) {
+    constexpr std::int32_t fillMatte = kPFFillMatteSuiteVersions[0];
+    constexpr std::int32_t handles = kPFHandleSuiteVersions[0];
+    constexpr std::int32_t paramUtils = kPFParamUtilsSuiteVersions[0];
+    static const std::array<SuiteEntry, 10> entries{{
+        {kPFWorldSuite, 1, &worldSuite1(), true},
+        {kPFWorldSuite, 2, &worldSuite2(), true},
+        {kPFWorldTransformSuite, 1, &worldTransformSuite1(), true},
+        {kPFFillMatteSuite, 1, &fillMatteSuite1(), fillMatte == 1},
+        {kPFFillMatteSuite, 2, &fillMatteSuite2(), fillMatte == 2},
+        {kPFHandleSuite, 1, &handleSuite1(), handles == 1},
+        {kPFHandleSuite, 2, &handleSuite1(), handles == 2},
+        {kPFParamUtilsSuite, 1, &paramUtilsSuite1(), paramUtils == 1},
+        {kPFParamUtilsSuite, 2, &paramUtilsSuite1(), paramUtils == 2},
+        {kPFParamUtilsSuite, 3, &paramUtilsSuite3(), paramUtils == 3},
     }};
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const SuiteEntry& entry) {
         return entry.name == name && entry.version == version;
     });
-    return found == entries.end() ? nullptr : found->table;
+    return found == entries.end() ? nullptr : &*found;
 }
 
 bool withheld(const HostOptions& options, std::string_view name, std::int32_t version) {
@@ -130,11 +169,13 @@ std::int32_t acquireSuite(const char* name, std::int32_t version, const void** s
     return countedCall(
         "AcquireSuite", [&] { return joined(suiteName, version); },
         [&](CommandContext& context) -> PF_Err {
-            const void* table = findSuite(suiteName, version);
-            if (suite == nullptr || table == nullptr || withheld(context.host.options, suiteName, version))
+            const SuiteEntry* entry = findSuite(suiteName, version);
+            const HostOptions& options = context.host.options;
+            if (suite == nullptr || entry == nullptr || withheld(options, suiteName, version) ||
+                !(entry->ofThisEra || options.everySuiteVersion))
                 return kSuiteNotFound;
             context.host.suites.acquired(std::string(suiteName), version);
-            *suite = table;
+            *suite = entry->table;
             return PF_Err_NONE;
         });
 }

@@ -1,7 +1,7 @@
 // Compile-time checks of the interface's binary layout, one column for each host the project builds for:
 //   w32     32-bit Windows, 16-bit rectangles
-//   x64     64-bit, 32-bit rectangles (KOVALUNE_HOST_LONG_RECTS)
-//   x64r16  64-bit, 16-bit rectangles: the native builds
+//   x64     64-bit, 32-bit rectangles (KOVALUNE_HOST_LONG_RECTS): 64-bit Windows, and native builds on request
+//   x64r16  64-bit, 16-bit rectangles: the other native builds
 // Included by the check files alone.
 #pragma once
 

@@ -5,6 +5,7 @@
 #include "hostapi/Callbacks.h"
 #include "hostapi/Types.h"
 
+#include <array>
 #include <cstddef>
 
 struct SPBasicSuite {
@@ -98,8 +99,8 @@ struct PFFillMatteSuite2 {
 };
 
 inline constexpr char kPFHandleSuite[] = "PF Handle Suite";
-inline constexpr std::int32_t kPFHandleSuiteVersion1 = 1; // 32-bit hosts
-inline constexpr std::int32_t kPFHandleSuiteVersion2 = 2; // 64-bit hosts; the same table
+inline constexpr std::int32_t kPFHandleSuiteVersion1 = 1;
+inline constexpr std::int32_t kPFHandleSuiteVersion2 = 2; // the same table, with the sizes of 64-bit hosts
 
 struct PFHandleSuite1 {
     PF_Handle (*host_new_handle)(A_HandleSize size);
@@ -139,3 +140,18 @@ struct PFParamUtilsSuite3 {
     PF_UnusedSlot PF_CheckinKeyframe;
     PF_UnusedSlot PF_KeyIndexToTime;
 };
+
+// The versions of the suites that came to differ, in the order in which an effect asks for them. The first is the
+// one that hosts of this era are known to have; the slots that hold the same place in all of them may be
+// called through the table of the lowest.
+#ifdef KOVALUNE_HOST_LONG_RECTS
+inline constexpr std::array kPFFillMatteSuiteVersions = {kPFFillMatteSuiteVersion2,
+                                                         kPFFillMatteSuiteVersion1};
+inline constexpr std::array kPFHandleSuiteVersions = {kPFHandleSuiteVersion2, kPFHandleSuiteVersion1};
+inline constexpr std::array kPFParamUtilsSuiteVersions = {
+    kPFParamUtilsSuiteVersion3, kPFParamUtilsSuiteVersion2, kPFParamUtilsSuiteVersion1};
+#else
+inline constexpr std::array kPFFillMatteSuiteVersions = {kPFFillMatteSuiteVersion1};
+inline constexpr std::array kPFHandleSuiteVersions = {kPFHandleSuiteVersion1};
+inline constexpr std::array kPFParamUtilsSuiteVersions = {kPFParamUtilsSuiteVersion1};
+#endif

@@ -83,9 +83,12 @@ struct PF_LRect {
     A_long bottom;
 };
 
-// KOVALUNE_HOST_LONG_RECTS (defined or not) picks the era of the interface: not defined, the rectangles and
-// points of the 32-bit hosts; defined, those of the 64-bit hosts. Code that builds a rectangle names its
-// members.
+// KOVALUNE_HOST_LONG_RECTS (defined or not) picks the era of the interface: not defined, the rectangles, points
+// and suites of the 32-bit hosts; defined, those of the 64-bit hosts. Every 64-bit Windows host is of the
+// second kind; elsewhere the build says. Code that builds a rectangle names its members.
+#if defined(_WIN64) && !defined(KOVALUNE_HOST_LONG_RECTS)
+#define KOVALUNE_HOST_LONG_RECTS
+#endif
 #ifdef KOVALUNE_HOST_LONG_RECTS
 using PF_Rect = PF_LRect;
 struct PF_Point {

@@ -42,7 +42,10 @@ public:
     /// Turns the filter back into a plain BaseFilter, which answers every later command.
     void end();
 
+    /// From the first call on, until they are freed.
     PendingErrorList& pendingErrors() { return *pendingErrors_; }
+    void freePendingErrors() { pendingErrors_.reset(); }
+    bool hasPendingErrors() const { return pendingErrors_.has_value(); }
 
 private:
     void establish();

@@ -6,6 +6,10 @@
 namespace kovalune {
 
 inline constexpr char kEffectName[] = "Kovalune";
+inline constexpr char kEffectCategory[] = "ORVEL";
+/// By which projects find the effect again.
+inline constexpr char kMatchName[] = "ORVEL KOVALUNE";
+inline constexpr char kEntryPointName[] = "EntryPointFunc";
 inline constexpr int kVersionMajor = 1;
 inline constexpr int kVersionMinor = 0;
 inline constexpr int kVersionBugfix = 1;
@@ -16,6 +20,10 @@ inline constexpr int kBuild = 8;
 inline constexpr A_u_long kPackedVersion =
     PF_VERSION(kVersionMajor, kVersionMinor, kVersionBugfix, PF_Stage_RELEASE, kBuild);
 static_assert(kPackedVersion == 0x00080E08);
+
+/// The version of the host's interface that the effect is written for, by the kind of host.
+inline constexpr PF_SpecVersion kSpecVersionOf32BitHosts = {12, 14};
+inline constexpr PF_SpecVersion kSpecVersionOf64BitHosts = {13, 0};
 
 inline constexpr PF_OutFlags kOutFlags = PF_OutFlag_SEQUENCE_DATA_NEEDS_FLATTENING | PF_OutFlag_I_DO_DIALOG |
                                          PF_OutFlag_USE_OUTPUT_EXTENT | PF_OutFlag_DEEP_COLOR_AWARE |

@@ -1,6 +1,7 @@
 #include "effect/params/EnableRules.h"
 
 #include "effect/params/ParamRegistry.h"
+#include "effect/share/AEUtil/SuiteHolder.h"
 
 #include <cstring>
 #include <initializer_list>
@@ -15,22 +16,22 @@ enum { kNoParamUtils }; // thrown as it is: a missing suite here is no host code
 class ParamUtilsHolder {
 public:
     explicit ParamUtilsHolder(const SPBasicSuite* basic) : basic_(basic) {
-        const void* table = nullptr;
-        if (basic_->AcquireSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1, &table) != 0 ||
-            table == nullptr) {
+        acquired_ = AEUtil::acquireFirst(basic_, kPFParamUtilsSuite, kPFParamUtilsSuiteVersions);
+        if (acquired_.table == nullptr) {
             throw kNoParamUtils;
         }
-        suite_ = static_cast<const PFParamUtilsSuite1*>(table);
     }
-    ~ParamUtilsHolder() { basic_->ReleaseSuite(kPFParamUtilsSuite, kPFParamUtilsSuiteVersion1); }
+    ~ParamUtilsHolder() { basic_->ReleaseSuite(kPFParamUtilsSuite, acquired_.version); }
     ParamUtilsHolder(const ParamUtilsHolder&) = delete;
     ParamUtilsHolder& operator=(const ParamUtilsHolder&) = delete;
 
-    const PFParamUtilsSuite1& suite() const { return *suite_; }
+    const PFParamUtilsSuite1& suite() const {
+        return *static_cast<const PFParamUtilsSuite1*>(acquired_.table);
+    }
 
 private:
     const SPBasicSuite* basic_;
-    const PFParamUtilsSuite1* suite_ = nullptr;
+    AEUtil::AcquiredSuite acquired_;
 };
 
 /// Index 0, the input layer, for an id that the table lacks: the rules below name many such ids.

@@ -27,7 +27,7 @@ bool shiftKeyDown();
 
 // The number of the active multibyte code page: 932 for Japanese, 65001 for UTF-8. On POSIX systems the
 // language of the locale decides between these two, whatever its encoding, because that is what the number is
-// used for.
+// used for. On Windows it is 0 where characters are single bytes.
 unsigned activeCodePage();
 
 // Puts the user's folder for settings into the buffer, ended by a NUL and without a separator at its end
@@ -41,6 +41,10 @@ bool applicationDataFolder(char* buffer, std::size_t size);
 // names and values do not count; a line that starts with ';' is a comment; a line without '=' is nothing.
 // Lines end in LF or CR LF, and a UTF-8 byte-order mark may stand first. The file's path is taken as it is.
 // A file that is missing, unreadable or not a plain file reads as an empty one.
+//
+// On Windows the system's own profile functions do this. They differ where no file of ours comes: a number
+// may be hexadecimal ("0x10"), a byte-order mark hides the first line, a relative path lies in the system's folder,
+// and a file is changed in place.
 
 // A profile is a small file: on POSIX systems what lies past this many bytes is treated as not there (so a
 // line across the limit ends at it), and a file that is or would become larger is not written.

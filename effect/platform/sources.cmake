@@ -1,5 +1,12 @@
 set(KOVALUNE_PLATFORM_SOURCES platform/ProfileFile.cpp)
-if(NOT WIN32)
+if(WIN32)
+  list(APPEND KOVALUNE_PLATFORM_SOURCES
+    platform/windows/CriticalSection.cpp
+    platform/windows/Folders.cpp
+    platform/windows/Module.cpp
+    platform/windows/Process.cpp
+    platform/windows/Profile.cpp)
+else()
   list(APPEND KOVALUNE_PLATFORM_SOURCES
     platform/posix/CriticalSection.cpp
     platform/posix/File.cpp

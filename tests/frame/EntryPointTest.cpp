@@ -142,7 +142,7 @@ TEST(EntryPoint, LetsOutWhatAMissingBasicSuiteThrows) {
 
 TEST(EntryPoint, ReportsAMissingParameterSuiteAsUnknown) {
     StubHost host;
-    host.missingSuites = {"PF Param Utils Suite 1"};
+    host.missingSuites = {kParamUtilsSuiteText};
     PF_ParamDef** const params = host.paramArray();
     EXPECT_EQ(EntryPointFunc(PF_Cmd_UPDATE_PARAMS_UI, &host.in, &host.out, params, nullptr, nullptr), 512);
     EXPECT_STREQ(host.out.return_msg, kUnknownError);

@@ -6,8 +6,6 @@
 #include "effect/params/ParamRegistry.h"
 #include "tests/frame/StubHost.h"
 
-#include <clocale>
-#include <cstdlib>
 #include <cstring>
 #include <gtest/gtest.h>
 
@@ -33,26 +31,6 @@ INSTANTIATE_TEST_SUITE_P(Commands, FirstCall,
                          [](const auto& each) {
                              return each.param < 0 ? std::string("Negative") : std::to_string(each.param);
                          });
-
-TEST(FirstCallOnce, TakesTheUsersLocale) {
-    StubHost host;
-    ASSERT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
-    ASSERT_EQ(setenv("LC_ALL", "C.UTF-8", 1), 0);
-    EXPECT_EQ(send(host, 2), 0);
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
-}
-
-TEST(FirstCallOnce, IsNotRepeated) {
-    StubHost host;
-    ASSERT_EQ(setenv("LC_ALL", "C.UTF-8", 1), 0);
-    EXPECT_EQ(send(host, PF_Cmd_GLOBAL_SETUP), 0);
-    const BaseParam* const view = paramRegistry().findById(1);
-    std::setlocale(LC_ALL, "C");
-    EXPECT_EQ(send(host, PF_Cmd_GLOBAL_SETUP), 0);
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
-    EXPECT_EQ(paramRegistry().findById(1), view);
-    EXPECT_EQ(paramRegistry().indexCounter(), 58);
-}
 
 TEST(PendingErrors, AreEmptiedAtTheStartOfEveryCommand) {
     StubHost host;

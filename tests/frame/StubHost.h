@@ -19,6 +19,11 @@ namespace kovalune::test {
 /// A suite's name and version, such as "PF World Suite 2".
 std::string suiteText(const char* name, int version);
 
+// The versions that hosts of this build's era have, where eras differ.
+inline const std::string kFillMatteSuiteText = suiteText(kPFFillMatteSuite, kPFFillMatteSuiteVersions[0]);
+inline const std::string kHandleSuiteText = suiteText(kPFHandleSuite, kPFHandleSuiteVersions[0]);
+inline const std::string kParamUtilsSuiteText = suiteText(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
+
 class StubHost {
 public:
     StubHost();

@@ -44,15 +44,21 @@ int emptySuiteSlots(const Call& c, const char* name, std::int32_t version) {
 }
 
 TEST(Callback, EverySlotOfTheSuitesIsFilled) {
-    Stage stage;
+    HostOptions options = Stage::audited();
+    options.everySuiteVersion = true;
+    Stage stage(options);
     stage.during([](Call& c) {
         EXPECT_EQ(emptySlots(c.in.pica_basicP, c.in.pica_basicP + 1), 0);
         EXPECT_EQ(emptySuiteSlots<PFWorldSuite1>(c, kPFWorldSuite, 1), 0);
         EXPECT_EQ(emptySuiteSlots<PFWorldSuite2>(c, kPFWorldSuite, 2), 0);
         EXPECT_EQ(emptySuiteSlots<PFWorldTransformSuite1>(c, kPFWorldTransformSuite, 1), 0);
         EXPECT_EQ(emptySuiteSlots<PFFillMatteSuite1>(c, kPFFillMatteSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFFillMatteSuite2>(c, kPFFillMatteSuite, 2), 0);
         EXPECT_EQ(emptySuiteSlots<PFHandleSuite1>(c, kPFHandleSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFHandleSuite1>(c, kPFHandleSuite, 2), 0);
         EXPECT_EQ(emptySuiteSlots<PFParamUtilsSuite1>(c, kPFParamUtilsSuite, 1), 0);
+        EXPECT_EQ(emptySuiteSlots<PFParamUtilsSuite1>(c, kPFParamUtilsSuite, 2), 0);
+        EXPECT_EQ(emptySuiteSlots<PFParamUtilsSuite3>(c, kPFParamUtilsSuite, 3), 0);
         return PF_Err_NONE;
     });
 }

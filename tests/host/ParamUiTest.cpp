@@ -11,11 +11,11 @@ using Change = std::function<void(PF_ParamDef&)>;
 void update(Stage& stage, int index, const Change& change) {
     Session& session = stage.session();
     stage.script[PF_Cmd_UPDATE_PARAMS_UI] = [&](Call& c) -> PF_Err {
-        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, 1);
+        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         PF_ParamDef copy = *c.params[index];
         change(copy);
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), index, &copy), PF_Err_NONE);
-        c.release(kPFParamUtilsSuite, 1);
+        c.release(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         return PF_Err_NONE;
     };
     session.updateParamsUI();
@@ -126,14 +126,14 @@ TEST(ParamUi, AValueChangedDuringTheCommandIsNotTheEffectsDoing) {
 TEST(ParamUi, ACheckedOutDefinitionServesWhereThereIsNoArray) {
     Stage stage;
     stage.script[PF_Cmd_SMART_PRE_RENDER] = [](Call& c) -> PF_Err {
-        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, 1);
+        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         PF_ParamDef def{};
         c.in.inter.checkout_param(c.ref(), 1, c.in.current_time, c.in.time_step, c.in.time_scale, &def);
         PF_ParamDef copy = def;
         copy.ui_flags |= PF_PUI_DISABLED;
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 1, &copy), PF_Err_NONE);
         c.in.inter.checkin_param(c.ref(), &def);
-        c.release(kPFParamUtilsSuite, 1);
+        c.release(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         return 1;
     };
     stage.session().setKey(1, 0, A_long{1});

@@ -24,11 +24,37 @@ TEST(Suite, TheSixSuitesAreFound) {
         EXPECT_TRUE(present(kPFWorldSuite, 1));
         EXPECT_TRUE(present(kPFWorldSuite, 2));
         EXPECT_TRUE(present(kPFWorldTransformSuite, 1));
-        EXPECT_TRUE(present(kPFFillMatteSuite, 1));
-        EXPECT_TRUE(present(kPFHandleSuite, 1));
-        EXPECT_TRUE(present(kPFParamUtilsSuite, 1));
+        EXPECT_TRUE(present(kPFFillMatteSuite, kPFFillMatteSuiteVersions[0]));
+        EXPECT_TRUE(present(kPFHandleSuite, kPFHandleSuiteVersions[0]));
+        EXPECT_TRUE(present(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]));
         EXPECT_FALSE(present(kPFWorldSuite, 3));
+        EXPECT_NE(present(kPFHandleSuite, 1), present(kPFHandleSuite, 2));
         EXPECT_FALSE(present("PF Unheard Suite", 1));
+        return PF_Err_NONE;
+    });
+    EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+}
+
+TEST(Suite, EveryVersionIsFoundWhereTheHostIsToldSo) {
+    HostOptions options = Stage::audited();
+    options.everySuiteVersion = true;
+    options.withheldSuites = {{kPFParamUtilsSuite, 2}};
+    Stage stage(options);
+    stage.during([](Call& c) {
+        const auto present = [&c](const char* name, std::int32_t version) {
+            const bool found = c.acquire<void*>(name, version) != nullptr;
+            if (found)
+                c.release(name, version);
+            return found;
+        };
+        for (const std::int32_t version : {1, 2}) {
+            EXPECT_TRUE(present(kPFFillMatteSuite, version));
+            EXPECT_TRUE(present(kPFHandleSuite, version));
+        }
+        EXPECT_TRUE(present(kPFParamUtilsSuite, 1));
+        EXPECT_FALSE(present(kPFParamUtilsSuite, 2)); // withheld
+        EXPECT_TRUE(present(kPFParamUtilsSuite, 3));
+        EXPECT_FALSE(present(kPFHandleSuite, 3));
         return PF_Err_NONE;
     });
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
@@ -51,20 +77,21 @@ TEST(Suite, AcquireAndReleaseAreCountedAndLogged) {
     stage.session();
     stage.host.clearCalls();
     stage.during([](Call& c) {
-        c.acquire<PFHandleSuite1>(kPFHandleSuite, 1);
-        c.acquire<PFHandleSuite1>(kPFHandleSuite, 1);
-        c.release(kPFHandleSuite, 1);
+        c.acquire<PFHandleSuite1>(kPFHandleSuite, kPFHandleSuiteVersions[0]);
+        c.acquire<PFHandleSuite1>(kPFHandleSuite, kPFHandleSuiteVersions[0]);
+        c.release(kPFHandleSuite, kPFHandleSuiteVersions[0]);
         return PF_Err_NONE;
     });
+    const std::string handles = "PF Handle Suite " + std::to_string(kPFHandleSuiteVersions[0]);
     EXPECT_EQ(stage.host.audit().liveSuites, 1);
-    EXPECT_EQ(countCalls(stage.host, "AcquireSuite", "PF Handle Suite 1"), 2);
-    EXPECT_EQ(countCalls(stage.host, "ReleaseSuite", "PF Handle Suite 1"), 1);
+    EXPECT_EQ(countCalls(stage.host, "AcquireSuite", handles), 2);
+    EXPECT_EQ(countCalls(stage.host, "ReleaseSuite", handles), 1);
 }
 
 TEST(Suite, ReleaseOfASuiteNotAcquiredIsMisuse) {
     Stage stage;
     stage.during([](Call& c) {
-        EXPECT_NE(c.in.pica_basicP->ReleaseSuite(kPFHandleSuite, 1), 0);
+        EXPECT_NE(c.in.pica_basicP->ReleaseSuite(kPFHandleSuite, kPFHandleSuiteVersions[0]), 0);
         return PF_Err_NONE;
     });
     EXPECT_EQ(stage.host.audit().misuse.size(), 1U);
@@ -96,7 +123,7 @@ TEST(Suite, CopyHqAndCopyAreToldApartInTheLog) {
 TEST(Suite, FillOfTheFillMatteSuiteFills) {
     Stage stage;
     stage.during([](Call& c) {
-        const auto& suite = c.need<PFFillMatteSuite1>(kPFFillMatteSuite, 1);
+        const auto& suite = c.need<PFFillMatteSuite1>(kPFFillMatteSuite, kPFFillMatteSuiteVersions[0]);
         PF_EffectWorld world{};
         c.utils().new_world(c.ref(), 1, 1, PF_NewWorldFlag_CLEAR_PIXELS, &world);
         const PF_Pixel colour{4, 3, 2, 1};
@@ -104,7 +131,7 @@ TEST(Suite, FillOfTheFillMatteSuiteFills) {
         EXPECT_EQ(worldRow(world, 0)[0], std::byte{4});
         EXPECT_EQ(suite.premultiply(c.ref(), 1, &world), PF_Err_INVALID_CALLBACK);
         c.utils().dispose_world(c.ref(), &world);
-        c.release(kPFFillMatteSuite, 1);
+        c.release(kPFFillMatteSuite, kPFFillMatteSuiteVersions[0]);
         return PF_Err_NONE;
     });
     EXPECT_EQ(stage.host.audit().misuse.size(), 1U); // premultiply
@@ -113,11 +140,11 @@ TEST(Suite, FillOfTheFillMatteSuiteFills) {
 TEST(Suite, HandleSuiteAndCallbacksShareTheirHandles) {
     Stage stage;
     stage.during([](Call& c) {
-        const auto& suite = c.need<PFHandleSuite1>(kPFHandleSuite, 1);
+        const auto& suite = c.need<PFHandleSuite1>(kPFHandleSuite, kPFHandleSuiteVersions[0]);
         PF_Handle handle = suite.host_new_handle(12);
         EXPECT_EQ(c.utils().host_get_handle_size(handle), 12U);
         c.utils().host_dispose_handle(handle);
-        c.release(kPFHandleSuite, 1);
+        c.release(kPFHandleSuite, kPFHandleSuiteVersions[0]);
         return PF_Err_NONE;
     });
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
@@ -127,14 +154,14 @@ TEST(Suite, UpdateParamUiGreysAndRenamesAParameter) {
     Stage stage;
     stage.session();
     stage.script[PF_Cmd_UPDATE_PARAMS_UI] = [](Call& c) -> PF_Err {
-        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, 1);
+        const auto& suite = c.need<PFParamUtilsSuite1>(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         PF_ParamDef copy = *c.params[1];
         copy.ui_flags |= PF_PUI_DISABLED;
         copy.name[0] = 'c';
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 1, &copy), PF_Err_NONE);
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 8, &copy), PF_Err_INVALID_INDEX);
         EXPECT_EQ(suite.PF_UpdateParamUI(c.ref(), 0, c.params[0]), PF_Err_NONE);
-        c.release(kPFParamUtilsSuite, 1);
+        c.release(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions[0]);
         return PF_Err_NONE;
     };
     EXPECT_TRUE(stage.session().enabled(1));

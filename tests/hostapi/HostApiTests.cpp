@@ -5,6 +5,7 @@
 #include <cstring>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 namespace {
 
@@ -102,6 +103,15 @@ TEST(Suites, HaveTheNamesAndVersionsThatHostsKnow) {
     EXPECT_STREQ(kPFParamUtilsSuite, "PF Param Utils Suite");
     EXPECT_EQ(kPFWorldSuiteVersion2, 2);
     EXPECT_EQ(kPFParamUtilsSuiteVersion1, 1);
+}
+
+TEST(Suites, AreAskedForByTheVersionsOfTheEra) {
+    using Versions = std::vector<std::int32_t>;
+    const auto listed = [](const auto& versions) { return Versions(versions.begin(), versions.end()); };
+    const bool hosts64 = sizeof(PF_Rect) == sizeof(PF_LRect);
+    EXPECT_EQ(listed(kPFFillMatteSuiteVersions), (hosts64 ? Versions{2, 1} : Versions{1}));
+    EXPECT_EQ(listed(kPFHandleSuiteVersions), (hosts64 ? Versions{2, 1} : Versions{1}));
+    EXPECT_EQ(listed(kPFParamUtilsSuiteVersions), (hosts64 ? Versions{3, 2, 1} : Versions{1}));
 }
 
 // Records cross between modules that different compilers built, and hosts clear them as bytes.

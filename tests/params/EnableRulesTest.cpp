@@ -148,8 +148,8 @@ TEST(EnableRules, ChangeNothingButTheBitOfACopy) {
 TEST(EnableRules, HoldTheSuiteForOneCommand) {
     UiHost host;
     host.update();
-    EXPECT_EQ(host.callTexts.front(), "AcquireSuite PF Param Utils Suite 1");
-    EXPECT_EQ(host.callTexts.back(), "ReleaseSuite PF Param Utils Suite 1");
+    EXPECT_EQ(host.callTexts.front(), "AcquireSuite " + kParamUtilsSuiteText);
+    EXPECT_EQ(host.callTexts.back(), "ReleaseSuite " + kParamUtilsSuiteText);
     EXPECT_EQ(host.count("AcquireSuite"), 1);
     EXPECT_EQ(host.count("PF_UpdateParamUI"), 143);
 }
@@ -164,7 +164,7 @@ TEST(EnableRules, IgnoreTheHostsFailures) {
 TEST(EnableRules, ThrowNeitherALongNorAStandardExceptionWithoutTheSuite) {
     for (const bool empty : {false, true}) {
         UiHost host;
-        (empty ? host.emptySuites : host.missingSuites) = {"PF Param Utils Suite 1"};
+        (empty ? host.emptySuites : host.missingSuites) = {kParamUtilsSuiteText};
         std::string thrown;
         try {
             updateParamEnables(&host.in, host.paramArray());

@@ -12,6 +12,7 @@
 namespace AEUtil {
 namespace {
 
+using kovalune::test::kHandleSuiteText;
 using kovalune::test::StubHost;
 using Texts = std::vector<std::string>;
 
@@ -64,13 +65,13 @@ TEST(AEMemory, PutsAHeaderOf32BytesAheadOfTheBlock) {
 TEST(AEMemory, KeepsTheBlockLockedToItsRelease) {
     StubHost host;
     void* const block = AEMemory::alloc(1, &host.basic);
-    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF Handle Suite 1", "host_new_handle 33",
-                                     "host_lock_handle", "ReleaseSuite PF Handle Suite 1"}));
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite " + kHandleSuiteText, "host_new_handle 33",
+                                     "host_lock_handle", "ReleaseSuite " + kHandleSuiteText}));
     EXPECT_EQ(host.liveLocks(), 1);
     host.callTexts.clear();
     AEMemory::release(block, &host.basic);
-    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF Handle Suite 1", "host_unlock_handle",
-                                     "host_dispose_handle", "ReleaseSuite PF Handle Suite 1"}));
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite " + kHandleSuiteText, "host_unlock_handle",
+                                     "host_dispose_handle", "ReleaseSuite " + kHandleSuiteText}));
     EXPECT_EQ(host.liveHandles(), 0);
 }
 
@@ -102,8 +103,8 @@ TEST(AEMemory, LeavesNoHandleBehindThatCannotBeLocked) {
     EXPECT_EQ(failure.text, "..\\..\\..\\share\\AEUtil\\AEMemory(56): " + kSignature +
                                 "メモリ確保に失敗しました。alloc_size=1032\n");
     EXPECT_EQ(host.callTexts,
-              (Texts{"AcquireSuite PF Handle Suite 1", "host_new_handle 1032", "host_lock_handle",
-                     "host_dispose_handle", "ReleaseSuite PF Handle Suite 1"}));
+              (Texts{"AcquireSuite " + kHandleSuiteText, "host_new_handle 1032", "host_lock_handle",
+                     "host_dispose_handle", "ReleaseSuite " + kHandleSuiteText}));
     EXPECT_EQ(host.liveHandles(), 0);
 }
 
@@ -132,7 +133,7 @@ TEST(AEMemory, RefusesWhatTheHeaderCannotTell) {
 TEST(AEMemory, ThrowsALongWithoutTheHandleSuite) {
     StubHost host;
     void* const block = AEMemory::alloc(8, &host.basic);
-    host.missingSuites = {"PF Handle Suite 1"};
+    host.missingSuites = {kHandleSuiteText};
     EXPECT_THROW(AEMemory::alloc(8, &host.basic), long);
     EXPECT_THROW(AEMemory::release(block, &host.basic), long);
     EXPECT_EQ(host.liveHandles(), 1);

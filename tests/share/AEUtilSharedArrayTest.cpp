@@ -9,6 +9,7 @@ namespace AEUtil {
 namespace {
 
 using kovalune::test::FailingNew;
+using kovalune::test::kHandleSuiteText;
 using kovalune::test::liveAllocations;
 using kovalune::test::StubHost;
 
@@ -220,7 +221,7 @@ TEST(SharedCount, KeepsAFailureOfTheReleaseBackWhileAnExceptionPasses) {
     auto* const bytes = static_cast<uint8_t*>(AEMemory::alloc(40, &host.basic));
     try {
         const SharedCount handle = SharedCount::adopt(bytes, array_deleterAE<uint8_t>{&host.basic});
-        host.missingSuites = {"PF Handle Suite 1"};
+        host.missingSuites = {kHandleSuiteText};
         throw 7;
     } catch (int thrown) {
         EXPECT_EQ(thrown, 7);

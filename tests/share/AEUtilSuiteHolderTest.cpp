@@ -1,12 +1,15 @@
 #include "effect/share/AEUtil/SuiteHolder.h"
 #include "tests/frame/StubHost.h"
 
+#include <array>
 #include <gtest/gtest.h>
 #include <stdexcept>
 
 namespace AEUtil {
 namespace {
 
+using kovalune::test::kFillMatteSuiteText;
+using kovalune::test::kHandleSuiteText;
 using kovalune::test::StubHost;
 using kovalune::test::stubSuite;
 using Texts = std::vector<std::string>;
@@ -39,10 +42,11 @@ TEST(SuiteHolder, AcquiresOnceAndReleasesOnce) {
         const PFHandleSuite1& first = holder.handles();
         const PFHandleSuite1& second = holder.handles();
         EXPECT_EQ(&first, &second);
-        EXPECT_EQ(&first, stubSuite("PF Handle Suite 1"));
+        EXPECT_EQ(&first, stubSuite(kHandleSuiteText));
         EXPECT_EQ(host.suiteBalance(), 1);
     }
-    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF Handle Suite 1", "ReleaseSuite PF Handle Suite 1"}));
+    EXPECT_EQ(host.callTexts,
+              (Texts{"AcquireSuite " + kHandleSuiteText, "ReleaseSuite " + kHandleSuiteText}));
 }
 
 TEST(SuiteHolder, GivesEachSuiteByItsNameAndVersion) {
@@ -50,19 +54,19 @@ TEST(SuiteHolder, GivesEachSuiteByItsNameAndVersion) {
     {
         SuiteHolder holder(&host.basic);
         EXPECT_EQ(&holder.worldTransform(), stubSuite("PF World Transform Suite 1"));
-        EXPECT_EQ(&holder.fillMatte(), stubSuite("PF Fill Matte Suite 1"));
-        EXPECT_EQ(&holder.handles(), stubSuite("PF Handle Suite 1"));
+        EXPECT_EQ(&holder.fillMatte(), stubSuite(kFillMatteSuiteText));
+        EXPECT_EQ(&holder.handles(), stubSuite(kHandleSuiteText));
         EXPECT_EQ(&holder.world1(), stubSuite("PF World Suite 1"));
         EXPECT_EQ(host.callTexts,
-                  (Texts{"AcquireSuite PF World Transform Suite 1", "AcquireSuite PF Fill Matte Suite 1",
-                         "AcquireSuite PF Handle Suite 1", "AcquireSuite PF World Suite 1"}));
+                  (Texts{"AcquireSuite PF World Transform Suite 1", "AcquireSuite " + kFillMatteSuiteText,
+                         "AcquireSuite " + kHandleSuiteText, "AcquireSuite PF World Suite 1"}));
     }
     EXPECT_EQ(host.count("ReleaseSuite"), 4);
 }
 
 TEST(SuiteHolder, ReportsAMissingSuiteAsALong) {
     StubHost host;
-    host.missingSuites = {"PF Fill Matte Suite 1"};
+    host.missingSuites = {kFillMatteSuiteText};
     SuiteHolder holder(&host.basic);
     EXPECT_EQ(thrownLong([&] { holder.fillMatte(); }), 516);
     EXPECT_EQ(thrownLong([&] { holder.handles(); }), 0);
@@ -70,7 +74,7 @@ TEST(SuiteHolder, ReportsAMissingSuiteAsALong) {
 
 TEST(SuiteHolder, ReportsANullTableAsALong) {
     StubHost host;
-    host.emptySuites = {"PF Fill Matte Suite 1"};
+    host.emptySuites = {kFillMatteSuiteText};
     {
         SuiteHolder holder(&host.basic);
         EXPECT_EQ(thrownLong([&] { holder.fillMatte(); }), 516);
@@ -80,11 +84,11 @@ TEST(SuiteHolder, ReportsANullTableAsALong) {
 
 TEST(SuiteHolder, AsksAgainWhereASuiteWasMissing) {
     StubHost host;
-    host.missingSuites = {"PF Handle Suite 1"};
+    host.missingSuites = {kHandleSuiteText};
     SuiteHolder holder(&host.basic);
     EXPECT_EQ(thrownLong([&] { holder.handles(); }), 516);
     host.missingSuites.clear();
-    EXPECT_EQ(&holder.handles(), stubSuite("PF Handle Suite 1"));
+    EXPECT_EQ(&holder.handles(), stubSuite(kHandleSuiteText));
 }
 
 TEST(SuiteHolder, ReleasesWhenAnExceptionLeavesTheScope) {
@@ -98,6 +102,36 @@ TEST(SuiteHolder, ReleasesWhenAnExceptionLeavesTheScope) {
         EXPECT_EQ(host.count("ReleaseSuite"), 2);
     }
     EXPECT_EQ(host.suiteBalance(), 0);
+}
+
+constexpr std::array<int32_t, 2> kNewFirst = {2, 1};
+
+TEST(AcquireFirst, TakesTheFirstVersionAndAsksForNoOther) {
+    StubHost host;
+    const AcquiredSuite suite = acquireFirst(&host.basic, kPFWorldSuite, kNewFirst);
+    EXPECT_EQ(suite.table, stubSuite("PF World Suite 2"));
+    EXPECT_EQ(suite.version, 2);
+    EXPECT_EQ(host.callTexts, Texts{"AcquireSuite PF World Suite 2"});
+    host.basic.ReleaseSuite(kPFWorldSuite, suite.version);
+}
+
+TEST(AcquireFirst, FallsBackToTheNextVersion) {
+    StubHost host;
+    for (const bool empty : {false, true}) {
+        (empty ? host.emptySuites : host.missingSuites) = {"PF World Suite 2"};
+        const AcquiredSuite suite = acquireFirst(&host.basic, kPFWorldSuite, kNewFirst);
+        EXPECT_EQ(suite.table, stubSuite("PF World Suite 1"));
+        EXPECT_EQ(suite.version, 1);
+        host.basic.ReleaseSuite(kPFWorldSuite, suite.version);
+        host.missingSuites.clear();
+    }
+}
+
+TEST(AcquireFirst, GivesNullWithoutAnyOfThem) {
+    StubHost host;
+    host.missingSuites = {"PF World Suite 1", "PF World Suite 2"};
+    EXPECT_EQ(acquireFirst(&host.basic, kPFWorldSuite, kNewFirst).table, nullptr);
+    EXPECT_EQ(host.count("AcquireSuite"), 2);
 }
 
 TEST(OptionalSuite, HoldsAVersionForItsScope) {

@@ -7,6 +7,7 @@
 namespace AEUtil {
 namespace {
 
+using kovalune::test::kFillMatteSuiteText;
 using kovalune::test::StubHost;
 using Texts = std::vector<std::string>;
 
@@ -102,7 +103,7 @@ TEST(ClearWorld, FillsTheWholeWorldWithANullColour) {
     EXPECT_EQ(host.worldCalls[0].rect.bottom, 480);
     EXPECT_EQ(host.worldCalls[0].rect.right, 640);
     EXPECT_EQ(host.callTexts,
-              (Texts{"AcquireSuite PF Fill Matte Suite 1", "fill", "ReleaseSuite PF Fill Matte Suite 1"}));
+              (Texts{"AcquireSuite " + kFillMatteSuiteText, "fill", "ReleaseSuite " + kFillMatteSuiteText}));
 }
 
 TEST(ClearWorld, GoesThroughTheSameFillInEveryFormat) {
@@ -141,7 +142,7 @@ TEST(ClearWorld, ReturnsTheHostsFailure) {
 
 TEST(ClearWorld, ThrowsALongWithoutItsSuite) {
     StubHost host;
-    host.missingSuites = {"PF Fill Matte Suite 1"};
+    host.missingSuites = {kFillMatteSuiteText};
     PF_EffectWorld world = {};
     EXPECT_THROW(clearWorld(&host.in, &world), long);
 }

@@ -5,14 +5,27 @@ namespace {
 
 enum SlotIndex : std::size_t { kTransformSlot, kFillSlot, kHandleSlot, kWorldSlot };
 
+constexpr std::array kTransformVersions = {kPFWorldTransformSuiteVersion1};
+constexpr std::array kWorldVersions = {kPFWorldSuiteVersion1};
+
 } // namespace
+
+AcquiredSuite acquireFirst(const SPBasicSuite* basic, const char* name, std::span<const int32_t> versions) {
+    for (const int32_t version : versions) {
+        const void* table = nullptr;
+        if (basic->AcquireSuite(name, version, &table) == 0 && table != nullptr) {
+            return {table, version};
+        }
+    }
+    return {};
+}
 
 SuiteHolder::SuiteHolder(const SPBasicSuite* basic)
     : basic_(basic), slots_{{
-                         {kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1, nullptr},
-                         {kPFFillMatteSuite, kPFFillMatteSuiteVersion1, nullptr},
-                         {kPFHandleSuite, kPFHandleSuiteVersion1, nullptr},
-                         {kPFWorldSuite, kPFWorldSuiteVersion1, nullptr},
+                         {kPFWorldTransformSuite, kTransformVersions},
+                         {kPFFillMatteSuite, kPFFillMatteSuiteVersions},
+                         {kPFHandleSuite, kPFHandleSuiteVersions},
+                         {kPFWorldSuite, kWorldVersions},
                      }} {
     if (basic_ == nullptr) {
         throw kMissingSuite;
@@ -21,22 +34,21 @@ SuiteHolder::SuiteHolder(const SPBasicSuite* basic)
 
 SuiteHolder::~SuiteHolder() {
     for (const Slot& slot : slots_) {
-        if (slot.table != nullptr) {
-            basic_->ReleaseSuite(slot.name, slot.version);
+        if (slot.suite.table != nullptr) {
+            basic_->ReleaseSuite(slot.name, slot.suite.version);
         }
     }
 }
 
 const void* SuiteHolder::table(std::size_t index) {
     Slot& slot = slots_[index];
-    if (slot.table == nullptr) {
-        const void* acquired = nullptr;
-        if (basic_->AcquireSuite(slot.name, slot.version, &acquired) != 0 || acquired == nullptr) {
+    if (slot.suite.table == nullptr) {
+        slot.suite = acquireFirst(basic_, slot.name, slot.versions);
+        if (slot.suite.table == nullptr) {
             throw kMissingSuite;
         }
-        slot.table = acquired;
     }
-    return slot.table;
+    return slot.suite.table;
 }
 
 const PFWorldTransformSuite1& SuiteHolder::worldTransform() {

@@ -7,11 +7,22 @@
 
 #include <array>
 #include <cstddef>
+#include <cstdint>
+#include <span>
 
 namespace AEUtil {
 
 /// How a missing suite reports: this value, thrown as a long.
 inline constexpr long kMissingSuite = PF_Err_BAD_CALLBACK_PARAM;
+
+/// A suite's table, or null, and the version that was acquired.
+struct AcquiredSuite {
+    const void* table = nullptr;
+    int32_t version = 0;
+};
+
+/// Asks for the versions in their order and takes the first that the host has.
+AcquiredSuite acquireFirst(const SPBasicSuite* basic, const char* name, std::span<const int32_t> versions);
 
 class SuiteHolder {
 public:
@@ -30,8 +41,8 @@ public:
 private:
     struct Slot {
         const char* name;
-        int32_t version;
-        const void* table;
+        std::span<const int32_t> versions;
+        AcquiredSuite suite = {};
     };
     const void* table(std::size_t slot);
 

@@ -1,0 +1,122 @@
+// The finished plug-ins for Windows as files: how hosts find the effect in them and what they need to load.
+// The files come from the presets win32 and win64. Where one is missing, its tests say so and are skipped; with
+// CI=true they fail.
+
+#include "tests/windows/PeFile.h"
+#include "tests/windows/PiplProperties.h"
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <optional>
+#include <set>
+#include <string_view>
+
+namespace kovalune::test {
+namespace {
+
+struct AexKind {
+    const char* name;
+    const char* variable; ///< of the environment; it goes before `path`
+    const char* path;
+    bool is64Bit;
+};
+
+std::ostream& operator<<(std::ostream& stream, const AexKind& kind) {
+    return stream << kind.name;
+}
+
+std::string pathOf(const AexKind& kind) {
+    const char* const given = std::getenv(kind.variable);
+    return given != nullptr && *given != '\0' ? given : kind.path;
+}
+
+bool filesAreRequired() {
+    const char* const ci = std::getenv("CI");
+    return ci != nullptr && std::string_view(ci) == "true";
+}
+
+class AexFile : public testing::TestWithParam<AexKind> {
+protected:
+    void SetUp() override {
+        const std::string path = pathOf(GetParam());
+        if (std::filesystem::exists(path)) {
+            file_.emplace(readFile(path));
+            return;
+        }
+        const std::string message = "NOT TESTED: there is no " + path + ". Build the preset " +
+                                    GetParam().name + ", or name the file in " + GetParam().variable + '.';
+        if (filesAreRequired()) {
+            FAIL() << message;
+        }
+        GTEST_SKIP() << message;
+    }
+
+    const PeFile& file() const { return *file_; }
+
+private:
+    std::optional<PeFile> file_;
+};
+
+TEST_P(AexFile, IsALibraryForItsKindOfWindows) {
+    EXPECT_EQ(file().machine(), GetParam().is64Bit ? 0x8664 : 0x14C);
+    EXPECT_EQ(file().magic(), GetParam().is64Bit ? 0x20B : 0x10B);
+    EXPECT_NE(file().characteristics() & 0x2000, 0);
+}
+
+TEST_P(AexFile, ExportsExactlyTheEntryPointUndecorated) {
+    const PeFile::Exports exports = file().exports();
+    EXPECT_EQ(exports.names, std::vector<std::string>{"EntryPointFunc"});
+    EXPECT_EQ(exports.functions, 1U);
+}
+
+TEST_P(AexFile, NeedsNothingButWindowsItself) {
+    const std::set<std::string> windowsOwn = {"advapi32.dll", "gdi32.dll",   "kernel32.dll",
+                                              "msvcrt.dll",   "shell32.dll", "user32.dll"};
+    const std::vector<std::string> imports = file().imports();
+    EXPECT_FALSE(imports.empty());
+    for (const std::string& library : imports) {
+        EXPECT_EQ(windowsOwn.count(library), 1U) << library;
+    }
+    EXPECT_FALSE(file().hasDelayedImports());
+}
+
+TEST_P(AexFile, IsStripped) {
+    EXPECT_EQ(file().symbolTable(), 0U);
+    EXPECT_EQ(file().symbolCount(), 0U);
+    EXPECT_FALSE(file().hasDebugDirectory());
+    for (const PeSection& section : file().sections()) {
+        EXPECT_FALSE(section.name.starts_with(".debug")) << section.name;
+        EXPECT_FALSE(section.name.starts_with(".stab")) << section.name;
+        // A long name: only debug sections have those, and they stand in the table of symbols.
+        EXPECT_FALSE(section.name.starts_with("/")) << section.name;
+    }
+}
+
+TEST_P(AexFile, DoesNotTellWhenItWasBuilt) {
+    EXPECT_EQ(file().timestamp(), 0U);
+    EXPECT_EQ(file().exports().timestamp, 0U);
+}
+
+TEST_P(AexFile, HasOnePropertyListWithWhatTheEffectIs) {
+    std::vector<PeResource> lists;
+    for (const PeResource& resource : file().resources()) {
+        // Resource compilers change the case of a type's name, and the system does not mind it.
+        if (resource.type == "PIPL" || resource.type == "PiPL") {
+            lists.push_back(resource);
+        }
+    }
+    ASSERT_EQ(lists.size(), 1U);
+    EXPECT_EQ(lists[0].id, "#16000");
+    EXPECT_EQ(lists[0].language, 1033U);
+    expectProperties(readPipl(lists[0].data), expectedProperties(GetParam().is64Bit));
+}
+
+INSTANTIATE_TEST_SUITE_P(Windows, AexFile,
+                         testing::Values(AexKind{"win32", "KOVALUNE_AEX_WIN32", KOVALUNE_AEX_WIN32, false},
+                                         AexKind{"win64", "KOVALUNE_AEX_WIN64", KOVALUNE_AEX_WIN64, true}),
+                         [](const auto& kind) { return std::string(kind.param.name); });
+
+} // namespace
+} // namespace kovalune::test
