@@ -1,5 +1,6 @@
 #include "cli/Arguments.h"
 
+#include "cli/AsciiText.h"
 #include "cli/Failure.h"
 #include "cli/NearestNames.h"
 
@@ -68,13 +69,29 @@ void addEffect(CLI::App& command, EffectArguments& effect) {
     addPlugin(command, effect.plugin);
 }
 
+// One of a few words, without case.
+template <typename Value>
+CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
+                       const std::map<std::string, Value>& choices, const std::string& what) {
+    const auto choose = [name, choices, &value](const std::string& text) {
+        std::string words;
+        for (const auto& [word, choice] : choices) {
+            if (equalWithoutCase(word, text)) {
+                value = choice;
+                return;
+            }
+            words += (words.empty() ? "" : " or ") + word;
+        }
+        throw CLI::ValidationError(name, "takes " + words + ", not '" + text + "'");
+    };
+    return command.add_option_function<std::string>(name, choose, what);
+}
+
 void addAlpha(CLI::App& command, std::optional<AlphaKind>& alphaKind) {
-    static const std::map<std::string, AlphaKind> kinds = {{"straight", AlphaKind::Straight},
-                                                           {"premultiplied", AlphaKind::Premultiplied}};
-    command
-        .add_option("--alpha", alphaKind,
-                    "Take the files' alpha as this, whatever they say: straight, premultiplied")
-        ->transform(CLI::CheckedTransformer(kinds, CLI::ignore_case).description(""))
+    addChoice<std::optional<AlphaKind>>(
+        command, "--alpha", alphaKind,
+        {{"straight", AlphaKind::Straight}, {"premultiplied", AlphaKind::Premultiplied}},
+        "Take the files' alpha as this, whatever they say: straight, premultiplied")
         ->option_text("KIND");
 }
 
@@ -173,13 +190,11 @@ void addNumber(CLI::App& command, const std::string& name, std::int32_t& value, 
 }
 
 void addKey(CLI::App& command, SmoothArguments& arguments) {
-    static const std::map<std::string, SmoothKey> keys = {{"remove", SmoothKey::kRemove},
-                                                          {"only", SmoothKey::kOnly}};
-    CLI::Option* const key = command
-                                 .add_option("--key", arguments.options.key,
-                                             "Leave out the key colour, or all but it: remove, only")
-                                 ->transform(CLI::CheckedTransformer(keys, CLI::ignore_case).description(""))
-                                 ->option_text("USE");
+    CLI::Option* const key =
+        addChoice<SmoothKey>(command, "--key", arguments.options.key,
+                             {{"remove", SmoothKey::kRemove}, {"only", SmoothKey::kOnly}},
+                             "Leave out the key colour, or all but it: remove, only")
+            ->option_text("USE");
     command
         .add_option("--key-color", arguments.keyColor, "The key colour, #RRGGBB or r,g,b; default #FFFFFF")
         ->needs(key)

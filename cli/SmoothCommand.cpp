@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
 #include <new>
 
 namespace kovalune {
@@ -107,8 +108,13 @@ void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, 
 
 void runSmooth(const SmoothArguments& arguments) {
     const FileFormat format = checkedOutputFormat(arguments.output);
-    if (arguments.flagMap)
+    if (arguments.flagMap) {
         checkedOutputFormat(*arguments.flagMap);
+        if (std::filesystem::weakly_canonical(*arguments.flagMap) ==
+            std::filesystem::weakly_canonical(arguments.output))
+            throw Failure(ExitCode::Usage,
+                          "--flag-map and --output name the same file " + inQuotes(arguments.output));
+    }
     const SmoothOptions options = optionsOf(arguments);
     withMemoryFor(arguments.input, [&] { smoothFile(arguments, options, format); });
 }

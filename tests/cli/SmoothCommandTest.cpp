@@ -137,7 +137,9 @@ TEST_F(SmoothFiles, OfWrongOptionsAreRefused) {
     refused({"--strength", "101"}, {"--strength", "0", "100"});
     refused({"--curve", "-101"}, {"--curve", "-100", "100"});
     refused({"--curve", "1.5"}, {"--curve"});
-    refused({"--key", "both"}, {"--key", "remove", "only"});
+    refused({"--key", "both"}, {"--key", "only or remove", "'both'"});
+    refused({"--alpha", "odd"}, {"--alpha", "premultiplied or straight", "'odd'"});
+    refused({"--flag-map", "./old.png"}, {"--flag-map", "--output", "'old.png'"});
     refused({"--key", "remove", "--key-tolerance", "256"}, {"--key-tolerance", "0", "255"});
     refused({"--key", "remove", "--key-color", "white"}, {"--key-color", "'white'", "#RRGGBB"});
     refused({"--key-color", "#000000"}, {"--key-color", "--key"});
