@@ -7,8 +7,10 @@
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
+#include <charconv>
 #include <functional>
 #include <map>
+#include <string_view>
 
 namespace kovalune {
 
@@ -41,6 +43,25 @@ void addOutput(CLI::App& command, std::string& output) {
         ->option_text("FILE REQUIRED");
 }
 
+// Decimal digits with a sign before them at the most; the parser's own reading takes 010 for eight.
+template <typename Number>
+bool readWhole(std::string_view text, Number& value) {
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
+    return end.ec == std::errc() && end.ptr == text.data() + text.size();
+}
+
+CLI::Option* addWhole(CLI::App& command, const std::string& name, int& value, int lowest, int highest,
+                      const std::string& what) {
+    const auto set = [name, &value, lowest, highest](const std::string& text) {
+        int read = 0;
+        if (!readWhole(text, read) || read < lowest || read > highest)
+            throw CLI::ValidationError(name, "takes a whole number, " + std::to_string(lowest) + " to " +
+                                                 std::to_string(highest) + ", not '" + text + "'");
+        value = read;
+    };
+    return command.add_option_function<std::string>(name, set, what)->option_text("N");
+}
+
 void addPlugin(CLI::App& command, std::optional<std::string>& plugin) {
     command.add_option("--plugin", plugin, "Use the effect of this shared object")->option_text("FILE");
 }
@@ -49,7 +70,8 @@ void addFactory(CLI::App& command, bool& factory) {
     command.add_flag("--factory", factory, "Start from the effect's own defaults, not the remembered ones");
 }
 
-void addEffect(CLI::App& command, EffectArguments& effect) {
+// Where the parameters' values come from.
+void addSettings(CLI::App& command, EffectArguments& effect) {
     command
         .add_option(
             "--set", effect.settings,
@@ -61,11 +83,12 @@ void addEffect(CLI::App& command, EffectArguments& effect) {
                     "Set the parameters of this file first, one LABEL=VALUE a line")
         ->option_text("FILE");
     addFactory(command, effect.factory);
-    command
-        .add_option("--threads", effect.threads,
-                    "Threads to work on, 1 to " + std::to_string(kMostThreads) + "; default: the machine's")
-        ->check(CLI::Range(1, kMostThreads))
-        ->option_text("N");
+}
+
+void addEffect(CLI::App& command, EffectArguments& effect) {
+    addSettings(command, effect);
+    addWhole(command, "--threads", effect.threads, 1, kMostThreads,
+             "Threads to work on, 1 to " + std::to_string(kMostThreads) + "; default: the machine's");
     addPlugin(command, effect.plugin);
 }
 
@@ -100,12 +123,12 @@ void addDepth(CLI::App& command, std::optional<int>& depth) {
         .add_option_function<std::string>(
             "--depth",
             [&depth](const std::string& text) {
-                if (text != "auto")
+                if (!equalWithoutCase(text, "auto"))
                     depth = std::stoi(text);
             },
             "Bits a channel to work in: 8, 16, 32 or auto (the file's); the written file has the nearest "
             "depth")
-        ->check(CLI::IsMember({"8", "16", "32", "auto"}).description(""))
+        ->check(CLI::IsMember({"8", "16", "32", "auto"}, CLI::ignore_case).description(""))
         ->option_text("N");
 }
 
@@ -114,8 +137,8 @@ Fraction parsedFraction(const std::string& text) {
     constexpr std::int32_t kMost = 32767;
     const std::size_t slash = text.find('/');
     Fraction fraction;
-    if (slash == std::string::npos || !CLI::detail::lexical_cast(text.substr(0, slash), fraction.numerator) ||
-        !CLI::detail::lexical_cast(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
+    if (slash == std::string::npos || !readWhole(text.substr(0, slash), fraction.numerator) ||
+        !readWhole(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
         fraction.denominator < fraction.numerator || fraction.denominator > kMost)
         throw CLI::ValidationError("--downsample", "takes N/D or N/D,N/D with 1 <= N <= D <= " +
                                                        std::to_string(kMost) + ", not '" + text + "'");
@@ -140,6 +163,10 @@ void addFrame(CLI::App& command, FrameArguments& frame) {
     command.add_flag("--quiet", frame.quiet, "No progress");
 }
 
+void addView(CLI::App& command, std::optional<std::string>& view) {
+    command.add_option("--view", view, "Choose the View; wins over --set View=...")->option_text("NAME");
+}
+
 void addRender(CLI::App& command, RenderArguments& arguments) {
     command.description("Put a picture through the effect");
     command.add_option("INPUT", arguments.input, "The picture to read: PNG, TIFF, OpenEXR or TGA");
@@ -149,8 +176,7 @@ void addRender(CLI::App& command, RenderArguments& arguments) {
             "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
         ->option_text("FILE");
     addEffect(command, arguments.effect);
-    command.add_option("--view", arguments.view, "Choose the View; wins over --set View=...")
-        ->option_text("NAME");
+    addView(command, arguments.view);
     command.add_flag("--print-params", arguments.printParams,
                      "Print the parameters in use, as --params takes them; INPUT and output may be left out");
     addFrame(command, arguments.frame);
@@ -181,12 +207,9 @@ void addSheet(CLI::App& command, SheetArguments& arguments) {
 
 void addNumber(CLI::App& command, const std::string& name, std::int32_t& value, const IntRange& range,
                const std::string& what) {
-    command
-        .add_option(name, value,
-                    what + ", " + std::to_string(range.lowest) + " to " + std::to_string(range.highest) +
-                        "; default " + std::to_string(value))
-        ->check(CLI::Range(range.lowest, range.highest))
-        ->option_text("N");
+    addWhole(command, name, value, range.lowest, range.highest,
+             what + ", " + std::to_string(range.lowest) + " to " + std::to_string(range.highest) +
+                 "; default " + std::to_string(value));
 }
 
 void addKey(CLI::App& command, SmoothArguments& arguments) {
@@ -225,7 +248,32 @@ void addParams(CLI::App& command, ParamsArguments& arguments) {
     command.add_flag("--json", arguments.json, "As JSON, for programs");
     addFactory(command, arguments.factory);
     addPlugin(command, arguments.plugin);
-    command.footer(example("params --plugin build/release/lib/Kovalune.so"));
+    command.footer(example("params --plugin build/release/bin/Kovalune.so"));
+}
+
+void addDefaults(CLI::App& command, DefaultsArguments& arguments) {
+    command.description("Remember, forget or show what new instances of the effect start with");
+    addChoice<DefaultsAction>(
+        command, "ACTION", arguments.action,
+        {{"save", DefaultsAction::Save}, {"forget", DefaultsAction::Forget}, {"show", DefaultsAction::Show}},
+        "What to do: save, forget, show")
+        ->required();
+    addSettings(command, arguments.effect);
+    addView(command, arguments.view);
+    command.footer(
+        example("defaults save --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
+                "save remembers every parameter, with the values of the options; the others stay as "
+                "they are.\nshow prints what is remembered, as --params takes it. Hosts read the "
+                "file when they start."));
+}
+
+// Only what is saved has values.
+void checkAction(const DefaultsArguments& arguments) {
+    const EffectArguments& effect = arguments.effect;
+    const bool hasValues =
+        effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
+    if (arguments.action != DefaultsAction::Save && hasValues)
+        throw CLI::ValidationError("defaults", "only save takes --set, --params, --view and --factory");
 }
 
 void addInfo(CLI::App& command, InfoArguments& arguments) {
@@ -238,9 +286,7 @@ void addColors(CLI::App& command, ColorsArguments& arguments) {
     command.description("List the flat colours of a picture by their share");
     addInput(command, arguments.input);
     command.add_option("-o,--output", arguments.output, "Draw them as a picture too")->option_text("FILE");
-    command.add_option("--most", arguments.most, "List so many, 0 for all; default 32")
-        ->check(CLI::Range(0, 1 << 30))
-        ->option_text("N");
+    addWhole(command, "--most", arguments.most, 0, 1 << 30, "List so many, 0 for all; default 32");
     addAlpha(command, arguments.alphaKind);
     command.footer(
         example("colors drawing.png -o palette.png",
@@ -257,9 +303,8 @@ void addPick(CLI::App& command, PickArguments& arguments) {
             "PIXEL",
             [&arguments](const std::string& text) {
                 const std::size_t comma = text.find(',');
-                if (comma == std::string::npos ||
-                    !CLI::detail::lexical_cast(text.substr(0, comma), arguments.x) ||
-                    !CLI::detail::lexical_cast(text.substr(comma + 1), arguments.y))
+                if (comma == std::string::npos || !readWhole(text.substr(0, comma), arguments.x) ||
+                    !readWhole(text.substr(comma + 1), arguments.y))
                     throw CLI::ValidationError(
                         "PIXEL", "takes X,Y, two whole numbers from 0,0 at the top left, not '" + text + "'");
             },
@@ -306,7 +351,7 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
                             const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining(true);
     const auto option = std::find_if(unknown.begin(), unknown.end(), [](const std::string& word) {
-        return word.size() > 1 && word.front() == '-';
+        return word.size() > 1 && word.front() == '-' && word != "--";
     });
     const std::vector<CLI::App*> used = app.get_subcommands();
     if (used.empty() && !unknown.empty()) {
@@ -340,6 +385,7 @@ public:
         add<PickArguments>("pick", addPick);
         add<CompareArguments>("compare", addCompare);
         add<ParamsArguments>("params", addParams);
+        add<DefaultsArguments>("defaults", addDefaults);
         add<InfoArguments>("info", addInfo);
     }
 
@@ -352,6 +398,8 @@ public:
                 const Arguments result = arguments();
                 if (const auto* render = std::get_if<RenderArguments>(&result))
                     checkFiles(*render);
+                if (const auto* defaults = std::get_if<DefaultsArguments>(&result))
+                    checkAction(*defaults);
                 return result;
             }
         } catch (const CLI::CallForHelp&) {

@@ -72,6 +72,15 @@ struct ParamsArguments {
     bool json = false;
 };
 
+enum class DefaultsAction { Save, Forget, Show };
+
+// What new instances start with.
+struct DefaultsArguments {
+    DefaultsAction action = DefaultsAction::Show;
+    EffectArguments effect; // with Save; plugin and threads do not count
+    std::optional<std::string> view;
+};
+
 struct InfoArguments {
     std::optional<std::string> plugin;
 };
@@ -101,8 +110,9 @@ struct ShownText {
     std::string text;
 };
 
-using Arguments = std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments,
-                               InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
+using Arguments =
+    std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments, DefaultsArguments,
+                 InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
 
 // Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
 // of parameters are looked at later.

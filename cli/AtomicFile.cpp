@@ -136,6 +136,18 @@ void checkWritable(const fs::path& file) {
         fail(file, "there is no folder " + inQuotes(folder.string()));
 }
 
+bool nameOneFile(const fs::path& a, const fs::path& b) {
+    std::error_code error;
+    if (fs::equivalent(a, b, error))
+        return true;
+    const auto whole = [](const fs::path& file) {
+        const fs::path target = targetOf(file);
+        std::error_code ignored;
+        return fs::canonical(folderOf(target), ignored) / target.filename();
+    };
+    return whole(a) == whole(b);
+}
+
 void writeAtomically(const fs::path& file, std::span<const std::uint8_t> bytes) {
     const fs::path target = targetOf(file);
     TemporaryFile temporary(folderOf(target), file);

@@ -11,6 +11,9 @@ namespace kovalune {
 // device. Touches nothing; passing it is no promise that writing succeeds.
 void checkWritable(const std::filesystem::path& file);
 
+// Whether writing the one would replace the other: links are followed, and neither need exist yet.
+bool nameOneFile(const std::filesystem::path& a, const std::filesystem::path& b);
+
 // On failure, and when a signal ends the process meanwhile, an existing file stays as it was and nothing else is
 // left behind. The bytes are on the disk before they take the name. A link is followed, a dangling one too, and the
 // permissions of a file that is replaced are kept where that is allowed. Throws Failure with the name.

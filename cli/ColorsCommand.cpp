@@ -112,7 +112,7 @@ std::string textOf(const ColorsArguments& arguments) {
 
 std::string colorsText(const ColorsArguments& arguments) {
     if (arguments.output)
-        checkedOutputFormat(*arguments.output);
+        checkDrawnFile(*arguments.output, {arguments.input});
     return withMemoryFor(arguments.input, [&arguments] { return textOf(arguments); });
 }
 

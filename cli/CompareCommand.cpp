@@ -88,7 +88,7 @@ PictureDifference compareAndDraw(const Picture& a, const Picture& b, const std::
 
 Comparison compareFiles(const CompareArguments& arguments) {
     if (arguments.diff)
-        checkedOutputFormat(*arguments.diff);
+        checkDrawnFile(*arguments.diff, {arguments.first, arguments.second});
     const Picture a = withMemoryFor(arguments.first, [&] { return readPicture(arguments.first); });
     const Picture b = withMemoryFor(arguments.second, [&] { return readPicture(arguments.second); });
     Comparison result;

@@ -1,6 +1,7 @@
 #include "cli/DrawnFile.h"
 
 #include "cli/AtomicFile.h"
+#include "cli/Failure.h"
 #include "cli/picture/PictureConversion.h"
 #include "cli/picture/PictureFile.h"
 
@@ -14,6 +15,15 @@ Picture withSampleType(const Picture& drawn, SampleType type) {
 }
 
 } // namespace
+
+void checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others) {
+    checkedOutputFormat(file);
+    for (const std::string& other : others) {
+        if (nameOneFile(file, other))
+            throw Failure(ExitCode::Usage, "cannot write " + inQuotes(file.string()) +
+                                               ": it is the picture " + inQuotes(other) + " of this command");
+    }
+}
 
 void writeDrawn(const std::filesystem::path& file, const Picture& drawn, SampleType wanted) {
     const FileFormat format = checkedOutputFormat(file);

@@ -224,10 +224,14 @@ void applyParamsText(host::Session& session, std::string_view text, const std::s
 }
 
 std::string paramsFileText(const host::Session& session) {
+    return paramsFileText(session, [](int) { return true; });
+}
+
+std::string paramsFileText(const host::Session& session, const std::function<bool(int index)>& chosen) {
     std::string text;
     const int count = static_cast<int>(session.params().size());
     for (int index = 1; index < count; ++index) {
-        if (isSettable(definitionOf(session, index)))
+        if (isSettable(definitionOf(session, index)) && chosen(index))
             text += linesOf(session, index);
     }
     return text;

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -25,5 +26,8 @@ void applyParamsText(host::Session& session, std::string_view text, const std::s
 // All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
 // could not take, as a label that several parameters have, is a line that says nothing.
 std::string paramsFileText(const host::Session& session);
+
+// The same for the parameters that `chosen` is true of, by their index.
+std::string paramsFileText(const host::Session& session, const std::function<bool(int index)>& chosen);
 
 } // namespace kovalune

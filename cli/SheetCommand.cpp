@@ -48,7 +48,7 @@ SheetLayout layoutFor(const std::vector<View>& views, const SourceFrame& source)
     for (const View& view : views)
         textWidth = std::max(textWidth, textSize(view.name, 1).width);
     const SheetLayout layout =
-        sheetLayout(views.size(), source.picture.width, source.picture.height, textWidth);
+        sheetLayout(views.size(), source.picture.width, source.picture.height, textWidth, kMostPixelsASide);
     if (std::max(layout.width(), layout.height()) > std::int64_t{kMostPixelsASide})
         throw Failure(ExitCode::File, "the sheet of " + inQuotes(source.name) + " would be " +
                                           std::to_string(layout.width()) + " x " +
@@ -90,6 +90,7 @@ void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArg
 } // namespace
 
 void runSheet(const SheetArguments& arguments) {
+    checkDrawnFile(arguments.output, {arguments.input});
     const FileFormat format = checkedOutputFormat(arguments.output);
     OpenEffect effect = openEffect(arguments.effect);
     const std::vector<View> views = viewsOf(effect.session());

@@ -4,7 +4,8 @@
 
 namespace kovalune {
 
-SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t height, std::int64_t textWidth) {
+SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t height, std::int64_t textWidth,
+                        std::int64_t mostASide) {
     constexpr std::size_t kMostColumns = 4;
     constexpr std::int64_t kPixelsADot = 320; // of the picture's longer side
     constexpr std::int64_t kMarginDots = 8;
@@ -15,8 +16,12 @@ SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t heig
     layout.lineHeight = kLineDots * layout.textScale;
     layout.columnWidth = std::max(width, textWidth * layout.textScale);
     layout.rowHeight = layout.lineHeight + height;
-    layout.columns = std::min(count, kMostColumns);
-    layout.rows = (count + layout.columns - 1) / layout.columns;
+    for (std::size_t columns = std::min(count, kMostColumns); columns > 0; --columns) {
+        layout.columns = columns;
+        layout.rows = (count + columns - 1) / columns;
+        if (layout.width() <= mostASide)
+            break;
+    }
     return layout;
 }
 

@@ -30,7 +30,9 @@ struct SheetLayout {
     }
 };
 
-// For `count` pictures, at least one; `textWidth` is that of the longest text at scale 1.
-SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t height, std::int64_t textWidth);
+// For `count` pictures, at least one; `textWidth` is that of the longest text at scale 1. At most four columns,
+// fewer where they would pass `mostASide`.
+SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t height, std::int64_t textWidth,
+                        std::int64_t mostASide);
 
 } // namespace kovalune

@@ -12,8 +12,9 @@
 
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <new>
+#include <optional>
+#include <utility>
 
 namespace kovalune {
 
@@ -36,6 +37,14 @@ SmoothOptions optionsOf(const SmoothArguments& arguments) {
         options.keyGreen = color.green;
         options.keyBlue = color.blue;
     }
+    return options;
+}
+
+// At tolerance 0 the smoothing compares 8-bit pixels with red and blue exchanged; the user means the colour.
+SmoothOptions optionsFor(const host::Image& image, const SmoothArguments& arguments) {
+    SmoothOptions options = optionsOf(arguments);
+    if (image.format() == PF_PixelFormat_ARGB32 && options.keyTolerance == 0)
+        std::swap(options.keyRed, options.keyBlue);
     return options;
 }
 
@@ -90,17 +99,20 @@ Picture flagPicture(const host::Image& image, const SmoothOptions& options) {
     return std::move(canvas).picture();
 }
 
-void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, FileFormat format) {
+void smoothFile(const SmoothArguments& arguments, FileFormat format) {
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
+    const SmoothOptions options = optionsFor(source.image, arguments);
     host::Image result(source.image.format(), source.image.width(), source.image.height());
     requireSuccess(
         smoothPicture(viewOf<PictureView>(source.image), viewOf<WritablePictureView>(result), options));
     const PictureForm form = outputForm(source.picture, format, arguments.frame);
     const std::vector<std::uint8_t> bytes =
         encodePicture(format, pictureOf(result, source.image, source.picture, form));
-    if (arguments.flagMap)
-        writeDrawn(*arguments.flagMap, flagPicture(source.image, options));
+    const std::optional<Picture> map =
+        arguments.flagMap ? std::optional(flagPicture(source.image, options)) : std::nullopt;
     writeAtomically(arguments.output, bytes);
+    if (map)
+        writeDrawn(*arguments.flagMap, *map);
     noteLeftOut(source);
 }
 
@@ -108,15 +120,10 @@ void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, 
 
 void runSmooth(const SmoothArguments& arguments) {
     const FileFormat format = checkedOutputFormat(arguments.output);
-    if (arguments.flagMap) {
-        checkedOutputFormat(*arguments.flagMap);
-        if (std::filesystem::weakly_canonical(*arguments.flagMap) ==
-            std::filesystem::weakly_canonical(arguments.output))
-            throw Failure(ExitCode::Usage,
-                          "--flag-map and --output name the same file " + inQuotes(arguments.output));
-    }
-    const SmoothOptions options = optionsOf(arguments);
-    withMemoryFor(arguments.input, [&] { smoothFile(arguments, options, format); });
+    if (arguments.flagMap)
+        checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output});
+    static_cast<void>(optionsOf(arguments)); // so that a wrong colour is told before the picture is read
+    withMemoryFor(arguments.input, [&] { smoothFile(arguments, format); });
 }
 
 } // namespace kovalune

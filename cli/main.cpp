@@ -3,6 +3,7 @@
 #include "cli/Arguments.h"
 #include "cli/ColorsCommand.h"
 #include "cli/CompareCommand.h"
+#include "cli/DefaultsCommand.h"
 #include "cli/Failure.h"
 #include "cli/InfoCommand.h"
 #include "cli/ParamsCommand.h"
@@ -33,6 +34,8 @@ ExitCode run(const Arguments& arguments) {
         runSmooth(*smooth);
     else if (const auto* params = std::get_if<ParamsArguments>(&arguments))
         printOut(paramsText(*params));
+    else if (const auto* defaults = std::get_if<DefaultsArguments>(&arguments))
+        printOut(defaultsText(*defaults));
     else if (const auto* info = std::get_if<InfoArguments>(&arguments))
         printOut(infoText(*info));
     else if (const auto* colors = std::get_if<ColorsArguments>(&arguments))

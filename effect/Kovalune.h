@@ -1,6 +1,7 @@
-// What a tool may call of the effect directly, on pictures in its own memory and without any host: boundary smoothing
-// alone, and the edge flags that it works from. Pixels are the very same as in a host. Everything is serial, on the
-// calling thread, keeps nothing between calls and throws nothing.
+// What a tool may call of the effect directly. On pictures in its own memory, without any host: boundary smoothing
+// alone, and the edge flags that it works from. Pixels are the very same as in a host; everything is serial, on the
+// calling thread, keeps nothing between calls and throws nothing. And the user's remembered defaults, by the code that
+// the effect's dialog runs.
 #pragma once
 
 #include "hostapi/HostApi.h"
@@ -8,6 +9,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <span>
+#include <string>
 
 namespace kovalune {
 
@@ -75,5 +77,27 @@ inline constexpr uint8_t kEdgeRising = 8;  ///< (x, y + 1) differs from (x + 1, 
 /// that a slow gradient may leave one unmarked. Returns the codes of `smoothPicture`, PF_Err_BAD_CALLBACK_PARAM also
 /// where `flags` is not `width * height` long; any code but 0 leaves `flags` as they were.
 PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options, std::span<uint8_t> flags);
+
+/// The file of the remembered defaults, which need not exist; empty where the user has no folder for settings or the
+/// path is longer than 259 bytes.
+std::string defaultsPath();
+
+enum class DefaultsResult : uint8_t {
+    kDone,
+    kNothingThere,    ///< there was no file to forget
+    kFailed,          ///< something could not be written or deleted
+    kWrongParameters, ///< nothing was done: they are not this effect's, or it was not set up yet
+};
+
+/// Makes the values in `params`, the host's array with the input layer first, the defaults of the instances of hosts that
+/// start from now on. Makes the file's folders. The effect of this program, not one from a file, must have registered its
+/// parameters with a host; so it must for isDefaultRemembered.
+DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params);
+
+/// Deletes the file, and its folders where nothing else lies in them.
+DefaultsResult forgetDefaults(const std::string& path);
+
+/// Whether the file has a value for the parameter; of a colour, for one of its channels at least.
+bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param);
 
 } // namespace kovalune

@@ -165,6 +165,10 @@ const std::vector<PF_ParamDef>& Session::params() const {
     return state_->params.definitions();
 }
 
+std::vector<PF_ParamDef> Session::paramsWithValues(A_long time) const {
+    return state_->params.definitionsAt(time);
+}
+
 std::optional<int> Session::findParam(const std::string& name) const {
     const std::vector<PF_ParamDef>& all = params();
     for (std::size_t index = 1; index < all.size(); ++index) {

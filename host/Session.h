@@ -86,6 +86,9 @@ public:
     // follow PF_UpdateParamUI. Texts behind pointers are the session's own copies.
     const std::vector<PF_ParamDef>& params() const;
 
+    // The same with the values at that time, as a command's array has them.
+    std::vector<PF_ParamDef> paramsWithValues(A_long time = 0) const;
+
     // Index of the first parameter with this name or id, from 1.
     std::optional<int> findParam(const std::string& name) const;
     std::optional<int> findParamById(A_long id) const;

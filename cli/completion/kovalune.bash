@@ -170,6 +170,8 @@ _kovalune() {
         _kovalune_value "${typed%%=*}" "${typed#*=}"
     elif [[ $typed == -* ]]; then
         _kovalune_offer "$typed" < <(_kovalune_names Options "$sub")
+    elif [[ $sub == defaults ]]; then
+        _kovalune_offer "$typed" <<<$'save\nforget\nshow'
     elif [[ $(_kovalune_help Positionals "$sub") ]]; then
         _kovalune_pictures "$typed"
     fi

@@ -1,6 +1,7 @@
 // What the colour extension does along one line, a row or a column alike: how far the ends of each stretch of
-// core reach, and which of the entries that a crossing spread left on the line lies nearest. Both take time in
-// proportion to the line's length, whatever the reach is.
+// core reach, and which of the entries that a crossing spread left on the line lies nearest. The first takes time in
+// proportion to the line's length, whatever the reach is; so does the second but where the nearest entry of all
+// has just left the reach, and a walk over the reach finds the next one.
 #pragma once
 
 #include "effect/raster/MaskPlane.h"

@@ -1,5 +1,6 @@
 #include "effect/frame/BaseFilter.h"
 
+#include "effect/frame/OptionDialog.h"
 #include "effect/params/EnableRules.h"
 
 namespace kovalune {
@@ -23,6 +24,9 @@ PF_Err BaseFilter::dispatch(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_Param
         return sequenceFlatten(in, out);
     case PF_Cmd_SEQUENCE_SETDOWN:
         return sequenceSetdown(in, out);
+    case PF_Cmd_DO_DIALOG:
+        showOptionDialog(in, params);
+        return PF_Err_NONE;
     case PF_Cmd_RENDER:
         return render(in, out, params, output);
     case PF_Cmd_USER_CHANGED_PARAM:

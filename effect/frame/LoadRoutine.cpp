@@ -1,6 +1,7 @@
 #include "effect/frame/LoadRoutine.h"
 
 #include "effect/frame/EffectInstance.h"
+#include "effect/params/FxOptionDlg/DialogBase.h"
 #include "effect/params/ParamRegistry.h"
 
 namespace kovalune {
@@ -8,6 +9,7 @@ namespace kovalune {
 bool loadRoutine(LoadReason reason) {
     switch (reason) {
     case LoadReason::kProcessDetach:
+        FxOptionDlg::freeDialogMap();
         paramRegistry().clear();
         effectInstance().freePendingErrors();
         return true;

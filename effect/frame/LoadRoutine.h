@@ -13,8 +13,8 @@ enum class LoadReason : uint32_t {
     kThreadDetach = 3,
 };
 
-/// True for the four reasons, false and nothing done for any other. A detach frees the parameter objects and the
-/// list of pending errors; no command may follow it.
+/// True for the four reasons, false and nothing done for any other. A detach frees the map of dialogs, the
+/// parameter objects and the list of pending errors; no command may follow it.
 bool loadRoutine(LoadReason reason);
 
 } // namespace kovalune

@@ -31,7 +31,9 @@ PF_Err BaseParam::checkIn(ParamGetter& getter) {
     return fieldWidth != 0 ? getter.releaseParam(&def) : PF_Err{PF_Err_NONE};
 }
 
-void BaseParam::saveDefault(const char* /*defaultsPath*/) const {}
+bool BaseParam::saveDefault(const char* /*defaultsPath*/) const {
+    return true;
+}
 
 void BaseParam::beginDefinition(PF_InData* inData, PF_ParamType type) {
     def.param_type = type;

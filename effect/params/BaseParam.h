@@ -37,8 +37,8 @@ public:
     /// Registers the control, with the remembered default where the host permits it and a path is given.
     virtual PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) = 0;
 
-    /// Writes the value in `def` to the defaults file. Failures are not noticed.
-    virtual void saveDefault(const char* defaultsPath) const;
+    /// Writes the value in `def` to the defaults file. False if it could not be written; a group has no value.
+    virtual bool saveDefault(const char* defaultsPath) const;
 
     const char* const label; ///< also the key in the defaults file
     RoomyParamDef def;       ///< what the host was told, and the value last read

@@ -21,6 +21,10 @@ std::string fileBelowFolder(const std::string& folder) {
 
 } // namespace
 
+std::string colorKey(const char* label, char channel) {
+    return std::string(label) + '.' + channel;
+}
+
 bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]) {
     char folder[kDefaultsPathBytes];
     const bool found = platform::applicationDataFolder(folder, sizeof folder);
@@ -51,12 +55,22 @@ double RememberedDefaults::number(const char* key, double fallback) const {
                                                formatNumber(fallback).c_str(), kNumberTextBytes, path_));
 }
 
-void rememberInteger(const char* key, int32_t value, const char* path) {
-    platform::writeProfileString(paramRegistry().sectionName(), key, std::to_string(value).c_str(), path);
+bool rememberInteger(const char* key, int32_t value, const char* path) {
+    return platform::writeProfileString(paramRegistry().sectionName(), key, std::to_string(value).c_str(),
+                                        path);
 }
 
-void rememberNumber(const char* key, double value, const char* path) {
-    platform::writeProfileString(paramRegistry().sectionName(), key, formatNumber(value).c_str(), path);
+bool rememberNumber(const char* key, double value, const char* path) {
+    return platform::writeProfileString(paramRegistry().sectionName(), key, formatNumber(value).c_str(),
+                                        path);
+}
+
+bool isRemembered(const char* key, const char* path) {
+    const auto valueOr = [&](const char* fallback) {
+        return platform::profileString(paramRegistry().sectionName(), key, fallback, kNumberTextBytes, path);
+    };
+    // Only a missing key gives the fallback each time.
+    return valueOr("0") == valueOr("1");
 }
 
 double parseNumber(const std::string& text) {

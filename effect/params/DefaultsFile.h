@@ -11,6 +11,9 @@ namespace kovalune {
 
 inline constexpr int kDefaultsPathBytes = 260;
 
+/// The key of one channel of a colour: 'r', 'g', 'b' or 'a'.
+std::string colorKey(const char* label, char channel);
+
 /// Writes the file's path, ended, into `buffer`; neither the file nor its folders need exist. False, with an
 /// empty text, where there is no such folder or the path does not fit.
 bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]);
@@ -29,10 +32,13 @@ private:
     const char* path_;
 };
 
-/// Write one value. A failure loses the value without a word.
-void rememberInteger(const char* key, int32_t value, const char* path);
+/// Write one value. False if the file could not be written.
+bool rememberInteger(const char* key, int32_t value, const char* path);
 /// Six digits behind a decimal point, whatever the locale.
-void rememberNumber(const char* key, double value, const char* path);
+bool rememberNumber(const char* key, double value, const char* path);
+
+/// Whether the file has a value for the key in the registry's section, whatever it says.
+bool isRemembered(const char* key, const char* path);
 
 /// The number at the start of a text: blanks, a sign, digits with a decimal point and an exponent. Reading
 /// stops at the first character that it can't use; nothing usable, or no

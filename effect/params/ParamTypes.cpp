@@ -2,16 +2,12 @@
 
 #include "effect/params/DefaultsFile.h"
 
-#include <string>
+#include <utility>
 
 namespace kovalune {
 namespace {
 
 constexpr float kCurveTolerance = 0.05F;
-
-std::string channelKey(const char* label, char channel) {
-    return std::string(label) + '.' + channel;
-}
 
 } // namespace
 
@@ -31,8 +27,8 @@ PF_Err ParamAddSlider::addToHost(PF_InData* inData, int32_t id, const char* defa
     return addDefinition(inData, id);
 }
 
-void ParamAddSlider::saveDefault(const char* defaultsPath) const {
-    rememberInteger(label, def.u.sd.value, defaultsPath);
+bool ParamAddSlider::saveDefault(const char* defaultsPath) const {
+    return rememberInteger(label, def.u.sd.value, defaultsPath);
 }
 
 PF_Err ParamAddFloatSlider::addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) {
@@ -55,8 +51,8 @@ PF_Err ParamAddFloatSlider::addToHost(PF_InData* inData, int32_t id, const char*
     return addDefinition(inData, id);
 }
 
-void ParamAddFloatSlider::saveDefault(const char* defaultsPath) const {
-    rememberNumber(label, def.u.fs_d.value, defaultsPath);
+bool ParamAddFloatSlider::saveDefault(const char* defaultsPath) const {
+    return rememberNumber(label, def.u.fs_d.value, defaultsPath);
 }
 
 PF_Err ParamAddCheckbox::addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) {
@@ -70,15 +66,15 @@ PF_Err ParamAddCheckbox::addToHost(PF_InData* inData, int32_t id, const char* de
     return addDefinition(inData, id);
 }
 
-void ParamAddCheckbox::saveDefault(const char* defaultsPath) const {
-    rememberInteger(label, def.u.bd.value, defaultsPath);
+bool ParamAddCheckbox::saveDefault(const char* defaultsPath) const {
+    return rememberInteger(label, def.u.bd.value, defaultsPath);
 }
 
 PF_Err ParamAddColor::addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) {
     const RememberedDefaults defaults(inData, defaultsPath);
     const auto channel = [&](char name, A_u_char initial) {
         return static_cast<A_u_char>(
-            static_cast<uint32_t>(defaults.integer(channelKey(label, name).c_str(), initial)));
+            static_cast<uint32_t>(defaults.integer(colorKey(label, name).c_str(), initial)));
     };
     const PF_Pixel value = {255, channel('r', initial_.red), channel('g', initial_.green),
                             channel('b', initial_.blue)};
@@ -88,12 +84,14 @@ PF_Err ParamAddColor::addToHost(PF_InData* inData, int32_t id, const char* defau
     return addDefinition(inData, id);
 }
 
-void ParamAddColor::saveDefault(const char* defaultsPath) const {
+bool ParamAddColor::saveDefault(const char* defaultsPath) const {
     const PF_Pixel& value = def.u.cd.value;
-    rememberInteger(channelKey(label, 'r').c_str(), value.red, defaultsPath);
-    rememberInteger(channelKey(label, 'g').c_str(), value.green, defaultsPath);
-    rememberInteger(channelKey(label, 'b').c_str(), value.blue, defaultsPath);
-    rememberInteger(channelKey(label, 'a').c_str(), value.alpha, defaultsPath);
+    bool saved = true;
+    for (const auto& [channel, level] :
+         {std::pair('r', value.red), {'g', value.green}, {'b', value.blue}, {'a', value.alpha}}) {
+        saved = rememberInteger(colorKey(label, channel).c_str(), level, defaultsPath) && saved;
+    }
+    return saved;
 }
 
 PF_Err ParamAddPopup::addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) {
@@ -107,8 +105,8 @@ PF_Err ParamAddPopup::addToHost(PF_InData* inData, int32_t id, const char* defau
     return addDefinition(inData, id);
 }
 
-void ParamAddPopup::saveDefault(const char* defaultsPath) const {
-    rememberInteger(label, def.u.pd.value, defaultsPath);
+bool ParamAddPopup::saveDefault(const char* defaultsPath) const {
+    return rememberInteger(label, def.u.pd.value, defaultsPath);
 }
 
 PF_Err ParamAddTopic::addToHost(PF_InData* inData, int32_t id, const char* /*defaultsPath*/) {

@@ -15,7 +15,7 @@ public:
         : BaseParam(field, name, definitionTemplate), limits_(limits) {}
 
     PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    void saveDefault(const char* defaultsPath) const override;
+    bool saveDefault(const char* defaultsPath) const override;
 
 private:
     Limits limits_;
@@ -34,7 +34,7 @@ public:
         : BaseParam(field, name, definitionTemplate), limits_(limits) {}
 
     PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    void saveDefault(const char* defaultsPath) const override;
+    bool saveDefault(const char* defaultsPath) const override;
 
 private:
     Limits limits_;
@@ -48,7 +48,7 @@ public:
         : BaseParam(field, name, definitionTemplate), text_(text), initial_(initial), flags_(flags) {}
 
     PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    void saveDefault(const char* defaultsPath) const override;
+    bool saveDefault(const char* defaultsPath) const override;
 
 private:
     const char* text_;
@@ -64,7 +64,7 @@ public:
         : BaseParam(field, name, definitionTemplate), initial_(initial) {}
 
     PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    void saveDefault(const char* defaultsPath) const override;
+    bool saveDefault(const char* defaultsPath) const override;
 
 private:
     PF_Pixel initial_;
@@ -79,7 +79,7 @@ public:
           choices_(choices) {}
 
     PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    void saveDefault(const char* defaultsPath) const override;
+    bool saveDefault(const char* defaultsPath) const override;
 
 private:
     int16_t choiceCount_;

@@ -35,6 +35,22 @@ unsigned activeCodePage();
 // folder or if it does not fit in `size` bytes. The folder need not exist.
 bool applicationDataFolder(char* buffer, std::size_t size);
 
+// Makes a folder and those above it that are missing, for this user's eyes where the system asks for rights. True if
+// the folder is there afterwards; false, too, for an empty path.
+bool createFolders(const char* path);
+
+enum class Deletion { kDone, kMissing, kFailed };
+
+// Deletes a file, or a link to one, never a folder.
+Deletion deleteFile(const char* path);
+
+// Deletes a folder. False, and the folder stays, if it is not empty.
+bool removeFolder(const char* path);
+
+// What the system knows a loaded library by: the one of that file, or else the one that holds this code. Null where
+// neither is known, as on POSIX systems, where nothing asks for it.
+void* moduleOfFile(const char* path);
+
 // Profile files: lines "key=value" under lines "[section]".
 //
 // Sections and keys compare without case (ASCII only), the first of two equal ones counts. Blanks around

@@ -140,6 +140,7 @@ TEST_F(CompareCommand, FailuresNameTheFile) {
     expectFailure({"compare", "in.png"}, 2, {"B"});
     expectFailure({"compare", "in.png", "in.png", "in.png"}, 2, {"in.png"});
     expectFailure({"compare", "in.png", "in.png", "--diff", "diff.bmp"}, 3, {"diff.bmp"});
+    expectFailure({"compare", "in.png", "in.png", "--diff", "./in.png"}, 2, {"'./in.png'", "'in.png'"});
     expectFailure({"compare", "in.png", "in.png", "--diff", "none/diff.png"}, 3, {"none/diff.png"});
     expectFailure({"compare", "in.png", "in.png", "--dif", "d.png"}, 2, {"'--dif'", "'--diff'"});
     CommandSetting full;

@@ -74,7 +74,8 @@ Words optionsOf(const Words& command) {
     return options;
 }
 
-const Words kCommands = {"colors", "compare", "info", "params", "pick", "render", "sheet", "smooth"};
+const Words kCommands = {"colors", "compare", "defaults", "info",  "params",
+                         "pick",   "render",  "sheet",    "smooth"};
 
 TEST_F(Completion, OffersTheSubCommands) {
     EXPECT_EQ(offered("kovalune "), kCommands);
@@ -99,6 +100,8 @@ TEST_F(Completion, OffersTheValuesOfOptions) {
     EXPECT_EQ(offered("kovalune sheet --depth "), (Words{"16", "32", "8", "auto"}));
     EXPECT_EQ(offered("kovalune smooth --key "), (Words{"only", "remove"}));
     EXPECT_EQ(offered("kovalune smooth --key=o"), (Words{"only"}));
+    EXPECT_EQ(offered("kovalune defaults "), (Words{"forget", "save", "show"}));
+    EXPECT_EQ(offered("kovalune defaults s"), (Words{"save", "show"}));
     EXPECT_EQ(offered("kovalune render --threads "), Words{});
 }
 

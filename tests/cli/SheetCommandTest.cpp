@@ -12,12 +12,12 @@ namespace kovalune::tests {
 namespace {
 
 TEST(SheetLayout, PutsUpToFourInARowWithMarginsAround) {
-    const SheetLayout three = sheetLayout(3, 100, 40, 60);
+    const SheetLayout three = sheetLayout(3, 100, 40, 60, 30000);
     EXPECT_EQ(three.width(), 8 + 3 * 108);
     EXPECT_EQ(three.height(), 8 + 14 + 40 + 8);
     EXPECT_EQ(three.left(2), 8 + 2 * 108);
     EXPECT_EQ(three.top(2), 8);
-    const SheetLayout seven = sheetLayout(7, 100, 40, 60);
+    const SheetLayout seven = sheetLayout(7, 100, 40, 60, 30000);
     EXPECT_EQ(seven.width(), 8 + 4 * 108);
     EXPECT_EQ(seven.height(), 8 + 2 * (14 + 40 + 8));
     EXPECT_EQ(seven.left(5), 8 + 108);
@@ -25,11 +25,14 @@ TEST(SheetLayout, PutsUpToFourInARowWithMarginsAround) {
 }
 
 TEST(SheetLayout, GivesNarrowPicturesTheWidthOfTheText) {
-    EXPECT_EQ(sheetLayout(2, 1, 1, 60).width(), 8 + 2 * 68);
+    const SheetLayout narrow = sheetLayout(7, 7680, 4320, 60, 30000);
+    EXPECT_EQ(narrow.columns, 3U);
+    EXPECT_LE(narrow.width(), 30000);
+    EXPECT_EQ(sheetLayout(2, 1, 1, 60, 30000).width(), 8 + 2 * 68);
 }
 
 TEST(SheetLayout, GrowsTextAndMarginsWithThePicture) {
-    const SheetLayout layout = sheetLayout(1, 1920, 1080, 60);
+    const SheetLayout layout = sheetLayout(1, 1920, 1080, 60, 30000);
     EXPECT_EQ(layout.textScale, 6);
     EXPECT_EQ(layout.margin, 48);
     EXPECT_EQ(layout.lineHeight, 84);
@@ -77,7 +80,7 @@ protected:
         std::int64_t textWidth = 0;
         for (const std::string& name : names)
             textWidth = std::max(textWidth, textSize(name, 1).width);
-        return sheetLayout(names.size(), picture.width, picture.height, textWidth);
+        return sheetLayout(names.size(), picture.width, picture.height, textWidth, 30000);
     }
 };
 
@@ -212,7 +215,7 @@ TEST_F(Sheet, NeedsNoViewOfTheRememberedDefaults) {
 }
 
 TEST_F(Sheet, ThatWouldBeTooLargeIsRefused) {
-    writePng(folder_ / "wide.png", randomPng(PngColor::Grey, 8, 10001, 1, 1));
+    writePng(folder_ / "wide.png", randomPng(PngColor::Grey, 8, 29990, 1, 1));
     expectFailure({"sheet", "wide.png", "-o", "old.png"}, 3, {"'wide.png'", "30000"});
     writePng(folder_ / "high.png", randomPng(PngColor::Grey, 8, 1, 30000, 1));
     expectFailure({"sheet", "high.png", "-o", "old.png"}, 3, {"'high.png'", "30000"});

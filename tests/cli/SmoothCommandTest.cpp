@@ -10,15 +10,18 @@
 namespace kovalune::tests {
 namespace {
 
-std::vector<std::string> commandFor(const std::map<std::string, std::string>& settings,
+std::vector<std::string> commandFor(const std::map<std::string, std::string>& settings, bool is8Bit,
                                     const TestFolder& folder) {
     std::vector<std::string> words = {
         "smooth",      folder / "in.tif",        "-o",         folder / "out.tif",
         "--threshold", settings.at("threshold"), "--strength", settings.at("strength"),
         "--curve",     settings.at("curve")};
     if (settings.at("keyEnabled") != "0") {
-        const std::string color =
-            settings.at("keyRed") + "," + settings.at("keyGreen") + "," + settings.at("keyBlue");
+        // The vectors are of the pass itself, which reads the key of 8-bit pixels as blue, green, red then.
+        const bool exchanged = is8Bit && settings.at("keyTolerance") == "0";
+        const std::string color = settings.at(exchanged ? "keyBlue" : "keyRed") + "," +
+                                  settings.at("keyGreen") + "," +
+                                  settings.at(exchanged ? "keyRed" : "keyBlue");
         words.insert(words.end(), {"--key", settings.at("keyOnly") == "0" ? "remove" : "only", "--key-color",
                                    color, "--key-tolerance", settings.at("keyTolerance")});
     }
@@ -30,9 +33,10 @@ TEST(SmoothCommand, GivesTheKnownPictures) {
     int smoothed = 0;
     for (const std::string& name : vectorNames(vectors)) {
         const TestFolder folder;
-        writeImage(folder / "in.tif", readPicture(vectors / name / "input.kvw"));
-        const CommandOutcome outcome =
-            runCommand(commandFor(readSettings(vectors / name / "settings.txt"), folder));
+        const host::Image input = readPicture(vectors / name / "input.kvw");
+        writeImage(folder / "in.tif", input);
+        const CommandOutcome outcome = runCommand(commandFor(
+            readSettings(vectors / name / "settings.txt"), input.format() == PF_PixelFormat_ARGB32, folder));
         ASSERT_TRUE(outcome.ok()) << name << ": " << outcome.err;
         EXPECT_EQ(
             firstDifference(readImage(folder / "out.tif"), readPicture(vectors / name / "expected.kvw")), "")
@@ -139,12 +143,43 @@ TEST_F(SmoothFiles, OfWrongOptionsAreRefused) {
     refused({"--curve", "1.5"}, {"--curve"});
     refused({"--key", "both"}, {"--key", "only or remove", "'both'"});
     refused({"--alpha", "odd"}, {"--alpha", "premultiplied or straight", "'odd'"});
-    refused({"--flag-map", "./old.png"}, {"--flag-map", "--output", "'old.png'"});
+    refused({"--flag-map", "./old.png"}, {"'./old.png'", "'old.png'"});
+    refused({"--flag-map", "square.png"}, {"'square.png'"});
+    refused({"--strength", "0x10"}, {"--strength", "'0x10'"});
     refused({"--key", "remove", "--key-tolerance", "256"}, {"--key-tolerance", "0", "255"});
     refused({"--key", "remove", "--key-color", "white"}, {"--key-color", "'white'", "#RRGGBB"});
     refused({"--key-color", "#000000"}, {"--key-color", "--key"});
     refused({"--strenght", "50"}, {"'--strenght'", "'--strength'"});
 }
+
+TEST_F(SmoothFiles, AreNotTheirOwnMapsAlsoWhereNeitherExists) {
+    expectFailure({"smooth", "square.png", "-o", "new.png", "--flag-map", "./new.png"}, 2, {"'new.png'"});
+    expectFailure({"smooth", "square.png", "-o", "new.png", "--flag-map", folder_ / "new.png"}, 2,
+                  {"'new.png'"});
+    std::filesystem::create_symlink("new.png", folder_ / "link.png");
+    expectFailure({"smooth", "square.png", "-o", "new.png", "--flag-map", "link.png"}, 2, {"'new.png'"});
+}
+
+TEST_F(SmoothFiles, TakeWholeNumbersAsDecimal) {
+    EXPECT_TRUE(run({"square.png", "-o", "a.png", "--strength", "010"}).ok());
+    EXPECT_TRUE(run({"square.png", "-o", "b.png", "--strength", "10"}).ok());
+    EXPECT_TRUE(readPngFile(folder_ / "a.png").rows == readPngFile(folder_ / "b.png").rows);
+}
+
+class KeyDepth : public SmoothFiles, public testing::WithParamInterface<const char*> {};
+
+TEST_P(KeyDepth, RemovesTheColourThatIsNamed) {
+    PngPicture picture = blankPng(PngColor::Rgb, 8, 2, 1);
+    picture.rows = {255, 0, 0, 0, 0, 255};
+    writePng(folder_ / "two.png", picture);
+    EXPECT_TRUE(run({"two.png", "-o", "out.png", "--key", "remove", "--key-color", "#FF0000", "--depth",
+                     GetParam(), "--strength", "0"})
+                    .ok());
+    EXPECT_EQ(pixel("out.png", 0, 0).at(3), 0);
+    EXPECT_GT(pixel("out.png", 1, 0).at(3), 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(SmoothFiles, KeyDepth, testing::Values("8", "16", "32"));
 
 TEST_F(SmoothFiles, ThatCannotBeReadOrWrittenAreRefused) {
     expectFailure({"smooth", "none.png", "-o", "old.png"}, 3, {"'none.png'"});

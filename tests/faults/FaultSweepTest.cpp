@@ -204,13 +204,26 @@ TEST(FaultSweepOfCommands, OnlyAMissingSuiteStopsTheGreyingOfControls) {
     EXPECT_EQ(n - 1, 1 + 5 * 20 + 3 + 5 * 4 * 2);
 }
 
+TEST(FaultSweepOfCommands, TheDialogOpensWithoutItsWindowAndItsModule) {
+    EffectModule module = EffectModule::linked(EntryPointFunc);
+    Host host(strictOptions());
+    Session session(host, module);
+    for (int n = 0; n <= 2; ++n) {
+        host.armFaults({.failCall = n, .failCode = kFault});
+        const CommandResult result = session.run(PF_Cmd_DO_DIALOG);
+        EXPECT_TRUE(result.ok());
+        EXPECT_EQ(result.callsCounted, 2);
+        EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+    }
+}
+
 TEST(FaultSweepOfCommands, TheOthersNeedNothingThatCanFail) {
     EffectModule module = EffectModule::linked(EntryPointFunc);
     Host host(strictOptions());
     Session session(host, module);
     for (const PF_Cmd command :
-         {PF_Cmd_ABOUT, PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_DO_DIALOG,
-          PF_Cmd_USER_CHANGED_PARAM, PF_Cmd_EVENT, PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_ARBITRARY_CALLBACK}) {
+         {PF_Cmd_ABOUT, PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_USER_CHANGED_PARAM, PF_Cmd_EVENT,
+          PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_ARBITRARY_CALLBACK}) {
         const CommandResult result = session.run(command);
         EXPECT_TRUE(result.ok()) << command;
         EXPECT_EQ(result.callsCounted, 0) << command;

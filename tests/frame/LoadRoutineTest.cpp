@@ -3,6 +3,7 @@
 #include "effect/frame/LoadRoutine.h"
 
 #include "effect/frame/EffectInstance.h"
+#include "effect/params/FxOptionDlg/DialogBase.h"
 #include "effect/params/ParamRegistry.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"
@@ -26,6 +27,16 @@ TEST(LoadRoutine, FreesParametersAndPendingErrorsWhenTheProcessDetaches) {
     EXPECT_TRUE(paramRegistry().byIndex().empty());
     EXPECT_EQ(paramRegistry().findById(1), nullptr);
     EXPECT_FALSE(effectInstance().hasPendingErrors());
+}
+
+TEST(LoadRoutine, FreesTheMapOfDialogsWhenTheProcessDetaches) {
+    int place = 0;
+    FxOptionDlg::DialogBase dialog(nullptr, nullptr, 1);
+    FxOptionDlg::dialogProcedure(&place, 272, 0, reinterpret_cast<intptr_t>(&dialog));
+    EXPECT_TRUE(loadRoutine(LoadReason::kThreadDetach));
+    EXPECT_EQ(FxOptionDlg::dialogMapSize(), 1);
+    EXPECT_TRUE(loadRoutine(LoadReason::kProcessDetach));
+    EXPECT_EQ(FxOptionDlg::dialogMapSize(), 0);
 }
 
 TEST(LoadRoutine, LeavesEverythingForTheOtherReasons) {

@@ -268,6 +268,22 @@ const PFParamUtilsSuite1 paramSuite = {
 const PFWorldTransformSuite1 transformSuite = {nullptr,     nullptr, nullptr, suiteCopy,
                                                suiteCopyHq, nullptr, nullptr};
 
+// ---- Platform
+
+PF_Err getPlatformData(PF_ProgPtr reference, PF_PlatDataID which, void* data) {
+    StubHost& host = stubHost();
+    if (const PF_Err err = host.enter("get_platform_data", words(which), reference)) {
+        return err;
+    }
+    if (which == PF_PlatData_MAIN_WND) {
+        std::memcpy(data, &host.mainWindow, sizeof host.mainWindow);
+        return PF_Err_NONE;
+    }
+    EXPECT_EQ(which, PF_PlatData_EXE_FILE_PATH);
+    std::memcpy(data, host.plugInPath.c_str(), host.plugInPath.size() + 1);
+    return PF_Err_NONE;
+}
+
 } // namespace
 
 const void* stubSuite(const std::string& suite) {
@@ -290,6 +306,7 @@ void connectStub(StubHost& host) {
     host.in.inter.checkout_param = checkoutParam;
     host.in.inter.checkin_param = checkinParam;
     host.utils.copy = utilCopy;
+    host.utils.get_platform_data = getPlatformData;
     host.utils.host_new_handle = newHandle;
     host.utils.host_lock_handle = lockHandle;
     host.utils.host_unlock_handle = unlockHandle;

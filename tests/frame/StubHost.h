@@ -49,6 +49,8 @@ public:
     PF_EffectWorld* inputWorld = nullptr;
     PF_EffectWorld* outputWorld = nullptr;
     PF_CheckoutResult layerAnswer = {};
+    void* mainWindow = nullptr;
+    std::string plugInPath; ///< at most 259 bytes
 
     // What the host has seen.
     std::vector<std::string> calls;      ///< names, in order

@@ -2,11 +2,14 @@
 // The files come from the presets win32 and win64. Where one is missing, its tests say so and are skipped; with
 // CI=true they fail.
 
+#include "effect/resources/DialogPicture.h"
+#include "tests/windows/DialogTemplate.h"
 #include "tests/windows/PeFile.h"
 #include "tests/windows/PiplProperties.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <filesystem>
 #include <optional>
@@ -111,6 +114,52 @@ TEST_P(AexFile, HasOnePropertyListWithWhatTheEffectIs) {
     EXPECT_EQ(lists[0].id, "#16000");
     EXPECT_EQ(lists[0].language, 1033U);
     expectProperties(readPipl(lists[0].data), expectedProperties(GetParam().is64Bit));
+}
+
+/// The one resource of a type's number.
+PeResource onlyResource(const PeFile& file, const std::string& type) {
+    std::vector<PeResource> found;
+    for (const PeResource& resource : file.resources()) {
+        if (resource.type == type) {
+            found.push_back(resource);
+        }
+    }
+    EXPECT_EQ(found.size(), 1U) << type;
+    return found.empty() ? PeResource{} : found.front();
+}
+
+TEST_P(AexFile, HasTheOptionDialog) {
+    const PeResource resource = onlyResource(file(), "#5");
+    EXPECT_EQ(resource.id, "#201");
+    EXPECT_EQ(resource.language, 1041U);
+    const DialogTemplate dialog = readDialogTemplate(resource.data);
+    EXPECT_EQ(dialog.title, "Option");
+    EXPECT_EQ(dialog.font, "MS UI Gothic");
+    EXPECT_EQ(dialog.points, 9);
+    EXPECT_EQ(dialog.place, (DialogPlace{22, 17, 235, 170}));
+    constexpr uint32_t kDefaultButton = 1;
+    constexpr uint32_t kGroupBox = 7;
+    constexpr uint32_t kBitmap = 14;
+    const std::vector<DialogControl> expected = {
+        {1, "#128", kDefaultButton, {180, 144, 36, 18}, "OK"},
+        {2000, "#128", kGroupBox, {6, 6, 222, 76}, ""},
+        {2001, "#128", 0, {36, 30, 162, 15}, ""},
+        {2002, "#128", 0, {36, 50, 162, 15}, ""},
+        {0xFFFF, "STATIC", kBitmap, {12, 90, 209, 43}, "#203"},
+    };
+    EXPECT_EQ(dialog.controls.size(), expected.size());
+    for (std::size_t i = 0; i < std::min(dialog.controls.size(), expected.size()); ++i) {
+        EXPECT_TRUE(dialog.controls[i] == expected[i])
+            << i << ": " << dialog.controls[i].kind << ' ' << dialog.controls[i].text;
+    }
+}
+
+TEST_P(AexFile, HasTheDialogsPicture) {
+    const PeResource resource = onlyResource(file(), "#2");
+    EXPECT_EQ(resource.id, "#203");
+    EXPECT_EQ(resource.language, 1041U);
+    EXPECT_EQ(resource.data.size(), 71280U);
+    EXPECT_TRUE(resource.data == dialogPicture());
 }
 
 INSTANTIATE_TEST_SUITE_P(Windows, AexFile,

@@ -5,7 +5,13 @@
 
 #include <windows.h>
 
-extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+// The language's runtime, which every load of this file brings anew, takes memory for exceptions in need when it starts
+// and gives it back only here. No header of it says so.
+namespace __gnu_cxx {
+void __freeres();
+}
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID endOfProcess) {
     using kovalune::LoadReason;
     static_assert(static_cast<DWORD>(LoadReason::kProcessDetach) == DLL_PROCESS_DETACH &&
                   static_cast<DWORD>(LoadReason::kProcessAttach) == DLL_PROCESS_ATTACH &&
@@ -14,5 +20,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
     if (reason == DLL_PROCESS_ATTACH) {
         kovalune::platform::keepModuleHandle(module);
     }
-    return kovalune::loadRoutine(static_cast<LoadReason>(reason)) ? TRUE : FALSE;
+    const BOOL done = kovalune::loadRoutine(static_cast<LoadReason>(reason)) ? TRUE : FALSE;
+    if (reason == DLL_PROCESS_DETACH && endOfProcess == nullptr) {
+        __gnu_cxx::__freeres();
+    }
+    return done;
 }

@@ -2,7 +2,7 @@
 #pragma once
 
 #include <fstream>
-#include <iterator>
+#include <sstream>
 #include <stdexcept>
 #include <string>
 #include <windows.h>
@@ -28,7 +28,9 @@ public:
     void write(const std::string& text) const { std::ofstream(path_, std::ios::binary) << text; }
     std::string read() const {
         std::ifstream file(path_, std::ios::binary);
-        return {std::istreambuf_iterator<char>(file), {}};
+        std::ostringstream text;
+        text << file.rdbuf();
+        return text.str();
     }
 
 private:

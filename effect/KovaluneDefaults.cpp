@@ -1,0 +1,72 @@
+// The remembered defaults for tools: the paths that the Option dialog takes, without the dialog.
+
+#include "effect/Kovalune.h"
+#include "effect/params/DefaultsFile.h"
+#include "effect/params/DefaultsStore.h"
+#include "effect/params/ParamRegistry.h"
+
+#include <vector>
+
+namespace kovalune {
+namespace {
+
+/// In number and kinds; what a tool's host registered with another effect may not even be as long.
+bool areTheEffects(std::span<const PF_ParamDef> params) {
+    const std::vector<BaseParam*>& list = paramRegistry().byIndex();
+    if (list.empty() || params.size() != list.size()) {
+        return false;
+    }
+    for (std::size_t index = 1; index < list.size(); ++index) {
+        if (params[index].param_type != list[index]->def.param_type) {
+            return false;
+        }
+    }
+    return true;
+}
+
+} // namespace
+
+std::string defaultsPath() {
+    char path[kDefaultsPathBytes];
+    makeDefaultsPath(path);
+    return path;
+}
+
+DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params) {
+    if (!areTheEffects(params)) {
+        return DefaultsResult::kWrongParameters;
+    }
+    std::vector<PF_ParamDef> copies(params.begin(), params.end());
+    std::vector<PF_ParamDef*> array;
+    for (PF_ParamDef& def : copies) {
+        array.push_back(&def);
+    }
+    const bool folder = makeDefaultsFolder(path.c_str());
+    const bool saved = saveDefaults(array.data(), path.c_str());
+    return folder && saved ? DefaultsResult::kDone : DefaultsResult::kFailed;
+}
+
+DefaultsResult forgetDefaults(const std::string& path) {
+    switch (removeDefaultsFile(path.c_str())) {
+    case platform::Deletion::kDone:
+        return DefaultsResult::kDone;
+    case platform::Deletion::kMissing:
+        return DefaultsResult::kNothingThere;
+    default:
+        return DefaultsResult::kFailed;
+    }
+}
+
+bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param) {
+    if (param.param_type != PF_Param_COLOR) {
+        return isRemembered(param.name, path.c_str());
+    }
+    for (const char channel : {'r', 'g', 'b'}) {
+        if (isRemembered(colorKey(param.name, channel).c_str(), path.c_str())) {
+            return true;
+        }
+    }
+    return false;
+}
+
+} // namespace kovalune

@@ -1,0 +1,64 @@
+#include "effect/params/DefaultsStore.h"
+
+#include "effect/params/DefaultsFile.h"
+#include "effect/params/ParamRegistry.h"
+#include "effect/params/ReadOut.h"
+
+#include <algorithm>
+#include <string>
+
+namespace kovalune {
+namespace {
+
+char lower(char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+
+bool equalWithoutCase(const std::string& a, const std::string& b) {
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
+                      [](char x, char y) { return lower(x) == lower(y); });
+}
+
+/// Everything before the last separator; empty if there is none. The last byte of a double-byte character may look
+/// like a separator, but never behind the folder for settings, where the names are our own.
+std::string withoutLastComponent(const std::string& path) {
+    const std::size_t separator = path.rfind(platform::kPathSeparator);
+    return separator == std::string::npos ? std::string() : path.substr(0, separator);
+}
+
+} // namespace
+
+bool makeDefaultsFolder(const char* path) {
+    return platform::createFolders(withoutLastComponent(path).c_str());
+}
+
+bool saveDefaults(PF_ParamDef** params, const char* path) {
+    GetParamFromArray getter(params);
+    // Neither can fail with this getter.
+    readParameters(nullptr, getter);
+    giveBackParameters(getter);
+    const std::vector<BaseParam*>& list = paramRegistry().byIndex();
+    bool saved = true;
+    for (std::size_t index = 1; index < list.size() && list[index] != nullptr; ++index) {
+        saved = list[index]->saveDefault(path) && saved;
+    }
+    return saved;
+}
+
+platform::Deletion removeDefaultsFile(const char* path) {
+    char folder[kDefaultsPathBytes];
+    const bool folderIsKnown = platform::applicationDataFolder(folder, sizeof folder);
+    const platform::Deletion result = platform::deleteFile(path);
+    if (!folderIsKnown) {
+        return result;
+    }
+    for (std::string rest = withoutLastComponent(path); !rest.empty() && !equalWithoutCase(rest, folder);
+         rest = withoutLastComponent(rest)) {
+        if (!platform::removeFolder(rest.c_str())) {
+            break;
+        }
+    }
+    return result;
+}
+
+} // namespace kovalune

@@ -1,0 +1,21 @@
+// Remembering and forgetting the defaults: what stands behind the two buttons of the Option dialog, and behind the
+// functions for tools. Paths are those of makeDefaultsPath.
+#pragma once
+
+#include "effect/platform/Platform.h"
+#include "hostapi/HostApi.h"
+
+namespace kovalune {
+
+/// Makes the folders that the file lies in. False if they are not there afterwards.
+bool makeDefaultsFolder(const char* path);
+
+/// Writes the values in a host's parameter array to the file, in the table's order. Its folder must exist. False if a
+/// value was lost; the others are written all the same.
+bool saveDefaults(PF_ParamDef** params, const char* path);
+
+/// Deletes the file, whatever it holds, and the folders above it that are empty then, up to the user's folder for
+/// settings, which stays. Tells what became of the file.
+platform::Deletion removeDefaultsFile(const char* path);
+
+} // namespace kovalune

@@ -1,0 +1,254 @@
+// PF_Cmd_DO_DIALOG with a dialog that the test answers: what it asks the host for, and what stands on the disk behind it.
+
+#include "effect/params/FxOptionDlg/AEFxOptionDialog.h"
+#include "effect/params/ParamRegistry.h"
+#include "hostapi/EntryPoint.h"
+#include "tests/frame/StubHost.h"
+#include "tests/params/FakeWindows.h"
+#include "tests/platform/posix/ScopedVariable.h"
+#include "tests/platform/posix/TemporaryFolder.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <gtest/gtest.h>
+#include <ostream>
+
+namespace kovalune::test {
+namespace {
+
+using platform::contentOf;
+using platform::ScopedVariable;
+using platform::TemporaryFolder;
+namespace fs = std::filesystem;
+using Calls = std::vector<std::string>;
+
+/// An instance of the effect and a user with an empty folder for settings.
+class OptionDialogCommand : public testing::Test {
+protected:
+    PF_Err send(PF_Cmd cmd, StubHost& host) {
+        return EntryPointFunc(cmd, &host.in, &host.out, host.paramArray(), nullptr, nullptr);
+    }
+    /// Starts the host and registers the parameters.
+    void setUp(StubHost& host) {
+        ASSERT_EQ(send(PF_Cmd_GLOBAL_SETUP, host), 0);
+        ASSERT_EQ(send(PF_Cmd_PARAMS_SETUP, host), 0);
+        host.calls.clear();
+    }
+    /// The user ends the dialog with this result.
+    void answer(intptr_t result) {
+        windows_.result = result;
+        ASSERT_EQ(send(PF_Cmd_DO_DIALOG, host_), 0);
+    }
+    fs::path path() const { return folder_.file("ORVEL/Tavik/Kovalune.ini"); }
+
+    const TemporaryFolder folder_;
+    const ScopedVariable settings_{"XDG_CONFIG_HOME", folder_.path().c_str()};
+    const ScopedVariable locale_{"LC_ALL", "C"};
+    FakeWindows windows_;
+    StubHost host_;
+};
+
+TEST_F(OptionDialogCommand, ShowsTheDialogOverTheHostsWindow) {
+    int window = 0;
+    host_.mainWindow = &window;
+    host_.plugInPath = "/plug-ins/Kovalune.aex";
+    setUp(host_);
+    answer(0);
+    ASSERT_EQ(windows_.requests.size(), 1U);
+    EXPECT_EQ(windows_.requests[0].parent, &window);
+    EXPECT_EQ(windows_.requests[0].resource, 201);
+    EXPECT_EQ(host_.calls, (Calls{"get_platform_data", "get_platform_data"}));
+    EXPECT_EQ(host_.suiteBalance(), 0);
+    EXPECT_EQ(host_.references.back(), host_.in.effect_ref);
+}
+
+TEST_F(OptionDialogCommand, OpensWithoutWindowAndPath) {
+    setUp(host_);
+    host_.failAll("get_platform_data", 513);
+    answer(2);
+    ASSERT_EQ(windows_.requests.size(), 1U);
+    EXPECT_EQ(windows_.requests[0].parent, nullptr);
+    EXPECT_EQ(windows_.requests[0].module, nullptr);
+}
+
+TEST_F(OptionDialogCommand, DoesNothingWhereNothingWasChosen) {
+    setUp(host_);
+    for (const intptr_t result : {-1, 0}) {
+        answer(result);
+    }
+    EXPECT_EQ(windows_.requests.size(), 2U);
+    EXPECT_EQ(folder_.entries(), 0);
+    fs::create_directories(path().parent_path());
+    folder_.write("ORVEL/Tavik/Kovalune.ini", "mine");
+    answer(0);
+    EXPECT_EQ(contentOf(path()), "mine");
+}
+
+TEST_F(OptionDialogCommand, RemembersTheValuesThatTheHostHandsIn) {
+    setUp(host_);
+    host_.params[1].u.pd.value = 5;
+    host_.params[3].u.fs_d.value = 12.5;
+    host_.params[6].u.bd.value = 0;
+    host_.params[7].u.cd.value = {9, 1, 2, 4};
+    host_.params[56].u.bd.value = 0;
+    answer(1);
+    const std::string text = contentOf(path());
+    EXPECT_TRUE(text.starts_with("[Version=1.0]\r\nView=5\r\nBlur Amount=12.500000\r\n")) << text;
+    for (const char* line : {"\nEnable 1=0\r", "\nColor 1.r=1\r", "\nColor 1.g=2\r", "\nColor 1.b=4\r",
+                             "\nColor 1.a=9\r", "\n4 : Keep Process=0\r"}) {
+        EXPECT_NE(text.find(line), std::string::npos) << line;
+    }
+    EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 1 + 39 + 8 * 4);
+    EXPECT_EQ(host_.count("checkout_param"), 0);
+    EXPECT_EQ(host_.count("checkin_param"), 0);
+}
+
+TEST_F(OptionDialogCommand, ForgetsWhatWasRemembered) {
+    setUp(host_);
+    answer(1);
+    ASSERT_TRUE(fs::exists(path()));
+    answer(2);
+    EXPECT_EQ(folder_.entries(), 0);
+}
+
+TEST_F(OptionDialogCommand, MakesTheFoldersForForgettingTooAndRemovesThemWhereTheyAreEmpty) {
+    setUp(host_);
+    answer(2);
+    EXPECT_EQ(folder_.entries(), 0);
+
+    fs::create_directories(folder_.file("ORVEL/Other"));
+    answer(2);
+    EXPECT_FALSE(fs::exists(folder_.file("ORVEL/Tavik")));
+    EXPECT_TRUE(fs::exists(folder_.file("ORVEL/Other")));
+
+    // The folder for settings itself is one of those that are made, and the one that stays.
+    const ScopedVariable deeper("XDG_CONFIG_HOME", folder_.file("new/settings").c_str());
+    answer(2);
+    EXPECT_TRUE(fs::is_empty(folder_.file("new/settings")));
+}
+
+TEST_F(OptionDialogCommand, MakesFoldersForAnyOtherResultAndNoMore) {
+    setUp(host_);
+    answer(3);
+    EXPECT_TRUE(fs::is_empty(folder_.file("ORVEL/Tavik")));
+}
+
+TEST_F(OptionDialogCommand, IsSilentWhereNothingCanBeWritten) {
+    setUp(host_);
+    folder_.write("ORVEL", "a file");
+    std::strcpy(host_.out.return_msg, "as it was");
+    answer(1);
+    answer(2);
+    EXPECT_EQ(contentOf(folder_.file("ORVEL")), "a file");
+    EXPECT_STREQ(host_.out.return_msg, "as it was");
+}
+
+TEST_F(OptionDialogCommand, DoesNothingWhereThePathDoesNotFit) {
+    const ScopedVariable longest("XDG_CONFIG_HOME", folder_.file(std::string(250, 'x')).c_str());
+    setUp(host_);
+    answer(1);
+    answer(2);
+    EXPECT_EQ(folder_.entries(), 0);
+}
+
+/// Plays the dialog's opening and notes what is greyed out.
+void playOpening(FakeWindows& windows) {
+    windows.show = [&windows](const platform::DialogRequest& request) -> intptr_t {
+        windows.calls.clear();
+        request.procedure(FakeWindows::window(8), 272, 0, reinterpret_cast<intptr_t>(request.object));
+        return 0;
+    };
+}
+
+struct HostCase {
+    A_long application;
+    PF_SpecVersion version;
+    bool old;
+};
+
+std::ostream& operator<<(std::ostream& stream, const HostCase& host) {
+    return stream << host.application << ' ' << host.version.major << '.' << host.version.minor;
+}
+
+class OptionDialogOfAHost : public OptionDialogCommand, public testing::WithParamInterface<HostCase> {};
+
+TEST_P(OptionDialogOfAHost, GreysOutItsButtonsIfTheHostIsOld) {
+    host_.in.appl_id = GetParam().application;
+    host_.in.version = GetParam().version;
+    setUp(host_);
+    playOpening(windows_);
+    answer(0);
+    EXPECT_EQ(windows_.calls.back() == "disable 2002008", GetParam().old);
+    EXPECT_EQ(std::count(windows_.calls.begin(), windows_.calls.end(), "disable 2001008"),
+              GetParam().old ? 1 : 0);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hosts, OptionDialogOfAHost,
+                         testing::Values(HostCase{PF_AppID_FXTC, {12, 14}, false},
+                                         HostCase{PF_AppID_FXTC, {12, 12}, false},
+                                         HostCase{PF_AppID_FXTC, {12, 11}, true},
+                                         HostCase{PF_AppID_FXTC, {11, 99}, true},
+                                         HostCase{PF_AppID_PrMr, {1, 0}, false}));
+
+TEST_F(OptionDialogCommand, HasNoTitleInEnglish) {
+    setUp(host_);
+    playOpening(windows_);
+    answer(0);
+    ASSERT_GE(windows_.calls.size(), 4U);
+    EXPECT_EQ(windows_.calls[0], "text 8 ");
+    EXPECT_EQ(windows_.calls[1], "text 2000008 Settings (Valid from next start-up)");
+}
+
+TEST_F(OptionDialogCommand, IsJapaneseForAJapaneseUser) {
+    const ScopedVariable locale("LC_ALL", "ja_JP.UTF-8");
+    setUp(host_);
+    playOpening(windows_);
+    answer(0);
+    ASSERT_GE(windows_.calls.size(), 4U);
+    EXPECT_EQ(windows_.calls[0], "text 8 Kovalune");
+    EXPECT_EQ(windows_.calls[1], "text 2000008 設定 （次回起動から有効になります）");
+}
+
+TEST_F(OptionDialogCommand, NeedsABasicSuite) {
+    setUp(host_);
+    host_.in.pica_basicP = nullptr;
+    long thrown = 0;
+    try {
+        send(PF_Cmd_DO_DIALOG, host_);
+    } catch (long code) {
+        thrown = code;
+    }
+    EXPECT_EQ(thrown, 516);
+    EXPECT_TRUE(windows_.requests.empty());
+}
+
+TEST_F(OptionDialogCommand, IsNotSentToAnOperationOfTheFilter) {
+    // Behind the end of the effect's filter the dialog still answers.
+    setUp(host_);
+    ASSERT_EQ(send(PF_Cmd_GLOBAL_SETDOWN, host_), 0);
+    answer(1);
+    EXPECT_TRUE(fs::exists(path()));
+}
+
+/// Two processes: the first remembers, the one that starts next has the values as its defaults.
+TEST_F(OptionDialogCommand, GivesTheNextProcessItsDefaults) {
+    const auto rememberAndEnd = [this] {
+        setUp(host_);
+        host_.params[1].u.pd.value = 3;
+        host_.params[3].u.fs_d.value = 12.5;
+        host_.params[7].u.cd.value = {255, 1, 2, 4};
+        answer(1);
+        std::_Exit(HasFailure() ? 1 : 0);
+    };
+    EXPECT_EXIT(rememberAndEnd(), testing::ExitedWithCode(0), "");
+    setUp(host_);
+    EXPECT_EQ(host_.params[1].u.pd.dephault, 3);
+    EXPECT_EQ(host_.params[3].u.fs_d.value, 12.5);
+    EXPECT_EQ(host_.params[7].u.cd.dephault.blue, 4);
+    EXPECT_EQ(host_.params[10].u.cd.dephault.red, 3);
+}
+
+} // namespace
+} // namespace kovalune::test

@@ -1,0 +1,133 @@
+// Loading and unloading of the finished plug-in, as a host does that looks for effects and one that ends.
+
+#include "tests/frames/VectorFile.h"
+#include "tests/windows/ProcessUsage.h"
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "host/Session.h"
+#include "hostapi/Suites.h"
+
+#include <gtest/gtest.h>
+
+#include <thread>
+#include <vector>
+
+namespace kovalune::test {
+namespace {
+
+tests::FrameVector vectorNamed(const char* name) {
+    return tests::readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
+}
+
+void expectFrame(host::Session& session, const tests::FrameVector& vector) {
+    vector.applyTo(session);
+    host::Image output;
+    const host::RenderResult result = session.render(vector.input, output, vector.request());
+    EXPECT_TRUE(result.ok()) << result.code << ": " << result.returnMsg;
+    EXPECT_EQ(tests::firstDifference(output, vector.expected), "");
+}
+
+/// What 100 turns of something add to what the process holds, after some that fill what is kept for later.
+template <typename Turn>
+ProcessUsage growthOf(const Turn& turn) {
+    for (int i = 0; i < 10; ++i) {
+        turn();
+    }
+    const ProcessUsage before = ProcessUsage::now();
+    for (int i = 0; i < 100; ++i) {
+        turn();
+    }
+    return ProcessUsage::now() - before;
+}
+
+void loadBareLibrary() {
+    const HMODULE library = LoadLibraryA(KOVALUNE_BARE_LIBRARY);
+    ASSERT_NE(library, nullptr);
+    const auto throwAndCatch =
+        reinterpret_cast<int (*)(int)>(reinterpret_cast<void*>(GetProcAddress(library, "throwAndCatch")));
+    EXPECT_EQ(throwAndCatch(3), 3);
+    FreeLibrary(library);
+}
+
+/// The parameter says whether the host takes its leave with PF_Cmd_GLOBAL_SETDOWN.
+class ManyLoads : public testing::TestWithParam<bool> {
+protected:
+    void loadAndRender() const {
+        host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+        host::HostOptions options;
+        options.threads = 3;
+        options.globalSetdownAtEnd = GetParam();
+        host::Host host(options);
+        host::Session session(host, module);
+        ASSERT_TRUE(session.setupResult().ok()) << session.setupResult().returnMsg;
+        expectFrame(session, vector_);
+        EXPECT_NE(GetModuleHandleA(kFile), nullptr);
+    }
+
+    static constexpr char kFile[] = "Kovalune.aex";
+
+private:
+    const tests::FrameVector vector_ = vectorNamed("process-many-argb-0");
+};
+
+// The compiler's thread library leaves a few handles behind with every library that carries it. The effect adds none.
+TEST_P(ManyLoads, LeaveNoMoreThanTheLanguagesRuntimeDoes) {
+    const ProcessUsage bare = growthOf(loadBareLibrary);
+    const ProcessUsage growth = growthOf([this] { loadAndRender(); });
+    EXPECT_LE(growth.handles, bare.handles);
+    EXPECT_LE(growth.threadSlots, bare.threadSlots);
+    EXPECT_LE(growth.heapBlocks, bare.heapBlocks);
+    EXPECT_EQ(GetModuleHandleA(kFile), nullptr);
+}
+
+INSTANTIATE_TEST_SUITE_P(Farewells, ManyLoads, testing::Bool(),
+                         [](const auto& each) { return each.param ? "WithSetdown" : "WithoutSetdown"; });
+
+TEST(LoadedPlugIn, KeepsNothingOfThreadsThatHaveEnded) {
+    const tests::FrameVector vector = vectorNamed("process-many-argb-0");
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    host::HostOptions options;
+    options.threads = 3;
+    options.globalSetdownAtEnd = false;
+    const auto renderOnNewThreads = [&](const std::vector<host::SuiteName>& withheld) {
+        options.withheldSuites = withheld;
+        std::thread([&] {
+            host::Host host(options);
+            host::Session session(host, module);
+            vector.applyTo(session);
+            host::Image output;
+            EXPECT_EQ(session.render(vector.input, output, vector.request()).ok(), withheld.empty());
+        }).join();
+    };
+    const ProcessUsage growth = growthOf([&] {
+        renderOnNewThreads({});
+        // A missing suite is an exception inside the effect.
+        renderOnNewThreads({{kPFWorldSuite, kPFWorldSuiteVersion1}, {kPFWorldSuite, kPFWorldSuiteVersion2}});
+    });
+    EXPECT_EQ(growth, ProcessUsage());
+}
+
+TEST(LoadedPlugIn, LivesOnAfterItsSetdownAndStartsAnewWithTheNextLoad) {
+    const tests::FrameVector vector = vectorNamed("base-smooth-ae16-0");
+    {
+        host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+        host::Host host;
+        host::Session session(host, module);
+        expectFrame(session, vector);
+        EXPECT_TRUE(session.run(PF_Cmd_GLOBAL_SETDOWN).ok());
+        EXPECT_TRUE(session.about().ok());
+        EXPECT_TRUE(session.updateParamsUI().ok());
+        host::Image output;
+        EXPECT_EQ(session.render(vector.input, output, vector.request()).code,
+                  PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_TRUE(session.run(PF_Cmd_GLOBAL_SETDOWN).ok());
+    }
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    host::Host host;
+    host::Session session(host, module);
+    expectFrame(session, vector);
+}
+
+} // namespace
+} // namespace kovalune::test
