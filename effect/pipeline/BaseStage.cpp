@@ -30,7 +30,8 @@ StageEnd runBaseStage(Frame& frame) {
     frame.planes.stageMask.unionWith(frame.planes.extractMask);
     mergeStageMask(frame);
     PF_EffectWorld* blurInput = frame.source;
-    if (amount >= kSmoothedFrom && amount <= kSmoothedTo) {
+    const bool smoothBase = amount >= kSmoothedFrom && amount <= kSmoothedTo;
+    if (smoothBase) {
         blurInput = frame.worlds.baseSmoothWorld.get();
         smoothMasked(frame, frame.source, frame.planes.stageMask, blurInput);
     }

@@ -42,7 +42,8 @@ public:
     LoopEnd run(bool& anyProcessDone) {
         selectRegion();
         extendRegion();
-        if (reach_ > kSmoothedAbove && reach_ <= kSmoothedTo) {
+        const bool smoothStage = reach_ > kSmoothedAbove && reach_ <= kSmoothedTo;
+        if (smoothStage) {
             smoothBeyondRegion();
         }
         frame_.attempt([&] { return frame_.progress.tick(); });

@@ -17,7 +17,7 @@ wine32_packages="wine32 locales fonts-vlgothic xvfb xauth"
 # Programs whose tests may share a process; each is a target too. No more of them than say something of Windows: each costs
 # a build. frames_tests compares all pictures, with the code linked in and with the plug-in's file loaded.
 wine_programs="frames_tests faults_tests platform_tests load_tests"
-wine_seconds=300 # a program may take; about ten on an idle machine
+wine_seconds=300 # a program may take; about twenty are usual
 
 # Makes a Wine of 32 or 64 bits ready; where it cannot, says why in wine_obstacle.
 wine_ready() {
@@ -37,13 +37,19 @@ wine32_folder_ready() {
         wine_obstacle="the package wine32 is not installed, and only root can make and enter a 32-bit system beside this one"
     elif ! unshare --mount --pid --fork true 2>/dev/null; then
         wine_obstacle="the package wine32 is not installed, and this root may not mount"
-    elif ! wine32_make_folder; then
-        wine_obstacle="no 32-bit system could be made in $wine32_folder"
+    else
+        wine32_make_folder
+        case $? in
+        0) ;;
+        130) exit 130 ;;
+        *) wine_obstacle="no 32-bit system could be made in $wine32_folder" ;;
+        esac
     fi
 }
 
 # Makes the folder unless it is there and as today's script makes it. It has its name only when it is complete.
 wine32_make_folder() (
+    trap 'exit 130' INT TERM HUP
     mkdir -p "${wine32_folder%/*}"
     exec {lock}>"$wine32_folder.lock"
     flock "$lock"
@@ -64,6 +70,9 @@ wine32_make_folder() (
 
 wine32_fill_folder() {
     local release mirror
+    if [ -z "$(debian_release_and_mirror)" ]; then
+        apt-get update -qq
+    fi
     read -r release mirror < <(debian_release_and_mirror)
     if [ -z "${mirror:-}" ]; then
         echo "apt knows no release of Debian"
@@ -72,7 +81,7 @@ wine32_fill_folder() {
     eval "$(apt-config shell http_proxy Acquire::http::Proxy)"
     export http_proxy
     # What is mounted in the new system while it is made is seen by these processes alone.
-    unshare --mount --pid --fork --kill-child debootstrap --arch=i386 --variant=minbase \
+    unshare --mount debootstrap --arch=i386 --variant=minbase \
         --include="${wine32_packages// /,}" "$release" "$1" "$mirror" &&
         chroot "$1" localedef -i ja_JP -f UTF-8 ja_JP.UTF-8 &&
         rm -f "$1"/var/cache/apt/archives/*.deb &&
@@ -107,7 +116,7 @@ in_wine32_folder() {
         for folder in "$project" "$build"; do
             mkdir -p "$root$folder" && mount --bind "$folder" "$root$folder" || exit 1
         done
-        chroot "$root" env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 --chdir="$project" "$@" </dev/null &
+        chroot "$root" env -i --chdir="$project" PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 "$@" </dev/null &
         wait $!
     ' enter "$wine32_folder" "$PWD" "$@"
 }
