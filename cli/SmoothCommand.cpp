@@ -14,7 +14,6 @@
 #include <array>
 #include <new>
 #include <optional>
-#include <utility>
 
 namespace kovalune {
 
@@ -40,12 +39,13 @@ SmoothOptions optionsOf(const SmoothArguments& arguments) {
     return options;
 }
 
-// At tolerance 0 the smoothing compares 8-bit pixels with red and blue exchanged; the user means the colour.
-SmoothOptions optionsFor(const host::Image& image, const SmoothArguments& arguments) {
-    SmoothOptions options = optionsOf(arguments);
-    if (image.format() == PF_PixelFormat_ARGB32 && options.keyTolerance == 0)
-        std::swap(options.keyRed, options.keyBlue);
-    return options;
+// At tolerance 0 the pass tests 8-bit pixels with red and blue exchanged in one place and not in another, so no
+// colour that it could be given would be the one that the user means.
+void checkKey(PF_PixelFormat format, const SmoothOptions& options) {
+    if (format == PF_PixelFormat_ARGB32 && options.key != SmoothKey::kNone && options.keyTolerance == 0 &&
+        options.keyRed != options.keyBlue)
+        throw Failure(ExitCode::Usage, "in 8 bits a --key-color whose red and blue differ needs a "
+                                       "--key-tolerance of 1 to 255, or --depth 16");
 }
 
 template <typename View, typename Image>
@@ -99,9 +99,9 @@ Picture flagPicture(const host::Image& image, const SmoothOptions& options) {
     return std::move(canvas).picture();
 }
 
-void smoothFile(const SmoothArguments& arguments, FileFormat format) {
+void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, FileFormat format) {
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
-    const SmoothOptions options = optionsFor(source.image, arguments);
+    checkKey(source.image.format(), options);
     host::Image result(source.image.format(), source.image.width(), source.image.height());
     requireSuccess(
         smoothPicture(viewOf<PictureView>(source.image), viewOf<WritablePictureView>(result), options));
@@ -122,8 +122,8 @@ void runSmooth(const SmoothArguments& arguments) {
     const FileFormat format = checkedOutputFormat(arguments.output);
     if (arguments.flagMap)
         checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output});
-    static_cast<void>(optionsOf(arguments)); // so that a wrong colour is told before the picture is read
-    withMemoryFor(arguments.input, [&] { smoothFile(arguments, format); });
+    const SmoothOptions options = optionsOf(arguments);
+    withMemoryFor(arguments.input, [&] { smoothFile(arguments, options, format); });
 }
 
 } // namespace kovalune

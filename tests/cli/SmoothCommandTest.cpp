@@ -10,18 +10,15 @@
 namespace kovalune::tests {
 namespace {
 
-std::vector<std::string> commandFor(const std::map<std::string, std::string>& settings, bool is8Bit,
+std::vector<std::string> commandFor(const std::map<std::string, std::string>& settings,
                                     const TestFolder& folder) {
     std::vector<std::string> words = {
         "smooth",      folder / "in.tif",        "-o",         folder / "out.tif",
         "--threshold", settings.at("threshold"), "--strength", settings.at("strength"),
         "--curve",     settings.at("curve")};
     if (settings.at("keyEnabled") != "0") {
-        // The vectors are of the pass itself, which reads the key of 8-bit pixels as blue, green, red then.
-        const bool exchanged = is8Bit && settings.at("keyTolerance") == "0";
-        const std::string color = settings.at(exchanged ? "keyBlue" : "keyRed") + "," +
-                                  settings.at("keyGreen") + "," +
-                                  settings.at(exchanged ? "keyRed" : "keyBlue");
+        const std::string color =
+            settings.at("keyRed") + "," + settings.at("keyGreen") + "," + settings.at("keyBlue");
         words.insert(words.end(), {"--key", settings.at("keyOnly") == "0" ? "remove" : "only", "--key-color",
                                    color, "--key-tolerance", settings.at("keyTolerance")});
     }
@@ -33,10 +30,9 @@ TEST(SmoothCommand, GivesTheKnownPictures) {
     int smoothed = 0;
     for (const std::string& name : vectorNames(vectors)) {
         const TestFolder folder;
-        const host::Image input = readPicture(vectors / name / "input.kvw");
-        writeImage(folder / "in.tif", input);
-        const CommandOutcome outcome = runCommand(commandFor(
-            readSettings(vectors / name / "settings.txt"), input.format() == PF_PixelFormat_ARGB32, folder));
+        writeImage(folder / "in.tif", readPicture(vectors / name / "input.kvw"));
+        const CommandOutcome outcome =
+            runCommand(commandFor(readSettings(vectors / name / "settings.txt"), folder));
         ASSERT_TRUE(outcome.ok()) << name << ": " << outcome.err;
         EXPECT_EQ(
             firstDifference(readImage(folder / "out.tif"), readPicture(vectors / name / "expected.kvw")), "")
@@ -166,20 +162,33 @@ TEST_F(SmoothFiles, TakeWholeNumbersAsDecimal) {
     EXPECT_TRUE(readPngFile(folder_ / "a.png").rows == readPngFile(folder_ / "b.png").rows);
 }
 
-class KeyDepth : public SmoothFiles, public testing::WithParamInterface<const char*> {};
+struct DepthAndTolerance {
+    const char* depth;
+    const char* tolerance;
+};
+
+class KeyDepth : public SmoothFiles, public testing::WithParamInterface<DepthAndTolerance> {};
 
 TEST_P(KeyDepth, RemovesTheColourThatIsNamed) {
     PngPicture picture = blankPng(PngColor::Rgb, 8, 2, 1);
     picture.rows = {255, 0, 0, 0, 0, 255};
     writePng(folder_ / "two.png", picture);
     EXPECT_TRUE(run({"two.png", "-o", "out.png", "--key", "remove", "--key-color", "#FF0000", "--depth",
-                     GetParam(), "--strength", "0"})
+                     GetParam().depth, "--key-tolerance", GetParam().tolerance, "--strength", "0"})
                     .ok());
     EXPECT_EQ(pixel("out.png", 0, 0).at(3), 0);
     EXPECT_GT(pixel("out.png", 1, 0).at(3), 0);
 }
 
-INSTANTIATE_TEST_SUITE_P(SmoothFiles, KeyDepth, testing::Values("8", "16", "32"));
+INSTANTIATE_TEST_SUITE_P(SmoothFiles, KeyDepth,
+                         testing::Values(DepthAndTolerance{"8", "1"}, DepthAndTolerance{"16", "0"},
+                                         DepthAndTolerance{"32", "0"}),
+                         [](const auto& test) { return std::string("Bits") + test.param.depth; });
+
+TEST_F(SmoothFiles, RefuseAColouredKeyThatEightBitsWouldMistake) {
+    expectFailure({"smooth", "square.png", "-o", "old.png", "--key", "only", "--key-color", "#FF0000"}, 2,
+                  {"--key-color", "--key-tolerance", "1 to 255", "--depth 16"});
+}
 
 TEST_F(SmoothFiles, ThatCannotBeReadOrWrittenAreRefused) {
     expectFailure({"smooth", "none.png", "-o", "old.png"}, 3, {"'none.png'"});
