@@ -2,27 +2,9 @@
 
 namespace kovalune {
 
-const FramePasses kFramePasses8 = {
-    .workFormat = PF_PixelFormat_ARGB64,
-    .worksWidened = true,
-    .coverageOfInput = coverage8,
-    .extractColors = extractColors8,
-    .coverageOfWork = coverage16,
-    .copyMasked = copyMasked16,
-    .blurRegionRun = blurRegionRun16,
-    .blurRegionWindow = blurRegionWindow16,
-    .blurBoundaryRun = blurBoundaryRun16,
-    .blurBoundaryWindow = blurBoundaryWindow16,
-    .extendColors = extendColors16,
-    .restoreMasked = restoreMasked16,
-    .applyBoundaryBias = applyBoundaryBias16,
-    .clearAlphaOutsideLayer = clearAlphaOutside16,
-    .multiplyAlphaOutside = multiplyAlphaOutside16,
-    .composeOver = composeOver16,
-    .clearAlphaOutsideOutput = clearAlphaOutside8,
-};
+namespace {
 
-const FramePasses kFramePasses16 = {
+constexpr FramePasses kPasses16 = {
     .workFormat = PF_PixelFormat_ARGB64,
     .worksWidened = false,
     .coverageOfInput = coverage16,
@@ -42,7 +24,22 @@ const FramePasses kFramePasses16 = {
     .clearAlphaOutsideOutput = clearAlphaOutside16,
 };
 
-const FramePasses kFramePasses32 = {
+/// An 8-bit frame is a 16-bit one but for what touches its input and its output.
+constexpr FramePasses widened(FramePasses passes) {
+    passes.worksWidened = true;
+    passes.coverageOfInput = coverage8;
+    passes.extractColors = extractColors8;
+    passes.clearAlphaOutsideOutput = clearAlphaOutside8;
+    return passes;
+}
+
+} // namespace
+
+constinit const FramePasses kFramePasses8 = widened(kPasses16);
+
+constinit const FramePasses kFramePasses16 = kPasses16;
+
+constinit const FramePasses kFramePasses32 = {
     .workFormat = PF_PixelFormat_ARGB128,
     .worksWidened = false,
     .coverageOfInput = coverage32,
