@@ -1,5 +1,5 @@
 // The four blurs against their plain twin, bit for bit: pictures, masks, amounts and hosts of many kinds.
-#include "tests/blur/BlurDrivers.h"
+#include "tests/blur/BlurSweep.h"
 
 #include <gtest/gtest.h>
 
@@ -9,29 +9,6 @@ namespace {
 class BlurSweep : public testing::TestWithParam<BlurDriver> {};
 
 INSTANTIATE_TEST_SUITE_P(Drivers, BlurSweep, testing::ValuesIn(kBlurDrivers), driverName);
-
-/// 1 to 9 iterations in any order on up to four threads, rows of any length.
-host::HostOptions anyOptions(Random& random) {
-    host::HostOptions options = shuffledOptions(random.between(1, 9), random.between(1, 4), random.next());
-    options.rowPadding = 4 * random.below(7);
-    options.dataOffset = 4 * random.below(4);
-    return options;
-}
-
-void expectLikeThePlainOne(const BlurDriver& driver, BlurScene& scene, int32_t repeat, double amount) {
-    const PlainPicture source = read(scene.src);
-    PlainPicture dst = read(scene.dst);
-    PlainPicture tmp = read(scene.tmp);
-    plainBlur(scene.plainJob(driver, repeat, amount), source, dst, tmp);
-    ASSERT_EQ(scene.run(driver, repeat, amount), PF_Err_NONE);
-    const auto what = [&] {
-        return std::to_string(scene.mask.width) + " by " + std::to_string(scene.mask.height) + ", amount " +
-               std::to_string(amount) + ", repeat " + std::to_string(repeat);
-    };
-    ASSERT_EQ(difference(dst, scene.dst), "") << what();
-    ASSERT_EQ(difference(tmp, scene.tmp), "") << what();
-    ASSERT_EQ(difference(source, scene.src), "") << what() << ": the source was written";
-}
 
 TEST_P(BlurSweep, OfEveryMaskShapeInManySizes) {
     const BlurDriver driver = GetParam();
@@ -43,7 +20,7 @@ TEST_P(BlurSweep, OfEveryMaskShapeInManySizes) {
             const FrameRect rect = rectAt(random.below(4), random.below(4), width, height);
             BlurScene scene(driver, anyOptions(random), rect, makeMask(shape, width, height, random), random);
             const int32_t repeat = random.between(1, 4);
-            expectLikeThePlainOne(driver, scene, repeat, 2.0 + random.unit() * 30.0);
+            expectLikeThePlainOne(plainBlur, driver, scene, repeat, 2.0 + random.unit() * 30.0);
             if (HasFatalFailure()) {
                 return;
             }
@@ -59,7 +36,7 @@ TEST_P(BlurSweep, OfEveryRepeat) {
             const Mask mask =
                 makeMask(MaskShape::kBlobs, random.between(5, 30), random.between(5, 30), random);
             BlurScene scene(driver, anyOptions(random), wholeRect(mask.width, mask.height), mask, random);
-            expectLikeThePlainOne(driver, scene, repeat, amount);
+            expectLikeThePlainOne(plainBlur, driver, scene, repeat, amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -75,7 +52,7 @@ TEST_P(BlurSweep, OfAmountsWithATailInSmallPictures) {
                                       MaskShape::kSingle, MaskShape::kCheckerboard}) {
             const Mask mask = makeMask(shape, random.between(1, 40), random.between(1, 40), random);
             BlurScene scene(driver, anyOptions(random), wholeRect(mask.width, mask.height), mask, random);
-            expectLikeThePlainOne(driver, scene, random.between(1, 3), amount);
+            expectLikeThePlainOne(plainBlur, driver, scene, random.between(1, 3), amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -98,7 +75,7 @@ TEST_P(BlurSweep, OfLinesLongerThanTheCore) {
                 }
             }
             BlurScene scene(driver, anyOptions(random), wholeRect(width, height), mask, random);
-            expectLikeThePlainOne(driver, scene, random.between(1, 2), amount);
+            expectLikeThePlainOne(plainBlur, driver, scene, random.between(1, 2), amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -116,7 +93,7 @@ TEST_P(BlurSweep, OfTheLongestLinesThatAFrameHas) {
         host::HostOptions options = anyOptions(random);
         options.allowHuge = true;
         BlurScene scene(driver, options, rect, mask, random);
-        expectLikeThePlainOne(driver, scene, 2, 16.0);
+        expectLikeThePlainOne(plainBlur, driver, scene, 2, 16.0);
         if (HasFatalFailure()) {
             return;
         }
@@ -132,7 +109,7 @@ TEST_P(BlurSweep, OfValuesBeyondFullScale) {
         const FrameRect rect = rectAt(random.below(3), random.below(3), mask.width, mask.height);
         BlurScene scene(driver, anyOptions(random), rect, mask, random, Range::kWild);
         const double amount = random.chance(50) ? 2.0 + random.unit() * 20.0 : 301.0 + random.unit() * 600.0;
-        expectLikeThePlainOne(driver, scene, random.between(1, 3), amount);
+        expectLikeThePlainOne(plainBlur, driver, scene, random.between(1, 3), amount);
         if (HasFatalFailure()) {
             return;
         }
@@ -151,7 +128,7 @@ TEST_P(BlurSweep, OfTheLargestValuesOnly) {
             pixel = {channel, channel, channel, channel};
         }
         write(largest, scene.src);
-        expectLikeThePlainOne(driver, scene, 1, amount);
+        expectLikeThePlainOne(plainBlur, driver, scene, 1, amount);
         if (HasFatalFailure()) {
             return;
         }

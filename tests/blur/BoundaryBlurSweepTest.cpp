@@ -1,5 +1,6 @@
 // The four boundary blurs against their plain twin, bit for bit: pictures, masks, amounts and hosts of many
 // kinds.
+#include "tests/blur/BlurSweep.h"
 #include "tests/blur/BoundaryBlurDrivers.h"
 
 #include <gtest/gtest.h>
@@ -11,36 +12,12 @@ class BoundarySweep : public testing::TestWithParam<BoundaryDriver> {};
 
 INSTANTIATE_TEST_SUITE_P(Drivers, BoundarySweep, testing::ValuesIn(kBoundaryDrivers), boundaryDriverName);
 
-/// 1 to 8 iterations in any order on up to four threads, rows of any length.
-host::HostOptions anyOptions(Random& random) {
-    host::HostOptions options = shuffledOptions(random.between(1, 8), random.between(1, 4), random.next());
-    options.rowPadding = 4 * random.below(7);
-    options.dataOffset = 4 * random.below(4);
-    return options;
-}
-
 MaskShape anyShape(Random& random) {
     return kMaskShapes[static_cast<std::size_t>(random.below(static_cast<int>(kMaskShapes.size())))];
 }
 
 Mask anyMask(int32_t width, int32_t height, Random& random) {
     return makeMask(anyShape(random), width, height, random);
-}
-
-void expectLikeThePlainOne(const BoundaryDriver& driver, BoundaryScene& scene, int32_t repeat,
-                           double amount) {
-    const PlainPicture source = read(scene.src);
-    PlainPicture dst = read(scene.dst);
-    PlainPicture tmp = read(scene.tmp);
-    plainBoundaryBlur(scene.plainJob(driver, repeat, amount), source, dst, tmp);
-    ASSERT_EQ(scene.run(driver, repeat, amount), PF_Err_NONE);
-    const auto what = [&] {
-        return std::to_string(scene.mask.width) + " by " + std::to_string(scene.mask.height) + ", amount " +
-               std::to_string(amount) + ", repeat " + std::to_string(repeat);
-    };
-    ASSERT_EQ(difference(dst, scene.dst), "") << what();
-    ASSERT_EQ(difference(tmp, scene.tmp), "") << what();
-    ASSERT_EQ(difference(source, scene.src), "") << what() << ": the source was written";
 }
 
 TEST_P(BoundarySweep, OfEveryMaskShapeInManySizes) {
@@ -53,7 +30,8 @@ TEST_P(BoundarySweep, OfEveryMaskShapeInManySizes) {
             const FrameRect rect = rectAt(random.below(4), random.below(4), width, height);
             BoundaryScene scene(driver, anyOptions(random), rect, makeMask(shape, width, height, random),
                                 anyMask(width, height, random), random);
-            expectLikeThePlainOne(driver, scene, random.between(1, 4), 2.0 + random.unit() * 30.0);
+            expectLikeThePlainOne(plainBoundaryBlur, driver, scene, random.between(1, 4),
+                                  2.0 + random.unit() * 30.0);
             if (HasFatalFailure()) {
                 return;
             }
@@ -70,7 +48,8 @@ TEST_P(BoundarySweep, OfFlatColoursWithTransparentHoles) {
         BoundaryScene scene(driver, anyOptions(random), wholeRect(region.width, region.height), region, keep,
                             random);
         write(flatPicture(driver.format, scene.src.width(), scene.src.height(), random), scene.src);
-        expectLikeThePlainOne(driver, scene, random.between(1, 5), 2.0 + random.unit() * 12.0);
+        expectLikeThePlainOne(plainBoundaryBlur, driver, scene, random.between(1, 5),
+                              2.0 + random.unit() * 12.0);
         if (HasFatalFailure()) {
             return;
         }
@@ -86,7 +65,7 @@ TEST_P(BoundarySweep, OfEveryRepeat) {
             const Mask keep = anyMask(region.width, region.height, random);
             BoundaryScene scene(driver, anyOptions(random), wholeRect(region.width, region.height), region,
                                 keep, random);
-            expectLikeThePlainOne(driver, scene, repeat, amount);
+            expectLikeThePlainOne(plainBoundaryBlur, driver, scene, repeat, amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -104,7 +83,7 @@ TEST_P(BoundarySweep, OfAmountsWithATailInSmallPictures) {
             const Mask keep = anyMask(region.width, region.height, random);
             BoundaryScene scene(driver, anyOptions(random), wholeRect(region.width, region.height), region,
                                 keep, random);
-            expectLikeThePlainOne(driver, scene, random.between(1, 3), amount);
+            expectLikeThePlainOne(plainBoundaryBlur, driver, scene, random.between(1, 3), amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -124,7 +103,7 @@ TEST_P(BoundarySweep, OfLinesLongerThanTheCore) {
             }
             BoundaryScene scene(driver, anyOptions(random), wholeRect(width, height), region,
                                 makeMask(MaskShape::kSparse, width, height, random), random);
-            expectLikeThePlainOne(driver, scene, random.between(1, 2), amount);
+            expectLikeThePlainOne(plainBoundaryBlur, driver, scene, random.between(1, 2), amount);
             if (HasFatalFailure()) {
                 return;
             }
@@ -141,7 +120,7 @@ TEST_P(BoundarySweep, OfValuesBeyondFullScale) {
         const FrameRect rect = rectAt(random.below(3), random.below(3), region.width, region.height);
         BoundaryScene scene(driver, anyOptions(random), rect, region, keep, random, Range::kWild);
         const double amount = random.chance(50) ? 2.0 + random.unit() * 20.0 : 301.0 + random.unit() * 600.0;
-        expectLikeThePlainOne(driver, scene, random.between(1, 3), amount);
+        expectLikeThePlainOne(plainBoundaryBlur, driver, scene, random.between(1, 3), amount);
         if (HasFatalFailure()) {
             return;
         }
@@ -163,7 +142,7 @@ TEST_P(BoundarySweep, OfTheLargestValuesInTheLongestLines) {
             pixel = {value, value, value, value};
         }
         write(largest, scene.src);
-        expectLikeThePlainOne(driver, scene, 1, 9.0);
+        expectLikeThePlainOne(plainBoundaryBlur, driver, scene, 1, 9.0);
         if (HasFatalFailure()) {
             return;
         }
