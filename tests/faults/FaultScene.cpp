@@ -1,5 +1,7 @@
 #include "tests/faults/FaultScene.h"
 
+#include "hostapi/EntryPoint.h"
+
 #include <algorithm>
 #include <vector>
 
@@ -59,6 +61,14 @@ const std::vector<FaultScene>& faultScenes() {
     return scenes;
 }
 
+host::EffectModule testedEffect() {
+#ifdef _WIN32
+    return host::EffectModule::load(KOVALUNE_PLUGIN);
+#else
+    return host::EffectModule::linked(EntryPointFunc);
+#endif
+}
+
 host::HostOptions strictOptions() {
     host::HostOptions options;
     options.audit = true;
@@ -67,7 +77,7 @@ host::HostOptions strictOptions() {
     options.threads = 1;
     options.iterations = 2;
     options.rowPadding = 12;
-    options.globalSetdownAtEnd = false; // the linked effect serves many sessions of this process
+    options.globalSetdownAtEnd = false; // one effect serves many sessions of this process
     return options;
 }
 

@@ -32,6 +32,9 @@ std::ostream& operator<<(std::ostream& out, const FaultScene& scene);
 /// Every scene: formats, roads to a frame, kinds of blur, views, Process stages.
 const std::vector<FaultScene>& faultScenes();
 
+/// The effect as it is linked in; under Windows the plug-in's finished file, which nothing else tests so thoroughly.
+host::EffectModule testedEffect();
+
 /// A host that watches closely and runs iterations on the calling thread, so that its n-th call is always the
 /// same.
 host::HostOptions strictOptions();

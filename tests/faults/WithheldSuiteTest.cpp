@@ -31,7 +31,7 @@ class WithheldSuites : public testing::TestWithParam<Withheld> {};
 
 TEST_P(WithheldSuites, GiveTheirCode) {
     const Withheld& withheld = GetParam();
-    EffectModule module = EffectModule::linked(EntryPointFunc);
+    EffectModule module = testedEffect();
     HostOptions options = strictOptions();
     options.withheldSuites = withheld.suites;
     Host host(options);
@@ -85,6 +85,60 @@ INSTANTIATE_TEST_SUITE_P(
                     Withheld{{kWorld2}, PF_PixelFormat_ARGB64, PF_Err_NONE},
                     Withheld{{kWorld1, kWorld2}, PF_PixelFormat_ARGB32, PF_Err_BAD_CALLBACK_PARAM}));
 
+struct Versions {
+    const char* suite;
+    std::vector<std::int32_t> newestFirst;
+};
+
+class SuiteVersions : public testing::TestWithParam<Versions> {
+protected:
+    /// A frame that needs every suite, and the greying of its controls, in a host without some of the versions.
+    host::CommandResult run(const std::vector<SuiteName>& withheld, Image& output) {
+        EffectModule module = testedEffect();
+        HostOptions options = strictOptions();
+        options.everySuiteVersion = true;
+        options.withheldSuites = withheld;
+        Host host(options);
+        Session session(host, module);
+        const FaultScene scene = {"", PF_PixelFormat_ARGB64, host::RenderFlow::Smart, 10, 1, 1, {1}};
+        applyScene(session, scene);
+        host::CommandResult result =
+            session.render(scenePicture(PF_PixelFormat_ARGB64), output, requestOf(scene));
+        return result.ok() ? session.updateParamsUI() : result;
+    }
+};
+
+TEST_P(SuiteVersions, StandInForNewerOnesUntilNoneIsLeft) {
+    Image expected;
+    ASSERT_TRUE(run({}, expected).ok());
+    std::vector<SuiteName> withheld;
+    for (const std::int32_t version : GetParam().newestFirst) {
+        SCOPED_TRACE("from version " + std::to_string(version));
+        Image output;
+        EXPECT_TRUE(run(withheld, output).ok());
+        EXPECT_TRUE(output == expected);
+        withheld.push_back({GetParam().suite, version});
+    }
+    Image output;
+    EXPECT_FALSE(run(withheld, output).ok());
+}
+
+template <typename List>
+Versions versionsOf(const char* suite, const List& newestFirst) {
+    return {suite, {newestFirst.begin(), newestFirst.end()}};
+}
+
+INSTANTIATE_TEST_SUITE_P(All, SuiteVersions,
+                         testing::Values(versionsOf(kPFFillMatteSuite, kPFFillMatteSuiteVersions),
+                                         versionsOf(kPFHandleSuite, kPFHandleSuiteVersions),
+                                         versionsOf(kPFParamUtilsSuite, kPFParamUtilsSuiteVersions)),
+                         [](const auto& each) {
+                             std::string name = each.param.suite;
+                             std::erase(name, ' ');
+                             return name;
+                         });
+
+// With the effect linked in: from a file whose runtime is its own, a 32-bit Windows program cannot catch what is thrown.
 TEST(MissingBasicSuite, LeavesTheEntryPointAsAnException) {
     EffectModule module = EffectModule::linked(EntryPointFunc);
     HostOptions options = strictOptions();
@@ -97,7 +151,7 @@ TEST(MissingBasicSuite, LeavesTheEntryPointAsAnException) {
 TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
     // The query still finds version 2 here: the host is told the format, and loses the suite only for the
     // worlds.
-    EffectModule module = EffectModule::linked(EntryPointFunc);
+    EffectModule module = testedEffect();
     const FaultScene scene = {"", PF_PixelFormat_ARGB128, host::RenderFlow::Smart, 20, 1};
     Host host(strictOptions());
     Session session(host, module);

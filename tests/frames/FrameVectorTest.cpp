@@ -110,10 +110,12 @@ TEST_P(FrameVectors, MatchThroughTheOneCommandOfOlderHosts) {
 
 TEST_P(FrameVectors, MatchThroughTheLoadedPlugIn) {
     const FrameVector frame = vector();
-    EffectModule module = EffectModule::load(KOVALUNE_PLUGIN);
     HostOptions options = auditedOptions(frame.iterations());
     options.globalSetdownAtEnd = true;
-    renderAndCompare(frame, options, module);
+    for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy}) {
+        EffectModule module = EffectModule::load(KOVALUNE_PLUGIN);
+        renderAndCompare(frame, options, module, flow);
+    }
 }
 
 std::string testName(const testing::TestParamInfo<std::string>& info) {

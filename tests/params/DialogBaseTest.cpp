@@ -4,6 +4,7 @@
 #include "tests/params/FakeWindows.h"
 
 #include <gtest/gtest.h>
+#include <new>
 #include <ostream>
 
 namespace kovalune::test {
@@ -108,6 +109,18 @@ TEST(DialogProcedure, KeepsTheDialogsOfSeveralWindowsApart) {
     EXPECT_EQ(first.operation, "initclose");
     EXPECT_EQ(second.operation, "init");
     EXPECT_EQ(FxOptionDlg::dialogMapSize(), 2);
+}
+
+TEST(DialogProcedure, LetsNoExceptionThroughAndEndsTheDialog) {
+    class FailingDialog : public FxOptionDlg::DialogBase {
+    public:
+        FailingDialog() : DialogBase(nullptr, nullptr, 7) {}
+        intptr_t onInitDialog(Window /*window*/, uintptr_t /*word*/) override { throw std::bad_alloc(); }
+    };
+    FakeWindows windows;
+    FailingDialog dialog;
+    EXPECT_EQ(open(dialog, FakeWindows::window(8)), 0);
+    EXPECT_EQ(windows.calls, (Calls{"end 8 -1"}));
 }
 
 TEST(DialogMap, KeepsTheEntryOfAnEndedDialogWithoutItsObject) {

@@ -10,6 +10,9 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+#include <cstdint>
+#include <initializer_list>
 #include <thread>
 #include <vector>
 
@@ -83,6 +86,51 @@ TEST_P(ManyLoads, LeaveNoMoreThanTheLanguagesRuntimeDoes) {
 
 INSTANTIATE_TEST_SUITE_P(Farewells, ManyLoads, testing::Bool(),
                          [](const auto& each) { return each.param ? "WithSetdown" : "WithoutSetdown"; });
+
+std::vector<std::byte> bytesOf(std::initializer_list<std::uint32_t> words) {
+    std::vector<std::byte> bytes;
+    for (const std::uint32_t word : words) {
+        for (int shift = 0; shift < 32; shift += 8) {
+            bytes.push_back(static_cast<std::byte>(word >> shift));
+        }
+    }
+    return bytes;
+}
+
+constexpr std::uint32_t kMagic = 0x70736571;
+
+TEST(LoadedPlugIn, SavesAndReopensItsSequenceData) {
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    host::Host host;
+    host::Session session(host, module);
+    ASSERT_TRUE(session.sequenceSetup().ok());
+    EXPECT_EQ(session.sequenceBytes(), bytesOf({kMagic, 0, 24, 1, 0, 0}));
+    session.setSequenceBytes(bytesOf({kMagic, 1, 1, 24, 77, 88}));
+    ASSERT_TRUE(session.sequenceResetup().ok());
+    EXPECT_EQ(session.sequenceBytes(), bytesOf({kMagic, 0, 24, 1, 77, 88}));
+    ASSERT_TRUE(session.sequenceFlatten().ok());
+    EXPECT_EQ(session.sequenceBytes(), bytesOf({kMagic, 1, 1, 24, 77, 88}));
+    session.setSequenceBytes({});
+    ASSERT_TRUE(session.sequenceResetup().ok());
+    EXPECT_EQ(session.sequenceBytes(), bytesOf({kMagic, 0, 24, 1, 0, 0}));
+    EXPECT_TRUE(session.sequenceSetdown().ok());
+}
+
+TEST(LoadedPlugIn, AnswersEveryCommandThatAsksForNothing) {
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    host::Host host;
+    host::Session session(host, module);
+    EXPECT_EQ(session.outFlags(), 0x06000070);
+    EXPECT_EQ(session.outFlags2(), 0x00001419);
+    const host::CommandResult about = session.about();
+    EXPECT_TRUE(about.ok());
+    EXPECT_TRUE(about.returnMsg.starts_with("Kovalune 1.0.1 Release")) << about.returnMsg;
+    EXPECT_TRUE(session.updateParamsUI().ok());
+    for (const PF_Cmd command : {2, 10, 12, 13, 15, 16, 17, 18, 19, 20, 21, 22, 25, 1000}) {
+        EXPECT_TRUE(session.run(command).ok()) << command;
+    }
+    EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+}
 
 TEST(LoadedPlugIn, KeepsNothingOfThreadsThatHaveEnded) {
     const tests::FrameVector vector = vectorNamed("process-many-argb-0");

@@ -16,7 +16,7 @@ AEFxOptionDialog::AEFxOptionDialog(void* module, Window parent, const Setting& s
 
 intptr_t AEFxOptionDialog::doModal() {
     const intptr_t result = DialogBase::doModal();
-    return result == -1 ? kNothingChosen : result;
+    return result == kNotShown ? kNothingChosen : result;
 }
 
 intptr_t AEFxOptionDialog::onInitDialog(Window window, uintptr_t /*word*/) {

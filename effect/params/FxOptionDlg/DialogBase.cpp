@@ -42,6 +42,32 @@ uint16_t highHalf(uintptr_t word) {
     return static_cast<uint16_t>((word >> 16) & 0xFFFFU);
 }
 
+intptr_t answer(Window window, uint32_t message, uintptr_t word, intptr_t longWord) {
+    namespace platform = kovalune::platform;
+    if (message == platform::kMessageInitDialog) {
+        // The object that doModal asked with.
+        store(window, reinterpret_cast<DialogBase*>(longWord));
+    }
+    DialogBase* const dialog = find(window);
+    if (dialog == nullptr) {
+        return 0;
+    }
+    switch (message) {
+    case platform::kMessageInitDialog:
+        return dialog->onInitDialog(window, word);
+    case platform::kMessageCommand:
+        return dialog->onCommand(window, highHalf(word), lowHalf(word), longWord);
+    case platform::kMessageNotify:
+        return dialog->onNotify(window, word, longWord);
+    case platform::kMessageDestroy:
+        return dialog->onDestroy(window);
+    case platform::kMessageClose:
+        return dialog->onClose(window);
+    default:
+        return 0;
+    }
+}
+
 } // namespace
 
 DialogBase::~DialogBase() {
@@ -100,27 +126,11 @@ void DialogBase::setWindowText(Window window, const char* text) {
 }
 
 intptr_t dialogProcedure(Window window, uint32_t message, uintptr_t word, intptr_t longWord) {
-    namespace platform = kovalune::platform;
-    if (message == platform::kMessageInitDialog) {
-        // The object that doModal asked with.
-        store(window, reinterpret_cast<DialogBase*>(longWord));
-    }
-    DialogBase* const dialog = find(window);
-    if (dialog == nullptr) {
-        return 0;
-    }
-    switch (message) {
-    case platform::kMessageInitDialog:
-        return dialog->onInitDialog(window, word);
-    case platform::kMessageCommand:
-        return dialog->onCommand(window, highHalf(word), lowHalf(word), longWord);
-    case platform::kMessageNotify:
-        return dialog->onNotify(window, word, longWord);
-    case platform::kMessageDestroy:
-        return dialog->onDestroy(window);
-    case platform::kMessageClose:
-        return dialog->onClose(window);
-    default:
+    // No exception may pass through the window system that calls this.
+    try {
+        return answer(window, message, word, longWord);
+    } catch (...) {
+        windowCalls().endDialog(window, kNotShown);
         return 0;
     }
 }

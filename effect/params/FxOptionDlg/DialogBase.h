@@ -11,6 +11,9 @@ namespace FxOptionDlg {
 
 using kovalune::platform::Window;
 
+/// The result of a dialog that could not be shown, or not to its end.
+inline constexpr intptr_t kNotShown = -1;
+
 class DialogBase {
 public:
     /// The dialog's resource is looked for in the file of `module`.
@@ -21,7 +24,7 @@ public:
     DialogBase(const DialogBase&) = delete;
     DialogBase& operator=(const DialogBase&) = delete;
 
-    /// Shows the dialog until it ends. Its result, or -1 where it could not be shown.
+    /// Shows the dialog until it ends. Its result, or kNotShown.
     virtual intptr_t doModal();
 
     // One operation a message; what they return is the procedure's answer to the system.
@@ -41,7 +44,8 @@ private:
     uint16_t resource_;
 };
 
-/// Answers every message of every dialog, 0 for those that no operation is for and for windows without an object.
+/// Answers every message of every dialog, 0 for those that no operation is for and for windows without an object. An operation that throws ends
+/// its dialog with kNotShown.
 intptr_t dialogProcedure(Window window, uint32_t message, uintptr_t word, intptr_t longWord);
 
 /// Windows with an entry in the dialog map. An entry stays when its dialog ends: the system may use the number again.

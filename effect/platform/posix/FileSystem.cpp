@@ -1,6 +1,7 @@
 #include "effect/platform/Platform.h"
 
 #include <cerrno>
+#include <climits>
 #include <string>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -22,6 +23,9 @@ bool createFolders(const char* path) {
         return false;
     }
     const std::string whole = path;
+    if (whole.size() >= PATH_MAX) {
+        return false; // before any folder above it is made
+    }
     std::size_t end = 0;
     do {
         end = whole.find(kPathSeparator, end + 1);

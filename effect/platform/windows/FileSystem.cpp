@@ -1,4 +1,5 @@
 #include "effect/platform/Platform.h"
+#include "effect/platform/windows/PathLength.h"
 
 #include <windows.h>
 // After windows.h, whose types it needs.
@@ -7,7 +8,7 @@
 namespace kovalune::platform {
 
 bool createFolders(const char* path) {
-    if (path == nullptr || *path == '\0') {
+    if (path == nullptr || *path == '\0' || !hasRoomForPath(path)) {
         return false;
     }
     const int result = SHCreateDirectoryExA(nullptr, path, nullptr);

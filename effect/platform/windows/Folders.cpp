@@ -6,6 +6,19 @@
 #include <shlobj.h>
 
 namespace kovalune::platform {
+namespace {
+
+/// A drive's root keeps its own. The second byte of a character may look like a separator.
+std::size_t lengthWithoutTrailingSeparators(const char (&path)[MAX_PATH]) {
+    constexpr std::size_t kDriveRoot = 3;
+    std::size_t length = ::strnlen(path, sizeof path);
+    while (length > kDriveRoot && *CharPrevA(path, path + length) == kPathSeparator) {
+        --length;
+    }
+    return length;
+}
+
+} // namespace
 
 bool applicationDataFolder(char* buffer, std::size_t size) {
     if (buffer == nullptr || size == 0) {
@@ -16,7 +29,7 @@ bool applicationDataFolder(char* buffer, std::size_t size) {
     if (SHGetSpecialFolderPathA(nullptr, folder, CSIDL_APPDATA, FALSE) == FALSE) {
         return false;
     }
-    const std::size_t length = ::strnlen(folder, sizeof folder);
+    const std::size_t length = lengthWithoutTrailingSeparators(folder);
     if (length == 0 || length >= size) {
         return false;
     }

@@ -1,7 +1,8 @@
 // The system's own profile functions. They take a null name or file for something else (a list of names, the
-// system's settings), so such calls are answered here.
+// system's settings) and too long a path for another one, so such calls are answered here.
 #include "effect/platform/Platform.h"
 #include "effect/platform/ProfileFile.h"
+#include "effect/platform/windows/PathLength.h"
 
 #include <algorithm>
 #include <limits>
@@ -12,7 +13,7 @@ namespace kovalune::platform {
 namespace {
 
 bool namesAFile(const char* file) {
-    return file != nullptr && *file != '\0';
+    return file != nullptr && *file != '\0' && hasRoomForPath(file);
 }
 
 std::string withoutTrailingSpaces(std::string_view text) {
