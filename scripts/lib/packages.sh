@@ -2,7 +2,7 @@
 
 build_packages="g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libstb-dev nlohmann-json3-dev libcli11-dev"
 test_packages="$build_packages libgtest-dev clang libclang-rt-14-dev clang-format locales binutils
-               g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix googletest"
+               g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix googletest zip unzip"
 
 ensure_packages() {
     local missing=() package

@@ -12,11 +12,13 @@
 # what a window in Japanese needs: locale, font and a display in memory.
 
 wine32_folder=${XDG_CACHE_HOME:-$HOME/.cache}/kovalune/wine32
-wine32_packages="wine32 locales fonts-vlgothic xvfb xauth"
+wine_screen_packages="locales fonts-vlgothic fonts-wine xvfb xauth"
+wine32_packages="wine32 $wine_screen_packages"
 
 # Programs whose tests may share a process; each is a target too. No more of them than say something of Windows: each costs
 # a build. frames_tests compares all pictures, with the code linked in and with the plug-in's file loaded.
 wine_programs="frames_tests faults_tests platform_tests load_tests"
+wine_window_programs="dialog_tests show_dialog" # these need a screen; the targets of wine-dialogs
 wine_seconds=300 # a program may take; about twenty are usual
 
 # Makes a Wine of 32 or 64 bits ready; where it cannot, says why in wine_obstacle.
@@ -25,8 +27,10 @@ wine_ready() {
     if [ "$(uname -m)" != x86_64 ]; then
         wine_obstacle="this is no x86-64 machine"
     elif [ "$1" -eq 64 ]; then
-        ensure_packages wine64 || wine_obstacle="the package wine64 could not be installed"
-    elif [ ! -x /usr/lib/wine/wine ]; then
+        ensure_packages wine64 $wine_screen_packages || wine_obstacle="the package wine64 could not be installed"
+    elif [ -x /usr/lib/wine/wine ]; then
+        ensure_packages $wine_screen_packages || wine_obstacle="the packages for a screen could not be installed"
+    else
         wine32_folder_ready
     fi
     [ -z "$wine_obstacle" ]
@@ -149,6 +153,14 @@ wine_suite() {
     for program in $wine_programs; do
         wine_count "$build/wine/$program.log"
     done
+    if in_wine "$bits" "$build" "$PWD/scripts/lib/wine-dialogs" "$bits" "$build" tests; then
+        for log in "$build"/wine-dialogs/dialog_tests-*.log; do
+            wine_count "$log"
+        done
+    else
+        echo "FAILED: Wine of $bits bits shows no windows"
+        wine_failed=$((wine_failed + 1))
+    fi
     echo "Windows, $bits bits: $wine_passed passed, $wine_failed failed, $wine_skipped skipped"
 }
 

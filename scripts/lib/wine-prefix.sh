@@ -1,0 +1,40 @@
+# A Wine prefix that lives as long as the script that sources this:
+#   wine_prefix 32|64 FOLDER   makes FOLDER anew, a prefix in FOLDER/prefix, and sets wine to the program that runs others
+#   wine_run SECONDS COMMAND   a command with a limit
+#   wine_restart               ends all programs of the prefix; the next one starts with the environment as it is then
+#
+# Whether there is a screen, and which locale the system has, comes from the environment.
+
+wine_prefix() {
+    local folder=$2
+    case "$1" in
+    32) wine=/usr/lib/wine/wine server=/usr/lib/wine/wineserver32 ;;
+    64) wine=/usr/lib/wine/wine64 server=/usr/lib/wine/wineserver64 ;;
+    esac
+    rm -rf "$folder"
+    mkdir -p "$folder/home"
+    export WINESERVER=$server WINEARCH=win$1 WINEPREFIX=$folder/prefix WINEDEBUG=-all HOME=$folder/home
+    # No offers to install what a browser or .NET needs, no menu entries, no window about a crash.
+    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
+
+    # This prefix's own server takes all programs of the prefix with it.
+    trap wine_restart EXIT
+    trap 'exit 130' INT TERM HUP
+
+    wine_run 180 "$wine" wineboot --init >"$folder/wineboot.log" 2>&1 || {
+        cat "$folder/wineboot.log"
+        echo "no Wine prefix could be made"
+        exit 1
+    }
+}
+
+# In the background, since a trap waits for what runs in the foreground.
+wine_run() {
+    timeout -k 5 "$@" </dev/null &
+    wait $!
+}
+
+wine_restart() {
+    "$server" -k
+    "$server" -w
+}
