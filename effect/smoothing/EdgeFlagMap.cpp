@@ -3,6 +3,8 @@
 #include "effect/raster/Rows.h"
 #include "effect/smoothing/SmoothTraits.h"
 
+#include <cstring>
+
 namespace kovalune {
 namespace {
 
@@ -65,7 +67,9 @@ private:
         const Pixel* const rows[2] = {row(y), row(y + 1)};
         const int32_t grouped = (map_.width() - 1) & ~3;
         for (int32_t x = 0; x < grouped; x += 4) {
-            fillGroup(rows, x, y);
+            if (!isOfOneColor(rows[0] + x, rows[1] + x)) {
+                fillGroup(rows, x, y);
+            }
         }
         for (int32_t x = grouped; x + 1 < map_.width(); ++x) {
             mark(x, y, EDGE_RIGHT, rows[0][x], rows[0][x + 1]);
@@ -73,6 +77,12 @@ private:
             mark(x, y, EDGE_FALLING, rows[0][x], rows[1][x + 1]);
             mark(x, y, EDGE_RISING, rows[1][x], rows[0][x + 1]);
         }
+    }
+
+    /// Most groups of a drawing are: no two pixels of them differ. Both rows of five pixels are those that a group compares.
+    static bool isOfOneColor(const Pixel* upper, const Pixel* lower) {
+        return std::memcmp(upper, lower, 5 * sizeof(Pixel)) == 0 &&
+               std::memcmp(upper, upper + 1, 4 * sizeof(Pixel)) == 0;
     }
 
     void fillGroup(const Pixel* const (&rows)[2], int32_t x, int32_t y) {
