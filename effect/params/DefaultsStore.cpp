@@ -33,6 +33,9 @@ bool makeDefaultsFolder(const char* path) {
 }
 
 bool saveDefaults(PF_ParamDef** params, const char* path) {
+    if (params == nullptr) {
+        return false;
+    }
     GetParamFromArray getter(params);
     // Neither can fail with this getter.
     readParameters(nullptr, getter);

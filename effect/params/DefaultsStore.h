@@ -11,7 +11,7 @@ namespace kovalune {
 bool makeDefaultsFolder(const char* path);
 
 /// Writes the values in a host's parameter array to the file, in the table's order. Its folder must exist. False if a
-/// value was lost; the others are written all the same.
+/// value was lost; the others are written all the same. Without an array nothing is written.
 bool saveDefaults(PF_ParamDef** params, const char* path);
 
 /// Deletes the file, whatever it holds, and the folders above it that are empty then, up to the user's folder for

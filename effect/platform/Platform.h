@@ -32,7 +32,7 @@ unsigned activeCodePage();
 
 // Puts the user's folder for settings into the buffer, ended by a NUL and without a separator at its end
 // (only the root folder itself keeps its own). False, with an empty text in the buffer, if there is no such
-// folder or if it does not fit in `size` bytes. The folder need not exist.
+// folder or if it does not fit in `size` bytes. The folder need not exist, but Windows tells of none that does not.
 bool applicationDataFolder(char* buffer, std::size_t size);
 
 // Makes a folder and those above it that are missing, for this user's eyes where the system asks for rights. True if
@@ -60,7 +60,9 @@ void* moduleOfFile(const char* path);
 //
 // On Windows the system's own profile functions do this. They differ where no file of ours comes: a number
 // may be hexadecimal ("0x10"), a byte-order mark hides the first line, a relative path lies in the system's folder,
-// and a file is changed in place.
+// a file whose path has more than 259 bytes is a missing one that can't be written, and a file is changed in place.
+// Wine's read what follows a byte-order mark, and write every line anew: without blank lines and without blanks around
+// names and values, all ended in CR LF.
 
 // A profile is a small file: on POSIX systems what lies past this many bytes is treated as not there (so a
 // line across the limit ends at it), and a file that is or would become larger is not written.

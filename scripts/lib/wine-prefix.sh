@@ -1,6 +1,7 @@
 # A Wine prefix that lives as long as the script that sources this:
 #   wine_prefix 32|64 FOLDER   makes FOLDER anew, a prefix in FOLDER/prefix, and sets wine to the program that runs others
 #   wine_run SECONDS COMMAND   a command with a limit
+#   wine_japanese FOLDER       makes sure that LC_ALL=ja_JP.UTF-8 is a locale, in FOLDER if the system has none
 #   wine_restart               ends all programs of the prefix; the next one starts with the environment as it is then
 #
 # Whether there is a screen, and which locale the system has, comes from the environment.
@@ -26,6 +27,15 @@ wine_prefix() {
         echo "no Wine prefix could be made"
         exit 1
     }
+}
+
+# The system's own locales are left alone.
+wine_japanese() {
+    if ! locale -a | grep -qix 'ja_JP\.utf-\?8'; then
+        export LOCPATH=$1/locale
+        mkdir -p "$LOCPATH"
+        localedef -i ja_JP -f UTF-8 "$LOCPATH/ja_JP.UTF-8" || exit 1
+    fi
 }
 
 # In the background, since a trap waits for what runs in the foreground.

@@ -15,9 +15,11 @@ wine32_folder=${XDG_CACHE_HOME:-$HOME/.cache}/kovalune/wine32
 wine_screen_packages="locales fonts-vlgothic fonts-wine xvfb xauth"
 wine32_packages="wine32 $wine_screen_packages"
 
-# Programs whose tests may share a process; each is a target too. No more of them than say something of Windows: each costs
-# a build. frames_tests compares all pictures, with the code linked in and with the plug-in's file loaded.
-wine_programs="frames_tests faults_tests platform_tests load_tests"
+# Each is a target too. No more of them than say something of Windows: each costs a build. frames_tests compares all
+# pictures, with the code linked in and with the plug-in's file loaded.
+wine_programs="frames_tests faults_tests platform_tests load_tests frame_tests params_tests"
+wine_programs_each="frame_tests params_tests"        # whose tests need a process each
+wine_programs_japanese="platform_tests params_tests" # with names in code page 932, of which a byte may look like '\'
 wine_window_programs="dialog_tests show_dialog" # these need a screen; the targets of wine-dialogs
 wine_seconds=300 # a program may take; about twenty are usual
 
@@ -138,6 +140,8 @@ wine_suite() {
     fi
     build=$(realpath "$build")
     for program in $wine_programs; do
+        case " $wine_programs_japanese " in *" $program "*) runs+=(--japanese) ;; esac
+        case " $wine_programs_each " in *" $program "*) runs+=(--each) ;; esac
         runs+=("$program" "$wine_seconds")
     done
     in_wine "$bits" "$build" "$PWD/scripts/lib/wine-run" "$bits" "$build" "${runs[@]}"

@@ -2,8 +2,8 @@
 
 #include "effect/Kovalune.h"
 #include "host/Session.h"
-#include "tests/platform/posix/ScopedVariable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/ScopedVariable.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <filesystem>
 #include <gtest/gtest.h>

@@ -2,16 +2,16 @@
 
 #include "effect/frame/NoticeTable.h"
 #include "hostapi/EntryPoint.h"
+#include "tests/frame/ChildProcess.h"
 #include "tests/frame/StubHost.h"
-#include "tests/platform/posix/ScopedVariable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/ScopedUser.h"
+#include "tests/platform/ScopedVariable.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <cstdlib>
 #include <fstream>
 #include <gtest/gtest.h>
-#include <spawn.h>
-#include <sys/wait.h>
-#include <unistd.h>
+#include <string_view>
 
 namespace kovalune::test {
 namespace {
@@ -28,21 +28,9 @@ std::string aboutTextWith(std::vector<std::string> arguments, const char* locale
     const std::string file = folder.file("about");
     const ScopedVariable place(kTextFile, file.c_str());
     const ScopedVariable language("LC_ALL", locale);
-    std::vector<std::string> words = {"test", "--gtest_filter=DISABLED_AboutChild.WritesItsText",
-                                      "--gtest_also_run_disabled_tests"};
-    words.insert(words.end(), arguments.begin(), arguments.end());
-    std::vector<char*> line;
-    for (std::string& word : words) {
-        line.push_back(word.data());
-    }
-    line.push_back(nullptr);
-    pid_t child = 0;
-    if (::posix_spawn(&child, "/proc/self/exe", nullptr, nullptr, line.data(), environ) != 0) {
-        return "no process";
-    }
-    int status = 0;
-    ::waitpid(child, &status, 0);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0);
+    arguments.insert(arguments.begin(),
+                     {"--gtest_filter=DISABLED_AboutChild.WritesItsText", "--gtest_also_run_disabled_tests"});
+    EXPECT_EQ(runThisProgramAgain(arguments), 0);
     return contentOf(file);
 }
 
@@ -50,6 +38,13 @@ std::string aboutTextWith(std::vector<std::string> arguments, const char* locale
 TEST(DISABLED_AboutChild, WritesItsText) {
     const char* const file = std::getenv(kTextFile);
     ASSERT_NE(file, nullptr);
+#ifdef _WIN32
+    // The system takes no code page from a variable while it runs.
+    const char* const locale = std::getenv("LC_ALL");
+    const bool japanese = locale != nullptr && std::string_view(locale).starts_with("ja");
+    const platform::ScopedLanguage language(japanese ? platform::UserLanguage::kJapanese
+                                                     : platform::UserLanguage::kEnglish);
+#endif
     StubHost host;
     ASSERT_EQ(EntryPointFunc(PF_Cmd_ABOUT, &host.in, &host.out, nullptr, nullptr, nullptr), 0);
     std::ofstream(file, std::ios::binary) << host.out.return_msg;

@@ -2,7 +2,7 @@
 #include "effect/frame/NoticeTable.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"
-#include "tests/platform/posix/ScopedVariable.h"
+#include "tests/platform/ScopedUser.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -10,10 +10,11 @@
 namespace kovalune::test {
 namespace {
 
-using platform::ScopedVariable;
+using platform::ScopedLanguage;
+using platform::UserLanguage;
 
 TEST(About, EndsBehindTheVersionInEnglish) {
-    const ScopedVariable locale("LC_ALL", "C");
+    const ScopedLanguage language(UserLanguage::kEnglish);
     StubHost host;
     writeAboutText(&host.in, &host.out, false);
     EXPECT_STREQ(host.out.return_msg, "Kovalune 1.0.1 Release \r\r");
@@ -22,7 +23,7 @@ TEST(About, EndsBehindTheVersionInEnglish) {
 }
 
 TEST(About, AddsTheNoticeOnAJapaneseSystem) {
-    const ScopedVariable locale("LC_ALL", "ja_JP.UTF-8");
+    const ScopedLanguage language(UserLanguage::kJapanese);
     StubHost host;
     const std::string notice = NoticeTable[1].japanese;
     writeAboutText(&host.in, &host.out, false);
@@ -37,7 +38,7 @@ TEST(About, FitsTheMessageFieldInItsLongestForm) {
 }
 
 TEST(About, IsShortWithoutAShiftKey) {
-    const ScopedVariable locale("LC_ALL", "C");
+    const ScopedLanguage language(UserLanguage::kEnglish);
     StubHost host;
     EXPECT_EQ(EntryPointFunc(PF_Cmd_ABOUT, &host.in, &host.out, nullptr, nullptr, nullptr), 0);
     EXPECT_STREQ(host.out.return_msg, "Kovalune 1.0.1 Release \r\r");
@@ -50,7 +51,7 @@ int printFormat(A_char* buffer, const A_char* format, ...) {
 }
 
 TEST(About, PrintsWithTheHostsFunction) {
-    const ScopedVariable locale("LC_ALL", "C");
+    const ScopedLanguage language(UserLanguage::kEnglish);
     StubHost host;
     host.utils.ansi.sprintf = printFormat;
     writeAboutText(&host.in, &host.out, false);

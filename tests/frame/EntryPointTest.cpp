@@ -14,7 +14,7 @@
 namespace kovalune::test {
 namespace {
 
-constexpr char kUnknownError[] = "\xE4\xB8\x8D\xE6\x98\x8E\xE3\x81\xAA\xE3\x82\xA8\xE3\x83\xA9\xE3\x83\xBC";
+constexpr char kUnknownError[] = "不明なエラー";
 
 /// Any type that nobody catches by name.
 struct Odd {};

@@ -4,9 +4,9 @@
 
 #include "effect/params/ParamRegistry.h"
 #include "tests/frame/StubHost.h"
+#include "tests/platform/ScopedVariable.h"
 
 #include <clocale>
-#include <cstdlib>
 #include <gtest/gtest.h>
 
 namespace kovalune::test {
@@ -16,17 +16,30 @@ PF_Err send(StubHost& host, PF_Cmd cmd) {
     return EntryPointFunc(cmd, &host.in, &host.out, nullptr, nullptr, nullptr);
 }
 
-TEST(FirstCallOnce, TakesTheUsersLocale) {
+/// A user whose locale is another than that of a process that starts.
+class FirstCallOnce : public testing::Test {
+protected:
+    FirstCallOnce() {
+        const char* const locale = std::setlocale(LC_ALL, "");
+        usersLocale_ = locale != nullptr ? locale : "none";
+        std::setlocale(LC_ALL, "C");
+        EXPECT_NE(usersLocale_, "C");
+    }
+
+    // POSIX systems ask the variable, Windows the user's settings.
+    const platform::ScopedVariable variable_{"LC_ALL", "C.UTF-8"};
+    std::string usersLocale_;
+};
+
+TEST_F(FirstCallOnce, TakesTheUsersLocale) {
     StubHost host;
     ASSERT_STREQ(std::setlocale(LC_ALL, nullptr), "C");
-    ASSERT_EQ(setenv("LC_ALL", "C.UTF-8", 1), 0);
     EXPECT_EQ(send(host, 2), 0);
-    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
+    EXPECT_EQ(std::setlocale(LC_ALL, nullptr), usersLocale_);
 }
 
-TEST(FirstCallOnce, IsNotRepeated) {
+TEST_F(FirstCallOnce, IsNotRepeated) {
     StubHost host;
-    ASSERT_EQ(setenv("LC_ALL", "C.UTF-8", 1), 0);
     EXPECT_EQ(send(host, PF_Cmd_GLOBAL_SETUP), 0);
     const BaseParam* const view = paramRegistry().findById(1);
     std::setlocale(LC_ALL, "C");

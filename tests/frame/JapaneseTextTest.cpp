@@ -3,6 +3,8 @@
 
 #include "effect/frame/NoticeTable.h"
 #include "effect/params/FxOptionDlg/DialogText.h"
+#include "effect/share/AEUtil/AEException.h"
+#include "effect/share/AEUtil/AEMemory.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"
 
@@ -63,6 +65,21 @@ TEST(JapaneseText, OfAnUnknownErrorIsTheCodePages) {
     host.fault = [](const std::string&, int) -> PF_Err { throw "of no known kind"; };
     EXPECT_EQ(EntryPointFunc(PF_Cmd_PARAMS_SETUP, &host.in, &host.out, nullptr, nullptr, nullptr), 512);
     EXPECT_EQ(inCodePage932(host.out.return_msg), bytesOf("957396be82c883478389815b"));
+}
+
+TEST(JapaneseText, OfLackingMemoryIsTheCodePages) {
+    StubHost host;
+    host.fault = [](const std::string& call, int) -> PF_Err { return call == "host_new_handle" ? 4 : 0; };
+    try {
+        AEUtil::AEMemory::alloc(1000, &host.basic);
+        FAIL() << "there was memory";
+    } catch (const AEUtil::AEException& error) {
+        EXPECT_TRUE(inCodePage932(error.what())
+                        .ends_with("unsigned int)" +
+                                   bytesOf("83818382838a8a6d95db82c98eb8947382b582dc82b582bd8142") +
+                                   "alloc_size=1032\n"))
+            << error.what();
+    }
 }
 
 /// The numbers and names of a format are what they are in any code page.

@@ -3,23 +3,27 @@
 #include "effect/params/FxOptionDlg/AEFxOptionDialog.h"
 #include "effect/params/ParamRegistry.h"
 #include "hostapi/EntryPoint.h"
+#include "tests/frame/ChildProcess.h"
 #include "tests/frame/StubHost.h"
 #include "tests/params/FakeWindows.h"
-#include "tests/platform/posix/ScopedVariable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/ScopedUser.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
 #include <ostream>
+#ifdef _WIN32
+#include <windows.h>
+#endif
 
 namespace kovalune::test {
 namespace {
 
 using platform::contentOf;
-using platform::ScopedVariable;
+using platform::ScopedLanguage;
+using platform::ScopedSettings;
 using platform::TemporaryFolder;
 namespace fs = std::filesystem;
 using Calls = std::vector<std::string>;
@@ -44,8 +48,8 @@ protected:
     fs::path path() const { return folder_.file("ORVEL/Tavik/Kovalune.ini"); }
 
     const TemporaryFolder folder_;
-    const ScopedVariable settings_{"XDG_CONFIG_HOME", folder_.path().c_str()};
-    const ScopedVariable locale_{"LC_ALL", "C"};
+    const ScopedSettings settings_{folder_.path()};
+    const ScopedLanguage language_{platform::UserLanguage::kEnglish};
     FakeWindows windows_;
     StubHost host_;
 };
@@ -105,6 +109,13 @@ TEST_F(OptionDialogCommand, RemembersTheValuesThatTheHostHandsIn) {
     EXPECT_EQ(host_.count("checkin_param"), 0);
 }
 
+TEST_F(OptionDialogCommand, RemembersNothingOfAHostThatHandsInNoValues) {
+    setUp(host_);
+    windows_.result = 1;
+    EXPECT_EQ(EntryPointFunc(PF_Cmd_DO_DIALOG, &host_.in, &host_.out, nullptr, nullptr, nullptr), 0);
+    EXPECT_FALSE(fs::exists(path()));
+}
+
 TEST_F(OptionDialogCommand, ForgetsWhatWasRemembered) {
     setUp(host_);
     answer(1);
@@ -122,12 +133,18 @@ TEST_F(OptionDialogCommand, MakesTheFoldersForForgettingTooAndRemovesThemWhereTh
     answer(2);
     EXPECT_FALSE(fs::exists(folder_.file("ORVEL/Tavik")));
     EXPECT_TRUE(fs::exists(folder_.file("ORVEL/Other")));
+}
 
-    // The folder for settings itself is one of those that are made, and the one that stays.
-    const ScopedVariable deeper("XDG_CONFIG_HOME", folder_.file("new/settings").c_str());
+#ifndef _WIN32
+/// The folder for settings itself is one of those that are made, and the one that stays. Windows knows it only when it is
+/// there.
+TEST_F(OptionDialogCommand, MakesTheFolderForSettingsItself) {
+    const ScopedSettings deeper(folder_.file("new/settings"));
+    setUp(host_);
     answer(2);
     EXPECT_TRUE(fs::is_empty(folder_.file("new/settings")));
 }
+#endif
 
 TEST_F(OptionDialogCommand, MakesFoldersForAnyOtherResultAndNoMore) {
     setUp(host_);
@@ -146,12 +163,54 @@ TEST_F(OptionDialogCommand, IsSilentWhereNothingCanBeWritten) {
 }
 
 TEST_F(OptionDialogCommand, DoesNothingWhereThePathDoesNotFit) {
-    const ScopedVariable longest("XDG_CONFIG_HOME", folder_.file(std::string(250, 'x')).c_str());
+    const std::string longest = folder_.fileOfLength(240);
+    fs::create_directories(longest);
+    const ScopedSettings settings(longest);
+    const std::ptrdiff_t entries = folder_.allEntries();
     setUp(host_);
     answer(1);
     answer(2);
+    EXPECT_EQ(folder_.allEntries(), entries);
+}
+
+TEST_F(OptionDialogCommand, WritesWhereThePathJustFits) {
+    const std::string longest = folder_.fileOfLength(259 - std::strlen("/ORVEL/Tavik/Kovalune.ini"));
+    fs::create_directories(longest);
+    const ScopedSettings settings(longest);
+    const std::ptrdiff_t entries = folder_.allEntries();
+    setUp(host_);
+    answer(1);
+    EXPECT_TRUE(
+        contentOf(fs::path(longest) / "ORVEL" / "Tavik" / "Kovalune.ini").starts_with("[Version=1.0]"));
+    EXPECT_EQ(folder_.allEntries(), entries + 3);
+    answer(2);
+    EXPECT_EQ(folder_.allEntries(), entries);
+}
+
+/// Hosts have room for 260 bytes and may fill them all, without an end.
+TEST_F(OptionDialogCommand, SurvivesAPlugInPathOfAnyLength) {
+    setUp(host_);
+    for (const std::size_t length : {1U, 258U, 259U, 260U}) {
+        host_.plugInPath = std::string(length, 'x');
+        answer(0);
+        ASSERT_FALSE(windows_.requests.empty());
+        EXPECT_EQ(windows_.requests.back().module, nullptr) << length;
+    }
+    EXPECT_EQ(windows_.requests.size(), 4U);
     EXPECT_EQ(folder_.entries(), 0);
 }
+
+#ifdef _WIN32
+TEST_F(OptionDialogCommand, TakesTheDialogFromTheModuleOfThePlugInsPath) {
+    char path[MAX_PATH];
+    ASSERT_NE(GetModuleFileNameA(nullptr, path, sizeof path), 0U);
+    host_.plugInPath = path;
+    setUp(host_);
+    answer(0);
+    ASSERT_EQ(windows_.requests.size(), 1U);
+    EXPECT_EQ(windows_.requests[0].module, GetModuleHandleA(nullptr));
+}
+#endif
 
 /// Plays the dialog's opening and notes what is greyed out.
 void playOpening(FakeWindows& windows) {
@@ -202,7 +261,7 @@ TEST_F(OptionDialogCommand, HasNoTitleInEnglish) {
 }
 
 TEST_F(OptionDialogCommand, IsJapaneseForAJapaneseUser) {
-    const ScopedVariable locale("LC_ALL", "ja_JP.UTF-8");
+    const ScopedLanguage language(platform::UserLanguage::kJapanese);
     setUp(host_);
     playOpening(windows_);
     answer(0);
@@ -234,20 +293,30 @@ TEST_F(OptionDialogCommand, IsNotSentToAnOperationOfTheFilter) {
 
 /// Two processes: the first remembers, the one that starts next has the values as its defaults.
 TEST_F(OptionDialogCommand, GivesTheNextProcessItsDefaults) {
-    const auto rememberAndEnd = [this] {
-        setUp(host_);
-        host_.params[1].u.pd.value = 3;
-        host_.params[3].u.fs_d.value = 12.5;
-        host_.params[7].u.cd.value = {255, 1, 2, 4};
-        answer(1);
-        std::_Exit(HasFailure() ? 1 : 0);
-    };
-    EXPECT_EXIT(rememberAndEnd(), testing::ExitedWithCode(0), "");
+    ASSERT_EQ(
+        runThisProgramAgain({"--gtest_filter=*DISABLED_ChildRemembers", "--gtest_also_run_disabled_tests"}),
+        0);
     setUp(host_);
     EXPECT_EQ(host_.params[1].u.pd.dephault, 3);
     EXPECT_EQ(host_.params[3].u.fs_d.value, 12.5);
     EXPECT_EQ(host_.params[7].u.cd.dephault.blue, 4);
     EXPECT_EQ(host_.params[10].u.cd.dephault.red, 3);
+}
+
+/// Runs in the child alone, for the user of the test above.
+TEST(OptionDialogCommandProcess, DISABLED_ChildRemembers) {
+    FakeWindows windows;
+    StubHost host;
+    const auto send = [&host](PF_Cmd cmd) {
+        return EntryPointFunc(cmd, &host.in, &host.out, host.paramArray(), nullptr, nullptr);
+    };
+    ASSERT_EQ(send(PF_Cmd_GLOBAL_SETUP), 0);
+    ASSERT_EQ(send(PF_Cmd_PARAMS_SETUP), 0);
+    host.params[1].u.pd.value = 3;
+    host.params[3].u.fs_d.value = 12.5;
+    host.params[7].u.cd.value = {255, 1, 2, 4};
+    windows.result = 1;
+    ASSERT_EQ(send(PF_Cmd_DO_DIALOG), 0);
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #include "effect/params/ParamRegistry.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"
-#include "tests/platform/posix/ScopedVariable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/ScopedUser.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <cstring>
 #include <filesystem>
@@ -13,7 +13,7 @@
 namespace kovalune::test {
 namespace {
 
-using platform::ScopedVariable;
+using platform::ScopedSettings;
 using platform::TemporaryFolder;
 
 PF_Err send(StubHost& host, PF_Cmd cmd) {
@@ -51,7 +51,7 @@ protected:
     }
 
     const TemporaryFolder folder_;
-    const ScopedVariable settings_{"XDG_CONFIG_HOME", folder_.path().c_str()};
+    const ScopedSettings settings_{folder_.path()};
 };
 
 struct HostCase {
@@ -90,7 +90,10 @@ TEST_F(ParamsSetup, ReadsTheFileUnlessTheHostIsOld) {
 }
 
 TEST_F(ParamsSetup, TakesTheTablesDefaultsWithoutASettingsFolder) {
-    const ScopedVariable nowhere("XDG_CONFIG_HOME", ("/" + std::string(400, 'x')).c_str());
+    // Too long for the file's path behind it; the longest that Windows knows.
+    const std::string longest = folder_.fileOfLength(259);
+    std::filesystem::create_directories(longest);
+    const ScopedSettings nowhere(longest);
     StubHost host;
     EXPECT_EQ(send(host, PF_Cmd_PARAMS_SETUP), 0);
     EXPECT_EQ(host.params.at(1).u.pd.value, 1);
@@ -99,7 +102,7 @@ TEST_F(ParamsSetup, TakesTheTablesDefaultsWithoutASettingsFolder) {
 
 TEST_F(ParamsSetup, MakesNoFile) {
     const TemporaryFolder empty;
-    const ScopedVariable settings("XDG_CONFIG_HOME", empty.path().c_str());
+    const ScopedSettings settings(empty.path());
     StubHost host;
     EXPECT_EQ(send(host, PF_Cmd_PARAMS_SETUP), 0);
     EXPECT_EQ(empty.entries(), 0);

@@ -280,7 +280,8 @@ PF_Err getPlatformData(PF_ProgPtr reference, PF_PlatDataID which, void* data) {
         return PF_Err_NONE;
     }
     EXPECT_EQ(which, PF_PlatData_EXE_FILE_PATH);
-    std::memcpy(data, host.plugInPath.c_str(), host.plugInPath.size() + 1);
+    constexpr std::size_t kRoom = 260;
+    std::memcpy(data, host.plugInPath.c_str(), std::min(host.plugInPath.size() + 1, kRoom));
     return PF_Err_NONE;
 }
 

@@ -50,7 +50,7 @@ public:
     PF_EffectWorld* outputWorld = nullptr;
     PF_CheckoutResult layerAnswer = {};
     void* mainWindow = nullptr;
-    std::string plugInPath; ///< at most 259 bytes
+    std::string plugInPath; ///< without an end from 260 bytes on
 
     // What the host has seen.
     std::vector<std::string> calls;      ///< names, in order

@@ -2,7 +2,7 @@
 
 #include "tests/params/ExpectedTable.h"
 #include "tests/params/RegisteredTable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <limits>
@@ -135,6 +135,16 @@ TEST(DefaultsRead, SurvivesADamagedFile) {
     const HostWithDefaults host(noise);
     EXPECT_EQ(host.value("Blur Amount").fs_d.value, 10.0);
     EXPECT_EQ(host.value("View").pd.value, 1);
+}
+
+TEST(DefaultsRead, TakesAReadOnlyFile) {
+    const TemporaryFolder folder;
+    const std::string path = folder.write("Kovalune.ini", "[Version=1.0]\r\nView=4\r\n");
+    std::filesystem::permissions(path, std::filesystem::perms::owner_read);
+    StubHost host;
+    ASSERT_EQ(registerTable(host, path.c_str()), 0);
+    EXPECT_EQ(host.params.at(1).u.pd.value, 4);
+    std::filesystem::permissions(path, std::filesystem::perms::owner_all);
 }
 
 TEST(DefaultsRead, IgnoresTheFileOnAnOldHost) {

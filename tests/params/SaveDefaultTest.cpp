@@ -3,7 +3,7 @@
 #include "effect/params/ReadOut.h"
 #include "tests/params/ExpectedTable.h"
 #include "tests/params/RegisteredTable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <sstream>

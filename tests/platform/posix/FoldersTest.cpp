@@ -1,5 +1,5 @@
 #include "effect/platform/Platform.h"
-#include "tests/platform/posix/ScopedVariable.h"
+#include "tests/platform/ScopedVariable.h"
 
 #include <array>
 #include <gtest/gtest.h>

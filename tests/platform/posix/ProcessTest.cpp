@@ -1,8 +1,8 @@
 #include "effect/platform/posix/Process.h"
 
 #include "effect/platform/Platform.h"
-#include "tests/platform/posix/ScopedVariable.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/ScopedVariable.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 

@@ -1,5 +1,5 @@
 #include "effect/platform/Platform.h"
-#include "tests/platform/posix/TemporaryFolder.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <gtest/gtest.h>
 #include <sys/stat.h>

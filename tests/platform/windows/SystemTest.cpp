@@ -2,6 +2,8 @@
 
 #include "effect/platform/Platform.h"
 #include "effect/platform/windows/Module.h"
+#include "tests/platform/ScopedUser.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <cstring>
 #include <gtest/gtest.h>
@@ -33,6 +35,59 @@ TEST(WindowsFolders, LeaveAnEmptyTextInABufferThatIsTooSmall) {
     EXPECT_FALSE(applicationDataFolder(folder, 0));
 }
 
+/// The folder for settings, between what must stay as it was; "none" where there is none.
+std::string folderIn(std::size_t size) {
+    std::string buffer(1024, 'x');
+    const bool found = applicationDataFolder(buffer.data(), size);
+    EXPECT_EQ(buffer.substr(size), std::string(1024 - size, 'x'));
+    EXPECT_TRUE(found || buffer[0] == '\0');
+    return found ? buffer.c_str() : "none";
+}
+
+TEST(WindowsFolders, AreTheUsers) {
+    const TemporaryFolder folder;
+    const ScopedSettings settings(folder.path());
+    EXPECT_EQ(folderIn(260), folder.path());
+}
+
+TEST(WindowsFolders, NeedToBeThere) {
+    const TemporaryFolder folder;
+    const ScopedSettings settings(folder.file("none"));
+    EXPECT_EQ(folderIn(260), "none");
+}
+
+TEST(WindowsFolders, MayHaveAnyLengthThatFits) {
+    const TemporaryFolder folder;
+    for (const std::size_t length : {200U, 240U, 247U, 259U}) {
+        const std::string path = folder.fileOfLength(length);
+        ASSERT_TRUE(std::filesystem::create_directories(path)) << length;
+        const ScopedSettings settings(path);
+        EXPECT_EQ(folderIn(260), path);
+        EXPECT_EQ(folderIn(length + 1), path);
+        EXPECT_EQ(folderIn(length), "none");
+        EXPECT_EQ(folderIn(1), "none");
+    }
+}
+
+/// The second byte of a Japanese character may be that of a separator.
+TEST(WindowsFolders, MayEndInTheByteOfASeparator) {
+    const TemporaryFolder folder;
+    const std::string name = GetACP() == 932 ? "\x83\x5c" : "plain";
+    ASSERT_TRUE(createFolders(folder.file(name).c_str()));
+    const ScopedSettings settings(folder.file(name));
+    EXPECT_EQ(folderIn(260), folder.file(name));
+}
+
+TEST(WindowsFolders, LoseSeparatorsAtTheirEnd) {
+    const TemporaryFolder folder;
+    for (const char* tail : {"\\", "\\\\"}) {
+        const ScopedSettings settings(folder.path() + tail);
+        EXPECT_EQ(folderIn(260), folder.path());
+    }
+    const ScopedSettings root("C:\\");
+    EXPECT_EQ(folderIn(260), "C:\\");
+}
+
 TEST(WindowsProcess, KnowsItsCommandLine) {
     EXPECT_NE(commandLine().find("platform_tests"), std::string::npos) << commandLine();
 }
@@ -41,11 +96,46 @@ TEST(WindowsProcess, TakesTheCodePageOfTheSystemOrNone) {
     EXPECT_TRUE(activeCodePage() == 0 || activeCodePage() == GetACP()) << activeCodePage();
 }
 
-TEST(WindowsModule, IsKeptAsItWasGiven) {
+/// A program that keeps a module of its own as the load routine does.
+class WindowsModule : public testing::Test {
+protected:
+    ~WindowsModule() override { keepModuleHandle(nullptr); }
+
+    int kept_ = 0;
+};
+
+TEST_F(WindowsModule, IsKeptAsItWasGiven) {
     EXPECT_EQ(moduleHandle(), nullptr);
-    int module = 0;
-    keepModuleHandle(&module);
-    EXPECT_EQ(moduleHandle(), &module);
+    keepModuleHandle(&kept_);
+    EXPECT_EQ(moduleHandle(), &kept_);
+}
+
+TEST_F(WindowsModule, IsThatOfALoadedFile) {
+    keepModuleHandle(&kept_);
+    const HMODULE kernel = GetModuleHandleA("kernel32.dll");
+    char path[MAX_PATH];
+    ASSERT_NE(GetModuleFileNameA(kernel, path, sizeof path), 0U);
+    EXPECT_EQ(moduleOfFile(path), kernel);
+    EXPECT_EQ(moduleOfFile("kernel32.dll"), kernel);
+    ASSERT_NE(GetModuleFileNameA(nullptr, path, sizeof path), 0U);
+    EXPECT_EQ(moduleOfFile(path), GetModuleHandleA(nullptr));
+}
+
+TEST_F(WindowsModule, IsTheKeptOneWhereTheFileIsNoLoadedOne) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("Kovalune.aex", "no library");
+    for (const bool kept : {false, true}) {
+        keepModuleHandle(kept ? &kept_ : nullptr);
+        void* const expected = kept ? &kept_ : nullptr;
+        EXPECT_EQ(moduleOfFile(nullptr), expected);
+        EXPECT_EQ(moduleOfFile(""), expected);
+        for (const std::string& path :
+             {file, folder.path(), folder.file("missing.aex"), std::string("C:\\"), std::string("?:\\*"),
+              std::string("\x83"), folder.fileOfLength(259), folder.fileOfLength(260),
+              folder.fileOfLength(1000), folder.fileOfLength(32767), folder.fileOfLength(100000)}) {
+            EXPECT_EQ(moduleOfFile(path.c_str()), expected) << path.size();
+        }
+    }
 }
 
 } // namespace

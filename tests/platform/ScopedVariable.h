@@ -22,11 +22,15 @@ public:
 
 private:
     void set(const char* value) {
+#ifdef _WIN32
+        ::_putenv_s(name_, value != nullptr ? value : "");
+#else
         if (value != nullptr) {
             ::setenv(name_, value, 1);
         } else {
             ::unsetenv(name_);
         }
+#endif
     }
 
     const char* name_;
