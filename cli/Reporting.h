@@ -8,8 +8,8 @@
 
 namespace kovalune {
 
-// The exit code that `body` returns, or that of what it throws. What the effect does wrong comes as a Failure that says so; any other exception is
-// of the files and the memory.
+// The exit code that `body` returns, or that of what it throws. What the effect does wrong comes as a Failure that
+// says so; any other exception is of the files and the memory.
 int reporting(const std::function<ExitCode()>& body) noexcept;
 
 } // namespace kovalune

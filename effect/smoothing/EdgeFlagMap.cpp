@@ -79,7 +79,7 @@ private:
         }
     }
 
-    /// Most groups of a drawing are: no two pixels of them differ. Both rows of five pixels are those that a group compares.
+    /// Most groups of a drawing are, and then no two of their pixels differ. A group compares five pixels of each row.
     static bool isOfOneColor(const Pixel* upper, const Pixel* lower) {
         return std::memcmp(upper, lower, 5 * sizeof(Pixel)) == 0 &&
                std::memcmp(upper, upper + 1, 4 * sizeof(Pixel)) == 0;

@@ -1,12 +1,12 @@
 #include "tests/pipeline/PlainProcess.h"
 
 #include "tests/pipeline/PlainFrame.h"
-#include "tests/smoothing/PlainSmooth.h"
 #include "tests/support/PlainBlur.h"
 #include "tests/support/PlainBoundaryBlur.h"
 #include "tests/support/PlainColorExtension.h"
 #include "tests/support/PlainExtraction.h"
 #include "tests/support/PlainFinishing.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <algorithm>
 #include <cmath>

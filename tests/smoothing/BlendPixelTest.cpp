@@ -1,7 +1,7 @@
 // The one write operation of the smoothing, in the three formats.
 
 #include "effect/smoothing/SmoothTraits.h"
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 
 #include "effect/smoothing/Patterns.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

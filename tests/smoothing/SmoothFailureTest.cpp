@@ -3,8 +3,8 @@
 
 #include "tests/smoothing/BareHost.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/smoothing/PlainSmooth.h"
 #include "tests/smoothing/SmoothScenes.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -2,7 +2,7 @@
 
 #include "effect/smoothing/RunBlends.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -7,10 +7,18 @@ add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/PlainBlur.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainBoundaryBlur.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainColorExtension.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainCorners.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainExtraction.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainFinishing.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainFlagMap.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainPicture.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainPixels.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainRamps.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainRuns.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/PlainSmooth.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StrictHost.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TestWorld.cpp)
+# Plain code is slow enough as it is.
+target_compile_options(kovalune_test_support PRIVATE -O1)
 target_link_libraries(kovalune_test_support PUBLIC kovalune_effect kovalune_host GTest::gtest)

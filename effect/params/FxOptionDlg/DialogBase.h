@@ -44,8 +44,8 @@ private:
     uint16_t resource_;
 };
 
-/// Answers every message of every dialog, 0 for those that no operation is for and for windows without an object. An operation that throws ends
-/// its dialog with kNotShown.
+/// Answers every message of every dialog, 0 for those that no operation is for and for windows without an object. An
+/// operation that throws ends its dialog with kNotShown.
 intptr_t dialogProcedure(Window window, uint32_t message, uintptr_t word, intptr_t longWord);
 
 /// Windows with an entry in the dialog map. An entry stays when its dialog ends: the system may use the number again.

@@ -1,4 +1,4 @@
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <bit>
 #include <cmath>

@@ -1,5 +1,5 @@
 // The fixed patterns: mends, nubs, restores and shoulders.
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <cmath>
 

@@ -1,5 +1,5 @@
 // Lengths: runs and tapers in the four directions, and the stretch of a run that has a neighbour.
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // What happens to single pixels: the blend, the key and the first fill.
-#include "tests/smoothing/PlainSmooth.h"
+#include "tests/support/PlainSmooth.h"
 
 #include <cmath>
 
