@@ -82,12 +82,15 @@ void fillPixels(const WorldInfo& world, const PF_Pixel* colour, const PF_Rect* r
     const PF_LRect part = intersection(rectOrWhole(rect, world), wholeLongRect(world.width, world.height));
     const std::array<std::byte, kMostPixelBytes> bytes =
         encodedColour(world.format, colour != nullptr ? *colour : PF_Pixel{});
+    if (part.left >= part.right || part.top >= part.bottom)
+        return;
     const std::size_t pixelBytes = bytesPerPixel(world.format);
-    for (A_long y = part.top; y < part.bottom; ++y) {
-        std::byte* pixel = pixelAt(world, part.left, y);
-        for (A_long x = part.left; x < part.right; ++x, pixel += pixelBytes)
-            std::memcpy(pixel, bytes.data(), pixelBytes);
-    }
+    const std::size_t count = static_cast<std::size_t>(part.right - part.left) * pixelBytes;
+    std::byte* const first = pixelAt(world, part.left, part.top);
+    for (std::size_t at = 0; at < count; at += pixelBytes)
+        std::memcpy(first + at, bytes.data(), pixelBytes);
+    for (A_long y = part.top + 1; y < part.bottom; ++y)
+        std::memcpy(pixelAt(world, part.left, y), first, count);
 }
 
 void pictureToWorld(const Image& picture, const PF_LRect& place, const WorldInfo& world) {
