@@ -48,7 +48,7 @@ intptr_t runDialog(PF_InData* in) {
 void showOptionDialog(PF_InData* in, PF_ParamDef** params) {
     const AEUtil::SuiteHolder suites(in->pica_basicP);
     const intptr_t chosen = runDialog(in);
-    if (chosen == FxOptionDlg::kNothingChosen || chosen == -1) {
+    if (chosen == FxOptionDlg::kNothingChosen) {
         return;
     }
     char path[kDefaultsPathBytes];

@@ -7,9 +7,11 @@
 #include "tests/frame/StubHost.h"
 #include "tests/params/FakeWindows.h"
 #include "tests/platform/ScopedUser.h"
+#include "tests/platform/ScopedVariable.h"
 #include "tests/platform/TemporaryFolder.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <gtest/gtest.h>
@@ -291,8 +293,12 @@ TEST_F(OptionDialogCommand, IsNotSentToAnOperationOfTheFilter) {
     EXPECT_TRUE(fs::exists(path()));
 }
 
+/// Set for the child.
+constexpr char kChild[] = "KOVALUNE_CHILD_REMEMBERS";
+
 /// Two processes: the first remembers, the one that starts next has the values as its defaults.
 TEST_F(OptionDialogCommand, GivesTheNextProcessItsDefaults) {
+    const platform::ScopedVariable child(kChild, "1");
     ASSERT_EQ(
         runThisProgramAgain({"--gtest_filter=*DISABLED_ChildRemembers", "--gtest_also_run_disabled_tests"}),
         0);
@@ -305,6 +311,7 @@ TEST_F(OptionDialogCommand, GivesTheNextProcessItsDefaults) {
 
 /// Runs in the child alone, for the user of the test above.
 TEST(OptionDialogCommandProcess, DISABLED_ChildRemembers) {
+    ASSERT_NE(std::getenv(kChild), nullptr) << "this would change the defaults of whoever runs it";
     FakeWindows windows;
     StubHost host;
     const auto send = [&host](PF_Cmd cmd) {

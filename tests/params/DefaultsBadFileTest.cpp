@@ -105,6 +105,7 @@ TEST_P(DefaultsOfABadFile, TakeAValueOrStayAsTheyAre) {
     BaseParam& view = *builtTable().byIndex().at(1);
     view.def.u.pd.value = 6;
     const bool saved = view.saveDefault(path.c_str());
+    EXPECT_TRUE(saved || GetParam().content.size() > 1'000'000);
     if (!saved) {
         EXPECT_TRUE(contentOf(path) == GetParam().content);
         return;

@@ -1,7 +1,5 @@
 #include "tests/windows/DialogScene.h"
 
-#include <fstream>
-#include <sstream>
 #include <utility>
 #include <variant>
 // After windows.h, whose types it needs.
@@ -102,13 +100,6 @@ RECT placeOf(HWND window) {
     RECT place = {};
     GetWindowRect(window, &place);
     return place;
-}
-
-std::string contentOf(const std::filesystem::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    std::ostringstream content;
-    content << stream.rdbuf();
-    return content.str();
 }
 
 } // namespace kovalune::test

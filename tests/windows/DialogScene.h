@@ -4,6 +4,7 @@
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Session.h"
+#include "tests/platform/TemporaryFolder.h"
 #include "tests/windows/DialogUser.h"
 
 #include <filesystem>
@@ -56,7 +57,6 @@ private:
 
 RECT placeOf(HWND window);
 
-/// Empty where there is no such file.
-std::string contentOf(const std::filesystem::path& file);
+using platform::contentOf;
 
 } // namespace kovalune::test
