@@ -2,8 +2,8 @@
 //   make-dialog-picture FILE
 
 #include "effect/resources/DialogPicture.h"
+#include "effect/resources/WriteFile.h"
 
-#include <fstream>
 #include <iostream>
 
 int main(int argc, char* argv[]) {
@@ -11,14 +11,5 @@ int main(int argc, char* argv[]) {
         std::cerr << "usage: make-dialog-picture FILE\n";
         return 2;
     }
-    std::ofstream file(argv[1], std::ios::binary);
-    for (const uint8_t byte : kovalune::dialogPictureFile()) {
-        file.put(static_cast<char>(byte));
-    }
-    file.close();
-    if (!file) {
-        std::cerr << "cannot write " << argv[1] << '\n';
-        return 1;
-    }
-    return 0;
+    return kovalune::writeFile(argv[1], kovalune::dialogPictureFile());
 }

@@ -2,8 +2,8 @@
 //   make-pipl 32|64 FILE
 
 #include "effect/resources/Pipl.h"
+#include "effect/resources/WriteFile.h"
 
-#include <fstream>
 #include <iostream>
 #include <string_view>
 
@@ -14,14 +14,5 @@ int main(int argc, char* argv[]) {
         return 2;
     }
     const auto host = bits == "64" ? kovalune::PiplHost::kWindows64 : kovalune::PiplHost::kWindows32;
-    std::ofstream file(argv[2], std::ios::binary);
-    for (const uint8_t byte : kovalune::piplBytes(host)) {
-        file.put(static_cast<char>(byte));
-    }
-    file.close();
-    if (!file) {
-        std::cerr << "cannot write " << argv[2] << '\n';
-        return 1;
-    }
-    return 0;
+    return kovalune::writeFile(argv[2], kovalune::piplBytes(host));
 }
