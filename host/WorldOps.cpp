@@ -82,8 +82,6 @@ void fillPixels(const WorldInfo& world, const PF_Pixel* colour, const PF_Rect* r
     const PF_LRect part = intersection(rectOrWhole(rect, world), wholeLongRect(world.width, world.height));
     const std::array<std::byte, kMostPixelBytes> bytes =
         encodedColour(world.format, colour != nullptr ? *colour : PF_Pixel{});
-    if (part.left >= part.right || part.top >= part.bottom)
-        return;
     const std::size_t pixelBytes = bytesPerPixel(world.format);
     const std::size_t count = static_cast<std::size_t>(part.right - part.left) * pixelBytes;
     std::byte* const first = pixelAt(world, part.left, part.top);

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <vector>
 
 namespace kovalune::host::test {
 namespace {
@@ -304,6 +305,27 @@ TEST(WorldFill, TheRectangleIsClipped) {
         EXPECT_EQ(worldRow(pair.to, 2)[15], std::byte{6});
         EXPECT_EQ(worldRow(pair.to, 1)[7], std::byte{0});
         EXPECT_EQ(worldRow(pair.to, 0)[8], std::byte{0});
+        return PF_Err_NONE;
+    });
+    EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+}
+
+TEST(WorldFill, AnEmptyRectangleTakesNothing) {
+    Stage stage;
+    stage.during([&](Call& c) {
+        Pair pair(c);
+        const auto content = [&pair] {
+            std::vector<std::byte> bytes;
+            for (A_long y = 0; y < 3; ++y)
+                bytes.insert(bytes.end(), worldRow(pair.from, y), worldRow(pair.from, y) + 16);
+            return bytes;
+        };
+        const std::vector<std::byte> before = content();
+        EXPECT_NE(before, std::vector<std::byte>(before.size()));
+        for (const PF_Rect& rect :
+             {rectOf(2, 1, 2, 3), rectOf(3, 1, 1, 3), rectOf(0, 2, 4, 1), rectOf(50, 0, 60, 3)})
+            EXPECT_EQ(c.utils().fill(c.ref(), nullptr, &rect, &pair.from), PF_Err_NONE);
+        EXPECT_EQ(content(), before);
         return PF_Err_NONE;
     });
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
