@@ -2,6 +2,7 @@
 
 #include "cli/EffectSettings.h"
 #include "cli/Failure.h"
+#include "cli/Interrupt.h"
 #include "cli/ParamsFile.h"
 
 namespace kovalune {
@@ -16,7 +17,13 @@ OpenEffect builtInEffect(bool factory) {
 std::string save(const DefaultsArguments& arguments, const std::string& path) {
     OpenEffect effect = builtInEffect(arguments.effect.factory);
     applySettings(effect.session(), arguments.effect, arguments.view);
-    if (rememberDefaults(path, effect.session().paramsWithValues()) != DefaultsResult::kDone)
+    Interrupt interrupt; // the file is written value by value: all or none of them
+    const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues());
+    interrupt.release();
+    if (interrupt.came() && result == DefaultsResult::kDone)
+        throw Interruption(interrupt.signalNumber(), "interrupted after saving " + path);
+    interrupt.finish();
+    if (result != DefaultsResult::kDone)
         throw Failure(ExitCode::File, "cannot write " + inQuotes(path));
     return "saved " + printable(path) + '\n';
 }

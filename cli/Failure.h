@@ -10,11 +10,10 @@ namespace kovalune {
 
 enum class ExitCode {
     Success = 0,
-    Different = 1,     // compared pictures are not the same
-    Usage = 2,         // the command line, its labels and values
-    File = 3,          // anything about a file, the lack of memory for a picture included
-    Effect = 4,        // what the effect reported
-    Interrupted = 130, // by Ctrl-C, as shells count it
+    Different = 1, // compared pictures are not the same
+    Usage = 2,     // the command line, its labels and values
+    File = 3,      // anything about a file, the lack of memory for a picture included
+    Effect = 4,    // what the effect reported
 };
 
 class Failure : public std::runtime_error {

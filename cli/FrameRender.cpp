@@ -7,6 +7,7 @@
 #include "hostapi/Constants.h"
 
 #include <cstdio>
+#include <new>
 
 namespace kovalune {
 
@@ -116,11 +117,13 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
         const Watch watch(effect.host(), progress, interrupt);
         result = session.render(source.image, output, request);
     } catch (const host::HostError& reason) {
+        interrupt.finish();
         throw Failure(ExitCode::File, "cannot render " + inQuotes(source.name) + ": " + reason.what());
+    } catch (const std::bad_alloc&) {
+        interrupt.finish();
+        throw;
     }
-    interrupt.release();
-    if (interrupt.came())
-        throw Failure(ExitCode::Interrupted, "interrupted");
+    interrupt.finish(); // whatever became of the frame, it is not wanted any more
     requireSuccess(result, "the effect");
     if (!result.rendered)
         throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");

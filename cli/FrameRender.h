@@ -27,7 +27,7 @@ PictureForm outputForm(const Picture& source, FileFormat format, const FrameArgu
 void noteLeftOut(const SourceFrame& source);
 
 // `title` stands before the progress. Throws Failure if the effect cannot work in this depth or reports an
-// error, and for a frame that the user interrupted.
+// error, and Interruption for a frame that the user interrupted.
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
                         const std::string& title = {});
 

@@ -2,7 +2,6 @@
 
 #include "cli/SignalAction.h"
 
-#include <array>
 #include <atomic>
 #include <csignal>
 
@@ -10,32 +9,37 @@ namespace kovalune {
 
 namespace {
 
-constexpr std::array<int, 2> kSignals = {SIGINT, SIGTERM};
-
-std::atomic<bool> signalCame{false};
-static_assert(std::atomic<bool>::is_always_lock_free);
+std::atomic<int> signalThatCame{0};
+static_assert(std::atomic<int>::is_always_lock_free);
 
 // Only what a signal handler may do. The signal has its default meaning again when this is entered.
 extern "C" void noteInterrupt(int signalNumber) {
-    if (signalCame.exchange(true))
+    int none = 0;
+    if (!signalThatCame.compare_exchange_strong(none, signalNumber))
         std::raise(signalNumber);
 }
 
 } // namespace
 
 Interrupt::Interrupt() {
-    signalCame.store(false);
-    for (const int signalNumber : kSignals)
+    signalThatCame.store(0);
+    for (const int signalNumber : kEndingSignals)
         takeSignal(signalNumber, noteInterrupt);
 }
 
-bool Interrupt::came() const {
-    return signalCame.load();
+int Interrupt::signalNumber() const {
+    return signalThatCame.load();
 }
 
 void Interrupt::release() {
-    for (const int signalNumber : kSignals)
+    for (const int signalNumber : kEndingSignals)
         giveSignalBack(signalNumber, noteInterrupt);
+}
+
+void Interrupt::finish() {
+    release();
+    if (came())
+        throw Interruption(signalNumber());
 }
 
 } // namespace kovalune

@@ -2,7 +2,6 @@
 
 #include "cli/SignalAction.h"
 
-#include <array>
 #include <atomic>
 #include <csignal>
 #include <cstring>
@@ -12,8 +11,6 @@
 namespace kovalune {
 
 namespace {
-
-constexpr std::array<int, 3> kSignals = {SIGINT, SIGTERM, SIGHUP};
 
 // What the handler reads. Longer names cannot be opened anyway.
 constexpr std::size_t kNameBytes = 4096;
@@ -39,12 +36,12 @@ RemovedOnSignal::RemovedOnSignal(const std::filesystem::path& file) {
         return;
     std::memcpy(removedName, name.c_str(), name.size() + 1);
     armed.store(true);
-    for (const int signalNumber : kSignals)
+    for (const int signalNumber : kEndingSignals)
         takeSignal(signalNumber, removeAndEnd);
 }
 
 RemovedOnSignal::~RemovedOnSignal() {
-    for (const int signalNumber : kSignals)
+    for (const int signalNumber : kEndingSignals)
         giveSignalBack(signalNumber, removeAndEnd);
     armed.store(false);
 }

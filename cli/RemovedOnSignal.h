@@ -1,5 +1,5 @@
-// Removes a file when the user or the system ends the process by SIGINT, SIGTERM or SIGHUP. A signal that is
-// ignored or handled already keeps its meaning.
+// Removes a file when the user or the system ends the process by one of kEndingSignals. A signal that is ignored or
+// handled already keeps its meaning.
 #pragma once
 
 #include <filesystem>

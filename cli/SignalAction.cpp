@@ -1,6 +1,6 @@
 #include "cli/SignalAction.h"
 
-#include <csignal>
+#include <unistd.h>
 
 namespace kovalune {
 
@@ -27,6 +27,17 @@ void takeSignal(int signalNumber, SignalHandler* handler) {
 void giveSignalBack(int signalNumber, SignalHandler* handler) {
     if (goesTo(signalNumber, handler))
         std::signal(signalNumber, SIG_DFL);
+}
+
+void endBySignal(int signalNumber) noexcept {
+    constexpr int kAsShellsCount = 128;
+    std::signal(signalNumber, SIG_DFL);
+    sigset_t only;
+    ::sigemptyset(&only);
+    ::sigaddset(&only, signalNumber);
+    ::pthread_sigmask(SIG_UNBLOCK, &only, nullptr);
+    std::raise(signalNumber);
+    ::_exit(kAsShellsCount + signalNumber); // what ends no process by default
 }
 
 } // namespace kovalune

@@ -2,7 +2,13 @@
 // its meaning.
 #pragma once
 
+#include <array>
+#include <csignal>
+
 namespace kovalune {
+
+// By which the user or the system asks the command to end: Ctrl-C, the end of the session, Ctrl-\ and the like.
+inline constexpr std::array<int, 4> kEndingSignals = {SIGINT, SIGTERM, SIGHUP, SIGQUIT};
 
 extern "C" using SignalHandler = void(int);
 
@@ -12,5 +18,9 @@ void takeSignal(int signalNumber, SignalHandler* handler);
 
 // The default is back, if the signal is still `handler`'s.
 void giveSignalBack(int signalNumber, SignalHandler* handler);
+
+// Ends the process as if nothing had ever taken the signal. Who started it learns of the signal only so, not by an
+// exit code: a shell goes on with its loop after any code.
+[[noreturn]] void endBySignal(int signalNumber) noexcept;
 
 } // namespace kovalune

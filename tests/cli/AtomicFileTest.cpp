@@ -2,6 +2,7 @@
 
 #include "cli/AtomicFile.h"
 #include "cli/Failure.h"
+#include "cli/SignalAction.h"
 #include "tests/cli/TestFolder.h"
 
 #include <gtest/gtest.h>
@@ -90,6 +91,8 @@ constexpr int kFailed = 11;
 int endOfWriting(const std::filesystem::path& file, int signalNumber, bool ignored) {
     const pid_t child = fork();
     if (child == 0) {
+        const rlimit none{0, 0};
+        setrlimit(RLIMIT_CORE, &none);
         signalToRaise = signalNumber;
         std::signal(signalNumber, ignored ? SIG_IGN : SIG_DFL);
         std::signal(SIGXFSZ, [](int) { raise(signalToRaise); });
@@ -108,7 +111,7 @@ int endOfWriting(const std::filesystem::path& file, int signalNumber, bool ignor
 }
 
 TEST_F(AtomicFile, LeavesNothingBehindWhenASignalEndsTheProcess) {
-    for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signalNumber : kEndingSignals) {
         const int status = endOfWriting(file_, signalNumber, false);
         ASSERT_TRUE(WIFSIGNALED(status)) << status;
         EXPECT_EQ(WTERMSIG(status), signalNumber);
@@ -125,7 +128,7 @@ TEST_F(AtomicFile, LeavesAnIgnoredSignalIgnored) {
 
 TEST_F(AtomicFile, LeavesSignalsAloneAfterwards) {
     writeAtomically(file_, kNew);
-    for (const int signalNumber : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signalNumber : kEndingSignals) {
         struct sigaction action {};
         ASSERT_EQ(sigaction(signalNumber, nullptr, &action), 0);
         EXPECT_TRUE(action.sa_handler == SIG_DFL) << signalNumber;

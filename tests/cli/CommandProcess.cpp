@@ -47,7 +47,10 @@ void sendTo(const std::string& file, int stream) {
         _exit(kCannotStart);
     limit(RLIMIT_FSIZE, setting.mostFileBytes);
     limit(RLIMIT_AS, setting.mostMemoryBytes);
-    execv(KOVALUNE_COMMAND, words.data());
+    const rlimit noCore{0, 0}; // that SIGQUIT would leave in the folder
+    if (setrlimit(RLIMIT_CORE, &noCore) != 0 || (setting.ownGroup && setpgid(0, 0) != 0))
+        _exit(kCannotStart);
+    execv(words.front(), words.data());
     _exit(kCannotStart);
 }
 
@@ -81,7 +84,7 @@ RunningCommand::RunningCommand(const std::vector<std::string>& arguments, const 
     const std::string config = (scratch_ / "config").string();
     const std::string out = outIsCaught_ ? (scratch_ / "out").string() : setting.standardOutput.string();
     const std::string err = (scratch_ / "err").string();
-    std::vector<std::string> texts = {KOVALUNE_COMMAND};
+    std::vector<std::string> texts = {setting.program.empty() ? KOVALUNE_COMMAND : setting.program};
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> words;
     words.reserve(texts.size() + 1);
@@ -101,13 +104,16 @@ RunningCommand::RunningCommand(const std::vector<std::string>& arguments, const 
         throw std::runtime_error("no process for the command");
     if (child_ == 0)
         becomeCommand(words, setting, config, out, err, far);
+    if (setting.ownGroup)
+        setpgid(child_, child_); // here too, so that it is done whoever comes first
+    target_ = setting.ownGroup ? -child_ : child_;
     if (far >= 0)
         close(far);
 }
 
 RunningCommand::~RunningCommand() {
     if (!ended_) {
-        send(SIGKILL);
+        kill(target_, SIGKILL);
         waitpid(child_, &status_, 0);
     }
     if (terminal_ >= 0)
@@ -115,7 +121,7 @@ RunningCommand::~RunningCommand() {
 }
 
 void RunningCommand::send(int signalNumber) const {
-    kill(child_, signalNumber);
+    kill(target_, signalNumber);
 }
 
 bool RunningCommand::hasEnded() {

@@ -18,6 +18,8 @@ struct CommandSetting {
     std::size_t mostFileBytes = 0;                  // of any file written; 0: no limit
     std::size_t mostMemoryBytes = 0;                // of address space; 0: no limit
     std::filesystem::path standardOutput;           // empty: caught
+    std::string program;                            // a whole path; empty: the command
+    bool ownGroup = false;                          // signals go to it and all that it starts, as Ctrl-C does
     int errorColumns = 0;                           // above 0: standard error is a terminal of this width
 };
 
@@ -51,6 +53,7 @@ private:
     const bool outIsCaught_;
     int terminal_ = -1; // this end of it
     pid_t child_ = -1;
+    pid_t target_ = -1; // of signals, as kill() takes it
     bool ended_ = false;
     int status_ = 0;
 };
