@@ -4,8 +4,8 @@
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/pipeline/Frame.h"
 #include "effect/pipeline/ProcessStages.h"
+#include "effect/pipeline/StageAmounts.h"
 #include "effect/share/AEUtil/WorldBasics.h"
-#include "effect/share/Truncate.h"
 #include "effect/share/Wrapping.h"
 
 namespace kovalune {
@@ -24,27 +24,16 @@ bool rectFits(const RenderSettings& settings) {
            rect.right <= settings.inputWorld->width && rect.bottom <= settings.inputWorld->height;
 }
 
-double ratio(const PF_RationalScale& scale) {
-    return static_cast<double>(scale.num) / static_cast<double>(scale.den);
-}
-
-/// The smaller of the two downsample factors serves for everything.
-double frameScale(const PF_InData* inData) {
-    const double horizontal = ratio(inData->downsample_x);
-    const double vertical = ratio(inData->downsample_y);
-    return vertical < horizontal ? vertical : horizontal;
-}
-
 /// Brings the stages' values to the frame's scale and counts the progress steps.
 FrameStart scaledStart(const RenderSettings& settings) {
     FrameStart start;
     start.settings = settings;
-    start.scale = frameScale(settings.inData);
+    start.scale = frameScale(settings.inData->downsample_x, settings.inData->downsample_y);
     for (StageSettings& stage : start.settings.stages) {
         for (ColorEntry& entry : stage.colors) {
             entry.range /= 100.0;
         }
-        stage.boundaryBlur = truncToInt32(start.scale * stage.boundaryBlur + 0.5) + 1.0;
+        stage.boundaryBlur = scaledAmount(stage.boundaryBlur, start.scale);
         if (stage.enableProcess != 0) {
             const int32_t steps = wrappingAdd(wrappingMul(3, stage.repeat), 1);
             start.stepTotal = wrappingAdd(start.stepTotal, steps);
