@@ -19,7 +19,7 @@ void extraction(benchmark::State& state) {
         const ColorMatches matches = pickedMatches(inData);
         MaskPlane mask;
         for (auto step : state) {
-            extractColors(mask, inData, &world, kWhole, matches);
+            extractColors(mask, inData, &world, kWhole, matches, nullptr);
         }
     });
     report(state, state.range(0));

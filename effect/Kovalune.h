@@ -1,11 +1,12 @@
 // What a tool may call of the effect directly. On pictures in its own memory, without any host: boundary smoothing
 // alone, and the edge flags that it works from. Pixels are the very same as in a host; everything is serial, on the
 // calling thread, keeps nothing between calls and throws nothing. And the user's remembered defaults, by the code that
-// the effect's dialog runs.
+// the effect's dialog runs. And what a frame that goes through a host will do, or did.
 #pragma once
 
 #include "hostapi/HostApi.h"
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -99,5 +100,70 @@ DefaultsResult forgetDefaults(const std::string& path);
 
 /// Whether the file has a value for the parameter; of a colour, for one of its channels at least.
 bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param);
+
+/// Base, and Process 1 to 4.
+inline constexpr std::size_t kStageCount = 5;
+
+/// The settings that decide how often a frame calls the host's progress function, as the controls show them.
+struct ProgressSettings {
+    struct Stage {
+        bool enabled = false; ///< Base is always
+        double amount = 0.0;  ///< "Blur Amount"; "Boundary Blur"
+        int32_t repeat = 0;   ///< "Blur Repeat Num"
+    };
+    int32_t view = 1; ///< the value of the popup
+    std::array<Stage, kStageCount> stages;
+    PF_RationalScale downsampleX = {1, 1};
+    PF_RationalScale downsampleY = {1, 1};
+};
+
+/// The calls that each stage makes, in a frame that neither fails nor is cancelled: one when its region is selected, and
+/// one behind each pass of its blur. They come stage by stage.
+std::array<int32_t, kStageCount> progressCalls(const ProgressSettings& settings);
+
+/// The colours of Base; a Process stage has the first one alone.
+inline constexpr std::size_t kStageColors = 4;
+
+/// What a stage of a frame found and did, in pixels of the frame's working rectangle.
+struct StageReport {
+    bool ran = false; ///< it is enabled, and the view let the frame come to it
+    /// Pixels that match a colour and no enabled one before it. Their sum is what the stage selected.
+    std::array<int64_t, kStageColors> selected = {};
+    /// Pixels whose red, green or blue is another one behind the stage than before it, at the depth of the frame. What a
+    /// view leaves of them does not count.
+    int64_t changed = 0;
+    // Of a Process stage.
+    int64_t edge = 0;       ///< pixels that its layer holds beyond those it selected: the soft edge
+    int64_t cut = 0;        ///< pixels that the edge lost to "Keep Process"
+    int32_t keptInside = 0; ///< the stage inside whose layer "Keep Process" held it; 0: none
+
+    int64_t allSelected() const {
+        int64_t sum = 0;
+        for (const int64_t pixels : selected) {
+            sum += pixels;
+        }
+        return sum;
+    }
+};
+
+struct FrameReport {
+    int64_t pixels = 0; ///< of the working rectangle
+    std::array<StageReport, kStageCount> stages;
+};
+
+/// While it lives, a frame that the thread which made it renders in the effect of this program, not one from a file,
+/// fills the report: that thread, not one of those that share the frame's work. A later frame starts it anew; one that fails leaves
+/// what it counted until then. The frame's pixels and host calls are those without a report; it takes a few passes over
+/// the picture longer.
+class FrameReportScope {
+public:
+    explicit FrameReportScope(FrameReport& report);
+    ~FrameReportScope();
+    FrameReportScope(const FrameReportScope&) = delete;
+    FrameReportScope& operator=(const FrameReportScope&) = delete;
+
+private:
+    FrameReport* const outer_; ///< what the thread's frames fill again behind this one
+};
 
 } // namespace kovalune

@@ -1,7 +1,7 @@
 #include "effect/pipeline/BaseStage.h"
 
+#include "effect/pipeline/StageAmounts.h"
 #include "effect/pipeline/StageRegion.h"
-#include "effect/share/Truncate.h"
 
 namespace kovalune {
 namespace {
@@ -21,12 +21,33 @@ ColorMatches baseColors(Frame& frame) {
     return matches;
 }
 
+void reportSelected(Frame& frame, const MatchCounts& counts) {
+    if (frame.report == nullptr) {
+        return;
+    }
+    StageReport& report = frame.report->stages[0];
+    report.ran = true;
+    std::size_t match = 0;
+    for (std::size_t entry = 0; entry < kStageColors; ++entry) {
+        if (frame.settings.stages[0].colors[entry].enable != 0) {
+            report.selected[entry] = counts[match++];
+        }
+    }
+}
+
+void reportChanged(Frame& frame) {
+    if (frame.report != nullptr && frame.err == PF_Err_NONE) {
+        frame.report->stages[0].changed =
+            frame.passes.countChanged(*frame.source, *frame.target, frame.rect());
+    }
+}
+
 } // namespace
 
 StageEnd runBaseStage(Frame& frame) {
     const StageSettings& base = frame.settings.stages[0];
-    const double amount = truncToInt32(base.blurAmount * frame.scale + 0.5) + 1.0;
-    extractColors(frame, baseColors(frame));
+    const double amount = scaledAmount(base.blurAmount, frame.scale);
+    reportSelected(frame, extractColors(frame, baseColors(frame)));
     frame.planes.stageMask.unionWith(frame.planes.extractMask);
     mergeStageMask(frame);
     PF_EffectWorld* blurInput = frame.source;
@@ -43,6 +64,7 @@ StageEnd runBaseStage(Frame& frame) {
     frame.err = blur(frame.target, frame.inData(), PF_Iterations_ONCE_PER_PROCESSOR, blurInput,
                      frame.worlds.maskedWorld.get(), frame.rect(), frame.planes.stageMask, base.repeat,
                      &frame.progress, amount);
+    reportChanged(frame);
     return frame.settings.view == kViewBase ? StageEnd::kFinish : StageEnd::kNextStage;
 }
 

@@ -44,12 +44,17 @@ bool sameColor(const typename Rules::Pixel& a, const typename Rules::Pixel& b) {
            Rules::sameChannel(a.blue, b.blue);
 }
 
+/// What a pixel of this colour is in the plane.
 template <class Rules>
-bool matchesAny(const ExtractRecord& record, const typename Rules::Pixel& p) {
+uint8_t elementOf(const ExtractRecord& record, const typename Rules::Pixel& p) {
     HlsColor hls;
     convertToHls(record.inData, {255, Rules::to8(p.red), Rules::to8(p.green), Rules::to8(p.blue)}, hls);
-    return std::any_of(record.matches.begin(), record.matches.end(),
-                       [&hls](const ColorMatch& match) { return matches(hls, match); });
+    const auto first = std::find_if(record.matches.begin(), record.matches.end(),
+                                    [&hls](const ColorMatch& match) { return matches(hls, match); });
+    if (first == record.matches.end()) {
+        return 0;
+    }
+    return record.isCounted ? static_cast<uint8_t>(first - record.matches.begin() + 1) : record.value;
 }
 
 template <class Rules>
@@ -75,7 +80,7 @@ PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
             }
             if (!sameColor<Rules>(src[x], previous)) {
                 previous = src[x];
-                lastResult = matchesAny<Rules>(record, previous) ? record.value : uint8_t{0};
+                lastResult = elementOf<Rules>(record, previous);
             }
             mask[x] = lastResult;
         }
@@ -83,16 +88,34 @@ PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     return PF_Err_NONE;
 }
 
+/// Counts the places in the list that the pass has written, and puts the plane's own value in their stead.
+void countMatches(ExtractRecord& record, MatchCounts& counts) {
+    for (int32_t y = 0; y < record.mask.height; ++y) {
+        uint8_t* const row = record.mask.row(y);
+        uint8_t* const end = row + record.mask.width;
+        for (std::size_t place = 0; place < record.matches.size(); ++place) {
+            counts[place] += std::count(row, end, static_cast<uint8_t>(place + 1));
+        }
+        std::transform(row, end, row,
+                       [&record](uint8_t place) { return place != 0 ? record.value : uint8_t{0}; });
+    }
+}
+
 template <class Rules>
 PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
-                     const ColorMatches& matches) {
+                     const ColorMatches& matches, MatchCounts* counts) {
     if (src == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    ExtractRecord record{src, rect, inData, matches, 1, {}};
+    const bool isCounted = counts != nullptr && matches.size() <= counts->size();
+    ExtractRecord record{src, rect, inData, matches, 1, isCounted, {}};
     record.mask.resize(inData, rect.width(), rect.height());
     record.mask.clearTo(0);
     const PF_Err err = iterate(inData, record, extractPass<Rules>);
+    if (isCounted) {
+        counts->fill(0);
+        countMatches(record, *counts);
+    }
     record.mask.refreshActivity();
     mask = record.mask;
     return err;
@@ -101,18 +124,18 @@ PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, co
 } // namespace
 
 PF_Err extractColors8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
-                      const ColorMatches& matches) {
-    return extractColors<Rules8>(mask, inData, src, rect, matches);
+                      const ColorMatches& matches, MatchCounts* counts) {
+    return extractColors<Rules8>(mask, inData, src, rect, matches, counts);
 }
 
 PF_Err extractColors16(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
-                       const ColorMatches& matches) {
-    return extractColors<Rules16>(mask, inData, src, rect, matches);
+                       const ColorMatches& matches, MatchCounts* counts) {
+    return extractColors<Rules16>(mask, inData, src, rect, matches, counts);
 }
 
 PF_Err extractColors32(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
-                       const ColorMatches& matches) {
-    return extractColors<Rules32>(mask, inData, src, rect, matches);
+                       const ColorMatches& matches, MatchCounts* counts) {
+    return extractColors<Rules32>(mask, inData, src, rect, matches, counts);
 }
 
 } // namespace kovalune

@@ -1,6 +1,7 @@
 #include "effect/pipeline/Frame.h"
 
 #include "effect/pipeline/DepthConversion.h"
+#include "effect/pipeline/ReportSource.h"
 
 namespace kovalune {
 namespace {
@@ -27,6 +28,16 @@ AEUtil::EffectWorldPtr newWideWorld(const RenderSettings& settings, const FrameP
 
 constexpr char kCleared = 1;
 
+/// What the frame fills, emptied of what an earlier one has left in it.
+FrameReport* newReport(const FrameRect& rect) {
+    FrameReport* const report = askedReport();
+    if (report != nullptr) {
+        *report = {};
+        report->pixels = int64_t{rect.width()} * rect.height();
+    }
+    return report;
+}
+
 } // namespace
 
 FramePlanes::FramePlanes(const RenderSettings& s)
@@ -52,6 +63,6 @@ Frame::Frame(const FramePasses& framePasses, const FrameStart& start)
               : passes.coverageOfInput(planes.inputCoverage, inData(), settings.inputWorld, rect())),
       worlds(start.settings, framePasses), progress{start.settings.inData, start.settings.inData->effect_ref,
                                                     start.stepTotal, 0},
-      source(start.settings.inputWorld), target(start.settings.outputWorld) {}
+      source(start.settings.inputWorld), target(start.settings.outputWorld), report(newReport(rect())) {}
 
 } // namespace kovalune

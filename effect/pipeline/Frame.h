@@ -3,6 +3,7 @@
 // its end.
 #pragma once
 
+#include "effect/Kovalune.h"
 #include "effect/pipeline/FramePasses.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
@@ -48,7 +49,7 @@ struct FrameWorlds {
     AEUtil::EffectWorldPtr layerWorld;    ///< a stage's blurred layer
     AEUtil::EffectWorldPtr blurScratchWorld;
     AEUtil::EffectWorldPtr extendScratchWorld;
-    AEUtil::EffectWorldPtr spareWork;
+    AEUtil::EffectWorldPtr spareWork;          ///< for a report: the picture before a stage
     AEUtil::EffectWorldPtr previousLayerWorld; ///< copy of the last layer
 };
 
@@ -75,6 +76,7 @@ struct Frame {
     ProgressCounter progress;
     PF_EffectWorld* source; ///< the image that stages read
     PF_EffectWorld* target; ///< the image being built
+    FrameReport* report;    ///< what a tool of this process asked for; normally null
 
     PF_InData* inData() const { return settings.inData; }
     const FrameRect& rect() const { return settings.extentRect; }

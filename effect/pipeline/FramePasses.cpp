@@ -22,14 +22,18 @@ constexpr FramePasses kPasses16 = {
     .multiplyAlphaOutside = multiplyAlphaOutside16,
     .composeOver = composeOver16,
     .clearAlphaOutsideOutput = clearAlphaOutside16,
+    .copyPixels = copyPixels16,
+    .countChanged = countChanged16,
+    .countOutside = countOutside16,
 };
 
-/// An 8-bit frame is a 16-bit one but for what touches its input and its output.
+/// An 8-bit frame is a 16-bit one but for what touches its input and its output, or tells of it.
 constexpr FramePasses widened(FramePasses passes) {
     passes.worksWidened = true;
     passes.coverageOfInput = coverage8;
     passes.extractColors = extractColors8;
     passes.clearAlphaOutsideOutput = clearAlphaOutside8;
+    passes.countChanged = countChanged8;
     return passes;
 }
 
@@ -57,6 +61,9 @@ constinit const FramePasses kFramePasses32 = {
     .multiplyAlphaOutside = multiplyAlphaOutside32,
     .composeOver = composeOver32,
     .clearAlphaOutsideOutput = clearAlphaOutside32,
+    .copyPixels = copyPixels32,
+    .countChanged = countChanged32,
+    .countOutside = countOutside32,
 };
 
 } // namespace kovalune

@@ -7,6 +7,7 @@
 #include "effect/blur/RegionBlur.h"
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/Coverage.h"
+#include "effect/pipeline/PixelCounts.h"
 #include "effect/raster/MaskedCopy.h"
 #include "hostapi/HostApi.h"
 
@@ -31,6 +32,10 @@ struct FramePasses {
     decltype(&multiplyAlphaOutside16) multiplyAlphaOutside;
     decltype(&composeOver16) composeOver;
     decltype(&clearAlphaOutside8) clearAlphaOutsideOutput;
+    // For a report.
+    PixelCopy* copyPixels;
+    ChangeCount* countChanged;
+    OutsideCount* countOutside;
 };
 
 extern const FramePasses kFramePasses8;

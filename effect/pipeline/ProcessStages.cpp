@@ -1,8 +1,10 @@
 #include "effect/pipeline/ProcessStages.h"
 
+#include "effect/pipeline/StageAmounts.h"
 #include "effect/pipeline/StageRegion.h"
 #include "effect/share/AEUtil/WorldBasics.h"
-#include "effect/share/Truncate.h"
+
+#include <utility>
 
 namespace kovalune {
 namespace {
@@ -22,9 +24,12 @@ PF_Err copyWhole(Frame& frame, PF_EffectWorld* from, PF_EffectWorld* to) {
 /// One Process stage of a frame.
 class ProcessStage {
 public:
-    ProcessStage(Frame& frame, const StageSettings& stage)
-        : frame_(frame), passes_(frame.passes), planes_(frame.planes), worlds_(frame.worlds), stage_(stage),
-          reach_(reachOf(frame.scale, stage)) {}
+    ProcessStage(Frame& frame, int32_t number)
+        : frame_(frame), passes_(frame.passes), planes_(frame.planes), worlds_(frame.worlds),
+          stage_(frame.settings.stages[number]),
+          reach_(extensionReach(stage_.boundaryBlur, stage_.repeat, frame.scale)), number_(number),
+          report_(frame.report != nullptr ? &frame.report->stages[static_cast<std::size_t>(number)]
+                                          : nullptr) {}
 
     /// Also for a disabled stage.
     void clearWorlds() {
@@ -38,8 +43,9 @@ public:
         }
     }
 
-    /// `anyProcessDone` tells whether an earlier stage has made a layer, and becomes true once this one does.
-    LoopEnd run(bool& anyProcessDone) {
+    /// `lastNumber` is that of the last stage that has made a layer, 0 as long as none has, and becomes this one's once
+    /// it does.
+    LoopEnd run(int32_t& lastNumber) {
         selectRegion();
         extendRegion();
         const bool smoothStage = reach_ > kSmoothedAbove && reach_ <= kSmoothedTo;
@@ -50,10 +56,11 @@ public:
         if (failed()) {
             return LoopEnd::kFinish;
         }
-        const bool keepProcess = stage_.keepProcess != 0 && anyProcessDone;
+        const bool keepProcess = stage_.keepProcess != 0 && lastNumber != 0;
         blurIntoLayer();
-        anyProcessDone = true;
+        const int32_t limitedBy = std::exchange(lastNumber, number_);
         if (keepProcess) {
+            reportBeforeLimit(limitedBy);
             limitToLastLayer();
         }
         layOver();
@@ -61,12 +68,6 @@ public:
     }
 
 private:
-    /// At reduced resolution a stage with many repeats gets a shorter boundary, in proportion.
-    static double reachOf(double scale, const StageSettings& stage) {
-        const double reach = stage.boundaryBlur;
-        return scale < 1.0 ? reach - truncToInt32((reach + 4.0) * stage.repeat / 80.0) : reach;
-    }
-
     bool failed() const { return frame_.err != PF_Err_NONE; }
     PF_InData* inData() const { return frame_.inData(); }
     const FrameRect& rect() const { return frame_.rect(); }
@@ -76,7 +77,11 @@ private:
         ColorMatches matches;
         HlsColor hls;
         addColorMatch(frame_, matches, stage_.colors[0], hls);
-        extractColors(frame_, matches);
+        const MatchCounts counts = extractColors(frame_, matches);
+        if (report_ != nullptr) {
+            report_->ran = true;
+            report_->selected[0] = counts[0];
+        }
         planes_.processUnionMask.unionWith(planes_.extractMask);
         planes_.stageMask.clearTo(0);
         planes_.stageMask.unionWith(planes_.extractMask);
@@ -116,7 +121,7 @@ private:
         const auto blur = stage_.keepDivision != 0 ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
         frame_.err = blur(worlds_.layerWorld.get(), inData(), worlds_.extendedWorld.get(),
                           worlds_.blurScratchWorld.get(), rect(), planes_.regionMask, planes_.stageMask,
-                          stage_.repeat, &frame_.progress, reach_ * 0.5);
+                          stage_.repeat, &frame_.progress, boundaryAmount(reach_));
         frame_.attempt([&] {
             return passes_.applyBoundaryBias(inData(), worlds_.layerWorld.get(), rect(), planes_.outsideMask,
                                              stage_.boundaryBias);
@@ -138,9 +143,46 @@ private:
     void layOver() {
         PF_EffectWorld* const layer = worlds_.layerWorld.get();
         frame_.attempt([&] { return copyWhole(frame_, layer, worlds_.previousLayerWorld.get()); });
+        reportBeforeLayer();
         frame_.attempt([&] { return passes_.composeOver(inData(), frame_.target, layer, rect()); });
+        reportBehindLayer();
         frame_.attempt(
             [&] { return passes_.coverageOfWork(planes_.layerLimitMask, inData(), layer, rect()); });
+    }
+
+    // For a report: what it tells is there whenever nothing has failed.
+
+    bool reports() const { return report_ != nullptr && !failed(); }
+
+    /// The picture as it was; null where there was no memory for it.
+    PF_EffectWorld* before() const { return worlds_.spareWork.get(); }
+
+    int64_t edgePixels() const {
+        return passes_.countOutside(*worlds_.layerWorld.get(), rect(), planes_.extractMask);
+    }
+
+    void reportBeforeLimit(int32_t limitedBy) {
+        if (reports()) {
+            report_->keptInside = limitedBy;
+            report_->cut = edgePixels();
+        }
+    }
+
+    void reportBeforeLayer() {
+        if (!reports()) {
+            return;
+        }
+        report_->edge = edgePixels();
+        report_->cut = report_->keptInside != 0 ? report_->cut - report_->edge : 0;
+        if (before() != nullptr) {
+            passes_.copyPixels(*before(), *frame_.target, rect());
+        }
+    }
+
+    void reportBehindLayer() {
+        if (reports() && before() != nullptr) {
+            report_->changed = passes_.countChanged(*before(), *frame_.target, rect());
+        }
     }
 
     Frame& frame_;
@@ -149,17 +191,18 @@ private:
     FrameWorlds& worlds_;
     const StageSettings& stage_;
     const double reach_; ///< of the colour extension, in pixels
+    const int32_t number_;
+    StageReport* const report_; ///< null where the frame has none
 };
 
 } // namespace
 
 void runProcessStages(Frame& frame) {
-    bool anyProcessDone = false;
+    int32_t lastNumber = 0;
     for (int32_t number = 1; number <= 4; ++number) {
-        ProcessStage stage(frame, frame.settings.stages[number]);
+        ProcessStage stage(frame, number);
         stage.clearWorlds();
-        if (frame.settings.stages[number].enableProcess != 0 &&
-            stage.run(anyProcessDone) == LoopEnd::kFinish) {
+        if (frame.settings.stages[number].enableProcess != 0 && stage.run(lastNumber) == LoopEnd::kFinish) {
             return;
         }
         if (number == frame.settings.view - kViewBase) {

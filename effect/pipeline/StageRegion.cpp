@@ -9,11 +9,13 @@ void addColorMatch(Frame& frame, ColorMatches& matches, const ColorEntry& entry,
     matches.push_back(makeColorMatch(hls, entry.range));
 }
 
-void extractColors(Frame& frame, const ColorMatches& matches) {
+MatchCounts extractColors(Frame& frame, const ColorMatches& matches) {
+    MatchCounts counts = {};
     frame.attempt([&] {
         return frame.passes.extractColors(frame.planes.extractMask, frame.inData(), frame.settings.inputWorld,
-                                          frame.rect(), matches);
+                                          frame.rect(), matches, frame.report != nullptr ? &counts : nullptr);
     });
+    return counts;
 }
 
 void mergeStageMask(Frame& frame) {

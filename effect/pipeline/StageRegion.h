@@ -12,8 +12,9 @@ namespace kovalune {
 void addColorMatch(Frame& frame, ColorMatches& matches, const ColorEntry& entry, HlsColor& hls);
 
 /// Fills the frame's `extractMask`, unless something has failed before. The matching always reads the input, so that
-/// a stage does not depend on the blur of one before it.
-void extractColors(Frame& frame, const ColorMatches& matches);
+/// a stage does not depend on the blur of one before it. Returns how many pixels each match has, where the frame
+/// reports.
+MatchCounts extractColors(Frame& frame, const ColorMatches& matches);
 
 /// Adds the frame's `stageMask` to the unions of all stages' regions, whatever has failed.
 void mergeStageMask(Frame& frame);

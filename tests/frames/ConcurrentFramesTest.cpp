@@ -1,6 +1,7 @@
 // Frames of one effect rendered at once from several threads, the host's iterations on threads too: every
-// picture is the one that it is alone.
+// picture is the one that it is alone, and so is every report.
 
+#include "effect/Kovalune.h"
 #include "tests/frames/VectorFile.h"
 
 #include "host/EffectModule.h"
@@ -9,6 +10,8 @@
 
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <optional>
 #include <thread>
 #include <vector>
 
@@ -65,6 +68,67 @@ TEST_P(ConcurrentFrames, AreWhatTheyAreAlone) {
     host::AuditReport report = host.audit();
     report.paramCheckouts = 0;
     EXPECT_TRUE(report.clean()) << report.text();
+}
+
+/// Of one frame, alone or beside others.
+FrameReport reportOf(host::Host& host, host::EffectModule& module, const FrameVector& vector, bool asked) {
+    FrameReport report;
+    std::optional<FrameReportScope> scope;
+    if (asked) {
+        scope.emplace(report);
+    }
+    host::Image output;
+    host::Session session(host, module);
+    vector.applyTo(session);
+    EXPECT_TRUE(session.render(vector.input, output, vector.request()).ok());
+    return report;
+}
+
+std::vector<int64_t> countsOf(const FrameReport& report) {
+    std::vector<int64_t> counts = {report.pixels};
+    for (const StageReport& stage : report.stages) {
+        counts.insert(counts.end(), stage.selected.begin(), stage.selected.end());
+        counts.insert(counts.end(),
+                      {stage.ran ? 1 : 0, stage.changed, stage.edge, stage.cut, stage.keptInside});
+    }
+    return counts;
+}
+
+TEST_P(ConcurrentFrames, ReportEachToItsOwnThread) {
+    host::HostOptions options;
+    options.threads = 3;
+    options.globalSetdownAtEnd = false;
+    host::Host host(options);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    std::vector<FrameVector> vectors;
+    std::vector<std::vector<int64_t>> alone;
+    for (const char* const name : GetParam().vectors) {
+        vectors.push_back(readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name));
+        alone.push_back(countsOf(reportOf(host, module, vectors.back(), true)));
+        EXPECT_GT(alone.back().front(), 0);
+    }
+    std::vector<std::thread> threads;
+    for (std::size_t frame = 0; frame < vectors.size(); ++frame) {
+        for (const bool asked : {true, false}) {
+            threads.emplace_back([&, frame, asked] {
+                const auto expected = asked ? alone[frame] : countsOf(FrameReport());
+                for (int repeat = 0; repeat < 3; ++repeat) {
+                    EXPECT_EQ(countsOf(reportOf(host, module, vectors[frame], asked)), expected);
+                }
+            });
+        }
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+}
+
+TEST(LoadedPlugIn, FillsNoReport) {
+    host::Host host;
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    const FrameVector vector =
+        readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / "process-many-argb-0");
+    EXPECT_EQ(countsOf(reportOf(host, module, vector, true)), countsOf(FrameReport()));
 }
 
 } // namespace

@@ -28,7 +28,8 @@ public:
     std::vector<uint8_t> extract(Extract function, const ColorMatches& list) {
         const ConversionWatch watch(host_);
         MaskPlane plane;
-        EXPECT_EQ(function(plane, host_.in(), world_.get(), wholeRect(world_.width(), 1), list), PF_Err_NONE);
+        EXPECT_EQ(function(plane, host_.in(), world_.get(), wholeRect(world_.width(), 1), list, nullptr),
+                  PF_Err_NONE);
         colors_ = watch.colors();
         return elementsOf(plane).elements;
     }

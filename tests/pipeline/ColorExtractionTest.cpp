@@ -8,6 +8,7 @@
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 
 namespace kovalune::test {
@@ -68,7 +69,7 @@ TEST_P(ColorExtraction, IsLikeThePlainOneForEveryNumberOfIterations) {
         const ColorMatches matches = matchesOf(host, list);
         const ConversionWatch watch(host);
         MaskPlane plane;
-        ASSERT_EQ(depth.extract(plane, host.in(), src.get(), rect, matches), PF_Err_NONE);
+        ASSERT_EQ(depth.extract(plane, host.in(), src.get(), rect, matches, nullptr), PF_Err_NONE);
         const PlainExtracted expected = plainExtract(picture, rect, list, iterations);
         ASSERT_EQ(elementsOf(plane), expected.mask) << "round " << round;
         ASSERT_EQ(watch.count(), expected.conversions) << "round " << round;
@@ -78,6 +79,57 @@ TEST_P(ColorExtraction, IsLikeThePlainOneForEveryNumberOfIterations) {
     }
 }
 
+/// With and without the last match of a list, a pixel's first match is told by plain extractions alone.
+MatchCounts plainCounts(const PlainPicture& picture, const FrameRect& rect,
+                        const std::vector<PlainMatch>& list, int32_t iterations) {
+    MatchCounts counts = {};
+    int64_t before = 0;
+    for (std::size_t count = 1; count <= list.size(); ++count) {
+        const auto length = static_cast<std::ptrdiff_t>(count);
+        const Mask mask = plainExtract(picture, rect, {list.begin(), list.begin() + length}, iterations).mask;
+        const int64_t matched = std::count(mask.elements.begin(), mask.elements.end(), 1);
+        counts[count - 1] = matched - before;
+        before = matched;
+    }
+    return counts;
+}
+
+TEST_P(ColorExtraction, CountsThePixelsOfEachColourWithoutAnotherResultOrCall) {
+    const Depth depth = GetParam();
+    Random random(112);
+    int several = 0;
+    for (int round = 0; round < 200; ++round) {
+        const int32_t iterations = round % 8 + 1;
+        host::HostOptions options = shuffledOptions(iterations, 3, random.next());
+        options.recordCalls = true;
+        StrictHost host(options);
+        const FrameRect rect =
+            rectAt(random.below(4), random.below(4), random.between(1, 30), random.between(1, 30));
+        TestWorld src(host, depth.format, rect.right, rect.bottom);
+        const PlainPicture picture = somePicture(depth, src.width(), src.height(), random);
+        write(picture, src);
+        const std::vector<PlainMatch> list = randomList(random);
+        const ColorMatches matches = matchesOf(host, list);
+        const ConversionWatch watch(host);
+        MaskPlane plane;
+        host.clearCalls();
+        ASSERT_EQ(depth.extract(plane, host.in(), src.get(), rect, matches, nullptr), PF_Err_NONE);
+        const std::vector<std::string> calls = host.callNames();
+        const auto conversions = watch.count();
+        MaskPlane counted;
+        MatchCounts counts = {7, 7, 7, 7};
+        host.clearCalls();
+        ASSERT_EQ(depth.extract(counted, host.in(), src.get(), rect, matches, &counts), PF_Err_NONE);
+        EXPECT_EQ(host.callNames(), calls);
+        EXPECT_EQ(watch.count(), 2 * conversions);
+        EXPECT_EQ(elementsOf(counted), elementsOf(plane)) << "round " << round;
+        EXPECT_EQ(summaryFault(counted), "");
+        ASSERT_EQ(counts, plainCounts(picture, rect, list, iterations)) << "round " << round;
+        several += counts[0] > 0 && counts[1] > 0 ? 1 : 0;
+    }
+    EXPECT_GT(several, 20);
+}
+
 TEST_P(ColorExtraction, HandsOverAFreshPlaneAndLeavesOtherHandlesAlone) {
     const Depth depth = GetParam();
     StrictHost host;
@@ -85,7 +137,7 @@ TEST_P(ColorExtraction, HandsOverAFreshPlaneAndLeavesOtherHandlesAlone) {
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(9);
     const MaskPlane old = plane;
-    EXPECT_EQ(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), {}), PF_Err_NONE);
+    EXPECT_EQ(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), {}, nullptr), PF_Err_NONE);
     EXPECT_EQ(elementsOf(plane), Mask(4, 4, 0));
     EXPECT_EQ(elementsOf(old), Mask(4, 4, 9));
     EXPECT_EQ(plane.useCount(), 1);
@@ -110,7 +162,7 @@ TEST_P(ColorExtraction, HandsItsPlaneOverWhenTheHostFails) {
         plan.failCode = 99;
         plan.failIterateAfter = after;
         host.arm(plan);
-        EXPECT_EQ(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), everything), 99);
+        EXPECT_EQ(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), everything, nullptr), 99);
         EXPECT_EQ(host.struckCall(), "iterate_generic");
         EXPECT_EQ(elementsOf(plane), Mask(4, 4, after ? 1 : 0));
         EXPECT_EQ(summaryFault(plane), "");
@@ -122,7 +174,7 @@ TEST_P(ColorExtraction, OfAMissingWorldIsOutOfMemory) {
     const Depth depth = GetParam();
     StrictHost host;
     MaskPlane plane;
-    EXPECT_EQ(depth.extract(plane, host.in(), nullptr, wholeRect(4, 4), {}), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(depth.extract(plane, host.in(), nullptr, wholeRect(4, 4), {}, nullptr), PF_Err_OUT_OF_MEMORY);
 }
 
 TEST_P(ColorExtraction, WithoutMemoryForItsPlaneRaises) {
@@ -133,7 +185,8 @@ TEST_P(ColorExtraction, WithoutMemoryForItsPlaneRaises) {
     host::FaultPlan plan;
     plan.failCall = 2;
     host.arm(plan);
-    EXPECT_THROW(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), {}), AEUtil::AEException);
+    EXPECT_THROW(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), {}, nullptr),
+                 AEUtil::AEException);
 }
 
 } // namespace
