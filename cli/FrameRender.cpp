@@ -3,10 +3,10 @@
 #include "cli/Failure.h"
 #include "cli/Interrupt.h"
 #include "cli/ProgressLine.h"
+#include "cli/Reporting.h"
 #include "cli/picture/PictureFile.h"
 #include "hostapi/Constants.h"
 
-#include <cstdio>
 #include <new>
 
 namespace kovalune {
@@ -99,8 +99,7 @@ void noteLeftOut(const SourceFrame& source) {
     for (const std::string& part : source.picture.leftOut)
         list += (list.empty() ? "" : ", ") + part;
     if (!list.empty())
-        std::fprintf(stderr, "kovalune: %s\n",
-                     printable("left out of " + inQuotes(source.name) + ": " + list).c_str());
+        tell("left out of " + inQuotes(source.name) + ": " + list);
 }
 
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,

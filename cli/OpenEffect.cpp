@@ -11,6 +11,15 @@ namespace kovalune {
 
 namespace {
 
+// The system's loader repeats the name in its reason.
+std::string withNameShown(std::string text, const std::string& name) {
+    const std::string replacement = shown(name);
+    for (std::size_t at = text.find(name); at != std::string::npos;
+         at = text.find(name, at + replacement.size()))
+        text.replace(at, name.size(), replacement);
+    return text;
+}
+
 host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
     if (!plugin)
         return host::EffectModule::linked(EntryPointFunc);
@@ -24,7 +33,7 @@ host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
     try {
         return host::EffectModule::load(path.string());
     } catch (const host::HostError& reason) {
-        throw Failure(ExitCode::File, reason.what());
+        throw Failure(ExitCode::File, withNameShown(reason.what(), path.string()));
     }
 }
 

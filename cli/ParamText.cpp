@@ -63,7 +63,7 @@ std::string numberText(float number) {
 
 [[noreturn]] void failRange(const PF_ParamDef& def, std::string_view text, const std::string& range) {
     throw Failure(ExitCode::Usage,
-                  inQuotes(def.name) + " cannot be " + std::string(text) + ": its valid range is " + range);
+                  inQuotes(def.name) + " cannot be " + shown(text) + ": its valid range is " + range);
 }
 
 host::ParamValue parseSlider(const PF_ParamDef& def, std::string_view text) {

@@ -76,7 +76,7 @@ std::optional<Assignment> assignmentOf(const host::Session& session, std::string
     const std::size_t equals = inner.find('=');
     const bool isText = inner.find('\0') == std::string_view::npos;
     if (equals == std::string_view::npos || !isText)
-        throw Failure(ExitCode::Usage, "a line takes LABEL=VALUE, not " + inQuotes(printable(inner)));
+        throw Failure(ExitCode::Usage, "a line takes LABEL=VALUE, not " + inQuotes(inner));
     const std::string_view label = trimmed(inner.substr(0, equals));
     const std::string_view value = inner.substr(equals + 1);
     if (const auto component = componentOf(session, label))

@@ -12,14 +12,6 @@ namespace kovalune {
 
 namespace {
 
-void tell(const char* text) noexcept {
-    try {
-        std::fprintf(stderr, "kovalune: %s\n", printable(text).c_str());
-    } catch (const std::bad_alloc&) {
-        std::fputs("kovalune: not enough memory\n", stderr);
-    }
-}
-
 int report(ExitCode code, const char* text) noexcept {
     tell(text);
     return static_cast<int>(code);
@@ -33,6 +25,14 @@ int report(ExitCode code, const char* text) noexcept {
 }
 
 } // namespace
+
+void tell(std::string_view text) noexcept {
+    try {
+        std::fprintf(stderr, "kovalune: %s\n", printable(text).c_str());
+    } catch (const std::bad_alloc&) {
+        std::fputs("kovalune: not enough memory\n", stderr);
+    }
+}
 
 int reporting(const std::function<ExitCode()>& body) noexcept {
     try {

@@ -88,5 +88,38 @@ TEST(ReportingDeathTest, EndsByTheSignalWhereNobodyReadsTheMessage) {
     EXPECT_EXIT(endWithBrokenPipe(), testing::KilledBySignal(SIGTERM), "");
 }
 
+TEST(Reporting, NoControlCharacterReachesATerminal) {
+    const Report report = reportOf(
+        []() -> ExitCode { throw Failure(ExitCode::File, "\x1b[2J \x9b\x31m \xc2\x9b \x7f \xe2\x9b \r"); });
+    EXPECT_EQ(report.text, "kovalune: \\x1b[2J \\x9b1m \\xc2\\x9b \\x7f \xe2\\x9b \\r\n");
+    const Report words = reportOf([]() -> ExitCode { throw Failure(ExitCode::File, "ほこり é \xe9"); });
+    EXPECT_EQ(words.text, "kovalune: ほこり é \xe9\n");
+}
+
+TEST(Reporting, OfALongTextOfTheUserTwoEndsAreShown) {
+    const std::string most(kMostShownBytes, 'x');
+    EXPECT_EQ(shown(most), most);
+    EXPECT_EQ(inQuotes(most), "'" + most + "'");
+    const std::string half(kMostShownBytes / 2, 'a');
+    const std::string otherHalf(kMostShownBytes / 2, 'b');
+    EXPECT_EQ(shown(half + "+" + otherHalf), half + "..." + otherHalf);
+    EXPECT_EQ(inQuotes(half + std::string(100000, '+') + otherHalf), "'" + half + "..." + otherHalf + "'");
+}
+
+TEST(Reporting, NoCharacterOfALongTextIsCut) {
+    std::string text;
+    for (int i = 0; i < 300; ++i)
+        text += "ほ";
+    for (const char* const before : {"", "x", "xx"}) {
+        const std::string line = shown(before + text + before);
+        EXPECT_LE(line.size(), kMostShownBytes + 3);
+        const std::size_t dots = line.find("...");
+        ASSERT_NE(dots, std::string::npos);
+        EXPECT_EQ((dots - std::string_view(before).size()) % 3, 0U);
+        EXPECT_EQ((line.size() - dots - 3 - std::string_view(before).size()) % 3, 0U);
+    }
+    EXPECT_EQ(shown(std::string(1000, '\x1b')).size() % 4, 3U);
+}
+
 } // namespace
 } // namespace kovalune::tests

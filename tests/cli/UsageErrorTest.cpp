@@ -1,5 +1,7 @@
 #include "tests/cli/ErrorCase.h"
 
+#include <algorithm>
+
 namespace kovalune::tests {
 namespace {
 
@@ -66,6 +68,46 @@ TEST_F(UsageError, LabelsThatSeveralParametersHave) {
     expectRefused({"--plugin", KOVALUNE_TEST_EFFECT, "--set", "Same=1"}, {"'Same'", "2 parameters"});
     expectRefused({"--plugin", KOVALUNE_TEST_EFFECT, "--set", "Place=1"}, {"'Place'", "cannot be set"});
     expectRefused({"--plugin", KOVALUNE_TEST_EFFECT, "--view", "Base"}, {"'View'"});
+}
+
+// Two texts of the user in one message, and what the command itself says about them.
+TEST_F(UsageError, LongTextsAreCut) {
+    const std::string longText(5000, 'x');
+    writeBytes(folder_ / "long.params", {longText.begin(), longText.end()});
+    std::string folders = ".";
+    for (int i = 0; i < 500; ++i)
+        folders += "/.";
+    const std::vector<std::vector<std::string>> commands = {
+        {longText},
+        {"render", "in.png", "-o", "old.png", "--" + longText},
+        {"render", "in.png", "-o", "old.png", longText},
+        {"render", "in.png", "-o", "old.png", "--threads", longText},
+        {"render", "in.png", "-o", "old.png", "--depth", longText},
+        {"render", "in.png", "-o", "old.png", "--alpha", longText},
+        {"render", "in.png", "-o", "old.png", "--downsample", longText},
+        {"render", "in.png", "-o", "old.png", "--quiet=" + longText},
+        {"render", "in.png", "-o", "old.png", "--set", longText},
+        {"render", "in.png", "-o", "old.png", "--set", longText + "=3"},
+        {"render", "in.png", "-o", "old.png", "--set", "Blur Amount=" + longText},
+        {"render", "in.png", "-o", "old.png", "--set", "Blur Amount=1" + std::string(5000, '0')},
+        {"render", "in.png", "-o", "old.png", "--view", longText},
+        {"render", "in.png", "-o", "old.png", "--params", folders + "/long.params"},
+        {"render", "in.png", "-o", "old.png", "--plugin", folders + "/in.png"},
+        {"render", longText, "-o", "old.png"},
+        {"render", "in.png", "-o", longText + ".png"},
+        {"render", "in.png", "-o", longText + '/' + longText + ".png"},
+        {"pick", "in.png", longText},
+        {"defaults", longText}};
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    for (const std::vector<std::string>& words : commands) {
+        const CommandOutcome outcome = runCommand(words, setting);
+        EXPECT_NE(outcome.exitCode, 0);
+        EXPECT_TRUE(outcome.hasOneErrorLine()) << outcome.err;
+        EXPECT_LT(outcome.err.size(), 700U) << outcome.err;
+        const auto isOfTheUser = [](char letter) { return letter == 'x' || letter == '0' || letter == '/'; };
+        EXPECT_LE(std::count_if(outcome.err.begin(), outcome.err.end(), isOfTheUser), 310) << outcome.err;
+    }
 }
 
 } // namespace
