@@ -2,7 +2,7 @@
 
 #include "cli/AsciiText.h"
 #include "cli/Failure.h"
-#include "cli/NearestNames.h"
+#include "cli/UsageFailure.h"
 
 #include <CLI/CLI.hpp>
 
@@ -18,7 +18,6 @@ namespace {
 
 constexpr char kProgram[] = "kovalune";
 constexpr char kVersionLine[] = "kovalune " KOVALUNE_VERSION;
-constexpr char kUsageHint[] = "; 'kovalune --help' shows the usage";
 constexpr char kExitCodes[] =
     "Example:\n"
     "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\"\n"
@@ -330,50 +329,6 @@ void addCompare(CLI::App& command, CompareArguments& arguments) {
         "Exit code: 0 the same, 1 different."));
 }
 
-// The names that a word on the command line may have.
-std::vector<std::string> optionNames(const CLI::App& command) {
-    std::vector<std::string> names;
-    for (const CLI::Option* option : command.get_options()) {
-        for (const std::string& name : option->get_lnames())
-            names.push_back("--" + name);
-    }
-    return names;
-}
-
-std::string suggestion(const std::string& word, const std::vector<std::string>& names) {
-    const std::vector<std::string> near = nearestNames(word, names, 1);
-    return near.empty() ? "" : "; did you mean " + inQuotes(near.front()) + "?";
-}
-
-[[noreturn]] void failWith(const std::string& text, const std::string& hint) {
-    throw Failure(ExitCode::Usage, text + (hint.empty() ? kUsageHint : hint));
-}
-
-// The parser only says that something is missing or was not expected.
-[[noreturn]] void failUsage(const CLI::App& app, const std::vector<std::string>& commandNames,
-                            const CLI::ParseError& error) {
-    const std::vector<std::string> unknown = app.remaining(true);
-    const auto option = std::find_if(unknown.begin(), unknown.end(), [](const std::string& word) {
-        return word.size() > 1 && word.front() == '-' && word != "--";
-    });
-    const std::vector<CLI::App*> used = app.get_subcommands();
-    if (used.empty() && !unknown.empty()) {
-        std::vector<std::string> names = commandNames;
-        for (const std::string& name : optionNames(app))
-            names.push_back(name);
-        failWith("there is no command or option " + inQuotes(unknown.front()),
-                 suggestion(unknown.front(), names));
-    }
-    if (!used.empty() && option != unknown.end()) {
-        const std::string name = option->substr(0, option->find('='));
-        failWith("'kovalune " + used.front()->get_name() + "' has no option " + inQuotes(name),
-                 suggestion(name, optionNames(*used.front())));
-    }
-    std::string text = error.what();
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    failWith(text, {});
-}
-
 // Every sub-command with its record, in the order of the help.
 class CommandLine {
 public:
@@ -410,9 +365,9 @@ public:
         } catch (const CLI::CallForVersion& version) {
             return ShownText{std::string(version.what()) + '\n'};
         } catch (const CLI::ParseError& error) {
-            failUsage(app_, names_, error);
+            failUsage(app_, error);
         }
-        throw Failure(ExitCode::Usage, "a subcommand is required" + std::string(kUsageHint));
+        throw Failure(ExitCode::Usage, "a subcommand is required; 'kovalune --help' shows the usage");
     }
 
 private:
@@ -422,12 +377,10 @@ private:
         const auto record = std::make_shared<Record>();
         addOptions(*command, *record);
         commands_.emplace_back(command, [record] { return Arguments(*record); });
-        names_.push_back(name);
     }
 
     CLI::App app_{"Softens flat-colour drawings region by region, each inside itself.", kProgram};
     std::vector<std::pair<CLI::App*, std::function<Arguments()>>> commands_;
-    std::vector<std::string> names_;
 };
 
 } // namespace
