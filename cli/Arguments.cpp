@@ -2,6 +2,7 @@
 
 #include "cli/AsciiText.h"
 #include "cli/Failure.h"
+#include "cli/SeveralPictures.h"
 #include "cli/UsageFailure.h"
 
 #include <CLI/CLI.hpp>
@@ -9,7 +10,7 @@
 #include <algorithm>
 #include <charconv>
 #include <functional>
-#include <map>
+#include <span>
 #include <string_view>
 
 namespace kovalune {
@@ -32,17 +33,37 @@ std::string example(const std::string& line, const std::string& more = {}) {
     return "Example:\n  kovalune " + line + (more.empty() ? "" : "\n\n" + more);
 }
 
-void addInput(CLI::App& command, std::string& input) {
-    command.add_option("INPUT", input, "The picture to read: PNG, TIFF, OpenEXR or TGA")->required();
+// For the parser an empty answer is consent.
+using NameCheck = void (*)(const std::string& name, const std::string& command);
+
+void checkName(CLI::App& command, CLI::Option& option, NameCheck check) {
+    option.check([check, name = command.get_name()](const std::string& text) {
+        check(text, name);
+        return std::string();
+    });
 }
 
-void addOutput(CLI::App& command, std::string& output) {
-    command
-        .add_option(
-            "-o,--output", output,
-            "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
-        ->required()
-        ->option_text("FILE REQUIRED");
+CLI::Option* addInput(CLI::App& command, std::string& input) {
+    CLI::Option* const option =
+        command.add_option("INPUT", input, "The picture to read: PNG, TIFF, OpenEXR or TGA");
+    checkName(command, *option, checkReadName);
+    return option;
+}
+
+CLI::Option* addOutput(CLI::App& command, std::string& output) {
+    CLI::Option* const option =
+        command
+            .add_option(
+                "-o,--output", output,
+                "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
+            ->option_text("FILE");
+    checkName(command, *option, checkWriteName);
+    return option;
+}
+
+void addRequiredFiles(CLI::App& command, std::string& input, std::string& output) {
+    addInput(command, input)->required();
+    addOutput(command, output)->required()->option_text("FILE REQUIRED");
 }
 
 // Decimal digits with a sign before them at the most; the parser's own reading takes 010 for eight.
@@ -52,13 +73,17 @@ bool readWhole(std::string_view text, Number& value) {
     return end.ec == std::errc() && end.ptr == text.data() + text.size();
 }
 
+[[noreturn]] void refuse(const std::string& name, const std::string& takes, const std::string& text) {
+    throw CLI::ValidationError(name + " takes " + takes + ", not " + inQuotes(text));
+}
+
 CLI::Option* addWhole(CLI::App& command, const std::string& name, int& value, int lowest, int highest,
                       const std::string& what) {
     const auto set = [name, &value, lowest, highest](const std::string& text) {
         int read = 0;
         if (!readWhole(text, read) || read < lowest || read > highest)
-            throw CLI::ValidationError(name, "takes a whole number, " + std::to_string(lowest) + " to " +
-                                                 std::to_string(highest) + ", not '" + text + "'");
+            refuse(name, "a whole number, " + std::to_string(lowest) + " to " + std::to_string(highest),
+                   text);
         value = read;
     };
     return command.add_option_function<std::string>(name, set, what)->option_text("N");
@@ -83,6 +108,10 @@ void addSettings(CLI::App& command, EffectArguments& effect) {
     command
         .add_option("--params", effect.paramsFile,
                     "Set the parameters of this file first, one LABEL=VALUE a line")
+        ->check([](const std::string& text) {
+            checkParamsName(text);
+            return std::string();
+        })
         ->option_text("FILE");
     addFactory(command, effect.factory);
 }
@@ -94,20 +123,29 @@ void addEffect(CLI::App& command, EffectArguments& effect) {
     addPlugin(command, effect.plugin);
 }
 
+template <typename Value>
+using Choices = std::vector<std::pair<std::string, Value>>;
+
+// "a, b or c"
+template <typename Value>
+std::string wordsOf(const Choices<Value>& choices) {
+    std::string words;
+    for (std::size_t i = 0; i < choices.size(); ++i)
+        words += (i == 0 ? "" : i + 1 < choices.size() ? ", " : " or ") + choices[i].first;
+    return words;
+}
+
 // One of a few words, without case.
 template <typename Value>
 CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
-                       const std::map<std::string, Value>& choices, const std::string& what) {
+                       const Choices<Value>& choices, const std::string& what) {
     const auto choose = [name, choices, &value](const std::string& text) {
-        std::string words;
-        for (const auto& [word, choice] : choices) {
-            if (equalWithoutCase(word, text)) {
-                value = choice;
-                return;
-            }
-            words += (words.empty() ? "" : " or ") + word;
-        }
-        throw CLI::ValidationError(name, "takes " + words + ", not '" + text + "'");
+        const auto choice = std::find_if(choices.begin(), choices.end(), [&text](const auto& known) {
+            return equalWithoutCase(known.first, text);
+        });
+        if (choice == choices.end())
+            refuse(name, wordsOf(choices), text);
+        value = choice->second;
     };
     return command.add_option_function<std::string>(name, choose, what);
 }
@@ -115,22 +153,15 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
 void addAlpha(CLI::App& command, std::optional<AlphaKind>& alphaKind) {
     addChoice<std::optional<AlphaKind>>(
         command, "--alpha", alphaKind,
-        {{"straight", AlphaKind::Straight}, {"premultiplied", AlphaKind::Premultiplied}},
+        {{"premultiplied", AlphaKind::Premultiplied}, {"straight", AlphaKind::Straight}},
         "Take the files' alpha as this, whatever they say: straight, premultiplied")
         ->option_text("KIND");
 }
 
 void addDepth(CLI::App& command, std::optional<int>& depth) {
-    command
-        .add_option_function<std::string>(
-            "--depth",
-            [&depth](const std::string& text) {
-                if (!equalWithoutCase(text, "auto"))
-                    depth = std::stoi(text);
-            },
-            "Bits a channel to work in: 8, 16, 32 or auto (the file's); the written file has the nearest "
-            "depth")
-        ->check(CLI::IsMember({"8", "16", "32", "auto"}, CLI::ignore_case).description(""))
+    addChoice<std::optional<int>>(
+        command, "--depth", depth, {{"8", 8}, {"16", 16}, {"32", 32}, {"auto", std::nullopt}},
+        "Bits a channel to work in: 8, 16, 32 or auto (the file's); the written file has the nearest depth")
         ->option_text("N");
 }
 
@@ -142,8 +173,7 @@ Fraction parsedFraction(const std::string& text) {
     if (slash == std::string::npos || !readWhole(text.substr(0, slash), fraction.numerator) ||
         !readWhole(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
         fraction.denominator < fraction.numerator || fraction.denominator > kMost)
-        throw CLI::ValidationError("--downsample", "takes N/D or N/D,N/D with 1 <= N <= D <= " +
-                                                       std::to_string(kMost) + ", not '" + text + "'");
+        refuse("--downsample", "N/D or N/D,N/D with 1 <= N <= D <= " + std::to_string(kMost), text);
     return fraction;
 }
 
@@ -171,12 +201,8 @@ void addView(CLI::App& command, std::optional<std::string>& view) {
 
 void addRender(CLI::App& command, RenderArguments& arguments) {
     command.description("Put a picture through the effect");
-    command.add_option("INPUT", arguments.input, "The picture to read: PNG, TIFF, OpenEXR or TGA");
-    command
-        .add_option(
-            "-o,--output", arguments.output,
-            "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
-        ->option_text("FILE");
+    addInput(command, arguments.input);
+    addOutput(command, arguments.output);
     addEffect(command, arguments.effect);
     addView(command, arguments.view);
     command.add_flag("--print-params", arguments.printParams,
@@ -200,8 +226,7 @@ void checkFiles(const RenderArguments& arguments) {
 
 void addSheet(CLI::App& command, SheetArguments& arguments) {
     command.description("Draw all views of a picture side by side with their names");
-    addInput(command, arguments.input);
-    addOutput(command, arguments.output);
+    addRequiredFiles(command, arguments.input, arguments.output);
     addEffect(command, arguments.effect);
     addFrame(command, arguments.frame);
     command.footer(example("sheet drawing.png -o views.png --params jacket.txt"));
@@ -217,7 +242,7 @@ void addNumber(CLI::App& command, const std::string& name, std::int32_t& value, 
 void addKey(CLI::App& command, SmoothArguments& arguments) {
     CLI::Option* const key =
         addChoice<SmoothKey>(command, "--key", arguments.options.key,
-                             {{"remove", SmoothKey::kRemove}, {"only", SmoothKey::kOnly}},
+                             {{"only", SmoothKey::kOnly}, {"remove", SmoothKey::kRemove}},
                              "Leave out the key colour, or all but it: remove, only")
             ->option_text("USE");
     command
@@ -230,8 +255,7 @@ void addKey(CLI::App& command, SmoothArguments& arguments) {
 
 void addSmooth(CLI::App& command, SmoothArguments& arguments) {
     command.description("Turn stair-steps into ramps: the effect's anti-aliasing alone, on any picture");
-    addInput(command, arguments.input);
-    addOutput(command, arguments.output);
+    addRequiredFiles(command, arguments.input, arguments.output);
     addNumber(command, "--threshold", arguments.options.threshold, kThresholdRange,
               "Neighbours are apart where their channels' differences add up to more");
     addNumber(command, "--strength", arguments.options.strength, kStrengthRange,
@@ -275,7 +299,7 @@ void checkAction(const DefaultsArguments& arguments) {
     const bool hasValues =
         effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
     if (arguments.action != DefaultsAction::Save && hasValues)
-        throw CLI::ValidationError("defaults", "only save takes --set, --params, --view and --factory");
+        throw CLI::ValidationError("only save takes --set, --params, --view and --factory");
 }
 
 void addInfo(CLI::App& command, InfoArguments& arguments) {
@@ -286,7 +310,7 @@ void addInfo(CLI::App& command, InfoArguments& arguments) {
 
 void addColors(CLI::App& command, ColorsArguments& arguments) {
     command.description("List the flat colours of a picture by their share");
-    addInput(command, arguments.input);
+    addInput(command, arguments.input)->required();
     command.add_option("-o,--output", arguments.output, "Draw them as a picture too")->option_text("FILE");
     addWhole(command, "--most", arguments.most, 0, 1 << 30, "List so many, 0 for all; default 32");
     addAlpha(command, arguments.alphaKind);
@@ -299,7 +323,7 @@ void addColors(CLI::App& command, ColorsArguments& arguments) {
 
 void addPick(CLI::App& command, PickArguments& arguments) {
     command.description("Tell the exact values of one pixel");
-    addInput(command, arguments.input);
+    addInput(command, arguments.input)->required();
     command
         .add_option_function<std::string>(
             "PIXEL",
@@ -307,8 +331,7 @@ void addPick(CLI::App& command, PickArguments& arguments) {
                 const std::size_t comma = text.find(',');
                 if (comma == std::string::npos || !readWhole(text.substr(0, comma), arguments.x) ||
                     !readWhole(text.substr(comma + 1), arguments.y))
-                    throw CLI::ValidationError(
-                        "PIXEL", "takes X,Y, two whole numbers from 0,0 at the top left, not '" + text + "'");
+                    refuse("PIXEL", "X,Y, two whole numbers from 0,0 at the top left", text);
             },
             "The pixel, counted from 0,0 at the top left")
         ->required()
@@ -319,8 +342,8 @@ void addPick(CLI::App& command, PickArguments& arguments) {
 
 void addCompare(CLI::App& command, CompareArguments& arguments) {
     command.description("Tell whether two pictures are the same, and where not");
-    command.add_option("A", arguments.first, "A picture")->required();
-    command.add_option("B", arguments.second, "Another one")->required();
+    checkName(command, *command.add_option("A", arguments.first, "A picture")->required(), checkReadName);
+    checkName(command, *command.add_option("B", arguments.second, "Another one")->required(), checkReadName);
     command.add_option("--diff", arguments.diff, "Draw where they differ")->option_text("FILE");
     command.footer(example(
         "compare before.png after.png --diff where.png",
@@ -345,11 +368,15 @@ public:
         add<ParamsArguments>("params", addParams);
         add<DefaultsArguments>("defaults", addDefaults);
         add<InfoArguments>("info", addInfo);
+        addHelp();
     }
 
     Arguments parse(int count, const char* const* words) {
+        checkQuotes({words, static_cast<std::size_t>(count)});
         try {
             app_.parse(count, words);
+            if (help_->parsed())
+                return ShownText{helpText()};
             for (const auto& [command, arguments] : commands_) {
                 if (!command->parsed())
                     continue;
@@ -379,8 +406,29 @@ private:
         commands_.emplace_back(command, [record] { return Arguments(*record); });
     }
 
+    void addHelp() {
+        help_ = app_.add_subcommand("help", "Show what --help behind a command shows");
+        help_->add_option("COMMAND", topic_, "The command; without one, all commands are listed")
+            ->option_text(" ");
+        help_->footer(example("help render"));
+    }
+
+    // Of one command or of all.
+    std::string helpText() const {
+        const auto isTopic = [this](const CLI::App* command) { return command->get_name() == topic_; };
+        const std::vector<const CLI::App*> commands = app_.get_subcommands(isTopic);
+        if (!topic_.empty() && commands.empty())
+            failUnknownCommand(app_, topic_);
+        const std::string program = kProgram;
+        return app_.get_formatter()->make_help(topic_.empty() ? &app_ : commands.front(),
+                                               topic_.empty() ? program : program + ' ' + topic_,
+                                               CLI::AppFormatMode::Normal);
+    }
+
     CLI::App app_{"Softens flat-colour drawings region by region, each inside itself.", kProgram};
     std::vector<std::pair<CLI::App*, std::function<Arguments()>>> commands_;
+    CLI::App* help_ = nullptr;
+    std::string topic_; // of it
 };
 
 } // namespace

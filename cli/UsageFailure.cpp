@@ -1,19 +1,31 @@
 #include "cli/UsageFailure.h"
 
+#include "cli/AsciiText.h"
 #include "cli/Failure.h"
 #include "cli/NearestNames.h"
+#include "cli/SeveralPictures.h"
 
 #include <CLI/CLI.hpp>
 
 #include <algorithm>
 #include <string>
+#include <string_view>
 #include <vector>
 
 namespace kovalune {
 
 namespace {
 
-constexpr char kUsageHint[] = "; 'kovalune --help' shows the usage";
+constexpr char kOutput[] = "--output";
+
+// Ends the messages that tell nothing else to write.
+std::string usageHint(const std::string& command) {
+    return "; 'kovalune " + (command.empty() ? "" : command + ' ') + "--help' shows the usage";
+}
+
+[[noreturn]] void fail(const std::string& text) {
+    throw Failure(ExitCode::Usage, text);
+}
 
 std::vector<std::string> commandNames(const CLI::App& app) {
     std::vector<std::string> names;
@@ -32,38 +44,153 @@ std::vector<std::string> optionNames(const CLI::App& command) {
     return names;
 }
 
-std::string suggestion(const std::string& word, const std::vector<std::string>& names) {
+// Of the names, one that the word begins, or else the nearest; empty if none is near.
+std::string meantBy(const std::string& word, const std::vector<std::string>& names) {
+    constexpr std::size_t kLeast = 4; // "--o" may be anything
+    for (const std::string& name : names) {
+        if (word.size() >= kLeast && name.starts_with(word))
+            return name;
+    }
     const std::vector<std::string> near = nearestNames(word, names, 1);
-    return near.empty() ? "" : "; did you mean " + inQuotes(near.front()) + "?";
+    return near.empty() ? "" : near.front();
 }
 
-[[noreturn]] void failWith(const std::string& text, const std::string& hint) {
-    throw Failure(ExitCode::Usage, text + (hint.empty() ? kUsageHint : hint));
+// A question if something may have been meant, else the hint.
+std::string suggestion(const std::string& word, const std::vector<std::string>& names,
+                       const std::string& command) {
+    const std::string meant = meantBy(word, names);
+    return meant.empty() ? usageHint(command) : "; did you mean " + inQuotes(meant) + "?";
+}
+
+[[noreturn]] void failUnknownOption(const CLI::App& command, const std::string& word) {
+    const std::string name = word.substr(0, word.find('='));
+    const std::vector<std::string> names = optionNames(command);
+    if (std::find(names.begin(), names.end(), name) != names.end())
+        fail("options stand behind the command: kovalune " + command.get_name() + ' ' + name);
+    fail("'kovalune " + command.get_name() + "' has no option " + inQuotes(name) +
+         suggestion(name, names, command.get_name()));
+}
+
+// Words that are neither options nor have a place.
+[[noreturn]] void failExtra(const CLI::App& command, const std::vector<std::string>& words) {
+    const std::string& name = command.get_name();
+    const std::string several = loopOver(kAnyPicture, name);
+    if (several.empty())
+        fail("'kovalune " + name + "' takes no " + inQuotes(words.front()) + " here" + usageHint(name));
+    const std::string text =
+        "'kovalune " + name + "' takes one picture, and " + inQuotes(words.front()) + " is one more";
+    const CLI::Option* const output = command.get_option_no_throw(kOutput);
+    const bool lacksOutput = output != nullptr && output->count() == 0 && name != "colors";
+    fail(text + (lacksOutput && words.size() == 1 ? "; the picture to write stands behind -o" : several));
+}
+
+// The option had too many values or none.
+[[noreturn]] void failCount(const CLI::App& command, const std::string& text) {
+    const std::string name = text.substr(0, text.find(':'));
+    const CLI::Option* const option = command.get_option_no_throw(name);
+    const std::string hint = usageHint(command.get_name());
+    if (option == nullptr)
+        fail(text + hint);
+    if (option->count() > 1)
+        fail(name + " was given " +
+             (option->count() == 2 ? "twice" : std::to_string(option->count()) + " times") +
+             ", and counts once" + hint);
+    fail(name + " needs a value behind it" + hint);
+}
+
+// An option without a value was given one: "Could not convert: --quiet = loud".
+[[noreturn]] void failFlag(std::string_view text) {
+    const std::size_t start = std::min(text.find('-'), text.size());
+    fail(std::string(text.substr(start, text.find(' ', start) - start)) + " takes no value");
+}
+
+// The value of "--set VALUE" or "--set=VALUE" at this place, and the place behind it.
+struct Setting {
+    std::string_view value;
+    std::size_t behind = 0;
+};
+
+bool settingAt(std::span<const char* const> words, std::size_t at, Setting& setting) {
+    constexpr std::string_view kJoined = "--set=";
+    const std::string_view word = words[at];
+    if (word == "--set" && at + 1 < words.size())
+        setting = {words[at + 1], at + 2};
+    else if (word.starts_with(kJoined))
+        setting = {word.substr(kJoined.size()), at + 1};
+    else
+        return false;
+    return true;
+}
+
+// What a setting was before the shell cut it at its blanks; empty if it is whole.
+std::string uncut(std::span<const char* const> words, const Setting& setting) {
+    constexpr std::size_t kMostWords = 6; // as in "1 : Boundary Blur = 3"
+    std::string text(setting.value);
+    if (text.find('=') != std::string::npos)
+        return {};
+    const std::size_t end = std::min(words.size(), setting.behind + kMostWords);
+    for (std::size_t at = setting.behind; at < end && words[at][0] != '-'; ++at) {
+        text += ' ' + std::string(words[at]);
+        if (text.find('=') != std::string::npos)
+            return text.back() == '=' && at + 1 < words.size() ? text + ' ' + words[at + 1] : text;
+    }
+    return {};
+}
+
+// Whether a choice "Process 1" was cut behind its word.
+bool isCutProcess(std::string_view value, std::span<const char* const> words, std::size_t behind) {
+    constexpr std::string_view kProcess = "process";
+    const std::string folded = foldedCase(value);
+    if (!folded.ends_with(kProcess) || behind >= words.size())
+        return false;
+    const std::string_view next = words[behind];
+    return next.size() == 1 && next.front() >= '1' && next.front() <= '4';
 }
 
 } // namespace
 
+void checkQuotes(std::span<const char* const> words) {
+    constexpr char kReason[] = " takes one word, so what has blanks needs quotes: ";
+    for (std::size_t at = 1; at < words.size() && std::string_view(words[at]) != "--"; ++at) {
+        Setting setting;
+        if (settingAt(words, at, setting)) {
+            std::string whole = uncut(words, setting);
+            if (whole.empty() && isCutProcess(setting.value, words, setting.behind))
+                whole = std::string(setting.value) + ' ' + words[setting.behind];
+            if (!whole.empty())
+                fail("--set" + std::string(kReason) + "--set \"" + shown(whole) + '"');
+        } else if (std::string_view(words[at]) == "--view" && at + 2 < words.size() &&
+                   isCutProcess(words[at + 1], words, at + 2)) {
+            fail("--view" + std::string(kReason) + "--view \"" + shown(words[at + 1]) + ' ' + words[at + 2] +
+                 '"');
+        }
+    }
+}
+
+void failUnknownCommand(const CLI::App& app, const std::string& word) {
+    std::vector<std::string> names = commandNames(app);
+    for (const std::string& name : optionNames(app))
+        names.push_back(name);
+    fail("there is no command or option " + inQuotes(word) + suggestion(word, names, {}));
+}
+
 void failUsage(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining(true);
+    const std::vector<CLI::App*> used = app.get_subcommands();
+    if (used.empty() && !unknown.empty())
+        failUnknownCommand(app, unknown.front());
     const auto option = std::find_if(unknown.begin(), unknown.end(), [](const std::string& word) {
         return word.size() > 1 && word.front() == '-' && word != "--";
     });
-    const std::vector<CLI::App*> used = app.get_subcommands();
-    if (used.empty() && !unknown.empty()) {
-        std::vector<std::string> names = commandNames(app);
-        for (const std::string& name : optionNames(app))
-            names.push_back(name);
-        failWith("there is no command or option " + inQuotes(unknown.front()),
-                 suggestion(unknown.front(), names));
-    }
-    if (!used.empty() && option != unknown.end()) {
-        const std::string name = option->substr(0, option->find('='));
-        failWith("'kovalune " + used.front()->get_name() + "' has no option " + inQuotes(name),
-                 suggestion(name, optionNames(*used.front())));
-    }
-    std::string text = error.what();
-    std::replace(text.begin(), text.end(), '\n', ' ');
-    failWith(text, {});
+    if (!used.empty() && option != unknown.end())
+        failUnknownOption(*used.front(), *option);
+    if (!used.empty() && !unknown.empty())
+        failExtra(*used.front(), unknown);
+    if (!used.empty() && dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
+        failCount(*used.front(), error.what());
+    if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr)
+        failFlag(error.what());
+    fail(error.what() + usageHint(used.empty() ? "" : used.front()->get_name()));
 }
 
 } // namespace kovalune

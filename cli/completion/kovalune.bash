@@ -172,6 +172,8 @@ _kovalune() {
         _kovalune_offer "$typed" < <(_kovalune_names Options "$sub")
     elif [[ $sub == defaults ]]; then
         _kovalune_offer "$typed" <<<$'save\nforget\nshow'
+    elif [[ $sub == help ]]; then
+        _kovalune_offer "$typed" < <(_kovalune_names Subcommands)
     elif [[ $(_kovalune_help Positionals "$sub") ]]; then
         _kovalune_pictures "$typed"
     fi

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <system_error>
 
 namespace kovalune {
 
@@ -117,6 +118,11 @@ std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
 }
 
 FileFormat checkedOutputFormat(const std::filesystem::path& output) {
+    std::error_code error;
+    if (std::filesystem::is_directory(output, error) || !output.has_filename())
+        throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
+                                          ": it is a folder; name the file too, as in " +
+                                          inQuotes((output / "soft.png").string()));
     const std::optional<FileFormat> format = formatOfName(output);
     if (!format)
         throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +

@@ -77,10 +77,10 @@ TEST(Arguments, WrongFormsAreNamed) {
     EXPECT_NE(failure({"render", "-o", "x"}).find("INPUT"), std::string::npos);
     EXPECT_NE(failure({"render", "x"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o"}).find("--output"), std::string::npos);
-    EXPECT_NE(failure({"render", "x", "-o", "y", "z"}).find(" z"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "-o", "y", "z"}).find("'z'"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "--bogus"}).find("--bogus"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "-o", "z"}).find("--output"), std::string::npos);
-    EXPECT_NE(failure({"params", "x"}).find(" x"), std::string::npos);
+    EXPECT_NE(failure({"params", "x"}).find("'x'"), std::string::npos);
 }
 
 TEST(Arguments, MistypedNamesAreAnsweredWithTheNearest) {
@@ -89,6 +89,20 @@ TEST(Arguments, MistypedNamesAreAnsweredWithTheNearest) {
     EXPECT_NE(failure({"render", "x", "-o", "y", "--thread=3"}).find("did you mean '--threads'?"),
               std::string::npos);
     EXPECT_EQ(failure({"render", "x", "-o", "y", "--zzzzzzzzz"}).find("did you mean"), std::string::npos);
+}
+
+TEST(Arguments, TheBeginningOfAnOptionMeansIt) {
+    EXPECT_NE(failure({"render", "x", "--out", "y"}).find("did you mean '--output'?"), std::string::npos);
+    EXPECT_NE(failure({"render", "x", "--thr=3"}).find("did you mean '--threads'?"), std::string::npos);
+}
+
+TEST(Arguments, HelpShowsTheHelpOfACommand) {
+    const auto shownBy = [](const std::vector<const char*>& words) {
+        return std::get<ShownText>(parsed(words)).text;
+    };
+    EXPECT_EQ(shownBy({"help"}), shownBy({"--help"}));
+    for (const char* command : {"render", "defaults", "info", "help"})
+        EXPECT_EQ(shownBy({"help", command}), shownBy({command, "--help"})) << command;
 }
 
 TEST(Arguments, ThreadsGoFromOneToSixtyFour) {

@@ -74,13 +74,14 @@ Words optionsOf(const Words& command) {
     return options;
 }
 
-const Words kCommands = {"colors", "compare", "defaults", "info",  "params",
-                         "pick",   "render",  "sheet",    "smooth"};
+const Words kCommands = {"colors", "compare", "defaults", "help",  "info",
+                         "params", "pick",    "render",   "sheet", "smooth"};
 
 TEST_F(Completion, OffersTheSubCommands) {
     EXPECT_EQ(offered("kovalune "), kCommands);
     EXPECT_EQ(offered("kovalune p"), (Words{"params", "pick"}));
     EXPECT_EQ(offered("kovalune x"), Words{});
+    EXPECT_EQ(offered("kovalune help "), kCommands);
     EXPECT_EQ(offered("kovalune -"), optionsOf({}));
 }
 

@@ -43,13 +43,13 @@ TEST(InfoCommand, TellsWhatTheBuildRunsOn) {
         EXPECT_NE(text.find(start), std::string::npos) << start << " is not in\n" << text;
 }
 
-TEST(InfoCommand, ShowsAnEffectsTextLineByLineWithItsBytes) {
+TEST(InfoCommand, ShowsAnEffectsTextLineByLineWithoutControlBytes) {
     const CommandOutcome outcome = runCommand({"info", "--plugin", KOVALUNE_JSON_EFFECT});
     ASSERT_TRUE(outcome.ok()) << outcome.err;
     expectLines(outcome.out, {"Effect          " KOVALUNE_JSON_EFFECT,               //
                               "About           First",                               //
                               "                second",                              //
-                              "                third \x83",                          //
+                              "                third \\x83",                         //
                               "                \\tfourth",                           //
                               "Effect version  12.3.4 beta, build 511 (0x0421A5FF)", //
                               "Out flags       0x00000408",                          //

@@ -26,6 +26,91 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
     expectRefused({"--threads", "many"}, {"--threads"});
 }
 
+TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
+    const std::string loop =
+        "; for several: mkdir -p out; for f in *.png; do kovalune smooth \"$f\" -o \"out/$f\"; done";
+    expectFailure({"smooth", "a.png", "b.png", "c.png", "-o", "d.png"}, 2,
+                  {"'kovalune smooth' takes one picture, and 'b.png' is one more" + loop});
+    expectFailure({"colors", "a.png", "b.png"}, 2,
+                  {"'b.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
+    expectFailure({"render", "in.png", "new.png"}, 2, {"'new.png'", "stands behind -o"});
+    expectFailure({"pick", "in.png", "1,1", "b.png"}, 2, {"takes no 'b.png'", "'kovalune pick --help'"});
+    expectFailure({"params", "x"}, 2, {"takes no 'x'", "'kovalune params --help'"});
+}
+
+TEST_F(UsageError, NumberedSequencesAreAnsweredWithALoop) {
+    expectFailure(
+        {"render", "seq_####.png", "-o", "old.png"}, 3,
+        {"cannot read 'seq_####.png'", "for f in seq_*.png; do kovalune render \"$f\" -o \"out/$f\"; done"});
+    expectFailure({"colors", "a/s%04d.png"}, 3, {"'a/s%04d.png'", "for f in a/s*.png; do"});
+    expectFailure({"sheet", "my s_##.png", "-o", "old.png"}, 3, {"'my s_##.png'", "for f in *.png; do"});
+    expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "one picture"});
+    expectFailure({"render", "in.png", "-o", "out_####.png"}, 3,
+                  {"cannot write 'out_####.png'", "into its name"});
+}
+
+TEST_F(UsageError, FilesOfSuchNamesArePictures) {
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    for (const char* const name : {"s_####.png", "s%04d.png", "-"}) {
+        std::filesystem::copy_file(folder_ / "in.png", folder_ / name);
+        EXPECT_TRUE(runCommand({"smooth", std::string("./") + name, "-o", "soft#1.png"}, setting).ok())
+            << name;
+    }
+    EXPECT_TRUE(runCommand({"smooth", "in.png", "-o", "s_####.png"}, setting).ok());
+}
+
+TEST_F(UsageError, StandardStreamsAreNoFiles) {
+    expectFailure({"render", "-", "-o", "old.png"}, 2, {"not from the standard input", "'./-'"});
+    expectFailure({"compare", "in.png", "-"}, 2, {"not from the standard input"});
+    expectFailure({"render", "in.png", "-o", "-"}, 2, {"not to the standard output"});
+    expectRefused({"--params", "-"}, {"settings are read from a file"});
+}
+
+TEST_F(UsageError, AFolderIsNoPicture) {
+    std::filesystem::create_directory(folder_ / "out");
+    std::filesystem::create_directory(folder_ / "out.png");
+    for (const std::string name : {"out", "out/", "out.png", "gone/"})
+        expectFailure({"render", "in.png", "-o", name}, 3,
+                      {"cannot write '" + name + "': it is a folder",
+                       (std::filesystem::path(name) / "soft.png").string()});
+}
+
+TEST_F(UsageError, SettingsThatTheShellCut) {
+    const auto expectQuoted = [this](const std::vector<std::string>& words, const std::string& quoted) {
+        expectFailure(words, 2, {"needs quotes: " + quoted + "\n"});
+    };
+    expectQuoted({"render", "--set", "Blur", "Amount=3", "in.png", "-o", "old.png"},
+                 "--set \"Blur Amount=3\"");
+    expectQuoted({"render", "--set", "Blur", "Amount=3", "-o", "old.png"}, "--set \"Blur Amount=3\"");
+    expectQuoted({"render", "in.png", "-o", "old.png", "--set=Blur", "Amount", "=", "3"},
+                 "--set \"Blur Amount = 3\"");
+    expectQuoted({"sheet", "in.png", "-o", "old.png", "--set", "1", ":", "Color=#000000"},
+                 "--set \"1 : Color=#000000\"");
+    expectQuoted({"render", "in.png", "--set", "view=Process", "2", "-o", "old.png"},
+                 "--set \"view=Process 2\"");
+    expectQuoted({"render", "--view", "Process", "4", "in.png", "-o", "old.png"}, "--view \"Process 4\"");
+    expectRefused({"--set", "Blur", "--set", "View=Base"}, {"LABEL=VALUE", "'Blur'"});
+}
+
+TEST_F(UsageError, OptionsOnceWithAValueOfTheirOwn) {
+    expectRefused({"--output", "new.png"}, {"--output was given twice", "'kovalune render --help'"});
+    expectRefused({"--depth", "8", "--depth", "8", "--depth", "8"}, {"--depth was given 3 times"});
+    expectRefused({"--depth"}, {"--depth needs a value"});
+    expectRefused({"--quiet=loud"}, {"--quiet takes no value"});
+    expectRefused({"--depth", "10"}, {"--depth takes 8, 16, 32 or auto, not '10'"});
+    expectRefused({"--alpha", "no"}, {"--alpha takes premultiplied or straight, not 'no'"});
+}
+
+TEST_F(UsageError, TheHintIsTheHelpOfTheCommandAtHand) {
+    expectFailure({}, 2, {"'kovalune --help' shows the usage"});
+    expectFailure({"sheet"}, 2, {"INPUT", "'kovalune sheet --help' shows the usage"});
+    expectFailure({"defaults", "keep"}, 2,
+                  {"save, forget or show", "'kovalune defaults --help' shows the usage"});
+    expectFailure({"help", "rendr"}, 2, {"'rendr'", "did you mean 'render'?"});
+    expectFailure({"--quiet", "render"}, 2, {"kovalune render --quiet"});
+}
+
 TEST_F(UsageError, UnknownLabelsNameTheNearest) {
     expectRefused({"--set", "Blur Amont=3"}, {"'Blur Amont'", "'Blur Amount'"});
     expectRefused({"--set", "Colour 2=#000000"}, {"'Colour 2'", "'Color 2'"});
