@@ -19,6 +19,7 @@ namespace {
 
 constexpr char kProgram[] = "kovalune";
 constexpr char kVersionLine[] = "kovalune " KOVALUNE_VERSION;
+constexpr char kMayBeInput[] = "may be INPUT";
 constexpr char kExitCodes[] =
     "Example:\n"
     "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\"\n"
@@ -50,20 +51,23 @@ CLI::Option* addInput(CLI::App& command, std::string& input) {
     return option;
 }
 
-CLI::Option* addOutput(CLI::App& command, std::string& output) {
-    CLI::Option* const option =
-        command
-            .add_option(
-                "-o,--output", output,
-                "The picture to write; its name's end (.png .tif .exr .tga) says the format; may be INPUT")
-            ->option_text("FILE");
-    checkName(command, *option, checkWriteName);
-    return option;
+void addForce(CLI::App& command, bool& force) {
+    command.add_flag("--force", force, "Replace a write-protected file too");
 }
 
-void addRequiredFiles(CLI::App& command, std::string& input, std::string& output) {
-    addInput(command, input)->required();
-    addOutput(command, output)->required()->option_text("FILE REQUIRED");
+CLI::Option* addOutput(CLI::App& command, std::string& output, bool& force, const std::string& asInput) {
+    CLI::Option* const option = command.add_option(
+        "-o,--output", output,
+        "The picture to write; its name's end (.png .tif .exr .tga) says the format; " + asInput);
+    checkName(command, *option, checkWriteName);
+    addForce(command, force);
+    return option->option_text("FILE");
+}
+
+template <typename Record>
+void addRequiredFiles(CLI::App& command, Record& arguments, const std::string& asInput) {
+    addInput(command, arguments.input)->required();
+    addOutput(command, arguments.output, arguments.force, asInput)->required()->option_text("FILE REQUIRED");
 }
 
 // Decimal digits with a sign before them at the most; the parser's own reading takes 010 for eight.
@@ -202,7 +206,7 @@ void addView(CLI::App& command, std::optional<std::string>& view) {
 void addRender(CLI::App& command, RenderArguments& arguments) {
     command.description("Put a picture through the effect");
     addInput(command, arguments.input);
-    addOutput(command, arguments.output);
+    addOutput(command, arguments.output, arguments.force, kMayBeInput);
     addEffect(command, arguments.effect);
     addView(command, arguments.view);
     command.add_flag("--print-params", arguments.printParams,
@@ -226,7 +230,7 @@ void checkFiles(const RenderArguments& arguments) {
 
 void addSheet(CLI::App& command, SheetArguments& arguments) {
     command.description("Draw all views of a picture side by side with their names");
-    addRequiredFiles(command, arguments.input, arguments.output);
+    addRequiredFiles(command, arguments, "may not be INPUT");
     addEffect(command, arguments.effect);
     addFrame(command, arguments.frame);
     command.footer(example("sheet drawing.png -o views.png --params jacket.txt"));
@@ -255,7 +259,7 @@ void addKey(CLI::App& command, SmoothArguments& arguments) {
 
 void addSmooth(CLI::App& command, SmoothArguments& arguments) {
     command.description("Turn stair-steps into ramps: the effect's anti-aliasing alone, on any picture");
-    addRequiredFiles(command, arguments.input, arguments.output);
+    addRequiredFiles(command, arguments, kMayBeInput);
     addNumber(command, "--threshold", arguments.options.threshold, kThresholdRange,
               "Neighbours are apart where their channels' differences add up to more");
     addNumber(command, "--strength", arguments.options.strength, kStrengthRange,
@@ -312,6 +316,7 @@ void addColors(CLI::App& command, ColorsArguments& arguments) {
     command.description("List the flat colours of a picture by their share");
     addInput(command, arguments.input)->required();
     command.add_option("-o,--output", arguments.output, "Draw them as a picture too")->option_text("FILE");
+    addForce(command, arguments.force);
     addWhole(command, "--most", arguments.most, 0, 1 << 30, "List so many, 0 for all; default 32");
     addAlpha(command, arguments.alphaKind);
     command.footer(
@@ -345,6 +350,7 @@ void addCompare(CLI::App& command, CompareArguments& arguments) {
     checkName(command, *command.add_option("A", arguments.first, "A picture")->required(), checkReadName);
     checkName(command, *command.add_option("B", arguments.second, "Another one")->required(), checkReadName);
     command.add_option("--diff", arguments.diff, "Draw where they differ")->option_text("FILE");
+    addForce(command, arguments.force);
     command.footer(example(
         "compare before.png after.png --diff where.png",
         "Samples are compared exactly, as fractions of white and as they stand in the files; missing alpha "

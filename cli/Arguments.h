@@ -39,11 +39,13 @@ struct FrameArguments {
     bool quiet = false;
 };
 
+// Of every record, `force` lets write-protected files be replaced.
 struct RenderArguments {
     EffectArguments effect;
     FrameArguments frame;
     std::string input; // both empty: nothing is rendered, the parameters are printed
     std::string output;
+    bool force = false;
     std::optional<std::string> view;
     bool printParams = false;
     bool time = false;
@@ -54,12 +56,14 @@ struct SheetArguments {
     FrameArguments frame;
     std::string input;
     std::string output;
+    bool force = false;
 };
 
 // The boundary smoothing alone.
 struct SmoothArguments {
     std::string input;
     std::string output;
+    bool force = false;
     SmoothOptions options; // but for the key's colour
     std::optional<std::string> keyColor;
     std::optional<std::string> flagMap; // a picture of the edge flags
@@ -88,6 +92,7 @@ struct InfoArguments {
 struct ColorsArguments {
     std::string input;
     std::optional<std::string> output; // a picture of the colours
+    bool force = false;
     std::optional<AlphaKind> alphaKind;
     int most = 32; // colours listed; 0: all
 };
@@ -103,6 +108,7 @@ struct CompareArguments {
     std::string first;
     std::string second;
     std::optional<std::string> diff; // a picture of the differences
+    bool force = false;
 };
 
 // What --help and --version ask for.

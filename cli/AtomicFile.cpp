@@ -2,14 +2,18 @@
 
 #include "cli/Failure.h"
 #include "cli/RemovedOnSignal.h"
+#include "cli/SignalAction.h"
 
 #include <array>
 #include <cerrno>
 #include <charconv>
 #include <cstdio>
+#include <deque>
+#include <fcntl.h>
 #include <optional>
 #include <random>
 #include <string>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 #include <utility>
@@ -49,6 +53,10 @@ fs::path targetOf(const fs::path& file) {
     return target;
 }
 
+[[noreturn]] void failInFolder(const fs::path& file, const fs::path& folder, int error) {
+    fail(file, "the folder " + inQuotes(folder.string()) + " takes no new file: " + systemReason(error));
+}
+
 // Some file systems cannot be told to.
 bool cannotFlush(int error) {
     return error == EINVAL || error == ENOSYS || error == ENOTSUP;
@@ -63,21 +71,21 @@ std::string unusualName() {
     return ".kovalune-" + std::string(digits.data(), end.ptr) + ".tmp";
 }
 
-// A new file that is removed at the end unless it was renamed.
+// A new file beside the one that it is to become; it is removed at the end unless it was renamed.
 class TemporaryFile {
 public:
-    // `file` is for messages.
-    TemporaryFile(const fs::path& folder, const fs::path& file) : file_(file) {
+    explicit TemporaryFile(const fs::path& file) : file_(file), target_(targetOf(file)) {
         constexpr int kAttempts = 100;
+        const fs::path folder = folderOf(target_);
         for (int attempt = 0; attempt < kAttempts && stream_ == nullptr; ++attempt) {
             path_ = folder / unusualName();
             onSignal_.emplace(path_);
             stream_ = std::fopen(path_.string().c_str(), "wbx");
             if (stream_ == nullptr && errno != EEXIST)
-                fail(file_, errno);
+                failInFolder(file_, folder, errno);
         }
         if (stream_ == nullptr)
-            fail(file_, EEXIST);
+            failInFolder(file_, folder, EEXIST);
         // A signal that another thread took may have looked for the file before it was there.
         if (onSignal_->struck())
             ::unlink(path_.c_str());
@@ -94,6 +102,7 @@ public:
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
     void write(std::span<const std::uint8_t> bytes) {
+        takeOwnerAndPermissions();
         if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size() || std::fflush(stream_) != 0)
             fail(file_, errno);
         // Before the name changes hands: after a crash it must not stand for a file that never reached the disk.
@@ -103,19 +112,31 @@ public:
             fail(file_, errno);
     }
 
-    void renameTo(const fs::path& target) {
+    void place() {
         std::error_code error;
-        const fs::file_status old = fs::status(target, error);
-        if (!error && fs::is_regular_file(old))
-            fs::permissions(path_, old.permissions(), error);
-        fs::rename(path_, target, error);
+        fs::rename(path_, target_, error);
         if (error)
-            fail(file_, systemReason(error.value()));
+            fail(file_, error.value());
         renamed_ = true;
     }
 
 private:
-    fs::path file_;
+    // Of the file that is replaced, before there is anything in this one that others might read.
+    void takeOwnerAndPermissions() {
+        constexpr mode_t kAll = 07777;
+        constexpr mode_t kPlain = 0777; // without the rights of the owner for whoever runs the file
+        struct stat old {};
+        if (::stat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode))
+            return;
+        const int descriptor = ::fileno(stream_);
+        const bool isOwners = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
+        if (!isOwners && ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
+            errno = 0; // the system allows neither, and it need not
+        ::fchmod(descriptor, old.st_mode & (isOwners ? kAll : kPlain));
+    }
+
+    fs::path file_; // for messages
+    fs::path target_;
     fs::path path_;
     std::optional<RemovedOnSignal> onSignal_;
     std::FILE* stream_ = nullptr;
@@ -124,9 +145,20 @@ private:
 
 } // namespace
 
-void checkWritable(const fs::path& file) {
+bool isWriteProtected(const fs::path& file) {
+    constexpr mode_t kAnybody = 0222;
+    struct stat status {};
+    if (::stat(file.c_str(), &status) != 0)
+        return false;
+    return (status.st_mode & kAnybody) == 0 || (::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0 &&
+                                                (errno == EACCES || errno == EPERM));
+}
+
+void checkWritable(const fs::path& file, bool force) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
+    if (status.type() == fs::file_type::none)
+        fail(file, error.value());
     if (fs::is_directory(status))
         fail(file, "it is a folder");
     if (fs::exists(status) && !fs::is_regular_file(status))
@@ -134,6 +166,9 @@ void checkWritable(const fs::path& file) {
     const fs::path folder = folderOf(targetOf(file));
     if (!fs::is_directory(folder, error))
         fail(file, "there is no folder " + inQuotes(folder.string()));
+    if (!force && isWriteProtected(file))
+        fail(file, "it is write-protected; --force replaces it all the same");
+    const TemporaryFile attempt(file); // only the system knows whether it will
 }
 
 bool nameOneFile(const fs::path& a, const fs::path& b) {
@@ -148,11 +183,18 @@ bool nameOneFile(const fs::path& a, const fs::path& b) {
     return whole(a) == whole(b);
 }
 
+void writeAtomically(std::span<const FileContent> files) {
+    std::deque<TemporaryFile> temporaries;
+    for (const FileContent& each : files)
+        temporaries.emplace_back(each.file).write(each.bytes);
+    const SignalsHeldBack held; // between two renames: the files belong together
+    for (TemporaryFile& temporary : temporaries)
+        temporary.place();
+}
+
 void writeAtomically(const fs::path& file, std::span<const std::uint8_t> bytes) {
-    const fs::path target = targetOf(file);
-    TemporaryFile temporary(folderOf(target), file);
-    temporary.write(bytes);
-    temporary.renameTo(target);
+    const FileContent content = {file, bytes};
+    writeAtomically({&content, 1});
 }
 
 } // namespace kovalune

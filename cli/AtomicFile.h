@@ -7,16 +7,29 @@
 
 namespace kovalune {
 
-// Throws Failure if nothing can be written under this name: its folder is missing, it is a folder or a
-// device. Touches nothing; passing it is no promise that writing succeeds.
-void checkWritable(const std::filesystem::path& file);
+// Whether a file is there that the user may not write, or whose permissions let nobody write it. That many a system
+// lets it be replaced all the same, root's above all, is not what its owner meant.
+bool isWriteProtected(const std::filesystem::path& file);
+
+// Throws Failure if nothing can be written under this name: it is a folder or a device, its folder is missing or takes
+// no files, or without `force` it is write-protected. Leaves nothing behind; passing it is no promise that writing
+// succeeds.
+void checkWritable(const std::filesystem::path& file, bool force = false);
 
 // Whether writing the one would replace the other: links are followed, and neither need exist yet.
 bool nameOneFile(const std::filesystem::path& a, const std::filesystem::path& b);
 
-// On failure, and when a signal ends the process meanwhile, an existing file stays as it was and nothing else is
-// left behind. The bytes are on the disk before they take the name. A link is followed, a dangling one too, and the
-// permissions of a file that is replaced are kept where that is allowed. Throws Failure with the name.
+struct FileContent {
+    std::filesystem::path file;
+    std::span<const std::uint8_t> bytes;
+};
+
+// On failure, and when a signal ends the process meanwhile, existing files stay as they were and nothing else is
+// left behind. All bytes are on the disk before any of them takes a name. A link is followed, a dangling one too; of a
+// file that is replaced the owner and the permissions are kept as far as the system allows, whether it is
+// write-protected or not. At most two files. Throws Failure with the name.
+void writeAtomically(std::span<const FileContent> files);
+
 void writeAtomically(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);
 
 } // namespace kovalune

@@ -1,5 +1,6 @@
 #include "cli/ColorsCommand.h"
 
+#include "cli/AtomicFile.h"
 #include "cli/ColorsPicture.h"
 #include "cli/DrawnFile.h"
 #include "cli/Failure.h"
@@ -94,7 +95,7 @@ void draw(const ColorList& list, const std::string& output) {
     if (!list.fitsAPicture())
         throw Failure(ExitCode::Usage, "cannot draw more than " + std::to_string(kMostPatches - 1) +
                                            " colours as " + inQuotes(output) + "; --most lists fewer");
-    withMemoryFor(output, [&] { writeDrawn(output, list.picture()); });
+    withMemoryFor(output, [&] { writeAtomically(output, encodeDrawn(output, list.picture())); });
 }
 
 std::string textOf(const ColorsArguments& arguments) {
@@ -112,7 +113,7 @@ std::string textOf(const ColorsArguments& arguments) {
 
 std::string colorsText(const ColorsArguments& arguments) {
     if (arguments.output)
-        checkDrawnFile(*arguments.output, {arguments.input});
+        checkDrawnFile(*arguments.output, {arguments.input}, arguments.force);
     return withMemoryFor(arguments.input, [&arguments] { return textOf(arguments); });
 }
 

@@ -1,5 +1,6 @@
 #include "cli/CompareCommand.h"
 
+#include "cli/AtomicFile.h"
 #include "cli/DrawnFile.h"
 #include "cli/NumberText.h"
 #include "cli/PictureDifference.h"
@@ -79,7 +80,7 @@ PictureDifference compareAndDraw(const Picture& a, const Picture& b, const std::
             for (std::size_t i = 0; i < kBright.size(); ++i)
                 drawn.samples[pixel * 3 + i] = kBright[i];
         });
-        writeDrawn(file, drawn);
+        writeAtomically(file, encodeDrawn(file, drawn));
         return difference;
     });
 }
@@ -88,7 +89,7 @@ PictureDifference compareAndDraw(const Picture& a, const Picture& b, const std::
 
 Comparison compareFiles(const CompareArguments& arguments) {
     if (arguments.diff)
-        checkDrawnFile(*arguments.diff, {arguments.first, arguments.second});
+        checkDrawnFile(*arguments.diff, {arguments.first, arguments.second}, arguments.force);
     const Picture a = withMemoryFor(arguments.first, [&] { return readPicture(arguments.first); });
     const Picture b = withMemoryFor(arguments.second, [&] { return readPicture(arguments.second); });
     Comparison result;

@@ -16,20 +16,23 @@ Picture withSampleType(const Picture& drawn, SampleType type) {
 
 } // namespace
 
-void checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others) {
-    checkedOutputFormat(file);
+FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others,
+                          bool force) {
+    const FileFormat format = checkedOutputFormat(file, force);
     for (const std::string& other : others) {
         if (nameOneFile(file, other))
             throw Failure(ExitCode::Usage, "cannot write " + inQuotes(file.string()) +
                                                ": it is the picture " + inQuotes(other) + " of this command");
     }
+    return format;
 }
 
-void writeDrawn(const std::filesystem::path& file, const Picture& drawn, SampleType wanted) {
-    const FileFormat format = checkedOutputFormat(file);
+std::vector<std::uint8_t> encodeDrawn(const std::filesystem::path& file, const Picture& drawn,
+                                      SampleType wanted) {
+    const FileFormat format = formatOfName(file).value();
     const SampleType type = sampleTypeIn(format, wanted);
-    writeAtomically(file, type == drawn.sampleType ? encodePicture(format, drawn)
-                                                   : encodePicture(format, withSampleType(drawn, type)));
+    return type == drawn.sampleType ? encodePicture(format, drawn)
+                                    : encodePicture(format, withSampleType(drawn, type));
 }
 
 } // namespace kovalune

@@ -2,14 +2,18 @@
 // handled already keeps its meaning.
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
+#include <optional>
 
 namespace kovalune {
 
-// One at a time in a process. Begins before the file is made, so that there is no moment between; its name must
-// be one that no other file can have.
+// Begins before the file is made, so that there is no moment between; its name must be one that no other file can
+// have. All of them belong to one thread, and there are never more than kMostAtOnce.
 class RemovedOnSignal {
 public:
+    static constexpr std::size_t kMostAtOnce = 2;
+
     explicit RemovedOnSignal(const std::filesystem::path& file);
     ~RemovedOnSignal(); // the file may stay from here on
     RemovedOnSignal(const RemovedOnSignal&) = delete;
@@ -17,6 +21,9 @@ public:
 
     // Whether a signal has come: the process is about to end.
     bool struck() const;
+
+private:
+    std::optional<std::size_t> place_; // among all; none for a name that is too long
 };
 
 } // namespace kovalune

@@ -67,7 +67,8 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, FileFormat
 
 void runRender(const RenderArguments& arguments) {
     const bool printsOnly = arguments.input.empty();
-    const FileFormat format = printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output);
+    const FileFormat format =
+        printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output, arguments.force);
     OpenEffect effect = openEffect(arguments.effect);
     applySettings(effect.session(), arguments.effect, arguments.view);
     if (printsOnly)

@@ -1,5 +1,6 @@
 #include "cli/SheetCommand.h"
 
+#include "cli/AtomicFile.h"
 #include "cli/DrawnFile.h"
 #include "cli/EffectSettings.h"
 #include "cli/Failure.h"
@@ -83,15 +84,15 @@ void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArg
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
     const SampleType type = outputForm(source.picture, format, arguments.frame).sampleType;
     const SampleType drawn = type == SampleType::Half ? SampleType::Float : type;
-    writeDrawn(arguments.output, drawnSheet(effect, views, source, arguments.frame, drawn), type);
+    const Picture sheet = drawnSheet(effect, views, source, arguments.frame, drawn);
+    writeAtomically(arguments.output, encodeDrawn(arguments.output, sheet, type));
     noteLeftOut(source);
 }
 
 } // namespace
 
 void runSheet(const SheetArguments& arguments) {
-    checkDrawnFile(arguments.output, {arguments.input});
-    const FileFormat format = checkedOutputFormat(arguments.output);
+    const FileFormat format = checkDrawnFile(arguments.output, {arguments.input}, arguments.force);
     OpenEffect effect = openEffect(arguments.effect);
     const std::vector<View> views = viewsOf(effect.session());
     applySettings(effect.session(), arguments.effect, views.front().name);

@@ -29,6 +29,18 @@ void giveSignalBack(int signalNumber, SignalHandler* handler) {
         std::signal(signalNumber, SIG_DFL);
 }
 
+SignalsHeldBack::SignalsHeldBack() {
+    sigset_t held;
+    ::sigemptyset(&held);
+    for (const int signalNumber : kEndingSignals)
+        ::sigaddset(&held, signalNumber);
+    ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+}
+
+SignalsHeldBack::~SignalsHeldBack() {
+    ::pthread_sigmask(SIG_SETMASK, &before_, nullptr);
+}
+
 void endBySignal(int signalNumber) noexcept {
     constexpr int kAsShellsCount = 128;
     std::signal(signalNumber, SIG_DFL);

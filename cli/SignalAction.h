@@ -19,6 +19,18 @@ void takeSignal(int signalNumber, SignalHandler* handler);
 // The default is back, if the signal is still `handler`'s.
 void giveSignalBack(int signalNumber, SignalHandler* handler);
 
+// For as long as this lives, kEndingSignals that come to the calling thread wait.
+class SignalsHeldBack {
+public:
+    SignalsHeldBack();
+    ~SignalsHeldBack();
+    SignalsHeldBack(const SignalsHeldBack&) = delete;
+    SignalsHeldBack& operator=(const SignalsHeldBack&) = delete;
+
+private:
+    sigset_t before_;
+};
+
 // Ends the process as if nothing had ever taken the signal. Who started it learns of the signal only so, not by an
 // exit code: a shell goes on with its loop after any code.
 [[noreturn]] void endBySignal(int signalNumber) noexcept;

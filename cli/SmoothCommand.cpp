@@ -108,20 +108,22 @@ void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, 
     const PictureForm form = outputForm(source.picture, format, arguments.frame);
     const std::vector<std::uint8_t> bytes =
         encodePicture(format, pictureOf(result, source.image, source.picture, form));
-    const std::optional<Picture> map =
-        arguments.flagMap ? std::optional(flagPicture(source.image, options)) : std::nullopt;
-    writeAtomically(arguments.output, bytes);
-    if (map)
-        writeDrawn(*arguments.flagMap, *map);
+    std::vector<FileContent> files = {{arguments.output, bytes}};
+    std::vector<std::uint8_t> mapBytes;
+    if (arguments.flagMap) {
+        mapBytes = encodeDrawn(*arguments.flagMap, flagPicture(source.image, options));
+        files.push_back({*arguments.flagMap, mapBytes});
+    }
+    writeAtomically(files);
     noteLeftOut(source);
 }
 
 } // namespace
 
 void runSmooth(const SmoothArguments& arguments) {
-    const FileFormat format = checkedOutputFormat(arguments.output);
+    const FileFormat format = checkedOutputFormat(arguments.output, arguments.force);
     if (arguments.flagMap)
-        checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output});
+        checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output}, arguments.force);
     const SmoothOptions options = optionsOf(arguments);
     withMemoryFor(arguments.input, [&] { smoothFile(arguments, options, format); });
 }

@@ -117,7 +117,7 @@ std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
     return std::nullopt;
 }
 
-FileFormat checkedOutputFormat(const std::filesystem::path& output) {
+FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) {
     std::error_code error;
     if (std::filesystem::is_directory(output, error) || !output.has_filename())
         throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
@@ -128,7 +128,7 @@ FileFormat checkedOutputFormat(const std::filesystem::path& output) {
         throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
                                           ": the end of its name says what is written, and must be " +
                                           nameEnds());
-    checkWritable(output);
+    checkWritable(output, force);
     return *format;
 }
 

@@ -21,9 +21,9 @@ const char* formatName(FileFormat format);
 // By the end of the name, without case: .png, .tif, .tiff, .exr, .tga.
 std::optional<FileFormat> formatOfName(const std::filesystem::path& file);
 
-// Throws Failure if no picture can be written under this name: its end names no format, its folder is missing,
-// it is a folder or a device. Touches nothing.
-FileFormat checkedOutputFormat(const std::filesystem::path& output);
+// Throws Failure if no picture can be written under this name: its end names no format, its folder is missing or takes
+// no files, it is a folder or a device, or without `force` it is write-protected. Leaves nothing behind.
+FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force = false);
 
 // A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
 // missing, cannot be read, is of another format than its name says, is damaged or cut short, is of a kind that

@@ -50,6 +50,22 @@ TEST_F(EffectError, DepthsThatTheEffectCannotDoAreRefused) {
     expectFailure({"render", "deep.png", "-o", "old.png", "--plugin", KOVALUNE_TEST_EFFECT}, 4, {"16 bits"});
 }
 
+// /proc takes no files from anybody.
+TEST_F(EffectError, ComesAfterThatOfAFolderThatTakesNoFiles) {
+    const TestFolder marks;
+    CommandSetting setting = mode("render");
+    setting.environment["TEST_EFFECT_FRAME"] = marks / "frame";
+    for (const char* const command : {"render", "sheet"})
+        expectFailure({command, "in.png", "-o", "/proc/new.png", "--plugin", KOVALUNE_TEST_EFFECT}, 3,
+                      {"cannot write '/proc/new.png': the folder '/proc' takes no new file: "}, setting);
+    expectFailure({"smooth", "missing.png", "-o", "new.png", "--flag-map", "/proc/new.png"}, 3,
+                  {"cannot write '/proc/new.png'"});
+    expectFailure({"colors", "missing.png", "-o", "/proc/new.png"}, 3, {"cannot write '/proc/new.png'"});
+    expectFailure({"compare", "missing.png", "in.png", "--diff", "/proc/new.png"}, 3,
+                  {"cannot write '/proc/new.png'"});
+    EXPECT_TRUE(marks.names().empty());
+}
+
 TEST_F(EffectError, PlugInsThatCannotBeLoadedAreFiles) {
     const auto expectNotLoaded = [this](const std::string& file, const std::vector<std::string>& named) {
         expectFailure({"render", "in.png", "-o", "old.png", "--plugin", file}, 3, named);

@@ -51,6 +51,35 @@ TEST_F(OutputFile, ReplacesAnOlderOneAndKeepsItsPermissions) {
     EXPECT_EQ(status.st_mode & 0777U, 0604U);
 }
 
+TEST_F(OutputFile, ThatIsWriteProtectedIsReplacedByForceAlone) {
+    const std::string reason = "it is write-protected; --force replaces it all the same\n";
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    for (std::vector<std::string> words : {std::vector<std::string>{"render", "in.png", "-o", "out.png"},
+                                           {"sheet", "in.png", "-o", "out.png"},
+                                           {"smooth", "in.png", "-o", "out.png"},
+                                           {"smooth", "in.png", "-o", "other.png", "--flag-map", "out.png"},
+                                           {"colors", "in.png", "-o", "out.png"},
+                                           {"compare", "in.png", "in.png", "--diff", "out.png"}}) {
+        std::filesystem::remove(folder_ / "out.png");
+        std::filesystem::remove(folder_ / "other.png");
+        writeBytes(folder_ / "out.png", {1, 2, 3});
+        ASSERT_EQ(chmod((folder_ / "out.png").c_str(), 0444), 0);
+        CommandOutcome outcome = runCommand(words, setting);
+        EXPECT_EQ(outcome.exitCode, 3) << words.front();
+        EXPECT_EQ(outcome.err, "kovalune: cannot write 'out.png': " + reason);
+        EXPECT_EQ(bytesOf(folder_ / "out.png"), (std::vector<std::uint8_t>{1, 2, 3}));
+        EXPECT_FALSE(std::filesystem::exists(folder_ / "other.png"));
+        words.emplace_back("--force");
+        outcome = runCommand(words, setting);
+        EXPECT_TRUE(outcome.ok()) << words.front() << outcome.err;
+        EXPECT_GT(readPngFile(folder_ / "out.png").width, 0U);
+        struct stat status {};
+        ASSERT_EQ(stat((folder_ / "out.png").c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 0777U, 0444U);
+    }
+}
+
 TEST_F(OutputFile, IsReadableAsTheUsersMaskSays) {
     const mode_t old = umask(027);
     render("in.png", "out.png");

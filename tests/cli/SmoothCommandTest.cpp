@@ -198,5 +198,13 @@ TEST_F(SmoothFiles, ThatCannotBeReadOrWrittenAreRefused) {
                   {"'none/map.png'"});
 }
 
+TEST_F(SmoothFiles, AreBothLeftAloneWhenOneDoesNotFitTheDisk) {
+    writePng(folder_ / "noise.png", randomPng(PngColor::Grey, 1, 64, 64, 1));
+    CommandSetting setting;
+    setting.mostFileBytes = 5000; // enough for a grey picture, not for one of three colours
+    expectFailure({"smooth", "noise.png", "-o", "old.png", "--strength", "0", "--flag-map", "map.tga"}, 3,
+                  {"'map.tga'", "File too large"}, setting);
+}
+
 } // namespace
 } // namespace kovalune::tests
