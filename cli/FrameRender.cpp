@@ -53,6 +53,14 @@ host::RenderRequest requestFor(const host::Session& session, const FrameArgument
     return request;
 }
 
+// With what the effect says of it, if anything.
+Failure lackOfMemory(const SourceFrame& source, const std::string& words = {}) {
+    return {ExitCode::Effect, "not enough memory for the effect on " + inQuotes(source.name) + " (" +
+                                  std::to_string(source.picture.width) + 'x' +
+                                  std::to_string(source.picture.height) + ')' +
+                                  (words.empty() ? "" : ": " + words)};
+}
+
 // For as long as this lives, the host asks whether to go on.
 class Watch {
 public:
@@ -108,6 +116,7 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
     checkDepth(session, source.image.format());
     const host::RenderRequest request = requestFor(session, arguments);
     const std::uint64_t pixels = std::uint64_t{source.picture.width} * source.picture.height;
+    const Failure noMemory = lackOfMemory(source); // there may be none for the words later
     host::Image output;
     host::RenderResult result;
     Interrupt interrupt;
@@ -120,9 +129,11 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
         throw Failure(ExitCode::File, "cannot render " + inQuotes(source.name) + ": " + reason.what());
     } catch (const std::bad_alloc&) {
         interrupt.finish();
-        throw;
+        throw noMemory;
     }
     interrupt.finish(); // whatever became of the frame, it is not wanted any more
+    if (!result.threw && result.code == PF_Err_OUT_OF_MEMORY)
+        throw lackOfMemory(source, result.returnMsg);
     requireSuccess(result, "the effect");
     if (!result.rendered)
         throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");

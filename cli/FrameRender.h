@@ -26,8 +26,8 @@ PictureForm outputForm(const Picture& source, FileFormat format, const FrameArgu
 // Names on standard error what the file has and the picture has not, if anything.
 void noteLeftOut(const SourceFrame& source);
 
-// `title` stands before the progress. Throws Failure if the effect cannot work in this depth or reports an
-// error, and Interruption for a frame that the user interrupted.
+// `title` stands before the progress. Throws Failure if the effect cannot work in this depth, reports an error or
+// finds too little memory, host and effect alike, and Interruption for a frame that the user interrupted.
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
                         const std::string& title = {});
 

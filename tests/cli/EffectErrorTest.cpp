@@ -22,8 +22,14 @@ TEST_F(EffectError, OfTheSetUpHasItsCodeAndMessage) {
 }
 
 TEST_F(EffectError, OfTheRenderHasItsCodeAndMessage) {
-    expectFailure(words_, 4, {"the effect failed with code 4", "first line\\rsecond\\nthird"},
+    expectFailure(words_, 4, {"the effect failed with code 512", "first line\\rsecond\\nthird"},
                   mode("render"));
+}
+
+TEST_F(EffectError, ThatIsLackOfMemoryNamesThePictureAndItsSize) {
+    const std::string text = "kovalune: not enough memory for the effect on 'in.png' (12x9)";
+    expectFailure(words_, 4, {text + ": first line\\rsecond\\nthird\n"}, mode("no memory"));
+    expectFailure(words_, 4, {text + '\n'}, mode("no memory, no words"));
 }
 
 TEST_F(EffectError, ThatIsAnExceptionIsReported) {

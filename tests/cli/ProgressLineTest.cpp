@@ -95,7 +95,8 @@ TEST_F(Progress, LeavesTheLineToAFailure) {
     const CommandOutcome outcome = run(100, {}, "late failure");
     EXPECT_EQ(outcome.exitCode, 4);
     EXPECT_NE(outcome.err.find("25 %"), std::string::npos);
-    EXPECT_EQ(screen(outcome.err), "kovalune: the effect failed with code 4: first line\\rsecond\\nthird\n");
+    EXPECT_EQ(screen(outcome.err),
+              "kovalune: the effect failed with code 512: first line\\rsecond\\nthird\n");
 }
 
 } // namespace

@@ -1,8 +1,8 @@
 // A plug-in for the tests of the command. The environment variable TEST_EFFECT tells where it fails:
-// "setup", "params", "render" (each with a code and a message of two lines), "throw", "throw number" and "throw
-// with message", "throw at setup", or not at all. It knows the old road of rendering and 8 bits only, and paints
-// every output byte 0x77; told "empty", it takes the new road and promises an empty picture; told "old road
-// only", it knows the new road and fails there with code 600.
+// "setup", "params", "render" (each with a code and a message of two lines), "no memory" (with that message) and "no
+// memory, no words", "throw", "throw number" and "throw with message", "throw at setup", or not at all. It knows the
+// old road of rendering and 8 bits only, and paints every output byte 0x77; told "empty", it takes the new road and
+// promises an empty picture; told "old road only", it knows the new road and fails there with code 600.
 //
 // While it renders the old way it makes the file TEST_EFFECT_FRAME if there is such a variable, with the frame's
 // size and its proxy factors in it. Then it may be told "steps": report 25, 50 and 75 of 100, a hundred times
@@ -127,14 +127,18 @@ PF_Err render(PF_InData* in, PF_OutData* out, PF_LayerDef* output) {
     if (told("throw number") || told("throw with message"))
         throwNumber(out);
     if (told("render"))
+        return failWith(out, 512);
+    if (told("no memory"))
         return failWith(out, 4);
+    if (told("no memory, no words"))
+        return 4;
     if (told("cancel"))
         return awaitCancel(in);
     if (told("deaf"))
         awaitGo();
     paint(output);
     if (told("late failure"))
-        return reportSteps(in) == PF_Err_NONE ? failWith(out, 4) : 5;
+        return reportSteps(in) == PF_Err_NONE ? failWith(out, 512) : 5;
     return told("steps") ? reportSteps(in) : PF_Err_NONE;
 }
 
