@@ -4,6 +4,7 @@
 #include "cli/Interrupt.h"
 #include "cli/ProgressLine.h"
 #include "cli/Reporting.h"
+#include "cli/picture/NoteConversion.h"
 #include "cli/picture/PictureFile.h"
 #include "hostapi/Constants.h"
 
@@ -102,9 +103,14 @@ PictureForm outputForm(const Picture& source, FileFormat format, const FrameArgu
     return form;
 }
 
-void noteLeftOut(const SourceFrame& source) {
+void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format) {
+    std::vector<std::string> parts = source.picture.leftOut;
+    if (format) {
+        for (const std::string& part : notesLeftOut(*format, source.picture))
+            parts.push_back(part);
+    }
     std::string list;
-    for (const std::string& part : source.picture.leftOut)
+    for (const std::string& part : parts)
         list += (list.empty() ? "" : ", ") + part;
     if (!list.empty())
         tell("left out of " + inQuotes(source.name) + ": " + list);

@@ -6,6 +6,7 @@
 #include "cli/OpenEffect.h"
 #include "cli/picture/PictureConversion.h"
 
+#include <optional>
 #include <string>
 
 namespace kovalune {
@@ -23,8 +24,9 @@ SourceFrame readFrame(const std::string& file, const FrameArguments& arguments);
 // Of the picture that is written to a file of this format.
 PictureForm outputForm(const Picture& source, FileFormat format, const FrameArguments& arguments);
 
-// Names on standard error what the file has and the picture has not, if anything.
-void noteLeftOut(const SourceFrame& source);
+// Names on standard error what the file has and the picture has not, if anything; with `format`, also what a file of
+// that format cannot take over.
+void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format = std::nullopt);
 
 // `title` stands before the progress. Throws Failure if the effect cannot work in this depth, reports an error or
 // finds too little memory, host and effect alike, and Interruption for a frame that the user interrupted.

@@ -60,7 +60,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, FileFormat
     times.writing = watch.lap();
     if (arguments.time)
         printOut(timesText(times, arguments.printParams));
-    noteLeftOut(source);
+    noteLeftOut(source, format);
 }
 
 } // namespace

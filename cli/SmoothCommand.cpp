@@ -115,7 +115,7 @@ void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, 
         files.push_back({*arguments.flagMap, mapBytes});
     }
     writeAtomically(files);
-    noteLeftOut(source);
+    noteLeftOut(source, format);
 }
 
 } // namespace

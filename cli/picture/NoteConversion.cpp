@@ -1,5 +1,6 @@
 #include "cli/picture/NoteConversion.h"
 
+#include "cli/picture/PngTexts.h"
 #include "cli/picture/Resolution.h"
 
 #include <algorithm>
@@ -96,6 +97,12 @@ std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) 
 bool isColourProfile(const PictureNote& note, FileFormat format) {
     return (format == FileFormat::Png && note.name == kPngProfile) ||
            (format == FileFormat::Tiff && note.name == kTiffProfile);
+}
+
+std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture) {
+    const std::string texts =
+        picture.format == FileFormat::Png && format != FileFormat::Png ? pngTextsNamed(picture) : "";
+    return texts.empty() ? std::vector<std::string>{} : std::vector{texts};
 }
 
 std::vector<PictureNote> notesFor(FileFormat format, const Picture& picture) {

@@ -1,6 +1,7 @@
 #include "cli/picture/PngFile.h"
 
 #include "cli/picture/PngMemory.h"
+#include "cli/picture/PngTexts.h"
 #include "cli/picture/ReadFailure.h"
 
 #include <algorithm>
@@ -9,6 +10,7 @@
 #include <csetjmp>
 #include <cstring>
 #include <png.h>
+#include <utility>
 
 namespace kovalune {
 
@@ -27,11 +29,17 @@ constexpr std::size_t kAnyLength = ~std::size_t{0};
 constexpr std::array<NoteKind, 5> kNotes = {
     {{"cHRM", 32, 32}, {"gAMA", 4, 4}, {"iCCP", 3, kAnyLength}, {"sRGB", 1, 1}, {"pHYs", 9, 9}}};
 
-// The library's names of those, five bytes each.
-std::array<png_byte, 5 * kNotes.size()> noteNames() {
-    std::array<png_byte, 5 * kNotes.size()> names{};
-    for (std::size_t i = 0; i < kNotes.size(); ++i)
-        std::memcpy(names.data() + 5 * i, kNotes[i].name, 5);
+// The library's names of those and of the texts, five bytes each.
+constexpr std::size_t kNameBytes = 5;
+using ChunkNames = std::array<png_byte, kNameBytes*(kNotes.size() + kPngTexts.size())>;
+
+ChunkNames keptChunks() {
+    ChunkNames names{};
+    png_byte* next = names.data();
+    for (const NoteKind& kind : kNotes)
+        next = std::copy_n(kind.name, kNameBytes, next);
+    for (const char* const text : kPngTexts)
+        next = std::copy_n(text, kNameBytes, next);
     return names;
 }
 
@@ -44,12 +52,14 @@ public:
                                         PngMemory::take, PngMemory::giveBack);
         if (png_ != nullptr)
             info_ = png_create_info_struct(png_);
-        if (info_ == nullptr) {
-            png_destroy_read_struct(&png_, nullptr, nullptr);
+        if (info_ != nullptr)
+            endInfo_ = png_create_info_struct(png_);
+        if (endInfo_ == nullptr) {
+            png_destroy_read_struct(&png_, &info_, nullptr);
             throw std::bad_alloc();
         }
     }
-    ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
+    ~PngReader() { png_destroy_read_struct(&png_, &info_, &endInfo_); }
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 
@@ -63,7 +73,10 @@ public:
         // Raw, so that the library neither reconciles them with each other nor applies them.
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_ALWAYS, names_.data(),
-                                    static_cast<int>(kNotes.size()));
+                                    static_cast<int>(names_.size() / kNameBytes));
+        // As many texts as there are; the library's own limit of their bytes where the file could not hold more.
+        png_set_chunk_cache_max(png_, 0);
+        png_set_chunk_malloc_max(png_, std::max(png_get_chunk_malloc_max(png_), rest_.size()));
         png_read_info(png_, info_);
         return true;
     }
@@ -85,7 +98,7 @@ public:
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
         png_read_image(png_, rows);
-        png_read_end(png_, nullptr);
+        png_read_end(png_, endInfo_);
         return true;
     }
 
@@ -111,9 +124,7 @@ public:
 
     // The first of each kind, if its length is right.
     std::vector<PictureNote> notes() const {
-        png_unknown_chunkp chunks = nullptr;
-        const int count = png_get_unknown_chunks(png_, info_, &chunks);
-        const std::span<const png_unknown_chunk> all(chunks, static_cast<std::size_t>(std::max(count, 0)));
+        const std::span<const png_unknown_chunk> all = chunksOf(info_);
         std::vector<PictureNote> notes;
         for (const NoteKind& kind : kNotes) {
             const auto found = std::find_if(all.begin(), all.end(), [&](const png_unknown_chunk& chunk) {
@@ -126,6 +137,19 @@ public:
         return notes;
     }
 
+    // In the order of the file, once the samples have been read: they may stand behind them too.
+    std::vector<PictureNote> texts() const {
+        std::vector<PictureNote> texts;
+        for (const png_infop info : {info_, endInfo_}) {
+            for (const png_unknown_chunk& chunk : chunksOf(info)) {
+                const std::string name(chunk.name, chunk.name + 4);
+                if (std::find(kPngTexts.begin(), kPngTexts.end(), name) != kPngTexts.end())
+                    texts.push_back({name, {}, {chunk.data, chunk.data + chunk.size}});
+            }
+        }
+        return texts;
+    }
+
     // Throws std::bad_alloc where the lack of memory is the reason.
     std::string reason() const {
         if (memory_.refused())
@@ -134,6 +158,12 @@ public:
     }
 
 private:
+    std::span<const png_unknown_chunk> chunksOf(png_infop info) const {
+        png_unknown_chunkp chunks = nullptr;
+        const int count = png_get_unknown_chunks(png_, info, &chunks);
+        return {chunks, static_cast<std::size_t>(std::max(count, 0))};
+    }
+
     static void onError(png_structp png, png_const_charp text) {
         auto* reader = static_cast<PngReader*>(png_get_error_ptr(png));
         std::strncpy(reader->error_, text, sizeof reader->error_ - 1);
@@ -154,9 +184,10 @@ private:
 
     PngMemory memory_;
     std::span<const std::uint8_t> rest_;
-    const std::array<png_byte, 5 * kNotes.size()> names_ = noteNames();
+    const ChunkNames names_ = keptChunks();
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
+    png_infop endInfo_ = nullptr; // of what stands behind the samples
     bool ended_ = false;
     char error_[128] = {};
 };
@@ -205,6 +236,8 @@ Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) 
     picture.samples = samplesOf(reader, picture);
     if (picture.samples.empty())
         failReading(name, reader.reason());
+    for (PictureNote& text : reader.texts())
+        picture.notes.push_back(std::move(text));
     return picture;
 }
 

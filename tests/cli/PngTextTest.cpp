@@ -1,0 +1,133 @@
+// The texts of a PNG file: kept byte for byte from PNG to PNG, and named where they are left out.
+
+#include "tests/cli/ErrorCase.h"
+
+#include <algorithm>
+#include <zlib.h>
+
+namespace kovalune::tests {
+namespace {
+
+struct Chunk {
+    std::string name;
+    std::vector<std::uint8_t> data;
+
+    friend bool operator==(const Chunk&, const Chunk&) = default;
+};
+
+constexpr std::size_t kSignatureBytes = 8;
+constexpr std::size_t kChunkBytes = 12; // beside its data
+
+std::uint32_t numberAt(const std::vector<std::uint8_t>& bytes, std::size_t place) {
+    return std::uint32_t{bytes.at(place)} << 24 | std::uint32_t{bytes.at(place + 1)} << 16 |
+           std::uint32_t{bytes.at(place + 2)} << 8 | bytes.at(place + 3);
+}
+
+void append(std::vector<std::uint8_t>& bytes, std::uint32_t number) {
+    for (int shift = 24; shift >= 0; shift -= 8)
+        bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+}
+
+std::vector<std::uint8_t> inFile(const Chunk& chunk) {
+    std::vector<std::uint8_t> bytes;
+    append(bytes, static_cast<std::uint32_t>(chunk.data.size()));
+    bytes.insert(bytes.end(), chunk.name.begin(), chunk.name.end());
+    bytes.insert(bytes.end(), chunk.data.begin(), chunk.data.end());
+    append(bytes,
+           static_cast<std::uint32_t>(crc32(0, bytes.data() + 4, static_cast<uInt>(bytes.size() - 4))));
+    return bytes;
+}
+
+Chunk text(const std::string& name, const std::string& data) {
+    return {name, {data.begin(), data.end()}};
+}
+
+// Those of the file that hold texts, in order.
+std::vector<Chunk> textsOf(const std::filesystem::path& file) {
+    const std::vector<std::uint8_t> bytes = bytesOf(file);
+    std::vector<Chunk> texts;
+    for (std::size_t at = kSignatureBytes; at < bytes.size(); at += numberAt(bytes, at) + kChunkBytes) {
+        const auto data = bytes.begin() + static_cast<std::ptrdiff_t>(at) + 8;
+        const std::string name(data - 4, data);
+        if (name.ends_with("Xt") || name == "iTXt")
+            texts.push_back({name, {data, data + numberAt(bytes, at)}});
+    }
+    return texts;
+}
+
+using namespace std::string_literals;
+
+class PngTexts : public ErrorCase {
+protected:
+    // Before the samples, behind the header, and behind them.
+    void write(const std::vector<Chunk>& before, const std::vector<Chunk>& after) const {
+        constexpr std::size_t kHeaderBytes = 25;
+        std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
+        for (const Chunk& chunk : after) {
+            const auto added = inFile(chunk);
+            bytes.insert(bytes.end() - kChunkBytes, added.begin(), added.end());
+        }
+        for (auto chunk = before.rbegin(); chunk != before.rend(); ++chunk) {
+            const auto added = inFile(*chunk);
+            bytes.insert(bytes.begin() + kSignatureBytes + kHeaderBytes, added.begin(), added.end());
+        }
+        writeBytes(folder_ / "in.png", bytes);
+    }
+
+    CommandOutcome run(const std::vector<std::string>& words) const {
+        CommandSetting setting;
+        setting.folder = folder_.path();
+        return runCommand(words, setting);
+    }
+};
+
+TEST_F(PngTexts, AreKeptByteForByteFromPngToPng) {
+    std::vector<Chunk> before = {text("tEXt", "Title\0A girl"s), text("tEXt", "Title\0once more"s),
+                                 text("zTXt", "Comment\0\0not really packed"s)};
+    std::vector<Chunk> after = {text("iTXt", "Author\0\0\0ja\0\xe4\xbd\x9c\0\xe7\xb5\xb5"s),
+                                text("tEXt", "no keyword"s)};
+    write(before, after);
+    std::vector<Chunk> all = before;
+    all.insert(all.end(), after.begin(), after.end());
+    ASSERT_EQ(textsOf(folder_ / "in.png"), all);
+    for (const char* const command : {"render", "smooth"}) {
+        EXPECT_TRUE(run({command, "in.png", "-o", "out.png"}).ok());
+        EXPECT_EQ(textsOf(folder_ / "out.png"), all);
+        EXPECT_EQ(readPngFile(folder_ / "out.png").width, 12U);
+    }
+}
+
+TEST_F(PngTexts, AreKeptHoweverManyAndLongTheyAre) {
+    std::vector<Chunk> many;
+    for (int number = 0; number < 1500; ++number)
+        many.push_back(text("tEXt", "Number\0"s + std::to_string(number)));
+    many.push_back(text("tEXt", "Long\0"s + std::string(9000000, 'x')));
+    write({}, many);
+    EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
+    EXPECT_TRUE(textsOf(folder_ / "out.png") == many);
+}
+
+TEST_F(PngTexts, AreNamedWhereTheOtherFormatHasNoPlaceForThem) {
+    write({text("tEXt", "Title\0A girl"s), text("tEXt", "Title\0once more"s)},
+          {text("iTXt", "Auteur \xe9\0\0\0\0\0x"s), text("tEXt", "\x1b[2J\0x"s)});
+    for (const char* const output : {"out.tif", "out.exr", "out.tga"}) {
+        for (const char* const command : {"render", "smooth"}) {
+            const CommandOutcome outcome = run({command, "in.png", "-o", output});
+            EXPECT_EQ(outcome.exitCode, 0);
+            EXPECT_EQ(outcome.err,
+                      "kovalune: left out of 'in.png': texts (Title, Auteur \xc3\xa9, unnamed)\n");
+        }
+    }
+}
+
+TEST_F(PngTexts, AreNamedByTheFirstFewOfMany) {
+    std::vector<Chunk> many;
+    for (char letter = 'a'; letter < 'j'; ++letter)
+        many.push_back(text("tEXt", std::string(1, letter) + '\0'));
+    write(many, {});
+    EXPECT_EQ(run({"smooth", "in.png", "-o", "out.tga"}).err,
+              "kovalune: left out of 'in.png': texts (a, b, c, d, e and 4 more)\n");
+}
+
+} // namespace
+} // namespace kovalune::tests
