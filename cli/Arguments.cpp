@@ -199,6 +199,21 @@ void addFrame(CLI::App& command, FrameArguments& frame) {
     command.add_flag("--quiet", frame.quiet, "No progress");
 }
 
+void addReport(CLI::App& command, ReportArguments& report) {
+    command.add_flag("--strict", report.strict, "Write nothing, exit code 4, if a setting selects nothing");
+    CLI::Option* const table =
+        command.add_flag("--report", report.report, "Print the pixels that each stage selected and changed");
+    command.add_flag("--json", report.json, "The report as JSON, for programs")->needs(table);
+}
+
+// What the parser does not know of them.
+void checkReport(const ReportArguments& report, const EffectArguments& effect) {
+    if (report.strict && effect.plugin)
+        throw CLI::ValidationError("--strict",
+                                   "needs the built-in effect, since the one of --plugin does not tell "
+                                   "what it selects");
+}
+
 void addView(CLI::App& command, std::optional<std::string>& view) {
     command.add_option("--view", view, "Choose the View; wins over --set View=...")->option_text("NAME");
 }
@@ -212,6 +227,7 @@ void addRender(CLI::App& command, RenderArguments& arguments) {
     command.add_flag("--print-params", arguments.printParams,
                      "Print the parameters in use, as --params takes them; INPUT and output may be left out");
     addFrame(command, arguments.frame);
+    addReport(command, arguments.report);
     command.add_flag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
     command.footer(
         example("render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
@@ -220,7 +236,12 @@ void addRender(CLI::App& command, RenderArguments& arguments) {
 
 // The parser cannot know that --print-params makes the files optional.
 void checkFiles(const RenderArguments& arguments) {
-    if (arguments.input.empty() && arguments.output.empty() && arguments.printParams)
+    const ReportArguments& report = arguments.report;
+    checkReport(report, arguments.effect);
+    if (report.json && (arguments.printParams || arguments.time))
+        throw CLI::ValidationError("--json", "prints one document, so leave out --print-params and --time");
+    if (arguments.input.empty() && arguments.output.empty() && arguments.printParams && !report.report &&
+        !report.strict)
         return;
     if (arguments.input.empty())
         throw CLI::RequiredError("INPUT");
@@ -233,6 +254,7 @@ void addSheet(CLI::App& command, SheetArguments& arguments) {
     addRequiredFiles(command, arguments, "may not be INPUT");
     addEffect(command, arguments.effect);
     addFrame(command, arguments.frame);
+    addReport(command, arguments.report);
     command.footer(example("sheet drawing.png -o views.png --params jacket.txt"));
 }
 
@@ -389,6 +411,8 @@ public:
                 const Arguments result = arguments();
                 if (const auto* render = std::get_if<RenderArguments>(&result))
                     checkFiles(*render);
+                if (const auto* sheet = std::get_if<SheetArguments>(&result))
+                    checkReport(sheet->report, sheet->effect);
                 if (const auto* defaults = std::get_if<DefaultsArguments>(&result))
                     checkAction(*defaults);
                 return result;

@@ -39,10 +39,18 @@ struct FrameArguments {
     bool quiet = false;
 };
 
+// What is told of the settings that a frame is made with.
+struct ReportArguments {
+    bool strict = false; // one that does nothing is an error
+    bool report = false;
+    bool json = false; // the report's form
+};
+
 // Of every record, `force` lets write-protected files be replaced.
 struct RenderArguments {
     EffectArguments effect;
     FrameArguments frame;
+    ReportArguments report;
     std::string input; // both empty: nothing is rendered, the parameters are printed
     std::string output;
     bool force = false;
@@ -54,6 +62,7 @@ struct RenderArguments {
 struct SheetArguments {
     EffectArguments effect;
     FrameArguments frame;
+    ReportArguments report;
     std::string input;
     std::string output;
     bool force = false;

@@ -11,10 +11,11 @@ namespace kovalune {
 
 namespace {
 
-void setParameter(host::Session& session, std::string_view label, std::string_view value) {
+int setParameter(host::Session& session, std::string_view label, std::string_view value) {
     const int index = findSettable(session.params(), trimmed(label));
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
     session.setValue(index, parseValue(def, session.choices(index), value));
+    return index;
 }
 
 // What the command line sets has been looked at by now; what is refused here was remembered.
@@ -39,20 +40,22 @@ OpenEffect openEffect(const EffectArguments& arguments) {
     return OpenEffect(arguments.plugin, arguments.threads, arguments.factory);
 }
 
-void applySettings(host::Session& session, const EffectArguments& arguments,
-                   const std::optional<std::string>& view) {
+NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
+                          const std::optional<std::string>& view) {
+    NamedParams named;
     if (arguments.paramsFile)
-        applyParamsFile(session, *arguments.paramsFile);
+        named = applyParamsFile(session, *arguments.paramsFile);
     for (const std::string& setting : arguments.settings) {
         const std::size_t equals = setting.find('=');
         if (equals == std::string::npos)
             throw Failure(ExitCode::Usage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
         const std::string_view text(setting);
-        setParameter(session, text.substr(0, equals), text.substr(equals + 1));
+        named.insert(setParameter(session, text.substr(0, equals), text.substr(equals + 1)));
     }
     if (view)
-        setParameter(session, kViewLabel, *view);
+        named.insert(setParameter(session, kViewLabel, *view));
     refuseDefaults(session);
+    return named;
 }
 
 } // namespace kovalune

@@ -6,15 +6,19 @@
 #include "cli/OpenEffect.h"
 
 #include <optional>
+#include <set>
 #include <string>
 
 namespace kovalune {
+
+// The parameters that a command line and its file of parameters name, by their index.
+using NamedParams = std::set<int>;
 
 OpenEffect openEffect(const EffectArguments& arguments);
 
 // Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
 // be chosen and was not overruled.
-void applySettings(host::Session& session, const EffectArguments& arguments,
-                   const std::optional<std::string>& view);
+NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
+                          const std::optional<std::string>& view);
 
 } // namespace kovalune

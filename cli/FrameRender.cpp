@@ -1,14 +1,15 @@
 #include "cli/FrameRender.h"
 
+#include "cli/EffectStages.h"
 #include "cli/Failure.h"
 #include "cli/Interrupt.h"
-#include "cli/ProgressLine.h"
 #include "cli/Reporting.h"
 #include "cli/picture/NoteConversion.h"
 #include "cli/picture/PictureFile.h"
 #include "hostapi/Constants.h"
 
 #include <new>
+#include <optional>
 
 namespace kovalune {
 
@@ -62,21 +63,26 @@ Failure lackOfMemory(const SourceFrame& source, const std::string& words = {}) {
                                   (words.empty() ? "" : ": " + words)};
 }
 
-// For as long as this lives, the host asks whether to go on.
+// For as long as this lives, the host asks whether to go on. It leaves a terminal's line clean for a message.
 class Watch {
 public:
-    Watch(host::Host& host, ProgressLine& progress, const Interrupt& interrupt) : host_(host) {
+    Watch(host::Host& host, ProgressLine& progress, const Interrupt& interrupt)
+        : host_(host), progress_(progress) {
         host_.options().onProgress = [&progress, &interrupt](int current, int total) {
             progress.report(current, total);
             return !interrupt.came();
         };
     }
-    ~Watch() { host_.options().onProgress = nullptr; }
+    ~Watch() {
+        host_.options().onProgress = nullptr;
+        progress_.clear();
+    }
     Watch(const Watch&) = delete;
     Watch& operator=(const Watch&) = delete;
 
 private:
     host::Host& host_;
+    ProgressLine& progress_;
 };
 
 } // namespace
@@ -116,19 +122,36 @@ void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format) {
         tell("left out of " + inQuotes(source.name) + ": " + list);
 }
 
+ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,
+                            const std::string& title) {
+    ProgressFrame frame{title, {}};
+    const std::optional<ProgressSettings> settings = progressSettings(session, arguments);
+    if (!settings)
+        return frame;
+    std::size_t stage = 0;
+    for (const std::int32_t calls : progressCalls(*settings))
+        frame.stages.push_back({stageName(stage++), calls});
+    return frame;
+}
+
+std::uint64_t pixelsOf(const SourceFrame& source) {
+    return std::uint64_t{source.picture.width} * source.picture.height;
+}
+
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
-                        const std::string& title) {
+                        ProgressLine& progress, FrameReport* counts) {
     host::Session& session = effect.session();
     checkDepth(session, source.image.format());
     const host::RenderRequest request = requestFor(session, arguments);
-    const std::uint64_t pixels = std::uint64_t{source.picture.width} * source.picture.height;
     const Failure noMemory = lackOfMemory(source); // there may be none for the words later
     host::Image output;
     host::RenderResult result;
     Interrupt interrupt;
     try {
-        ProgressLine progress(title, pixels, arguments.quiet);
         const Watch watch(effect.host(), progress, interrupt);
+        std::optional<FrameReportScope> report;
+        if (counts != nullptr)
+            report.emplace(*counts);
         result = session.render(source.image, output, request);
     } catch (const host::HostError& reason) {
         interrupt.finish();

@@ -4,8 +4,10 @@
 
 #include "cli/Arguments.h"
 #include "cli/OpenEffect.h"
+#include "cli/ProgressLine.h"
 #include "cli/picture/PictureConversion.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -28,9 +30,17 @@ PictureForm outputForm(const Picture& source, FileFormat format, const FrameArgu
 // that format cannot take over.
 void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format = std::nullopt);
 
-// `title` stands before the progress. Throws Failure if the effect cannot work in this depth, reports an error or
-// finds too little memory, host and effect alike, and Interruption for a frame that the user interrupted.
+// What the effect will report of the frame that the session's values make.
+ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,
+                            const std::string& title = {});
+
+// For ProgressLine.
+std::uint64_t pixelsOf(const SourceFrame& source);
+
+// Throws Failure if the effect cannot work in this depth, reports an error or finds too little memory, host and effect
+// alike, and Interruption for a frame that the user interrupted. `counts`, where it is not null, is what the built-in
+// effect reports.
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
-                        const std::string& title = {});
+                        ProgressLine& progress, FrameReport* counts = nullptr);
 
 } // namespace kovalune

@@ -132,6 +132,13 @@ public:
         }
     }
 
+    std::set<int> indices() const {
+        std::set<int> named;
+        for (const auto& [target, line] : lines_)
+            named.insert(target.first);
+        return named;
+    }
+
 private:
     std::map<std::pair<int, char>, int> lines_;
 };
@@ -197,11 +204,11 @@ std::string textOf(const std::filesystem::path& file) {
 
 } // namespace
 
-void applyParamsFile(host::Session& session, const std::filesystem::path& file) {
-    applyParamsText(session, textOf(file), file.string());
+std::set<int> applyParamsFile(host::Session& session, const std::filesystem::path& file) {
+    return applyParamsText(session, textOf(file), file.string());
 }
 
-void applyParamsText(host::Session& session, std::string_view text, const std::string& name) {
+std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name) {
     if (text.starts_with(kByteOrderMark))
         text.remove_prefix(kByteOrderMark.size());
     Assigned assigned;
@@ -221,6 +228,7 @@ void applyParamsText(host::Session& session, std::string_view text, const std::s
                           inQuotes(name) + " line " + std::to_string(number) + ": " + failure.what());
         }
     }
+    return assigned.indices();
 }
 
 std::string paramsFileText(const host::Session& session) {

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <filesystem>
 #include <functional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -17,11 +18,12 @@ inline constexpr std::size_t kMostParamsFileBytes = std::size_t{1} << 20;
 
 // Sets what the file says. Throws Failure with the file's name if it cannot be read or is larger than
 // kMostParamsFileBytes, with the line's number too for an unknown label, a value that the parameter does not
-// take, and a label that a line before has.
-void applyParamsFile(host::Session& session, const std::filesystem::path& file);
+// take, and a label that a line before has. Returns the indices of the
+// parameters that it names.
+std::set<int> applyParamsFile(host::Session& session, const std::filesystem::path& file);
 
 // `name` is for messages.
-void applyParamsText(host::Session& session, std::string_view text, const std::string& name);
+std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name);
 
 // All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
 // could not take, as a label that several parameters have, is a line that says nothing.

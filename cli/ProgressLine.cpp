@@ -32,9 +32,26 @@ std::string durationText(double seconds) {
     return std::to_string(smaller / 60) + (digits.size() < 2 ? ":0" : ":") + digits + (hours ? " h" : " min");
 }
 
+int callsOf(const ProgressFrame& frame) {
+    int calls = 0;
+    for (const ProgressStage& stage : frame.stages)
+        calls += stage.calls;
+    return calls;
+}
+
+int callsOf(const std::vector<ProgressFrame>& frames) {
+    int calls = 0;
+    for (const ProgressFrame& frame : frames) {
+        if (frame.stages.empty())
+            return 0;
+        calls += callsOf(frame);
+    }
+    return calls;
+}
+
 } // namespace
 
-std::string progressText(double reached, std::uint64_t pixels, double seconds) {
+std::string progressText(double reached, std::uint64_t pixels, double seconds, const std::string& stage) {
     constexpr std::size_t kBarLetters = 20;
     constexpr double kPixelsInMegapixel = 1e6;
     const auto done = static_cast<std::size_t>(reached * static_cast<double>(kBarLetters));
@@ -42,35 +59,72 @@ std::string progressText(double reached, std::uint64_t pixels, double seconds) {
     percent.insert(0, 3 - std::min<std::size_t>(percent.size(), 3), ' ');
     std::string text =
         '[' + std::string(done, '#') + std::string(kBarLetters - done, '-') + "] " + percent + " %";
+    if (!stage.empty())
+        text += "  " + stage;
     if (reached > 0.0 && seconds > 0.0) {
         const double rate = static_cast<double>(pixels) * reached / seconds / kPixelsInMegapixel;
-        text += "  " + fixedText(rate, 1) + " megapixels/s  " +
-                durationText(seconds * (1.0 - reached) / reached) + " left";
+        text += "  " + durationText(seconds) + " gone, " + durationText(seconds * (1.0 - reached) / reached) +
+                " left, " + fixedText(rate, 1) + " megapixels/s";
     }
     return text;
 }
 
-ProgressLine::ProgressLine(std::string title, std::uint64_t pixels, bool quiet)
-    : title_(std::move(title)), pixels_(pixels), shown_(!quiet && ::isatty(STDERR_FILENO) == 1) {}
+ProgressLine::ProgressLine(std::vector<ProgressFrame> frames, std::uint64_t pixels, bool quiet)
+    : frames_(std::move(frames)), pixels_(pixels * frames_.size()),
+      shown_(!quiet && ::isatty(STDERR_FILENO) == 1), callsInAll_(callsOf(frames_)) {}
 
-ProgressLine::~ProgressLine() {
+void ProgressLine::clear() {
+    const std::scoped_lock lock(mutex_);
     if (letters_ > 0)
         std::fprintf(stderr, "\r%*s\r", static_cast<int>(letters_), "");
+    letters_ = 0;
 }
 
 void ProgressLine::report(int current, int total) {
     if (!shown_ || total <= 0)
         return;
-    const std::unique_lock lock(mutex_, std::try_to_lock); // who comes second has nothing newer to tell
-    if (!lock.owns_lock())
-        return;
-    reached_ = std::max(reached_, std::clamp(static_cast<double>(current) / total, 0.0, 1.0));
+    const std::scoped_lock lock(mutex_);
+    ++calls_;
+    reached_ = std::max(reached_, reached(current, total));
     const Clock::time_point now = Clock::now();
-    if (now < next_)
+    const bool isLast = isCounted() && callsBefore_ + calls_ == callsInAll_;
+    if (now < next_ && !isLast)
         return;
     next_ = now + kPause;
     const double seconds = std::chrono::duration<double>(now - start_).count();
-    show((title_.empty() ? "" : title_ + "  ") + progressText(reached_, pixels_, seconds));
+    const std::string& title = frames_[frame_].title;
+    show((title.empty() ? "" : title + "  ") + progressText(reached_, pixels_, seconds, stage()));
+}
+
+void ProgressLine::nextFrame() {
+    const std::scoped_lock lock(mutex_);
+    callsBefore_ += callsOf(frames_[frame_]); // also where it made fewer
+    calls_ = 0;
+    frame_ = std::min(frame_ + 1, frames_.size() - 1);
+}
+
+double ProgressLine::reached(int current, int total) const {
+    const double share =
+        isCounted()
+            ? static_cast<double>(callsBefore_ + calls_) / callsInAll_
+            : (static_cast<double>(frame_) + std::clamp(static_cast<double>(current) / total, 0.0, 1.0)) /
+                  static_cast<double>(frames_.size());
+    return std::min(share, 1.0);
+}
+
+// What makes the next report.
+std::string ProgressLine::stage() const {
+    int calls = 0;
+    std::string name;
+    for (const ProgressStage& stage : frames_[frame_].stages) {
+        if (stage.calls == 0)
+            continue;
+        calls += stage.calls;
+        name = stage.name;
+        if (calls_ < calls)
+            break;
+    }
+    return name;
 }
 
 // Cut to the terminal: a line that wraps could not be written over.

@@ -6,10 +6,12 @@
 #include "cli/NumberText.h"
 #include "cli/ParamsFile.h"
 #include "cli/PictureMemory.h"
+#include "cli/Selection.h"
 #include "cli/StandardOutput.h"
 #include "cli/picture/PictureFile.h"
 
 #include <chrono>
+#include <optional>
 #include <utility>
 
 namespace kovalune {
@@ -35,31 +37,66 @@ struct Times {
     double writing = 0.0;
 };
 
-// Behind parameters, the lines are such that a file of parameters may have them.
-std::string timesText(const Times& times, bool behindParams) {
+std::string timesText(const Times& times) {
     std::string text;
     for (const auto& [what, milliseconds] :
          {std::pair("reading", times.reading), {"effect", times.effect}, {"writing", times.writing}})
-        text += (behindParams ? "; " : "") + std::string(what) + ' ' + fixedText(milliseconds, 3) + " ms\n";
+        text += std::string(what) + ' ' + fixedText(milliseconds, 3) + " ms\n";
     return text;
 }
 
-void renderFile(OpenEffect& effect, const RenderArguments& arguments, FileFormat format) {
+struct Frame {
+    host::Image image;
+    std::optional<FrameReport> counts; // none of an effect from a file
+};
+
+Frame frameOf(OpenEffect& effect, const SourceFrame& source, const RenderArguments& arguments) {
+    Frame frame;
+    if (!arguments.effect.plugin)
+        frame.counts.emplace();
+    ProgressLine progress({progressFrame(effect.session(), arguments.frame)}, pixelsOf(source),
+                          arguments.frame.quiet);
+    frame.image =
+        renderFrame(effect, source, arguments.frame, progress, frame.counts ? &*frame.counts : nullptr);
+    return frame;
+}
+
+// As a file of parameters may have them.
+std::string commented(const std::string& lines) {
+    std::string text;
+    bool atStart = true;
+    for (const char letter : lines) {
+        text += atStart ? "; " : "";
+        text += letter;
+        atStart = letter == '\n';
+    }
+    return text;
+}
+
+void renderFile(OpenEffect& effect, const RenderArguments& arguments, const NamedParams& named,
+                FileFormat format) {
     Times times;
     Stopwatch watch;
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
     times.reading = watch.lap();
-    const host::Image result = renderFrame(effect, source, arguments.frame);
+    const Frame frame = frameOf(effect, source, arguments);
     times.effect = watch.lap();
     const PictureForm form = outputForm(source.picture, format, arguments.frame);
     const std::vector<std::uint8_t> bytes =
-        encodePicture(format, pictureOf(result, source.image, source.picture, form));
+        encodePicture(format, pictureOf(frame.image, source.image, source.picture, form));
+    const std::vector<std::string> notes = selectionNotes(effect.session(), named, frame.counts);
+    tellNotes(notes, arguments.report, arguments.output);
     if (arguments.printParams)
         printOut(paramsFileText(effect.session()));
+    if (arguments.report.report) {
+        const std::string report =
+            selectionText(effect.session(), frame.counts, notes, arguments.report.json);
+        printOut(arguments.printParams ? commented(report) : report);
+    }
     writeAtomically(arguments.output, bytes);
     times.writing = watch.lap();
     if (arguments.time)
-        printOut(timesText(times, arguments.printParams));
+        printOut(arguments.printParams ? commented(timesText(times)) : timesText(times));
     noteLeftOut(source, format);
 }
 
@@ -70,11 +107,11 @@ void runRender(const RenderArguments& arguments) {
     const FileFormat format =
         printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output, arguments.force);
     OpenEffect effect = openEffect(arguments.effect);
-    applySettings(effect.session(), arguments.effect, arguments.view);
+    const NamedParams named = applySettings(effect.session(), arguments.effect, arguments.view);
     if (printsOnly)
         printOut(paramsFileText(effect.session()));
     else
-        withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, format); });
+        withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, named, format); });
 }
 
 } // namespace kovalune

@@ -3,17 +3,21 @@
 #include "cli/AtomicFile.h"
 #include "cli/DrawnFile.h"
 #include "cli/EffectSettings.h"
+#include "cli/EffectStages.h"
 #include "cli/Failure.h"
 #include "cli/FrameRender.h"
 #include "cli/ParamLabel.h"
 #include "cli/ParamText.h"
 #include "cli/PictureMemory.h"
+#include "cli/Selection.h"
 #include "cli/SheetLayout.h"
+#include "cli/StandardOutput.h"
 #include "cli/picture/Canvas.h"
 #include "cli/picture/PictureFile.h"
 #include "cli/picture/TextDrawing.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace kovalune {
@@ -29,7 +33,25 @@ struct View {
     int param = 0; // the index of the parameter that has the views
     A_long value = 0;
     std::string name;
+    bool isOff = false; // it would show a stage that is switched off
 };
+
+bool isOff(const host::Session& session, const std::string& view) {
+    for (std::size_t stage = 1; stage < kStageCount; ++stage) {
+        if (view == stageName(stage))
+            return isOn(session, stageSwitch(stage)) == false;
+    }
+    return false;
+}
+
+// By the settings as they are.
+void labelOff(const host::Session& session, std::vector<View>& views) {
+    for (View& view : views) {
+        view.isOff = isOff(session, view.name);
+        if (view.isOff)
+            view.name += " (off)";
+    }
+}
 
 // Those that can be chosen.
 std::vector<View> viewsOf(const host::Session& session) {
@@ -38,7 +60,7 @@ std::vector<View> viewsOf(const host::Session& session) {
     const std::vector<std::string> choices = session.choices(index);
     std::vector<View> views;
     for (const A_long value : choosable(def, choices))
-        views.push_back({index, value, valueText(def, choices, value)});
+        views.push_back({index, value, valueText(def, choices, value), false});
     if (views.empty())
         throw Failure(ExitCode::Usage, "the effect has no views to draw");
     return views;
@@ -58,20 +80,53 @@ SheetLayout layoutFor(const std::vector<View>& views, const SourceFrame& source)
     return layout;
 }
 
+std::vector<ProgressFrame> progressFrames(host::Session& session, const std::vector<View>& views,
+                                          const FrameArguments& arguments) {
+    std::vector<ProgressFrame> frames;
+    for (const View& view : views) {
+        if (view.isOff)
+            continue;
+        session.setValue(view.param, view.value);
+        frames.push_back(progressFrame(session, arguments, view.name));
+    }
+    return frames;
+}
+
+void tellSelection(const host::Session& session, const SheetArguments& arguments, const NamedParams& named,
+                   const std::optional<FrameReport>& counts) {
+    const std::vector<std::string> notes = selectionNotes(session, named, counts);
+    tellNotes(notes, arguments.report, arguments.output);
+    if (arguments.report.report)
+        printOut(selectionText(session, counts, notes, arguments.report.json));
+}
+
 // All views on a canvas whose samples have this type.
 Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const SourceFrame& source,
-                   const FrameArguments& arguments, SampleType type) {
+                   const SheetArguments& arguments, const NamedParams& named, SampleType type) {
     const SheetLayout layout = layoutFor(views, source);
     Canvas canvas(static_cast<std::uint32_t>(layout.width()), static_cast<std::uint32_t>(layout.height()),
                   kBackground, type);
+    ProgressLine progress(progressFrames(effect.session(), views, arguments.frame), pixelsOf(source),
+                          arguments.frame.quiet);
     for (std::size_t cell = 0; cell < views.size(); ++cell) {
-        const auto& [param, value, name] = views[cell];
-        effect.session().setValue(param, value);
-        const host::Image result = renderFrame(effect, source, arguments, name);
+        const View& view = views[cell];
+        const Area place = {layout.left(cell), layout.top(cell) + layout.lineHeight, source.picture.width,
+                            source.picture.height};
+        drawText(canvas, place.left, layout.top(cell), view.name, kText, layout.textScale);
+        if (view.isOff) {
+            canvas.checker(place, (layout.margin + 1) / 2, kDarkSquare, kLightSquare);
+            continue;
+        }
+        effect.session().setValue(view.param, view.value);
+        std::optional<FrameReport> counts;
+        if (cell == 0 && !arguments.effect.plugin) // in the first view all stages run
+            counts.emplace();
+        const host::Image result =
+            renderFrame(effect, source, arguments.frame, progress, counts ? &*counts : nullptr);
+        progress.nextFrame();
+        if (cell == 0)
+            tellSelection(effect.session(), arguments, named, counts);
         const Picture drawn = pictureOf(result, source.image, source.picture, {type, AlphaKind::Straight});
-        const Area place = {layout.left(cell), layout.top(cell) + layout.lineHeight, drawn.width,
-                            drawn.height};
-        drawText(canvas, place.left, layout.top(cell), name, kText, layout.textScale);
         if (hasAlpha(drawn.channels))
             canvas.checker(place, (layout.margin + 1) / 2, kDarkSquare, kLightSquare);
         canvas.draw(drawn, place.left, place.top);
@@ -80,11 +135,11 @@ Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const Sou
 }
 
 void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArguments& arguments,
-              FileFormat format) {
+              const NamedParams& named, FileFormat format) {
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
     const SampleType type = outputForm(source.picture, format, arguments.frame).sampleType;
     const SampleType drawn = type == SampleType::Half ? SampleType::Float : type;
-    const Picture sheet = drawnSheet(effect, views, source, arguments.frame, drawn);
+    const Picture sheet = drawnSheet(effect, views, source, arguments, named, drawn);
     writeAtomically(arguments.output, encodeDrawn(arguments.output, sheet, type));
     noteLeftOut(source);
 }
@@ -94,9 +149,10 @@ void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArg
 void runSheet(const SheetArguments& arguments) {
     const FileFormat format = checkDrawnFile(arguments.output, {arguments.input}, arguments.force);
     OpenEffect effect = openEffect(arguments.effect);
-    const std::vector<View> views = viewsOf(effect.session());
-    applySettings(effect.session(), arguments.effect, views.front().name);
-    withMemoryFor(arguments.input, [&] { drawFile(effect, views, arguments, format); });
+    std::vector<View> views = viewsOf(effect.session());
+    const NamedParams named = applySettings(effect.session(), arguments.effect, views.front().name);
+    labelOff(effect.session(), views);
+    withMemoryFor(arguments.input, [&] { drawFile(effect, views, arguments, named, format); });
 }
 
 } // namespace kovalune

@@ -1,5 +1,6 @@
 #include "tests/cli/CommandProcess.h"
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -16,6 +17,16 @@ namespace kovalune::tests {
 namespace {
 
 constexpr int kCannotStart = 127;
+
+// Notes are not what a test is about that does not ask for them.
+void splitNotes(const std::string& text, CommandOutcome& outcome) {
+    for (std::size_t start = 0; start < text.size();) {
+        const std::size_t end = std::min(text.find('\n', start), text.size() - 1) + 1;
+        const std::string line = text.substr(start, end - start);
+        (line.starts_with("kovalune: note: ") ? outcome.notes : outcome.err) += line;
+        start = end;
+    }
+}
 
 void limit(decltype(RLIMIT_AS) what, std::size_t bytes) {
     if (bytes == 0)
@@ -140,7 +151,7 @@ CommandOutcome RunningCommand::wait() {
     if (outIsCaught_)
         outcome.out = textOf(scratch_ / "out");
     if (terminal_ < 0)
-        outcome.err = textOf(scratch_ / "err");
+        splitNotes(textOf(scratch_ / "err"), outcome);
     return outcome;
 }
 

@@ -26,7 +26,8 @@ struct CommandSetting {
 struct CommandOutcome {
     int exitCode = -1; // negative: ended by that signal
     std::string out;
-    std::string err; // what a terminal got, if it was one
+    std::string err;   // what a terminal got, if it was one
+    std::string notes; // lines that say so, of what was no terminal; they are not in err
 
     bool ok() const { return exitCode == 0 && err.empty(); }
     // One line that starts with the command's name.

@@ -9,15 +9,19 @@
 namespace kovalune::tests {
 namespace {
 
-TEST(ProgressText, HasABarThePercentageTheRateAndTheTimeLeft) {
+TEST(ProgressText, HasABarThePercentageTheStageTheTimesAndTheRate) {
     EXPECT_EQ(progressText(0.0, 2400000, 3.0), "[--------------------]   0 %");
-    EXPECT_EQ(progressText(0.5, 2400000, 4.0), "[##########----------]  50 %  0.3 megapixels/s  4 s left");
-    EXPECT_EQ(progressText(1.0, 50000000, 2.0), "[####################] 100 %  25.0 megapixels/s  0 s left");
+    EXPECT_EQ(progressText(0.0, 2400000, 3.0, "Base"), "[--------------------]   0 %  Base");
+    EXPECT_EQ(progressText(0.5, 2400000, 4.0),
+              "[##########----------]  50 %  4 s gone, 4 s left, 0.3 megapixels/s");
+    EXPECT_EQ(progressText(1.0, 50000000, 2.0, "Process 1"),
+              "[####################] 100 %  Process 1  2 s gone, 0 s left, 25.0 megapixels/s");
 }
 
 TEST(ProgressText, WritesLongTimesInMinutesAndHours) {
     const auto endsWith = [](double seconds, const std::string& end) {
-        return progressText(0.5, 1, seconds).ends_with("  " + end + " left");
+        const std::string text = progressText(0.5, 1, seconds);
+        return text.find(", " + end + " left, ") != std::string::npos;
     };
     EXPECT_TRUE(endsWith(59.0, "59 s"));
     EXPECT_TRUE(endsWith(60.0, "1:00 min"));
@@ -68,6 +72,45 @@ TEST_F(Progress, StandsOnATerminalAndIsGoneAtTheEnd) {
     EXPECT_TRUE(outcome.err.starts_with("\r[#####---------------]  25 %  ")) << outcome.err;
     EXPECT_EQ(outcome.err.find('\n'), std::string::npos);
     EXPECT_EQ(screen(outcome.err), "");
+}
+
+// The lines that a terminal of this width showed, one after the other.
+std::vector<std::string> linesShown(const std::string& text) {
+    std::vector<std::string> lines;
+    std::size_t start = 0;
+    while ((start = text.find('\r', start)) != std::string::npos) {
+        const std::size_t end = std::min(text.find('\r', start + 1), text.size());
+        lines.push_back(text.substr(start + 1, end - start - 1));
+        start = end;
+    }
+    std::erase_if(lines, [](const std::string& line) { return line.find('[') == std::string::npos; });
+    return lines;
+}
+
+TEST_F(Progress, NamesTheStageAndEndsAtTheLastReport) {
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    setting.errorColumns = 100;
+    const std::vector<std::string> lines =
+        linesShown(runCommand({"render", "in.png", "-o", "out.png", "--factory"}, setting).err);
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_TRUE(lines.front().starts_with("[#-------------------]   7 %  Base  0 s gone, "))
+        << lines.front() << ": one of 7 calls for Base and 7 for Process 1";
+    EXPECT_TRUE(lines.back().starts_with("[####################] 100 %  Process 1  ")) << lines.back();
+    for (const std::string& line : lines)
+        EXPECT_NE(line.find(" gone, "), std::string::npos) << line;
+}
+
+TEST_F(Progress, IsOneBarOverAllViewsOfASheet) {
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    setting.errorColumns = 100;
+    const std::vector<std::string> lines =
+        linesShown(runCommand({"sheet", "in.png", "-o", "out.png", "--factory"}, setting).err);
+    ASSERT_GE(lines.size(), 2U);
+    EXPECT_TRUE(lines.front().starts_with("Normal  [--------------------]   2 %  Base  ")) << lines.front();
+    EXPECT_TRUE(lines.back().starts_with("Process 1  [####################] 100 %  Process 1  "))
+        << lines.back();
 }
 
 TEST_F(Progress, IsWrittenAtMostTenTimesASecond) {

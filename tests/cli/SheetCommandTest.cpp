@@ -40,6 +40,17 @@ TEST(SheetLayout, GrowsTextAndMarginsWithThePicture) {
 
 class Sheet : public ErrorCase {
 protected:
+    // The names on a sheet: the views that the command says there are, and which of them the factory's settings switch
+    // off.
+    static std::vector<std::string> labels() {
+        std::vector<std::string> names = views();
+        for (std::string& name : names) {
+            if (name >= "Process 2")
+                name += " (off)";
+        }
+        return names;
+    }
+
     // The views that the command says there are.
     static std::vector<std::string> views() {
         const std::string text = runCommand({"params"}).out;
@@ -78,7 +89,7 @@ protected:
 
     static SheetLayout layoutOf(const std::vector<std::string>& names, const PngPicture& picture) {
         std::int64_t textWidth = 0;
-        for (const std::string& name : names)
+        for (const std::string& name : labels())
             textWidth = std::max(textWidth, textSize(name, 1).width);
         return sheetLayout(names.size(), picture.width, picture.height, textWidth, 30000);
     }
@@ -132,6 +143,8 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
     EXPECT_EQ(drawn.color, PngColor::Rgb);
     std::set<std::string> different;
     for (std::size_t cell = 0; cell < names.size(); ++cell) {
+        if (names[cell] >= "Process 2")
+            continue; // switched off
         const PngPicture picture = view("art.png", names[cell], kSettings);
         different.insert(textOf(picture.rows));
         const SheetLayout layout = layoutOf(names, picture);
@@ -152,6 +165,25 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
 
 INSTANTIATE_TEST_SUITE_P(, SheetOfDepth, testing::Values(8, 16),
                          [](const auto& tested) { return std::to_string(tested.param) + "Bits"; });
+
+TEST_P(SheetOfDepth, LeavesViewsOfStagesThatAreOffEmpty) {
+    writePng(folder_ / "art.png", art(GetParam()));
+    const PngPicture drawn = sheet("art.png", kSettings);
+    const SheetLayout layout = layoutOf(views(), art(GetParam()));
+    const std::uint16_t byte = GetParam() == 8 ? 1 : 257;
+    for (std::size_t cell = 4; cell < views().size(); ++cell) {
+        std::set<std::vector<std::uint16_t>> colors;
+        for (std::int64_t y = 0; y < 40; ++y) {
+            for (std::int64_t x = 0; x < 100; ++x)
+                colors.insert(
+                    colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y));
+        }
+        const auto grey = [byte](int level) {
+            return std::vector<std::uint16_t>(3, static_cast<std::uint16_t>(level * byte));
+        };
+        EXPECT_EQ(colors, (std::set<std::vector<std::uint16_t>>{grey(112), grey(160)})) << views()[cell];
+    }
+}
 
 TEST_F(Sheet, ShowsTransparentPartsOverAChequeredGround) {
     PngPicture art = blankPng(PngColor::RgbAlpha, 8, 60, 40);

@@ -1,0 +1,33 @@
+// The effect's stages as the command knows them: by the labels of their controls. 0 is Base, 1 to 4 are Process 1
+// to 4. An effect from a file may have others.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "effect/Kovalune.h"
+#include "host/Session.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+
+namespace kovalune {
+
+// "Base", "Process 1"
+std::string stageName(std::size_t stage);
+
+// Of the check box that switches a Process stage on: "1 : Enable Process". Base has none.
+std::string stageSwitch(std::size_t stage);
+
+// "Color 2"; of a Process stage, which has only colour 0, "1 : Color".
+std::string colorLabel(std::size_t stage, std::size_t color);
+
+// "Enable 2"; of a Process stage that of the stage.
+std::string colorSwitch(std::size_t stage, std::size_t color);
+
+// Nothing where the effect has no such check box.
+std::optional<bool> isOn(const host::Session& session, const std::string& checkBox);
+
+// What a frame of the session's values will report of its progress; nothing where a control is missing.
+std::optional<ProgressSettings> progressSettings(const host::Session& session, const FrameArguments& frame);
+
+} // namespace kovalune

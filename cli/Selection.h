@@ -1,0 +1,30 @@
+// What settings select and change in a picture: a note for each that does nothing, and the counts that the effect
+// reports.
+#pragma once
+
+#include "cli/Arguments.h"
+#include "cli/EffectSettings.h"
+#include "effect/Kovalune.h"
+#include "host/Session.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kovalune {
+
+// A line for each setting of the command line that is switched off without a word, for each enabled colour that selects
+// nothing and for each stage that "Keep Process" leaves nothing. `counts`: none from an effect that does not report.
+std::vector<std::string> selectionNotes(const host::Session& session, const NamedParams& named,
+                                        const std::optional<FrameReport>& counts);
+
+// A table, or JSON.
+std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
+                          const std::vector<std::string>& notes, bool json);
+
+// Writes the notes to standard error. Throws Failure if there are any and `arguments` are strict: `output` is then not
+// to be written.
+void tellNotes(const std::vector<std::string>& notes, const ReportArguments& arguments,
+               const std::string& output);
+
+} // namespace kovalune
