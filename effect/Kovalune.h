@@ -40,8 +40,9 @@ inline constexpr IntRange kCurveRange = {-100, 100};
 inline constexpr IntRange kKeyChannelRange = {0, 255};
 inline constexpr IntRange kKeyToleranceRange = {0, 255};
 
-/// The longest side that a picture may have: up to it a percentage of a length fits 32 bits.
-inline constexpr int32_t kLongestSide = 1 << 24;
+/// The longest side that a picture may have, as hosts' worlds have it: what 16-bit rectangles hold. Lengths up to it, times
+/// two percentages, fit the 32 bits of the smoothing's arithmetic, and so does a map of flags with its margins.
+inline constexpr int32_t kLongestSide = 32767;
 
 /// Which pixels count as transparent, in the result as well: none, those near the key colour, or all others.
 enum class SmoothKey : uint8_t { kNone, kRemove, kOnly };

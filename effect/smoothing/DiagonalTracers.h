@@ -54,6 +54,8 @@ int32_t staircaseLength(const Context& c, const DiagonalTracer& t, int32_t x, in
     return n;
 }
 
+/// The ramp ends with its own staircase at the latest: the step of a very long one is cut to whole weights, so that its
+/// ramp would go on beyond the last cell, and behind that the picture may end.
 template <class Context>
 bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t y) {
     using Traits = typename Context::Traits;
@@ -64,7 +66,7 @@ bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t
     const auto step = Traits::rampStep(rampDivisor(c.strength, n));
     RampOf<Context> inner(Traits::kThird, step, c.curve);
     RampOf<Context> outer(Traits::kHalf, step, c.curve);
-    while (!inner.finished) {
+    for (int32_t i = 0; i <= n && !inner.finished; ++i) {
         const auto color = c.src(x + t.source.x, y + t.source.y);
         c.blend(x + t.inner.x, y + t.inner.y, color, nextWeight(inner));
         if (t.writesSource) {

@@ -115,6 +115,11 @@ const BadCall kBadCalls[] = {
      [](PictureView& s, WritablePictureView& d) { s.width = d.width = -1, s.height = d.height = -4; }},
     {"SidesTooLong", PF_Err_BAD_CALLBACK_PARAM,
      [](PictureView& s, WritablePictureView& d) { s.height = d.height = kLongestSide + 1; }},
+    {"AWidthBeyondThatOfWorlds", PF_Err_BAD_CALLBACK_PARAM,
+     [](PictureView& s, WritablePictureView& d) {
+         s.width = d.width = 32768, s.height = d.height = 1;
+         s.rowbytes = d.rowbytes = 32768 * 8;
+     }},
     {"RowsShorterThanTheirPixels", PF_Err_BAD_CALLBACK_PARAM,
      [](PictureView& s, WritablePictureView&) { s.rowbytes = 5 * 8 - 2; }},
     {"NegativeRows", PF_Err_BAD_CALLBACK_PARAM,
@@ -147,6 +152,15 @@ TEST_P(SmoothPictureRefuses, AndWritesNothing) {
     GetParam().spoil(from, to);
     EXPECT_EQ(smoothPicture(from, to, {}), GetParam().code);
     EXPECT_TRUE(destination.untouched());
+}
+
+TEST(SmoothPictureSides, MayBeAsLongAsThoseOfAWorld) {
+    EXPECT_EQ(kLongestSide, 32767);
+    for (const auto& [width, height] : {std::pair{kLongestSide, 1}, std::pair{1, kLongestSide}}) {
+        const OwnPicture source(PF_PixelFormat_ARGB32, width, height, 0);
+        OwnPicture destination(PF_PixelFormat_ARGB32, width, height, 0);
+        EXPECT_EQ(smoothPicture(source.view(), destination.writable(), {.strength = 100}), PF_Err_NONE);
+    }
 }
 
 TEST(SmoothPictureRows, MayFollowEachOtherInMemory) {

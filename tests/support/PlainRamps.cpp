@@ -143,7 +143,7 @@ bool PlainSmooth::traceVerticalDiagonals(int32_t x, int32_t y) {
         any = true;
         PlainRamp inner = innerRamp(n);
         PlainRamp outer = outerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             const PlainPixel colour = src(x + 1 + i, y - 1 - i);
             take(x + 1 + i, y - i, colour, plainNextWeight(format, inner));
             take(x + 1 + i, y - 1 - i, colour, plainNextWeight(format, outer));
@@ -153,7 +153,7 @@ bool PlainSmooth::traceVerticalDiagonals(int32_t x, int32_t y) {
     if (fired("vertical diagonal 2", n >= 1)) {
         any = true;
         PlainRamp inner = innerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             take(x - i, y + 1 + i, src(x - i, y + 2 + i), plainNextWeight(format, inner));
         }
     }
@@ -162,7 +162,7 @@ bool PlainSmooth::traceVerticalDiagonals(int32_t x, int32_t y) {
         any = true;
         PlainRamp inner = innerRamp(n);
         PlainRamp outer = outerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             const PlainPixel colour = src(x - i, y - 1 - i);
             take(x - i, y - i, colour, plainNextWeight(format, inner));
             take(x - i, y - 1 - i, colour, plainNextWeight(format, outer));
@@ -172,7 +172,7 @@ bool PlainSmooth::traceVerticalDiagonals(int32_t x, int32_t y) {
     if (fired("vertical diagonal 4", n >= 1)) {
         any = true;
         PlainRamp inner = innerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             take(x + 1 + i, y + 1 + i, src(x + 1 + i, y + 2 + i), plainNextWeight(format, inner));
         }
     }
@@ -190,7 +190,7 @@ bool PlainSmooth::traceHorizontalDiagonals(int32_t x, int32_t y) {
         any = true;
         PlainRamp inner = innerRamp(n);
         PlainRamp outer = outerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             const PlainPixel colour = src(x + 1 + i, y - i);
             take(x + i, y - i, colour, plainNextWeight(format, inner));
             take(x + 1 + i, y - i, colour, plainNextWeight(format, outer));
@@ -200,7 +200,7 @@ bool PlainSmooth::traceHorizontalDiagonals(int32_t x, int32_t y) {
     if (fired("horizontal diagonal 2", n >= 1)) {
         any = true;
         PlainRamp inner = innerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             take(x - 1 - i, y + 1 + i, src(x - 2 - i, y + 1 + i), plainNextWeight(format, inner));
         }
     }
@@ -209,7 +209,7 @@ bool PlainSmooth::traceHorizontalDiagonals(int32_t x, int32_t y) {
         any = true;
         PlainRamp inner = innerRamp(n);
         PlainRamp outer = outerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             const PlainPixel colour = src(x - 2 - i, y - i);
             take(x - 1 - i, y - i, colour, plainNextWeight(format, inner));
             take(x - 2 - i, y - i, colour, plainNextWeight(format, outer));
@@ -219,7 +219,7 @@ bool PlainSmooth::traceHorizontalDiagonals(int32_t x, int32_t y) {
     if (fired("horizontal diagonal 4", n >= 1)) {
         any = true;
         PlainRamp inner = innerRamp(n);
-        for (int32_t i = 0; !inner.finished; ++i) {
+        for (int32_t i = 0; i <= n && !inner.finished; ++i) {
             take(x + i, y + 1 + i, src(x + 1 + i, y + 1 + i), plainNextWeight(format, inner));
         }
     }
