@@ -12,17 +12,22 @@ namespace kovalune {
 
 /// A colour as the host's conversion gives it.
 struct HlsColor {
-    int32_t hue = 0;        ///< degrees, 16.16; a host may hand out a constant for an undefined hue
+    int32_t hue = 0;        ///< degrees, 16.16, 0 to below a full turn
     int32_t lightness = 0;  ///< full scale 65536
     int32_t saturation = 0; ///< full scale 65536
 };
 
+inline constexpr int32_t kHalfTurn = 180 << 16;
+inline constexpr int32_t kFullTurn = 360 << 16;
+
 /// Converts red, green and blue; alpha plays no role. The host's code is returned, and `hls` holds what the
-/// host left in it, whatever the code.
+/// host left in it, whatever the code. A host may hand out a number that is no angle for the hue of a grey; it counts
+/// as 0, since its distance from a coloured entry could come out negative and would match at any range.
 inline PF_Err convertToHls(PF_InData* inData, PF_Pixel color, HlsColor& hls) {
     PF_HLS_Pixel fixed = {hls.hue, hls.lightness, hls.saturation};
     const PF_Err err = inData->utils->colorCB.RGBtoHLS(inData->effect_ref, &color, fixed);
-    hls = {fixed[0], fixed[1], fixed[2]};
+    const bool isAngle = fixed[0] >= 0 && fixed[0] < kFullTurn;
+    hls = {isAngle ? fixed[0] : 0, fixed[1], fixed[2]};
     return err;
 }
 
@@ -53,14 +58,12 @@ inline ColorMatch makeColorMatch(PF_InData* inData, const PF_Pixel& color, doubl
 }
 
 /// Hue counts at one 128th of its 16.16 degrees and wraps around the circle, so half a turn weighs 1.4 times
-/// the whole of lightness or saturation. All arithmetic wraps at 32 bits, since a host's hue may be any
-/// number.
+/// the whole of lightness or saturation. All arithmetic wraps at 32 bits, since a host's lightness and saturation may be
+/// any numbers.
 inline int32_t colorDistance(const HlsColor& pixel, const ColorMatch& match) {
-    constexpr int32_t halfTurn = 180 << 16;
-    constexpr int32_t fullTurn = 360 << 16;
     int32_t dh = wrappingAbs(wrappingSub(pixel.hue, match.hue));
-    if (dh > halfTurn) {
-        dh = wrappingSub(fullTurn, dh);
+    if (dh > kHalfTurn) {
+        dh = wrappingSub(kFullTurn, dh);
     }
     const int32_t ds = wrappingAbs(wrappingSub(pixel.saturation, match.saturation));
     const int32_t dl = wrappingAbs(wrappingSub(pixel.lightness, match.lightness));

@@ -75,14 +75,56 @@ TEST(ColorDistance, FollowsTheFormulaForAllColours) {
     }
 }
 
-TEST(ColorDistance, WrapsAt32BitsForAnUndefinedHue) {
-    EXPECT_EQ(distance({kUndefinedHue, 5, 5}, {kUndefinedHue, 5, 5}), 0);
-    // |min - 0| stays the most negative number, which is no more than half a turn.
-    EXPECT_EQ(distance({kUndefinedHue, 0, 0}, {0, 0, 0}), (kUndefinedHue >> 7) >> 3);
-    EXPECT_EQ(distance({0, 0, 0}, {kUndefinedHue, 0, 0}), (kUndefinedHue >> 7) >> 3);
-    // min - 100 degrees wraps to a large positive number, and a turn minus that is negative again.
-    const int32_t wrapped = 2147483647 - 100 * kDegree + 1;
-    EXPECT_EQ(distance({kUndefinedHue, 0, 0}, {100 * kDegree, 0, 0}), ((360 * kDegree - wrapped) >> 7) >> 3);
+class HueOutsideTheCircle : public testing::TestWithParam<int32_t> {};
+
+INSTANTIATE_TEST_SUITE_P(All, HueOutsideTheCircle,
+                         testing::Values(kUndefinedHue, -1, 360 * kDegree,
+                                         std::numeric_limits<int32_t>::max()));
+
+/// A host whose conversion gives every grey this hue.
+PF_Err convertedBy(StrictHost& host, int32_t hueOfGreys, const PF_Pixel& color, HlsColor& hls) {
+    static int32_t hue = 0;
+    hue = hueOfGreys;
+    host.utils().colorCB.RGBtoHLS = [](PF_ProgPtr, PF_Pixel* rgb, PF_Fixed* out) -> PF_Err {
+        PF_Fixed fixed[3];
+        host::rgbToHls(*rgb, fixed);
+        const bool grey = rgb->red == rgb->green && rgb->green == rgb->blue;
+        out[0] = grey ? hue : fixed[0];
+        out[1] = fixed[1];
+        out[2] = fixed[2];
+        return PF_Err_NONE;
+    };
+    return convertToHls(host.in(), color, hls);
+}
+
+TEST_P(HueOutsideTheCircle, CountsAsZero) {
+    StrictHost host;
+    HlsColor hls;
+    EXPECT_EQ(convertedBy(host, GetParam(), {255, 8, 8, 8}, hls), PF_Err_NONE);
+    EXPECT_EQ(hls.hue, 0);
+    EXPECT_EQ(hls.lightness, 2056);
+    EXPECT_EQ(hls.saturation, 0);
+}
+
+TEST_P(HueOutsideTheCircle, MakesNoGreyMatchAColourAtRangeZero) {
+    StrictHost host;
+    for (int hue = 0; hue < 360; hue += 5) {
+        HlsColor black;
+        convertedBy(host, GetParam(), {255, 0, 0, 0}, black);
+        const ColorMatch entry = makeColorMatch(HlsColor{hue * kDegree, 32768, 65536}, 0.0);
+        EXPECT_FALSE(matches(black, entry)) << hue;
+        EXPECT_EQ(colorDistance(black, entry), plainDistance({0, black.lightness, black.saturation},
+                                                             {entry.hue, entry.lightness, entry.saturation}));
+    }
+}
+
+TEST(HueInsideTheCircle, StaysAsItIs) {
+    StrictHost host;
+    for (const int32_t hue : {0, 1, 180 * kDegree, 360 * kDegree - 1}) {
+        HlsColor hls;
+        convertedBy(host, hue, {255, 8, 8, 8}, hls);
+        EXPECT_EQ(hls.hue, hue);
+    }
 }
 
 TEST(ColorDistance, BearsAnyNumbers) {
