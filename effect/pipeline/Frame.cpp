@@ -3,6 +3,8 @@
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/pipeline/ReportSource.h"
 
+#include <algorithm>
+
 namespace kovalune {
 namespace {
 
@@ -27,6 +29,28 @@ AEUtil::EffectWorldPtr newWideWorld(const RenderSettings& settings, const FrameP
 }
 
 constexpr char kCleared = 1;
+constexpr char kUncleared = 0;
+
+/// Nothing writes the masked pixels' world outside the rectangle, but boundary smoothing reads all of it: what it finds
+/// there must be transparent.
+char clearingOfMasked(const RenderSettings& s) {
+    const FrameRect& rect = s.extentRect;
+    const PF_EffectWorld& world = *s.outputWorld;
+    const bool isWhole =
+        rect.left == 0 && rect.top == 0 && rect.right == world.width && rect.bottom == world.height;
+    return isWhole ? kUncleared : kCleared;
+}
+
+/// Whether a "Process" view will show the last layer although no stage makes one: then it must be transparent.
+char clearingOfPreviousLayer(const RenderSettings& s, const FramePasses& passes) {
+    if (passes.worksWidened || s.view < kViewProcess1) {
+        return kUncleared;
+    }
+    const int32_t chosen = std::min<int32_t>(s.view, kViewProcess4) - kViewBase;
+    const bool anyEnabled = std::any_of(&s.stages[1], &s.stages[1] + chosen,
+                                        [](const StageSettings& stage) { return stage.enableProcess != 0; });
+    return anyEnabled ? kUncleared : kCleared;
+}
 
 /// What the frame fills, emptied of what an earlier one has left in it.
 FrameReport* newReport(const FrameRect& rect) {
@@ -48,13 +72,14 @@ FramePlanes::FramePlanes(const RenderSettings& s)
       stageCopyMask(newPlane(s)), outsideMask(newPlane(s)) {}
 
 FrameWorlds::FrameWorlds(const RenderSettings& s, const FramePasses& passes)
-    : maskedWorld(newWorld(s, passes.workFormat)), baseSmoothWorld(newWorld(s, passes.workFormat)),
-      wideSource(newWideWorld(s, passes)), wideTarget(newWideWorld(s, passes)),
-      spareWide(newWideWorld(s, passes)), extendedWorld(newWorld(s, passes.workFormat, kCleared)),
+    : maskedWorld(newWorld(s, passes.workFormat, clearingOfMasked(s))),
+      baseSmoothWorld(newWorld(s, passes.workFormat)), wideSource(newWideWorld(s, passes)),
+      wideTarget(newWideWorld(s, passes)), spareWide(newWideWorld(s, passes)),
+      extendedWorld(newWorld(s, passes.workFormat, kCleared)),
       smoothedWorld(newWorld(s, passes.workFormat, kCleared)),
       layerWorld(newWorld(s, passes.workFormat, kCleared)), blurScratchWorld(newWorld(s, passes.workFormat)),
       extendScratchWorld(newWorld(s, passes.workFormat)), spareWork(newWorld(s, passes.workFormat)),
-      previousLayerWorld(newWorld(s, passes.workFormat)) {}
+      previousLayerWorld(newWorld(s, passes.workFormat, clearingOfPreviousLayer(s, passes))) {}
 
 Frame::Frame(const FramePasses& framePasses, const FrameStart& start)
     : passes(framePasses), settings(start.settings), scale(start.scale), planes(start.settings),

@@ -76,7 +76,7 @@ void cutToRegion(Frame& frame) {
 }
 
 /// A "Process" view shows the chosen stage's layer alone. For a chosen stage that is disabled a widened frame
-/// shows nothing, the others the last layer that was made.
+/// shows nothing, the others the last layer that was made, or nothing where none was.
 void showLayer(Frame& frame) {
     if (frame.passes.worksWidened) {
         narrow(frame, frame.worlds.layerWorld.get());

@@ -205,7 +205,7 @@ void runProcessStages(Frame& frame) {
         if (frame.settings.stages[number].enableProcess != 0 && stage.run(lastNumber) == LoopEnd::kFinish) {
             return;
         }
-        if (number == frame.settings.view - kViewBase) {
+        if (frame.settings.view == kViewBase + number) {
             return;
         }
     }

@@ -1,10 +1,12 @@
 // What a frame takes from the host, and how it gives it back.
 #include "effect/share/AEUtil/AEException.h"
-#include "tests/pipeline/FrameScene.h"
+#include "tests/pipeline/PlainProcess.h"
+#include "tests/pipeline/ProcessScene.h"
 #include "tests/pipeline/WorldWatch.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <optional>
 
 namespace kovalune::test {
 namespace {
@@ -29,13 +31,70 @@ TEST_P(FrameResources, MakesItsWorldsInOrder) {
     const WorldWatch watch(scene.host);
     EXPECT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
     // Masked, base smooth, (three wide ones,) extended, smoothed, layer, two scratch worlds, spare, previous.
-    const std::string cleared = widens() ? "-----ccc----" : "--ccc----";
+    const std::string cleared = widens() ? "c----ccc----" : "c-ccc----";
     ASSERT_EQ(watch.made().size(), cleared.size());
     for (std::size_t i = 0; i < cleared.size(); ++i) {
         EXPECT_EQ(watch.made()[i].cleared, cleared[i] == 'c') << "world " << i;
         EXPECT_EQ(watch.made()[i].format, GetParam().workFormat) << "world " << i;
         EXPECT_EQ(watch.made()[i].width, 14);
         EXPECT_EQ(watch.made()[i].height, 11);
+    }
+}
+
+TEST_P(FrameResources, ClearsTheMaskedWorldWhereTheRectangleIsSmallerThanIt) {
+    Random random(148);
+    const std::pair<FrameRect, bool> rects[] = {{rectAt(0, 0, 14, 11), false},
+                                                {rectAt(1, 0, 13, 11), true},
+                                                {rectAt(0, 1, 14, 10), true},
+                                                {rectAt(0, 0, 13, 11), true},
+                                                {rectAt(0, 0, 14, 10), true}};
+    for (const auto& [rect, cleared] : rects) {
+        FrameScene scene(GetParam(), random);
+        scene.settings.extentRect = rect;
+        const WorldWatch watch(scene.host);
+        EXPECT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+        EXPECT_EQ(watch.made().front().cleared, cleared);
+    }
+}
+
+TEST_P(FrameResources, ClearsThePreviousLayerWhereAViewShowsOneThatNoStageMakes) {
+    Random random(149);
+    for (const int32_t view : {1, 3, 4, 5, 6, 7, 8, 9}) {
+        for (int32_t enabled = 0; enabled <= 4; ++enabled) {
+            FrameScene scene(GetParam(), random);
+            scene.settings.view = view;
+            scene.settings.stages[enabled].enableProcess = 1;
+            const WorldWatch watch(scene.host);
+            EXPECT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+            const bool made = enabled != 0 && enabled <= view - 4;
+            EXPECT_EQ(watch.made().back().cleared, !widens() && view >= kViewProcess1 && !made)
+                << "view " << view << ", stage " << enabled;
+        }
+    }
+}
+
+TEST_P(FrameResources, NoPixelDependsOnWhatTheHostsMemoryHeld) {
+    Random random(150);
+    for (int round = 0; round < 60; ++round) {
+        const uint64_t seed = random.next();
+        std::optional<PlainPicture> first;
+        for (const int content : {0x00, 0x3E, 0xA7}) {
+            Random same(seed);
+            ProcessScene scene(GetParam(), 24, 17, same);
+            scene.randomise(same);
+            if (round % 2 != 0) {
+                scene.settings.extentRect = rectAt(3, 2, 15, 11);
+            }
+            WorldWatch watch(scene.host);
+            watch.fillUncleared(static_cast<uint8_t>(content));
+            ASSERT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+            if (first) {
+                ASSERT_EQ(difference(*first, scene.output), "")
+                    << "round " << round << ", content " << content;
+            } else {
+                first = read(scene.output);
+            }
+        }
     }
 }
 

@@ -56,7 +56,10 @@ public:
           allColors_(extract_), layerLimit_(extract_), region_(extract_),
           widened_(input.format == PF_PixelFormat_ARGB32), source_(widened_ ? plainWiden(input) : input),
           target_(source_), masked_(poisoned(workFormatOf(input.format), input)), extended_(cleared(masked_)),
-          layer_(cleared(masked_)), previousLayer_(masked_) {
+          layer_(cleared(masked_)), previousLayer_(showsNoLayer() ? layer_ : masked_) {
+        if (rect_.width() < input.width || rect_.height() < input.height) {
+            masked_ = cleared(masked_);
+        }
         for (const StageSettings& stage : settings_.stages) {
             if (stage.enableProcess != 0) {
                 total_ += 3 * stage.repeat + 1;
@@ -84,6 +87,15 @@ public:
     }
 
 private:
+    /// A "Process" view up to whose stage none is on. An 8-bit frame shows the layer itself then.
+    bool showsNoLayer() const {
+        bool anyOn = widened_ || settings_.view < kViewProcess1;
+        for (int32_t number = 1; number <= 4 && number <= settings_.view - 4; ++number) {
+            anyOn = anyOn || settings_.stages[number].enableProcess != 0;
+        }
+        return !anyOn;
+    }
+
     PF_Err answer(PlainCall call, int32_t number) const {
         return job_.fault.call == call && job_.fault.number == number ? job_.fault.code : PF_Err{PF_Err_NONE};
     }
@@ -234,10 +246,7 @@ private:
             passAnyway([&] { plainClearAlphaOutside(rect_, layerLimit_, layer_); });
             pass([&] { plainMultiplyAlphaOutside(rect_, extract_, previousLayer_, layer_); });
         }
-        copy([&] {
-            previousLayer_ = layer_;
-            anyLayer_ = true;
-        });
+        copy([&] { previousLayer_ = layer_; });
         pass([&] { plainComposeOver(rect_, layer_, target_); });
         pass([&] { layerLimit_ = coverageOf(layer_); });
         return true;
@@ -294,10 +303,7 @@ private:
         if (widened_) {
             narrow(layer_);
         } else {
-            copy([&] {
-                done_.output = previousLayer_;
-                done_.known = anyLayer_;
-            });
+            copy([&] { done_.output = previousLayer_; });
         }
     }
 
@@ -325,7 +331,6 @@ private:
     PlainPicture layer_;
     PlainPicture previousLayer_;
     bool anyProcessDone_ = false;
-    bool anyLayer_ = false;
     int32_t total_ = 0;
     int32_t current_ = 0;
     PF_Err err_ = PF_Err_NONE;

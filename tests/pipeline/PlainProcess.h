@@ -30,7 +30,6 @@ struct PlainJob {
 struct PlainRendered {
     PlainPicture output;
     PF_Err err = PF_Err_NONE;
-    bool known = true; ///< false: the output shows a world that nobody has written
     int32_t passes = 0;
     int32_t copies = 0;
     int32_t clears = 0;

@@ -137,12 +137,4 @@ void ProcessScene::randomise(Random& random) {
     downsample(x, random.chance(60) ? x : scale());
 }
 
-void ProcessScene::avoidSmoothing() {
-    downsample({1, 1}, {1, 1});
-    for (StageSettings& stage : settings.stages) {
-        stage.blurAmount += stage.blurAmount == 0.0 ? 0.0 : 15.0;
-        stage.boundaryBlur += stage.boundaryBlur == 0.0 ? 0.0 : 30.0;
-    }
-}
-
 } // namespace kovalune::test

@@ -34,9 +34,6 @@ struct ProcessScene : FrameScene {
     /// Base and Process settings, view and downsample factors at random, in all their combinations.
     void randomise(Random& random);
 
-    /// Moves every blur out of the amounts that are smoothed.
-    void avoidSmoothing();
-
     /// Switches a Process stage on, for a colour of the palette.
     StageSettings& enable(int32_t number, std::size_t colour, double boundaryBlur, int32_t repeat = 1);
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace kovalune::test {
 namespace {
@@ -203,6 +204,17 @@ TEST(ProcessDepths, EightBitFrameIsTheNarrowedSixteenBitFrame) {
         ASSERT_EQ(difference(plainNarrow(read(wide.output)), narrow.output), "") << "round " << round;
     }
     EXPECT_GT(compared, 50);
+}
+
+/// No menu gives such a number, but a project's file may.
+TEST_P(ProcessView, OfANumberThatNoMenuHasRunsAllStages) {
+    for (const int32_t view : {std::numeric_limits<int32_t>::min(), -5, 0, 2}) {
+        Random random(226);
+        ProcessScene scene(GetParam(), 20, 14, random);
+        scene.enable(4, 1, 40.0);
+        const PlainPicture normal = rendered(scene, kViewNormal);
+        EXPECT_EQ(difference(normal, rendered(scene, view)), "") << view;
+    }
 }
 
 } // namespace

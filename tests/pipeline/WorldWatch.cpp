@@ -1,5 +1,8 @@
 #include "tests/pipeline/WorldWatch.h"
 
+#include "host/Image.h"
+
+#include <cstddef>
 #include <cstring>
 
 namespace kovalune::test {
@@ -34,7 +37,15 @@ std::int32_t WorldWatch::acquire(const char* name, std::int32_t version, const v
 PF_Err WorldWatch::newWorld(PF_ProgPtr ref, A_long width, A_long height, PF_Boolean clear,
                             PF_PixelFormat format, PF_EffectWorld* world) {
     current->made_.push_back({world, width, height, clear != 0, format});
-    return current->hostSuite_->PF_NewWorld(ref, width, height, clear, format, world);
+    const PF_Err err = current->hostSuite_->PF_NewWorld(ref, width, height, clear, format, world);
+    if (err == PF_Err_NONE && clear == 0 && current->content_) {
+        const auto used = static_cast<std::size_t>(width) * host::bytesPerPixel(format);
+        for (A_long y = 0; y < height; ++y) {
+            auto* const row = static_cast<uint8_t*>(static_cast<void*>(world->data));
+            std::memset(row + std::ptrdiff_t{y} * world->rowbytes, *current->content_, used);
+        }
+    }
+    return err;
 }
 
 PF_Err WorldWatch::disposeWorld(PF_ProgPtr ref, PF_EffectWorld* world) {

@@ -3,6 +3,8 @@
 
 #include "tests/support/StrictHost.h"
 
+#include <cstdint>
+#include <optional>
 #include <vector>
 
 namespace kovalune::test {
@@ -24,6 +26,9 @@ public:
     WorldWatch(const WorldWatch&) = delete;
     WorldWatch& operator=(const WorldWatch&) = delete;
 
+    /// From here on worlds that need not be cleared come with this byte in each of their pixels' bytes.
+    void fillUncleared(uint8_t content) { content_ = content; }
+
     const std::vector<Made>& made() const { return made_; }
     const std::vector<PF_EffectWorld*>& disposed() const { return disposed_; }
 
@@ -38,6 +43,7 @@ private:
     SPBasicSuite basic_;
     PFWorldSuite2 suite_ = {};
     const PFWorldSuite2* hostSuite_ = nullptr;
+    std::optional<uint8_t> content_;
     std::vector<Made> made_;
     std::vector<PF_EffectWorld*> disposed_;
 };
