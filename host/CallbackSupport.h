@@ -5,6 +5,8 @@
 #include "host/CommandContext.h"
 #include "host/HostState.h"
 
+#include <cstddef>
+#include <cstring>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -100,6 +102,14 @@ struct CallName {
     }
     char text[Size];
 };
+
+// What a host of a later interface writes after a record that it knows as a longer one.
+template <typename Record>
+void writeExtraBytes(const CommandContext& context, Record* record) {
+    constexpr int kPattern = 0xA5;
+    std::memset(static_cast<void*>(record + 1), kPattern,
+                static_cast<std::size_t>(context.host.options.extraRecordBytes));
+}
 
 // Books the call of a function that this host does not have.
 void bookUnsupported(const char* call) noexcept;

@@ -30,6 +30,8 @@ void checkOptions(const HostOptions& options) {
     require(layoutNumber(options.rowPadding), "rowPadding must be a multiple of 4 from 0 to 65536");
     require(layoutNumber(options.rowGuard), "rowGuard must be a multiple of 4 from 0 to 65536");
     require(layoutNumber(options.dataOffset), "dataOffset must be a multiple of 4 from 0 to 65536");
+    require(options.extraRecordBytes >= 0 && options.extraRecordBytes <= 32,
+            "extraRecordBytes must be 0 to 32");
     require(options.timeScale != 0, "timeScale must not be 0");
 }
 

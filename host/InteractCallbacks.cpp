@@ -28,6 +28,7 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long st
         if (index < 0 || index >= context.params.size())
             return PF_Err_INVALID_INDEX;
         *param = context.definitionAt(index, hostTime(time, scale, context.host.options.timeScale));
+        writeExtraBytes(context, param);
         context.paramCheckedOut(param);
         return PF_Err_NONE;
     });

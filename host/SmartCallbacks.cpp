@@ -25,6 +25,7 @@ PF_Err checkoutLayer(PF_ProgPtr ref, PF_ParamIndex index, A_long id, const PF_Re
         if (index < 0 || index >= context.params.size())
             return PF_Err_INVALID_INDEX;
         const PF_ParamDef param = context.params.definitionAt(index, 0);
+        writeExtraBytes(context, result);
         return context.smart->checkoutLayer(index, id, *request, param, *result);
     });
 }

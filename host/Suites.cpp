@@ -25,6 +25,8 @@ PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def
     return countedCall("PF_UpdateParamUI", ref, arguments, [&](CommandContext& context) -> PF_Err {
         if (def == nullptr)
             return PF_Err_BAD_CALLBACK_PARAM;
+        // The interface promises nothing of the caller's copy after the call.
+        writeExtraBytes(context, const_cast<PF_ParamDef*>(def));
         const PF_Err code = context.params.updateUi(index, *def);
         if (code == PF_Err_NONE && !changesUiOnly(context.shownAt(index), *def))
             context.host.ledger.addMisuse(

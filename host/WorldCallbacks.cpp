@@ -27,6 +27,7 @@ PF_Err newWorld(const char* call, PF_ProgPtr ref, WorldRequest request, PF_Effec
         if (world == nullptr || !pictureFormat(request.format))
             return misused(context, joined(call, "with a null world or an unknown format"));
         request.effectMade = true;
+        writeExtraBytes(context, world);
         return context.host.worlds.make(request, context.host.options, *world);
     });
 }

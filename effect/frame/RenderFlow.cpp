@@ -5,6 +5,7 @@
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ReadOut.h"
 #include "effect/share/AEUtil/HandleLock.h"
+#include "effect/share/AEUtil/Roomy.h"
 #include "effect/share/AEUtil/WorldBasics.h"
 #include "effect/share/Wrapping.h"
 
@@ -17,8 +18,14 @@ namespace {
 constexpr A_long kLayerCheckoutId = 0;
 constexpr PF_ParamIndex kInputLayer = 0;
 
+/// Hosts with rectangles of 32 bits may pass a corner that 16 bits do not hold. No world has it, so that such a rectangle
+/// becomes one that no world holds either, and is no empty one: the frame's opening refuses it.
 FrameRect frameRect(const PF_Rect& rect) {
-    return {low16(rect.top), low16(rect.left), low16(rect.bottom), low16(rect.right)};
+    constexpr FrameRect outsideAll = {0, 0, -1, -1};
+    const FrameRect narrow = {low16(rect.top), low16(rect.left), low16(rect.bottom), low16(rect.right)};
+    const bool fits = narrow.top == rect.top && narrow.left == rect.left && narrow.bottom == rect.bottom &&
+                      narrow.right == rect.right;
+    return fits ? narrow : outsideAll;
 }
 
 FrameRect movedBy(const FrameRect& rect, int32_t dx, int32_t dy) {
@@ -38,12 +45,6 @@ void uniteInto(PF_LRect& rect, const PF_LRect& added) {
                 std::max(rect.right, added.right), std::max(rect.bottom, added.bottom)};
     }
 }
-
-/// What the host fills in, with spare bytes behind it: hosts of different releases differ by a few.
-struct RoomyCheckoutResult {
-    PF_CheckoutResult result = {};
-    [[maybe_unused]] uint8_t slack[32] = {};
-};
 
 PF_Err checkOutPixels(PF_InData* in, PF_SmartRenderExtra* extra, RenderSettings& settings) {
     settings.inputWorld = nullptr;
@@ -113,12 +114,11 @@ PF_Err BaseFilter::smartPreRender(PF_InData* in, PF_OutData* out, PF_PreRenderEx
 
 PF_Err BaseFilter::preRenderInput(PF_InData* in, PF_OutData*, PF_PreRenderExtra* extra, RenderSettings&) {
     const PF_RenderRequest request = extra->input->output_request;
-    RoomyCheckoutResult answer;
-    const PF_Err err =
-        extra->cb->checkout_layer(in->effect_ref, kInputLayer, kLayerCheckoutId, &request, in->current_time,
-                                  in->time_step, in->time_scale, &answer.result);
-    uniteInto(extra->output->result_rect, answer.result.result_rect);
-    uniteInto(extra->output->max_result_rect, answer.result.max_result_rect);
+    AEUtil::Roomy<PF_CheckoutResult> answer;
+    const PF_Err err = extra->cb->checkout_layer(in->effect_ref, kInputLayer, kLayerCheckoutId, &request,
+                                                 in->current_time, in->time_step, in->time_scale, &answer);
+    uniteInto(extra->output->result_rect, answer.result_rect);
+    uniteInto(extra->output->max_result_rect, answer.max_result_rect);
     return err;
 }
 

@@ -1,5 +1,6 @@
 #include "effect/params/EnableRules.h"
 
+#include "effect/params/ParamGetter.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 
@@ -67,7 +68,7 @@ private:
 
     void setEnabled(bool enabled, const int32_t* indices, int count) {
         for (int i = 0; i < count; ++i) {
-            PF_ParamDef copy = *params_[indices[i]];
+            RoomyParamDef copy(*params_[indices[i]]);
             if (enabled) {
                 copy.ui_flags &= ~PF_PUI_DISABLED;
             } else {

@@ -2,17 +2,13 @@
 // host hands to a dialog.
 #pragma once
 
+#include "effect/share/AEUtil/Roomy.h"
 #include "hostapi/HostApi.h"
 
 namespace kovalune {
 
-/// A definition for the host to fill in, with spare bytes behind it: hosts of different releases differ by a few.
-struct RoomyParamDef : PF_ParamDef {
-    RoomyParamDef() : PF_ParamDef{} {}
-    explicit RoomyParamDef(const PF_ParamDef& definition) : PF_ParamDef(definition) {}
-
-    [[maybe_unused]] unsigned char slack[32] = {};
-};
+/// A definition for the host to fill in.
+using RoomyParamDef = AEUtil::Roomy<PF_ParamDef>;
 
 class ParamGetter {
 public:

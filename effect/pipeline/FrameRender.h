@@ -15,9 +15,11 @@ inline constexpr int32_t kLargestWorld = 32767;
 // holds the frame. A frame of width or height 0 succeeds with the output untouched.
 //
 // Returns the first failure; the output may then hold a partial image:
-// - PF_Err_BAD_CALLBACK_PARAM: input and output differ in size, are larger than `kLargestWorld`, or do not hold the
-//   working rectangle. Nothing was touched.
-// - PF_Err_OUT_OF_MEMORY: a world that a pass needs does not exist.
+// - PF_Err_BAD_CALLBACK_PARAM: input and output differ in size or are larger than `kLargestWorld`; or the working
+//   rectangle, which PF_Cmd_RENDER takes from the host, is inside out or not inside the worlds. Nothing was touched.
+// - PF_Err_OUT_OF_MEMORY: input or output is missing or has no pixels; nothing was touched. Or a world that a pass needs
+//   does not exist.
+//   In this order: a missing world, sizes, no width or height, the rectangle, worlds without pixels.
 // - Any code of a host call, also of the one that cancels the frame.
 // Throws what AEMemory and WorldSuite throw.
 PF_Err renderFrame8(RenderSettings settings);

@@ -1,5 +1,6 @@
 #include "effect/smoothing/SmoothBoundaries.h"
 
+#include "effect/share/AEUtil/Roomy.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/PixelProcedure.h"
@@ -30,7 +31,7 @@ public:
 private:
     const PFWorldSuite1& suite_;
     PF_ProgPtr effectRef_;
-    PF_EffectWorld world_ = {};
+    AEUtil::Roomy<PF_EffectWorld> world_;
     PF_Err err_;
 };
 

@@ -70,6 +70,28 @@ TEST(LegacyRender, FillsTheRecord) {
     EXPECT_EQ(filter.preparations, 0);
 }
 
+#ifdef KOVALUNE_HOST_LONG_RECTS
+/// Cut to 16 bits it could be any rectangle, an empty one or the whole world too.
+TEST(LegacyRender, TakesACornerOutside16BitsForARectangleThatEveryFrameRefuses) {
+    for (const A_long far : {32768, 65536, 65536 + 3, -32769, -65536}) {
+        for (A_long PF_Rect::*const corner :
+             {&PF_Rect::top, &PF_Rect::left, &PF_Rect::bottom, &PF_Rect::right}) {
+            LegacyHost host;
+            host.in.extent_hint.bottom = 4;
+            host.in.extent_hint.right = 6;
+            host.in.extent_hint.*corner = far;
+            ProbeFilter filter;
+            filter.onFrame = [](RenderSettings&) { return PF_Err{PF_Err_BAD_CALLBACK_PARAM}; };
+            EXPECT_EQ(host.render(filter), PF_Err_BAD_CALLBACK_PARAM);
+            ASSERT_EQ(filter.frames.size(), 1U);
+            EXPECT_EQ(filter.frames[0].extentRect.width(), -1);
+            EXPECT_EQ(filter.frames[0].extentRect.height(), -1);
+            EXPECT_EQ(host.count("checkin_param"), kValues) << "values are given back";
+        }
+    }
+}
+#endif
+
 TEST(LegacyRender, AsksForTheFormatThenReadsRendersAndGivesBack) {
     LegacyHost host;
     ProbeFilter filter;

@@ -108,6 +108,20 @@ TEST_P(FrameVectors, MatchThroughTheOneCommandOfOlderHosts) {
     renderAndCompare(frame, auditedOptions(frame.iterations()), RenderFlow::Legacy);
 }
 
+TEST_P(FrameVectors, MatchInHostsWhoseRecordsAreLonger) {
+    const FrameVector frame = vector();
+    HostOptions options = auditedOptions(frame.iterations());
+    options.extraRecordBytes = 32;
+    for (const bool older : {false, true}) {
+        if (older)
+            options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
+        if (older && frame.input.format() == PF_PixelFormat_ARGB128)
+            continue; // such hosts have no float worlds
+        for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy})
+            renderAndCompare(frame, options, flow);
+    }
+}
+
 TEST_P(FrameVectors, MatchThroughTheLoadedPlugIn) {
     const FrameVector frame = vector();
     HostOptions options = auditedOptions(frame.iterations());
@@ -116,6 +130,25 @@ TEST_P(FrameVectors, MatchThroughTheLoadedPlugIn) {
         EffectModule module = EffectModule::load(KOVALUNE_PLUGIN);
         renderAndCompare(frame, options, module, flow);
     }
+}
+
+TEST(LongerRecords, AreBorneByTheGreyingOfControlsToo) {
+    const auto greyed = [](int extraBytes) {
+        HostOptions options;
+        options.audit = true;
+        options.globalSetdownAtEnd = false;
+        options.extraRecordBytes = extraBytes;
+        Host host(options);
+        EffectModule module = EffectModule::linked(EntryPointFunc);
+        Session session(host, module);
+        EXPECT_TRUE(session.updateParamsUI().ok());
+        EXPECT_TRUE(host.audit().clean()) << host.audit().text();
+        std::vector<A_long> flags;
+        for (int index = 0; index < static_cast<int>(session.params().size()); ++index)
+            flags.push_back(session.uiFlags(index));
+        return flags;
+    };
+    EXPECT_EQ(greyed(0), greyed(32));
 }
 
 std::string testName(const testing::TestParamInfo<std::string>& info) {

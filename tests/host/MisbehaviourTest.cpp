@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <cstring>
 
 namespace kovalune::host::test {
@@ -95,6 +97,39 @@ TEST(Misbehaviour, AnOutputWorldOfNoSizeIsTheCallersError) {
     stage.host.options().outputWidthDelta = 0;
     EXPECT_TRUE(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 3), output).ok());
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+}
+
+TEST(Misbehaviour, BytesCanBeWrittenAfterEachRecordOfTheEffects) {
+    HostOptions options = Stage::audited();
+    options.extraRecordBytes = 20;
+    Stage stage(options);
+    struct RoomyWorld {
+        PF_EffectWorld world{};
+        std::array<unsigned char, 32> after{};
+    };
+    std::array<unsigned char, 32> expected{};
+    std::fill_n(expected.begin(), 20, static_cast<unsigned char>(0xA5));
+    stage.script[PF_Cmd_ABOUT] = [&expected](Call& c) -> PF_Err {
+        struct {
+            PF_ParamDef def{};
+            std::array<unsigned char, 32> after{};
+        } param;
+        EXPECT_EQ(c.in.inter.checkout_param(c.ref(), 0, 0, 1, 24, &param.def), PF_Err_NONE);
+        EXPECT_EQ(param.after, expected);
+        EXPECT_EQ(c.in.inter.checkin_param(c.ref(), &param.def), PF_Err_NONE);
+        const auto& worlds = c.need<PFWorldSuite2>(kPFWorldSuite, kPFWorldSuiteVersion2);
+        RoomyWorld room;
+        EXPECT_EQ(worlds.PF_NewWorld(c.ref(), 2, 2, 1, PF_PixelFormat_ARGB32, &room.world), PF_Err_NONE);
+        EXPECT_EQ(room.after, expected);
+        worlds.PF_DisposeWorld(c.ref(), &room.world);
+        c.release(kPFWorldSuite, kPFWorldSuiteVersion2);
+        return PF_Err_NONE;
+    };
+    EXPECT_TRUE(stage.session().about().ok());
+    EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
+    stage.host.options().extraRecordBytes = 33;
+    EXPECT_THROW(stage.session().about(), HostError);
+    stage.host.options().extraRecordBytes = 0;
 }
 
 } // namespace

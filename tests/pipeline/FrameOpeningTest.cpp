@@ -66,8 +66,9 @@ TEST_P(FrameOpening, OfNoWidthOrHeightSucceedsWithoutDoingAnything) {
 
 TEST_P(FrameOpening, RefusesARectangleOutsideTheWorlds) {
     Random random(124);
-    for (const FrameRect& rect : {rectAt(-1, 0, 4, 4), rectAt(0, -1, 4, 4), rectAt(5, 0, 4, 4),
-                                  rectAt(0, 5, 4, 4), rectAt(6, 2, -4, 3), rectAt(2, 6, 3, -4)}) {
+    for (const FrameRect& rect :
+         {rectAt(-1, 0, 4, 4), rectAt(0, -1, 4, 4), rectAt(5, 0, 4, 4), rectAt(0, 5, 4, 4),
+          rectAt(6, 2, -4, 3), rectAt(2, 6, 3, -4), rectAt(0, 0, -1, -1)}) {
         FrameScene scene(GetParam(), recording(), 8, 8, random);
         scene.settings.extentRect = rect;
         expectUntouched(scene, PF_Err_BAD_CALLBACK_PARAM);

@@ -2,6 +2,7 @@
 // within one render.
 #pragma once
 
+#include "effect/share/AEUtil/Roomy.h"
 #include "hostapi/HostApi.h"
 
 #include <cstdint>
@@ -13,7 +14,7 @@ namespace AEUtil {
 struct WorldHolder {
     const SPBasicSuite* basic = nullptr;
     PF_ProgPtr effectRef = nullptr;
-    PF_EffectWorld world = {};
+    Roomy<PF_EffectWorld> world;
     int32_t count = 1;
 };
 
