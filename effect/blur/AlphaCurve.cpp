@@ -3,6 +3,8 @@
 #include "effect/share/ExactMath.h"
 #include "effect/share/Truncate.h"
 
+#include <new>
+
 namespace kovalune {
 namespace {
 
@@ -26,6 +28,7 @@ AlphaCurve16::AlphaCurve16(double bias) : isRamp_(bias < 0.0) {
     low_ = narrowing / 10;
     high_ = kFull16 - narrowing * 9 / 10;
     span_ = kFull16 - narrowing;
+    known_.reset(new (std::nothrow) uint16_t[Argb16::kFullScale]());
 }
 
 uint16_t AlphaCurve16::operator()(uint16_t alpha) {
@@ -39,12 +42,18 @@ uint16_t AlphaCurve16::onCosine(uint16_t alpha) {
     if (alpha >= high_) {
         return Argb16::kFullScale;
     }
+    if (known_ == nullptr) {
+        return static_cast<uint16_t>(cosineAt(alpha));
+    }
     uint16_t& known = known_[alpha];
     if (known == 0) {
-        const int32_t shaped = truncToInt32(raisedCosine(alpha - low_, span_) * 32768.0);
-        known = static_cast<uint16_t>(shaped + 1);
+        known = static_cast<uint16_t>(cosineAt(alpha) + 1);
     }
     return static_cast<uint16_t>(known - 1);
+}
+
+int32_t AlphaCurve16::cosineAt(uint16_t alpha) const {
+    return truncToInt32(raisedCosine(alpha - low_, span_) * 32768.0);
 }
 
 uint16_t AlphaCurve16::onRamp(uint16_t alpha) const {

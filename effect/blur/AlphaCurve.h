@@ -3,12 +3,13 @@
 
 #include "effect/raster/PixelTraits.h"
 
-#include <array>
 #include <cstdint>
+#include <memory>
 
 namespace kovalune {
 
-/// Integer results are exact. A cosine is dear and alphas come back again and again, so each is computed once.
+/// Integer results are exact. A cosine is costly and alphas come back again and again, so each is computed once; where there
+/// is no memory to keep them, each is computed anew.
 class AlphaCurve16 {
 public:
     explicit AlphaCurve16(double bias);
@@ -18,12 +19,15 @@ private:
     uint16_t onCosine(uint16_t alpha);
     uint16_t onRamp(uint16_t alpha) const;
 
+    int32_t cosineAt(uint16_t alpha) const;
+
     bool isRamp_;
-    int32_t low_ = 0;                                     ///< cosine: below is transparent
-    int32_t high_ = 0;                                    ///< cosine: from here on is opaque
-    int32_t span_ = 0;                                    ///< cosine: half a period
-    int32_t rampWidth_ = 0;                               ///< ramp: how far below full scale alpha reaches 0
-    std::array<uint16_t, Argb16::kFullScale> known_ = {}; ///< a result of the cosine plus 1; 0 is none yet
+    int32_t low_ = 0;       ///< cosine: below is transparent
+    int32_t high_ = 0;      ///< cosine: from here on is opaque
+    int32_t span_ = 0;      ///< cosine: half a period
+    int32_t rampWidth_ = 0; ///< ramp: how far below full scale alpha reaches 0
+    /// Cosine: the result of each alpha plus 1; 0 is none yet. Not on the stack, which hosts' worker threads have little of.
+    std::unique_ptr<uint16_t[]> known_;
 };
 
 class AlphaCurve32 {

@@ -1,5 +1,6 @@
 // Scratch memory of the vertical passes: this program's own non-throwing array allocation counts, and fails
 // where it is told to.
+#include "effect/blur/FinishingPasses.h"
 #include "tests/blur/BlurDrivers.h"
 #include "tests/blur/BoundaryBlurDrivers.h"
 #include "tests/blur/ColorExtensionScene.h"
@@ -150,6 +151,36 @@ TEST_P(ExtensionMemory, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOfMemo
         } else {
             EXPECT_EQ(scene.host.countCalls("iterate_generic"), (failing - 1) / kIterations + 1);
         }
+    }
+}
+
+/// Every alpha of 16 bits, in rows of 256.
+void fillWithAlphas(TestWorld& world) {
+    for (int32_t alpha = 0; alpha <= 32768; ++alpha) {
+        world.at<PF_Pixel16>(alpha % 256, alpha / 256) = {static_cast<uint16_t>(alpha), 1, 2, 3};
+    }
+}
+
+/// The tone curve's results are kept in a block off the stack; without one they are computed anew.
+TEST(BiasMemory, IsOneBlockAnIterationAndItsLackChangesNothing) {
+    StrictHost host;
+    MaskPlane all(host.in(), 256, 129);
+    all.clearTo(1);
+    for (const double bias : {0.0, 37.0, 100.0, -50.0}) {
+        TestWorld kept(host, PF_PixelFormat_ARGB64, 256, 129);
+        TestWorld anew(host, PF_PixelFormat_ARGB64, 256, 129);
+        fillWithAlphas(kept);
+        fillWithAlphas(anew);
+        {
+            const ScratchPlan plan(0);
+            EXPECT_EQ(applyBoundaryBias16(host.in(), kept.get(), wholeRect(256, 129), all, bias),
+                      PF_Err_NONE);
+            EXPECT_EQ(scratchRequests, bias < 0.0 ? 0 : 1);
+            EXPECT_TRUE(bias < 0.0 || scratchBytes == 65536);
+        }
+        const ScratchPlan plan(1);
+        EXPECT_EQ(applyBoundaryBias16(host.in(), anew.get(), wholeRect(256, 129), all, bias), PF_Err_NONE);
+        EXPECT_EQ(difference(read(kept), anew), "") << bias;
     }
 }
 
