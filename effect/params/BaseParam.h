@@ -27,8 +27,9 @@ public:
     BaseParam& operator=(const BaseParam&) = delete;
 
     /// Fetches the value into `def` and copies `fieldWidth` bytes of it to the record, if there is one. A
-    /// group start or end does nothing. Two renders that read at once may mix their values: the host
-    /// serialises read-outs.
+    /// group start or end does nothing. Two read-outs at once may mix their values: nothing keeps
+    /// them apart here. The reference host runs one command at a time but for PF_Cmd_SMART_RENDER, which reads none out;
+    /// what other hosts do is theirs.
     virtual PF_Err readValue(RenderSettings* record, ParamGetter& getter);
 
     /// Gives back what `readValue` fetched.

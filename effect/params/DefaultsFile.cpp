@@ -14,12 +14,12 @@ namespace {
 
 constexpr std::size_t kNumberTextBytes = 128;
 
-std::string fileBelowFolder(const std::string& folder) {
+} // namespace
+
+std::string defaultsFileBelow(const std::string& folder) {
     const char separator = platform::kPathSeparator;
     return folder + separator + "ORVEL" + separator + "Tavik" + separator + "Kovalune.ini";
 }
-
-} // namespace
 
 std::string colorKey(const char* label, char channel) {
     return std::string(label) + '.' + channel;
@@ -28,7 +28,7 @@ std::string colorKey(const char* label, char channel) {
 bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]) {
     char folder[kDefaultsPathBytes];
     const bool found = platform::applicationDataFolder(folder, sizeof folder);
-    const std::string path = found ? fileBelowFolder(folder) : std::string();
+    const std::string path = found ? defaultsFileBelow(folder) : std::string();
     const bool fits = found && path.size() < sizeof buffer;
     std::memset(buffer, 0, sizeof buffer);
     if (fits) {

@@ -14,8 +14,11 @@ inline constexpr int kDefaultsPathBytes = 260;
 /// The key of one channel of a colour: 'r', 'g', 'b' or 'a'.
 std::string colorKey(const char* label, char channel);
 
+/// The file's path below the user's folder for settings.
+std::string defaultsFileBelow(const std::string& folder);
+
 /// Writes the file's path, ended, into `buffer`; neither the file nor its folders need exist. False, with an
-/// empty text, where there is no such folder or the path does not fit.
+/// empty text, where the system knows no folder for settings or the path does not fit.
 bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]);
 
 /// Reads remembered values, or gives the fall-back where there is none, no path was given or the host is too

@@ -26,6 +26,19 @@ std::string withoutLastComponent(const std::string& path) {
     return separator == std::string::npos ? std::string() : path.substr(0, separator);
 }
 
+/// Where the removing of empty folders ends: the user's folder for settings, or where that is unknown, what the path has
+/// ahead of the names that are our own.
+std::string settingsFolderOf(const std::string& path) {
+    char folder[kDefaultsPathBytes];
+    if (platform::applicationDataFolder(folder, sizeof folder)) {
+        return folder;
+    }
+    const std::string own = defaultsFileBelow({});
+    const bool isOurs =
+        path.size() > own.size() && equalWithoutCase(path.substr(path.size() - own.size()), own);
+    return isOurs ? path.substr(0, path.size() - own.size()) : withoutLastComponent(path);
+}
+
 } // namespace
 
 bool makeDefaultsFolder(const char* path) {
@@ -49,13 +62,9 @@ bool saveDefaults(PF_ParamDef** params, const char* path) {
 }
 
 platform::Deletion removeDefaultsFile(const char* path) {
-    char folder[kDefaultsPathBytes];
-    const bool folderIsKnown = platform::applicationDataFolder(folder, sizeof folder);
+    const std::string end = settingsFolderOf(path);
     const platform::Deletion result = platform::deleteFile(path);
-    if (!folderIsKnown) {
-        return result;
-    }
-    for (std::string rest = withoutLastComponent(path); !rest.empty() && !equalWithoutCase(rest, folder);
+    for (std::string rest = withoutLastComponent(path); !rest.empty() && !equalWithoutCase(rest, end);
          rest = withoutLastComponent(rest)) {
         if (!platform::removeFolder(rest.c_str())) {
             break;

@@ -15,7 +15,8 @@ bool makeDefaultsFolder(const char* path);
 bool saveDefaults(PF_ParamDef** params, const char* path);
 
 /// Deletes the file, whatever it holds, and the folders above it that are empty then, up to the user's folder for
-/// settings, which stays. Tells what became of the file.
+/// settings, which stays; where that folder is unknown, no more than the two that have our own names. Tells what became of
+/// the file.
 platform::Deletion removeDefaultsFile(const char* path);
 
 } // namespace kovalune

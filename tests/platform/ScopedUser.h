@@ -6,7 +6,7 @@
 
 namespace kovalune::platform {
 
-/// The folder for settings. On Windows it must be there already, or there is none. Throws where the system knows another
+/// The folder for settings, which need not be there. Throws where the system knows another
 /// one all the same, so that a test never comes near the user's own.
 class ScopedSettings {
 public:

@@ -26,7 +26,9 @@ bool applicationDataFolder(char* buffer, std::size_t size) {
     }
     buffer[0] = '\0';
     char folder[MAX_PATH] = {};
-    if (SHGetSpecialFolderPathA(nullptr, folder, CSIDL_APPDATA, FALSE) == FALSE) {
+    // Unverified: it may be one that is yet to be made.
+    if (SHGetFolderPathA(nullptr, CSIDL_APPDATA | CSIDL_FLAG_DONT_VERIFY, nullptr, SHGFP_TYPE_CURRENT,
+                         folder) != S_OK) {
         return false;
     }
     const std::size_t length = lengthWithoutTrailingSeparators(folder);

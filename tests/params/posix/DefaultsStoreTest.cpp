@@ -98,6 +98,21 @@ TEST_F(PosixDefaultsStore, StopsAtTheFolderForSettingsInAnyCase) {
     fs::remove_all(twin);
 }
 
+/// A path too long for the buffer stands for a folder that the system does not know.
+TEST_F(PosixDefaultsStore, RemovesNoFolderButItsOwnTwoWhereTheSettingsFolderIsUnknown) {
+    put("");
+    const ScopedSettings unknown('/' + std::string(300, 'x'));
+    EXPECT_EQ(removeDefaultsFile(path_), Deletion::kDone);
+    EXPECT_FALSE(fs::exists(maker()));
+    EXPECT_TRUE(fs::is_directory(folder_.path()));
+
+    const std::string other = folder_.file("mine/Tavik/Kovalune.ini");
+    fs::create_directories(folder_.file("mine/Tavik"));
+    folder_.write("mine/Tavik/Kovalune.ini", "");
+    EXPECT_EQ(removeDefaultsFile(other.c_str()), Deletion::kDone);
+    EXPECT_TRUE(fs::is_directory(folder_.file("mine/Tavik"))) << "these are not our names";
+}
+
 TEST_F(PosixDefaultsStore, DeletesALinkAndNotWhatItLeadsTo) {
     const std::string target = folder_.write("elsewhere.ini", "kept");
     fs::create_directories(product());

@@ -6,6 +6,7 @@
 #include "tests/platform/TemporaryFolder.h"
 
 #include <cstring>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 #include <windows.h>
@@ -50,10 +51,11 @@ TEST(WindowsFolders, AreTheUsers) {
     EXPECT_EQ(folderIn(260), folder.path());
 }
 
-TEST(WindowsFolders, NeedToBeThere) {
+TEST(WindowsFolders, NeedNotBeThere) {
     const TemporaryFolder folder;
-    const ScopedSettings settings(folder.file("none"));
-    EXPECT_EQ(folderIn(260), "none");
+    const ScopedSettings settings(folder.file("to come"));
+    EXPECT_EQ(folderIn(260), folder.file("to come"));
+    EXPECT_FALSE(std::filesystem::exists(folder.file("to come")));
 }
 
 TEST(WindowsFolders, MayHaveAnyLengthThatFits) {
