@@ -40,8 +40,8 @@ inline constexpr IntRange kCurveRange = {-100, 100};
 inline constexpr IntRange kKeyChannelRange = {0, 255};
 inline constexpr IntRange kKeyToleranceRange = {0, 255};
 
-/// The longest side that a picture may have, as hosts' worlds have it: what 16-bit rectangles hold. Lengths up to it, times
-/// two percentages, fit the 32 bits of the smoothing's arithmetic, and so does a map of flags with its margins.
+/// The longest side that a picture may have, as hosts' worlds have it: what 16-bit rectangles hold. All arithmetic behind
+/// bears it: lengths times two percentages fit 32 bits. The map of flags is two rows higher, up to 32769.
 inline constexpr int32_t kLongestSide = 32767;
 
 /// Which pixels count as transparent, in the result as well: none, those near the key colour, or all others.

@@ -32,7 +32,7 @@ unsigned activeCodePage();
 
 // Puts the user's folder for settings into the buffer, ended by a NUL and without a separator at its end
 // (only the root folder itself keeps its own). False, with an empty text in the buffer, if there is no such
-// folder or if it does not fit in `size` bytes. The folder need not exist, but Windows tells of none that does not.
+// folder or if it does not fit in `size` bytes. The folder need not exist.
 bool applicationDataFolder(char* buffer, std::size_t size);
 
 // Makes a folder and those above it that are missing, for this user's eyes where the system asks for rights. True if
@@ -89,24 +89,23 @@ std::string profileString(const char* section, const char* key, const char* fall
 // writing if the file already says so.
 bool writeProfileString(const char* section, const char* key, const char* value, const char* file);
 
-// Mutual exclusion for std::lock_guard; not recursive. A static one is ready before any code runs, so its
-// users need not care in which order statics are constructed.
+// Mutual exclusion for std::lock_guard. The thread that is inside may enter again, and leaves as often: what it calls
+// while inside may come back here. A static one is made while the library is loaded and deleted while it is unloaded.
 class CriticalSection {
 public:
-    constexpr CriticalSection() noexcept = default;
+    CriticalSection();
+    ~CriticalSection();
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
-    ~CriticalSection() = default;
 
     void lock();
     void unlock();
 
 private:
 #ifdef _WIN32
-    // A slim lock, which is one pointer and null when free; std::mutex is not constant-initialised there.
-    void* lock_ = nullptr;
+    void* section_[6]; // the system's, of 24 bytes on 32-bit Windows and 40 on 64-bit
 #else
-    std::mutex mutex_;
+    std::recursive_mutex mutex_;
 #endif
 };
 

@@ -1,5 +1,7 @@
 #include "effect/platform/Platform.h"
 
+#include <atomic>
+#include <chrono>
 #include <gtest/gtest.h>
 #include <mutex>
 #include <thread>
@@ -8,7 +10,7 @@
 namespace kovalune::platform {
 namespace {
 
-constinit CriticalSection processWide;
+CriticalSection processWide;
 
 TEST(CriticalSection, LetsOneThreadInAtATime) {
     constexpr int kThreads = 4;
@@ -33,6 +35,23 @@ TEST(CriticalSection, LetsOneThreadInAtATime) {
     }
     EXPECT_EQ(most, 1);
     EXPECT_EQ(total, kThreads * kRounds);
+}
+
+TEST(CriticalSection, LetsItsOwnThreadInAgainAndOthersAfterTheLastLeave) {
+    CriticalSection section;
+    std::atomic<bool> entered = false;
+    section.lock();
+    section.lock();
+    std::thread other([&] {
+        const std::lock_guard guard(section);
+        entered = true;
+    });
+    section.unlock();
+    std::this_thread::sleep_for(std::chrono::milliseconds(50));
+    EXPECT_FALSE(entered);
+    section.unlock();
+    other.join();
+    EXPECT_TRUE(entered);
 }
 
 TEST(PathSeparator, IsTheSystems) {

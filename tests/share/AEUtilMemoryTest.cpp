@@ -48,6 +48,26 @@ TEST(AEMemory, AllocOfNothingCallsNoHostFunction) {
     EXPECT_EQ(host.calls, Texts{});
 }
 
+/// A host's handle function may come back here, from inside.
+TEST(AEMemory, MayBeEnteredAgainFromTheHostsHandleFunctions) {
+    StubHost host;
+    void* inner = nullptr;
+    host.fault = [&](const std::string& call, int nth) {
+        if (call == "host_new_handle" && nth == 1) {
+            inner = AEMemory::alloc(8, &host.basic);
+            EXPECT_NE(inner, nullptr);
+        } else if (call == "host_dispose_handle" && nth == 1) {
+            AEMemory::release(inner, &host.basic);
+        }
+        return PF_Err{0};
+    };
+    void* const outer = AEMemory::alloc(16, &host.basic);
+    EXPECT_NE(outer, nullptr);
+    EXPECT_EQ(host.liveHandles(), 2);
+    AEMemory::release(outer, &host.basic);
+    EXPECT_EQ(host.liveHandles(), 0);
+}
+
 TEST(AEMemory, PutsAHeaderOf32BytesAheadOfTheBlock) {
     StubHost host;
     void* const block = AEMemory::alloc(1000, &host.basic);

@@ -12,6 +12,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
+#include <map>
 #include <optional>
 #include <set>
 #include <string_view>
@@ -74,15 +75,92 @@ TEST_P(AexFile, ExportsExactlyTheEntryPointUndecorated) {
     EXPECT_EQ(exports.functions, 1U);
 }
 
-TEST_P(AexFile, NeedsNothingButWindowsItself) {
-    const std::set<std::string> windowsOwn = {"advapi32.dll", "gdi32.dll",   "kernel32.dll",
-                                              "msvcrt.dll",   "shell32.dll", "user32.dll"};
-    const std::vector<std::string> imports = file().imports();
+/// What libraries of Windows have had since Windows XP, as far as the plug-in or its runtime calls it.
+const std::map<std::string, std::set<std::string>>& functionsOfWindowsXp() {
+    static const std::map<std::string, std::set<std::string>> functions = {
+        {"kernel32.dll",
+         {"CloseHandle",
+          "CreateSemaphoreA",
+          "CreateSemaphoreW",
+          "DeleteCriticalSection",
+          "DeleteFileA",
+          "EnterCriticalSection",
+          "FreeLibrary",
+          "GetCommandLineA",
+          "GetCurrentThreadId",
+          "GetFileAttributesA",
+          "GetFullPathNameA",
+          "GetLastError",
+          "GetModuleHandleA",
+          "GetModuleHandleW",
+          "GetPrivateProfileIntA",
+          "GetPrivateProfileStringA",
+          "GetProcAddress",
+          "InitializeCriticalSection",
+          "IsDBCSLeadByteEx",
+          "LeaveCriticalSection",
+          "LoadLibraryA",
+          "LoadLibraryW",
+          "MultiByteToWideChar",
+          "ReleaseSemaphore",
+          "RemoveDirectoryA",
+          "SetLastError",
+          "Sleep",
+          "TlsAlloc",
+          "TlsFree",
+          "TlsGetValue",
+          "TlsSetValue",
+          "VirtualProtect",
+          "VirtualQuery",
+          "WaitForSingleObject",
+          "WideCharToMultiByte",
+          "WritePrivateProfileStringA"}},
+        {"msvcrt.dll", {"__mb_cur_max", "__setusermatherr",
+                        "_amsg_exit",   "_assert",
+                        "_close",       "_errno",
+                        "_getmbcp",     "_initterm",
+                        "_iob",         "_lock",
+                        "_read",        "_unlock",
+                        "abort",        "atoi",
+                        "calloc",       "fputc",
+                        "fputs",        "free",
+                        "fwrite",       "localeconv",
+                        "malloc",       "memchr",
+                        "memcmp",       "memcpy",
+                        "memmove",      "memset",
+                        "realloc",      "setlocale",
+                        "strchr",       "strcmp",
+                        "strerror",     "strlen",
+                        "strncmp",      "strncpy",
+                        "vfprintf",     "wcslen"}},
+        {"shell32.dll", {"SHCreateDirectoryExA", "SHGetFolderPathA"}},
+        {"user32.dll",
+         {"CharPrevA", "DialogBoxParamA", "EnableWindow", "EndDialog", "GetDlgItem", "GetKeyState",
+          "GetParent", "GetWindowRect", "MoveWindow", "SetWindowTextA"}},
+    };
+    return functions;
+}
+
+/// What 64-bit Windows has beside that, Vista at the latest: the unwinding of its calls, and names of the C library.
+const std::set<std::string> kFunctionsOf64BitVista = {
+    "RaiseException",      "RtlCaptureContext",  "RtlLookupFunctionEntry", "RtlUnwindEx", "RtlVirtualUnwind",
+    "___lc_codepage_func", "___mb_cur_max_func", "__C_specific_handler",   "__iob_func"};
+
+/// docs/installing.md names it: Windows XP for 32 bits, Vista for 64.
+TEST_P(AexFile, NeedsNothingThatTheOldestWindowsLacks) {
+    const std::vector<PeFile::Import> imports = file().imports();
     EXPECT_FALSE(imports.empty());
-    for (const std::string& library : imports) {
-        EXPECT_EQ(windowsOwn.count(library), 1U) << library;
+    for (const PeFile::Import& import : imports) {
+        const auto known = functionsOfWindowsXp().find(import.library);
+        ASSERT_NE(known, functionsOfWindowsXp().end()) << import.library;
+        EXPECT_FALSE(import.functions.empty()) << import.library;
+        for (const std::string& function : import.functions) {
+            const bool of64Bits = GetParam().is64Bit && kFunctionsOf64BitVista.count(function) != 0;
+            EXPECT_TRUE(of64Bits || known->second.count(function) != 0) << import.library << ' ' << function;
+        }
     }
     EXPECT_FALSE(file().hasDelayedImports());
+    EXPECT_LE(file().systemVersion(), GetParam().is64Bit ? 600 : 501);
 }
 
 TEST_P(AexFile, IsStripped) {

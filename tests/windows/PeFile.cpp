@@ -147,14 +147,28 @@ PeFile::Exports PeFile::exports() const {
     return result;
 }
 
-std::vector<std::string> PeFile::imports() const {
-    std::vector<std::string> names;
+std::vector<PeFile::Import> PeFile::imports() const {
+    std::vector<Import> result;
     for (std::size_t at = fileOffset(directory(1).address); word32(bytes_, at + 12) != 0;
          at += kImportBytes) {
         std::string name = textAt(word32(bytes_, at + 12));
         std::transform(name.begin(), name.end(), name.begin(),
                        [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-        names.push_back(name);
+        const uint32_t unbound = word32(bytes_, at);
+        result.push_back({name, functionsAt(unbound != 0 ? unbound : word32(bytes_, at + 16))});
+    }
+    return result;
+}
+
+std::vector<std::string> PeFile::functionsAt(uint32_t table) const {
+    const std::size_t entryBytes = magic() == kMagic32 ? 4 : 8;
+    std::vector<std::string> names;
+    for (std::size_t at = fileOffset(table);
+         word32(bytes_, at) != 0 || word32(bytes_, at + entryBytes - 4) != 0; at += entryBytes) {
+        const uint32_t entry = word32(bytes_, at);
+        const bool isNumber = (word32(bytes_, at + entryBytes - 4) & kHighBit) != 0;
+        // A hint of two bytes stands before the name.
+        names.push_back(isNumber ? '#' + std::to_string(entry & 0xFFFF) : textAt(entry + 2));
     }
     return names;
 }

@@ -53,8 +53,15 @@ public:
     };
     Exports exports() const;
 
-    /// Names of the libraries, in lower case.
-    std::vector<std::string> imports() const;
+    struct Import {
+        std::string library;                ///< in lower case
+        std::vector<std::string> functions; ///< a name, or "#" and its number
+    };
+    std::vector<Import> imports() const;
+
+    /// The oldest Windows that loads the file: 501 is Windows XP, 600 Vista.
+    int systemVersion() const { return word16(optional_, 48) * 100 + word16(optional_, 50); }
+
     bool hasDelayedImports() const { return directory(13).size != 0; }
     bool hasDebugDirectory() const { return directory(6).size != 0; }
 
@@ -67,6 +74,7 @@ private:
     };
     Directory directory(std::size_t index) const;
     std::size_t fileOffset(uint32_t address) const;
+    std::vector<std::string> functionsAt(uint32_t table) const;
     std::string textAt(uint32_t address) const;
 
     Bytes bytes_;

@@ -2,6 +2,10 @@
 
 namespace kovalune::platform {
 
+CriticalSection::CriticalSection() = default;
+
+CriticalSection::~CriticalSection() = default;
+
 void CriticalSection::lock() {
     mutex_.lock();
 }

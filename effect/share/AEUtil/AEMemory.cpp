@@ -26,8 +26,9 @@ constexpr char kFile[] = "..\\..\\..\\share\\AEUtil\\AEMemory";
 constexpr int kNoHandleLine = 45;
 constexpr int kNoLockLine = 56;
 
-/// One for the process: the host's handle functions are never entered twice at once from here.
-constinit kovalune::platform::CriticalSection memoryLock;
+/// One for the process: the host's handle functions are never entered twice at once from here, but by a call that one of
+/// them makes itself.
+kovalune::platform::CriticalSection memoryLock;
 
 AEException outOfMemory(int line, std::size_t hostBytes) {
     return {PF_Err_OUT_OF_MEMORY, line, kFile,
