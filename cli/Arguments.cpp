@@ -111,7 +111,7 @@ void addSettings(CLI::App& command, EffectArguments& effect) {
         ->option_text("LABEL=VALUE");
     command
         .add_option("--params", effect.paramsFile,
-                    "Set the parameters of this file first, one LABEL=VALUE a line")
+                    "Set the parameters of this file first, one LABEL=VALUE a line; implies --factory")
         ->check([](const std::string& text) {
             checkParamsName(text);
             return std::string();
@@ -196,7 +196,7 @@ void addFrame(CLI::App& command, FrameArguments& frame) {
         ->option_text("N/D[,N/D]");
     command.add_flag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
     addAlpha(command, frame.alphaKind);
-    command.add_flag("--quiet", frame.quiet, "No progress");
+    command.add_flag("--quiet", frame.quiet, "No progress, and no word of remembered defaults");
 }
 
 void addReport(CLI::App& command, ReportArguments& report) {
@@ -315,7 +315,8 @@ void addDefaults(CLI::App& command, DefaultsArguments& arguments) {
     command.footer(
         example("defaults save --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
                 "save remembers every parameter, with the values of the options; the others stay as "
-                "they are.\nshow prints what is remembered, as --params takes it. Hosts read the "
+                "they are,\nor become the effect's own with --factory or --params.\nshow prints what is "
+                "remembered, as --params takes it. Hosts read the "
                 "file when they start."));
 }
 

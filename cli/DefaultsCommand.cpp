@@ -15,7 +15,7 @@ OpenEffect builtInEffect(bool factory) {
 }
 
 std::string save(const DefaultsArguments& arguments, const std::string& path) {
-    OpenEffect effect = builtInEffect(arguments.effect.factory);
+    OpenEffect effect = builtInEffect(startsFromFactory(arguments.effect));
     applySettings(effect.session(), arguments.effect, arguments.view);
     Interrupt interrupt; // the file is written value by value: all or none of them
     const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues());

@@ -36,8 +36,12 @@ void refuseDefaults(const host::Session& session) {
 
 } // namespace
 
+bool startsFromFactory(const EffectArguments& arguments) {
+    return arguments.factory || arguments.paramsFile;
+}
+
 OpenEffect openEffect(const EffectArguments& arguments) {
-    return OpenEffect(arguments.plugin, arguments.threads, arguments.factory);
+    return OpenEffect(arguments.plugin, arguments.threads, startsFromFactory(arguments));
 }
 
 NamedParams applySettings(host::Session& session, const EffectArguments& arguments,

@@ -13,8 +13,21 @@ namespace kovalune {
 
 namespace {
 
+// Without the blanks around colons.
+std::string withTightColons(std::string_view label) {
+    std::string tight;
+    for (std::size_t start = 0; start <= label.size();) {
+        const std::size_t colon = std::min(label.find(':', start), label.size());
+        tight += trimmed(label.substr(start, colon - start));
+        if (colon < label.size())
+            tight += ':';
+        start = colon + 1;
+    }
+    return tight;
+}
+
 struct Matches {
-    std::vector<std::size_t> settable; // without case
+    std::vector<std::size_t> settable; // by sameLabel
     std::vector<std::size_t> exact;    // of the settable ones
     const PF_ParamDef* other = nullptr;
 };
@@ -23,7 +36,7 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
     Matches matches;
     for (std::size_t index = 1; index < params.size(); ++index) {
         const PF_ParamDef& def = params[index];
-        if (!equalWithoutCase(def.name, label) || def.param_type == PF_Param_GROUP_END)
+        if (!sameLabel(def.name, label) || def.param_type == PF_Param_GROUP_END)
             continue;
         if (!isSettable(def)) {
             matches.other = &def;
@@ -60,6 +73,10 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
 
 bool isSettable(const PF_ParamDef& def) {
     return !kindText(def).empty();
+}
+
+bool sameLabel(std::string_view a, std::string_view b) {
+    return equalWithoutCase(withTightColons(a), withTightColons(b));
 }
 
 int findSettable(const std::vector<PF_ParamDef>& params, std::string_view label) {

@@ -1,10 +1,12 @@
 #include "cli/ParamsCommand.h"
 
+#include "cli/EffectSettings.h"
 #include "cli/Failure.h"
 #include "cli/OpenEffect.h"
 #include "cli/ParamLabel.h"
 #include "cli/ParamText.h"
 #include "cli/ParamsJson.h"
+#include "cli/RememberedDefaults.h"
 #include "hostapi/Constants.h"
 
 #include <algorithm>
@@ -69,7 +71,12 @@ std::string aligned(const std::vector<Cells>& lines) {
 } // namespace
 
 std::string paramsText(const ParamsArguments& arguments) {
-    OpenEffect effect(arguments.plugin, 0, arguments.factory);
+    EffectArguments start;
+    start.plugin = arguments.plugin;
+    start.factory = arguments.factory;
+    const RememberedDefaults remembered(start, std::nullopt);
+    OpenEffect effect = openEffect(start);
+    remembered.tellIfTheyCount(effect.session());
     return arguments.json ? paramsJson(effect.session()) : aligned(linesOf(effect.session()));
 }
 

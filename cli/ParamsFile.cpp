@@ -9,6 +9,7 @@
 #include "hostapi/Constants.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <map>
 #include <optional>
@@ -21,6 +22,7 @@ namespace {
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view kSection = "[Version=1.0]";
 constexpr char kSaysNothing = ';';
+constexpr std::string_view kSayNothing = ";#";
 constexpr char kWhole = ' ';
 
 // A parameter, or one of 'r', 'g', 'b' and 'a' of a colour. The whole of a colour is 'r', 'g' and 'b'.
@@ -45,11 +47,10 @@ std::optional<Target> componentOf(const host::Session& session, std::string_view
     const char component = foldedCase(label.substr(label.size() - 1)).front();
     const std::string_view color = label.substr(0, label.size() - 2);
     const std::vector<PF_ParamDef>& params = session.params();
-    const bool isLabel = std::any_of(params.begin(), params.end(), [label](const PF_ParamDef& def) {
-        return equalWithoutCase(def.name, label);
-    });
+    const bool isLabel = std::any_of(params.begin(), params.end(),
+                                     [label](const PF_ParamDef& def) { return sameLabel(def.name, label); });
     const bool isColor = std::any_of(params.begin(), params.end(), [color](const PF_ParamDef& def) {
-        return def.param_type == PF_Param_COLOR && equalWithoutCase(def.name, color);
+        return def.param_type == PF_Param_COLOR && sameLabel(def.name, color);
     });
     if (isLabel || !isColor || kComponents.find(component) == std::string_view::npos)
         return std::nullopt;
@@ -69,7 +70,8 @@ PF_ParamDef componentDefinition(std::string_view label) {
 // None for a line that says nothing.
 std::optional<Assignment> assignmentOf(const host::Session& session, std::string_view line) {
     const std::string_view inner = trimmed(line);
-    if (inner.empty() || inner.front() == kSaysNothing || equalWithoutCase(inner, kSection))
+    if (inner.empty() || kSayNothing.find(inner.front()) != std::string_view::npos ||
+        equalWithoutCase(inner, kSection))
         return std::nullopt;
     if (inner.front() == '[')
         throw Failure(ExitCode::Usage, "the section " + inQuotes(inner) + " is not " + std::string(kSection));
@@ -192,6 +194,18 @@ std::string linesOf(const host::Session& session, int index) {
     return std::string(1, kSaysNothing) + ' ' + printable(label + '=' + texts.front()) + '\n';
 }
 
+// Told by its mark, or by zeros in every other byte, as ASCII has them there.
+bool isUtf16(std::string_view text) {
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+        return true;
+    std::array<std::size_t, 2> zeros{}; // in bytes of even and of odd places
+    for (std::size_t at = 0; at < text.size(); ++at)
+        zeros[at % 2] += text[at] == '\0' ? 1U : 0U;
+    constexpr std::size_t kLeastBytes = 4; // a shorter text has no setting
+    return text.size() >= kLeastBytes && std::max(zeros[0], zeros[1]) > text.size() / 4 &&
+           std::min(zeros[0], zeros[1]) == 0;
+}
+
 std::string textOf(const std::filesystem::path& file) {
     const auto checkSize = [&file](std::span<const std::uint8_t> beginning) {
         if (beginning.size() > kMostParamsFileBytes)
@@ -209,6 +223,10 @@ std::set<int> applyParamsFile(host::Session& session, const std::filesystem::pat
 }
 
 std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name) {
+    if (isUtf16(text))
+        throw Failure(ExitCode::File,
+                      "cannot read " + inQuotes(name) +
+                          ": it is text in UTF-16, and settings are read in UTF-8; save it as that");
     if (text.starts_with(kByteOrderMark))
         text.remove_prefix(kByteOrderMark.size());
     Assigned assigned;
@@ -219,6 +237,10 @@ std::set<int> applyParamsText(host::Session& session, std::string_view text, con
         if (line.ends_with('\r'))
             line.remove_suffix(1);
         try {
+            if (line.find('\r') != std::string_view::npos)
+                throw Failure(ExitCode::Usage,
+                              "it holds a bare carriage return, which ends no line; lines end as on "
+                              "Linux or on Windows");
             if (const auto assignment = assignmentOf(session, line)) {
                 assigned.note(session, assignment->target, number);
                 assign(session, *assignment);

@@ -6,6 +6,7 @@
 #include "cli/NumberText.h"
 #include "cli/ParamsFile.h"
 #include "cli/PictureMemory.h"
+#include "cli/RememberedDefaults.h"
 #include "cli/Selection.h"
 #include "cli/StandardOutput.h"
 #include "cli/picture/PictureFile.h"
@@ -106,12 +107,15 @@ void runRender(const RenderArguments& arguments) {
     const bool printsOnly = arguments.input.empty();
     const FileFormat format =
         printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output, arguments.force);
+    const RememberedDefaults remembered(arguments.effect, arguments.view);
     OpenEffect effect = openEffect(arguments.effect);
     const NamedParams named = applySettings(effect.session(), arguments.effect, arguments.view);
     if (printsOnly)
         printOut(paramsFileText(effect.session()));
     else
         withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, named, format); });
+    if (!arguments.frame.quiet)
+        remembered.tellIfTheyCount(effect.session());
 }
 
 } // namespace kovalune

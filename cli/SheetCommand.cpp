@@ -9,6 +9,7 @@
 #include "cli/ParamLabel.h"
 #include "cli/ParamText.h"
 #include "cli/PictureMemory.h"
+#include "cli/RememberedDefaults.h"
 #include "cli/Selection.h"
 #include "cli/SheetLayout.h"
 #include "cli/StandardOutput.h"
@@ -148,11 +149,14 @@ void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArg
 
 void runSheet(const SheetArguments& arguments) {
     const FileFormat format = checkDrawnFile(arguments.output, {arguments.input}, arguments.force);
+    const RememberedDefaults remembered = RememberedDefaults::forAllViews(arguments.effect);
     OpenEffect effect = openEffect(arguments.effect);
     std::vector<View> views = viewsOf(effect.session());
     const NamedParams named = applySettings(effect.session(), arguments.effect, views.front().name);
     labelOff(effect.session(), views);
     withMemoryFor(arguments.input, [&] { drawFile(effect, views, arguments, named, format); });
+    if (!arguments.frame.quiet)
+        remembered.tellIfTheyCount(effect.session());
 }
 
 } // namespace kovalune

@@ -37,7 +37,7 @@ TEST_F(DefaultsCommand, SaveMakesTheValuesThoseOfEveryNewInstance) {
     EXPECT_TRUE(
         content().starts_with("[Version=1.0]\r\nView=4\r\nBlur Amount=12.500000\r\nBlur Repeat Num=5\r\n"))
         << content();
-    const std::string params = done({"render", "--print-params"});
+    const std::string params = done({"render", "--print-params", "--quiet"});
     for (const char* line : {"View=Base\n", "Blur Amount=12.5\n", "Color 1=#F0C8A0\n", "Blur Repeat Num=5\n"})
         EXPECT_NE(params.find(line), std::string::npos) << line;
     EXPECT_EQ(done({"defaults", "show"}), heading() + params);
@@ -55,10 +55,12 @@ TEST_F(DefaultsCommand, SaveKeepsWhatWasRememberedUnlessToldOtherwise) {
 }
 
 TEST_F(DefaultsCommand, SaveTakesAFileOfParameters) {
+    remember("[Version=1.0]\r\nBlur Amount=7.5\r\n");
     const std::string text = "View=Extract\nBlur Repeat Num=2\n";
     writeBytes(folder_ / "some.params", {text.begin(), text.end()});
     done({"defaults", "save", "--params", (folder_ / "some.params").string(), "--set", "Blur Repeat Num=3"});
     EXPECT_NE(content().find("\r\nView=3\r\n"), std::string::npos);
+    EXPECT_NE(content().find("\r\nBlur Amount=10.000000\r\n"), std::string::npos);
     EXPECT_NE(content().find("\r\nBlur Repeat Num=3\r\n"), std::string::npos);
 }
 
@@ -113,7 +115,7 @@ TEST_F(DefaultsCommand, ShowIsAFileOfParameters) {
     done({"defaults", "save", "--set", "Blur Amount=3.5", "--set", "Color 4=1,2,3"});
     const std::string shown = done({"defaults", "show"});
     writeBytes(folder_ / "shown.params", {shown.begin(), shown.end()});
-    const std::string params = done({"render", "--print-params"});
+    const std::string params = done({"render", "--print-params", "--quiet"});
     EXPECT_EQ(
         done({"render", "--print-params", "--factory", "--params", (folder_ / "shown.params").string()}),
         params);

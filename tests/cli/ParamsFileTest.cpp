@@ -61,6 +61,46 @@ TEST_F(ParamsFile, MayHaveAMarkBlankLinesRemarksAndAnyLineEnds) {
     EXPECT_EQ(printedWith("Enable 2=yes\nBlur Amount=3"), three);
 }
 
+TEST_F(ParamsFile, MayHaveRemarksBehindANumberSign) {
+    EXPECT_EQ(printedWith("# Blur Amount=3\n  #=\n#\n#Blur Amount=4"), defaults_);
+}
+
+TEST_F(ParamsFile, MayHaveOtherBlanksAroundColons) {
+    const std::string text =
+        printedWith("1: Color=1,2,3\n2 :Boundary Blur=7\n3:Color.g=17\n4  :  color = #040506\n");
+    for (const char* line :
+         {"1 : Color=#010203", "2 : Boundary Blur=7", "3 : Color=#0311F5", "4 : Color=#040506"})
+        EXPECT_TRUE(hasLine(text, line)) << line << " is not in\n" << text;
+    EXPECT_EQ(printed({"--set", "1: Color=1,2,3"}), printed({"--set", "1 : Color=1,2,3"}));
+    expectRefused("1 : Color=1,2,3\n1:Color=1,2,3\n", 2, {"'1 : Color' was set in line 1"});
+    expectRefused("1 Color=1,2,3\n", 1, {"'1 Color'", "'1 : Color'"});
+}
+
+TEST_F(ParamsFile, OfAnotherEncodingIsNamedSo) {
+    const auto wide = [](const std::string& text, bool bigEndian) {
+        std::string bytes;
+        for (const char letter : text)
+            bytes += bigEndian ? std::string{'\0', letter} : std::string{letter, '\0'};
+        return bytes;
+    };
+    const auto expectNamed = [this](const std::string& text) {
+        expectFailure({"render", "in.png", "-o", "old.png", "--params", file(text)}, 3,
+                      {"cannot read '" + params_ + "'", "UTF-16", "UTF-8"});
+    };
+    const std::string text = "Blur Amount=3\r\nView=Base\r\n";
+    expectNamed("\xFF\xFE" + wide(text, false));
+    expectNamed("\xFE\xFF" + wide(text, true));
+    expectNamed(wide(text, false));
+    expectNamed(wide(text, true));
+    expectRefused(std::string("Blur Amount=3") + '\0' + "0\n", 1, {"LABEL=VALUE", "\\x00"});
+}
+
+TEST_F(ParamsFile, BareCarriageReturnsAreNamed) {
+    expectRefused("Blur Amount=3\rView=Base\r", 1, {"bare carriage return"});
+    expectRefused("Blur Amount=3\r\n; a remark\rView=Base\r\n", 2, {"bare carriage return"});
+    expectRefused("Blur Amount=3\r\r\n", 1, {"bare carriage return"});
+}
+
 TEST_F(ParamsFile, TakesTheFormOfTheDefaultsFile) {
     const std::string text =
         printedWith("[Version=1.0]\r\nView=3\r\nBlur Amount=12.500000\r\nKeep Division=0\r\n"
@@ -73,7 +113,7 @@ TEST_F(ParamsFile, TakesTheFormOfTheDefaultsFile) {
     EXPECT_EQ(printedWith("3 : Color.G=17"), printed({"--set", "3 : Color=3,17,245"}));
 }
 
-TEST_F(ParamsFile, ComesAfterTheDefaultsAndBeforeTheSettingsAndTheView) {
+TEST_F(ParamsFile, ComesAfterTheEffectsOwnDefaultsAndBeforeTheSettingsAndTheView) {
     const TestFolder config;
     const std::filesystem::path remembered = config / "ORVEL" / "Tavik" / "Kovalune.ini";
     std::filesystem::create_directories(remembered.parent_path());
@@ -84,7 +124,7 @@ TEST_F(ParamsFile, ComesAfterTheDefaultsAndBeforeTheSettingsAndTheView) {
     const std::string all = printed({"--view", "Base", "--set", "Color 1 Range=3", "--params",
                                      file("Color 1 Range=4\nBlur Amount=4\nView=Extract\n")},
                                     setting);
-    for (const char* line : {"Blur Repeat Num=8", "Blur Amount=4", "Color 1 Range=3", "View=Base"})
+    for (const char* line : {"Blur Repeat Num=5", "Blur Amount=4", "Color 1 Range=3", "View=Base"})
         EXPECT_TRUE(hasLine(all, line)) << line << " is not in\n" << all;
 }
 

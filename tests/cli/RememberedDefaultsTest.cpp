@@ -46,6 +46,15 @@ protected:
         EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=10", "--view", "Normal"}));
     }
 
+    // What the command says beside its result, run in the folder.
+    std::string told(const std::vector<std::string>& words) {
+        CommandSetting setting = setting_;
+        setting.folder = folder_.path();
+        const CommandOutcome outcome = runCommand(words, setting);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return outcome.notes;
+    }
+
     const TestFolder config_;
     CommandSetting setting_;
     const std::string plainDefaults_ = defaults();
@@ -142,6 +151,57 @@ TEST_F(RememberedDefaults, AreOutOfSightForFactoryDefaults) {
                 rendered({"--view", "Normal", "--set", "Blur Amount=10", "--set", "Color 1=#03B4F5"}));
     remember("[Version=1.0]\r\nView=2\r\n");
     EXPECT_FALSE(rendered({"--factory"}).empty());
+}
+
+TEST_F(RememberedDefaults, AreToldWithTheirFileWhereTheyCount) {
+    const std::string line = "kovalune: note: the defaults remembered in '" + file().string() +
+                             "' count here; --factory leaves them out\n";
+    const std::vector<std::vector<std::string>> commands = {
+        {"render", "in.png", "-o", "out.png"},
+        {"render", "--print-params"},
+        {"render", "--print-params", "--plugin", KOVALUNE_PLUGIN},
+        {"sheet", "in.png", "-o", "out.png"},
+        {"params"},
+        {"params", "--json"}};
+    for (const std::vector<std::string>& words : commands)
+        EXPECT_EQ(told(words), "");
+    remember("[Version=1.0]\nBlur Amount=2.5\n");
+    for (const std::vector<std::string>& words : commands) {
+        EXPECT_EQ(told(words), line) << words.front();
+        std::vector<std::string> factory = words;
+        factory.emplace_back("--factory");
+        EXPECT_EQ(told(factory), "") << words.front();
+    }
+}
+
+TEST_F(RememberedDefaults, AreNotToldWhereTheyChangeNothing) {
+    remember("[Version=1.0]\nView=3\nBlur Amount=10\nColor 1.r=3\n");
+    EXPECT_EQ(told({"sheet", "in.png", "-o", "out.png"}), "");
+    EXPECT_EQ(told({"render", "--print-params", "--view", "Base"}), "");
+    EXPECT_NE(told({"render", "--print-params"}), "");
+    EXPECT_EQ(told({"render", "in.png", "-o", "out.png", "--quiet"}), "");
+    EXPECT_EQ(told({"defaults", "save", "--view", "Base"}), "");
+    EXPECT_EQ(told({"defaults", "show"}), "");
+}
+
+TEST_F(RememberedDefaults, DoNotCountBehindAFileOfParameters) {
+    const auto printed = [this](const std::vector<std::string>& more) {
+        std::vector<std::string> words = {"render", "--print-params"};
+        words.insert(words.end(), more.begin(), more.end());
+        const CommandOutcome outcome = runCommand(words, setting_);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return outcome.out;
+    };
+    const TestFolder others;
+    const std::string params = others / "a.params";
+    const std::string text = "Blur Amount=4\n";
+    writeBytes(params, {text.begin(), text.end()});
+    const std::string alone = printed({"--params", params});
+    remember("[Version=1.0]\nView=3\nBlur Amount=2.5\nBlur Repeat Num=8\n");
+    EXPECT_EQ(printed({"--params", params}), alone);
+    EXPECT_EQ(printed({"--params", params, "--factory"}), alone);
+    remember("[Version=1.0]\nView=2\n");
+    EXPECT_EQ(printed({"--params", params}), alone);
 }
 
 } // namespace
