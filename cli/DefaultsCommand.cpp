@@ -1,5 +1,6 @@
 #include "cli/DefaultsCommand.h"
 
+#include "cli/AtomicFile.h"
 #include "cli/EffectSettings.h"
 #include "cli/Failure.h"
 #include "cli/Interrupt.h"
@@ -17,14 +18,18 @@ OpenEffect builtInEffect(bool factory) {
 std::string save(const DefaultsArguments& arguments, const std::string& path) {
     OpenEffect effect = builtInEffect(startsFromFactory(arguments.effect));
     applySettings(effect.session(), arguments.effect, arguments.view);
+    if (isWriteProtected(path))
+        throw Failure(ExitCode::File, "cannot write " + inQuotes(path) + ": it is write-protected");
     Interrupt interrupt; // the file is written value by value: all or none of them
-    const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues());
+    int reason = 0;
+    const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues(), &reason);
     interrupt.release();
     if (interrupt.came() && result == DefaultsResult::kDone)
         throw Interruption(interrupt.signalNumber(), "interrupted after saving " + path);
     interrupt.finish();
     if (result != DefaultsResult::kDone)
-        throw Failure(ExitCode::File, "cannot write " + inQuotes(path));
+        throw Failure(ExitCode::File,
+                      "cannot write " + inQuotes(path) + (reason == 0 ? "" : ": " + systemReason(reason)));
     return "saved " + printable(path) + '\n';
 }
 

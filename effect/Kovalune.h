@@ -94,7 +94,11 @@ enum class DefaultsResult : uint8_t {
 /// Makes the values in `params`, the host's array with the input layer first, the defaults of the instances of hosts that
 /// start from now on. Makes the file's folders. The effect of this program, not one from a file, must have registered its
 /// parameters with a host; so it must for isDefaultRemembered.
-DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params);
+/// Where the result is kFailed, a new file and folders that were made for it are gone again; a file that was there before
+/// may have some of the values. `reason`, if there is one, gets the system's number for it: errno, on Windows what
+/// GetLastError gives.
+DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params,
+                                int* reason = nullptr);
 
 /// Deletes the file, and its folders where nothing else lies in them.
 DefaultsResult forgetDefaults(const std::string& path);

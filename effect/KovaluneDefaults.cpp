@@ -32,7 +32,7 @@ std::string defaultsPath() {
     return path;
 }
 
-DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params) {
+DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params, int* reason) {
     if (!areTheEffects(params)) {
         return DefaultsResult::kWrongParameters;
     }
@@ -41,9 +41,29 @@ DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_Para
     for (PF_ParamDef& def : copies) {
         array.push_back(&def);
     }
-    const bool folder = makeDefaultsFolder(path.c_str());
-    const bool saved = saveDefaults(array.data(), path.c_str());
-    return folder && saved ? DefaultsResult::kDone : DefaultsResult::kFailed;
+    const bool existed = platform::nameIsTaken(path.c_str());
+    const std::vector<std::string> madeFolders = missingDefaultsFolders(path.c_str());
+    int why = 0;
+    bool done = makeDefaultsFolder(path.c_str());
+    if (!done) {
+        why = platform::lastError();
+    } else {
+        done = saveDefaults(array.data(), path.c_str(), &why);
+    }
+    if (done) {
+        return DefaultsResult::kDone;
+    }
+    // Some of the values may be in it.
+    if (!existed) {
+        platform::deleteFile(path.c_str());
+    }
+    for (const std::string& folder : madeFolders) {
+        platform::removeFolder(folder.c_str());
+    }
+    if (reason != nullptr) {
+        *reason = why;
+    }
+    return DefaultsResult::kFailed;
 }
 
 DefaultsResult forgetDefaults(const std::string& path) {

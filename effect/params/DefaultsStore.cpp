@@ -45,7 +45,16 @@ bool makeDefaultsFolder(const char* path) {
     return platform::createFolders(withoutLastComponent(path).c_str());
 }
 
-bool saveDefaults(PF_ParamDef** params, const char* path) {
+std::vector<std::string> missingDefaultsFolders(const char* path) {
+    std::vector<std::string> folders;
+    for (std::string folder = withoutLastComponent(path);
+         !folder.empty() && !platform::folderExists(folder.c_str()); folder = withoutLastComponent(folder)) {
+        folders.push_back(folder);
+    }
+    return folders;
+}
+
+bool saveDefaults(PF_ParamDef** params, const char* path, int* reason) {
     if (params == nullptr) {
         return false;
     }
@@ -56,7 +65,12 @@ bool saveDefaults(PF_ParamDef** params, const char* path) {
     const std::vector<BaseParam*>& list = paramRegistry().byIndex();
     bool saved = true;
     for (std::size_t index = 1; index < list.size() && list[index] != nullptr; ++index) {
-        saved = list[index]->saveDefault(path) && saved;
+        if (!list[index]->saveDefault(path)) {
+            if (saved && reason != nullptr) {
+                *reason = platform::lastError();
+            }
+            saved = false;
+        }
     }
     return saved;
 }

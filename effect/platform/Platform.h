@@ -35,6 +35,16 @@ unsigned activeCodePage();
 // folder or if it does not fit in `size` bytes. The folder need not exist.
 bool applicationDataFolder(char* buffer, std::size_t size);
 
+// Why the call before, of those here that make or write something, could not do it: errno, on Windows what GetLastError
+// gives. To be asked at once.
+int lastError();
+
+// Whether a folder of that name is there.
+bool folderExists(const char* path);
+
+// Whether anything of that name is there, a link that leads nowhere too; also where the system does not tell.
+bool nameIsTaken(const char* path);
+
 // Makes a folder and those above it that are missing, for this user's eyes where the system asks for rights. True if
 // the folder is there afterwards; false, too, for an empty path.
 bool createFolders(const char* path);

@@ -72,15 +72,50 @@ TEST_F(DefaultsCommand, SaveRefusesWhatTheEffectDoesNotTakeAndWritesNothing) {
 
 TEST_F(DefaultsCommand, SaveNamesTheFileThatCannotBeWritten) {
     std::filesystem::create_directories(file());
-    expectFailure({"defaults", "save"}, 3, {"cannot write", file().string()}, setting_);
+    expectFailure({"defaults", "save"}, 3, {"cannot write '" + file().string() + "': Is a directory\n"},
+                  setting_);
     expectFailure({"defaults", "forget"}, 3, {"cannot delete", file().string()}, setting_);
     EXPECT_TRUE(std::filesystem::is_directory(file()));
+}
+
+TEST_F(DefaultsCommand, SaveGivesTheSystemsReasonAndLeavesNoFolder) {
+    setting_.mostFileBytes = 300; // the first values fit, and so does the message
+    expectFailure({"defaults", "save"}, 3, {"cannot write", "Kovalune.ini': File too large\n"}, setting_);
+    EXPECT_TRUE(config_.names().empty());
+    std::filesystem::create_directory(config_ / "ORVEL"); // somebody's, and it stays
+    expectFailure({"defaults", "save"}, 3, {"cannot write"}, setting_);
+    EXPECT_EQ(config_.names(), std::vector<std::string>{"ORVEL"});
+    EXPECT_TRUE(std::filesystem::is_empty(config_ / "ORVEL"));
+    setting_.mostFileBytes = 0;
+    std::filesystem::remove(config_ / "ORVEL");
+    writeBytes(config_ / "ORVEL", oldBytes());
+    expectFailure({"defaults", "save"}, 3, {"Kovalune.ini': Not a directory\n"}, setting_);
+    EXPECT_EQ(bytesOf(config_ / "ORVEL"), oldBytes());
+    setting_.environment["XDG_CONFIG_HOME"] = "/proc/settings";
+    expectFailure({"defaults", "save"}, 3, {"/Kovalune.ini': No such file or directory\n"}, setting_);
+}
+
+TEST_F(DefaultsCommand, SaveThatFailsLeavesWhatHadTheName) {
+    std::filesystem::create_directories(file().parent_path());
+    std::filesystem::create_symlink(config_.path(), file());
+    expectFailure({"defaults", "save"}, 3, {"cannot write '" + file().string() + "': Is a directory\n"},
+                  setting_);
+    EXPECT_TRUE(std::filesystem::is_symlink(file()));
+}
+
+TEST_F(DefaultsCommand, SaveLeavesAWriteProtectedFileAlone) {
+    done({"defaults", "save"});
+    const std::string before = content();
+    std::filesystem::permissions(file(), std::filesystem::perms(0444));
+    expectFailure({"defaults", "save", "--set", "Blur Amount=3"}, 3,
+                  {"cannot write '" + file().string() + "': it is write-protected\n"}, setting_);
+    EXPECT_EQ(content(), before);
 }
 
 TEST_F(DefaultsCommand, SaveLeavesAFileAloneThatIsTooLarge) {
     const std::string huge(std::size_t{1} << 20, 'x');
     remember(huge);
-    expectFailure({"defaults", "save"}, 3, {"cannot write"}, setting_);
+    expectFailure({"defaults", "save"}, 3, {"cannot write", "': File too large\n"}, setting_);
     EXPECT_TRUE(content() == huge);
 }
 

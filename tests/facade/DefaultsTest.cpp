@@ -98,7 +98,9 @@ TEST_F(Defaults, TellOfWhatCannotBeWrittenOrDeleted) {
     Instance instance;
     const std::vector<PF_ParamDef> params = instance.session.paramsWithValues();
     std::filesystem::create_directories(folder_.file("ORVEL/Tavik/Kovalune.ini"));
-    EXPECT_EQ(rememberDefaults(defaultsPath(), params), DefaultsResult::kFailed);
+    int reason = 0;
+    EXPECT_EQ(rememberDefaults(defaultsPath(), params, &reason), DefaultsResult::kFailed);
+    EXPECT_NE(reason, 0);
     EXPECT_EQ(forgetDefaults(defaultsPath()), DefaultsResult::kFailed);
     EXPECT_EQ(rememberDefaults("", params), DefaultsResult::kFailed);
     EXPECT_EQ(forgetDefaults(""), DefaultsResult::kNothingThere);

@@ -43,6 +43,21 @@ TEST(CreateFolders, FailsWhereTheFolderIsNotThereAfterwards) {
     EXPECT_EQ(contentOf(folder.file("file")), "x");
 }
 
+TEST(Names, TellWhetherAFolderOrAnythingIsThere) {
+    const TemporaryFolder folder;
+    const std::string file = folder.write("file", "x");
+    EXPECT_TRUE(folderExists(folder.path().c_str()));
+    EXPECT_TRUE(nameIsTaken(folder.path().c_str()));
+    EXPECT_FALSE(folderExists(file.c_str()));
+    EXPECT_TRUE(nameIsTaken(file.c_str()));
+    for (const char* name : {"none", "none/below", "file/below"}) {
+        EXPECT_FALSE(folderExists(folder.file(name).c_str()));
+        EXPECT_FALSE(nameIsTaken(folder.file(name).c_str()));
+    }
+    EXPECT_FALSE(folderExists(nullptr));
+    EXPECT_FALSE(nameIsTaken(nullptr));
+}
+
 TEST(DeleteFile, TellsWhatBecameOfIt) {
     const TemporaryFolder folder;
     const std::string file = folder.write("file", "x");

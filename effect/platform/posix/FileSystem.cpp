@@ -11,28 +11,44 @@ namespace {
 
 constexpr mode_t kOwnerOnly = 0700;
 
-bool isFolder(const char* path) {
-    struct stat status {};
-    return ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+} // namespace
+
+int lastError() {
+    return errno;
 }
 
-} // namespace
+bool folderExists(const char* path) {
+    struct stat status {};
+    return path != nullptr && ::stat(path, &status) == 0 && S_ISDIR(status.st_mode);
+}
+
+bool nameIsTaken(const char* path) {
+    struct stat status {};
+    return path != nullptr && (::lstat(path, &status) == 0 || (errno != ENOENT && errno != ENOTDIR));
+}
 
 bool createFolders(const char* path) {
     if (path == nullptr || *path == '\0') {
+        errno = ENOENT;
         return false;
     }
     const std::string whole = path;
     if (whole.size() >= PATH_MAX) {
+        errno = ENAMETOOLONG;
         return false; // before any folder above it is made
     }
+    int reason = ENOTDIR; // where each name is there already, and the last is a file's
     std::size_t end = 0;
     do {
         end = whole.find(kPathSeparator, end + 1);
         // What cannot be made may be there; the last folder tells.
-        ::mkdir(whole.substr(0, end).c_str(), kOwnerOnly);
+        if (::mkdir(whole.substr(0, end).c_str(), kOwnerOnly) != 0 && errno != EEXIST && reason == ENOTDIR) {
+            reason = errno;
+        }
     } while (end != std::string::npos);
-    return isFolder(path);
+    const bool exists = folderExists(path);
+    errno = reason;
+    return exists;
 }
 
 Deletion deleteFile(const char* path) {

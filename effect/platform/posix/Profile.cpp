@@ -33,8 +33,14 @@ ProfileText readProfile(const char* path) {
         return profile;
     }
     struct stat status {};
-    if (::fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode) ||
-        !readUpTo(file, kProfileSizeLimit + 1, profile.text)) {
+    if (::fstat(file.get(), &status) != 0) {
+        return profile;
+    }
+    if (!S_ISREG(status.st_mode)) {
+        errno = S_ISDIR(status.st_mode) ? EISDIR : EINVAL;
+        return profile;
+    }
+    if (!readUpTo(file, kProfileSizeLimit + 1, profile.text)) {
         profile.text.clear();
         return profile;
     }
@@ -77,7 +83,9 @@ public:
     Replacement& operator=(const Replacement&) = delete;
     ~Replacement() {
         if (created_ && !placed_) {
+            const int reason = errno;
             ::unlink(name_.c_str());
+            errno = reason;
         }
     }
 
@@ -156,15 +164,21 @@ std::string profileString(const char* section, const char* key, const char* fall
 
 bool writeProfileString(const char* section, const char* key, const char* value, const char* file) {
     if (section == nullptr || file == nullptr || *file == '\0') {
+        errno = EINVAL;
         return false;
     }
     const std::string path = resolved(file);
     const ProfileText before = readProfile(path.c_str());
-    if (before.presence == Presence::unusable || before.text.size() > kProfileSizeLimit) {
+    if (before.presence == Presence::unusable) {
+        return false;
+    }
+    if (before.text.size() > kProfileSizeLimit) {
+        errno = EFBIG;
         return false;
     }
     const std::optional<std::string> after = edited(before.text, section, key, value);
     if (!after || after->size() > kProfileSizeLimit) {
+        errno = after ? EFBIG : EINVAL;
         return false;
     }
     if (*after == before.text) {
