@@ -54,7 +54,7 @@ struct Frame {
 Frame frameOf(OpenEffect& effect, const SourceFrame& source, const RenderArguments& arguments) {
     Frame frame;
     if (!arguments.effect.plugin)
-        frame.counts.emplace();
+        frame.counts = FrameReport{.countsChanges = arguments.report.report};
     ProgressLine progress({progressFrame(effect.session(), arguments.frame)}, pixelsOf(source),
                           arguments.frame.quiet);
     frame.image =

@@ -121,7 +121,7 @@ Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const Sou
         effect.session().setValue(view.param, view.value);
         std::optional<FrameReport> counts;
         if (cell == 0 && !arguments.effect.plugin) // in the first view all stages run
-            counts.emplace();
+            counts = FrameReport{.countsChanges = arguments.report.report};
         const host::Image result =
             renderFrame(effect, source, arguments.frame, progress, counts ? &*counts : nullptr);
         progress.nextFrame();

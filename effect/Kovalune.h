@@ -152,14 +152,20 @@ struct StageReport {
 };
 
 struct FrameReport {
+    /// For the frame: without this, what takes most of a report's time stays 0: `changed`, and the `edge` of stages that
+    /// "Keep Process" does not hold.
+    bool countsChanges = true;
     int64_t pixels = 0; ///< of the working rectangle
-    std::array<StageReport, kStageCount> stages;
+    std::array<StageReport, kStageCount> stages = {};
+
+    /// Empties it for another frame.
+    void clear() { *this = {.countsChanges = countsChanges}; }
 };
 
 /// While it lives, a frame that the thread which made it renders in the effect of this program, not one from a file,
-/// fills the report: that thread, not one of those that share the frame's work. A later frame starts it anew; one that fails leaves
-/// what it counted until then. The frame's pixels and host calls are those without a report; it takes a few passes over
-/// the picture longer.
+/// fills the report: that thread, not one of those that share the frame's work. A later frame starts it anew; one that
+/// fails leaves what it counted until then. The frame's pixels and host calls are those without a report; it takes a few
+/// passes over the picture longer.
 class FrameReportScope {
 public:
     explicit FrameReportScope(FrameReport& report);

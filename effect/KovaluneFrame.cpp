@@ -30,7 +30,7 @@ std::array<int32_t, kStageCount> progressCalls(const ProgressSettings& settings)
 }
 
 FrameReportScope::FrameReportScope(FrameReport& report) : outer_(std::exchange(threadReport, &report)) {
-    report = {};
+    report.clear();
     reportSource.store([] { return threadReport; }, std::memory_order_release);
 }
 

@@ -36,7 +36,7 @@ void reportSelected(Frame& frame, const MatchCounts& counts) {
 }
 
 void reportChanged(Frame& frame) {
-    if (frame.report != nullptr && frame.err == PF_Err_NONE) {
+    if (frame.report != nullptr && frame.report->countsChanges && frame.err == PF_Err_NONE) {
         frame.report->stages[0].changed =
             frame.passes.countChanged(*frame.source, *frame.target, frame.rect());
     }

@@ -56,7 +56,7 @@ char clearingOfPreviousLayer(const RenderSettings& s, const FramePasses& passes)
 FrameReport* newReport(const FrameRect& rect) {
     FrameReport* const report = askedReport();
     if (report != nullptr) {
-        *report = {};
+        report->clear();
         report->pixels = int64_t{rect.width()} * rect.height();
     }
     return report;

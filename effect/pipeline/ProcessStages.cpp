@@ -153,6 +153,7 @@ private:
     // For a report: what it tells is there whenever nothing has failed.
 
     bool reports() const { return report_ != nullptr && !failed(); }
+    bool reportsChanges() const { return reports() && frame_.report->countsChanges; }
 
     /// The picture as it was; null where there was no memory for it.
     PF_EffectWorld* before() const { return worlds_.spareWork.get(); }
@@ -169,18 +170,18 @@ private:
     }
 
     void reportBeforeLayer() {
-        if (!reports()) {
-            return;
+        const bool isKept = reports() && report_->keptInside != 0;
+        if (isKept || reportsChanges()) {
+            report_->edge = edgePixels();
+            report_->cut = isKept ? report_->cut - report_->edge : 0;
         }
-        report_->edge = edgePixels();
-        report_->cut = report_->keptInside != 0 ? report_->cut - report_->edge : 0;
-        if (before() != nullptr) {
+        if (reportsChanges() && before() != nullptr) {
             passes_.copyPixels(*before(), *frame_.target, rect());
         }
     }
 
     void reportBehindLayer() {
-        if (reports() && before() != nullptr) {
+        if (reportsChanges() && before() != nullptr) {
             report_->changed = passes_.countChanged(*before(), *frame_.target, rect());
         }
     }

@@ -190,6 +190,39 @@ TEST_P(FrameReports, EndWithTheStageThatTheViewShows) {
     }
 }
 
+TEST_P(FrameReports, CountChangesOnlyWhereTheyAreAskedTo) {
+    Random random(249);
+    for (int round = 0; round < 20; ++round) {
+        ProcessScene scene(GetParam(), random.between(1, 30), random.between(1, 30), random);
+        scene.randomise(random);
+        FrameReport all;
+        FrameReport some{.countsChanges = false};
+        {
+            const FrameReportScope scope(all);
+            ASSERT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+        }
+        const PlainPicture output = read(scene.output);
+        {
+            const FrameReportScope scope(some);
+            ASSERT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+        }
+        EXPECT_EQ(difference(output, scene.output), "");
+        EXPECT_TRUE(all.countsChanges);
+        EXPECT_FALSE(some.countsChanges);
+        EXPECT_EQ(all.pixels, some.pixels);
+        for (std::size_t number = 0; number < kStageCount; ++number) {
+            const StageReport& with = all.stages[number];
+            const StageReport& without = some.stages[number];
+            EXPECT_EQ(without.changed, 0);
+            EXPECT_EQ(without.ran, with.ran);
+            EXPECT_EQ(without.selected, with.selected);
+            EXPECT_EQ(without.keptInside, with.keptInside);
+            EXPECT_EQ(without.cut, with.cut);
+            EXPECT_EQ(without.edge, with.keptInside != 0 ? with.edge : 0);
+        }
+    }
+}
+
 TEST_P(FrameReports, AreFilledAnewByEachFrameOfTheirScopeAlone) {
     Random random(245);
     ProcessScene scene(GetParam(), 14, 11, random);
