@@ -3,6 +3,7 @@
 #include "tests/cli/ErrorCase.h"
 
 #include <algorithm>
+#include <sstream>
 
 namespace kovalune::tests {
 namespace {
@@ -46,13 +47,17 @@ protected:
         EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=10", "--view", "Normal"}));
     }
 
-    // What the command says beside its result, run in the folder.
+    // What the command, run in the folder, says of remembered defaults beside its result.
     std::string told(const std::vector<std::string>& words) {
         CommandSetting setting = setting_;
         setting.folder = folder_.path();
         const CommandOutcome outcome = runCommand(words, setting);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return outcome.notes;
+        std::istringstream notes(outcome.notes);
+        std::string told;
+        for (std::string line; std::getline(notes, line);)
+            told += line.find("remembered") == std::string::npos ? "" : line + '\n';
+        return told;
     }
 
     const TestFolder config_;
