@@ -1,0 +1,49 @@
+// What is rendered for the golden hashes, and the line of text that names it.
+#pragma once
+
+#include "effect/Kovalune.h"
+#include "host/ParamValue.h"
+#include "host/Session.h"
+#include "tests/golden/GoldenPicture.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kovalune::test {
+
+/// A control by its label.
+struct GoldenSetting {
+    std::string label;
+    host::ParamValue value;
+};
+
+struct GoldenScene {
+    enum class What { kFrame, kSmooth, kEdgeFlags };
+
+    What what = What::kFrame;
+    PictureKind picture = PictureKind::kCel;
+    PF_PixelFormat format = PF_PixelFormat_ARGB32;
+    int32_t width = 0;
+    int32_t height = 0;
+    uint64_t seed = 0; ///< of the picture
+
+    // Of a frame.
+    host::RenderFlow flow = host::RenderFlow::Smart;
+    int32_t view = 1;
+    int32_t scale = 1;            ///< the denominator of the downsample factor, in both directions
+    std::optional<PF_LRect> rect; ///< a part of the picture
+    int32_t iterations = 0;       ///< the one number that the hash holds for; 0: any
+    std::vector<GoldenSetting> settings;
+
+    // Of boundary smoothing.
+    SmoothOptions smooth;
+
+    /// One line without its hash; no two scenes have the same.
+    std::string text() const;
+};
+
+/// All of them, in the order of the file.
+std::vector<GoldenScene> goldenScenes();
+
+} // namespace kovalune::test

@@ -1,0 +1,110 @@
+// Every golden frame against the file of hashes: however the work is divided, linked in and from the plug-in's file.
+
+#include "hostapi/EntryPoint.h"
+#include "tests/golden/GoldenHash.h"
+#include "tests/golden/PixelHash.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <fstream>
+#include <limits>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace kovalune::test {
+namespace {
+
+/// Without comments, in the file's order.
+std::vector<std::string> linesOfTheFile() {
+    std::ifstream file(KOVALUNE_GOLDEN_HASHES);
+    std::vector<std::string> lines;
+    for (std::string line; std::getline(file, line);) {
+        if (!line.empty() && line.back() == '\r') {
+            line.pop_back();
+        }
+        if (!line.empty() && line.front() != '#') {
+            lines.push_back(line);
+        }
+    }
+    return lines;
+}
+
+host::HostOptions plainOptions() {
+    host::HostOptions options;
+    options.globalSetdownAtEnd = false; // the linked effect serves many sessions of this process
+    return options;
+}
+
+/// Names the first scenes that differ.
+void expectTheFilesHashes(host::EffectModule& module, const host::HostOptions& options) {
+    const std::vector<GoldenScene> scenes = goldenScenes();
+    const std::vector<std::string> lines = linesOfTheFile();
+    ASSERT_EQ(lines.size(), scenes.size());
+    int differing = 0;
+    for (std::size_t i = 0; i < scenes.size() && differing < 5; ++i) {
+        const std::string line = goldenHash(scenes[i], module, options) + ' ' + scenes[i].text();
+        EXPECT_EQ(line, lines[i]) << "line " << i + 1 << " without comments";
+        differing += line == lines[i] ? 0 : 1;
+    }
+}
+
+TEST(GoldenFile, HasALineOfItsOwnForEachScene) {
+    const std::vector<GoldenScene> scenes = goldenScenes();
+    std::set<std::string> texts;
+    std::set<std::string> hashes;
+    for (const std::string& line : linesOfTheFile()) {
+        texts.insert(line.substr(line.find(' ')));
+        hashes.insert(line.substr(0, line.find(' ')));
+        EXPECT_EQ(line.find(' '), 32U) << line;
+    }
+    EXPECT_GT(scenes.size(), 300U);
+    EXPECT_EQ(texts.size(), scenes.size());
+    EXPECT_GT(hashes.size(), scenes.size() * 3 / 4) << "scenes are to show something";
+}
+
+class GoldenFrames : public testing::TestWithParam<int> {};
+
+TEST_P(GoldenFrames, AreThoseOfTheFileForThisManyIterations) {
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    host::HostOptions options = plainOptions();
+    options.iterations = GetParam();
+    options.threads = GetParam() > 1 ? 2 : 1;
+    options.shuffleIterations = GetParam() > 1;
+    options.rowPadding = GetParam() % 3 * 12;
+    expectTheFilesHashes(module, options);
+}
+
+INSTANTIATE_TEST_SUITE_P(Iterations, GoldenFrames, testing::Values(1, 2, 5, 64),
+                         testing::PrintToStringParamName());
+
+TEST(GoldenFramesOfThePlugIn, AreThoseOfTheFile) {
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+    expectTheFilesHashes(module, plainOptions());
+}
+
+TEST(PixelHash, IsThePublishedOne) {
+    EXPECT_EQ(PixelHash().text(), "6c62272e07bb014262b821756295c58d");
+    PixelHash a;
+    a.add('a');
+    EXPECT_EQ(a.text(), "d228cb696f1a8caf78912b704e4a8964");
+    PixelHash foobar;
+    for (const char letter : std::string("foobar")) {
+        foobar.add(static_cast<uint8_t>(letter));
+    }
+    EXPECT_EQ(foobar.text(), "343e1662793c64bf6f0d3597ba446f18");
+}
+
+TEST(PixelHash, TakesEveryNaNForOne) {
+    const auto hashOf = [](float value) {
+        PixelHash hash;
+        hash.addFloat(value);
+        return hash.text();
+    };
+    EXPECT_EQ(hashOf(std::numeric_limits<float>::quiet_NaN()), hashOf(-std::nanf("7")));
+    EXPECT_NE(hashOf(0.0F), hashOf(-0.0F));
+}
+
+} // namespace
+} // namespace kovalune::test

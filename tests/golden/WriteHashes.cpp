@@ -1,0 +1,44 @@
+// golden_hashes: writes the golden hashes, a line a scene, to standard output. With the path of a plug-in's file it renders
+// the frames through that, else through the effect that is linked in.
+
+#include "hostapi/EntryPoint.h"
+#include "tests/golden/GoldenHash.h"
+
+#include <cstdio>
+#include <exception>
+
+namespace {
+
+using namespace kovalune;
+
+constexpr char kHead[] = "# What frames, smoothed pictures and maps of edge flags look like, as a hash of "
+                         "128 bits each (FNV-1a over format, size\n"
+                         "# and pixels, low byte first; every NaN as one). A line that changes is a pixel "
+                         "that changes. Written by golden_hashes,\n"
+                         "# compared by golden_tests.\n"
+                         "#\n"
+                         "# hash | picture-seed, size, depth, flow, view; what is not as usual | settings\n";
+
+void writeHashes(host::EffectModule& module) {
+    host::HostOptions options;
+    options.threads = 1;
+    options.globalSetdownAtEnd = false;
+    std::fputs(kHead, stdout);
+    for (const test::GoldenScene& scene : test::goldenScenes()) {
+        std::printf("%s %s\n", test::goldenHash(scene, module, options).c_str(), scene.text().c_str());
+    }
+}
+
+} // namespace
+
+int main(int count, char** words) {
+    try {
+        host::EffectModule module =
+            count > 1 ? host::EffectModule::load(words[1]) : host::EffectModule::linked(EntryPointFunc);
+        writeHashes(module);
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "golden_hashes: %s\n", error.what());
+        return 1;
+    }
+    return std::fflush(stdout) == 0 && std::ferror(stdout) == 0 ? 0 : 1;
+}
