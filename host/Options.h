@@ -56,9 +56,9 @@ struct HostOptions {
     // Misbehaviour for tests.
     std::vector<SuiteName> withheldSuites;
     bool nullBasicSuite = false;
-    int extraRecordBytes =
-        0; // written after each record that the effect hands over, up to 32: what a host of a
-           // later interface does, whose records are longer
+    // Bytes written after each record that the effect hands over, up to 32: what a host of a later interface does, whose
+    // records are longer.
+    int extraRecordBytes = 0;
     bool nullInputWorld = false;  // checkout_layer_pixels succeeds and gives a null pointer
     bool nullOutputWorld = false; // checkout_output likewise
     A_long outputWidthDelta = 0;  // added to the output world's size

@@ -52,11 +52,10 @@ char clearingOfPreviousLayer(const RenderSettings& s, const FramePasses& passes)
     return anyEnabled ? kUncleared : kCleared;
 }
 
-/// What the frame fills, emptied of what an earlier one has left in it.
+/// What the frame fills.
 FrameReport* newReport(const FrameRect& rect) {
     FrameReport* const report = askedReport();
     if (report != nullptr) {
-        report->clear();
         report->pixels = int64_t{rect.width()} * rect.height();
     }
     return report;

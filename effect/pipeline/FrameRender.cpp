@@ -4,6 +4,7 @@
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/pipeline/Frame.h"
 #include "effect/pipeline/ProcessStages.h"
+#include "effect/pipeline/ReportSource.h"
 #include "effect/pipeline/StageAmounts.h"
 #include "effect/share/AEUtil/WorldBasics.h"
 #include "effect/share/Wrapping.h"
@@ -118,6 +119,10 @@ PF_Err renderStages(const FramePasses& passes, const FrameStart& start) {
 }
 
 PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
+    // Also for a frame that ends before it has one.
+    if (FrameReport* const report = askedReport(); report != nullptr) {
+        report->clear();
+    }
     if (settings.inputWorld == nullptr || settings.outputWorld == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }

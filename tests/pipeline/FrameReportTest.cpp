@@ -248,6 +248,22 @@ TEST_P(FrameReports, AreFilledAnewByEachFrameOfTheirScopeAlone) {
     EXPECT_EQ(outer.stages[4].edge, 0) << "emptied by the next frame";
 }
 
+TEST_P(FrameReports, HoldNothingOfAnEarlierFrameWhereOneEndsAtOnce) {
+    Random random(250);
+    ProcessScene scene(GetParam(), 14, 11, random);
+    FrameReport report;
+    const FrameReportScope scope(report);
+    for (const FrameRect& rect : {rectAt(2, 2, 0, 4), rectAt(-1, 0, 4, 4)}) {
+        scene.settings.extentRect = wholeRect(14, 11);
+        EXPECT_EQ(GetParam().render(scene.settings), PF_Err_NONE);
+        EXPECT_EQ(report.pixels, 14 * 11);
+        scene.settings.extentRect = rect;
+        static_cast<void>(GetParam().render(scene.settings));
+        EXPECT_EQ(report.pixels, 0);
+        EXPECT_FALSE(report.stages[0].ran);
+    }
+}
+
 TEST_P(FrameReports, LeaveAFailingFrameAsItIs) {
     Random random(246);
     ProcessScene scene(GetParam(), 14, 11, random);

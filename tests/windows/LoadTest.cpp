@@ -67,9 +67,10 @@ private:
 
 TEST_P(ManyLoads, LeaveNothingBehind) {
     const ProcessUsage growth = growthOf([this] { loadAndRender(); });
-    EXPECT_EQ(growth.handles, 0);
-    EXPECT_EQ(growth.threadSlots, 0);
-    // The process's own may grow by one now and then; a load that left any would leave a hundred.
+    // A load that left one would leave a hundred; the process itself may close one that it had before.
+    EXPECT_LE(growth.handles, 0);
+    EXPECT_LE(growth.threadSlots, 0);
+    // And it may keep a block of its own now and then.
     EXPECT_LT(growth.heapBlocks, 10);
     EXPECT_EQ(GetModuleHandleA(kFile), nullptr);
 }
