@@ -71,6 +71,14 @@ std::string unusualName() {
     return ".kovalune-" + std::string(digits.data(), end.ptr) + ".tmp";
 }
 
+// The rights of the owner for whoever runs the file are for that owner alone. Another group gets what all others
+// have: not more, since it is not the one that was meant, and not less, since then it alone were shut out.
+mode_t keptPermissions(mode_t old, bool keepsOwner, bool keepsGroup) {
+    if (keepsOwner)
+        return old & 07777U;
+    return keepsGroup ? old & 0777U : (old & 0707U) | (old & 07U) << 3U;
+}
+
 // A new file beside the one that it is to become; it is removed at the end unless it was renamed.
 class TemporaryFile {
 public:
@@ -121,18 +129,18 @@ public:
     }
 
 private:
-    // Of the file that is replaced, before there is anything in this one that others might read.
+    // Of the file that is replaced, before there is anything in this one that others might read. Not through a link
+    // that took the name since it was followed: what that leads to is not what is replaced.
     void takeOwnerAndPermissions() {
-        constexpr mode_t kAll = 07777;
-        constexpr mode_t kPlain = 0777; // without the rights of the owner for whoever runs the file
         struct stat old {};
-        if (::stat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode))
+        if (::lstat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode))
             return;
         const int descriptor = ::fileno(stream_);
-        const bool isOwners = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
-        if (!isOwners && ::fchown(descriptor, static_cast<uid_t>(-1), old.st_gid) != 0)
-            errno = 0; // the system allows neither, and it need not
-        ::fchmod(descriptor, old.st_mode & (isOwners ? kAll : kPlain));
+        constexpr auto kSameOwner = static_cast<uid_t>(-1);
+        const bool keepsOwner = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
+        const bool keepsGroup = keepsOwner || ::fchown(descriptor, kSameOwner, old.st_gid) == 0;
+        // Only a file system that knows no permissions refuses its file's owner, and there are none to keep in it.
+        static_cast<void>(::fchmod(descriptor, keptPermissions(old.st_mode, keepsOwner, keepsGroup)));
     }
 
     fs::path file_; // for messages

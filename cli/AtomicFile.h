@@ -26,8 +26,9 @@ struct FileContent {
 
 // On failure, and when a signal ends the process meanwhile, existing files stay as they were and nothing else is
 // left behind. All bytes are on the disk before any of them takes a name. A link is followed, a dangling one too; of a
-// file that is replaced the owner and the permissions are kept as far as the system allows, whether it is
-// write-protected or not. At most two files. Throws Failure with the name.
+// file that is replaced the owner, the group and the permissions are kept as far as the system allows, whether it is
+// write-protected or not; where the group cannot be kept, another one gets the rights of all others. At most two files.
+// Throws Failure with the name.
 void writeAtomically(std::span<const FileContent> files);
 
 void writeAtomically(const std::filesystem::path& file, std::span<const std::uint8_t> bytes);

@@ -15,6 +15,7 @@
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
+#include <tuple>
 #include <unistd.h>
 
 namespace {
@@ -188,6 +189,27 @@ TEST_F(AtomicFile, OfSomebodyElseIsWriteProtected) {
     // The system gives files to nobody else, and then the owner's rights do not go to who runs the file.
     EXPECT_EQ(statusOf(file_).st_uid, 65534);
     EXPECT_EQ(statusOf(file_).st_mode & 07777U, 0755U);
+}
+
+TEST_F(AtomicFile, GivesAnotherGroupNoMoreThanAllOthersHave) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root makes files of two users";
+    constexpr gid_t kTheirs = 4321;
+    constexpr gid_t kOwn = 65534;
+    ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
+    for (const auto& [group, before, after] : {std::tuple(kTheirs, 0660U, 0600U),
+                                               {kTheirs, 0664U, 0644U},
+                                               {kTheirs, 0604U, 0644U},
+                                               {kTheirs, 02770U, 0700U},
+                                               {kOwn, 0660U, 0660U},
+                                               {kOwn, 02750U, 0750U}}) {
+        ASSERT_EQ(chown(file_.c_str(), 1234, group), 0);
+        ASSERT_EQ(chmod(file_.c_str(), before), 0);
+        EXPECT_EQ(refusalOfPlainUser([&] { writeAtomically(file_, kNew); }), "");
+        EXPECT_EQ(statusOf(file_).st_uid, 65534U);
+        EXPECT_EQ(statusOf(file_).st_gid, kOwn);
+        EXPECT_EQ(statusOf(file_).st_mode & 07777U, after) << "of " << std::oct << before;
+    }
 }
 
 TEST_F(AtomicFile, OfTwoNeitherIsPlacedBeforeBothAreOnTheDisk) {
