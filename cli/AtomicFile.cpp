@@ -151,6 +151,16 @@ private:
     bool renamed_ = false;
 };
 
+// In a folder such as /tmp a file is replaced by its owner, the folder's, and root alone.
+bool isKeptByFolder(const fs::path& target, const fs::path& folder) {
+    struct stat file {};
+    struct stat around {};
+    if (::lstat(target.c_str(), &file) != 0 || ::stat(folder.c_str(), &around) != 0)
+        return false;
+    const uid_t user = ::geteuid();
+    return (around.st_mode & S_ISVTX) != 0 && user != 0 && user != file.st_uid && user != around.st_uid;
+}
+
 } // namespace
 
 bool isWriteProtected(const fs::path& file) {
@@ -171,9 +181,13 @@ void checkWritable(const fs::path& file, bool force) {
         fail(file, "it is a folder");
     if (fs::exists(status) && !fs::is_regular_file(status))
         fail(file, "it is not an ordinary file");
-    const fs::path folder = folderOf(targetOf(file));
+    const fs::path target = targetOf(file);
+    const fs::path folder = folderOf(target);
     if (!fs::is_directory(folder, error))
         fail(file, "there is no folder " + inQuotes(folder.string()));
+    if (isKeptByFolder(target, folder))
+        fail(file, "it is another user's, and in the folder " + inQuotes(folder.string()) +
+                       " only owners replace files");
     if (!force && isWriteProtected(file))
         fail(file, "it is write-protected; --force replaces it all the same");
     const TemporaryFile attempt(file); // only the system knows whether it will

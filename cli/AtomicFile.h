@@ -11,9 +11,9 @@ namespace kovalune {
 // lets it be replaced all the same, root's above all, is not what its owner meant.
 bool isWriteProtected(const std::filesystem::path& file);
 
-// Throws Failure if nothing can be written under this name: it is a folder or a device, its folder is missing or takes
-// no files, or without `force` it is write-protected. Leaves nothing behind; passing it is no promise that writing
-// succeeds.
+// Throws Failure if nothing can be written under this name: it is a folder or a device, its folder is missing, takes no
+// files or, by its sticky bit, lets nobody replace another user's, or without `force` it is write-protected. Leaves
+// nothing behind; passing it is no promise that writing succeeds.
 void checkWritable(const std::filesystem::path& file, bool force = false);
 
 // Whether writing the one would replace the other: links are followed, and neither need exist yet.

@@ -212,6 +212,31 @@ TEST_F(AtomicFile, GivesAnotherGroupNoMoreThanAllOthersHave) {
     }
 }
 
+TEST_F(AtomicFile, OfSomebodyElseIsNotReplacedInAFolderWhereOnlyOwnersDo) {
+    if (geteuid() != 0)
+        GTEST_SKIP() << "only root makes files of two users";
+    constexpr uid_t kNobody = 65534;
+    const std::string reason = "cannot write " + inQuotes(file_.string()) +
+                               ": it is another user's, and in the folder " +
+                               inQuotes(folder_.path().string()) + " only owners replace files";
+    const auto refusal = [this](bool force) {
+        return refusalOfPlainUser([&] { checkWritable(file_, force); });
+    };
+    ASSERT_EQ(chmod(folder_.path().c_str(), 01777), 0);
+    ASSERT_EQ(chmod(file_.c_str(), 0666), 0);
+    EXPECT_EQ(refusal(true), reason);
+    EXPECT_EQ(refusal(false), reason) << "that --force would do is no advice here";
+    EXPECT_EQ(refusalOf([&] { checkWritable(file_); }), "") << "root may";
+    EXPECT_NE(refusalOfPlainUser([&] { writeAtomically(file_, kNew); }), "") << "the system agrees";
+    expectUntouched();
+    ASSERT_EQ(chown(file_.c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(refusal(false), "");
+    ASSERT_EQ(chown(file_.c_str(), 0, 0), 0);
+    ASSERT_EQ(chown(folder_.path().c_str(), kNobody, kNobody), 0);
+    EXPECT_EQ(refusal(false), "");
+    EXPECT_EQ(refusalOfPlainUser([&] { writeAtomically(file_, kNew); }), "") << "the system agrees";
+}
+
 TEST_F(AtomicFile, OfTwoNeitherIsPlacedBeforeBothAreOnTheDisk) {
     const std::vector<FileContent> both = {{file_, kNew}, {folder_ / "map.png", kNew}};
     flushErrorFrom = 2;
