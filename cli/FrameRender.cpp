@@ -148,19 +148,19 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
     host::RenderResult result;
     Interrupt interrupt;
     try {
-        const Watch watch(effect.host(), progress, interrupt);
-        std::optional<FrameReportScope> report;
-        if (counts != nullptr)
-            report.emplace(*counts);
-        result = session.render(source.image, output, request);
+        // Whatever becomes of the frame after a signal, it is not wanted any more.
+        interrupt.during([&] {
+            const Watch watch(effect.host(), progress, interrupt);
+            std::optional<FrameReportScope> report;
+            if (counts != nullptr)
+                report.emplace(*counts);
+            result = session.render(source.image, output, request);
+        });
     } catch (const host::HostError& reason) {
-        interrupt.finish();
         throw Failure(ExitCode::File, "cannot render " + inQuotes(source.name) + ": " + reason.what());
     } catch (const std::bad_alloc&) {
-        interrupt.finish();
         throw noMemory;
     }
-    interrupt.finish(); // whatever became of the frame, it is not wanted any more
     if (!result.threw && result.code == PF_Err_OUT_OF_MEMORY)
         throw lackOfMemory(source, result.returnMsg);
     requireSuccess(result, "the effect");

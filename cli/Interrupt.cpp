@@ -42,4 +42,14 @@ void Interrupt::finish() {
         throw Interruption(signalNumber());
 }
 
+void Interrupt::during(const std::function<void()>& body) {
+    try {
+        body();
+    } catch (...) {
+        finish();
+        throw;
+    }
+    finish();
+}
+
 } // namespace kovalune

@@ -3,6 +3,7 @@
 // signal that is ignored or handled already keeps its meaning.
 #pragma once
 
+#include <functional>
 #include <stdexcept>
 #include <string>
 
@@ -39,6 +40,10 @@ public:
 
     // The same, and throws Interruption if a signal has come.
     void finish();
+
+    // Runs `body` and finishes, whatever it throws: where a signal has come, Interruption takes its place, since the
+    // loop that called the command is to end.
+    void during(const std::function<void()>& body);
 };
 
 } // namespace kovalune

@@ -1,6 +1,7 @@
 // Ctrl-C and its like at every point of a command: nothing is written, whatever the effect makes of it, and the command
 // ends by the signal, so that the loop that called it ends too.
 
+#include "cli/Interrupt.h"
 #include "cli/SignalAction.h"
 #include "tests/cli/ErrorCase.h"
 
@@ -8,6 +9,8 @@
 #include <csignal>
 #include <fcntl.h>
 #include <fstream>
+#include <new>
+#include <stdexcept>
 #include <sys/stat.h>
 #include <thread>
 #include <unistd.h>
@@ -15,6 +18,26 @@
 
 namespace kovalune::tests {
 namespace {
+
+template <typename Thrown>
+void throwDuring(const Thrown& thrown, int signalNumber) {
+    Interrupt interrupt;
+    interrupt.during([&] {
+        if (signalNumber != 0)
+            std::raise(signalNumber);
+        throw thrown;
+    });
+}
+
+TEST(Interrupt, TakesThePlaceOfWhateverIsThrown) {
+    for (const int signalNumber : kEndingSignals) {
+        EXPECT_THROW(throwDuring(std::logic_error("a mistake"), signalNumber), Interruption);
+        EXPECT_THROW(throwDuring(std::bad_alloc(), signalNumber), Interruption);
+        EXPECT_THROW(throwDuring(516L, signalNumber), Interruption);
+    }
+    EXPECT_THROW(throwDuring(std::logic_error("a mistake"), 0), std::logic_error);
+    EXPECT_THROW(throwDuring(516L, 0), long);
+}
 
 class Interrupted : public ErrorCase {
 protected:
