@@ -53,6 +53,14 @@ std::optional<bool> isOn(const host::Session& session, const std::string& checkB
     return value ? std::optional(*value != 0) : std::nullopt;
 }
 
+std::optional<std::size_t> offStageOf(const host::Session& session, const std::string& view) {
+    for (std::size_t stage = 1; stage < kStageCount; ++stage) {
+        if (view == stageName(stage) && isOn(session, stageSwitch(stage)) == false)
+            return stage;
+    }
+    return std::nullopt;
+}
+
 std::optional<ProgressSettings> progressSettings(const host::Session& session, const FrameArguments& frame) {
     ProgressSettings settings;
     const std::optional<A_long> view = valueOf<A_long>(session, std::string(kViewLabel));

@@ -27,6 +27,9 @@ std::string colorSwitch(std::size_t stage, std::size_t color);
 // Nothing where the effect has no such check box.
 std::optional<bool> isOn(const host::Session& session, const std::string& checkBox);
 
+// The stage that a view of this name is about where that is switched off: the view shows nothing of it.
+std::optional<std::size_t> offStageOf(const host::Session& session, const std::string& view);
+
 // What a frame of the session's values will report of its progress; nothing where a control is missing.
 std::optional<ProgressSettings> progressSettings(const host::Session& session, const FrameArguments& frame);
 

@@ -37,18 +37,10 @@ struct View {
     bool isOff = false; // it would show a stage that is switched off
 };
 
-bool isOff(const host::Session& session, const std::string& view) {
-    for (std::size_t stage = 1; stage < kStageCount; ++stage) {
-        if (view == stageName(stage))
-            return isOn(session, stageSwitch(stage)) == false;
-    }
-    return false;
-}
-
 // By the settings as they are.
 void labelOff(const host::Session& session, std::vector<View>& views) {
     for (View& view : views) {
-        view.isOff = isOff(session, view.name);
+        view.isOff = offStageOf(session, view.name).has_value();
         if (view.isOff)
             view.name += " (off)";
     }
