@@ -71,6 +71,19 @@ void addOffNotes(std::vector<std::string>& notes, const host::Session& session, 
     }
 }
 
+// Whoever named the switch too is told all the same: the view is not what it is called.
+void addViewNote(std::vector<std::string>& notes, const host::Session& session) {
+    const std::optional<int> index = session.findParam(std::string(kViewLabel));
+    if (!index)
+        return;
+    const PF_ParamDef& def = session.params()[static_cast<std::size_t>(*index)];
+    if (def.param_type != PF_Param_POPUP)
+        return;
+    const std::string view = valueText(def, session.choices(*index), session.value(*index));
+    if (const std::optional<std::size_t> stage = offStageOf(session, view))
+        notes.push_back("View shows " + view + ", but " + inQuotes(stageSwitch(*stage)) + " is off");
+}
+
 std::string colorNote(const host::Session& session, const StageReport& report, std::size_t stage,
                       std::size_t color) {
     const std::string label = colorLabel(stage, color);
@@ -180,6 +193,7 @@ std::vector<std::string> selectionNotes(const host::Session& session, const Name
                                         const std::optional<FrameReport>& counts) {
     std::vector<std::string> notes;
     addOffNotes(notes, session, named);
+    addViewNote(notes, session);
     for (std::size_t stage = 0; counts && stage < kStageCount; ++stage) {
         const StageReport& report = counts->stages[stage];
         if (!report.ran)

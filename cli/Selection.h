@@ -13,8 +13,9 @@
 
 namespace kovalune {
 
-// A line for each setting of the command line that is switched off without a word, for each enabled colour that selects
-// nothing and for each stage that "Keep Process" leaves nothing. `counts`: none from an effect that does not report.
+// A line for each setting of the command line that is switched off without a word, for the view of a stage that is off,
+// for each enabled colour that selects nothing and for each stage that "Keep Process" leaves nothing. `counts`: none
+// from an effect that does not report.
 std::vector<std::string> selectionNotes(const host::Session& session, const NamedParams& named,
                                         const std::optional<FrameReport>& counts);
 

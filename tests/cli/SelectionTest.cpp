@@ -106,6 +106,21 @@ TEST_F(Selection, TellsWhichStageKeepProcessTiesAnotherTo) {
     EXPECT_EQ(run("render", {far, grey, {"--set", "2 : Keep Process=off"}}).notes, "");
 }
 
+TEST_F(Selection, NamesTheViewOfAStageThatIsOff) {
+    const std::string note = "kovalune: note: View shows Process 3, but '3 : Enable Process' is off\n";
+    const std::vector<std::string> view = {"--view", "Process 3"};
+    EXPECT_EQ(run("render", {kReds, kNoProcess, view}).notes, note);
+    EXPECT_EQ(run("render", {kReds, kNoProcess, {"--set", "View=Process 3"}}).notes, note);
+    EXPECT_EQ(run("render", {kReds, kNoProcess, view, {"--set", "3 : Enable Process=off"}}).notes, note);
+    EXPECT_EQ(run("render", {view, {"--plugin", KOVALUNE_PLUGIN}}).notes, note);
+    EXPECT_EQ(run("render", {kReds, kNoProcess, view, {"--strict"}}).exitCode, 4);
+    EXPECT_EQ(run("render", {kReds, kNoProcess, {"--view", "Process 1"}}).notes,
+              "kovalune: note: View shows Process 1, but '1 : Enable Process' is off\n");
+    EXPECT_EQ(run("render", {kReds, kNoProcess, {"--view", "Base"}}).notes, "");
+    EXPECT_EQ(run("render", {kReds, {"--set", "1 : Color=#640000", "--view", "Process 1"}}).notes, "");
+    EXPECT_EQ(run("sheet", {kReds, kNoProcess}).notes, "") << "it labels its views";
+}
+
 TEST_F(Selection, IsAnErrorWhenItIsStrict) {
     for (const char* const command : {"render", "sheet"}) {
         const CommandOutcome outcome = run(command, {kReds, {"--strict", "--report"}});
