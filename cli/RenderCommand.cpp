@@ -86,7 +86,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
     const std::vector<std::uint8_t> bytes =
         encodePicture(format, pictureOf(frame.image, source.image, source.picture, form));
     const std::vector<std::string> notes = selectionNotes(effect.session(), named, frame.counts);
-    tellNotes(notes, arguments.report, arguments.output);
+    tellNotes(notes);
     if (arguments.printParams)
         printOut(paramsFileText(effect.session()));
     if (arguments.report.report) {
@@ -94,6 +94,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
             selectionText(effect.session(), frame.counts, notes, arguments.report.json);
         printOut(arguments.printParams ? commented(report) : report);
     }
+    checkStrict(notes, arguments.report, arguments.output);
     writeAtomically(arguments.output, bytes);
     times.writing = watch.lap();
     if (arguments.time)

@@ -212,10 +212,13 @@ std::string selectionText(const host::Session& session, const std::optional<Fram
     return counts ? tableText(session, *counts) : std::string(kNoCounts) + '\n';
 }
 
-void tellNotes(const std::vector<std::string>& notes, const ReportArguments& arguments,
-               const std::string& output) {
+void tellNotes(const std::vector<std::string>& notes) {
     for (const std::string& note : notes)
         tell("note: " + note);
+}
+
+void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
+                 const std::string& output) {
     if (arguments.strict && !notes.empty())
         throw Failure(ExitCode::Effect,
                       "--strict: " + inQuotes(output) + " is not written, since " +

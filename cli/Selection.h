@@ -23,9 +23,12 @@ std::vector<std::string> selectionNotes(const host::Session& session, const Name
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json);
 
-// Writes the notes to standard error. Throws Failure if there are any and `arguments` are strict: `output` is then not
-// to be written.
-void tellNotes(const std::vector<std::string>& notes, const ReportArguments& arguments,
-               const std::string& output);
+// Writes the notes to standard error.
+void tellNotes(const std::vector<std::string>& notes);
+
+// Throws Failure if there are notes and `arguments` are strict: `output` is then not to be written. The report, which
+// shows what is wrong, is printed before.
+void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
+                 const std::string& output);
 
 } // namespace kovalune

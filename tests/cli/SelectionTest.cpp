@@ -123,14 +123,21 @@ TEST_F(Selection, NamesTheViewOfAStageThatIsOff) {
 
 TEST_F(Selection, IsAnErrorWhenItIsStrict) {
     for (const char* const command : {"render", "sheet"}) {
+        const CommandOutcome lenient = run(command, {kReds, {"--report"}});
+        std::filesystem::remove(folder_ / "out.png");
         const CommandOutcome outcome = run(command, {kReds, {"--strict", "--report"}});
         EXPECT_EQ(outcome.exitCode, 4);
-        EXPECT_EQ(outcome.out, "");
+        EXPECT_TRUE(lenient.out.starts_with("Stage  ")) << lenient.out;
+        EXPECT_EQ(outcome.out, lenient.out) << "it shows what is wrong";
         EXPECT_NE(outcome.notes, "");
         EXPECT_EQ(outcome.err,
                   "kovalune: --strict: 'out.png' is not written, since a setting does nothing\n");
         EXPECT_FALSE(isWritten()) << command;
     }
+    const CommandOutcome json = run("render", {kReds, {"--strict", "--report", "--json"}});
+    EXPECT_EQ(json.exitCode, 4);
+    EXPECT_EQ(Json::parse(json.out)["notes"].size(), 1U);
+    EXPECT_EQ(run("render", {{"--strict"}}).out, "");
     EXPECT_EQ(run("render", {{"--strict"}}).err,
               "kovalune: --strict: 'out.png' is not written, since 2 settings do nothing\n");
 }
