@@ -86,7 +86,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
     const std::vector<std::uint8_t> bytes =
         encodePicture(format, pictureOf(frame.image, source.image, source.picture, form));
     const std::vector<std::string> notes = selectionNotes(effect.session(), named, frame.counts);
-    tellNotes(notes);
+    tellNotes(notes, frame.counts, arguments.report);
     if (arguments.printParams)
         printOut(paramsFileText(effect.session()));
     if (arguments.report.report) {

@@ -212,9 +212,12 @@ std::string selectionText(const host::Session& session, const std::optional<Fram
     return counts ? tableText(session, *counts) : std::string(kNoCounts) + '\n';
 }
 
-void tellNotes(const std::vector<std::string>& notes) {
+void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
+               const ReportArguments& arguments) {
     for (const std::string& note : notes)
         tell("note: " + note);
+    if (!counts && !arguments.report)
+        tell(std::string("note: ") + kNoCounts);
 }
 
 void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,

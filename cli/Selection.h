@@ -23,8 +23,9 @@ std::vector<std::string> selectionNotes(const host::Session& session, const Name
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json);
 
-// Writes the notes to standard error.
-void tellNotes(const std::vector<std::string>& notes);
+// Writes the notes to standard error, and that there are no counts unless a report says so.
+void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
+               const ReportArguments& arguments);
 
 // Throws Failure if there are notes and `arguments` are strict: `output` is then not to be written. The report, which
 // shows what is wrong, is printed before.

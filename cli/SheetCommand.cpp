@@ -88,7 +88,7 @@ std::vector<ProgressFrame> progressFrames(host::Session& session, const std::vec
 void tellSelection(const host::Session& session, const SheetArguments& arguments, const NamedParams& named,
                    const std::optional<FrameReport>& counts) {
     const std::vector<std::string> notes = selectionNotes(session, named, counts);
-    tellNotes(notes);
+    tellNotes(notes, counts, arguments.report);
     if (arguments.report.report)
         printOut(selectionText(session, counts, notes, arguments.report.json));
     checkStrict(notes, arguments.report, arguments.output);

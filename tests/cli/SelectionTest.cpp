@@ -112,7 +112,7 @@ TEST_F(Selection, NamesTheViewOfAStageThatIsOff) {
     EXPECT_EQ(run("render", {kReds, kNoProcess, view}).notes, note);
     EXPECT_EQ(run("render", {kReds, kNoProcess, {"--set", "View=Process 3"}}).notes, note);
     EXPECT_EQ(run("render", {kReds, kNoProcess, view, {"--set", "3 : Enable Process=off"}}).notes, note);
-    EXPECT_EQ(run("render", {view, {"--plugin", KOVALUNE_PLUGIN}}).notes, note);
+    EXPECT_EQ(run("render", {view, {"--plugin", KOVALUNE_PLUGIN, "--report"}}).notes, note);
     EXPECT_EQ(run("render", {kReds, kNoProcess, view, {"--strict"}}).exitCode, 4);
     EXPECT_EQ(run("render", {kReds, kNoProcess, {"--view", "Process 1"}}).notes,
               "kovalune: note: View shows Process 1, but '1 : Enable Process' is off\n");
@@ -196,6 +196,12 @@ TEST_F(Selection, IsNotKnownOfAnEffectFromAFile) {
         EXPECT_TRUE(outcome.ok()) << outcome.err;
         EXPECT_EQ(outcome.out, reason + '\n') << command;
         EXPECT_EQ(outcome.notes, "");
+        for (const std::vector<std::string>& more : {std::vector<std::string>{}, {"--quiet"}}) {
+            const CommandOutcome plain = run(command, {plugin, more});
+            EXPECT_TRUE(plain.ok()) << plain.err;
+            EXPECT_EQ(plain.out, "");
+            EXPECT_EQ(plain.notes, "kovalune: note: " + reason + '\n') << command;
+        }
         const CommandOutcome strict = run(command, {plugin, {"--strict"}});
         EXPECT_EQ(strict.exitCode, 2);
         EXPECT_NE(strict.err.find("--strict"), std::string::npos) << strict.err;
