@@ -1,7 +1,7 @@
 #include "cli/picture/PngFile.h"
 
+#include "cli/picture/PngChunks.h"
 #include "cli/picture/PngMemory.h"
-#include "cli/picture/PngTexts.h"
 #include "cli/picture/ReadFailure.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 #include <csetjmp>
 #include <cstring>
 #include <png.h>
-#include <utility>
+#include <string_view>
 
 namespace kovalune {
 
@@ -18,29 +18,16 @@ namespace {
 
 constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 
-struct NoteKind {
-    char name[5];
-    std::size_t leastBytes;
-    std::size_t mostBytes;
-};
-
-// What is kept of a file besides its samples. The order is a valid one for writing.
-constexpr std::size_t kAnyLength = ~std::size_t{0};
-constexpr std::array<NoteKind, 5> kNotes = {
-    {{"cHRM", 32, 32}, {"gAMA", 4, 4}, {"iCCP", 3, kAnyLength}, {"sRGB", 1, 1}, {"pHYs", 9, 9}}};
-
-// The library's names of those and of the texts, five bytes each.
+// The library's list of the chunks that are kept, five bytes each.
 constexpr std::size_t kNameBytes = 5;
-using ChunkNames = std::array<png_byte, kNameBytes*(kNotes.size() + kPngTexts.size())>;
 
-ChunkNames keptChunks() {
-    ChunkNames names{};
-    png_byte* next = names.data();
-    for (const NoteKind& kind : kNotes)
-        next = std::copy_n(kind.name, kNameBytes, next);
-    for (const char* const text : kPngTexts)
-        next = std::copy_n(text, kNameBytes, next);
-    return names;
+std::vector<png_byte> keptChunks() {
+    std::vector<png_byte> list;
+    for (const std::string_view name : PngChunks::names()) {
+        list.insert(list.end(), name.begin(), name.end());
+        list.push_back(0);
+    }
+    return list;
 }
 
 // One file being decoded. The library leaves its functions by longjmp, so every member function that calls
@@ -52,14 +39,12 @@ public:
                                         PngMemory::take, PngMemory::giveBack);
         if (png_ != nullptr)
             info_ = png_create_info_struct(png_);
-        if (info_ != nullptr)
-            endInfo_ = png_create_info_struct(png_);
-        if (endInfo_ == nullptr) {
-            png_destroy_read_struct(&png_, &info_, nullptr);
+        if (info_ == nullptr) {
+            png_destroy_read_struct(&png_, nullptr, nullptr);
             throw std::bad_alloc();
         }
     }
-    ~PngReader() { png_destroy_read_struct(&png_, &info_, &endInfo_); }
+    ~PngReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 
@@ -74,10 +59,12 @@ public:
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
         png_set_keep_unknown_chunks(png_, PNG_HANDLE_CHUNK_ALWAYS, names_.data(),
                                     static_cast<int>(names_.size() / kNameBytes));
-        // As many texts as there are; the library's own limit of their bytes where the file could not hold more.
-        png_set_chunk_cache_max(png_, 0);
+        // Taken here one by one, however many: the library would copy all it has for each that it adds.
+        png_set_read_user_chunk_fn(png_, this, onChunk);
+        // The library's own limit of their bytes where the file could not hold more.
         png_set_chunk_malloc_max(png_, std::max(png_get_chunk_malloc_max(png_), rest_.size()));
         png_read_info(png_, info_);
+        isBeforeSamples_ = false;
         return true;
     }
 
@@ -98,7 +85,7 @@ public:
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
         png_read_image(png_, rows);
-        png_read_end(png_, endInfo_);
+        png_read_end(png_, info_);
         return true;
     }
 
@@ -122,48 +109,17 @@ public:
         }
     }
 
-    // The first of each kind, if its length is right.
-    std::vector<PictureNote> notes() const {
-        const std::span<const png_unknown_chunk> all = chunksOf(info_);
-        std::vector<PictureNote> notes;
-        for (const NoteKind& kind : kNotes) {
-            const auto found = std::find_if(all.begin(), all.end(), [&](const png_unknown_chunk& chunk) {
-                return std::memcmp(chunk.name, kind.name, 4) == 0;
-            });
-            if (found == all.end() || found->size < kind.leastBytes || found->size > kind.mostBytes)
-                continue;
-            notes.push_back({kind.name, {}, {found->data, found->data + found->size}});
-        }
-        return notes;
-    }
-
-    // In the order of the file, once the samples have been read: they may stand behind them too.
-    std::vector<PictureNote> texts() const {
-        std::vector<PictureNote> texts;
-        for (const png_infop info : {info_, endInfo_}) {
-            for (const png_unknown_chunk& chunk : chunksOf(info)) {
-                const std::string name(chunk.name, chunk.name + 4);
-                if (std::find(kPngTexts.begin(), kPngTexts.end(), name) != kPngTexts.end())
-                    texts.push_back({name, {}, {chunk.data, chunk.data + chunk.size}});
-            }
-        }
-        return texts;
-    }
+    // Once the samples have been read: texts may stand behind them too.
+    std::vector<PictureNote> takeNotes() { return chunks_.takeNotes(); }
 
     // Throws std::bad_alloc where the lack of memory is the reason.
     std::string reason() const {
-        if (memory_.refused())
+        if (outOfMemory_ || memory_.refused())
             throw std::bad_alloc();
         return ended_ ? "it is cut short" : "it is damaged: " + std::string(error_);
     }
 
 private:
-    std::span<const png_unknown_chunk> chunksOf(png_infop info) const {
-        png_unknown_chunkp chunks = nullptr;
-        const int count = png_get_unknown_chunks(png_, info, &chunks);
-        return {chunks, static_cast<std::size_t>(std::max(count, 0))};
-    }
-
     static void onError(png_structp png, png_const_charp text) {
         auto* reader = static_cast<PngReader*>(png_get_error_ptr(png));
         std::strncpy(reader->error_, text, sizeof reader->error_ - 1);
@@ -171,6 +127,21 @@ private:
     }
 
     static void onWarning(png_structp, png_const_charp) {}
+
+    // Of every chunk that the library does not read itself; the answer is negative for an error, zero for a chunk
+    // that is not known and must be, and positive for any other.
+    static int onChunk(png_structp png, png_unknown_chunkp chunk) {
+        constexpr png_byte kMayBeUnknown = 0x20; // in the first letter
+        auto* reader = static_cast<PngReader*>(png_get_user_chunk_ptr(png));
+        const std::string_view name(static_cast<const char*>(static_cast<const void*>(chunk->name)), 4);
+        if (chunk->location == 0 && PngChunks::keeps(name)) // before the header
+            png_chunk_error(png, "out of place");
+        if (!reader->chunks_.take(name, {chunk->data, chunk->size}, reader->isBeforeSamples_)) {
+            reader->outOfMemory_ = true;
+            return -1;
+        }
+        return (chunk->name[0] & kMayBeUnknown) != 0 ? 1 : 0;
+    }
 
     static void onRead(png_structp png, png_bytep target, std::size_t count) {
         auto* reader = static_cast<PngReader*>(png_get_io_ptr(png));
@@ -184,10 +155,12 @@ private:
 
     PngMemory memory_;
     std::span<const std::uint8_t> rest_;
-    const ChunkNames names_ = keptChunks();
+    const std::vector<png_byte> names_ = keptChunks();
+    PngChunks chunks_;
+    bool isBeforeSamples_ = true;
+    bool outOfMemory_ = false; // for them
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
-    png_infop endInfo_ = nullptr; // of what stands behind the samples
     bool ended_ = false;
     char error_[128] = {};
 };
@@ -226,7 +199,6 @@ Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) 
     if (!canHold(bytes.size(), reader))
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
     picture.format = FileFormat::Png;
-    picture.notes = reader.notes();
     if (!reader.startSamples())
         failReading(name, reader.reason());
     picture.channels = reader.channels();
@@ -236,8 +208,7 @@ Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) 
     picture.samples = samplesOf(reader, picture);
     if (picture.samples.empty())
         failReading(name, reader.reason());
-    for (PictureNote& text : reader.texts())
-        picture.notes.push_back(std::move(text));
+    picture.notes = reader.takeNotes();
     return picture;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <unordered_set>
 #include <vector>
 
 namespace kovalune {
@@ -40,10 +41,11 @@ std::string keywordOf(const PictureNote& text) {
 
 std::string pngTextsNamed(const Picture& picture) {
     constexpr std::size_t kMostNamed = 5;
+    std::unordered_set<std::string> known; // a file may have very many
     std::vector<std::string> keywords;
     for (const PictureNote& note : picture.notes) {
         const std::string keyword = isText(note) ? keywordOf(note) : "";
-        if (!keyword.empty() && std::find(keywords.begin(), keywords.end(), keyword) == keywords.end())
+        if (!keyword.empty() && known.insert(keyword).second)
             keywords.push_back(keyword);
     }
     std::string list;

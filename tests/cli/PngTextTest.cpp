@@ -38,6 +38,15 @@ std::vector<std::uint8_t> inFile(const Chunk& chunk) {
     return bytes;
 }
 
+std::vector<std::uint8_t> inFile(const std::vector<Chunk>& chunks) {
+    std::vector<std::uint8_t> bytes;
+    for (const Chunk& chunk : chunks) {
+        const std::vector<std::uint8_t> added = inFile(chunk);
+        bytes.insert(bytes.end(), added.begin(), added.end());
+    }
+    return bytes;
+}
+
 Chunk text(const std::string& name, const std::string& data) {
     return {name, {data.begin(), data.end()}};
 }
@@ -63,14 +72,9 @@ protected:
     void write(const std::vector<Chunk>& before, const std::vector<Chunk>& after) const {
         constexpr std::size_t kHeaderBytes = 25;
         std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
-        for (const Chunk& chunk : after) {
-            const auto added = inFile(chunk);
-            bytes.insert(bytes.end() - kChunkBytes, added.begin(), added.end());
-        }
-        for (auto chunk = before.rbegin(); chunk != before.rend(); ++chunk) {
-            const auto added = inFile(*chunk);
-            bytes.insert(bytes.begin() + kSignatureBytes + kHeaderBytes, added.begin(), added.end());
-        }
+        const std::vector<std::uint8_t> first = inFile(before), last = inFile(after);
+        bytes.insert(bytes.end() - kChunkBytes, last.begin(), last.end());
+        bytes.insert(bytes.begin() + kSignatureBytes + kHeaderBytes, first.begin(), first.end());
         writeBytes(folder_ / "in.png", bytes);
     }
 
@@ -105,6 +109,44 @@ TEST_F(PngTexts, AreKeptHoweverManyAndLongTheyAre) {
     write({}, many);
     EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
     EXPECT_TRUE(textsOf(folder_ / "out.png") == many);
+}
+
+// Each of these numbers of chunks would take minutes if one more chunk cost a look at all before it.
+constexpr int kVeryMany = 200000;
+
+TEST_F(PngTexts, AreKeptInOrderWhereThereAreVeryMany) {
+    std::vector<Chunk> before, after;
+    for (int number = 0; number < kVeryMany; ++number)
+        (number % 2 == 0 ? before : after).push_back(text("tEXt", std::to_string(number) + '\0'));
+    write(before, after);
+    before.insert(before.end(), after.begin(), after.end());
+    EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
+    EXPECT_TRUE(textsOf(folder_ / "out.png") == before);
+    EXPECT_EQ(run({"smooth", "in.png", "-o", "out.tga"}).err,
+              "kovalune: left out of 'in.png': texts (0, 2, 4, 6, 8 and 199995 more)\n");
+}
+
+TEST_F(PngTexts, ArePassedByOtherChunksHoweverManyTheyAre) {
+    std::vector<Chunk> many(kVeryMany, text("gAMA", "\0\1\x86\xa0"s));
+    many.resize(2 * kVeryMany, text("prVt", "x"));
+    many.push_back(text("gAMA", "\0\0\0\1"s));
+    many.push_back(text("tEXt", "Title\0A girl"s));
+    write(many, many);
+    EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
+    EXPECT_TRUE(textsOf(folder_ / "out.png") == std::vector(2, many.back()));
+    const PngPicture written = readPngFile(folder_ / "out.png");
+    ASSERT_EQ(written.notes.size(), 1U);
+    EXPECT_EQ(written.notes[0].first, "gAMA");
+    EXPECT_EQ(written.notes[0].second, many.front().data);
+}
+
+TEST_F(PngTexts, StandBehindTheHeader) {
+    std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
+    const std::vector<std::uint8_t> added = inFile(text("tEXt", "Title\0A girl"s));
+    bytes.insert(bytes.begin() + kSignatureBytes, added.begin(), added.end());
+    writeBytes(folder_ / "in.png", bytes);
+    expectFailure({"smooth", "in.png", "-o", "out.png"}, 3,
+                  {"cannot read 'in.png': it is damaged: tEXt: out of place\n"});
 }
 
 TEST_F(PngTexts, AreNamedWhereTheOtherFormatHasNoPlaceForThem) {
