@@ -80,7 +80,7 @@ std::vector<ProgressFrame> progressFrames(host::Session& session, const std::vec
         if (view.isOff)
             continue;
         session.setValue(view.param, view.value);
-        frames.push_back(progressFrame(session, arguments, view.name));
+        frames.push_back(progressFrame(session, arguments, printable(view.name)));
     }
     return frames;
 }

@@ -116,6 +116,20 @@ TEST_F(Progress, IsOneBarOverAllViewsOfASheet) {
         << lines.back();
 }
 
+TEST_F(Progress, ShowsAViewsNameWithoutWhatATerminalObeys) {
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    setting.errorColumns = 100;
+    setting.environment = {{"TEST_EFFECT", "views"}};
+    const CommandOutcome outcome =
+        runCommand({"sheet", "in.png", "-o", "out.png", "--plugin", KOVALUNE_TEST_EFFECT}, setting);
+    EXPECT_EQ(outcome.exitCode, 0);
+    const std::vector<std::string> lines = linesShown(outcome.err);
+    ASSERT_GE(lines.size(), 1U);
+    EXPECT_TRUE(lines.front().starts_with("\\x1b[2JFirst\\n  [##--")) << lines.front();
+    EXPECT_EQ(outcome.err.find('\x1b'), std::string::npos);
+}
+
 TEST_F(Progress, IsWrittenAtMostTenTimesASecond) {
     const auto start = std::chrono::steady_clock::now();
     const CommandOutcome outcome = run(100);

@@ -2,7 +2,8 @@
 // "setup", "params", "render" (each with a code and a message of two lines), "no memory" (with that message) and "no
 // memory, no words", "throw", "throw number" and "throw with message", "throw at setup", or not at all. It knows the
 // old road of rendering and 8 bits only, and paints every output byte 0x77; told "empty", it takes the new road and
-// promises an empty picture; told "old road only", it knows the new road and fails there with code 600.
+// promises an empty picture; told "old road only", it knows the new road and fails there with code 600. Told "views",
+// it has a View, one of whose names would clear a terminal, and reports the steps below.
 //
 // While it renders the old way it makes the file TEST_EFFECT_FRAME if there is such a variable, with the frame's
 // size and its proxy factors in it. Then it may be told "steps": report 25, 50 and 75 of 100, a hundred times
@@ -41,6 +42,11 @@ PF_Err addParam(PF_InData* in, const char* label, PF_ParamType type) {
         def.u.sd.valid_min = -5;
         def.u.sd.valid_max = 5;
     }
+    if (type == PF_Param_POPUP) {
+        def.u.pd.num_choices = 2;
+        def.u.pd.dephault = 1;
+        def.u.pd.u.namesptr = "\x1b[2JFirst\n|Second";
+    }
     return in->inter.add_param(in->effect_ref, -1, &def);
 }
 
@@ -51,6 +57,10 @@ PF_Err addParams(PF_InData* in, PF_OutData* out) {
     addParam(in, "Same", PF_Param_SLIDER);
     addParam(in, "Place", PF_Param_POINT);
     out->num_params = 6;
+    if (told("views")) {
+        addParam(in, "View", PF_Param_POPUP);
+        ++out->num_params;
+    }
     return PF_Err_NONE;
 }
 
@@ -139,7 +149,7 @@ PF_Err render(PF_InData* in, PF_OutData* out, PF_LayerDef* output) {
     paint(output);
     if (told("late failure"))
         return reportSteps(in) == PF_Err_NONE ? failWith(out, 512) : 5;
-    return told("steps") ? reportSteps(in) : PF_Err_NONE;
+    return told("steps") || told("views") ? reportSteps(in) : PF_Err_NONE;
 }
 
 } // namespace
