@@ -62,11 +62,25 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
     return meant.empty() ? usageHint(command) : "; did you mean " + inQuotes(meant) + "?";
 }
 
+// The short name that a word begins with, its value may follow in the same word; empty if there is none.
+std::string shortNameIn(const std::string& word, const CLI::App& command) {
+    for (const CLI::Option* option : command.get_options()) {
+        for (const std::string& letter : option->get_snames()) {
+            if (word.starts_with('-' + letter))
+                return '-' + letter;
+        }
+    }
+    return {};
+}
+
+// The parser knows the command's options behind it alone, so one of them here stood in front of it.
 [[noreturn]] void failUnknownOption(const CLI::App& command, const std::string& word) {
     const std::string name = word.substr(0, word.find('='));
     const std::vector<std::string> names = optionNames(command);
-    if (std::find(names.begin(), names.end(), name) != names.end())
-        fail("options stand behind the command: kovalune " + command.get_name() + ' ' + name);
+    const bool isLong = std::find(names.begin(), names.end(), name) != names.end();
+    const std::string known = isLong ? name : shortNameIn(word, command);
+    if (!known.empty())
+        fail("options stand behind the command: kovalune " + command.get_name() + ' ' + known);
     fail("'kovalune " + command.get_name() + "' has no option " + inQuotes(name) +
          suggestion(name, names, command.get_name()));
 }

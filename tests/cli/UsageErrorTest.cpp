@@ -108,7 +108,17 @@ TEST_F(UsageError, TheHintIsTheHelpOfTheCommandAtHand) {
     expectFailure({"defaults", "keep"}, 2,
                   {"save, forget or show", "'kovalune defaults --help' shows the usage"});
     expectFailure({"help", "rendr"}, 2, {"'rendr'", "did you mean 'render'?"});
-    expectFailure({"--quiet", "render"}, 2, {"kovalune render --quiet"});
+}
+
+TEST_F(UsageError, OptionsStandBehindTheCommand) {
+    expectFailure({"--quiet", "render"}, 2, {"options stand behind the command: kovalune render --quiet\n"});
+    expectFailure({"--output=new.png", "render", "in.png"}, 2,
+                  {"options stand behind the command: kovalune render --output\n"});
+    expectFailure({"-o", "new.png", "render", "in.png"}, 2,
+                  {"options stand behind the command: kovalune render -o\n"});
+    expectFailure({"-onew.png", "colors", "in.png"}, 2,
+                  {"options stand behind the command: kovalune colors -o\n"});
+    expectFailure({"-o", "new.png", "pick", "in.png", "1,1"}, 2, {"'kovalune pick' has no option '-o'"});
 }
 
 TEST_F(UsageError, UnknownLabelsNameTheNearest) {
