@@ -288,8 +288,12 @@ void addSmooth(CLI::App& command, SmoothArguments& arguments) {
               "Percentage that stretches every ramp");
     addNumber(command, "--curve", arguments.options.curve, kCurveRange, "S-curve of the ramps");
     addKey(command, arguments);
-    command.add_option("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
-        ->option_text("FILE");
+    checkName(
+        command,
+        *command
+             .add_option("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
+             ->option_text("FILE"),
+        checkWriteName);
     addDepth(command, arguments.frame.depth);
     addAlpha(command, arguments.frame.alphaKind);
     command.footer(example("smooth drawing.png -o smooth.png --strength 90"));
@@ -338,7 +342,10 @@ void addInfo(CLI::App& command, InfoArguments& arguments) {
 void addColors(CLI::App& command, ColorsArguments& arguments) {
     command.description("List the flat colours of a picture by their share");
     addInput(command, arguments.input)->required();
-    command.add_option("-o,--output", arguments.output, "Draw them as a picture too")->option_text("FILE");
+    checkName(command,
+              *command.add_option("-o,--output", arguments.output, "Draw them as a picture too")
+                   ->option_text("FILE"),
+              checkWriteName);
     addForce(command, arguments.force);
     addWhole(command, "--most", arguments.most, 0, 1 << 30, "List so many, 0 for all; default 32");
     addAlpha(command, arguments.alphaKind);
@@ -372,7 +379,9 @@ void addCompare(CLI::App& command, CompareArguments& arguments) {
     command.description("Tell whether two pictures are the same, and where not");
     checkName(command, *command.add_option("A", arguments.first, "A picture")->required(), checkReadName);
     checkName(command, *command.add_option("B", arguments.second, "Another one")->required(), checkReadName);
-    command.add_option("--diff", arguments.diff, "Draw where they differ")->option_text("FILE");
+    checkName(command,
+              *command.add_option("--diff", arguments.diff, "Draw where they differ")->option_text("FILE"),
+              checkWriteName);
     addForce(command, arguments.force);
     command.footer(example(
         "compare before.png after.png --diff where.png",

@@ -47,6 +47,12 @@ TEST_F(UsageError, NumberedSequencesAreAnsweredWithALoop) {
     expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "one picture"});
     expectFailure({"render", "in.png", "-o", "out_####.png"}, 3,
                   {"cannot write 'out_####.png'", "into its name"});
+    expectFailure({"colors", "in.png", "-o", "out_%04d.png"}, 3,
+                  {"cannot write 'out_%04d.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
+    expectFailure({"compare", "in.png", "in.png", "--diff", "out_####.png"}, 3,
+                  {"cannot write 'out_####.png'", "into its name\n"});
+    expectFailure({"smooth", "in.png", "-o", "new.png", "--flag-map", "map_%d.png"}, 3,
+                  {"cannot write 'map_%d.png'", "into its name"});
 }
 
 TEST_F(UsageError, FilesOfSuchNamesArePictures) {
@@ -64,6 +70,10 @@ TEST_F(UsageError, StandardStreamsAreNoFiles) {
     expectFailure({"render", "-", "-o", "old.png"}, 2, {"not from the standard input", "'./-'"});
     expectFailure({"compare", "in.png", "-"}, 2, {"not from the standard input"});
     expectFailure({"render", "in.png", "-o", "-"}, 2, {"not to the standard output"});
+    expectFailure({"colors", "in.png", "-o", "-"}, 2, {"not to the standard output", "'./-'"});
+    expectFailure({"compare", "in.png", "in.png", "--diff", "-"}, 2, {"not to the standard output"});
+    expectFailure({"smooth", "in.png", "-o", "new.png", "--flag-map", "-"}, 2,
+                  {"not to the standard output"});
     expectRefused({"--params", "-"}, {"settings are read from a file"});
 }
 
