@@ -119,7 +119,7 @@ void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format) {
     for (const std::string& part : parts)
         list += (list.empty() ? "" : ", ") + part;
     if (!list.empty())
-        tell("left out of " + inQuotes(source.name) + ": " + list);
+        tell("left out of " + inQuotes(source.name) + ": " + shown(list));
 }
 
 ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,

@@ -1,5 +1,6 @@
 #include "cli/picture/ExrHeader.h"
 
+#include "cli/Failure.h"
 #include "cli/picture/ReadFailure.h"
 
 #include <algorithm>
@@ -141,7 +142,7 @@ private:
             const std::int32_t size = exrInt(bytes_, at_);
             at_ += 4;
             if (size < 0)
-                failDamaged("attribute " + name + " is of negative length");
+                failDamaged("attribute " + shown(name) + " is of negative length");
             need(static_cast<std::size_t>(size));
             attribute.value = bytes_.subspan(at_, static_cast<std::size_t>(size));
             at_ += static_cast<std::size_t>(size);
@@ -150,7 +151,7 @@ private:
                              [&name](const KnownAttribute& each) { return each.name == name; });
             if (part.find(name) != nullptr || !exrValueFits(attribute.type, attribute.value) ||
                 (known != std::end(kKnownAttributes) && known->type != attribute.type))
-                failDamaged("attribute " + name + " is wrong");
+                failDamaged("attribute " + shown(name) + " is wrong");
             part.attributes.push_back(std::move(attribute));
         }
         for (const KnownAttribute& known : kKnownAttributes) {
@@ -185,7 +186,7 @@ private:
             at += kRest;
             if (type < 0 || type > 2 || channel.xSampling < 1 || channel.ySampling < 1 ||
                 channel.name.size() > 255 || part.channel(channel.name) != nullptr)
-                failDamaged("channel " + channel.name + " is wrong");
+                failDamaged("channel " + shown(channel.name) + " is wrong");
             part.channels.push_back(std::move(channel));
         }
         if (at + 1 != list.size())

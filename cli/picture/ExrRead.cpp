@@ -1,5 +1,6 @@
 #include "cli/picture/ExrFile.h"
 
+#include "cli/Failure.h"
 #include "cli/picture/ExrHeader.h"
 #include "cli/picture/ExrMemory.h"
 #include "cli/picture/ExrNotes.h"
@@ -59,8 +60,8 @@ std::vector<const ExrChannel*> coloursOf(const ExrPart& part, const std::string&
         return {part.channel("Y")};
     }
     if (!missing.empty())
-        failReading(name,
-                    "it has no channel " + listOf(missing) + "; its channels are " + channelNames(part));
+        failReading(name, "it has no channel " + listOf(missing) + "; its channels are " +
+                              shown(channelNames(part)));
     return colours;
 }
 
@@ -73,7 +74,8 @@ Chosen chosenOf(const std::vector<ExrPart>& parts, const std::string& name) {
         std::vector<std::string> names;
         for (const ExrPart& part : parts)
             names.push_back(channelNames(part));
-        failReading(name, "it has neither channels R, G and B nor Y; its channels are " + listOf(names));
+        failReading(name,
+                    "it has neither channels R, G and B nor Y; its channels are " + shown(listOf(names)));
     }
     Chosen chosen{static_cast<std::size_t>(found - parts.begin()), coloursOf(*found, name)};
     if (const ExrChannel* const alpha = found->channel("A"))
