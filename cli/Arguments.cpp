@@ -201,8 +201,9 @@ void addFrame(CLI::App& command, FrameArguments& frame) {
 
 void addReport(CLI::App& command, ReportArguments& report) {
     command.add_flag("--strict", report.strict, "Write nothing, exit code 4, if a setting selects nothing");
-    CLI::Option* const table =
-        command.add_flag("--report", report.report, "Print the pixels that each stage selected and changed");
+    CLI::Option* const table = command.add_flag(
+        "--report", report.report,
+        "Print the pixels that each stage selected and changed; the built-in effect alone counts them");
     command.add_flag("--json", report.json, "The report as JSON, for programs")->needs(table);
 }
 
