@@ -98,7 +98,7 @@ TEST_P(ColorExtraction, CountsThePixelsOfEachColourWithoutAnotherResultOrCall) {
     const Depth depth = GetParam();
     Random random(112);
     int several = 0;
-    for (int round = 0; round < 200; ++round) {
+    for (int round = 0; round < 400; ++round) {
         const int32_t iterations = round % 8 + 1;
         host::HostOptions options = shuffledOptions(iterations, 3, random.next());
         options.recordCalls = true;
