@@ -26,11 +26,11 @@ std::string labelIn(std::size_t stage, const std::string& label) {
     return stage == 0 ? label : std::to_string(stage) + " : " + label;
 }
 
+} // namespace
+
 PF_RationalScale scaleOf(const Fraction& fraction) {
     return {fraction.numerator, static_cast<A_u_long>(fraction.denominator)};
 }
-
-} // namespace
 
 std::string stageName(std::size_t stage) {
     return stage == 0 ? "Base" : "Process " + std::to_string(stage);

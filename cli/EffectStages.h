@@ -12,6 +12,9 @@
 
 namespace kovalune {
 
+// A proxy's factor as hosts have it.
+PF_RationalScale scaleOf(const Fraction& fraction);
+
 // "Base", "Process 1"
 std::string stageName(std::size_t stage);
 

@@ -47,9 +47,6 @@ host::RenderRequest requestFor(const host::Session& session, const FrameArgument
     host::RenderRequest request;
     if (arguments.legacy || (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
         request.flow = host::RenderFlow::Legacy;
-    const auto scaleOf = [](const Fraction& fraction) {
-        return PF_RationalScale{fraction.numerator, static_cast<A_u_long>(fraction.denominator)};
-    };
     request.downsampleX = scaleOf(arguments.downsample[0]);
     request.downsampleY = scaleOf(arguments.downsample[1]);
     return request;

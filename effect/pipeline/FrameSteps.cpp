@@ -15,8 +15,8 @@ int32_t stageCalls(double amount, int32_t repeat) {
 
 } // namespace
 
-std::array<int32_t, 5> progressCallsOf(const RenderSettings& settings, double scale) {
-    std::array<int32_t, 5> calls = {};
+std::array<int32_t, kStageCount> progressCallsOf(const RenderSettings& settings, double scale) {
+    std::array<int32_t, kStageCount> calls = {};
     const StageSettings& base = settings.stages[0];
     calls[0] = stageCalls(scaledAmount(base.blurAmount, scale), base.repeat);
     if (settings.view == kViewBase) {
