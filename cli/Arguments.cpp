@@ -4,6 +4,7 @@
 #include "cli/Failure.h"
 #include "cli/SeveralPictures.h"
 #include "cli/UsageFailure.h"
+#include "cli/picture/PictureFile.h"
 
 #include <CLI/CLI.hpp>
 
@@ -45,8 +46,7 @@ void checkName(CLI::App& command, CLI::Option& option, NameCheck check) {
 }
 
 CLI::Option* addInput(CLI::App& command, std::string& input) {
-    CLI::Option* const option =
-        command.add_option("INPUT", input, "The picture to read: PNG, TIFF, OpenEXR or TGA");
+    CLI::Option* const option = command.add_option("INPUT", input, "The picture to read: " + formatNames());
     checkName(command, *option, checkReadName);
     return option;
 }
@@ -56,9 +56,9 @@ void addForce(CLI::App& command, bool& force) {
 }
 
 CLI::Option* addOutput(CLI::App& command, std::string& output, bool& force, const std::string& asInput) {
-    CLI::Option* const option = command.add_option(
-        "-o,--output", output,
-        "The picture to write; its name's end (.png .tif .exr .tga) says the format; " + asInput);
+    CLI::Option* const option = command.add_option("-o,--output", output,
+                                                   "The picture to write; its name's end (" +
+                                                       usualNameEnds() + ") says the format; " + asInput);
     checkName(command, *option, checkWriteName);
     addForce(command, force);
     return option->option_text("FILE");

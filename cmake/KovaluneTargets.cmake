@@ -1,5 +1,5 @@
 # Interface targets that every target of the project builds on.
-#   kovalune_warnings    the warnings, all of them errors
+#   kovalune_warnings    the warnings; the presets make them errors (CMAKE_COMPILE_WARNING_AS_ERROR)
 #   kovalune_arithmetic  what keeps a result the same to the last bit on every machine: no contraction of
 #                        a * b + c, no fast-math, SSE2 instead of the x87 on 32-bit x86
 #   kovalune_sanitizers  the checks that KOVALUNE_SANITIZE names ("address", "thread" or empty)
@@ -8,7 +8,7 @@ include(CheckCXXCompilerFlag)
 
 add_library(kovalune_warnings INTERFACE)
 target_compile_options(kovalune_warnings INTERFACE
-  -Werror -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wdouble-promotion -Wshadow
+  -Wall -Wextra -Wpedantic -Wconversion -Wsign-conversion -Wdouble-promotion -Wshadow
   -Wnon-virtual-dtor -Woverloaded-virtual -Wcast-align -Wold-style-cast -Wnull-dereference -Wundef
   -Wimplicit-fallthrough -Wunused)
 # GCC 12 for 32-bit Windows takes a literal joined with a std::string for an overlapping copy, inside the library.

@@ -150,11 +150,6 @@ std::string reasonOf(const std::exception& exception) {
 
 } // namespace
 
-bool beginsAsExr(std::span<const std::uint8_t> bytes) {
-    constexpr std::array<std::uint8_t, 4> kMagic = {0x76, 0x2f, 0x31, 0x01};
-    return bytes.size() >= 4 && std::equal(kMagic.begin(), kMagic.end(), bytes.begin());
-}
-
 Picture decodeExr(std::span<const std::uint8_t> bytes, const std::string& name) {
     if (!beginsAsExr(bytes))
         failReading(name, bytes.empty() ? "it is empty" : "it is not an OpenEXR file");

@@ -1,4 +1,4 @@
-// The libraries that read and write picture files, with their versions.
+// The libraries that read and write picture files, with their versions, or "not built in".
 #pragma once
 
 #include <string>

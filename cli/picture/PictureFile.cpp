@@ -22,6 +22,23 @@ namespace {
 
 using Bytes = std::span<const std::uint8_t>;
 
+// Null where the format's library is not built in.
+struct Coder {
+    Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
+    std::vector<std::uint8_t> (*encode)(const Picture& picture) = nullptr;
+};
+
+#ifdef KOVALUNE_HAS_TIFF
+constexpr Coder kTiffCoder = {decodeTiff, encodeTiff};
+#else
+constexpr Coder kTiffCoder;
+#endif
+#ifdef KOVALUNE_HAS_EXR
+constexpr Coder kExrCoder = {decodeExr, encodeExr};
+#else
+constexpr Coder kExrCoder;
+#endif
+
 // What is told of a format to all that is not its own.
 struct Format {
     FileFormat format;
@@ -29,18 +46,17 @@ struct Format {
     const char* described; // "a PNG file"
     AlphaKind usualAlphaKind;
     bool (*begins)(Bytes bytes); // whether a file with these first bytes may be one
-    Picture (*decode)(Bytes bytes, const std::string& name);
-    std::vector<std::uint8_t> (*encode)(const Picture& picture);
+    Coder coder;
+
+    bool isBuiltIn() const { return coder.decode != nullptr; }
 };
 
 // Those that are known by a signature come first.
 constexpr std::array kFormats = {
-    Format{FileFormat::Png, "PNG", "a PNG file", AlphaKind::Straight, beginsAsPng, decodePng, encodePng},
-    Format{FileFormat::Tiff, "TIFF", "a TIFF file", AlphaKind::Straight, beginsAsTiff, decodeTiff,
-           encodeTiff},
-    Format{FileFormat::Exr, "OpenEXR", "an OpenEXR file", AlphaKind::Premultiplied, beginsAsExr, decodeExr,
-           encodeExr},
-    Format{FileFormat::Tga, "TGA", "a TGA file", AlphaKind::Straight, beginsAsTga, decodeTga, encodeTga},
+    Format{FileFormat::Png, "PNG", "a PNG file", AlphaKind::Straight, beginsAsPng, {decodePng, encodePng}},
+    Format{FileFormat::Tiff, "TIFF", "a TIFF file", AlphaKind::Straight, beginsAsTiff, kTiffCoder},
+    Format{FileFormat::Exr, "OpenEXR", "an OpenEXR file", AlphaKind::Premultiplied, beginsAsExr, kExrCoder},
+    Format{FileFormat::Tga, "TGA", "a TGA file", AlphaKind::Straight, beginsAsTga, {decodeTga, encodeTga}},
 };
 
 struct NameEnd {
@@ -67,38 +83,42 @@ const Format* formatBeginning(Bytes bytes) {
     return found == kFormats.end() ? nullptr : &*found;
 }
 
-// "A, B or C", by the text that `text` gives of an element.
-template <typename Elements, typename Text>
-std::string oneOf(const Elements& elements, Text text) {
+// "A, B or C"
+std::string oneOf(const std::vector<std::string>& texts) {
     std::string result;
-    for (std::size_t i = 0; i < elements.size(); ++i) {
+    for (std::size_t i = 0; i < texts.size(); ++i) {
         if (i > 0)
-            result += i + 1 < elements.size() ? ", " : " or ";
-        result += text(elements[i]);
+            result += i + 1 < texts.size() ? ", " : " or ";
+        result += texts[i];
     }
     return result;
 }
 
-std::string formatNames() {
-    return oneOf(kFormats, [](const Format& each) { return std::string(each.name); });
+std::vector<std::string> nameEnds() {
+    std::vector<std::string> ends;
+    for (const NameEnd& each : kNameEnds) {
+        if (formatOf(each.format).isBuiltIn())
+            ends.emplace_back(each.text);
+    }
+    return ends;
 }
 
-std::string nameEnds() {
-    return oneOf(kNameEnds, [](const NameEnd& each) { return std::string(each.text); });
+std::string notBuiltIn(const Format& format) {
+    return std::string("this command was built without ") + format.name;
 }
 
 // The format to read it as: `named`, or what it begins as.
 const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
     if (bytes.empty())
         failReading(name, "it is empty");
-    if (named != nullptr && named->begins(bytes))
-        return *named;
-    const Format* const begun = formatBeginning(bytes);
-    if (named != nullptr)
+    const Format* const begun = named != nullptr && named->begins(bytes) ? named : formatBeginning(bytes);
+    if (named != nullptr && begun != named)
         failReading(name, std::string("it is not ") + named->described +
                               (begun == nullptr ? "" : std::string(" but ") + begun->described));
     if (begun == nullptr)
         failReading(name, "it is not a picture of a known kind (" + formatNames() + ")");
+    if (!begun->isBuiltIn())
+        failReading(name, notBuiltIn(*begun));
     return *begun;
 }
 
@@ -106,6 +126,27 @@ const Format& checkedFormat(Bytes bytes, const Format* named, const std::string&
 
 const char* formatName(FileFormat format) {
     return formatOf(format).name;
+}
+
+std::string formatNames() {
+    std::vector<std::string> names;
+    for (const Format& each : kFormats) {
+        if (each.isBuiltIn())
+            names.emplace_back(each.name);
+    }
+    return oneOf(names);
+}
+
+std::string usualNameEnds() {
+    std::string result;
+    const Format* last = nullptr;
+    for (const NameEnd& each : kNameEnds) {
+        const Format* const format = &formatOf(each.format);
+        if (format->isBuiltIn() && format != last)
+            result += (last == nullptr ? "" : " ") + std::string(each.text);
+        last = format;
+    }
+    return result;
 }
 
 std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
@@ -127,7 +168,10 @@ FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) 
     if (!format)
         throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
                                           ": the end of its name says what is written, and must be " +
-                                          nameEnds());
+                                          oneOf(nameEnds()));
+    if (!formatOf(*format).isBuiltIn())
+        throw Failure(ExitCode::File,
+                      "cannot write " + inQuotes(output.string()) + ": " + notBuiltIn(formatOf(*format)));
     checkWritable(output, force);
     return *format;
 }
@@ -138,23 +182,26 @@ Picture readPicture(const std::filesystem::path& file) {
     const std::vector<std::uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
         format = &checkedFormat(beginning, format, file.string());
     });
-    return format->decode(bytes, file.string());
+    return format->coder.decode(bytes, file.string());
 }
 
 Picture decodePicture(FileFormat format, std::span<const std::uint8_t> bytes, const std::string& name) {
-    return checkedFormat(bytes, &formatOf(format), name).decode(bytes, name);
+    return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name);
 }
 
 std::vector<std::uint8_t> encodePicture(FileFormat format, const Picture& picture) {
+    const Coder& coder = formatOf(format).coder;
+    if (coder.encode == nullptr)
+        throw Failure(ExitCode::File, "cannot write the picture: " + notBuiltIn(formatOf(format)));
     std::vector<PictureNote> notes;
     if (picture.format != format)
         notes = notesFor(format, picture);
     if (notes.empty()) // those of another format are nothing to an encoder
-        return formatOf(format).encode(picture);
+        return coder.encode(picture);
     Picture carried = picture;
     carried.format = format;
     carried.notes = std::move(notes);
-    return formatOf(format).encode(carried);
+    return coder.encode(carried);
 }
 
 SampleType sampleTypeIn(FileFormat format, SampleType wanted) {

@@ -1,4 +1,5 @@
-// Picture files by their names: which format a name stands for, and a picture from or for such a file.
+// Picture files by their names: which format a name stands for, and a picture from or for such a file. Formats whose
+// library is not built in are known by name and content, and are refused with a message that says so.
 #pragma once
 
 #include "cli/picture/Picture.h"
@@ -18,10 +19,17 @@ inline constexpr std::uint32_t kMostPixelsASide = PF_MAX_WORLD_WIDTH;
 // "PNG", "TIFF", "OpenEXR" or "TGA".
 const char* formatName(FileFormat format);
 
+// "PNG, TIFF, OpenEXR or TGA": those that are built in.
+std::string formatNames();
+
+// ".png .tif .exr .tga": one end of a name for each format that is built in.
+std::string usualNameEnds();
+
 // By the end of the name, without case: .png, .tif, .tiff, .exr, .tga.
 std::optional<FileFormat> formatOfName(const std::filesystem::path& file);
 
-// Throws Failure if no picture can be written under this name: its end names no format, its folder is missing or takes
+// Throws Failure if no picture can be written under this name: its end names no format or
+// one that is not built in, its folder is missing or takes
 // no files, it is a folder or a device, or without `force` it is write-protected. Leaves nothing behind.
 FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force = false);
 

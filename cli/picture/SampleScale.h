@@ -2,10 +2,9 @@
 // Whole numbers round to the nearest, halves up; floats are cut to 0 to white where they become whole numbers.
 #pragma once
 
+#include "cli/picture/HalfFloat.h"
 #include "cli/picture/Picture.h"
 #include "hostapi/HostApi.h"
-
-#include <Imath/half.h>
 
 #include <algorithm>
 #include <bit>
@@ -54,13 +53,9 @@ struct HalfScale {
     using Sample = std::uint16_t;
     static constexpr bool kIsFloat = true;
     static constexpr std::uint64_t kWhite = 1;
-    static float toFloat(Sample sample) {
-        Imath::half value;
-        value.setBits(sample);
-        return value;
-    }
+    static float toFloat(Sample sample) { return floatOfHalf(sample); }
     static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
-    static Sample fromFloat(float value) { return Imath::half(value).bits(); }
+    static Sample fromFloat(float value) { return halfOfFloat(value); }
     static Sample fromDouble(double value) { return fromFloat(static_cast<float>(value)); }
 };
 

@@ -251,15 +251,6 @@ TiffDirectory checkedDirectory(std::span<const std::uint8_t> bytes, const std::s
 
 } // namespace
 
-bool beginsAsTiff(std::span<const std::uint8_t> bytes) {
-    constexpr std::array<std::array<std::uint8_t, 4>, 4> kBeginnings = {
-        {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
-    return bytes.size() >= 4 &&
-           std::any_of(kBeginnings.begin(), kBeginnings.end(), [bytes](const auto& each) {
-               return std::equal(each.begin(), each.end(), bytes.begin());
-           });
-}
-
 Picture decodeTiff(std::span<const std::uint8_t> bytes, const std::string& name) {
     // Enough for the tables of any picture's strips; samples never go through the library's own memory.
     constexpr std::size_t kMostBytes = std::size_t{64} << 20;

@@ -1,0 +1,25 @@
+// How files begin whose formats are known also where their libraries are not built in.
+
+#include "cli/picture/ExrFile.h"
+#include "cli/picture/TiffFile.h"
+
+#include <algorithm>
+#include <array>
+
+namespace kovalune {
+
+bool beginsAsTiff(std::span<const std::uint8_t> bytes) {
+    constexpr std::array<std::array<std::uint8_t, 4>, 4> kBeginnings = {
+        {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
+    return bytes.size() >= 4 &&
+           std::any_of(kBeginnings.begin(), kBeginnings.end(), [bytes](const auto& each) {
+               return std::equal(each.begin(), each.end(), bytes.begin());
+           });
+}
+
+bool beginsAsExr(std::span<const std::uint8_t> bytes) {
+    constexpr std::array<std::uint8_t, 4> kMagic = {0x76, 0x2f, 0x31, 0x01};
+    return bytes.size() >= 4 && std::equal(kMagic.begin(), kMagic.end(), bytes.begin());
+}
+
+} // namespace kovalune

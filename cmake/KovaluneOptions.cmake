@@ -1,0 +1,27 @@
+# What is built. The plug-in alone (KOVALUNE_CLI=OFF, no tests) needs a compiler and CMake, nothing else.
+#   KOVALUNE_CLI     the command, on POSIX systems
+#   KOVALUNE_TIFF    its TIFF files, which take libtiff
+#   KOVALUNE_EXR     its OpenEXR files, which take OpenEXR
+#   KOVALUNE_BENCH   the benchmarks, which need all of the command
+#   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
+if(NOT WIN32)
+  option(KOVALUNE_CLI "Build the command" ON)
+elseif(KOVALUNE_CLI)
+  message(FATAL_ERROR "KOVALUNE_CLI=ON: the command is for POSIX systems, not for Windows")
+endif()
+option(KOVALUNE_TIFF "Read and write TIFF files" ON)
+option(KOVALUNE_EXR "Read and write OpenEXR files" ON)
+option(KOVALUNE_BENCH "Build the benchmarks" OFF)
+
+# Stops where the user asked for `what` and the options that it needs are off.
+function(kovalune_require what)
+  foreach(option ${ARGN})
+    if(NOT ${option})
+      message(FATAL_ERROR "${what} needs ${option}=ON")
+    endif()
+  endforeach()
+endfunction()
+
+if(KOVALUNE_BENCH)
+  kovalune_require("KOVALUNE_BENCH=ON" KOVALUNE_CLI KOVALUNE_TIFF KOVALUNE_EXR)
+endif()
