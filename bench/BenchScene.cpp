@@ -17,7 +17,7 @@
 namespace kovalune::bench {
 namespace {
 
-constexpr std::uint32_t kSeed = 20090101;
+constexpr uint32_t kSeed = 20090101;
 
 host::Image drawing() {
     host::Image image = imageOf(readPicture(KOVALUNE_EXAMPLES "/cel1.png"), PF_PixelFormat_ARGB32);
@@ -39,14 +39,14 @@ host::Image painted(PF_PixelFormat format, A_long width, A_long height, PixelAt&
     return image;
 }
 
-host::Image make8(std::int64_t source, A_long scale) {
+host::Image make8(int64_t source, A_long scale) {
     const auto paint = [&](auto&& pixelAt) {
         return painted<PF_Pixel>(PF_PixelFormat_ARGB32, kWidth * scale, kHeight * scale, pixelAt);
     };
     if (source == kNoise) {
         std::mt19937 random(kSeed);
         return paint([&](A_long, A_long) {
-            const auto bits = static_cast<std::uint32_t>(random());
+            const auto bits = static_cast<uint32_t>(random());
             return PF_Pixel{255, static_cast<A_u_char>(bits), static_cast<A_u_char>(bits >> 8),
                             static_cast<A_u_char>(bits >> 16)};
         });
@@ -66,7 +66,7 @@ host::Image converted(const host::Image& narrow, PF_PixelFormat format, Convert&
     });
 }
 
-host::Image make(std::int64_t source, PF_PixelFormat format, std::int64_t scale) {
+host::Image make(int64_t source, PF_PixelFormat format, int64_t scale) {
     if (format == PF_PixelFormat_ARGB32) {
         return make8(source, static_cast<A_long>(scale));
     }
@@ -90,8 +90,8 @@ PF_Err lendHost(PF_Cmd cmd, PF_InData* inData, PF_OutData*, PF_ParamDef**, PF_La
 
 } // namespace
 
-const host::Image& picture(std::int64_t source, PF_PixelFormat format, std::int64_t scale) {
-    static std::map<std::tuple<std::int64_t, PF_PixelFormat, std::int64_t>, host::Image> made;
+const host::Image& picture(int64_t source, PF_PixelFormat format, int64_t scale) {
+    static std::map<std::tuple<int64_t, PF_PixelFormat, int64_t>, host::Image> made;
     const auto key = std::make_tuple(source, format, scale);
     const auto found = made.find(key);
     return found != made.end() ? found->second : made.emplace(key, make(source, format, scale)).first->second;
@@ -126,7 +126,7 @@ ColorMatches pickedMatches(PF_InData* inData) {
     return matches;
 }
 
-MaskPlane regionMask(PF_InData* inData, std::int64_t source) {
+MaskPlane regionMask(PF_InData* inData, int64_t source) {
     if (source == kDrawing) {
         host::Image image = picture(kDrawing, PF_PixelFormat_ARGB32);
         PF_EffectWorld world = worldOn(image);
@@ -145,7 +145,7 @@ MaskPlane regionMask(PF_InData* inData, std::int64_t source) {
     return mask;
 }
 
-void report(benchmark::State& state, std::int64_t source, std::int64_t scale) {
+void report(benchmark::State& state, int64_t source, int64_t scale) {
     const double megapixels = static_cast<double>(scale * kWidth * scale * kHeight) / 1e6;
     state.counters["MP/s"] = benchmark::Counter(megapixels, benchmark::Counter::kIsIterationInvariantRate);
     constexpr const char* names[] = {"drawing", "noise", "flat"};

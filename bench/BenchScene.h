@@ -17,10 +17,10 @@
 namespace kovalune::bench {
 
 /// The first argument of a benchmark that has one.
-enum Source : std::int64_t { kDrawing = 0, kNoise = 1, kFlat = 2 };
+enum Source : int64_t { kDrawing = 0, kNoise = 1, kFlat = 2 };
 
 /// How many times 1920 by 1080 a picture is, across and down. A larger drawing is the drawing side by side.
-enum Scale : std::int64_t { kFullHd = 1, kUltraHd = 2 };
+enum Scale : int64_t { kFullHd = 1, kUltraHd = 2 };
 
 inline constexpr A_long kWidth = 1920;
 inline constexpr A_long kHeight = 1080;
@@ -31,7 +31,7 @@ inline constexpr PF_Pixel kPicked[4] = {
     {255, 0x32, 0x64, 0xb4}, {255, 0x1e, 0x46, 0x82}, {255, 0xff, 0xd9, 0xbe}, {255, 0xe8, 0xa9, 0x8c}};
 
 /// Made once for each source, format and scale.
-const host::Image& picture(std::int64_t source, PF_PixelFormat format, std::int64_t scale = kFullHd);
+const host::Image& picture(int64_t source, PF_PixelFormat format, int64_t scale = kFullHd);
 
 /// A world on a picture's memory; the picture stays its owner.
 PF_EffectWorld worldOn(host::Image& image);
@@ -43,9 +43,9 @@ void runInHost(const std::function<void(PF_InData*)>& body);
 ColorMatches pickedMatches(PF_InData* inData);
 
 /// The drawing's picked pixels, or every second pixel at random.
-MaskPlane regionMask(PF_InData* inData, std::int64_t source);
+MaskPlane regionMask(PF_InData* inData, int64_t source);
 
 /// Sets the rate and names the source; called once behind a benchmark's loop.
-void report(benchmark::State& state, std::int64_t source, std::int64_t scale = kFullHd);
+void report(benchmark::State& state, int64_t source, int64_t scale = kFullHd);
 
 } // namespace kovalune::bench

@@ -19,7 +19,7 @@ namespace {
 
 template <PF_PixelFormat format>
 struct BlurWorlds {
-    explicit BlurWorlds(std::int64_t source)
+    explicit BlurWorlds(int64_t source)
         : input(picture(source, format)), output(input), between(input), src(worldOn(input)),
           dst(worldOn(output)), tmp(worldOn(between)) {}
 

@@ -30,12 +30,12 @@ constexpr char kExitCodes[] =
     "Ctrl-C\n"
     "(INT), 143 for TERM, 129 for HUP, 131 for QUIT.";
 
-// A sub-command's footer.
+/// A sub-command's footer.
 std::string example(const std::string& line, const std::string& more = {}) {
     return "Example:\n  kovalune " + line + (more.empty() ? "" : "\n\n" + more);
 }
 
-// For the parser an empty answer is consent.
+/// For the parser an empty answer is consent.
 using NameCheck = void (*)(const std::string& name, const std::string& command);
 
 void checkName(CLI::App& command, CLI::Option& option, NameCheck check) {
@@ -64,14 +64,14 @@ CLI::Option* addOutput(CLI::App& command, std::string& output, bool& force, cons
     return option->option_text("FILE");
 }
 
-template <typename Record>
+template <class Record>
 void addRequiredFiles(CLI::App& command, Record& arguments, const std::string& asInput) {
     addInput(command, arguments.input)->required();
     addOutput(command, arguments.output, arguments.force, asInput)->required()->option_text("FILE REQUIRED");
 }
 
-// Decimal digits with a sign before them at the most; the parser's own reading takes 010 for eight.
-template <typename Number>
+/// Decimal digits with a sign before them at the most; the parser's own reading takes 010 for eight.
+template <class Number>
 bool readWhole(std::string_view text, Number& value) {
     const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
     return end.ec == std::errc() && end.ptr == text.data() + text.size();
@@ -101,7 +101,7 @@ void addFactory(CLI::App& command, bool& factory) {
     command.add_flag("--factory", factory, "Start from the effect's own defaults, not the remembered ones");
 }
 
-// Where the parameters' values come from.
+/// Where the parameters' values come from.
 void addSettings(CLI::App& command, EffectArguments& effect) {
     command
         .add_option(
@@ -127,11 +127,11 @@ void addEffect(CLI::App& command, EffectArguments& effect) {
     addPlugin(command, effect.plugin);
 }
 
-template <typename Value>
+template <class Value>
 using Choices = std::vector<std::pair<std::string, Value>>;
 
-// "a, b or c"
-template <typename Value>
+/// "a, b or c"
+template <class Value>
 std::string wordsOf(const Choices<Value>& choices) {
     std::string words;
     for (std::size_t i = 0; i < choices.size(); ++i)
@@ -139,8 +139,8 @@ std::string wordsOf(const Choices<Value>& choices) {
     return words;
 }
 
-// One of a few words, without case.
-template <typename Value>
+/// One of a few words, without case.
+template <class Value>
 CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
                        const Choices<Value>& choices, const std::string& what) {
     const auto choose = [name, choices, &value](const std::string& text) {
@@ -157,7 +157,7 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
 void addAlpha(CLI::App& command, std::optional<AlphaKind>& alphaKind) {
     addChoice<std::optional<AlphaKind>>(
         command, "--alpha", alphaKind,
-        {{"premultiplied", AlphaKind::Premultiplied}, {"straight", AlphaKind::Straight}},
+        {{"premultiplied", AlphaKind::kPremultiplied}, {"straight", AlphaKind::kStraight}},
         "Take the files' alpha as this, whatever they say: straight, premultiplied")
         ->option_text("KIND");
 }
@@ -169,9 +169,9 @@ void addDepth(CLI::App& command, std::optional<int>& depth) {
         ->option_text("N");
 }
 
-// "N/D" with 1 <= N <= D.
+/// "N/D" with 1 <= N <= D.
 Fraction parsedFraction(const std::string& text) {
-    constexpr std::int32_t kMost = 32767;
+    constexpr int32_t kMost = 32767;
     const std::size_t slash = text.find('/');
     Fraction fraction;
     if (slash == std::string::npos || !readWhole(text.substr(0, slash), fraction.numerator) ||
@@ -207,7 +207,7 @@ void addReport(CLI::App& command, ReportArguments& report) {
     command.add_flag("--json", report.json, "The report as JSON, for programs")->needs(table);
 }
 
-// What the parser does not know of them.
+/// What the parser does not know of them.
 void checkReport(const ReportArguments& report, const EffectArguments& effect) {
     if (report.strict && effect.plugin)
         throw CLI::ValidationError("--strict",
@@ -235,7 +235,7 @@ void addRender(CLI::App& command, RenderArguments& arguments) {
                 "'kovalune params' lists the labels and the values they take."));
 }
 
-// The parser cannot know that --print-params makes the files optional.
+/// The parser cannot know that --print-params makes the files optional.
 void checkFiles(const RenderArguments& arguments) {
     const ReportArguments& report = arguments.report;
     checkReport(report, arguments.effect);
@@ -259,7 +259,7 @@ void addSheet(CLI::App& command, SheetArguments& arguments) {
     command.footer(example("sheet drawing.png -o views.png --params jacket.txt"));
 }
 
-void addNumber(CLI::App& command, const std::string& name, std::int32_t& value, const IntRange& range,
+void addNumber(CLI::App& command, const std::string& name, int32_t& value, const IntRange& range,
                const std::string& what) {
     addWhole(command, name, value, range.lowest, range.highest,
              what + ", " + std::to_string(range.lowest) + " to " + std::to_string(range.highest) +
@@ -310,10 +310,11 @@ void addParams(CLI::App& command, ParamsArguments& arguments) {
 
 void addDefaults(CLI::App& command, DefaultsArguments& arguments) {
     command.description("Remember, forget or show what new instances of the effect start with");
-    addChoice<DefaultsAction>(
-        command, "ACTION", arguments.action,
-        {{"save", DefaultsAction::Save}, {"forget", DefaultsAction::Forget}, {"show", DefaultsAction::Show}},
-        "What to do: save, forget, show")
+    addChoice<DefaultsAction>(command, "ACTION", arguments.action,
+                              {{"save", DefaultsAction::kSave},
+                               {"forget", DefaultsAction::kForget},
+                               {"show", DefaultsAction::kShow}},
+                              "What to do: save, forget, show")
         ->required();
     addSettings(command, arguments.effect);
     addView(command, arguments.view);
@@ -325,12 +326,12 @@ void addDefaults(CLI::App& command, DefaultsArguments& arguments) {
                 "file when they start."));
 }
 
-// Only what is saved has values.
+/// Only what is saved has values.
 void checkAction(const DefaultsArguments& arguments) {
     const EffectArguments& effect = arguments.effect;
     const bool hasValues =
         effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
-    if (arguments.action != DefaultsAction::Save && hasValues)
+    if (arguments.action != DefaultsAction::kSave && hasValues)
         throw CLI::ValidationError("only save takes --set, --params, --view and --factory");
 }
 
@@ -391,7 +392,7 @@ void addCompare(CLI::App& command, CompareArguments& arguments) {
         "Exit code: 0 the same, 1 different."));
 }
 
-// Every sub-command with its record, in the order of the help.
+/// Every sub-command with its record, in the order of the help.
 class CommandLine {
 public:
     CommandLine() {
@@ -435,11 +436,11 @@ public:
         } catch (const CLI::ParseError& error) {
             failUsage(app_, error);
         }
-        throw Failure(ExitCode::Usage, "a subcommand is required; 'kovalune --help' shows the usage");
+        throw Failure(ExitCode::kUsage, "a subcommand is required; 'kovalune --help' shows the usage");
     }
 
 private:
-    template <typename Record>
+    template <class Record>
     void add(const std::string& name, void (*addOptions)(CLI::App&, Record&)) {
         CLI::App* command = app_.add_subcommand(name);
         const auto record = std::make_shared<Record>();
@@ -454,7 +455,7 @@ private:
         help_->footer(example("help render"));
     }
 
-    // Of one command or of all.
+    /// Of one command or of all.
     std::string helpText() const {
         const auto isTopic = [this](const CLI::App* command) { return command->get_name() == topic_; };
         const std::vector<const CLI::App*> commands = app_.get_subcommands(isTopic);
@@ -469,7 +470,7 @@ private:
     CLI::App app_{"Softens flat-colour drawings region by region, each inside itself.", kProgram};
     std::vector<std::pair<CLI::App*, std::function<Arguments()>>> commands_;
     CLI::App* help_ = nullptr;
-    std::string topic_; // of it
+    std::string topic_; ///< of it
 };
 
 } // namespace

@@ -15,43 +15,43 @@ namespace kovalune {
 
 inline constexpr int kMostThreads = 64; // the host's limit too
 
-// Which effect, and what its parameters are set to: first its defaults, then the file, then the settings, then
-// the view.
+/// Which effect, and what its parameters are set to: first its defaults, then the file, then the settings, then
+/// the view.
 struct EffectArguments {
     std::optional<std::string> plugin;
-    bool factory = false; // not the user's remembered defaults
-    int threads = 0;      // to kMostThreads; 0: what the machine has
+    bool factory = false; ///< not the user's remembered defaults
+    int threads = 0;      ///< to kMostThreads; 0: what the machine has
     std::optional<std::string> paramsFile;
-    std::vector<std::string> settings; // "LABEL=VALUE", in order
+    std::vector<std::string> settings; ///< "LABEL=VALUE", in order
 };
 
 struct Fraction {
-    std::int32_t numerator = 1;
-    std::int32_t denominator = 1;
+    int32_t numerator = 1;
+    int32_t denominator = 1;
 };
 
-// How a frame is made of a picture.
+/// How a frame is made of a picture.
 struct FrameArguments {
-    std::optional<int> depth;             // 8, 16 or 32; otherwise the file's
-    std::array<Fraction, 2> downsample{}; // across and down; at most 1
+    std::optional<int> depth;             ///< 8, 16 or 32; otherwise the file's
+    std::array<Fraction, 2> downsample{}; ///< across and down; at most 1
     bool legacy = false;
-    std::optional<AlphaKind> alphaKind; // otherwise the file's
+    std::optional<AlphaKind> alphaKind; ///< otherwise the file's
     bool quiet = false;
 };
 
-// What is told of the settings that a frame is made with.
+/// What is told of the settings that a frame is made with.
 struct ReportArguments {
-    bool strict = false; // one that does nothing is an error
+    bool strict = false; ///< one that does nothing is an error
     bool report = false;
-    bool json = false; // the report's form
+    bool json = false; ///< the report's form
 };
 
-// Of every record, `force` lets write-protected files be replaced.
+/// Of every record, `force` lets write-protected files be replaced.
 struct RenderArguments {
     EffectArguments effect;
     FrameArguments frame;
     ReportArguments report;
-    std::string input; // both empty: nothing is rendered, the parameters are printed
+    std::string input; ///< both empty: nothing is rendered, the parameters are printed
     std::string output;
     bool force = false;
     std::optional<std::string> view;
@@ -68,15 +68,15 @@ struct SheetArguments {
     bool force = false;
 };
 
-// The boundary smoothing alone.
+/// The boundary smoothing alone.
 struct SmoothArguments {
     std::string input;
     std::string output;
     bool force = false;
-    SmoothOptions options; // but for the key's colour
+    SmoothOptions options; ///< but for the key's colour
     std::optional<std::string> keyColor;
-    std::optional<std::string> flagMap; // a picture of the edge flags
-    FrameArguments frame;               // of which depth and alpha count
+    std::optional<std::string> flagMap; ///< a picture of the edge flags
+    FrameArguments frame;               ///< of which depth and alpha count
 };
 
 struct ParamsArguments {
@@ -85,12 +85,12 @@ struct ParamsArguments {
     bool json = false;
 };
 
-enum class DefaultsAction { Save, Forget, Show };
+enum class DefaultsAction { kSave, kForget, kShow };
 
-// What new instances start with.
+/// What new instances start with.
 struct DefaultsArguments {
-    DefaultsAction action = DefaultsAction::Show;
-    EffectArguments effect; // with Save; plugin and threads do not count
+    DefaultsAction action = DefaultsAction::kShow;
+    EffectArguments effect; ///< with Save; plugin and threads do not count
     std::optional<std::string> view;
 };
 
@@ -100,27 +100,27 @@ struct InfoArguments {
 
 struct ColorsArguments {
     std::string input;
-    std::optional<std::string> output; // a picture of the colours
+    std::optional<std::string> output; ///< a picture of the colours
     bool force = false;
     std::optional<AlphaKind> alphaKind;
-    int most = 32; // colours listed; 0: all
+    int most = 32; ///< colours listed; 0: all
 };
 
 struct PickArguments {
     std::string input;
-    std::uint32_t x = 0;
-    std::uint32_t y = 0;
+    uint32_t x = 0;
+    uint32_t y = 0;
     std::optional<AlphaKind> alphaKind;
 };
 
 struct CompareArguments {
     std::string first;
     std::string second;
-    std::optional<std::string> diff; // a picture of the differences
+    std::optional<std::string> diff; ///< a picture of the differences
     bool force = false;
 };
 
-// What --help and --version ask for.
+/// What --help and --version ask for.
 struct ShownText {
     std::string text;
 };
@@ -129,8 +129,8 @@ using Arguments =
     std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments, DefaultsArguments,
                  InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
 
-// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
-// of parameters are looked at later.
+/// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
+/// of parameters are looked at later.
 Arguments parseArguments(int count, const char* const* words);
 
 } // namespace kovalune

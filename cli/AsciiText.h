@@ -10,7 +10,7 @@ std::string foldedCase(std::string_view text);
 
 bool equalWithoutCase(std::string_view a, std::string_view b);
 
-// Without the blanks and tabs at both ends.
+/// Without the blanks and tabs at both ends.
 std::string_view trimmed(std::string_view text);
 
 } // namespace kovalune

@@ -25,7 +25,7 @@ namespace fs = std::filesystem;
 namespace {
 
 [[noreturn]] void fail(const fs::path& file, const std::string& reason) {
-    throw Failure(ExitCode::File, "cannot write " + inQuotes(file.string()) + ": " + reason);
+    throw Failure(ExitCode::kFile, "cannot write " + inQuotes(file.string()) + ": " + reason);
 }
 
 [[noreturn]] void fail(const fs::path& file, int error) {
@@ -36,8 +36,8 @@ fs::path folderOf(const fs::path& file) {
     return file.has_parent_path() ? file.parent_path() : fs::path(".");
 }
 
-// Where the bytes go in the end, so that a link stays a link, also one to a file that is yet to be made. What a
-// link holds counts from the folder that it is in.
+/// Where the bytes go in the end, so that a link stays a link, also one to a file that is yet to be made. What a
+/// link holds counts from the folder that it is in.
 fs::path targetOf(const fs::path& file) {
     constexpr int kMostLinks = 40; // as the system follows
     fs::path target = file;
@@ -57,29 +57,29 @@ fs::path targetOf(const fs::path& file) {
     fail(file, "the folder " + inQuotes(folder.string()) + " takes no new file: " + systemReason(error));
 }
 
-// Some file systems cannot be told to.
+/// Some file systems cannot be told to.
 bool cannotFlush(int error) {
     return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
-// Not derived from the target's name, which may already be as long as names can be.
+/// Not derived from the target's name, which may already be as long as names can be.
 std::string unusualName() {
     std::random_device source;
-    const std::uint64_t number = std::uint64_t{source()} << 32 | source();
+    const uint64_t number = uint64_t{source()} << 32 | source();
     std::array<char, 16> digits{};
     const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
     return ".kovalune-" + std::string(digits.data(), end.ptr) + ".tmp";
 }
 
-// The rights of the owner for whoever runs the file are for that owner alone. Another group gets what all others
-// have: not more, since it is not the one that was meant, and not less, since then it alone were shut out.
+/// The rights of the owner for whoever runs the file are for that owner alone. Another group gets what all others
+/// have: not more, since it is not the one that was meant, and not less, since then it alone were shut out.
 mode_t keptPermissions(mode_t old, bool keepsOwner, bool keepsGroup) {
     if (keepsOwner)
         return old & 07777U;
     return keepsGroup ? old & 0777U : (old & 0707U) | (old & 07U) << 3U;
 }
 
-// A new file beside the one that it is to become; it is removed at the end unless it was renamed.
+/// A new file beside the one that it is to become; it is removed at the end unless it was renamed.
 class TemporaryFile {
 public:
     explicit TemporaryFile(const fs::path& file) : file_(file), target_(targetOf(file)) {
@@ -109,7 +109,7 @@ public:
     TemporaryFile(const TemporaryFile&) = delete;
     TemporaryFile& operator=(const TemporaryFile&) = delete;
 
-    void write(std::span<const std::uint8_t> bytes) {
+    void write(std::span<const uint8_t> bytes) {
         takeOwnerAndPermissions();
         if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size() || std::fflush(stream_) != 0)
             fail(file_, errno);
@@ -129,8 +129,8 @@ public:
     }
 
 private:
-    // Of the file that is replaced, before there is anything in this one that others might read. Not through a link
-    // that took the name since it was followed: what that leads to is not what is replaced.
+    /// Of the file that is replaced, before there is anything in this one that others might read. Not through a link
+    /// that took the name since it was followed: what that leads to is not what is replaced.
     void takeOwnerAndPermissions() {
         struct stat old {};
         if (::lstat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode))
@@ -143,7 +143,7 @@ private:
         static_cast<void>(::fchmod(descriptor, keptPermissions(old.st_mode, keepsOwner, keepsGroup)));
     }
 
-    fs::path file_; // for messages
+    fs::path file_; ///< for messages
     fs::path target_;
     fs::path path_;
     std::optional<RemovedOnSignal> onSignal_;
@@ -151,7 +151,7 @@ private:
     bool renamed_ = false;
 };
 
-// In a folder such as /tmp a file is replaced by its owner, the folder's, and root alone.
+/// In a folder such as /tmp a file is replaced by its owner, the folder's, and root alone.
 bool isKeptByFolder(const fs::path& target, const fs::path& folder) {
     struct stat file {};
     struct stat around {};
@@ -214,7 +214,7 @@ void writeAtomically(std::span<const FileContent> files) {
         temporary.place();
 }
 
-void writeAtomically(const fs::path& file, std::span<const std::uint8_t> bytes) {
+void writeAtomically(const fs::path& file, std::span<const uint8_t> bytes) {
     const FileContent content = {file, bytes};
     writeAtomically({&content, 1});
 }

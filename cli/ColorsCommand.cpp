@@ -39,7 +39,7 @@ public:
             const auto rgb = nearestRgb(color, type_);
             const std::string patch = swatch(rgb, terminal);
             lines += shareAndCount(color.pixels) + hexText(rgb) + (patch.empty() ? "" : "  " + patch) +
-                     (type_ == SampleType::Uint8 ? "" : "  " + exactText(color, type_)) + '\n';
+                     (type_ == SampleType::kUint8 ? "" : "  " + exactText(color, type_)) + '\n';
         }
         lines += moreText();
         if (counted_.transparent > 0)
@@ -60,7 +60,7 @@ public:
         return picturedPatches(patches);
     }
 
-    // Transparent pixels have a patch too.
+    /// Transparent pixels have a patch too.
     bool fitsAPicture() const { return listed_ < kMostPatches; }
 
 private:
@@ -93,8 +93,8 @@ private:
 
 void draw(const ColorList& list, const std::string& output) {
     if (!list.fitsAPicture())
-        throw Failure(ExitCode::Usage, "cannot draw more than " + std::to_string(kMostPatches - 1) +
-                                           " colours as " + inQuotes(output) + "; --most lists fewer");
+        throw Failure(ExitCode::kUsage, "cannot draw more than " + std::to_string(kMostPatches - 1) +
+                                            " colours as " + inQuotes(output) + "; --most lists fewer");
     withMemoryFor(output, [&] { writeAtomically(output, encodeDrawn(output, list.picture())); });
 }
 

@@ -13,11 +13,11 @@ namespace kovalune {
 inline constexpr std::size_t kMostPatches = 2048; // that one picture holds
 
 struct Patch {
-    std::optional<DrawnColor> color; // none: a checkerboard
+    std::optional<DrawnColor> color; ///< none: a checkerboard
     std::string text;
 };
 
-// From top to bottom, then from left to right. At most kMostPatches, and at least one.
+/// From top to bottom, then from left to right. At most kMostPatches, and at least one.
 Picture picturedPatches(const std::vector<Patch>& patches);
 
 } // namespace kovalune

@@ -14,10 +14,10 @@ namespace kovalune {
 
 namespace {
 
-constexpr std::array<std::uint8_t, 3> kBright = {255, 64, 224};
+constexpr std::array<uint8_t, 3> kBright = {255, 64, 224};
 constexpr int kDimming = 4;
 
-// The picture in 8 bits, dimmed; what differs is painted over later.
+/// The picture in 8 bits, dimmed; what differs is painted over later.
 Picture dimmed(const Picture& picture) {
     Picture result;
     result.width = picture.width;
@@ -27,8 +27,8 @@ Picture dimmed(const Picture& picture) {
     const std::size_t step = isGrey(picture.channels) ? 0 : 1;
     for (std::size_t pixel = 0; pixel < result.samples.size() / 3; ++pixel) {
         for (std::size_t i = 0; i < 3; ++i) {
-            const std::uint8_t byte = nearestByte(picture, pixel * count + i * step);
-            result.samples[pixel * 3 + i] = static_cast<std::uint8_t>(byte / kDimming);
+            const uint8_t byte = nearestByte(picture, pixel * count + i * step);
+            result.samples[pixel * 3 + i] = static_cast<uint8_t>(byte / kDimming);
         }
     }
     return result;

@@ -10,7 +10,7 @@ namespace kovalune {
 
 namespace {
 
-// Nothing is rendered, so one thread is enough.
+/// Nothing is rendered, so one thread is enough.
 OpenEffect builtInEffect(bool factory) {
     return OpenEffect(std::nullopt, 1, factory);
 }
@@ -19,7 +19,7 @@ std::string save(const DefaultsArguments& arguments, const std::string& path) {
     OpenEffect effect = builtInEffect(startsFromFactory(arguments.effect));
     applySettings(effect.session(), arguments.effect, arguments.view);
     if (isWriteProtected(path))
-        throw Failure(ExitCode::File, "cannot write " + inQuotes(path) + ": it is write-protected");
+        throw Failure(ExitCode::kFile, "cannot write " + inQuotes(path) + ": it is write-protected");
     Interrupt interrupt; // the file is written value by value: all or none of them
     int reason = 0;
     const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues(), &reason);
@@ -28,7 +28,7 @@ std::string save(const DefaultsArguments& arguments, const std::string& path) {
         throw Interruption(interrupt.signalNumber(), "interrupted after saving " + path);
     interrupt.finish();
     if (result != DefaultsResult::kDone)
-        throw Failure(ExitCode::File,
+        throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(path) + (reason == 0 ? "" : ": " + systemReason(reason)));
     return "saved " + printable(path) + '\n';
 }
@@ -40,7 +40,7 @@ std::string forget(const std::string& path) {
     case DefaultsResult::kNothingThere:
         return "nothing is remembered: there is no " + printable(path) + '\n';
     default:
-        throw Failure(ExitCode::File, "cannot delete " + inQuotes(path));
+        throw Failure(ExitCode::kFile, "cannot delete " + inQuotes(path));
     }
 }
 
@@ -59,11 +59,11 @@ std::string defaultsText(const DefaultsArguments& arguments) {
     // Before the effect is opened: without the remembered defaults, nothing tells where they are.
     const std::string path = defaultsPath();
     if (path.empty())
-        throw Failure(ExitCode::File, "there is no folder for settings, or its path is too long");
+        throw Failure(ExitCode::kFile, "there is no folder for settings, or its path is too long");
     switch (arguments.action) {
-    case DefaultsAction::Save:
+    case DefaultsAction::kSave:
         return save(arguments, path);
-    case DefaultsAction::Forget:
+    case DefaultsAction::kForget:
         return forget(path);
     default:
         return show(path);

@@ -7,8 +7,8 @@
 
 namespace kovalune {
 
-// Does it and returns what to print. Throws Failure: for labels and values that the effect does not take, and for a
-// file that cannot be written or deleted. Where there is nothing to forget or to show, the text says so.
+/// Does it and returns what to print. Throws Failure: for labels and values that the effect does not take, and for a
+/// file that cannot be written or deleted. Where there is nothing to forget or to show, the text says so.
 std::string defaultsText(const DefaultsArguments& arguments);
 
 } // namespace kovalune

@@ -21,14 +21,14 @@ FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<s
     const FileFormat format = checkedOutputFormat(file, force);
     for (const std::string& other : others) {
         if (nameOneFile(file, other))
-            throw Failure(ExitCode::Usage, "cannot write " + inQuotes(file.string()) +
-                                               ": it is the picture " + inQuotes(other) + " of this command");
+            throw Failure(ExitCode::kUsage, "cannot write " + inQuotes(file.string()) +
+                                                ": it is the picture " + inQuotes(other) +
+                                                " of this command");
     }
     return format;
 }
 
-std::vector<std::uint8_t> encodeDrawn(const std::filesystem::path& file, const Picture& drawn,
-                                      SampleType wanted) {
+std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const Picture& drawn, SampleType wanted) {
     const FileFormat format = formatOfName(file).value();
     const SampleType type = sampleTypeIn(format, wanted);
     return type == drawn.sampleType ? encodePicture(format, drawn)

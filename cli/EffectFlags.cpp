@@ -87,7 +87,7 @@ std::vector<std::string> outFlag2Names(A_long flags) {
     return namesOf(flags, kOutFlag2Names);
 }
 
-// The fields are those of PF_VERSION.
+/// The fields are those of PF_VERSION.
 std::string versionText(A_u_long packed) {
     const A_u_long version = ((packed >> 26) & 0xfU) << 3 | ((packed >> 19) & 0x7U);
     const A_u_long subversion = (packed >> 15) & 0xfU;

@@ -18,7 +18,7 @@ int setParameter(host::Session& session, std::string_view label, std::string_vie
     return index;
 }
 
-// What the command line sets has been looked at by now; what is refused here was remembered.
+/// What the command line sets has been looked at by now; what is refused here was remembered.
 void refuseDefaults(const host::Session& session) {
     const int count = static_cast<int>(session.params().size());
     for (int index = 1; index < count; ++index) {
@@ -29,8 +29,8 @@ void refuseDefaults(const host::Session& session) {
         if (refusal.empty())
             continue;
         const bool isView = equalWithoutCase(def.name, kViewLabel);
-        throw Failure(ExitCode::Usage, refusal + "; this is the remembered default, which " +
-                                           (isView ? "--view" : "--set") + " overrules");
+        throw Failure(ExitCode::kUsage, refusal + "; this is the remembered default, which " +
+                                            (isView ? "--view" : "--set") + " overrules");
     }
 }
 
@@ -52,7 +52,7 @@ NamedParams applySettings(host::Session& session, const EffectArguments& argumen
     for (const std::string& setting : arguments.settings) {
         const std::size_t equals = setting.find('=');
         if (equals == std::string::npos)
-            throw Failure(ExitCode::Usage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
+            throw Failure(ExitCode::kUsage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
         const std::string_view text(setting);
         named.insert(setParameter(session, text.substr(0, equals), text.substr(equals + 1)));
     }

@@ -11,16 +11,16 @@
 
 namespace kovalune {
 
-// The parameters that a command line and its file of parameters name, by their index.
+/// The parameters that a command line and its file of parameters name, by their index.
 using NamedParams = std::set<int>;
 
-// Whether the user's remembered defaults stay out of it: a file of parameters means the same for every user.
+/// Whether the user's remembered defaults stay out of it: a file of parameters means the same for every user.
 bool startsFromFactory(const EffectArguments& arguments);
 
 OpenEffect openEffect(const EffectArguments& arguments);
 
-// Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
-// be chosen and was not overruled.
+/// Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
+/// be chosen and was not overruled.
 NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
                           const std::optional<std::string>& view);
 

@@ -8,7 +8,7 @@ namespace kovalune {
 
 namespace {
 
-template <typename Value>
+template <class Value>
 std::optional<Value> valueOf(const host::Session& session, const std::string& label) {
     const std::optional<int> index = session.findParam(label);
     if (!index)
@@ -21,7 +21,7 @@ std::optional<Value> valueOf(const host::Session& session, const std::string& la
     return known == nullptr ? std::nullopt : std::optional(*known);
 }
 
-// "Blur Repeat Num", "1 : Blur Repeat Num"
+/// "Blur Repeat Num", "1 : Blur Repeat Num"
 std::string labelIn(std::size_t stage, const std::string& label) {
     return stage == 0 ? label : std::to_string(stage) + " : " + label;
 }

@@ -12,28 +12,28 @@
 
 namespace kovalune {
 
-// A proxy's factor as hosts have it.
+/// A proxy's factor as hosts have it.
 PF_RationalScale scaleOf(const Fraction& fraction);
 
-// "Base", "Process 1"
+/// "Base", "Process 1"
 std::string stageName(std::size_t stage);
 
-// Of the check box that switches a Process stage on: "1 : Enable Process". Base has none.
+/// Of the check box that switches a Process stage on: "1 : Enable Process". Base has none.
 std::string stageSwitch(std::size_t stage);
 
-// "Color 2"; of a Process stage, which has only colour 0, "1 : Color".
+/// "Color 2"; of a Process stage, which has only colour 0, "1 : Color".
 std::string colorLabel(std::size_t stage, std::size_t color);
 
-// "Enable 2"; of a Process stage that of the stage.
+/// "Enable 2"; of a Process stage that of the stage.
 std::string colorSwitch(std::size_t stage, std::size_t color);
 
-// Nothing where the effect has no such check box.
+/// Nothing where the effect has no such check box.
 std::optional<bool> isOn(const host::Session& session, const std::string& checkBox);
 
-// The stage that a view of this name is about where that is switched off: the view shows nothing of it.
+/// The stage that a view of this name is about where that is switched off: the view shows nothing of it.
 std::optional<std::size_t> offStageOf(const host::Session& session, const std::string& view);
 
-// What a frame of the session's values will report of its progress; nothing where a control is missing.
+/// What a frame of the session's values will report of its progress; nothing where a control is missing.
 std::optional<ProgressSettings> progressSettings(const host::Session& session, const FrameArguments& frame);
 
 } // namespace kovalune

@@ -12,7 +12,7 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-// Of the UTF-8 character that `text` starts with: its bytes, 2 to 4; otherwise 1.
+/// Of the UTF-8 character that `text` starts with: its bytes, 2 to 4; otherwise 1.
 std::size_t characterSize(std::string_view text) {
     const auto first = static_cast<unsigned char>(text.front());
     const std::size_t size = first >= 0xc2 && first < 0xe0   ? 2
@@ -26,7 +26,7 @@ std::size_t characterSize(std::string_view text) {
     return whole ? size : 1;
 }
 
-// ASCII's control characters and those behind it, U+0080 to U+009F, which terminals obey as single bytes too.
+/// ASCII's control characters and those behind it, U+0080 to U+009F, which terminals obey as single bytes too.
 bool isControl(std::string_view character) {
     const auto last = static_cast<unsigned char>(character.back());
     if (character.size() == 1)
@@ -56,7 +56,7 @@ void appendPrintable(std::string& line, std::string_view character) {
     }
 }
 
-// A text as printable() has it, and where its characters start.
+/// A text as printable() has it, and where its characters start.
 struct PrintableText {
     std::string line;
     std::vector<std::size_t> starts;

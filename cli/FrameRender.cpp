@@ -38,29 +38,29 @@ bool worksIn(const host::Session& session, PF_PixelFormat format) {
 
 void checkDepth(const host::Session& session, PF_PixelFormat format) {
     if (!worksIn(session, format))
-        throw Failure(ExitCode::Effect, "the effect cannot work on pictures of " +
-                                            std::to_string(host::bitsPerChannel(format)) + " bits");
+        throw Failure(ExitCode::kEffect, "the effect cannot work on pictures of " +
+                                             std::to_string(host::bitsPerChannel(format)) + " bits");
 }
 
-// By the newer road where the effect knows it and the user does not want the older one.
+/// By the newer road where the effect knows it and the user does not want the older one.
 host::RenderRequest requestFor(const host::Session& session, const FrameArguments& arguments) {
     host::RenderRequest request;
     if (arguments.legacy || (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
-        request.flow = host::RenderFlow::Legacy;
+        request.flow = host::RenderFlow::kLegacy;
     request.downsampleX = scaleOf(arguments.downsample[0]);
     request.downsampleY = scaleOf(arguments.downsample[1]);
     return request;
 }
 
-// With what the effect says of it, if anything.
+/// With what the effect says of it, if anything.
 Failure lackOfMemory(const SourceFrame& source, const std::string& words = {}) {
-    return {ExitCode::Effect, "not enough memory for the effect on " + inQuotes(source.name) + " (" +
-                                  std::to_string(source.picture.width) + 'x' +
-                                  std::to_string(source.picture.height) + ')' +
-                                  (words.empty() ? "" : ": " + words)};
+    return {ExitCode::kEffect, "not enough memory for the effect on " + inQuotes(source.name) + " (" +
+                                   std::to_string(source.picture.width) + 'x' +
+                                   std::to_string(source.picture.height) + ')' +
+                                   (words.empty() ? "" : ": " + words)};
 }
 
-// For as long as this lives, the host asks whether to go on. It leaves a terminal's line clean for a message.
+/// For as long as this lives, the host asks whether to go on. It leaves a terminal's line clean for a message.
 class Watch {
 public:
     Watch(host::Host& host, ProgressLine& progress, const Interrupt& interrupt)
@@ -126,13 +126,13 @@ ProgressFrame progressFrame(const host::Session& session, const FrameArguments& 
     if (!settings)
         return frame;
     std::size_t stage = 0;
-    for (const std::int32_t calls : progressCalls(*settings))
+    for (const int32_t calls : progressCalls(*settings))
         frame.stages.push_back({stageName(stage++), calls});
     return frame;
 }
 
-std::uint64_t pixelsOf(const SourceFrame& source) {
-    return std::uint64_t{source.picture.width} * source.picture.height;
+uint64_t pixelsOf(const SourceFrame& source) {
+    return uint64_t{source.picture.width} * source.picture.height;
 }
 
 host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const FrameArguments& arguments,
@@ -154,7 +154,7 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
             result = session.render(source.image, output, request);
         });
     } catch (const host::HostError& reason) {
-        throw Failure(ExitCode::File, "cannot render " + inQuotes(source.name) + ": " + reason.what());
+        throw Failure(ExitCode::kFile, "cannot render " + inQuotes(source.name) + ": " + reason.what());
     } catch (const std::bad_alloc&) {
         throw noMemory;
     }
@@ -162,7 +162,7 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
         throw lackOfMemory(source, result.returnMsg);
     requireSuccess(result, "the effect");
     if (!result.rendered)
-        throw Failure(ExitCode::Effect, "the effect promised no pixel of the picture that it was to render");
+        throw Failure(ExitCode::kEffect, "the effect promised no pixel of the picture that it was to render");
     return output;
 }
 

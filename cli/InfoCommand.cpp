@@ -29,7 +29,7 @@ std::string lineOf(const std::string& title, const std::string& value) {
     return line + '\n';
 }
 
-// The title stands before the first line only.
+/// The title stands before the first line only.
 std::string linesOf(const std::string& title, const std::vector<std::string>& values) {
     std::string text;
     for (const std::string& value : values)
@@ -37,7 +37,7 @@ std::string linesOf(const std::string& title, const std::vector<std::string>& va
     return text.empty() ? lineOf(title, "none") : text;
 }
 
-// An effect ends its lines by CR, as dialogs want it, or by LF or both. Empty lines are left out.
+/// An effect ends its lines by CR, as dialogs want it, or by LF or both. Empty lines are left out.
 std::vector<std::string> linesIn(std::string_view text) {
     std::vector<std::string> lines;
     while (!text.empty()) {
@@ -93,7 +93,7 @@ std::string systemText() {
     return std::string(names.sysname) + ' ' + names.release + ' ' + names.machine;
 }
 
-// As the system describes the first one, where it does.
+/// As the system describes the first one, where it does.
 std::string processorName() {
     std::ifstream file("/proc/cpuinfo");
     for (std::string line; std::getline(file, line);) {

@@ -7,7 +7,7 @@
 
 namespace kovalune {
 
-// Lines of a title and a value; further lines of a value are indented. Throws Failure.
+/// Lines of a title and a value; further lines of a value are indented. Throws Failure.
 std::string infoText(const InfoArguments& arguments);
 
 } // namespace kovalune

@@ -9,7 +9,7 @@
 
 namespace kovalune {
 
-// A signal has come, and the process is to end by it once everything is in order.
+/// A signal has come, and the process is to end by it once everything is in order.
 class Interruption : public std::runtime_error {
 public:
     explicit Interruption(int signalNumber, const std::string& text = "interrupted")
@@ -21,7 +21,7 @@ private:
     int signalNumber_;
 };
 
-// One at a time in a process.
+/// One at a time in a process.
 class Interrupt {
 public:
     Interrupt();
@@ -29,20 +29,20 @@ public:
     Interrupt(const Interrupt&) = delete;
     Interrupt& operator=(const Interrupt&) = delete;
 
-    // May be asked by several threads at once.
+    /// May be asked by several threads at once.
     bool came() const { return signalNumber() != 0; }
 
-    // The first that came; 0: none.
+    /// The first that came; 0: none.
     int signalNumber() const;
 
-    // From here on the signals end the process again, and what came no longer changes.
+    /// From here on the signals end the process again, and what came no longer changes.
     void release();
 
-    // The same, and throws Interruption if a signal has come.
+    /// The same, and throws Interruption if a signal has come.
     void finish();
 
-    // Runs `body` and finishes, whatever it throws: where a signal has come, Interruption takes its place, since the
-    // loop that called the command is to end.
+    /// Runs `body` and finishes, whatever it throws: where a signal has come, Interruption takes its place, since the
+    /// loop that called the command is to end.
     void during(const std::function<void()>& body);
 };
 

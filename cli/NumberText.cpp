@@ -8,10 +8,10 @@ namespace kovalune {
 
 namespace {
 
-// Room for the largest double with all its digits before the point.
+/// Room for the largest double with all its digits before the point.
 using Letters = std::array<char, 384>;
 
-template <typename Number, typename... Form>
+template <class Number, class... Form>
 std::string written(Number number, Form... form) {
     if (std::isnan(number))
         return "nan";

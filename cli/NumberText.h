@@ -5,14 +5,14 @@
 
 namespace kovalune {
 
-// With so many digits behind the point.
+/// With so many digits behind the point.
 std::string fixedText(double number, int digits);
 
-// The shortest text that reads back as the same number.
+/// The shortest text that reads back as the same number.
 std::string shortestText(float number);
 std::string shortestText(double number);
 
-// To so many significant digits, without zeros at the end.
+/// To so many significant digits, without zeros at the end.
 std::string roundedText(double number, int digits);
 
 } // namespace kovalune

@@ -11,7 +11,7 @@ namespace kovalune {
 
 namespace {
 
-// The system's loader repeats the name in its reason.
+/// The system's loader repeats the name in its reason.
 std::string withNameShown(std::string text, const std::string& name) {
     const std::string replacement = shown(name);
     for (std::size_t at = text.find(name); at != std::string::npos;
@@ -27,22 +27,22 @@ host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(*plugin, error);
     if (error || !std::filesystem::is_regular_file(path, error))
-        throw Failure(ExitCode::File,
+        throw Failure(ExitCode::kFile,
                       "cannot load the plug-in " + inQuotes(*plugin) +
                           (error ? ": " + systemReason(error.value()) : ": it is not a file"));
     try {
         return host::EffectModule::load(path.string());
     } catch (const host::HostError& reason) {
-        throw Failure(ExitCode::File, withNameShown(reason.what(), path.string()));
+        throw Failure(ExitCode::kFile, withNameShown(reason.what(), path.string()));
     }
 }
 
-// The effect looks for them in the user's folder for settings: here, below what is no folder.
+/// The effect looks for them in the user's folder for settings: here, below what is no folder.
 void hideRememberedDefaults() {
     ::setenv("XDG_CONFIG_HOME", "/dev/null", 1);
 }
 
-// Before the effect's code is there, which may look at once.
+/// Before the effect's code is there, which may look at once.
 host::HostOptions optionsFor(int threads, bool factory) {
     if (factory)
         hideRememberedDefaults();
@@ -55,7 +55,7 @@ host::HostOptions optionsFor(int threads, bool factory) {
     return options;
 }
 
-// What left the effect's entry point. The code of such a result is not the effect's.
+/// What left the effect's entry point. The code of such a result is not the effect's.
 std::string thrownText(const host::CommandResult& result) {
     return result.thrownValue ? "the number " + std::to_string(*result.thrownValue) : result.exceptionText;
 }
@@ -74,7 +74,7 @@ void requireSuccess(const host::CommandResult& result, const std::string& action
                                               : " failed with code " + std::to_string(result.code));
     if (!result.returnMsg.empty())
         text += ": " + result.returnMsg;
-    throw Failure(ExitCode::Effect, text);
+    throw Failure(ExitCode::kEffect, text);
 }
 
 } // namespace kovalune

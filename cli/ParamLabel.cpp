@@ -13,7 +13,7 @@ namespace kovalune {
 
 namespace {
 
-// Without the blanks around colons.
+/// Without the blanks around colons.
 std::string withTightColons(std::string_view label) {
     std::string tight;
     for (std::size_t start = 0; start <= label.size();) {
@@ -27,8 +27,8 @@ std::string withTightColons(std::string_view label) {
 }
 
 struct Matches {
-    std::vector<std::size_t> settable; // by sameLabel
-    std::vector<std::size_t> exact;    // of the settable ones
+    std::vector<std::size_t> settable; ///< by sameLabel
+    std::vector<std::size_t> exact;    ///< of the settable ones
     const PF_ParamDef* other = nullptr;
 };
 
@@ -66,7 +66,7 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
             before = ", ";
         }
     }
-    throw Failure(ExitCode::Usage, text);
+    throw Failure(ExitCode::kUsage, text);
 }
 
 } // namespace
@@ -86,14 +86,14 @@ int findSettable(const std::vector<PF_ParamDef>& params, std::string_view label)
     if (matches.settable.size() == 1)
         return static_cast<int>(matches.settable.front());
     if (matches.settable.size() > 1)
-        throw Failure(ExitCode::Usage, inQuotes(label) + " is the label of " +
-                                           std::to_string(matches.settable.size()) +
-                                           " parameters and cannot tell them apart");
+        throw Failure(ExitCode::kUsage, inQuotes(label) + " is the label of " +
+                                            std::to_string(matches.settable.size()) +
+                                            " parameters and cannot tell them apart");
     if (matches.other == nullptr)
         failUnknown(params, label);
     if (matches.other->param_type == PF_Param_GROUP_START)
-        throw Failure(ExitCode::Usage, inQuotes(matches.other->name) + " is a group and has no value");
-    throw Failure(ExitCode::Usage,
+        throw Failure(ExitCode::kUsage, inQuotes(matches.other->name) + " is a group and has no value");
+    throw Failure(ExitCode::kUsage,
                   inQuotes(matches.other->name) + " is of a kind that cannot be set from the command line");
 }
 

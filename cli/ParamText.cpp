@@ -18,38 +18,38 @@ namespace {
 
 constexpr std::string_view kSeparatorStart = "(-";
 
-enum class Form { Good, Wrong, TooLarge };
+enum class Form { kGood, kWrong, kTooLarge };
 
-// Of a decimal number that no double can hold: whether it is too near to 0 rather than too far from it.
+/// Of a decimal number that no double can hold: whether it is too near to 0 rather than too far from it.
 bool isTiny(std::string_view text) {
     const std::size_t e = text.find_first_of("eE");
     const std::string_view digits = text.substr(0, e);
-    const auto point = static_cast<std::int64_t>(std::min(digits.find('.'), digits.size()));
-    const auto first = static_cast<std::int64_t>(digits.find_first_of("123456789"));
+    const auto point = static_cast<int64_t>(std::min(digits.find('.'), digits.size()));
+    const auto first = static_cast<int64_t>(digits.find_first_of("123456789"));
     std::string_view power = e == std::string_view::npos ? std::string_view("0") : text.substr(e + 1);
     if (power.starts_with('+'))
         power.remove_prefix(1);
-    std::int64_t exponent = 0;
+    int64_t exponent = 0;
     const auto [stop, error] = std::from_chars(power.data(), power.data() + power.size(), exponent);
     if (error == std::errc::result_out_of_range)
         return power.starts_with('-');
-    const std::int64_t place = first < point ? point - first - 1 : point - first;
+    const int64_t place = first < point ? point - first - 1 : point - first;
     // No text is so long that its digits would outweigh this.
-    constexpr std::int64_t kFar = std::int64_t{1} << 60;
+    constexpr int64_t kFar = int64_t{1} << 60;
     return std::clamp(exponent, -kFar, kFar) + place < 0;
 }
 
-// The whole text must be the number.
-template <typename Number>
+/// The whole text must be the number.
+template <class Number>
 Form parseNumber(std::string_view text, Number& number) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
     if (stop != end || text.empty() || error == std::errc::invalid_argument)
-        return Form::Wrong;
-    return error == std::errc::result_out_of_range ? Form::TooLarge : Form::Good;
+        return Form::kWrong;
+    return error == std::errc::result_out_of_range ? Form::kTooLarge : Form::kGood;
 }
 
-// `number` in its shortest form that reads back the same, without an exponent.
+/// `number` in its shortest form that reads back the same, without an exponent.
 std::string numberText(float number) {
     std::array<char, 64> letters{};
     const auto end =
@@ -58,20 +58,20 @@ std::string numberText(float number) {
 }
 
 [[noreturn]] void failForm(const PF_ParamDef& def, const std::string& wanted, std::string_view text) {
-    throw Failure(ExitCode::Usage, inQuotes(def.name) + " takes " + wanted + ", not " + inQuotes(text));
+    throw Failure(ExitCode::kUsage, inQuotes(def.name) + " takes " + wanted + ", not " + inQuotes(text));
 }
 
 [[noreturn]] void failRange(const PF_ParamDef& def, std::string_view text, const std::string& range) {
-    throw Failure(ExitCode::Usage,
+    throw Failure(ExitCode::kUsage,
                   inQuotes(def.name) + " cannot be " + shown(text) + ": its valid range is " + range);
 }
 
 host::ParamValue parseSlider(const PF_ParamDef& def, std::string_view text) {
     A_long number = 0;
     const Form form = parseNumber(text, number);
-    if (form == Form::Wrong)
+    if (form == Form::kWrong)
         failForm(def, "a whole number", text);
-    if (form == Form::TooLarge || number < def.u.sd.valid_min || number > def.u.sd.valid_max)
+    if (form == Form::kTooLarge || number < def.u.sd.valid_min || number > def.u.sd.valid_max)
         failRange(def, text, rangeText(def, {}));
     return number;
 }
@@ -79,15 +79,15 @@ host::ParamValue parseSlider(const PF_ParamDef& def, std::string_view text) {
 host::ParamValue parseFloatSlider(const PF_ParamDef& def, std::string_view text) {
     double number = 0.0;
     Form form = parseNumber(text, number);
-    if (form == Form::TooLarge && isTiny(text)) {
-        form = Form::Good;
+    if (form == Form::kTooLarge && isTiny(text)) {
+        form = Form::kGood;
         number = 0.0;
     }
-    if (form == Form::Wrong || std::isnan(number))
+    if (form == Form::kWrong || std::isnan(number))
         failForm(def, "a number", text);
     const auto least = static_cast<double>(def.u.fs_d.valid_min);
     const auto most = static_cast<double>(def.u.fs_d.valid_max);
-    if (form == Form::TooLarge || number < least || number > most)
+    if (form == Form::kTooLarge || number < least || number > most)
         failRange(def, text, rangeText(def, {}));
     return number;
 }
@@ -138,9 +138,9 @@ host::ParamValue parseColor(const PF_ParamDef& def, std::string_view text) {
             failForm(def, kColorForm, text);
         int channel = 0;
         const Form form = parseNumber(trimmed(rest.substr(0, comma)), channel);
-        if (form == Form::Wrong)
+        if (form == Form::kWrong)
             failForm(def, kColorForm, text);
-        if (form == Form::TooLarge || channel < 0 || channel > 255)
+        if (form == Form::kTooLarge || channel < 0 || channel > 255)
             failRange(def, text, "0 to 255 for each channel");
         channels[i] = static_cast<A_u_char>(channel);
         rest.remove_prefix(i == 2 ? rest.size() : comma + 1);
@@ -158,7 +158,7 @@ std::string colorText(const PF_Pixel& color) {
     return text;
 }
 
-// Popups count from 1. The text may hold more or fewer entries than the definition says there are.
+/// Popups count from 1. The text may hold more or fewer entries than the definition says there are.
 std::size_t choiceCount(const PF_ParamDef& def, const std::vector<std::string>& choices) {
     return std::min(static_cast<std::size_t>(std::max<A_short>(def.u.pd.num_choices, 0)), choices.size());
 }
@@ -171,7 +171,7 @@ host::ParamValue choose(const PF_ParamDef& def, const std::vector<std::string>& 
     const auto value = static_cast<A_long>(place + 1);
     const std::string refusal = choiceRefusal(def, choices, value);
     if (!refusal.empty())
-        throw Failure(ExitCode::Usage, refusal);
+        throw Failure(ExitCode::kUsage, refusal);
     return value;
 }
 
@@ -183,10 +183,10 @@ host::ParamValue parsePopup(const PF_ParamDef& def, const std::vector<std::strin
             return choose(def, choices, place);
     }
     A_long number = 0;
-    if (parseNumber(text, number) == Form::Good && number >= 1 && static_cast<std::size_t>(number) <= count)
+    if (parseNumber(text, number) == Form::kGood && number >= 1 && static_cast<std::size_t>(number) <= count)
         return choose(def, choices, static_cast<std::size_t>(number - 1));
-    throw Failure(ExitCode::Usage, inQuotes(def.name) + " has no choice " + inQuotes(text) + "; it takes " +
-                                       rangeText(def, choices));
+    throw Failure(ExitCode::kUsage, inQuotes(def.name) + " has no choice " + inQuotes(text) + "; it takes " +
+                                        rangeText(def, choices));
 }
 
 std::string choiceList(const PF_ParamDef& def, const std::vector<std::string>& choices) {
@@ -213,7 +213,7 @@ host::ParamValue parseValue(const PF_ParamDef& def, const std::vector<std::strin
     case PF_Param_POPUP:
         return parsePopup(def, choices, inner);
     default:
-        throw Failure(ExitCode::Usage, inQuotes(def.name) + " has no value");
+        throw Failure(ExitCode::kUsage, inQuotes(def.name) + " has no value");
     }
 }
 

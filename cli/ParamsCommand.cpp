@@ -32,7 +32,7 @@ Cells cellsOf(const host::Session& session, int index, std::size_t depth) {
             defaultText(def, choices, session.defaultValue(index)), rangeText(def, choices)};
 }
 
-// The table's lines; groups have their label alone.
+/// The table's lines; groups have their label alone.
 std::vector<Cells> linesOf(const host::Session& session) {
     std::vector<Cells> lines = {{"Label", "Kind", "Default", "Takes"}};
     std::size_t depth = 0;

@@ -25,7 +25,7 @@ constexpr char kSaysNothing = ';';
 constexpr std::string_view kSayNothing = ";#";
 constexpr char kWhole = ' ';
 
-// A parameter, or one of 'r', 'g', 'b' and 'a' of a colour. The whole of a colour is 'r', 'g' and 'b'.
+/// A parameter, or one of 'r', 'g', 'b' and 'a' of a colour. The whole of a colour is 'r', 'g' and 'b'.
 struct Target {
     int index = 0;
     char component = kWhole;
@@ -33,7 +33,7 @@ struct Target {
 
 struct Assignment {
     Target target;
-    host::ParamValue value; // of a component: its number
+    host::ParamValue value; ///< of a component: its number
 };
 
 const PF_ParamDef& definitionOf(const host::Session& session, int index) {
@@ -57,7 +57,7 @@ std::optional<Target> componentOf(const host::Session& session, std::string_view
     return Target{findSettable(params, color), component};
 }
 
-// For messages and ranges a component is a slider.
+/// For messages and ranges a component is a slider.
 PF_ParamDef componentDefinition(std::string_view label) {
     PF_ParamDef def{};
     def.param_type = PF_Param_SLIDER;
@@ -67,18 +67,19 @@ PF_ParamDef componentDefinition(std::string_view label) {
     return def;
 }
 
-// None for a line that says nothing.
+/// None for a line that says nothing.
 std::optional<Assignment> assignmentOf(const host::Session& session, std::string_view line) {
     const std::string_view inner = trimmed(line);
     if (inner.empty() || kSayNothing.find(inner.front()) != std::string_view::npos ||
         equalWithoutCase(inner, kSection))
         return std::nullopt;
     if (inner.front() == '[')
-        throw Failure(ExitCode::Usage, "the section " + inQuotes(inner) + " is not " + std::string(kSection));
+        throw Failure(ExitCode::kUsage,
+                      "the section " + inQuotes(inner) + " is not " + std::string(kSection));
     const std::size_t equals = inner.find('=');
     const bool isText = inner.find('\0') == std::string_view::npos;
     if (equals == std::string_view::npos || !isText)
-        throw Failure(ExitCode::Usage, "a line takes LABEL=VALUE, not " + inQuotes(inner));
+        throw Failure(ExitCode::kUsage, "a line takes LABEL=VALUE, not " + inQuotes(inner));
     const std::string_view label = trimmed(inner.substr(0, equals));
     const std::string_view value = inner.substr(equals + 1);
     if (const auto component = componentOf(session, label))
@@ -118,7 +119,7 @@ void assign(host::Session& session, const Assignment& assignment) {
     session.setValue(index, color);
 }
 
-// What lines have set so far, each with its line.
+/// What lines have set so far, each with its line.
 class Assigned {
 public:
     void note(const host::Session& session, const Target& target, int line) {
@@ -128,9 +129,9 @@ public:
              wholeColor ? std::string_view("rgb") : std::string_view(&target.component, 1)) {
             const auto [place, isNew] = lines_.emplace(std::pair(target.index, component), line);
             if (!isNew)
-                throw Failure(ExitCode::Usage, inQuotes(definitionOf(session, target.index).name) +
-                                                   " was set in line " + std::to_string(place->second) +
-                                                   " already");
+                throw Failure(ExitCode::kUsage, inQuotes(definitionOf(session, target.index).name) +
+                                                    " was set in line " + std::to_string(place->second) +
+                                                    " already");
         }
     }
 
@@ -167,7 +168,7 @@ bool readsBack(const host::Session& session, const std::string& line, int index,
     }
 }
 
-// The forms that a value has, the best to read first.
+/// The forms that a value has, the best to read first.
 std::vector<std::string> valueTexts(const host::Session& session, int index, const host::ParamValue& value) {
     if (const auto* number = std::get_if<double>(&value))
         return {shortestText(*number)};
@@ -194,7 +195,7 @@ std::string linesOf(const host::Session& session, int index) {
     return std::string(1, kSaysNothing) + ' ' + printable(label + '=' + texts.front()) + '\n';
 }
 
-// Told by its mark, or by zeros in every other byte, as ASCII has them there.
+/// Told by its mark, or by zeros in every other byte, as ASCII has them there.
 bool isUtf16(std::string_view text) {
     if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
         return true;
@@ -207,12 +208,12 @@ bool isUtf16(std::string_view text) {
 }
 
 std::string textOf(const std::filesystem::path& file) {
-    const auto checkSize = [&file](std::span<const std::uint8_t> beginning) {
+    const auto checkSize = [&file](std::span<const uint8_t> beginning) {
         if (beginning.size() > kMostParamsFileBytes)
-            throw Failure(ExitCode::File, "cannot read " + inQuotes(file.string()) + ": it is larger than " +
-                                              std::to_string(kMostParamsFileBytes) + " bytes");
+            throw Failure(ExitCode::kFile, "cannot read " + inQuotes(file.string()) + ": it is larger than " +
+                                               std::to_string(kMostParamsFileBytes) + " bytes");
     };
-    const std::vector<std::uint8_t> bytes = fileBytes(file, kMostParamsFileBytes + 1, checkSize);
+    const std::vector<uint8_t> bytes = fileBytes(file, kMostParamsFileBytes + 1, checkSize);
     return {bytes.begin(), bytes.end()};
 }
 
@@ -224,7 +225,7 @@ std::set<int> applyParamsFile(host::Session& session, const std::filesystem::pat
 
 std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name) {
     if (isUtf16(text))
-        throw Failure(ExitCode::File,
+        throw Failure(ExitCode::kFile,
                       "cannot read " + inQuotes(name) +
                           ": it is text in UTF-16, and settings are read in UTF-8; save it as that");
     if (text.starts_with(kByteOrderMark))
@@ -238,7 +239,7 @@ std::set<int> applyParamsText(host::Session& session, std::string_view text, con
             line.remove_suffix(1);
         try {
             if (line.find('\r') != std::string_view::npos)
-                throw Failure(ExitCode::Usage,
+                throw Failure(ExitCode::kUsage,
                               "it holds a bare carriage return, which ends no line; lines end as on "
                               "Linux or on Windows");
             if (const auto assignment = assignmentOf(session, line)) {

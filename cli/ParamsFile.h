@@ -16,20 +16,20 @@ namespace kovalune {
 
 inline constexpr std::size_t kMostParamsFileBytes = std::size_t{1} << 20;
 
-// Sets what the file says. Throws Failure with the file's name if it cannot be read, is larger than
-// kMostParamsFileBytes or is text in UTF-16, with the line's number too for an unknown label, a value that the
-// parameter does not take, a carriage return within the line, and a label that a line before has. Returns the indices of
-// the parameters that it names.
+/// Sets what the file says. Throws Failure with the file's name if it cannot be read, is larger than
+/// kMostParamsFileBytes or is text in UTF-16, with the line's number too for an unknown label, a value that the
+/// parameter does not take, a carriage return within the line, and a label that a line before has. Returns the indices of
+/// the parameters that it names.
 std::set<int> applyParamsFile(host::Session& session, const std::filesystem::path& file);
 
-// `name` is for messages.
+/// `name` is for messages.
 std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name);
 
-// All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
-// could not take, as a label that several parameters have, is a line that says nothing.
+/// All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
+/// could not take, as a label that several parameters have, is a line that says nothing.
 std::string paramsFileText(const host::Session& session);
 
-// The same for the parameters that `chosen` is true of, by their index.
+/// The same for the parameters that `chosen` is true of, by their index.
 std::string paramsFileText(const host::Session& session, const std::function<bool(int index)>& chosen);
 
 } // namespace kovalune

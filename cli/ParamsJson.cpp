@@ -37,7 +37,7 @@ const char* kindOf(const PF_ParamDef& def) {
     }
 }
 
-// The double of the same decimal digits: 0.1F is 0.1 and not 0.10000000149011612.
+/// The double of the same decimal digits: 0.1F is 0.1 and not 0.10000000149011612.
 double sameDigits(float number) {
     const std::string text = shortestText(number);
     double result = static_cast<double>(number);

@@ -15,10 +15,10 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::array<std::uint8_t, 3>;
+using Bytes = std::array<uint8_t, 3>;
 
-// One pixel as the effect sees it: its values, the nearest colour in 8 bits, and the one in 8 bits that the
-// effect matches by, which wraps around where a float is outside 0 to 1.
+/// One pixel as the effect sees it: its values, the nearest colour in 8 bits, and the one in 8 bits that the
+/// effect matches by, which wraps around where a float is outside 0 to 1.
 struct EffectPixel {
     std::string values;
     Bytes nearest;
@@ -28,10 +28,10 @@ struct EffectPixel {
 void checkPlace(const PickArguments& arguments, const Picture& picture) {
     if (arguments.x < picture.width && arguments.y < picture.height)
         return;
-    throw Failure(ExitCode::Usage, inQuotes(arguments.input) + " has no pixel " +
-                                       std::to_string(arguments.x) + ',' + std::to_string(arguments.y) +
-                                       ": X is 0 to " + std::to_string(picture.width - 1) + ", Y is 0 to " +
-                                       std::to_string(picture.height - 1));
+    throw Failure(ExitCode::kUsage, inQuotes(arguments.input) + " has no pixel " +
+                                        std::to_string(arguments.x) + ',' + std::to_string(arguments.y) +
+                                        ": X is 0 to " + std::to_string(picture.width - 1) + ", Y is 0 to " +
+                                        std::to_string(picture.height - 1));
 }
 
 Picture cutOut(const Picture& picture, std::size_t pixel) {
@@ -47,35 +47,35 @@ Picture cutOut(const Picture& picture, std::size_t pixel) {
     return cut;
 }
 
-std::uint8_t matchedByte(std::uint8_t value) {
+uint8_t matchedByte(uint8_t value) {
     return value;
 }
 
-std::uint8_t matchedByte(std::uint16_t value) {
-    return static_cast<std::uint8_t>((value * 255U + 16384U) >> 15);
+uint8_t matchedByte(uint16_t value) {
+    return static_cast<uint8_t>((value * 255U + 16384U) >> 15);
 }
 
-std::uint8_t matchedByte(float value) {
+uint8_t matchedByte(float value) {
     const double steps = static_cast<double>(value * 255.0F) + 0.5;
     // What no 32 bits hold, NaN too, has 0 for its low bits.
     if (!(steps > -2147483649.0 && steps < 2147483648.0))
         return 0;
-    return static_cast<std::uint8_t>(static_cast<std::int32_t>(steps));
+    return static_cast<uint8_t>(static_cast<int32_t>(steps));
 }
 
-std::uint8_t nearestOf(std::uint8_t value) {
+uint8_t nearestOf(uint8_t value) {
     return value;
 }
 
-std::uint8_t nearestOf(std::uint16_t value) {
+uint8_t nearestOf(uint16_t value) {
     return matchedByte(value);
 }
 
-std::uint8_t nearestOf(float value) {
+uint8_t nearestOf(float value) {
     return rescaled<FloatScale, FileScale8>(value);
 }
 
-template <typename Channel>
+template <class Channel>
 std::string valueOf(Channel value) {
     if constexpr (std::is_floating_point_v<Channel>)
         return shortestText(value);
@@ -83,7 +83,7 @@ std::string valueOf(Channel value) {
         return std::to_string(value);
 }
 
-template <typename Pixel>
+template <class Pixel>
 EffectPixel effectPixel(const host::Image& image, const char* white) {
     const Pixel& pixel = image.at<Pixel>(0, 0);
     return {"red " + valueOf(pixel.red) + ", green " + valueOf(pixel.green) + ", blue " +

@@ -7,8 +7,8 @@
 
 namespace kovalune {
 
-// Lines of a title and a value. Hue, lightness and saturation are those by which the effect matches colours: of
-// the colour in 8 bits. Throws Failure.
+/// Lines of a title and a value. Hue, lightness and saturation are those by which the effect matches colours: of
+/// the colour in 8 bits. Throws Failure.
 std::string pickText(const PickArguments& arguments);
 
 } // namespace kovalune

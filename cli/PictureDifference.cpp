@@ -13,14 +13,14 @@ namespace {
 
 constexpr std::size_t kNoChannel = 4; // alpha that a picture does not have
 
-// A channel of the comparison, and which sample of a pixel it is in each picture.
+/// A channel of the comparison, and which sample of a pixel it is in each picture.
 struct ComparedChannel {
     const char* name;
     std::size_t inA;
     std::size_t inB;
 };
 
-// Grey stands for all three colours.
+/// Grey stands for all three colours.
 std::size_t placeOf(std::size_t color, Channels channels) {
     return isGrey(channels) ? 0 : color;
 }
@@ -48,14 +48,14 @@ double valueAt(const Picture& picture, std::size_t pixel, std::size_t place) {
                                : sampleValue(picture, pixel * channelCount(picture.channels) + place);
 }
 
-// Samples and whites are of so few bits that the products are exact.
+/// Samples and whites are of so few bits that the products are exact.
 bool sameValue(double a, double whiteA, double b, double whiteB) {
     if (std::isnan(a) || std::isnan(b))
-        return std::bit_cast<std::uint64_t>(a) == std::bit_cast<std::uint64_t>(b);
+        return std::bit_cast<uint64_t>(a) == std::bit_cast<uint64_t>(b);
     return a * whiteB == b * whiteA;
 }
 
-// NaN outweighs every number.
+/// NaN outweighs every number.
 void keepLarger(double& largest, double other) {
     if (std::isnan(other) || other > largest)
         largest = other;
@@ -70,7 +70,7 @@ public:
             result_.largest.push_back({channel.name, 0.0, 0.0});
     }
 
-    // Whether the bytes can tell that samples are the same.
+    /// Whether the bytes can tell that samples are the same.
     bool sameForm() const { return a_.channels == b_.channels && a_.sampleType == b_.sampleType; }
 
     bool lookAt(std::size_t pixel) {

@@ -12,17 +12,17 @@ namespace kovalune {
 
 struct ChannelDifference {
     std::string name;
-    double units = 0.0;    // of the files, where both have the same sample type
-    double fraction = 0.0; // of white; NaN where one value is NaN and the other is not
+    double units = 0.0;    ///< of the files, where both have the same sample type
+    double fraction = 0.0; ///< of white; NaN where one value is NaN and the other is not
 };
 
 struct PictureDifference {
-    std::size_t pixels = 0; // that differ in any channel
-    std::size_t first = 0;  // the first of them in reading order
+    std::size_t pixels = 0; ///< that differ in any channel
+    std::size_t first = 0;  ///< the first of them in reading order
     std::vector<ChannelDifference> largest;
 };
 
-// `differing` is called for every pixel that differs, in reading order.
+/// `differing` is called for every pixel that differs, in reading order.
 PictureDifference differenceOf(const Picture& a, const Picture& b,
                                const std::function<void(std::size_t pixel)>& differing);
 

@@ -8,11 +8,11 @@
 
 namespace kovalune {
 
-// The result of `body`; throws Failure in place of std::bad_alloc.
-template <typename Body>
+/// The result of `body`; throws Failure in place of std::bad_alloc.
+template <class Body>
 auto withMemoryFor(const std::string& name, const Body& body) {
     // Made beforehand: there may be no memory for the words later.
-    const Failure noMemory(ExitCode::File, "not enough memory for the picture " + inQuotes(name));
+    const Failure noMemory(ExitCode::kFile, "not enough memory for the picture " + inQuotes(name));
     try {
         return body();
     } catch (const std::bad_alloc&) {

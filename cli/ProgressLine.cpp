@@ -14,20 +14,20 @@ namespace {
 
 constexpr std::chrono::milliseconds kPause(100);
 
-// Of the terminal; 0 where it does not tell.
+/// Of the terminal; 0 where it does not tell.
 std::size_t columns() {
     winsize size{};
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-// "4 s", "3:05 min", "1:00 h"
+/// "4 s", "3:05 min", "1:00 h"
 std::string durationText(double seconds) {
     constexpr double kLongest = 360000.0;
-    const auto whole = static_cast<std::int64_t>(std::clamp(seconds, 0.0, kLongest) + 0.5);
+    const auto whole = static_cast<int64_t>(std::clamp(seconds, 0.0, kLongest) + 0.5);
     if (whole < 60)
         return std::to_string(whole) + " s";
     const bool hours = whole >= 3600;
-    const std::int64_t smaller = hours ? whole / 60 : whole;
+    const int64_t smaller = hours ? whole / 60 : whole;
     const std::string digits = std::to_string(smaller % 60);
     return std::to_string(smaller / 60) + (digits.size() < 2 ? ":0" : ":") + digits + (hours ? " h" : " min");
 }
@@ -51,7 +51,7 @@ int callsOf(const std::vector<ProgressFrame>& frames) {
 
 } // namespace
 
-std::string progressText(double reached, std::uint64_t pixels, double seconds, const std::string& stage) {
+std::string progressText(double reached, uint64_t pixels, double seconds, const std::string& stage) {
     constexpr std::size_t kBarLetters = 20;
     constexpr double kPixelsInMegapixel = 1e6;
     const auto done = static_cast<std::size_t>(reached * static_cast<double>(kBarLetters));
@@ -69,7 +69,7 @@ std::string progressText(double reached, std::uint64_t pixels, double seconds, c
     return text;
 }
 
-ProgressLine::ProgressLine(std::vector<ProgressFrame> frames, std::uint64_t pixels, bool quiet)
+ProgressLine::ProgressLine(std::vector<ProgressFrame> frames, uint64_t pixels, bool quiet)
     : frames_(std::move(frames)), pixels_(pixels * frames_.size()),
       shown_(!quiet && ::isatty(STDERR_FILENO) == 1), callsInAll_(callsOf(frames_)) {}
 
@@ -112,7 +112,7 @@ double ProgressLine::reached(int current, int total) const {
     return std::min(share, 1.0);
 }
 
-// What makes the next report.
+/// What makes the next report.
 std::string ProgressLine::stage() const {
     int calls = 0;
     std::string name;
@@ -127,7 +127,7 @@ std::string ProgressLine::stage() const {
     return name;
 }
 
-// Cut to the terminal: a line that wraps could not be written over.
+/// Cut to the terminal: a line that wraps could not be written over.
 void ProgressLine::show(const std::string& text) {
     const std::size_t room = columns();
     const std::string line = room > 1 ? text.substr(0, room - 1) : text;

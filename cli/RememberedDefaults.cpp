@@ -21,14 +21,14 @@ namespace kovalune {
 
 namespace {
 
-// To the last bit, so that they can be compared.
+/// To the last bit, so that they can be compared.
 std::string valuesOf(const host::Session& session, bool allViews) {
     return paramsFileText(session, [&session, allViews](int index) {
         return !allViews || !sameLabel(session.params()[static_cast<std::size_t>(index)].name, kViewLabel);
     });
 }
 
-// Where new instances start, or nowhere.
+/// Where new instances start, or nowhere.
 std::string fileFor(const EffectArguments& arguments) {
     if (startsFromFactory(arguments))
         return {};
@@ -59,7 +59,7 @@ std::string readToTheEnd(int file) {
     }
 }
 
-// What the process of its own does. Whatever fails here fails in the command as well, which tells it.
+/// What the process of its own does. Whatever fails here fails in the command as well, which tells it.
 [[noreturn]] void writeFactoryValues(int file, const EffectArguments& arguments,
                                      const std::optional<std::string>& view, bool allViews) noexcept {
     bool done = false;
@@ -73,7 +73,7 @@ std::string readToTheEnd(int file) {
     ::_exit(done ? 0 : 1);
 }
 
-// None if they cannot be had.
+/// None if they cannot be had.
 std::optional<std::string> factoryValues(const EffectArguments& arguments,
                                          const std::optional<std::string>& view, bool allViews) {
     std::array<int, 2> ends{}; // to read from, to write to

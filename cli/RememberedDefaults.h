@@ -11,17 +11,17 @@ namespace kovalune {
 
 class RememberedDefaults {
 public:
-    // Before the command's own effect is opened: a process of its own finds out what the values would be without them,
-    // since the effect keeps what it has seen for as long as its process lives.
+    /// Before the command's own effect is opened: a process of its own finds out what the values would be without them,
+    /// since the effect keeps what it has seen for as long as its process lives.
     RememberedDefaults(const EffectArguments& arguments, const std::optional<std::string>& view);
 
-    // For a command that shows all views, whatever is remembered.
+    /// For a command that shows all views, whatever is remembered.
     static RememberedDefaults forAllViews(const EffectArguments& arguments) {
         return RememberedDefaults(arguments, std::nullopt, true);
     }
 
-    // One line on standard error with the file's name, if the values of `session`, which the arguments have been
-    // brought into, are others than they would be without remembered defaults.
+    /// One line on standard error with the file's name, if the values of `session`, which the arguments have been
+    /// brought into, are others than they would be without remembered defaults.
     void tellIfTheyCount(const host::Session& session) const;
 
 private:
@@ -30,7 +30,7 @@ private:
 
     std::string file_;
     bool allViews_;
-    std::optional<std::string> withoutThem_; // the values; none where they cannot count
+    std::optional<std::string> withoutThem_; ///< the values; none where they cannot count
 };
 
 } // namespace kovalune

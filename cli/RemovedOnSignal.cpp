@@ -15,7 +15,7 @@ namespace kovalune {
 
 namespace {
 
-// Longer names cannot be opened anyway.
+/// Longer names cannot be opened anyway.
 constexpr std::size_t kNameBytes = 4096;
 
 struct RemovedFile {
@@ -23,7 +23,7 @@ struct RemovedFile {
     std::atomic<bool> armed{false};
 };
 
-// What the handler reads.
+/// What the handler reads.
 std::array<RemovedFile, RemovedOnSignal::kMostAtOnce> removedFiles;
 std::atomic<bool> signalCame{false};
 static_assert(std::atomic<bool>::is_always_lock_free);

@@ -8,22 +8,22 @@
 
 namespace kovalune {
 
-// Begins before the file is made, so that there is no moment between; its name must be one that no other file can
-// have. All of them belong to one thread, and there are never more than kMostAtOnce.
+/// Begins before the file is made, so that there is no moment between; its name must be one that no other file can
+/// have. All of them belong to one thread, and there are never more than kMostAtOnce.
 class RemovedOnSignal {
 public:
     static constexpr std::size_t kMostAtOnce = 2;
 
     explicit RemovedOnSignal(const std::filesystem::path& file);
-    ~RemovedOnSignal(); // the file may stay from here on
+    ~RemovedOnSignal(); ///< the file may stay from here on
     RemovedOnSignal(const RemovedOnSignal&) = delete;
     RemovedOnSignal& operator=(const RemovedOnSignal&) = delete;
 
-    // Whether a signal has come: the process is about to end.
+    /// Whether a signal has come: the process is about to end.
     bool struck() const;
 
 private:
-    std::optional<std::size_t> place_; // among all; none for a name that is too long
+    std::optional<std::size_t> place_; ///< among all; none for a name that is too long
 };
 
 } // namespace kovalune

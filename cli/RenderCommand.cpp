@@ -19,7 +19,7 @@ namespace kovalune {
 
 namespace {
 
-// Milliseconds since it was asked last.
+/// Milliseconds since it was asked last.
 class Stopwatch {
 public:
     double lap() {
@@ -48,7 +48,7 @@ std::string timesText(const Times& times) {
 
 struct Frame {
     host::Image image;
-    std::optional<FrameReport> counts; // none of an effect from a file
+    std::optional<FrameReport> counts; ///< none of an effect from a file
 };
 
 Frame frameOf(OpenEffect& effect, const SourceFrame& source, const RenderArguments& arguments) {
@@ -62,7 +62,7 @@ Frame frameOf(OpenEffect& effect, const SourceFrame& source, const RenderArgumen
     return frame;
 }
 
-// As a file of parameters may have them.
+/// As a file of parameters may have them.
 std::string commented(const std::string& lines) {
     std::string text;
     bool atStart = true;
@@ -83,7 +83,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
     const Frame frame = frameOf(effect, source, arguments);
     times.effect = watch.lap();
     const PictureForm form = outputForm(source.picture, format, arguments.frame);
-    const std::vector<std::uint8_t> bytes =
+    const std::vector<uint8_t> bytes =
         encodePicture(format, pictureOf(frame.image, source.image, source.picture, form));
     const std::vector<std::string> notes = selectionNotes(effect.session(), named, frame.counts);
     tellNotes(notes, frame.counts, arguments.report);
@@ -107,7 +107,7 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
 void runRender(const RenderArguments& arguments) {
     const bool printsOnly = arguments.input.empty();
     const FileFormat format =
-        printsOnly ? FileFormat::Png : checkedOutputFormat(arguments.output, arguments.force);
+        printsOnly ? FileFormat::kPng : checkedOutputFormat(arguments.output, arguments.force);
     const RememberedDefaults remembered(arguments.effect, arguments.view);
     OpenEffect effect = openEffect(arguments.effect);
     const NamedParams named = applySettings(effect.session(), arguments.effect, arguments.view);

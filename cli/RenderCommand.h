@@ -5,8 +5,8 @@
 
 namespace kovalune {
 
-// Looks at the names and the settings before it reads the picture, and prints the parameters and times that are
-// asked for. Throws Failure; no picture is written then.
+/// Looks at the names and the settings before it reads the picture, and prints the parameters and times that are
+/// asked for. Throws Failure; no picture is written then.
 void runRender(const RenderArguments& arguments);
 
 } // namespace kovalune

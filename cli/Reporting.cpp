@@ -42,9 +42,9 @@ int reporting(const std::function<ExitCode()>& body) noexcept {
     } catch (const Interruption& interruption) {
         end(interruption);
     } catch (const std::bad_alloc&) {
-        return report(ExitCode::File, "not enough memory");
+        return report(ExitCode::kFile, "not enough memory");
     } catch (const std::exception& exception) {
-        return report(ExitCode::File, exception.what());
+        return report(ExitCode::kFile, exception.what());
     }
 }
 

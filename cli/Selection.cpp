@@ -36,7 +36,7 @@ bool isNamed(const host::Session& session, const NamedParams& named, const std::
     return index && named.contains(*index);
 }
 
-// Whoever switches off by name knows it.
+/// Whoever switches off by name knows it.
 bool isOffUnnamed(const host::Session& session, const NamedParams& named, const std::string& checkBox) {
     return isOn(session, checkBox) == false && !isNamed(session, named, checkBox);
 }
@@ -71,7 +71,7 @@ void addOffNotes(std::vector<std::string>& notes, const host::Session& session, 
     }
 }
 
-// Whoever named the switch too is told all the same: the view is not what it is called.
+/// Whoever named the switch too is told all the same: the view is not what it is called.
 void addViewNote(std::vector<std::string>& notes, const host::Session& session) {
     const std::optional<int> index = session.findParam(std::string(kViewLabel));
     if (!index)
@@ -121,7 +121,7 @@ std::string tableLine(const std::string& what, const std::string& color, const s
     return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
 }
 
-// Why a stage has no counts.
+/// Why a stage has no counts.
 std::string restText(const host::Session& session, std::size_t stage) {
     return isOn(session, stageSwitch(stage)) == false ? "off" : "not in this view";
 }
@@ -223,7 +223,7 @@ void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameR
 void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
                  const std::string& output) {
     if (arguments.strict && !notes.empty())
-        throw Failure(ExitCode::Effect,
+        throw Failure(ExitCode::kEffect,
                       "--strict: " + inQuotes(output) + " is not written, since " +
                           (notes.size() == 1 ? "a setting does nothing"
                                              : std::to_string(notes.size()) + " settings do nothing"));

@@ -13,22 +13,22 @@
 
 namespace kovalune {
 
-// A line for each setting of the command line that is switched off without a word, for the view of a stage that is off,
-// for each enabled colour that selects nothing and for each stage that "Keep Process" leaves nothing. `counts`: none
-// from an effect that does not report.
+/// A line for each setting of the command line that is switched off without a word, for the view of a stage that is off,
+/// for each enabled colour that selects nothing and for each stage that "Keep Process" leaves nothing. `counts`: none
+/// from an effect that does not report.
 std::vector<std::string> selectionNotes(const host::Session& session, const NamedParams& named,
                                         const std::optional<FrameReport>& counts);
 
-// A table, or JSON.
+/// A table, or JSON.
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json);
 
-// Writes the notes to standard error, and that there are no counts unless a report says so.
+/// Writes the notes to standard error, and that there are no counts unless a report says so.
 void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
                const ReportArguments& arguments);
 
-// Throws Failure if there are notes and `arguments` are strict: `output` is then not to be written. The report, which
-// shows what is wrong, is printed before.
+/// Throws Failure if there are notes and `arguments` are strict: `output` is then not to be written. The report, which
+/// shows what is wrong, is printed before.
 void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
                  const std::string& output);
 

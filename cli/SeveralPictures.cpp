@@ -20,7 +20,7 @@ bool isDigit(char letter) {
     return letter >= '0' && letter <= '9';
 }
 
-// Of "%d", "%4d" or "%04d".
+/// Of "%d", "%4d" or "%04d".
 std::optional<Place> printfPlace(std::string_view name) {
     const std::size_t start = name.find('%');
     if (start == std::string_view::npos)
@@ -33,7 +33,7 @@ std::optional<Place> printfPlace(std::string_view name) {
     return Place{start, end + 1 - start};
 }
 
-// Where a name leaves room for a number; a single # may well belong to it.
+/// Where a name leaves room for a number; a single # may well belong to it.
 std::optional<Place> numberPlace(std::string_view name) {
     const std::size_t start = name.find("##");
     if (start == std::string_view::npos)
@@ -42,7 +42,7 @@ std::optional<Place> numberPlace(std::string_view name) {
     return Place{start, end - start};
 }
 
-// Such a name as the shell's pattern for all its numbers; any PNG where it would need quotes.
+/// Such a name as the shell's pattern for all its numbers; any PNG where it would need quotes.
 std::string patternOf(std::string_view name, const Place& number) {
     std::string pattern(name);
     pattern.replace(number.start, number.size, "*");
@@ -55,10 +55,10 @@ std::string patternOf(std::string_view name, const Place& number) {
 
 void checkNoStream(const std::string& name, const std::string& rule) {
     if (name == "-")
-        throw Failure(ExitCode::Usage, rule + "; a file that is called '-' is './-'");
+        throw Failure(ExitCode::kUsage, rule + "; a file that is called '-' is './-'");
 }
 
-// The place of the number in a name that no file has.
+/// The place of the number in a name that no file has.
 std::optional<Place> openNumber(const std::string& name) {
     std::error_code error;
     return std::filesystem::exists(name, error) ? std::nullopt : numberPlace(name);
@@ -80,15 +80,15 @@ std::string loopOver(std::string_view pattern, const std::string& command) {
 void checkReadName(const std::string& name, const std::string& command) {
     checkNoStream(name, "a picture is read from a file, not from the standard input");
     if (const std::optional<Place> number = openNumber(name))
-        throw Failure(ExitCode::File, "cannot read " + inQuotes(name) +
-                                          ": there is no such file, and one command takes one picture" +
-                                          loopOver(patternOf(name, *number), command));
+        throw Failure(ExitCode::kFile, "cannot read " + inQuotes(name) +
+                                           ": there is no such file, and one command takes one picture" +
+                                           loopOver(patternOf(name, *number), command));
 }
 
 void checkWriteName(const std::string& name, const std::string& command) {
     checkNoStream(name, "a picture is written to a file, not to the standard output");
     if (openNumber(name))
-        throw Failure(ExitCode::File,
+        throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(name) +
                           ": one command writes one picture, and puts no number into its name" +
                           loopOver(kAnyPicture, command));

@@ -31,13 +31,13 @@ constexpr DrawnColor kDarkSquare = {112, 112, 112};
 constexpr DrawnColor kLightSquare = {160, 160, 160};
 
 struct View {
-    int param = 0; // the index of the parameter that has the views
+    int param = 0; ///< the index of the parameter that has the views
     A_long value = 0;
     std::string name;
-    bool isOff = false; // it would show a stage that is switched off
+    bool isOff = false; ///< it would show a stage that is switched off
 };
 
-// By the settings as they are.
+/// By the settings as they are.
 void labelOff(const host::Session& session, std::vector<View>& views) {
     for (View& view : views) {
         view.isOff = offStageOf(session, view.name).has_value();
@@ -46,7 +46,7 @@ void labelOff(const host::Session& session, std::vector<View>& views) {
     }
 }
 
-// Those that can be chosen.
+/// Those that can be chosen.
 std::vector<View> viewsOf(const host::Session& session) {
     const int index = findSettable(session.params(), kViewLabel);
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
@@ -55,21 +55,21 @@ std::vector<View> viewsOf(const host::Session& session) {
     for (const A_long value : choosable(def, choices))
         views.push_back({index, value, valueText(def, choices, value), false});
     if (views.empty())
-        throw Failure(ExitCode::Usage, "the effect has no views to draw");
+        throw Failure(ExitCode::kUsage, "the effect has no views to draw");
     return views;
 }
 
 SheetLayout layoutFor(const std::vector<View>& views, const SourceFrame& source) {
-    std::int64_t textWidth = 0;
+    int64_t textWidth = 0;
     for (const View& view : views)
         textWidth = std::max(textWidth, textSize(view.name, 1).width);
     const SheetLayout layout =
         sheetLayout(views.size(), source.picture.width, source.picture.height, textWidth, kMostPixelsASide);
-    if (std::max(layout.width(), layout.height()) > std::int64_t{kMostPixelsASide})
-        throw Failure(ExitCode::File, "the sheet of " + inQuotes(source.name) + " would be " +
-                                          std::to_string(layout.width()) + " x " +
-                                          std::to_string(layout.height()) + " pixels; a side has at most " +
-                                          std::to_string(kMostPixelsASide));
+    if (std::max(layout.width(), layout.height()) > int64_t{kMostPixelsASide})
+        throw Failure(ExitCode::kFile, "the sheet of " + inQuotes(source.name) + " would be " +
+                                           std::to_string(layout.width()) + " x " +
+                                           std::to_string(layout.height()) + " pixels; a side has at most " +
+                                           std::to_string(kMostPixelsASide));
     return layout;
 }
 
@@ -94,12 +94,12 @@ void tellSelection(const host::Session& session, const SheetArguments& arguments
     checkStrict(notes, arguments.report, arguments.output);
 }
 
-// All views on a canvas whose samples have this type.
+/// All views on a canvas whose samples have this type.
 Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const SourceFrame& source,
                    const SheetArguments& arguments, const NamedParams& named, SampleType type) {
     const SheetLayout layout = layoutFor(views, source);
-    Canvas canvas(static_cast<std::uint32_t>(layout.width()), static_cast<std::uint32_t>(layout.height()),
-                  kBackground, type);
+    Canvas canvas(static_cast<uint32_t>(layout.width()), static_cast<uint32_t>(layout.height()), kBackground,
+                  type);
     ProgressLine progress(progressFrames(effect.session(), views, arguments.frame), pixelsOf(source),
                           arguments.frame.quiet);
     for (std::size_t cell = 0; cell < views.size(); ++cell) {
@@ -120,7 +120,7 @@ Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const Sou
         progress.nextFrame();
         if (cell == 0)
             tellSelection(effect.session(), arguments, named, counts);
-        const Picture drawn = pictureOf(result, source.image, source.picture, {type, AlphaKind::Straight});
+        const Picture drawn = pictureOf(result, source.image, source.picture, {type, AlphaKind::kStraight});
         if (hasAlpha(drawn.channels))
             canvas.checker(place, (layout.margin + 1) / 2, kDarkSquare, kLightSquare);
         canvas.draw(drawn, place.left, place.top);
@@ -132,7 +132,7 @@ void drawFile(OpenEffect& effect, const std::vector<View>& views, const SheetArg
               const NamedParams& named, FileFormat format) {
     const SourceFrame source = readFrame(arguments.input, arguments.frame);
     const SampleType type = outputForm(source.picture, format, arguments.frame).sampleType;
-    const SampleType drawn = type == SampleType::Half ? SampleType::Float : type;
+    const SampleType drawn = type == SampleType::kHalf ? SampleType::kFloat : type;
     const Picture sheet = drawnSheet(effect, views, source, arguments, named, drawn);
     writeAtomically(arguments.output, encodeDrawn(arguments.output, sheet, type));
     noteLeftOut(source);

@@ -5,9 +5,9 @@
 
 namespace kovalune {
 
-// The views are those that can be chosen, in the effect's order. The sheet is opaque and of the depth that
-// `kovalune render` would write; transparent parts are laid over a checkerboard. Throws Failure, also where the
-// sheet would be too large; nothing is written then.
+/// The views are those that can be chosen, in the effect's order. The sheet is opaque and of the depth that
+/// `kovalune render` would write; transparent parts are laid over a checkerboard. Throws Failure, also where the
+/// sheet would be too large; nothing is written then.
 void runSheet(const SheetArguments& arguments);
 
 } // namespace kovalune

@@ -4,14 +4,14 @@
 
 namespace kovalune {
 
-SheetLayout sheetLayout(std::size_t count, std::int64_t width, std::int64_t height, std::int64_t textWidth,
-                        std::int64_t mostASide) {
+SheetLayout sheetLayout(std::size_t count, int64_t width, int64_t height, int64_t textWidth,
+                        int64_t mostASide) {
     constexpr std::size_t kMostColumns = 4;
-    constexpr std::int64_t kPixelsADot = 320; // of the picture's longer side
-    constexpr std::int64_t kMarginDots = 8;
-    constexpr std::int64_t kLineDots = 14; // a line of text and the room below it
+    constexpr int64_t kPixelsADot = 320; // of the picture's longer side
+    constexpr int64_t kMarginDots = 8;
+    constexpr int64_t kLineDots = 14; // a line of text and the room below it
     SheetLayout layout;
-    layout.textScale = std::max<std::int64_t>(std::max(width, height) / kPixelsADot, 1);
+    layout.textScale = std::max<int64_t>(std::max(width, height) / kPixelsADot, 1);
     layout.margin = kMarginDots * layout.textScale;
     layout.lineHeight = kLineDots * layout.textScale;
     layout.columnWidth = std::max(width, textWidth * layout.textScale);

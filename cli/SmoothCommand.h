@@ -5,7 +5,7 @@
 
 namespace kovalune {
 
-// Throws Failure; nothing is written then.
+/// Throws Failure; nothing is written then.
 void runSmooth(const SmoothArguments& arguments);
 
 } // namespace kovalune

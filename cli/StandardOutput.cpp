@@ -9,7 +9,7 @@ namespace kovalune {
 void printOut(std::string_view text) {
     const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
     if (!written || std::fflush(stdout) != 0)
-        throw Failure(ExitCode::File, "cannot write to the standard output");
+        throw Failure(ExitCode::kFile, "cannot write to the standard output");
 }
 
 } // namespace kovalune

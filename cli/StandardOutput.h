@@ -5,7 +5,7 @@
 
 namespace kovalune {
 
-// All of it has left the process at the end. Throws Failure if it cannot be written.
+/// All of it has left the process at the end. Throws Failure if it cannot be written.
 void printOut(std::string_view text);
 
 } // namespace kovalune

@@ -7,13 +7,13 @@
 
 namespace kovalune {
 
-enum class TerminalColors { None, Indexed256, True };
+enum class TerminalColors { kNone, kIndexed256, kTrue };
 
-// None where the standard output is no terminal or NO_COLOR is set to anything; otherwise as COLORTERM and TERM
-// say.
+/// None where the standard output is no terminal or NO_COLOR is set to anything; otherwise as COLORTERM and TERM
+/// say.
 TerminalColors terminalColors();
 
-// Empty where the terminal has no colours.
-std::string swatch(const std::array<std::uint8_t, 3>& rgb, TerminalColors colors);
+/// Empty where the terminal has no colours.
+std::string swatch(const std::array<uint8_t, 3>& rgb, TerminalColors colors);
 
 } // namespace kovalune

@@ -18,13 +18,13 @@ namespace {
 
 constexpr char kOutput[] = "--output";
 
-// Ends the messages that tell nothing else to write.
+/// Ends the messages that tell nothing else to write.
 std::string usageHint(const std::string& command) {
     return "; 'kovalune " + (command.empty() ? "" : command + ' ') + "--help' shows the usage";
 }
 
 [[noreturn]] void fail(const std::string& text) {
-    throw Failure(ExitCode::Usage, text);
+    throw Failure(ExitCode::kUsage, text);
 }
 
 std::vector<std::string> commandNames(const CLI::App& app) {
@@ -34,7 +34,7 @@ std::vector<std::string> commandNames(const CLI::App& app) {
     return names;
 }
 
-// The names that a word on the command line may have.
+/// The names that a word on the command line may have.
 std::vector<std::string> optionNames(const CLI::App& command) {
     std::vector<std::string> names;
     for (const CLI::Option* option : command.get_options()) {
@@ -44,7 +44,7 @@ std::vector<std::string> optionNames(const CLI::App& command) {
     return names;
 }
 
-// Of the names, one that the word begins, or else the nearest; empty if none is near.
+/// Of the names, one that the word begins, or else the nearest; empty if none is near.
 std::string meantBy(const std::string& word, const std::vector<std::string>& names) {
     constexpr std::size_t kLeast = 4; // "--o" may be anything
     for (const std::string& name : names) {
@@ -55,14 +55,14 @@ std::string meantBy(const std::string& word, const std::vector<std::string>& nam
     return near.empty() ? "" : near.front();
 }
 
-// A question if something may have been meant, else the hint.
+/// A question if something may have been meant, else the hint.
 std::string suggestion(const std::string& word, const std::vector<std::string>& names,
                        const std::string& command) {
     const std::string meant = meantBy(word, names);
     return meant.empty() ? usageHint(command) : "; did you mean " + inQuotes(meant) + "?";
 }
 
-// The short name that a word begins with, its value may follow in the same word; empty if there is none.
+/// The short name that a word begins with, its value may follow in the same word; empty if there is none.
 std::string shortNameIn(const std::string& word, const CLI::App& command) {
     for (const CLI::Option* option : command.get_options()) {
         for (const std::string& letter : option->get_snames()) {
@@ -73,7 +73,7 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
     return {};
 }
 
-// The parser knows the command's options behind it alone, so one of them here stood in front of it.
+/// The parser knows the command's options behind it alone, so one of them here stood in front of it.
 [[noreturn]] void failUnknownOption(const CLI::App& command, const std::string& word) {
     const std::string name = word.substr(0, word.find('='));
     const std::vector<std::string> names = optionNames(command);
@@ -85,7 +85,7 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
          suggestion(name, names, command.get_name()));
 }
 
-// Words that are neither options nor have a place.
+/// Words that are neither options nor have a place.
 [[noreturn]] void failExtra(const CLI::App& command, const std::vector<std::string>& words) {
     const std::string& name = command.get_name();
     const std::string several = loopOver(kAnyPicture, name);
@@ -98,7 +98,7 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
     fail(text + (lacksOutput && words.size() == 1 ? "; the picture to write stands behind -o" : several));
 }
 
-// The option had too many values or none.
+/// The option had too many values or none.
 [[noreturn]] void failCount(const CLI::App& command, const std::string& text) {
     const std::string name = text.substr(0, text.find(':'));
     const CLI::Option* const option = command.get_option_no_throw(name);
@@ -112,13 +112,13 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
     fail(name + " needs a value behind it" + hint);
 }
 
-// An option without a value was given one: "Could not convert: --quiet = loud".
+/// An option without a value was given one: "Could not convert: --quiet = loud".
 [[noreturn]] void failFlag(std::string_view text) {
     const std::size_t start = std::min(text.find('-'), text.size());
     fail(std::string(text.substr(start, text.find(' ', start) - start)) + " takes no value");
 }
 
-// The value of "--set VALUE" or "--set=VALUE" at this place, and the place behind it.
+/// The value of "--set VALUE" or "--set=VALUE" at this place, and the place behind it.
 struct Setting {
     std::string_view value;
     std::size_t behind = 0;
@@ -136,7 +136,7 @@ bool settingAt(std::span<const char* const> words, std::size_t at, Setting& sett
     return true;
 }
 
-// What a setting was before the shell cut it at its blanks; empty if it is whole.
+/// What a setting was before the shell cut it at its blanks; empty if it is whole.
 std::string uncut(std::span<const char* const> words, const Setting& setting) {
     constexpr std::size_t kMostWords = 6; // as in "1 : Boundary Blur = 3"
     std::string text(setting.value);
@@ -151,7 +151,7 @@ std::string uncut(std::span<const char* const> words, const Setting& setting) {
     return {};
 }
 
-// Whether a choice "Process 1" was cut behind its word.
+/// Whether a choice "Process 1" was cut behind its word.
 bool isCutProcess(std::string_view value, std::span<const char* const> words, std::size_t behind) {
     constexpr std::string_view kProcess = "process";
     const std::string folded = foldedCase(value);

@@ -22,7 +22,7 @@ using namespace kovalune;
 
 ExitCode printed(const Comparison& comparison) {
     printOut(comparison.text);
-    return comparison.same ? ExitCode::Success : ExitCode::Different;
+    return comparison.same ? ExitCode::kSuccess : ExitCode::kDifferent;
 }
 
 ExitCode run(const Arguments& arguments) {
@@ -46,7 +46,7 @@ ExitCode run(const Arguments& arguments) {
         return printed(compareFiles(*compare));
     else
         printOut(std::get<ShownText>(arguments).text);
-    return ExitCode::Success;
+    return ExitCode::kSuccess;
 }
 
 } // namespace

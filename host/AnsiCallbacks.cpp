@@ -21,12 +21,12 @@ void logPlain(const char* call) noexcept {
 
 #if defined(_WIN32)
 
-// Programs start in the "C" locale there, and no part of this host leaves it.
+/// Programs start in the "C" locale there, and no part of this host leaves it.
 class PlainLocaleScope {};
 
 #else
 
-// Numbers with a decimal point on this thread, whatever locale the program has set.
+/// Numbers with a decimal point on this thread, whatever locale the program has set.
 class PlainLocaleScope {
 public:
     PlainLocaleScope() : previous_(uselocale(plain())) {}
@@ -35,7 +35,7 @@ public:
     PlainLocaleScope& operator=(const PlainLocaleScope&) = delete;
 
 private:
-    // Kept to the end of the program. Null for want of memory, which then changes nothing.
+    /// Kept to the end of the program. Null for want of memory, which then changes nothing.
     static locale_t plain() {
         static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
         return locale;
@@ -51,7 +51,7 @@ int printPlainly(A_char* buffer, const A_char* format, std::va_list arguments) {
     return std::vsprintf(buffer, format, arguments);
 }
 
-// The interface gives no size: room for the text is the effect's care.
+/// The interface gives no size: room for the text is the effect's care.
 int printText(A_char* buffer, const A_char* format, ...) {
     logPlain("sprintf");
     std::va_list arguments;

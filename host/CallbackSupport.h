@@ -13,8 +13,8 @@
 
 namespace kovalune::host {
 
-// The values with blanks between them.
-template <typename... Values>
+/// The values with blanks between them.
+template <class... Values>
 std::string joined(const Values&... values) {
     std::ostringstream text;
     const char* gap = "";
@@ -26,15 +26,15 @@ inline std::string noArguments() {
     return {};
 }
 
-// `arguments` gives the text for the log and is called only where a log is kept.
-template <typename Arguments>
+/// `arguments` gives the text for the log and is called only where a log is kept.
+template <class Arguments>
 void logCall(CommandContext& context, const char* call, const Arguments& arguments) {
     if (context.host.options.recordCalls)
         context.host.ledger.addCall(call, arguments());
 }
 
-// `body`'s result, or `onException` for what it throws: in practice a lack of memory.
-template <typename Result, typename Body>
+/// `body`'s result, or `onException` for what it throws: in practice a lack of memory.
+template <class Result, class Body>
 Result shielded(Result onException, const Body& body) noexcept {
     try {
         return body();
@@ -43,7 +43,7 @@ Result shielded(Result onException, const Body& body) noexcept {
     }
 }
 
-template <typename Body>
+template <class Body>
 void shielded(const Body& body) noexcept {
     try {
         body();
@@ -52,8 +52,8 @@ void shielded(const Body& body) noexcept {
     }
 }
 
-// A fallible call of a known context. `onFault` runs when the planned fault refuses it.
-template <typename Arguments, typename Body, typename OnFault>
+/// A fallible call of a known context. `onFault` runs when the planned fault refuses it.
+template <class Arguments, class Body, class OnFault>
 PF_Err admitted(CommandContext& context, const char* call, const Arguments& arguments, const Body& body,
                 const OnFault& onFault) {
     logCall(context, call, arguments);
@@ -64,8 +64,8 @@ PF_Err admitted(CommandContext& context, const char* call, const Arguments& argu
     return body(context);
 }
 
-// A fallible callback with an effect reference: body(context) gives its code.
-template <typename Arguments, typename Body, typename OnFault>
+/// A fallible callback with an effect reference: body(context) gives its code.
+template <class Arguments, class Body, class OnFault>
 PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments, const Body& body,
                    const OnFault& onFault) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
@@ -76,14 +76,14 @@ PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& argu
     });
 }
 
-template <typename Arguments, typename Body>
+template <class Arguments, class Body>
 PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments,
                    const Body& body) noexcept {
     return countedCall(call, reference, arguments, body, [](CommandContext&) {});
 }
 
-// A fallible callback without one: it belongs to the command that this thread works for.
-template <typename Arguments, typename Body>
+/// A fallible callback without one: it belongs to the command that this thread works for.
+template <class Arguments, class Body>
 PF_Err countedCall(const char* call, const Arguments& arguments, const Body& body) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = currentContext();
@@ -93,7 +93,7 @@ PF_Err countedCall(const char* call, const Arguments& arguments, const Body& bod
     });
 }
 
-// A text that a template can take as an argument.
+/// A text that a template can take as an argument.
 template <std::size_t Size>
 struct CallName {
     consteval CallName(const char (&letters)[Size]) {
@@ -103,21 +103,21 @@ struct CallName {
     char text[Size];
 };
 
-// What a host of a later interface writes after a record that it knows as a longer one.
-template <typename Record>
+/// What a host of a later interface writes after a record that it knows as a longer one.
+template <class Record>
 void writeExtraBytes(const CommandContext& context, Record* record) {
     constexpr int kPattern = 0xA5;
     std::memset(static_cast<void*>(record + 1), kPattern,
                 static_cast<std::size_t>(context.host.options.extraRecordBytes));
 }
 
-// Books the call of a function that this host does not have.
+/// Books the call of a function that this host does not have.
 void bookUnsupported(const char* call) noexcept;
 
-// Fills a slot of any signature with a function that refuses: `slot = Unsupported<"blend">::call`.
+/// Fills a slot of any signature with a function that refuses: `slot = Unsupported<"blend">::call`.
 template <CallName Name>
 struct Unsupported {
-    template <typename... Arguments>
+    template <class... Arguments>
     static PF_Err call(Arguments...) {
         bookUnsupported(Name.text);
         return PF_Err_INVALID_CALLBACK;

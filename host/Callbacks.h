@@ -8,7 +8,7 @@ namespace kovalune::host {
 
 PF_InteractCallbacks interactCallbacks();
 
-// One table for all commands, as the interface has it by pointer.
+/// One table for all commands, as the interface has it by pointer.
 PF_UtilCallbacks* utilCallbacks();
 
 } // namespace kovalune::host

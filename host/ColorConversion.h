@@ -6,7 +6,7 @@
 
 namespace kovalune::host {
 
-// Rounds each result to the nearest step, halves up. The alpha of `colour` is not looked at.
+/// Rounds each result to the nearest step, halves up. The alpha of `colour` is not looked at.
 void rgbToHls(const PF_Pixel& colour, PF_Fixed hls[3]);
 
 } // namespace kovalune::host

@@ -21,14 +21,14 @@ std::mutex& liveMutex() {
     return mutex;
 }
 
-// The running commands of all hosts by their references.
+/// The running commands of all hosts by their references.
 std::unordered_map<PF_ProgPtr, CommandContext*>& liveContexts() {
     static std::unordered_map<PF_ProgPtr, CommandContext*> contexts;
     return contexts;
 }
 
 PF_ProgPtr nextReference() {
-    static std::atomic<std::uintptr_t> last{0};
+    static std::atomic<uintptr_t> last{0};
     return std::bit_cast<PF_ProgPtr>(++last);
 }
 
@@ -59,7 +59,7 @@ CommandContext::~CommandContext() {
 void CommandContext::fillLayer(PF_ParamDef& def) const {
     if (inputLayer != nullptr)
         def.u.ld = *inputLayer;
-    if (const std::optional<std::uint32_t> word = host.options.firstLayerWord)
+    if (const std::optional<uint32_t> word = host.options.firstLayerWord)
         std::memcpy(&def.u, &*word, sizeof *word);
 }
 

@@ -12,10 +12,10 @@ namespace kovalune::host {
 
 class EffectModule {
 public:
-    // Throws HostError for a null pointer.
+    /// Throws HostError for a null pointer.
     static EffectModule linked(PF_EntryPoint entry);
 
-    // Loads the file and takes its EntryPointFunc; throws HostError with the system's reason.
+    /// Loads the file and takes its EntryPointFunc; throws HostError with the system's reason.
     static EffectModule load(const std::string& path);
 
     EffectModule(EffectModule&&) noexcept = default;
@@ -25,11 +25,11 @@ public:
     ~EffectModule();
 
     PF_EntryPoint entry() const { return entry_; }
-    const std::string& path() const { return path_; }     // empty if linked
-    void* systemHandle() const { return library_.get(); } // null if linked
+    const std::string& path() const { return path_; }     ///< empty if linked
+    void* systemHandle() const { return library_.get(); } ///< null if linked
 
-    // Taken for every command but PF_Cmd_SMART_RENDER: effects read their parameters unguarded. All modules
-    // with the same entry point share one, since they share the effect's statics.
+    /// Taken for every command but PF_Cmd_SMART_RENDER: effects read their parameters unguarded. All modules
+    /// with the same entry point share one, since they share the effect's statics.
     std::mutex& commandMutex() const { return *commandMutex_; }
 
 private:

@@ -12,10 +12,10 @@ inline constexpr std::byte kPoisonByte{0xCD};
 
 void fillBytes(std::byte* bytes, std::size_t count, std::byte value);
 
-// Whether all bytes still hold `value`.
+/// Whether all bytes still hold `value`.
 bool bytesIntact(const std::byte* bytes, std::size_t count, std::byte value);
 
-// Do nothing in builds without AddressSanitizer.
+/// Do nothing in builds without AddressSanitizer.
 void closeMemory(const void* bytes, std::size_t count);
 void openMemory(const void* bytes, std::size_t count);
 

@@ -12,8 +12,8 @@ bool fitsMemory(A_HandleSize size) {
     return size <= std::numeric_limits<std::size_t>::max() / 2;
 }
 
-// A call that cannot fail but is logged; nothing happens outside of a command.
-template <typename Body>
+/// A call that cannot fail but is logged; nothing happens outside of a command.
+template <class Body>
 void plainCall(const char* call, const Body& body) noexcept {
     shielded([&] {
         if (CommandContext* context = currentContext()) {

@@ -21,14 +21,14 @@ std::string damageText(const MemoryBlock& block) {
 
 } // namespace
 
-// `data` is what a PF_Handle points to.
+/// `data` is what a PF_Handle points to.
 struct HandleStore::Block {
     Block() = default;
     ~Block() { openMemory(&data, sizeof data); }
     Block(const Block&) = delete;
     Block& operator=(const Block&) = delete;
 
-    // From here on the block only keeps its address from being given out again.
+    /// From here on the block only keeps its address from being given out again.
     void bury() {
         data = nullptr;
         closeMemory(&data, sizeof data);

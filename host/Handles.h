@@ -19,8 +19,8 @@ namespace kovalune::host {
 class Ledger;
 
 struct HandleBalance {
-    int live = 0;  // without the host's own
-    int locks = 0; // of all
+    int live = 0;  ///< without the host's own
+    int locks = 0; ///< of all
 };
 
 class HandleStore {
@@ -30,10 +30,10 @@ public:
     HandleStore(const HandleStore&) = delete;
     HandleStore& operator=(const HandleStore&) = delete;
 
-    // Null without memory.
+    /// Null without memory.
     PF_Handle make(std::size_t bytes, const HostOptions& options);
 
-    // Wrong handles are booked as misuse; lock then gives null, size 0, resize BAD_CALLBACK_PARAM.
+    /// Wrong handles are booked as misuse; lock then gives null, size 0, resize BAD_CALLBACK_PARAM.
     void* lock(PF_Handle handle);
     void unlock(PF_Handle handle);
     void dispose(PF_Handle handle, const HostOptions& options);
@@ -42,10 +42,10 @@ public:
 
     bool isLive(PF_Handle handle) const;
 
-    // A handle in the host's own keeping is not counted as the effect's.
+    /// A handle in the host's own keeping is not counted as the effect's.
     void setHostOwned(PF_Handle handle, bool owned);
 
-    // The bytes of a live handle, for the host's own reading.
+    /// The bytes of a live handle, for the host's own reading.
     std::vector<std::byte> contents(PF_Handle handle) const;
 
     HandleBalance balance() const;
@@ -54,14 +54,14 @@ public:
 private:
     struct Block;
 
-    Block* locate(PF_Handle handle) const; // with mutex_ held
+    Block* locate(PF_Handle handle) const; ///< with mutex_ held
     void bookUnknown(const char* what) const;
 
     MemoryPool& pool_;
     Ledger& ledger_;
     mutable std::mutex mutex_;
     std::unordered_map<const void*, std::unique_ptr<Block>> blocks_;
-    std::vector<std::unique_ptr<Block>> dead_; // disposed of under audit; their memory is gone already
+    std::vector<std::unique_ptr<Block>> dead_; ///< disposed of under audit; their memory is gone already
 };
 
 } // namespace kovalune::host

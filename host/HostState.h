@@ -15,7 +15,7 @@
 
 namespace kovalune::host {
 
-// Throws HostError for values out of range.
+/// Throws HostError for values out of range.
 void checkOptions(const HostOptions& options);
 
 struct HostState {
@@ -27,10 +27,10 @@ struct HostState {
     SuiteLedger suites;
     ThreadPool threads;
 
-    int threadCount() const;    // 1 to 64
-    int iterationCount() const; // what PF_Iterations_ONCE_PER_PROCESSOR means
+    int threadCount() const;    ///< 1 to 64
+    int iterationCount() const; ///< what PF_Iterations_ONCE_PER_PROCESSOR means
 
-    FaultPlan takePlan(); // the armed faults, which are spent with it
+    FaultPlan takePlan(); ///< the armed faults, which are spent with it
     void armFaults(const FaultPlan& plan);
     void noteEnded(const Operation& operation);
     int lastCallsCounted() const;

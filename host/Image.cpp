@@ -29,7 +29,7 @@ Image::Image(PF_PixelFormat format, A_long width, A_long height)
     const std::size_t pixelBytes = bytesPerPixel(format);
     if (width < 0 || height < 0)
         throw HostError("a picture cannot have a negative side");
-    const auto bytes = static_cast<std::uint64_t>(width) * static_cast<std::uint64_t>(height) * pixelBytes;
+    const auto bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * pixelBytes;
     if (bytes > std::numeric_limits<std::size_t>::max() / 2)
         throw HostError("a picture of this size does not fit in memory");
     rowBytes_ = static_cast<std::size_t>(width) * pixelBytes;

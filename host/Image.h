@@ -9,17 +9,17 @@
 
 namespace kovalune::host {
 
-// 4, 8 or 16; throws HostError for anything but the three formats.
+/// 4, 8 or 16; throws HostError for anything but the three formats.
 std::size_t bytesPerPixel(PF_PixelFormat format);
 
-// 8, 16 or 32; throws HostError like bytesPerPixel.
+/// 8, 16 or 32; throws HostError like bytesPerPixel.
 short bitsPerChannel(PF_PixelFormat format);
 
 class Image {
 public:
     Image() = default;
 
-    // Transparent black. Throws HostError for a negative side or an unknown format.
+    /// Transparent black. Throws HostError for a negative side or an unknown format.
     Image(PF_PixelFormat format, A_long width, A_long height);
 
     PF_PixelFormat format() const { return format_; }
@@ -31,17 +31,17 @@ public:
     std::byte* row(A_long y) { return bytes_.data() + rowOffset(y); }
     const std::byte* row(A_long y) const { return bytes_.data() + rowOffset(y); }
 
-    // Pixel is PF_Pixel, PF_Pixel16 or PF_PixelFloat, as the format says.
-    template <typename Pixel>
+    /// Pixel is PF_Pixel, PF_Pixel16 or PF_PixelFloat, as the format says.
+    template <class Pixel>
     Pixel& at(A_long x, A_long y) {
         return static_cast<Pixel*>(static_cast<void*>(row(y)))[x];
     }
-    template <typename Pixel>
+    template <class Pixel>
     const Pixel& at(A_long x, A_long y) const {
         return static_cast<const Pixel*>(static_cast<const void*>(row(y)))[x];
     }
 
-    // Same format, size and bytes; a float NaN thus equals itself.
+    /// Same format, size and bytes; a float NaN thus equals itself.
     friend bool operator==(const Image& a, const Image& b) = default;
 
 private:

@@ -9,14 +9,14 @@ namespace kovalune::host {
 
 namespace {
 
-// A time in another scale in units of the host's own, towards the past.
+/// A time in another scale in units of the host's own, towards the past.
 A_long hostTime(A_long time, A_u_long scale, A_u_long hostScale) {
     if (scale == hostScale)
         return time;
-    const std::int64_t scaled = std::int64_t{time} * hostScale;
-    const std::int64_t floored = scaled / scale - (scaled % scale < 0 ? 1 : 0);
-    return static_cast<A_long>(std::clamp<std::int64_t>(floored, std::numeric_limits<A_long>::min(),
-                                                        std::numeric_limits<A_long>::max()));
+    const int64_t scaled = int64_t{time} * hostScale;
+    const int64_t floored = scaled / scale - (scaled % scale < 0 ? 1 : 0);
+    return static_cast<A_long>(
+        std::clamp<int64_t>(floored, std::numeric_limits<A_long>::min(), std::numeric_limits<A_long>::max()));
 }
 
 PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long step, A_u_long scale,

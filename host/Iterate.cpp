@@ -13,7 +13,7 @@ namespace kovalune::host {
 
 namespace {
 
-// Empty: the passes run in the order of their numbers.
+/// Empty: the passes run in the order of their numbers.
 std::vector<A_long> passOrder(CommandContext& context, A_long count) {
     if (!context.host.options.shuffleIterations)
         return {};
@@ -26,7 +26,7 @@ std::vector<A_long> passOrder(CommandContext& context, A_long count) {
     return order;
 }
 
-// The first code by number that a set of passes gave.
+/// The first code by number that a set of passes gave.
 class FirstFailure {
 public:
     bool any() const { return any_; }

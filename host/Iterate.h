@@ -5,7 +5,7 @@
 
 namespace kovalune::host {
 
-// After a pass has failed no further one begins; of several that failed the lowest number's code counts.
+/// After a pass has failed no further one begins; of several that failed the lowest number's code counts.
 PF_Err iterateGeneric(A_long iterations, void* refcon, PF_IterateGenericFunc pass);
 
 } // namespace kovalune::host

@@ -9,22 +9,22 @@ namespace kovalune::host {
 
 struct HostState;
 
-// A world of the host's own with the picture's pixels at `place`, transparent black where there is no
-// picture. BAD_CALLBACK_PARAM for a size that no world has, OUT_OF_MEMORY without memory.
+/// A world of the host's own with the picture's pixels at `place`, transparent black where there is no
+/// picture. BAD_CALLBACK_PARAM for a size that no world has, OUT_OF_MEMORY without memory.
 PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& place, PF_EffectWorld& world);
 
-// Turns a code of makeLayerWorld into what a render's caller gets: std::bad_alloc without memory, HostError
-// for a size that the caller's options led to.
+/// Turns a code of makeLayerWorld into what a render's caller gets: std::bad_alloc without memory, HostError
+/// for a size that the caller's options led to.
 void requireWorld(PF_Err code);
 
-// Gives an input world back, booking a change of its pixels where there is an audit.
+/// Gives an input world back, booking a change of its pixels where there is an audit.
 void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
                     const PF_EffectWorld& world);
 
-// The two worlds of the one-step render.
+/// The two worlds of the one-step render.
 class LegacyWorlds {
 public:
-    // Throws as requireWorld does.
+    /// Throws as requireWorld does.
     LegacyWorlds(HostState& host, const Image& input, const Image& output);
     LegacyWorlds(const LegacyWorlds&) = delete;
     LegacyWorlds& operator=(const LegacyWorlds&) = delete;

@@ -16,13 +16,13 @@ public:
     void addGuardDamage(std::string text);
     void addCall(std::string call, std::string arguments);
 
-    // Check-outs that were still open when their command ended; `byFault`: the host refused to take them
-    // back.
+    /// Check-outs that were still open when their command ended; `byFault`: the host refused to take them
+    /// back.
     void leaveParamCheckouts(int count, int byFault);
     void leaveLayerCheckouts(int count, int byFault);
     void addStrayCheckin();
 
-    // Fills in what this book holds; what lives elsewhere is the caller's to add.
+    /// Fills in what this book holds; what lives elsewhere is the caller's to add.
     AuditReport report() const;
     std::vector<CallRecord> calls() const;
     void clearCalls();

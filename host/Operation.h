@@ -15,10 +15,10 @@ class Operation {
 public:
     explicit Operation(const FaultPlan& plan) : plan_(plan) {}
 
-    // Counts one fallible call; the code if this is the call that is to fail.
+    /// Counts one fallible call; the code if this is the call that is to fail.
     std::optional<PF_Err> strike(const char* call);
 
-    // Counts one progress call; true from the planned one on, and after cancel().
+    /// Counts one progress call; true from the planned one on, and after cancel().
     bool progressCancelled();
 
     void cancel() { cancelled_ = true; }
@@ -29,7 +29,7 @@ public:
     std::string failedCall() const;
     bool faultStruck() const { return faultStruck_; }
 
-    // Numbers the iterate_generic calls from 0, so that each is shuffled in its own way.
+    /// Numbers the iterate_generic calls from 0, so that each is shuffled in its own way.
     unsigned nextIterateCall() { return iterateCalls_++; }
 
 private:

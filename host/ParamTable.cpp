@@ -18,16 +18,16 @@ bool holdsValue(PF_ParamType type) {
            type == PF_Param_FLOAT_SLIDER || type == PF_Param_COLOR;
 }
 
-// Where a registered value lies outside its valid range, as one read from a damaged settings file may, the
-// nearest one inside it; NaN becomes the lower limit.
-template <typename Value, typename Limit>
+/// Where a registered value lies outside its valid range, as one read from a damaged settings file may, the
+/// nearest one inside it; NaN becomes the lower limit.
+template <class Value, class Limit>
 Value withinLimits(Value value, Limit lowest, Limit highest) {
     const auto low = static_cast<Value>(lowest);
     const auto high = static_cast<Value>(highest);
     return value >= low ? std::min(value, std::max(low, high)) : low;
 }
 
-// The float slider's value and not its `dephault`, which is the same number in single precision.
+/// The float slider's value and not its `dephault`, which is the same number in single precision.
 ParamValue defaultOf(const PF_ParamDef& def) {
     switch (def.param_type) {
     case PF_Param_SLIDER:
@@ -46,7 +46,7 @@ ParamValue defaultOf(const PF_ParamDef& def) {
     }
 }
 
-// The value's kind must be the one of the definition's type.
+/// The value's kind must be the one of the definition's type.
 void putValue(PF_ParamDef& def, const ParamValue& value) {
     switch (def.param_type) {
     case PF_Param_SLIDER:
@@ -88,7 +88,7 @@ ParamValue valueOf(const PF_ParamDef& def) {
     }
 }
 
-// A key holds until the next one, and the first one holds before itself too.
+/// A key holds until the next one, and the first one holds before itself too.
 const ParamValue& ParamTable::Track::at(A_long time) const {
     if (keys.empty())
         return constant;

@@ -13,29 +13,29 @@
 
 namespace kovalune::host {
 
-// The value that a definition holds. Throws HostError for types without one.
+/// The value that a definition holds. Throws HostError for types without one.
 ParamValue valueOf(const PF_ParamDef& def);
 
 class ParamTable {
 public:
-    ParamTable(); // holds entry 0, the input layer
+    ParamTable(); ///< holds entry 0, the input layer
 
-    // The host's add_param: an index of -1 appends, as does the number of entries; others are INVALID_INDEX.
-    // The value starts at the default. Texts behind pointers are copied.
+    /// The host's add_param: an index of -1 appends, as does the number of entries; others are INVALID_INDEX.
+    /// The value starts at the default. Texts behind pointers are copied.
     PF_Err add(PF_ParamIndex index, const PF_ParamDef& def);
 
-    // Takes over what takeUi does.
+    /// Takes over what takeUi does.
     PF_Err updateUi(PF_ParamIndex index, const PF_ParamDef& def);
 
     A_long size() const;
 
-    // With the value at that time. The index must be in range.
+    /// With the value at that time. The index must be in range.
     PF_ParamDef definitionAt(A_long index, A_long time) const;
     std::vector<PF_ParamDef> definitionsAt(A_long time) const;
 
     const std::vector<PF_ParamDef>& definitions() const { return definitions_; }
 
-    // These throw HostError as Session says.
+    /// These throw HostError as Session says.
     void setValue(int index, ParamValue value);
     void setKey(int index, A_long time, ParamValue value);
     ParamValue value(int index, A_long time) const;
@@ -45,20 +45,20 @@ public:
 private:
     struct Track {
         ParamValue constant = A_long{0};
-        std::vector<std::pair<A_long, ParamValue>> keys; // by time
+        std::vector<std::pair<A_long, ParamValue>> keys; ///< by time
 
         const ParamValue& at(A_long time) const;
     };
 
     const A_char* keepText(const A_char* text);
-    PF_ParamDef filled(std::size_t index, A_long time) const;           // with mutex_ held, as all below
-    std::size_t checkedIndex(int index) const;                          // throws HostError
-    std::size_t checkedValue(int index, const ParamValue& value) const; // likewise
+    PF_ParamDef filled(std::size_t index, A_long time) const;           ///< with mutex_ held, as all below
+    std::size_t checkedIndex(int index) const;                          ///< throws HostError
+    std::size_t checkedValue(int index, const ParamValue& value) const; ///< likewise
 
     mutable std::mutex mutex_;
     std::vector<PF_ParamDef> definitions_;
     std::vector<Track> tracks_;
-    std::deque<std::string> texts_; // a deque keeps their addresses
+    std::deque<std::string> texts_; ///< a deque keeps their addresses
 };
 
 } // namespace kovalune::host

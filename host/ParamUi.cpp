@@ -17,7 +17,7 @@ constexpr A_long withBits(A_long kept, A_long given, A_long open) {
     return (kept & ~open) | (given & open);
 }
 
-template <typename Member>
+template <class Member>
 bool sameBytes(const Member& a, const Member& b) {
     if constexpr (std::is_pointer_v<Member>) {
         return a == b;
@@ -27,19 +27,19 @@ bool sameBytes(const Member& a, const Member& b) {
     }
 }
 
-// Whether these members hold the same bytes in both, so that a NaN is the same as itself. None has padding.
-template <auto... Members, typename Record>
+/// Whether these members hold the same bytes in both, so that a NaN is the same as itself. None has padding.
+template <auto... Members, class Record>
 bool same(const Record& a, const Record& b) {
     return (sameBytes(a.*Members, b.*Members) && ...);
 }
 
-template <typename Def>
+template <class Def>
 void takeSliderLimits(Def& kept, const Def& given) {
     kept.slider_min = given.slider_min;
     kept.slider_max = given.slider_max;
 }
 
-template <typename Def>
+template <class Def>
 void takeSliderLook(Def& kept, const Def& given) {
     takeSliderLimits(kept, given);
     kept.precision = given.precision;
@@ -73,7 +73,7 @@ bool sameFloatSlider(const PF_FloatSliderDef& a, const PF_FloatSliderDef& b) {
                 &PF_FloatSliderDef::useExponent, &PF_FloatSliderDef::exponent>(a, b);
 }
 
-// The types that carry no value of their own, and those that this host gives none, have nothing to compare.
+/// The types that carry no value of their own, and those that this host gives none, have nothing to compare.
 bool sameFixedPart(const PF_ParamDef& a, const PF_ParamDef& b) {
     switch (a.param_type) {
     case PF_Param_LAYER:

@@ -8,7 +8,7 @@
 
 namespace kovalune::host {
 
-// A_long for sliders, checkboxes and popups, double for float sliders, PF_Pixel for colours.
+/// A_long for sliders, checkboxes and popups, double for float sliders, PF_Pixel for colours.
 using ParamValue = std::variant<A_long, double, PF_Pixel>;
 
 } // namespace kovalune::host

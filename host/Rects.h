@@ -11,14 +11,14 @@ inline bool isEmpty(const PF_LRect& rect) {
     return rect.left >= rect.right || rect.top >= rect.bottom;
 }
 
-// All zero if nothing is common.
+/// All zero if nothing is common.
 inline PF_LRect intersection(const PF_LRect& a, const PF_LRect& b) {
     const PF_LRect common{std::max(a.left, b.left), std::max(a.top, b.top), std::min(a.right, b.right),
                           std::min(a.bottom, b.bottom)};
     return isEmpty(common) ? PF_LRect{} : common;
 }
 
-// An empty rectangle is inside any other.
+/// An empty rectangle is inside any other.
 inline bool isInside(const PF_LRect& inner, const PF_LRect& outer) {
     return isEmpty(inner) || (inner.left >= outer.left && inner.top >= outer.top &&
                               inner.right <= outer.right && inner.bottom <= outer.bottom);
@@ -28,8 +28,8 @@ inline PF_LRect wholeLongRect(A_long width, A_long height) {
     return {0, 0, width, height};
 }
 
-// In the rectangle type of the interface, which may be too narrow for sides that only tests ask for; they
-// then wrap as the host's own do.
+/// In the rectangle type of the interface, which may be too narrow for sides that only tests ask for; they
+/// then wrap as the host's own do.
 inline PF_Rect wholeRect(A_long width, A_long height) {
     PF_Rect rect{};
     rect.right = static_cast<decltype(rect.right)>(width);
@@ -37,7 +37,7 @@ inline PF_Rect wholeRect(A_long width, A_long height) {
     return rect;
 }
 
-// Coordinates beyond this are cut, so that sums and differences of two stay in range.
+/// Coordinates beyond this are cut, so that sums and differences of two stay in range.
 inline constexpr A_long kFarthest = 1 << 28;
 
 inline PF_LRect longRect(const PF_Rect& rect) {

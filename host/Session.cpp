@@ -7,8 +7,8 @@
 
 namespace kovalune::host {
 
-// The host takes over whatever handle the effect left, also after an error, since nobody else would free it.
-// A replaced handle that the effect left alone is the host's to dispose of.
+/// The host takes over whatever handle the effect left, also after an error, since nobody else would free it.
+/// A replaced handle that the effect left alone is the host's to dispose of.
 void Session::State::adopt(PF_Handle& kept, PF_Handle given, bool ended) {
     const PF_Handle old = kept;
     if (given != nullptr && !host.handles.isLive(given)) {

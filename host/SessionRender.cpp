@@ -35,8 +35,8 @@ void checkScale(const PF_RationalScale& scale) {
 }
 
 A_long fullSize(A_long reduced, const PF_RationalScale& scale) {
-    const std::int64_t full = std::int64_t{reduced} * scale.den / scale.num;
-    return static_cast<A_long>(std::min<std::int64_t>(full, std::numeric_limits<A_long>::max()));
+    const int64_t full = int64_t{reduced} * scale.den / scale.num;
+    return static_cast<A_long>(std::min<int64_t>(full, std::numeric_limits<A_long>::max()));
 }
 
 bool withinReach(const PF_LRect& rect) {
@@ -44,7 +44,7 @@ bool withinReach(const PF_LRect& rect) {
     return isInside(rect, reach);
 }
 
-// Of an empty rectangle too, whose sides may then be worked out.
+/// Of an empty rectangle too, whose sides may then be worked out.
 bool cornersWithinReach(const PF_LRect& rect) {
     const auto reachable = [](A_long coordinate) {
         return coordinate >= -kFarthest && coordinate <= kFarthest;
@@ -60,7 +60,7 @@ PF_RenderRequest smartRequest(const Image& input, const RenderRequest& request) 
     return smart;
 }
 
-// The data that pass from the first smart command to the second: the host's from the first one's return on.
+/// The data that pass from the first smart command to the second: the host's from the first one's return on.
 class PreRenderData {
 public:
     PreRenderData(const CommandTarget& target, Operation& operation, const PF_PreRenderOutput& output)
@@ -72,7 +72,7 @@ public:
     PreRenderData(const PreRenderData&) = delete;
     PreRenderData& operator=(const PreRenderData&) = delete;
 
-    // Without memory for the books the data may be left behind, which the audit then shows.
+    /// Without memory for the books the data may be left behind, which the audit then shows.
     ~PreRenderData() {
         shielded([this] { drop(); });
     }
@@ -108,7 +108,7 @@ bool rendersResult(const HostOptions& options, const PF_PreRenderOutput& promise
     return !isEmpty(promised.result_rect) || options.allowEmpty;
 }
 
-// A code ends the frame, with the misuse booked: for what is to be rendered, no world can be made.
+/// A code ends the frame, with the misuse booked: for what is to be rendered, no world can be made.
 PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_LRect& request) {
     const PF_LRect& result = output.result_rect;
     const auto refused = [&host](const char* text) -> PF_Err {
@@ -127,7 +127,7 @@ PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_L
     return PF_Err_NONE;
 }
 
-// One frame by the two smart commands.
+/// One frame by the two smart commands.
 class SmartRender {
 public:
     SmartRender(const CommandTarget& target, Operation& operation, const Invocation& base, const Image& input,
@@ -226,7 +226,7 @@ RenderResult Session::render(const Image& input, Image& output, const RenderRequ
 
     Operation operation(state_->host.takePlan());
     RenderResult result;
-    if (request.flow == RenderFlow::Legacy)
+    if (request.flow == RenderFlow::kLegacy)
         result = legacyRender(state_->target(), operation, base, input, output);
     else
         result =

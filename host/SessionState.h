@@ -27,15 +27,15 @@ struct Session::State {
 
     EffectHandles currentHandles() const;
 
-    // Keeps what the command handed back of the data that are its to hand back.
+    /// Keeps what the command handed back of the data that are its to hand back.
     void adoptHandles(const CommandResult& result);
 
-    // Sends a command that is no part of a render, as a part of `operation`.
+    /// Sends a command that is no part of a render, as a part of `operation`.
     CommandResult send(Operation& operation, Invocation invocation);
 
-    void requireOpen() const; // throws HostError
+    void requireOpen() const; ///< throws HostError
 
-    mutable std::mutex mutex; // guards what follows
+    mutable std::mutex mutex; ///< guards what follows
     EffectHandles handles;
 
 private:

@@ -30,7 +30,7 @@ PF_Err SmartFrame::makeOutput(const Image& output, const PF_LRect& place) {
     return code;
 }
 
-// Only what was promised counts, even if the world was made larger.
+/// Only what was promised counts, even if the world was made larger.
 void SmartFrame::takeOutput(Image& output, const PF_LRect& place) const {
     std::optional<WorldInfo> info = host_.worlds.find(&output_);
     if (!info)

@@ -11,13 +11,13 @@ namespace kovalune::host {
 
 class SuiteLedger {
 public:
-    void acquired(const std::string& name, std::int32_t version) {
+    void acquired(const std::string& name, int32_t version) {
         const std::lock_guard lock(mutex_);
         ++counts_[{name, version}];
     }
 
-    // False, and no change, for a suite that is not acquired.
-    bool released(const std::string& name, std::int32_t version) {
+    /// False, and no change, for a suite that is not acquired.
+    bool released(const std::string& name, int32_t version) {
         const std::lock_guard lock(mutex_);
         const auto found = counts_.find({name, version});
         if (found == counts_.end())
@@ -37,7 +37,7 @@ public:
 
 private:
     mutable std::mutex mutex_;
-    std::map<std::pair<std::string, std::int32_t>, int> counts_;
+    std::map<std::pair<std::string, int32_t>, int> counts_;
 };
 
 } // namespace kovalune::host

@@ -15,7 +15,7 @@ namespace kovalune::host {
 
 namespace {
 
-constexpr std::int32_t kSuiteNotFound = 1; // any code but 0 says so
+constexpr int32_t kSuiteNotFound = 1; // any code but 0 says so
 
 PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def) {
     const auto arguments = [&] {
@@ -129,15 +129,15 @@ const PFParamUtilsSuite3& paramUtilsSuite3() {
 
 struct SuiteEntry {
     std::string_view name;
-    std::int32_t version;
+    int32_t version;
     const void* table;
     bool ofThisEra; ///< offered without being told
 };
 
-const SuiteEntry* findSuite(std::string_view name, std::int32_t version) {
-    constexpr std::int32_t fillMatte = kPFFillMatteSuiteVersions[0];
-    constexpr std::int32_t handles = kPFHandleSuiteVersions[0];
-    constexpr std::int32_t paramUtils = kPFParamUtilsSuiteVersions[0];
+const SuiteEntry* findSuite(std::string_view name, int32_t version) {
+    constexpr int32_t fillMatte = kPFFillMatteSuiteVersions[0];
+    constexpr int32_t handles = kPFHandleSuiteVersions[0];
+    constexpr int32_t paramUtils = kPFParamUtilsSuiteVersions[0];
     static const std::array<SuiteEntry, 10> entries{{
         {kPFWorldSuite, 1, &worldSuite1(), true},
         {kPFWorldSuite, 2, &worldSuite2(), true},
@@ -156,7 +156,7 @@ const SuiteEntry* findSuite(std::string_view name, std::int32_t version) {
     return found == entries.end() ? nullptr : &*found;
 }
 
-bool withheld(const HostOptions& options, std::string_view name, std::int32_t version) {
+bool withheld(const HostOptions& options, std::string_view name, int32_t version) {
     return std::any_of(
         options.withheldSuites.begin(), options.withheldSuites.end(),
         [&](const SuiteName& suite) { return suite.name == name && suite.version == version; });
@@ -166,7 +166,7 @@ std::string_view nameOrNull(const char* name) {
     return name != nullptr ? name : "null";
 }
 
-std::int32_t acquireSuite(const char* name, std::int32_t version, const void** suite) {
+int32_t acquireSuite(const char* name, int32_t version, const void** suite) {
     const std::string_view suiteName = nameOrNull(name);
     return countedCall(
         "AcquireSuite", [&] { return joined(suiteName, version); },
@@ -182,8 +182,8 @@ std::int32_t acquireSuite(const char* name, std::int32_t version, const void** s
         });
 }
 
-std::int32_t releaseSuite(const char* name, std::int32_t version) {
-    return shielded(std::int32_t{PF_Err_OUT_OF_MEMORY}, [&]() -> std::int32_t {
+int32_t releaseSuite(const char* name, int32_t version) {
+    return shielded(int32_t{PF_Err_OUT_OF_MEMORY}, [&]() -> int32_t {
         CommandContext* context = currentContext();
         if (context == nullptr)
             return PF_Err_INVALID_CALLBACK;
@@ -197,7 +197,7 @@ std::int32_t releaseSuite(const char* name, std::int32_t version) {
     });
 }
 
-std::int32_t isEqual(const char* first, const char* second) {
+int32_t isEqual(const char* first, const char* second) {
     return first != nullptr && second != nullptr && std::strcmp(first, second) == 0 ? 1 : 0;
 }
 

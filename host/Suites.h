@@ -5,7 +5,7 @@
 
 namespace kovalune::host {
 
-// One table for all commands, as the interface has it by pointer.
+/// One table for all commands, as the interface has it by pointer.
 SPBasicSuite* basicSuite();
 
 } // namespace kovalune::host

@@ -6,13 +6,13 @@
 
 namespace kovalune::host {
 
-// Lives on the caller's stack: the caller leaves only after `helpersInside` has come back to 0.
+/// Lives on the caller's stack: the caller leaves only after `helpersInside` has come back to 0.
 struct ThreadPool::Job {
     const Work& work;
     const int count;
     const int maxSlots;
-    int slots = 1;         // handed out; guarded by the pool's mutex
-    int helpersInside = 0; // likewise
+    int slots = 1;         ///< handed out; guarded by the pool's mutex
+    int helpersInside = 0; ///< likewise
     std::atomic<int> next{0};
 
     void drain(int slot) {
@@ -65,7 +65,7 @@ void ThreadPool::workerLoop() {
     }
 }
 
-// A job that helpers may join, until this ends: then no helper is inside any more.
+/// A job that helpers may join, until this ends: then no helper is inside any more.
 class ThreadPool::OpenJob {
 public:
     OpenJob(ThreadPool& pool, Job& job) : pool_(pool), job_(job) {

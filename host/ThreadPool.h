@@ -13,8 +13,8 @@ namespace kovalune::host {
 
 class ThreadPool {
 public:
-    // `slot` is below min(helpers + 1, count) and differs between pieces of one call that run at once; the
-    // caller's is 0. `piece` counts from 0. Must not throw on a helper's thread.
+    /// `slot` is below min(helpers + 1, count) and differs between pieces of one call that run at once; the
+    /// caller's is 0. `piece` counts from 0. Must not throw on a helper's thread.
     using Work = std::function<void(int slot, int piece)>;
 
     ThreadPool() = default;
@@ -22,9 +22,9 @@ public:
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
-    // Returns when all pieces are done. Threads are started as calls first need them, as many as have a
-    // piece to take, and kept. What `work` throws on the caller's thread comes out when all helpers have
-    // left; pieces not begun by then are left out.
+    /// Returns when all pieces are done. Threads are started as calls first need them, as many as have a
+    /// piece to take, and kept. What `work` throws on the caller's thread comes out when all helpers have
+    /// left; pieces not begun by then are left out.
     void run(int count, int helpers, const Work& work);
 
     int startedThreads() const;

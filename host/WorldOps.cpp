@@ -41,8 +41,8 @@ std::array<std::byte, kMostPixelBytes> encodedColour(PF_PixelFormat format, cons
     return bytes;
 }
 
-// Calls row(worldBytes, pictureBytes, count) for each row that the world and the picture's part share.
-template <typename Picture, typename Row>
+/// Calls row(worldBytes, pictureBytes, count) for each row that the world and the picture's part share.
+template <class Picture, class Row>
 void forSharedRows(const WorldInfo& world, const PF_LRect& place, Picture& picture, Row row) {
     const PF_LRect within =
         intersection(intersection(place, wholeLongRect(picture.width(), picture.height())),

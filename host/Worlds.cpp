@@ -29,15 +29,15 @@ bool worldSizeAllowed(A_long width, A_long height, const HostOptions& options) {
 struct WorldStore::Record {
     WorldInfo info{};
     MemoryBlock block;
-    std::size_t pixelBytes = 0;   // of a row
-    std::size_t paddingBytes = 0; // of a row, watched
-    std::size_t guardBytes = 0;   // of a row, behind the padding
+    std::size_t pixelBytes = 0;   ///< of a row
+    std::size_t paddingBytes = 0; ///< of a row, watched
+    std::size_t guardBytes = 0;   ///< of a row, behind the padding
     A_long serial = 0;
     bool effectMade = false;
     bool leftByFault = false;
 
     void fillRowEnds();
-    std::string damage() const; // empty: none
+    std::string damage() const; ///< empty: none
 };
 
 void WorldStore::Record::fillRowEnds() {
@@ -114,7 +114,7 @@ PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options,
     return PF_Err_NONE;
 }
 
-// The serial number tells a live world from a stale struct whose record's address is in use again.
+/// The serial number tells a live world from a stale struct whose record's address is in use again.
 WorldStore::Record* WorldStore::locate(const PF_EffectWorld& world) const {
     const auto found = records_.find(world.reserved_long4);
     if (found == records_.end() || found->second->serial != world.reserved_long3)

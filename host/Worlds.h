@@ -18,13 +18,13 @@ namespace kovalune::host {
 
 class Ledger;
 
-// How many worlds of the effect are alive.
+/// How many worlds of the effect are alive.
 struct WorldBalance {
     int live = 0;
     int leftByFault = 0;
 };
 
-// What the host knows of a world, whatever the struct says by now.
+/// What the host knows of a world, whatever the struct says by now.
 struct WorldInfo {
     PF_PixelFormat format;
     std::byte* data;
@@ -37,11 +37,11 @@ struct WorldRequest {
     PF_PixelFormat format;
     A_long width;
     A_long height;
-    bool clear = true; // transparent black; else undefined
+    bool clear = true; ///< transparent black; else undefined
     bool effectMade = false;
 };
 
-// Whether the options let a world have this size; whether there is memory for it is another matter.
+/// Whether the options let a world have this size; whether there is memory for it is another matter.
 bool worldSizeAllowed(A_long width, A_long height, const HostOptions& options);
 
 class WorldStore {
@@ -51,26 +51,26 @@ public:
     WorldStore(const WorldStore&) = delete;
     WorldStore& operator=(const WorldStore&) = delete;
 
-    // Writes `world` only on success. BAD_CALLBACK_PARAM for a refused size, OUT_OF_MEMORY without memory.
+    /// Writes `world` only on success. BAD_CALLBACK_PARAM for a refused size, OUT_OF_MEMORY without memory.
     PF_Err make(const WorldRequest& request, const HostOptions& options, PF_EffectWorld& world);
 
-    // False, and no change, for what is no live world of that owner. Checks the guards first.
+    /// False, and no change, for what is no live world of that owner. Checks the guards first.
     bool dispose(const PF_EffectWorld& world, bool effectMade, const HostOptions& options);
 
-    // Keeps a world that the effect tried to give back while the host refused it from counting as a leak.
+    /// Keeps a world that the effect tried to give back while the host refused it from counting as a leak.
     void excuse(const PF_EffectWorld& world);
 
     std::optional<WorldInfo> find(const PF_EffectWorld* world) const;
 
     WorldBalance balance() const;
 
-    // One text per world whose guards or paddings are damaged at this moment.
+    /// One text per world whose guards or paddings are damaged at this moment.
     std::vector<std::string> findDamage() const;
 
 private:
     struct Record;
 
-    Record* locate(const PF_EffectWorld& world) const; // with mutex_ held
+    Record* locate(const PF_EffectWorld& world) const; ///< with mutex_ held
 
     MemoryPool& pool_;
     Ledger& ledger_;

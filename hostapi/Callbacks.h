@@ -87,7 +87,7 @@ struct PF_UtilCallbacks {
                               PF_Pixel* pixel);
     PF_Err (*area_sample)(PF_ProgPtr effect_ref, PF_Fixed x, PF_Fixed y, const PF_SampPB* params,
                           PF_Pixel* pixel);
-    void* get_batch_func_is_deprecated; // not to be called
+    void* get_batch_func_is_deprecated; ///< not to be called
     PF_Err (*end_sampling)(PF_ProgPtr effect_ref, PF_Quality quality, PF_ModeFlags mode, PF_SampPB* params);
     PF_Err (*composite_rect)(PF_ProgPtr effect_ref, PF_Rect* src_rect, A_long opacity, PF_EffectWorld* src,
                              A_long x, A_long y, PF_Field field, PF_XferMode mode, PF_EffectWorld* dst);

@@ -30,8 +30,8 @@ enum : A_long {
     PF_Cmd_ARBITRARY_CALLBACK = 22,
     PF_Cmd_SMART_PRE_RENDER = 23,
     PF_Cmd_SMART_RENDER = 24,
-    PF_Cmd_GET_FLATTENED_SEQUENCE_DATA = 28, // from version 13.9 on
-    // Later hosts only.
+    PF_Cmd_GET_FLATTENED_SEQUENCE_DATA = 28, ///< from version 13.9 on
+    /// Later hosts only.
     PF_Cmd_TRANSLATE_PARAMS_TO_PREFS = 29,
     PF_Cmd_SMART_RENDER_GPU = 31,
     PF_Cmd_GPU_DEVICE_SETUP = 32,
@@ -82,7 +82,7 @@ enum : A_long {
     PF_OutFlag2_I_USE_3D_CAMERA = 0x2,
     PF_OutFlag2_I_USE_3D_LIGHTS = 0x4,
     PF_OutFlag2_PARAM_GROUP_START_COLLAPSED_FLAG = 0x8,
-    PF_OutFlag2_I_AM_THREADSAFE = 0x10, // later hosts ignore it
+    PF_OutFlag2_I_AM_THREADSAFE = 0x10, ///< later hosts ignore it
     PF_OutFlag2_CAN_COMBINE_WITH_DESTINATION = 0x20,
     PF_OutFlag2_DOESNT_NEED_EMPTY_PIXELS = 0x40,
     PF_OutFlag2_REVEALS_ZERO_ALPHA = 0x80,
@@ -112,8 +112,8 @@ enum : A_long {
     PF_Param_PATH = 12,
     PF_Param_GROUP_START = 13,
     PF_Param_GROUP_END = 14,
-    PF_Param_BUTTON = 15,   // from version 13.1 on
-    PF_Param_POINT_3D = 18, // from version 13.1 on
+    PF_Param_BUTTON = 15,   ///< from version 13.1 on
+    PF_Param_POINT_3D = 18, ///< from version 13.1 on
 };
 
 enum : A_long {
@@ -123,7 +123,7 @@ enum : A_long {
     PF_ParamFlag_START_COLLAPSED = PF_ParamFlag_COLLAPSE_TWIRLY,
     PF_ParamFlag_SUPERVISE = 0x40,
     PF_ParamFlag_USE_VALUE_FOR_OLD_PROJECTS = 0x80,
-    PF_ParamFlag_LAYER_PARAM_IS_TRACKMATTE = 0x80, // the same bit, on layer parameters of later hosts
+    PF_ParamFlag_LAYER_PARAM_IS_TRACKMATTE = 0x80, ///< the same bit, on layer parameters of later hosts
     PF_ParamFlag_EXCLUDE_FROM_HAVE_INPUTS_CHANGED = 0x100,
     PF_ParamFlag_SKIP_REVEAL_WHEN_UNHIDDEN = 0x200,
 };
@@ -201,7 +201,7 @@ enum : A_long {
 
 enum : A_long {
     PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS = 1,
-    PF_RenderOutputFlag_GPU_RENDER_POSSIBLE = 2, // later hosts only
+    PF_RenderOutputFlag_GPU_RENDER_POSSIBLE = 2, ///< later hosts only
 };
 
 enum : A_long {
@@ -211,13 +211,13 @@ enum : A_long {
 
 enum : A_long {
     PF_PlatData_MAIN_WND = 0,
-    PF_PlatData_EXE_FILE_PATH = 1, // narrow text, a buffer of 260 bytes; later hosts may refuse it
+    PF_PlatData_EXE_FILE_PATH = 1, ///< narrow text, a buffer of 260 bytes; later hosts may refuse it
     PF_PlatData_RES_FILE_PATH = 2,
     PF_PlatData_RES_REFNUM = 3,
     PF_PlatData_RES_DLLINSTANCE = 4,
     PF_PlatData_SP_PLUG_REF = 5,
     PF_PlatData_BUNDLE_REF = 6,
-    PF_PlatData_EXE_FILE_PATH_W = 7, // wide text
+    PF_PlatData_EXE_FILE_PATH_W = 7, ///< wide text
     PF_PlatData_RES_FILE_PATH_W = 8,
 };
 
@@ -227,10 +227,10 @@ enum : A_long {
 
 /// Four letters, the first in the lowest byte.
 enum : A_long {
-    PF_PixelFormat_ARGB32 = 0x62677261,  // "argb"
-    PF_PixelFormat_ARGB64 = 0x36316561,  // "ae16"
-    PF_PixelFormat_ARGB128 = 0x32336561, // "ae32"
-    PF_PixelFormat_INVALID = 0x66646162, // "badf"
+    PF_PixelFormat_ARGB32 = 0x62677261,  ///< "argb"
+    PF_PixelFormat_ARGB64 = 0x36316561,  ///< "ae16"
+    PF_PixelFormat_ARGB128 = 0x32336561, ///< "ae32"
+    PF_PixelFormat_INVALID = 0x66646162, ///< "badf"
 };
 
 /// PF_InData.appl_id: four letters, the first in the highest byte.

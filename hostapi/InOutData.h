@@ -64,7 +64,7 @@ struct PF_InData {
 };
 
 struct PF_OutData {
-    A_u_long my_version; // see PF_VERSION
+    A_u_long my_version; ///< see PF_VERSION
     A_char name[PF_MAX_EFFECT_NAME_LEN + 1];
     PF_Handle global_data;
     A_long num_params;

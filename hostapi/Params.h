@@ -60,7 +60,7 @@ struct PF_CheckBoxDef {
     A_char reserved;
     A_short reserved1;
     union {
-        const A_char* nameptr; // the effect's; must outlive the add_param call
+        const A_char* nameptr; ///< the effect's; must outlive the add_param call
     } u;
 };
 
@@ -84,7 +84,7 @@ struct PF_PopupDef {
     A_short num_choices;
     A_short dephault;
     union {
-        const A_char* namesptr; // the effect's; must outlive the add_param call
+        const A_char* namesptr; ///< the effect's; must outlive the add_param call
     } u;
 };
 
@@ -119,8 +119,8 @@ union PF_ParamDefUnion {
 
 struct PF_ParamDef {
     union {
-        A_long id;           // from the effect, with add_param
-        A_long change_flags; // PF_ChangeFlag_..., from the host or to it
+        A_long id;           ///< from the effect, with add_param
+        A_long change_flags; ///< PF_ChangeFlag_..., from the host or to it
     } uu;
     PF_ParamUIFlags ui_flags;
     A_short ui_width;

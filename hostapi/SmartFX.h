@@ -5,7 +5,7 @@
 #include "hostapi/Types.h"
 
 struct PF_RenderRequest {
-    PF_LRect rect; // may be empty
+    PF_LRect rect; ///< may be empty
     PF_Field field;
     PF_ChannelMask channel_mask;
     PF_Boolean preserve_rgb_of_zero_alpha;
@@ -26,7 +26,7 @@ struct PF_CheckoutResult {
 
 struct PF_PreRenderInput {
     PF_RenderRequest output_request;
-    std::int16_t bitdepth; // bits a channel: 8, 16 or 32
+    int16_t bitdepth; ///< bits a channel: 8, 16 or 32
 #ifdef KOVALUNE_HOST_LONG_RECTS
     const void* gpu_data;
     A_long what_gpu;
@@ -37,13 +37,13 @@ struct PF_PreRenderInput {
 using PF_DeletePreRenderDataFunc = void (*)(void* pre_render_data);
 
 struct PF_PreRenderOutput {
-    PF_LRect result_rect;     // within the request, unless RETURNS_EXTRA_PIXELS is set
-    PF_LRect max_result_rect; // may not depend on the request
+    PF_LRect result_rect;     ///< within the request, unless RETURNS_EXTRA_PIXELS is set
+    PF_LRect max_result_rect; ///< may not depend on the request
     PF_Boolean solid;
     PF_Boolean reserved;
-    PF_RenderOutputFlags flags; // PF_RenderOutputFlag_...
-    void* pre_render_data;      // the host's to dispose of, from the return of the pre-render on
-    PF_DeletePreRenderDataFunc delete_pre_render_data_func; // may be null
+    PF_RenderOutputFlags flags; ///< PF_RenderOutputFlag_...
+    void* pre_render_data;      ///< the host's to dispose of, from the return of the pre-render on
+    PF_DeletePreRenderDataFunc delete_pre_render_data_func; ///< may be null
 };
 
 struct PF_PreRenderCallbacks {
@@ -65,7 +65,7 @@ struct PF_PreRenderExtra {
 
 struct PF_SmartRenderInput {
     PF_RenderRequest output_request;
-    std::int16_t bitdepth; // bits a channel: 8, 16 or 32
+    int16_t bitdepth; ///< bits a channel: 8, 16 or 32
     void* pre_render_data;
 #ifdef KOVALUNE_HOST_LONG_RECTS
     const void* gpu_data;

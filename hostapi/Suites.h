@@ -10,22 +10,22 @@
 
 struct SPBasicSuite {
     /// 0: found, and `suite` holds its table.
-    std::int32_t (*AcquireSuite)(const char* name, std::int32_t version, const void** suite);
-    std::int32_t (*ReleaseSuite)(const char* name, std::int32_t version);
+    int32_t (*AcquireSuite)(const char* name, int32_t version, const void** suite);
+    int32_t (*ReleaseSuite)(const char* name, int32_t version);
     /// Not zero where the texts are the same.
-    std::int32_t (*IsEqual)(const char* token1, const char* token2);
-    std::int32_t (*AllocateBlock)(std::size_t size, void** block);
-    std::int32_t (*FreeBlock)(void* block);
-    std::int32_t (*ReallocateBlock)(void* block, std::size_t size, void** new_block);
-    std::int32_t (*Undefined)();
+    int32_t (*IsEqual)(const char* token1, const char* token2);
+    int32_t (*AllocateBlock)(std::size_t size, void** block);
+    int32_t (*FreeBlock)(void* block);
+    int32_t (*ReallocateBlock)(void* block, std::size_t size, void** new_block);
+    int32_t (*Undefined)();
 };
 
 /// A slot that counts only as a place in its table; not to be called through this type.
 using PF_UnusedSlot = PF_Err (*)();
 
 inline constexpr char kPFWorldSuite[] = "PF World Suite";
-inline constexpr std::int32_t kPFWorldSuiteVersion1 = 1;
-inline constexpr std::int32_t kPFWorldSuiteVersion2 = 2;
+inline constexpr int32_t kPFWorldSuiteVersion1 = 1;
+inline constexpr int32_t kPFWorldSuiteVersion2 = 2;
 
 /// Knows 8 and 16 bits a channel only.
 struct PFWorldSuite1 {
@@ -42,7 +42,7 @@ struct PFWorldSuite2 {
 };
 
 inline constexpr char kPFWorldTransformSuite[] = "PF World Transform Suite";
-inline constexpr std::int32_t kPFWorldTransformSuiteVersion1 = 1;
+inline constexpr int32_t kPFWorldTransformSuiteVersion1 = 1;
 
 struct PFWorldTransformSuite1 {
     PF_Err (*composite_rect)(PF_ProgPtr effect_ref, PF_Rect* src_rect, A_long opacity, PF_EffectWorld* src,
@@ -68,8 +68,8 @@ struct PFWorldTransformSuite1 {
 };
 
 inline constexpr char kPFFillMatteSuite[] = "PF Fill Matte Suite";
-inline constexpr std::int32_t kPFFillMatteSuiteVersion1 = 1;
-inline constexpr std::int32_t kPFFillMatteSuiteVersion2 = 2;
+inline constexpr int32_t kPFFillMatteSuiteVersion1 = 1;
+inline constexpr int32_t kPFFillMatteSuiteVersion2 = 2;
 
 /// A null colour is transparent black, a null rectangle the whole world. Only `fill` is certain of its slot.
 struct PFFillMatteSuite1 {
@@ -99,8 +99,8 @@ struct PFFillMatteSuite2 {
 };
 
 inline constexpr char kPFHandleSuite[] = "PF Handle Suite";
-inline constexpr std::int32_t kPFHandleSuiteVersion1 = 1;
-inline constexpr std::int32_t kPFHandleSuiteVersion2 = 2; // the same table, with the sizes of 64-bit hosts
+inline constexpr int32_t kPFHandleSuiteVersion1 = 1;
+inline constexpr int32_t kPFHandleSuiteVersion2 = 2; // the same table, with the sizes of 64-bit hosts
 
 struct PFHandleSuite1 {
     PF_Handle (*host_new_handle)(A_HandleSize size);
@@ -112,9 +112,9 @@ struct PFHandleSuite1 {
 };
 
 inline constexpr char kPFParamUtilsSuite[] = "PF Param Utils Suite";
-inline constexpr std::int32_t kPFParamUtilsSuiteVersion1 = 1;
-inline constexpr std::int32_t kPFParamUtilsSuiteVersion2 = 2;
-inline constexpr std::int32_t kPFParamUtilsSuiteVersion3 = 3;
+inline constexpr int32_t kPFParamUtilsSuiteVersion1 = 1;
+inline constexpr int32_t kPFParamUtilsSuiteVersion2 = 2;
+inline constexpr int32_t kPFParamUtilsSuiteVersion3 = 3;
 
 /// The table of version 2; of version 1 only the first slot is certain.
 struct PFParamUtilsSuite1 {

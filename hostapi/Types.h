@@ -4,13 +4,13 @@
 
 #include <cstdint>
 
-using A_long = std::int32_t;
-using A_u_long = std::uint32_t;
-using A_short = std::int16_t;
-using A_u_short = std::uint16_t;
+using A_long = int32_t;
+using A_u_long = uint32_t;
+using A_short = int16_t;
+using A_u_short = uint16_t;
 using A_char = char;
-using A_u_char = std::uint8_t;
-using A_Boolean = std::uint8_t;
+using A_u_char = uint8_t;
+using A_Boolean = uint8_t;
 using A_FpShort = float;
 using A_FpLong = double;
 
@@ -42,13 +42,13 @@ using PF_Precision = A_short;
 using PF_ValueDisplayFlags = A_short;
 using PF_FSliderFlags = A_u_long;
 using PF_KernelFlags = A_u_long;
-using PF_RenderOutputFlags = std::int16_t;
+using PF_RenderOutputFlags = int16_t;
 
 /// Handle sizes follow the pointer size: 32 bits on 32-bit hosts, 64 bits on 64-bit hosts.
 #if UINTPTR_MAX > 0xffffffffU
-using A_HandleSize = std::uint64_t;
+using A_HandleSize = uint64_t;
 #else
-using A_HandleSize = std::uint32_t;
+using A_HandleSize = uint32_t;
 #endif
 
 /// Owned by the host; the first level may move while the handle is not locked.
@@ -155,6 +155,6 @@ struct PF_EffectWorld {
     A_long origin_x;
     A_long origin_y;
     A_long reserved_long3;
-    A_long dephault; // of a layer parameter: -1 the effect's own layer, 0 none
+    A_long dephault; ///< of a layer parameter: -1 the effect's own layer, 0 none
 };
 using PF_LayerDef = PF_EffectWorld;

@@ -39,7 +39,7 @@ constexpr FixedType kFixedTypes[] = {{"box2i", 16},
                                      {"v3f", 12},
                                      {"v3i", 12}};
 
-// Attributes that the library takes for what they are whatever type they give.
+/// Attributes that the library takes for what they are whatever type they give.
 struct KnownAttribute {
     std::string_view name;
     std::string_view type;
@@ -55,11 +55,11 @@ constexpr KnownAttribute kKnownAttributes[] = {
     {"name", "string", false},           {"chunkCount", "int", false},
     {"preview", "preview", false},       {"version", "int", false}};
 
-enum VersionFlag : std::uint32_t { kTiled = 0x200, kDeep = 0x800, kMultiPart = 0x1000 };
+enum VersionFlag : uint32_t { kTiled = 0x200, kDeep = 0x800, kMultiPart = 0x1000 };
 
 bool isStringVector(ExrBytes value) {
     while (value.size() >= 4) {
-        const std::int32_t length = exrInt(value, 0);
+        const int32_t length = exrInt(value, 0);
         if (length < 0 || static_cast<std::size_t>(length) > value.size() - 4)
             return false;
         value = value.subspan(4 + static_cast<std::size_t>(length));
@@ -68,12 +68,12 @@ bool isStringVector(ExrBytes value) {
 }
 
 bool isPreview(ExrBytes value) {
-    constexpr std::int32_t kMostSide = 1 << 14;
+    constexpr int32_t kMostSide = 1 << 14;
     if (value.size() < 8)
         return false;
-    const std::int64_t width = exrInt(value, 0), height = exrInt(value, 4);
+    const int64_t width = exrInt(value, 0), height = exrInt(value, 4);
     return width >= 0 && width <= kMostSide && height >= 0 && height <= kMostSide &&
-           std::uint64_t(width * height * 4) == value.size() - 8;
+           uint64_t(width * height * 4) == value.size() - 8;
 }
 
 ExrBox boxOf(ExrBytes value) {
@@ -84,14 +84,14 @@ std::string textOf(const ExrAttribute* attribute) {
     return attribute == nullptr ? "" : std::string(attribute->value.begin(), attribute->value.end());
 }
 
-// Goes through the headers.
+/// Goes through the headers.
 class HeaderReader {
 public:
     HeaderReader(ExrBytes bytes, const std::string& name) : bytes_(bytes), name_(name) {}
 
     std::vector<ExrPart> read() {
         need(8);
-        const auto version = static_cast<std::uint32_t>(exrInt(bytes_, 4));
+        const auto version = static_cast<uint32_t>(exrInt(bytes_, 4));
         at_ = 8;
         const bool isMultiPart = (version & kMultiPart) != 0;
         std::vector<ExrPart> parts;
@@ -120,11 +120,11 @@ private:
             failReading(name_, "it is cut short");
     }
 
-    // Up to a zero byte.
+    /// Up to a zero byte.
     std::string readText() {
         constexpr std::size_t kMostLength = 255;
         const ExrBytes rest = bytes_.subspan(at_);
-        const auto end = std::find(rest.begin(), rest.end(), std::uint8_t{0});
+        const auto end = std::find(rest.begin(), rest.end(), uint8_t{0});
         const auto length = static_cast<std::size_t>(end - rest.begin());
         if (length > kMostLength)
             failDamaged("a name has no end");
@@ -139,7 +139,7 @@ private:
         for (std::string name = readText(); !name.empty(); name = readText()) {
             ExrAttribute attribute{name, readText(), {}};
             need(4);
-            const std::int32_t size = exrInt(bytes_, at_);
+            const int32_t size = exrInt(bytes_, at_);
             at_ += 4;
             if (size < 0)
                 failDamaged("attribute " + shown(name) + " is of negative length");
@@ -172,14 +172,14 @@ private:
         std::size_t at = 0;
         while (at < list.size() && list[at] != 0) {
             const auto end =
-                std::find(list.begin() + static_cast<std::ptrdiff_t>(at), list.end(), std::uint8_t{0});
+                std::find(list.begin() + static_cast<std::ptrdiff_t>(at), list.end(), uint8_t{0});
             ExrChannel channel;
             channel.name.assign(list.begin() + static_cast<std::ptrdiff_t>(at), end);
             at += channel.name.size() + 1;
             constexpr std::size_t kRest = 16; // type, a byte on linearity and three empty ones, sampling
             if (at > list.size() || list.size() - at < kRest)
                 failDamaged("its list of channels has no end");
-            const std::int32_t type = exrInt(list, at);
+            const int32_t type = exrInt(list, at);
             channel.type = static_cast<ExrType>(type);
             channel.xSampling = exrInt(list, at + 8);
             channel.ySampling = exrInt(list, at + 12);
@@ -199,25 +199,23 @@ private:
         const ExrAttribute* const tiles = part.find("tiles");
         if (tiles == nullptr)
             failDamaged("attribute tiles is missing");
-        part.tileWidth = static_cast<std::uint32_t>(exrInt(tiles->value, 0));
-        part.tileHeight = static_cast<std::uint32_t>(exrInt(tiles->value, 4));
-        constexpr std::uint32_t kMostOfSmallPictures = 2048;
+        part.tileWidth = static_cast<uint32_t>(exrInt(tiles->value, 0));
+        part.tileHeight = static_cast<uint32_t>(exrInt(tiles->value, 4));
+        constexpr uint32_t kMostOfSmallPictures = 2048;
         if (part.tileWidth == 0 || part.tileHeight == 0 ||
             part.tileWidth > std::max(part.dataWindow.width(), kMostOfSmallPictures) ||
             part.tileHeight > std::max(part.dataWindow.height(), kMostOfSmallPictures))
             failDamaged("its tiles are " + sizeText(part.tileWidth, part.tileHeight));
     }
 
-    // Each block of rows and each tile has its place in the file noted in eight bytes.
+    /// Each block of rows and each tile has its place in the file noted in eight bytes.
     void checkPlaces(const ExrPart& part) {
-        const auto blocks = [](std::uint64_t side, std::uint64_t block) {
-            return (side + block - 1) / block;
-        };
-        const std::uint64_t across = part.tiled ? blocks(part.dataWindow.width(), part.tileWidth) : 1;
-        const std::uint64_t down =
+        const auto blocks = [](uint64_t side, uint64_t block) { return (side + block - 1) / block; };
+        const uint64_t across = part.tiled ? blocks(part.dataWindow.width(), part.tileWidth) : 1;
+        const uint64_t down =
             blocks(part.dataWindow.height(),
                    part.tiled ? part.tileHeight : kExrCompressions[part.compression].linesOfABlock);
-        const std::uint64_t left = bytes_.size() / 8 - places_;
+        const uint64_t left = bytes_.size() / 8 - places_;
         if (across != 0 && down > left / across)
             failReading(name_,
                         "it is cut short: " + sizeText(part.dataWindow.width(), part.dataWindow.height()) +
@@ -228,14 +226,14 @@ private:
     const ExrBytes bytes_;
     const std::string& name_;
     std::size_t at_ = 0;
-    std::uint64_t places_ = 0; // of the parts so far
+    uint64_t places_ = 0; ///< of the parts so far
 };
 
 } // namespace
 
-// Runs of RLE are of 128 bytes in two. PIZ repeats a 16-bit value 255 times by a code of a bit and a count of
-// eight. PXR24 deflates three bytes of a float. B44 has three bytes for 16 halves. The DWA pair deflates one half
-// for 64 values, and besides may leave out all the others.
+/// Runs of RLE are of 128 bytes in two. PIZ repeats a 16-bit value 255 times by a code of a bit and a count of
+/// eight. PXR24 deflates three bytes of a float. B44 has three bytes for 16 halves. The DWA pair deflates one half
+/// for 64 values, and besides may leave out all the others.
 const std::array<ExrCompression, 10> kExrCompressions = {{{1, 1, true, true},
                                                           {1, 64, true, true},
                                                           {1, 1032, true, true},
@@ -259,11 +257,11 @@ const ExrChannel* ExrPart::channel(std::string_view name) const {
     return found == channels.end() ? nullptr : &*found;
 }
 
-std::int32_t exrInt(ExrBytes bytes, std::size_t place) {
-    std::uint32_t value = 0;
+int32_t exrInt(ExrBytes bytes, std::size_t place) {
+    uint32_t value = 0;
     for (std::size_t i = 0; i < 4; ++i)
-        value |= std::uint32_t{bytes[place + i]} << 8 * i;
-    return static_cast<std::int32_t>(value);
+        value |= uint32_t{bytes[place + i]} << 8 * i;
+    return static_cast<int32_t>(value);
 }
 
 bool exrValueFits(std::string_view type, ExrBytes value) {

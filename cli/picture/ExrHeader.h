@@ -12,7 +12,7 @@
 
 namespace kovalune {
 
-using ExrBytes = std::span<const std::uint8_t>;
+using ExrBytes = std::span<const uint8_t>;
 
 struct ExrAttribute {
     std::string name;
@@ -20,27 +20,27 @@ struct ExrAttribute {
     ExrBytes value;
 };
 
-enum class ExrType : std::int32_t { Uint = 0, Half = 1, Float = 2 };
+enum class ExrType : int32_t { kUint = 0, kHalf = 1, kFloat = 2 };
 
 struct ExrChannel {
     std::string name;
-    ExrType type = ExrType::Half;
-    std::int32_t xSampling = 1;
-    std::int32_t ySampling = 1;
+    ExrType type = ExrType::kHalf;
+    int32_t xSampling = 1;
+    int32_t ySampling = 1;
 
     bool isSubsampled() const { return xSampling != 1 || ySampling != 1; }
 };
 
-// Both ends are inside.
+/// Both ends are inside.
 struct ExrBox {
-    std::int32_t xMin = 0, yMin = 0, xMax = 0, yMax = 0;
+    int32_t xMin = 0, yMin = 0, xMax = 0, yMax = 0;
 
-    // 0 if there is nothing inside.
-    std::uint32_t width() const { return side(xMin, xMax); }
-    std::uint32_t height() const { return side(yMin, yMax); }
+    /// 0 if there is nothing inside.
+    uint32_t width() const { return side(xMin, xMax); }
+    uint32_t height() const { return side(yMin, yMax); }
 
-    static std::uint32_t side(std::int32_t least, std::int32_t most) {
-        return least > most ? 0 : static_cast<std::uint32_t>(std::int64_t{most} - least + 1);
+    static uint32_t side(int32_t least, int32_t most) {
+        return least > most ? 0 : static_cast<uint32_t>(int64_t{most} - least + 1);
     }
 };
 
@@ -48,34 +48,34 @@ struct ExrPart {
     std::vector<ExrAttribute> attributes;
     std::vector<ExrChannel> channels;
     ExrBox dataWindow;
-    std::uint8_t compression = 0;
+    uint8_t compression = 0;
     bool tiled = false;
     bool deep = false;
-    std::uint32_t tileWidth = 0;
-    std::uint32_t tileHeight = 0;
+    uint32_t tileWidth = 0;
+    uint32_t tileHeight = 0;
 
-    // Null if there is none.
+    /// Null if there is none.
     const ExrAttribute* find(std::string_view name) const;
     const ExrChannel* channel(std::string_view name) const;
 };
 
-// Of the compressions by their numbers in a file.
+/// Of the compressions by their numbers in a file.
 struct ExrCompression {
-    std::uint32_t linesOfABlock;
-    std::uint32_t mostExpansion; // bytes that one compressed byte may stand for
+    uint32_t linesOfABlock;
+    uint32_t mostExpansion; ///< bytes that one compressed byte may stand for
     bool keepsHalf;
     bool keepsFloat;
 };
 extern const std::array<ExrCompression, 10> kExrCompressions;
-inline constexpr std::uint8_t kUsualExrCompression = 3; // ZIP
+inline constexpr uint8_t kUsualExrCompression = 3; // ZIP
 
-std::int32_t exrInt(ExrBytes bytes, std::size_t place);
+int32_t exrInt(ExrBytes bytes, std::size_t place);
 
-// Whether the library reads a value of this type from just so many bytes.
+/// Whether the library reads a value of this type from just so many bytes.
 bool exrValueFits(std::string_view type, ExrBytes value);
 
-// The parts of a file. Throws Failure with `name` if a header is damaged or cut short, or if the file is too
-// short for the places of the rows or tiles that a header tells of.
+/// The parts of a file. Throws Failure with `name` if a header is damaged or cut short, or if the file is too
+/// short for the places of the rows or tiles that a header tells of.
 std::vector<ExrPart> exrParts(ExrBytes bytes, const std::string& name);
 
 } // namespace kovalune

@@ -13,33 +13,33 @@
 
 namespace kovalune {
 
-// In the library's messages, where a file would be named.
+/// In the library's messages, where a file would be named.
 inline constexpr char kExrStreamName[] = "stream";
 
 class ExrInput : public Imf::IStream {
 public:
-    explicit ExrInput(std::span<const std::uint8_t> bytes) : Imf::IStream(kExrStreamName), bytes_(bytes) {}
+    explicit ExrInput(std::span<const uint8_t> bytes) : Imf::IStream(kExrStreamName), bytes_(bytes) {}
 
-    // Whether bytes behind the end were asked for.
+    /// Whether bytes behind the end were asked for.
     bool ended() const { return ended_; }
 
     bool read(char to[], int count) override {
-        const std::uint64_t left = bytes_.size() - std::min<std::uint64_t>(position_, bytes_.size());
-        if (count < 0 || static_cast<std::uint64_t>(count) > left) {
+        const uint64_t left = bytes_.size() - std::min<uint64_t>(position_, bytes_.size());
+        if (count < 0 || static_cast<uint64_t>(count) > left) {
             ended_ = true;
             throw std::out_of_range("end of file");
         }
         if (count > 0)
             std::memcpy(to, bytes_.data() + position_, static_cast<std::size_t>(count));
-        position_ += static_cast<std::uint64_t>(count);
+        position_ += static_cast<uint64_t>(count);
         return position_ < bytes_.size();
     }
-    std::uint64_t tellg() override { return position_; }
-    void seekg(std::uint64_t position) override { position_ = position; }
+    uint64_t tellg() override { return position_; }
+    void seekg(uint64_t position) override { position_ = position; }
 
 private:
-    std::span<const std::uint8_t> bytes_;
-    std::uint64_t position_ = 0;
+    std::span<const uint8_t> bytes_;
+    uint64_t position_ = 0;
     bool ended_ = false;
 };
 
@@ -57,13 +57,13 @@ public:
             std::memcpy(bytes_.data() + position_, from, static_cast<std::size_t>(count));
         position_ = end;
     }
-    std::uint64_t tellp() override { return position_; }
-    void seekp(std::uint64_t position) override { position_ = static_cast<std::size_t>(position); }
+    uint64_t tellp() override { return position_; }
+    void seekp(uint64_t position) override { position_ = static_cast<std::size_t>(position); }
 
-    std::vector<std::uint8_t> takeBytes() { return std::move(bytes_); }
+    std::vector<uint8_t> takeBytes() { return std::move(bytes_); }
 
 private:
-    std::vector<std::uint8_t> bytes_;
+    std::vector<uint8_t> bytes_;
     std::size_t position_ = 0;
 };
 

@@ -14,8 +14,8 @@ namespace kovalune {
 
 namespace {
 
-// On storage, and on what else is not in the picture: other parts and views, deep data. A preview shows what the
-// picture was before.
+/// On storage, and on what else is not in the picture: other parts and views, deep data. A preview shows what the
+/// picture was before.
 constexpr std::string_view kNoNotes[] = {"channels",
                                          "chunkCount",
                                          "compression",
@@ -30,7 +30,7 @@ constexpr std::string_view kNoNotes[] = {"channels",
                                          "type",
                                          "version"};
 
-// What every header has, of these types.
+/// What every header has, of these types.
 struct Always {
     std::string_view name;
     std::string_view type;
@@ -45,33 +45,33 @@ bool isNote(std::string_view name) {
     return std::find(std::begin(kNoNotes), std::end(kNoNotes), name) == std::end(kNoNotes);
 }
 
-bool keeps(std::uint8_t compression, SampleType type) {
-    return type == SampleType::Half ? kExrCompressions[compression].keepsHalf
-                                    : kExrCompressions[compression].keepsFloat;
+bool keeps(uint8_t compression, SampleType type) {
+    return type == SampleType::kHalf ? kExrCompressions[compression].keepsHalf
+                                     : kExrCompressions[compression].keepsFloat;
 }
 
-Imf::Header plainHeader(std::uint32_t width, std::uint32_t height) {
+Imf::Header plainHeader(uint32_t width, uint32_t height) {
     return {static_cast<int>(width), static_cast<int>(height)};
 }
 
-// The bytes of an attribute in a file.
-std::vector<std::uint8_t> valueOf(const Imf::Attribute& attribute) {
+/// The bytes of an attribute in a file.
+std::vector<uint8_t> valueOf(const Imf::Attribute& attribute) {
     ExrOutput output;
     attribute.writeValueTo(output, Imf::EXR_VERSION);
     return output.takeBytes();
 }
 
-// Whether every header has it so unless told otherwise.
+/// Whether every header has it so unless told otherwise.
 bool isUsual(const ExrAttribute& attribute, const Imf::Header& plain) {
     const auto always = std::find_if(std::begin(kAlways), std::end(kAlways),
                                      [&](const Always& each) { return each.name == attribute.name; });
     if (always == std::end(kAlways))
         return false;
-    const std::vector<std::uint8_t> usual = valueOf(plain[attribute.name]);
+    const std::vector<uint8_t> usual = valueOf(plain[attribute.name]);
     return std::equal(usual.begin(), usual.end(), attribute.value.begin(), attribute.value.end());
 }
 
-// Whether the note may be an attribute of the picture's header.
+/// Whether the note may be an attribute of the picture's header.
 bool fits(const PictureNote& note, const Picture& picture) {
     constexpr std::size_t kMostName = 255;
     if (note.name.empty() || note.name.size() > kMostName || note.type.size() > kMostName ||
@@ -115,7 +115,7 @@ std::vector<PictureNote> exrNotes(const ExrPart& part, SampleType type) {
 Imf::Header exrHeader(const Picture& picture) {
     Imf::Header header = plainHeader(picture.width, picture.height);
     header.compression() = static_cast<Imf::Compression>(kUsualExrCompression);
-    if (picture.format != FileFormat::Exr)
+    if (picture.format != FileFormat::kExr)
         return header;
     for (const PictureNote& note : picture.notes) {
         if (fits(note, picture))

@@ -11,7 +11,7 @@ namespace kovalune {
 
 std::vector<PictureNote> exrNotes(const ExrPart& part, SampleType type);
 
-// For a file of one part of scan lines without channels yet. Throws what the library throws.
+/// For a file of one part of scan lines without channels yet. Throws what the library throws.
 Imf::Header exrHeader(const Picture& picture);
 
 } // namespace kovalune

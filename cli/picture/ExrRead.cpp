@@ -18,7 +18,7 @@ namespace kovalune {
 
 namespace {
 
-// The part to read, and its channels in the order of the picture's samples.
+/// The part to read, and its channels in the order of the picture's samples.
 struct Chosen {
     std::size_t part = 0;
     std::vector<const ExrChannel*> channels;
@@ -44,7 +44,7 @@ std::string channelNames(const ExrPart& part) {
     return listOf(names);
 }
 
-// The colours of a part that has some, or why they are not read.
+/// The colours of a part that has some, or why they are not read.
 std::vector<const ExrChannel*> coloursOf(const ExrPart& part, const std::string& name) {
     std::vector<const ExrChannel*> colours;
     std::vector<std::string> missing;
@@ -81,7 +81,7 @@ Chosen chosenOf(const std::vector<ExrPart>& parts, const std::string& name) {
     if (const ExrChannel* const alpha = found->channel("A"))
         chosen.channels.push_back(alpha);
     for (const ExrChannel* const channel : chosen.channels) {
-        if (channel->type == ExrType::Uint)
+        if (channel->type == ExrType::kUint)
             failReading(name, "channel " + channel->name + " is of whole numbers, which are not read");
         if (channel->isSubsampled())
             failReading(name, "channel " + channel->name + " is subsampled, which is not read");
@@ -89,7 +89,7 @@ Chosen chosenOf(const std::vector<ExrPart>& parts, const std::string& name) {
     return chosen;
 }
 
-// How a message names a part; it has a name wherever there are several.
+/// How a message names a part; it has a name wherever there are several.
 std::string partName(const ExrPart& part, std::size_t index) {
     const ExrAttribute* const name = part.find("name");
     return "part " + (name != nullptr ? std::string(name->value.begin(), name->value.end())
@@ -109,15 +109,15 @@ std::vector<std::string> leftOutOf(const std::vector<ExrPart>& parts, const Chos
     return names;
 }
 
-// Refuses a size that so few bytes cannot hold, before memory is taken for it.
+/// Refuses a size that so few bytes cannot hold, before memory is taken for it.
 void checkExpansion(const ExrPart& part, std::size_t fileBytes, const std::string& name) {
-    const std::uint64_t width = part.dataWindow.width(), height = part.dataWindow.height();
-    const std::uint64_t most = std::uint64_t{fileBytes} * kExrCompressions[part.compression].mostExpansion;
-    std::uint64_t needed = 0;
+    const uint64_t width = part.dataWindow.width(), height = part.dataWindow.height();
+    const uint64_t most = uint64_t{fileBytes} * kExrCompressions[part.compression].mostExpansion;
+    uint64_t needed = 0;
     for (const ExrChannel& channel : part.channels)
-        needed += width / static_cast<std::uint32_t>(channel.xSampling) *
-                  (height / static_cast<std::uint32_t>(channel.ySampling)) *
-                  (channel.type == ExrType::Half ? 2 : 4);
+        needed += width / static_cast<uint32_t>(channel.xSampling) *
+                  (height / static_cast<uint32_t>(channel.ySampling)) *
+                  (channel.type == ExrType::kHalf ? 2 : 4);
     if (needed > most)
         failReading(name, "it is cut short: " + sizeText(part.dataWindow.width(), part.dataWindow.height()) +
                               " need more bytes");
@@ -129,7 +129,7 @@ void readSamples(Imf::IStream& input, const ExrPart& part, const Chosen& chosen,
     Imf::InputPart source(file, static_cast<int>(chosen.part));
     const ExrBox& box = part.dataWindow;
     const Imath::Box2i window({box.xMin, box.yMin}, {box.xMax, box.yMax});
-    const Imf::PixelType type = picture.sampleType == SampleType::Half ? Imf::HALF : Imf::FLOAT;
+    const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     Imf::FrameBuffer buffer;
     for (std::size_t i = 0; i < chosen.channels.size(); ++i)
@@ -140,7 +140,7 @@ void readSamples(Imf::IStream& input, const ExrPart& part, const Chosen& chosen,
     source.readPixels(box.yMin, box.yMax);
 }
 
-// What the library says, without the file's name that it begins with.
+/// What the library says, without the file's name that it begins with.
 std::string reasonOf(const std::exception& exception) {
     const std::string text = exception.what();
     const std::string before = "\"" + std::string(kExrStreamName) + "\". ";
@@ -150,23 +150,23 @@ std::string reasonOf(const std::exception& exception) {
 
 } // namespace
 
-Picture decodeExr(std::span<const std::uint8_t> bytes, const std::string& name) {
+Picture decodeExr(std::span<const uint8_t> bytes, const std::string& name) {
     if (!beginsAsExr(bytes))
         failReading(name, bytes.empty() ? "it is empty" : "it is not an OpenEXR file");
     const std::vector<ExrPart> parts = exrParts(bytes, name);
     const Chosen chosen = chosenOf(parts, name);
     const ExrPart& part = parts[chosen.part];
     Picture picture;
-    picture.format = FileFormat::Exr;
+    picture.format = FileFormat::kExr;
     picture.width = part.dataWindow.width();
     picture.height = part.dataWindow.height();
     checkSize(picture.width, picture.height, name);
     checkExpansion(part, bytes.size(), name);
     picture.channels = channelsOf(chosen.channels.size() < 3, chosen.channels.size() % 2 == 0);
     const bool isHalf = std::all_of(chosen.channels.begin(), chosen.channels.end(),
-                                    [](const ExrChannel* each) { return each->type == ExrType::Half; });
-    picture.sampleType = isHalf ? SampleType::Half : SampleType::Float;
-    picture.alphaKind = AlphaKind::Premultiplied;
+                                    [](const ExrChannel* each) { return each->type == ExrType::kHalf; });
+    picture.sampleType = isHalf ? SampleType::kHalf : SampleType::kFloat;
+    picture.alphaKind = AlphaKind::kPremultiplied;
     picture.leftOut = leftOutOf(parts, chosen);
     picture.samples.resize(picture.byteCount());
     ExrInput input(bytes);

@@ -21,9 +21,9 @@ std::vector<const char*> channelNames(Channels channels) {
     return names;
 }
 
-std::vector<std::uint8_t> encoded(const Picture& picture) {
+std::vector<uint8_t> encoded(const Picture& picture) {
     const std::vector<const char*> names = channelNames(picture.channels);
-    const Imf::PixelType type = picture.sampleType == SampleType::Half ? Imf::HALF : Imf::FLOAT;
+    const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     Imf::Header header = exrHeader(picture);
     Imf::FrameBuffer buffer;
@@ -44,9 +44,9 @@ std::vector<std::uint8_t> encoded(const Picture& picture) {
 
 } // namespace
 
-std::vector<std::uint8_t> encodeExr(const Picture& picture) {
+std::vector<uint8_t> encodeExr(const Picture& picture) {
     const auto fail = [](const std::string& reason) {
-        throw Failure(ExitCode::File, "cannot make an OpenEXR file: " + reason);
+        throw Failure(ExitCode::kFile, "cannot make an OpenEXR file: " + reason);
     };
     if (!isFloat(picture.sampleType))
         fail("its samples are half or float");

@@ -8,8 +8,8 @@
 
 namespace kovalune {
 
-bool beginsAsTiff(std::span<const std::uint8_t> bytes) {
-    constexpr std::array<std::array<std::uint8_t, 4>, 4> kBeginnings = {
+bool beginsAsTiff(std::span<const uint8_t> bytes) {
+    constexpr std::array<std::array<uint8_t, 4>, 4> kBeginnings = {
         {{'I', 'I', 42, 0}, {'M', 'M', 0, 42}, {'I', 'I', 43, 0}, {'M', 'M', 0, 43}}};
     return bytes.size() >= 4 &&
            std::any_of(kBeginnings.begin(), kBeginnings.end(), [bytes](const auto& each) {
@@ -17,8 +17,8 @@ bool beginsAsTiff(std::span<const std::uint8_t> bytes) {
            });
 }
 
-bool beginsAsExr(std::span<const std::uint8_t> bytes) {
-    constexpr std::array<std::uint8_t, 4> kMagic = {0x76, 0x2f, 0x31, 0x01};
+bool beginsAsExr(std::span<const uint8_t> bytes) {
+    constexpr std::array<uint8_t, 4> kMagic = {0x76, 0x2f, 0x31, 0x01};
     return bytes.size() >= 4 && std::equal(kMagic.begin(), kMagic.end(), bytes.begin());
 }
 

@@ -18,15 +18,15 @@ struct CloseFile {
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
-// Of an ordinary file; 0 where only reading tells.
+/// Of an ordinary file; 0 where only reading tells.
 std::size_t knownSize(std::FILE* source) {
     struct stat status {};
     const bool known = ::fstat(::fileno(source), &status) == 0 && S_ISREG(status.st_mode);
     return known && status.st_size > 0 ? static_cast<std::size_t>(status.st_size) : 0;
 }
 
-// Reads up to `count` more bytes.
-void appendBytes(std::vector<std::uint8_t>& bytes, std::size_t count, std::FILE* source,
+/// Reads up to `count` more bytes.
+void appendBytes(std::vector<uint8_t>& bytes, std::size_t count, std::FILE* source,
                  const std::filesystem::path& file) {
     const std::size_t before = bytes.size();
     bytes.resize(before + count);
@@ -37,7 +37,7 @@ void appendBytes(std::vector<std::uint8_t>& bytes, std::size_t count, std::FILE*
         failReading(file.string(), systemReason(error));
 }
 
-// Asks for one byte more; stands where it stood if there is one.
+/// Asks for one byte more; stands where it stood if there is one.
 bool atEnd(std::FILE* source) {
     const int next = std::fgetc(source);
     return next == EOF || std::ungetc(next, source) == EOF;
@@ -45,14 +45,13 @@ bool atEnd(std::FILE* source) {
 
 } // namespace
 
-std::vector<std::uint8_t>
-fileBytes(const std::filesystem::path& file, std::size_t count,
-          const std::function<void(std::span<const std::uint8_t>)>& checkBeginning) {
+std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t count,
+                               const std::function<void(std::span<const uint8_t>)>& checkBeginning) {
     constexpr std::size_t kBlock = std::size_t{1} << 20;
     const OpenFile source(std::fopen(file.string().c_str(), "rb"));
     if (!source)
         failReading(file.string(), systemReason(errno));
-    std::vector<std::uint8_t> bytes;
+    std::vector<uint8_t> bytes;
     appendBytes(bytes, count, source.get(), file);
     checkBeginning(bytes);
     const std::size_t size = knownSize(source.get());

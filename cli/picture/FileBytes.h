@@ -11,9 +11,9 @@
 
 namespace kovalune {
 
-// `checkBeginning` gets the first `count` bytes, or all of a shorter file, and throws to stop there. Memory is
-// taken for bytes that are there alone. Throws Failure with the file's name if it is missing or cannot be read.
-std::vector<std::uint8_t> fileBytes(const std::filesystem::path& file, std::size_t count,
-                                    const std::function<void(std::span<const std::uint8_t>)>& checkBeginning);
+/// `checkBeginning` gets the first `count` bytes, or all of a shorter file, and throws to stop there. Memory is
+/// taken for bytes that are there alone. Throws Failure with the file's name if it is missing or cannot be read.
+std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t count,
+                               const std::function<void(std::span<const uint8_t>)>& checkBeginning);
 
 } // namespace kovalune

@@ -5,8 +5,8 @@
 
 namespace kovalune {
 
-// Whether an error's text speaks of memory that was not to be had. "Too much memory" or beyond a limit is not
-// meant: that is damage.
+/// Whether an error's text speaks of memory that was not to be had. "Too much memory" or beyond a limit is not
+/// meant: that is damage.
 bool tellsOfMemory(std::string_view text) noexcept;
 
 } // namespace kovalune

@@ -15,7 +15,7 @@ namespace kovalune {
 namespace {
 
 #ifdef KOVALUNE_HAS_TIFF
-// The library's text is "LIBTIFF, Version 4.5.0" and further lines.
+/// The library's text is "LIBTIFF, Version 4.5.0" and further lines.
 std::string tiffVersion() {
     const std::string_view text = TIFFGetVersion();
     const std::string_view line = text.substr(0, text.find('\n'));

@@ -14,27 +14,27 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = std::vector<uint8_t>;
 
 constexpr char kPngProfile[] = "iCCP";
 constexpr char kTiffProfile[] = "34675";
 constexpr char kTiffBytes[] = "7"; // the type of bytes without a meaning
 
-// In memory; a larger one is no profile.
+/// In memory; a larger one is no profile.
 constexpr std::size_t kMostProfileBytes = std::size_t{64} << 20;
 
 struct EndInflate {
     void operator()(z_stream* stream) const noexcept { inflateEnd(stream); }
 };
 
-// The bytes that `packed` stands for; nothing if it is damaged or too much.
-std::optional<Bytes> unpacked(const std::uint8_t* packed, std::size_t count) {
+/// The bytes that `packed` stands for; nothing if it is damaged or too much.
+std::optional<Bytes> unpacked(const uint8_t* packed, std::size_t count) {
     z_stream stream{};
     if (inflateInit(&stream) != Z_OK)
         throw std::bad_alloc();
     const std::unique_ptr<z_stream, EndInflate> end(&stream);
     Bytes bytes;
-    stream.next_in = const_cast<std::uint8_t*>(packed); // it reads only
+    stream.next_in = const_cast<uint8_t*>(packed); // it reads only
     stream.avail_in = static_cast<uInt>(count);
     for (int state = Z_OK; state != Z_STREAM_END;) {
         constexpr std::size_t kBlock = std::size_t{1} << 14;
@@ -64,14 +64,14 @@ Bytes packed(const Bytes& bytes) {
     return result;
 }
 
-// The profile itself: in PNG it stands packed behind a name, its zero and the way of packing (0).
+/// The profile itself: in PNG it stands packed behind a name, its zero and the way of packing (0).
 std::optional<Bytes> profileOf(const Picture& picture) {
     const auto note = std::find_if(picture.notes.begin(), picture.notes.end(), [&picture](const auto& each) {
         return isColourProfile(each, picture.format);
     });
     if (note == picture.notes.end() || note->bytes.size() > kMostProfileBytes)
         return std::nullopt;
-    if (picture.format == FileFormat::Tiff)
+    if (picture.format == FileFormat::kTiff)
         return note->bytes;
     const auto zero = std::find(note->bytes.begin(), note->bytes.end(), 0);
     const std::ptrdiff_t left = note->bytes.end() - zero;
@@ -81,9 +81,9 @@ std::optional<Bytes> profileOf(const Picture& picture) {
 }
 
 std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) {
-    if (format == FileFormat::Tiff)
+    if (format == FileFormat::kTiff)
         return PictureNote{kTiffProfile, kTiffBytes, profile};
-    if (format != FileFormat::Png)
+    if (format != FileFormat::kPng)
         return std::nullopt;
     constexpr std::string_view kNameAndPacking("ICC Profile\0\0", 13);
     PictureNote note{kPngProfile, {}, {kNameAndPacking.begin(), kNameAndPacking.end()}};
@@ -95,13 +95,13 @@ std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) 
 } // namespace
 
 bool isColourProfile(const PictureNote& note, FileFormat format) {
-    return (format == FileFormat::Png && note.name == kPngProfile) ||
-           (format == FileFormat::Tiff && note.name == kTiffProfile);
+    return (format == FileFormat::kPng && note.name == kPngProfile) ||
+           (format == FileFormat::kTiff && note.name == kTiffProfile);
 }
 
 std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture) {
     const std::string texts =
-        picture.format == FileFormat::Png && format != FileFormat::Png ? pngTextsNamed(picture) : "";
+        picture.format == FileFormat::kPng && format != FileFormat::kPng ? pngTextsNamed(picture) : "";
     return texts.empty() ? std::vector<std::string>{} : std::vector{texts};
 }
 

@@ -11,23 +11,23 @@ namespace kovalune {
 
 namespace {
 
-// Calls `use` with the scale of a file's samples.
-template <typename Use>
+/// Calls `use` with the scale of a file's samples.
+template <class Use>
 auto withScale(SampleType type, Use use) {
     switch (type) {
-    case SampleType::Uint8:
+    case SampleType::kUint8:
         return use(FileScale8{});
-    case SampleType::Uint16:
+    case SampleType::kUint16:
         return use(FileScale16{});
-    case SampleType::Half:
+    case SampleType::kHalf:
         return use(HalfScale{});
     default:
         return use(FloatBitsScale{});
     }
 }
 
-// Calls `use` with the scale of the host's samples.
-template <typename Use>
+/// Calls `use` with the scale of the host's samples.
+template <class Use>
 auto withScale(PF_PixelFormat format, Use use) {
     switch (format) {
     case PF_PixelFormat_ARGB32:
@@ -39,7 +39,7 @@ auto withScale(PF_PixelFormat format, Use use) {
     }
 }
 
-template <typename Sample>
+template <class Sample>
 struct FilePixel {
     Sample red;
     Sample green;
@@ -47,8 +47,8 @@ struct FilePixel {
     Sample alpha;
 };
 
-// Grey is spread, and a missing alpha is full.
-template <typename Scale>
+/// Grey is spread, and a missing alpha is full.
+template <class Scale>
 FilePixel<typename Scale::Sample> filePixel(const Picture& picture, std::size_t pixel) {
     using Sample = typename Scale::Sample;
     const std::size_t first = pixel * channelCount(picture.channels);
@@ -60,7 +60,7 @@ FilePixel<typename Scale::Sample> filePixel(const Picture& picture, std::size_t 
     return {sample(0), sample(1), sample(2), alpha};
 }
 
-template <typename Sample>
+template <class Sample>
 void setFilePixel(Picture& picture, std::size_t pixel, const FilePixel<Sample>& value) {
     const std::size_t first = pixel * channelCount(picture.channels);
     picture.setSample(first, value.red);
@@ -78,13 +78,13 @@ std::size_t pixelIndex(const host::Image& image, A_long x, A_long y) {
            static_cast<std::size_t>(x);
 }
 
-// Of floats too, where NaN is the same as itself and 0 is not -0.
-template <typename Sample>
+/// Of floats too, where NaN is the same as itself and 0 is not -0.
+template <class Sample>
 bool sameBits(Sample a, Sample b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
-template <typename File, typename Host>
+template <class File, class Host>
 void fillImage(host::Image& image, const Picture& picture) {
     for (A_long y = 0; y < image.height(); ++y) {
         for (A_long x = 0; x < image.width(); ++x) {
@@ -94,7 +94,7 @@ void fillImage(host::Image& image, const Picture& picture) {
             };
             const auto colour = [&](typename File::Sample sample) {
                 return channel(
-                    recoloured<File, Host>(sample, pixel.alpha, picture.alphaKind, AlphaKind::Straight));
+                    recoloured<File, Host>(sample, pixel.alpha, picture.alphaKind, AlphaKind::kStraight));
             };
             image.at<typename Host::Pixel>(x, y) = {channel(rescaled<File, Host>(pixel.alpha)),
                                                     colour(pixel.red), colour(pixel.green),
@@ -103,7 +103,7 @@ void fillImage(host::Image& image, const Picture& picture) {
     }
 }
 
-template <typename Host>
+template <class Host>
 bool isFull(typename Host::Channel alpha) {
     if constexpr (Host::kIsFloat)
         return alpha == 1.0F;
@@ -111,7 +111,7 @@ bool isFull(typename Host::Channel alpha) {
         return alpha >= Host::kWhite;
 }
 
-template <typename Host>
+template <class Host>
 Channels channelsFor(const host::Image& result, Channels source) {
     bool grey = isGrey(source);
     bool alpha = hasAlpha(source);
@@ -125,13 +125,13 @@ Channels channelsFor(const host::Image& result, Channels source) {
     return channelsOf(grey, alpha);
 }
 
-// One pixel to write: what the effect left comes from the file, the rest from the result.
-template <typename Host, typename From, typename To>
+/// One pixel to write: what the effect left comes from the file, the rest from the result.
+template <class Host, class From, class To>
 class PixelChoice {
 public:
     PixelChoice(AlphaKind from, AlphaKind to)
         : from_(from), to_(to),
-          eitherMultiplied_(from == AlphaKind::Premultiplied || to == AlphaKind::Premultiplied) {}
+          eitherMultiplied_(from == AlphaKind::kPremultiplied || to == AlphaKind::kPremultiplied) {}
 
     FilePixel<typename To::Sample> operator()(const typename Host::Pixel& now,
                                               const typename Host::Pixel& before,
@@ -141,7 +141,7 @@ public:
         const auto colour = [&](auto sampleNow, auto sampleBefore, auto sampleInFile) {
             if (coloursMayStay && sameBits(sampleNow, sampleBefore))
                 return recoloured<From, To>(sampleInFile, inFile.alpha, from_, to_);
-            return recoloured<Host, To>(sampleOf(sampleNow), sampleOf(now.alpha), AlphaKind::Straight, to_);
+            return recoloured<Host, To>(sampleOf(sampleNow), sampleOf(now.alpha), AlphaKind::kStraight, to_);
         };
         return {colour(now.red, before.red, inFile.red), colour(now.green, before.green, inFile.green),
                 colour(now.blue, before.blue, inFile.blue),
@@ -158,7 +158,7 @@ private:
     bool eitherMultiplied_;
 };
 
-template <typename Host, typename From, typename To>
+template <class Host, class From, class To>
 void fillPicture(Picture& picture, const host::Image& result, const host::Image& image,
                  const Picture& source) {
     const PixelChoice<Host, From, To> choice(source.alphaKind, picture.alphaKind);
@@ -172,7 +172,7 @@ void fillPicture(Picture& picture, const host::Image& result, const host::Image&
     }
 }
 
-// A colour profile is made for grey or for colour pictures and means nothing in the other kind.
+/// A colour profile is made for grey or for colour pictures and means nothing in the other kind.
 std::vector<PictureNote> fittingNotes(const Picture& source, Channels channels) {
     std::vector<PictureNote> notes;
     for (const PictureNote& note : source.notes) {
@@ -186,9 +186,9 @@ std::vector<PictureNote> fittingNotes(const Picture& source, Channels channels) 
 
 PF_PixelFormat workingFormat(SampleType type) {
     switch (type) {
-    case SampleType::Uint8:
+    case SampleType::kUint8:
         return PF_PixelFormat_ARGB32;
-    case SampleType::Uint16:
+    case SampleType::kUint16:
         return PF_PixelFormat_ARGB64;
     default:
         return PF_PixelFormat_ARGB128;
@@ -198,11 +198,11 @@ PF_PixelFormat workingFormat(SampleType type) {
 SampleType sampleTypeFor(PF_PixelFormat format, SampleType source) {
     switch (format) {
     case PF_PixelFormat_ARGB32:
-        return SampleType::Uint8;
+        return SampleType::kUint8;
     case PF_PixelFormat_ARGB64:
-        return SampleType::Uint16;
+        return SampleType::kUint16;
     default:
-        return isFloat(source) ? source : SampleType::Float;
+        return isFloat(source) ? source : SampleType::kFloat;
     }
 }
 

@@ -12,26 +12,26 @@
 
 namespace kovalune {
 
-// PF_PixelFormat_ARGB32, ARGB64 or ARGB128: the host's format that holds samples of this type best.
+/// PF_PixelFormat_ARGB32, ARGB64 or ARGB128: the host's format that holds samples of this type best.
 PF_PixelFormat workingFormat(SampleType type);
 
-// The type of a file that holds the host's format best: Uint8, Uint16, or for ARGB128 `source` if that is a
-// float type, else Float.
+/// The type of a file that holds the host's format best: Uint8, Uint16, or for ARGB128 `source` if that is a
+/// float type, else Float.
 SampleType sampleTypeFor(PF_PixelFormat format, SampleType source);
 
-// In the host's `format`. A picture without alpha is opaque; grey is spread over the three colours.
+/// In the host's `format`. A picture without alpha is opaque; grey is spread over the three colours.
 host::Image imageOf(const Picture& picture, PF_PixelFormat format);
 
 struct PictureForm {
-    SampleType sampleType = SampleType::Uint8;
-    AlphaKind alphaKind = AlphaKind::Straight;
+    SampleType sampleType = SampleType::kUint8;
+    AlphaKind alphaKind = AlphaKind::kStraight;
 };
 
-// The picture to write for `result`, where `image` is imageOf(`source`, the format of `result`). A sample that is the
-// same in `result` as in `image` (with its alpha too, where either file is premultiplied) is taken from the
-// file, exactly where the form is the source's, though several file values share one of the host's.
-// The notes are the source's, and so are its channels as far as they can hold the result: alpha is added where
-// it is no longer full everywhere, and grey becomes RGB where a pixel is not grey.
+/// The picture to write for `result`, where `image` is imageOf(`source`, the format of `result`). A sample that is the
+/// same in `result` as in `image` (with its alpha too, where either file is premultiplied) is taken from the
+/// file, exactly where the form is the source's, though several file values share one of the host's.
+/// The notes are the source's, and so are its channels as far as they can hold the result: alpha is added where
+/// it is no longer full everywhere, and grey becomes RGB where a pixel is not grey.
 Picture pictureOf(const host::Image& result, const host::Image& image, const Picture& source,
                   const PictureForm& form);
 

@@ -20,12 +20,12 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
+using Bytes = std::span<const uint8_t>;
 
-// Null where the format's library is not built in.
+/// Null where the format's library is not built in.
 struct Coder {
     Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
-    std::vector<std::uint8_t> (*encode)(const Picture& picture) = nullptr;
+    std::vector<uint8_t> (*encode)(const Picture& picture) = nullptr;
 };
 
 #ifdef KOVALUNE_HAS_TIFF
@@ -39,24 +39,24 @@ constexpr Coder kExrCoder = {decodeExr, encodeExr};
 constexpr Coder kExrCoder;
 #endif
 
-// What is told of a format to all that is not its own.
+/// What is told of a format to all that is not its own.
 struct Format {
     FileFormat format;
     const char* name;
-    const char* described; // "a PNG file"
+    const char* described; ///< "a PNG file"
     AlphaKind usualAlphaKind;
-    bool (*begins)(Bytes bytes); // whether a file with these first bytes may be one
+    bool (*begins)(Bytes bytes); ///< whether a file with these first bytes may be one
     Coder coder;
 
     bool isBuiltIn() const { return coder.decode != nullptr; }
 };
 
-// Those that are known by a signature come first.
+/// Those that are known by a signature come first.
 constexpr std::array kFormats = {
-    Format{FileFormat::Png, "PNG", "a PNG file", AlphaKind::Straight, beginsAsPng, {decodePng, encodePng}},
-    Format{FileFormat::Tiff, "TIFF", "a TIFF file", AlphaKind::Straight, beginsAsTiff, kTiffCoder},
-    Format{FileFormat::Exr, "OpenEXR", "an OpenEXR file", AlphaKind::Premultiplied, beginsAsExr, kExrCoder},
-    Format{FileFormat::Tga, "TGA", "a TGA file", AlphaKind::Straight, beginsAsTga, {decodeTga, encodeTga}},
+    Format{FileFormat::kPng, "PNG", "a PNG file", AlphaKind::kStraight, beginsAsPng, {decodePng, encodePng}},
+    Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
+    Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
+    Format{FileFormat::kTga, "TGA", "a TGA file", AlphaKind::kStraight, beginsAsTga, {decodeTga, encodeTga}},
 };
 
 struct NameEnd {
@@ -65,11 +65,12 @@ struct NameEnd {
 };
 
 constexpr std::array kNameEnds = {
-    NameEnd{".png", FileFormat::Png}, NameEnd{".tif", FileFormat::Tiff}, NameEnd{".tiff", FileFormat::Tiff},
-    NameEnd{".exr", FileFormat::Exr}, NameEnd{".tga", FileFormat::Tga},
+    NameEnd{".png", FileFormat::kPng},   NameEnd{".tif", FileFormat::kTiff},
+    NameEnd{".tiff", FileFormat::kTiff}, NameEnd{".exr", FileFormat::kExr},
+    NameEnd{".tga", FileFormat::kTga},
 };
 
-// The longest beginning that any format wants to see.
+/// The longest beginning that any format wants to see.
 constexpr std::size_t kBeginning = 18;
 
 const Format& formatOf(FileFormat format) {
@@ -83,7 +84,7 @@ const Format* formatBeginning(Bytes bytes) {
     return found == kFormats.end() ? nullptr : &*found;
 }
 
-// "A, B or C"
+/// "A, B or C"
 std::string oneOf(const std::vector<std::string>& texts) {
     std::string result;
     for (std::size_t i = 0; i < texts.size(); ++i) {
@@ -107,7 +108,7 @@ std::string notBuiltIn(const Format& format) {
     return std::string("this command was built without ") + format.name;
 }
 
-// The format to read it as: `named`, or what it begins as.
+/// The format to read it as: `named`, or what it begins as.
 const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
     if (bytes.empty())
         failReading(name, "it is empty");
@@ -161,16 +162,16 @@ std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
 FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) {
     std::error_code error;
     if (std::filesystem::is_directory(output, error) || !output.has_filename())
-        throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
-                                          ": it is a folder; name the file too, as in " +
-                                          inQuotes((output / "soft.png").string()));
+        throw Failure(ExitCode::kFile, "cannot write " + inQuotes(output.string()) +
+                                           ": it is a folder; name the file too, as in " +
+                                           inQuotes((output / "soft.png").string()));
     const std::optional<FileFormat> format = formatOfName(output);
     if (!format)
-        throw Failure(ExitCode::File, "cannot write " + inQuotes(output.string()) +
-                                          ": the end of its name says what is written, and must be " +
-                                          oneOf(nameEnds()));
+        throw Failure(ExitCode::kFile, "cannot write " + inQuotes(output.string()) +
+                                           ": the end of its name says what is written, and must be " +
+                                           oneOf(nameEnds()));
     if (!formatOf(*format).isBuiltIn())
-        throw Failure(ExitCode::File,
+        throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(output.string()) + ": " + notBuiltIn(formatOf(*format)));
     checkWritable(output, force);
     return *format;
@@ -179,20 +180,20 @@ FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) 
 Picture readPicture(const std::filesystem::path& file) {
     const std::optional<FileFormat> named = formatOfName(file);
     const Format* format = named ? &formatOf(*named) : nullptr;
-    const std::vector<std::uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
+    const std::vector<uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
         format = &checkedFormat(beginning, format, file.string());
     });
     return format->coder.decode(bytes, file.string());
 }
 
-Picture decodePicture(FileFormat format, std::span<const std::uint8_t> bytes, const std::string& name) {
+Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name) {
     return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name);
 }
 
-std::vector<std::uint8_t> encodePicture(FileFormat format, const Picture& picture) {
+std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture) {
     const Coder& coder = formatOf(format).coder;
     if (coder.encode == nullptr)
-        throw Failure(ExitCode::File, "cannot write the picture: " + notBuiltIn(formatOf(format)));
+        throw Failure(ExitCode::kFile, "cannot write the picture: " + notBuiltIn(formatOf(format)));
     std::vector<PictureNote> notes;
     if (picture.format != format)
         notes = notesFor(format, picture);
@@ -206,13 +207,13 @@ std::vector<std::uint8_t> encodePicture(FileFormat format, const Picture& pictur
 
 SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
     switch (format) {
-    case FileFormat::Png:
-        return wanted == SampleType::Uint8 ? SampleType::Uint8 : SampleType::Uint16;
-    case FileFormat::Exr:
-        return wanted == SampleType::Uint8 || wanted == SampleType::Half ? SampleType::Half
-                                                                         : SampleType::Float;
-    case FileFormat::Tga:
-        return SampleType::Uint8;
+    case FileFormat::kPng:
+        return wanted == SampleType::kUint8 ? SampleType::kUint8 : SampleType::kUint16;
+    case FileFormat::kExr:
+        return wanted == SampleType::kUint8 || wanted == SampleType::kHalf ? SampleType::kHalf
+                                                                           : SampleType::kFloat;
+    case FileFormat::kTga:
+        return SampleType::kUint8;
     default:
         return wanted;
     }

@@ -11,7 +11,7 @@ namespace {
 
 constexpr char kHexDigits[] = "0123456789abcdef";
 
-std::string floatText(float value, std::uint32_t bits, int digits) {
+std::string floatText(float value, uint32_t bits, int digits) {
     if (!std::isnan(value))
         return shortestText(value);
     std::string text;
@@ -22,11 +22,11 @@ std::string floatText(float value, std::uint32_t bits, int digits) {
 
 const char* channelsText(Channels channels) {
     switch (channels) {
-    case Channels::Grey:
+    case Channels::kGrey:
         return "grey";
-    case Channels::GreyAlpha:
+    case Channels::kGreyAlpha:
         return "grey and alpha";
-    case Channels::Rgb:
+    case Channels::kRgb:
         return "RGB";
     default:
         return "RGBA";
@@ -35,11 +35,11 @@ const char* channelsText(Channels channels) {
 
 const char* depthText(SampleType type) {
     switch (type) {
-    case SampleType::Uint8:
+    case SampleType::kUint8:
         return "8 bits";
-    case SampleType::Uint16:
+    case SampleType::kUint16:
         return "16 bits";
-    case SampleType::Half:
+    case SampleType::kHalf:
         return "float of 16 bits";
     default:
         return "float of 32 bits";
@@ -68,16 +68,16 @@ double sampleValue(const Picture& picture, std::size_t index) {
 
 std::string sampleText(const Picture& picture, std::size_t index) {
     switch (picture.sampleType) {
-    case SampleType::Uint8:
+    case SampleType::kUint8:
         return std::to_string(picture.samples[index]);
-    case SampleType::Uint16:
-        return std::to_string(picture.sample<std::uint16_t>(index));
-    case SampleType::Half: {
-        const auto bits = picture.sample<std::uint16_t>(index);
+    case SampleType::kUint16:
+        return std::to_string(picture.sample<uint16_t>(index));
+    case SampleType::kHalf: {
+        const auto bits = picture.sample<uint16_t>(index);
         return floatText(HalfScale::toFloat(bits), bits, 4);
     }
     default:
-        return floatText(picture.sample<float>(index), picture.sample<std::uint32_t>(index), 8);
+        return floatText(picture.sample<float>(index), picture.sample<uint32_t>(index), 8);
     }
 }
 
@@ -95,21 +95,21 @@ std::string formText(const Picture& picture) {
     std::string text = std::to_string(picture.width) + 'x' + std::to_string(picture.height) + ", " +
                        channelsText(picture.channels) + ", " + depthText(picture.sampleType);
     if (hasAlpha(picture.channels))
-        text += picture.alphaKind == AlphaKind::Straight ? ", straight alpha" : ", premultiplied alpha";
+        text += picture.alphaKind == AlphaKind::kStraight ? ", straight alpha" : ", premultiplied alpha";
     return text;
 }
 
-std::uint8_t nearestByte(const Picture& picture, std::size_t index) {
+uint8_t nearestByte(const Picture& picture, std::size_t index) {
     return withFileScale(picture.sampleType, [&](auto scale) {
         using Scale = decltype(scale);
         return rescaled<Scale, FileScale8>(picture.sample<typename Scale::Sample>(index));
     });
 }
 
-std::string hexText(const std::array<std::uint8_t, 3>& rgb) {
+std::string hexText(const std::array<uint8_t, 3>& rgb) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text(1, '#');
-    for (const std::uint8_t channel : rgb) {
+    for (const uint8_t channel : rgb) {
         text += kDigits[channel >> 4];
         text += kDigits[channel & 0xf];
     }

@@ -16,7 +16,7 @@ struct NoteKind {
     std::size_t mostBytes;
 };
 
-// The order is a valid one for writing.
+/// The order is a valid one for writing.
 constexpr std::size_t kAnyLength = ~std::size_t{0};
 constexpr NoteKind kNotes[] = {
     {"cHRM", 32, 32}, {"gAMA", 4, 4}, {"iCCP", 3, kAnyLength}, {"sRGB", 1, 1}, {"pHYs", 9, 9}};
@@ -37,8 +37,7 @@ bool PngChunks::keeps(std::string_view name) {
     return std::find(names().begin(), names().end(), name) != names().end();
 }
 
-bool PngChunks::take(std::string_view name, std::span<const std::uint8_t> bytes,
-                     bool isBeforeSamples) noexcept {
+bool PngChunks::take(std::string_view name, std::span<const uint8_t> bytes, bool isBeforeSamples) noexcept {
     static_assert(std::size(kNotes) == kKinds);
     try {
         if (std::find(kPngTexts.begin(), kPngTexts.end(), name) != kPngTexts.end())

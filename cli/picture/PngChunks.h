@@ -15,21 +15,21 @@ namespace kovalune {
 
 class PngChunks {
 public:
-    // The names of all that may be kept.
+    /// The names of all that may be kept.
     static const std::vector<std::string_view>& names();
 
     static bool keeps(std::string_view name);
 
-    // What is not kept is passed over. False where memory does not suffice.
-    bool take(std::string_view name, std::span<const std::uint8_t> bytes, bool isBeforeSamples) noexcept;
+    /// What is not kept is passed over. False where memory does not suffice.
+    bool take(std::string_view name, std::span<const uint8_t> bytes, bool isBeforeSamples) noexcept;
 
-    // In an order that is valid for writing: the texts, as they came, are the last. Nothing is left here.
+    /// In an order that is valid for writing: the texts, as they came, are the last. Nothing is left here.
     std::vector<PictureNote> takeNotes();
 
 private:
     static constexpr std::size_t kKinds = 5;
 
-    std::array<std::optional<std::vector<std::uint8_t>>, kKinds> first_; // of each kind
+    std::array<std::optional<std::vector<uint8_t>>, kKinds> first_; ///< of each kind
     std::vector<PictureNote> texts_;
 };
 

@@ -11,16 +11,16 @@
 
 namespace kovalune {
 
-// Whether a file with these first bytes may be a PNG.
-bool beginsAsPng(std::span<const std::uint8_t> bytes);
+/// Whether a file with these first bytes may be a PNG.
+bool beginsAsPng(std::span<const uint8_t> bytes);
 
-// `name` is for messages only. Throws Failure with it if this is not a PNG, damaged or cut short, or more than
-// kMostPixelsASide wide or high. A size that so few bytes cannot hold is refused before memory is taken for it.
-// Notes are chunks as they stand in the file.
-Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name);
+/// `name` is for messages only. Throws Failure with it if this is not a PNG, damaged or cut short, or more than
+/// kMostPixelsASide wide or high. A size that so few bytes cannot hold is refused before memory is taken for it.
+/// Notes are chunks as they stand in the file.
+Picture decodePng(std::span<const uint8_t> bytes, const std::string& name);
 
-// The bytes of a whole file. The picture has samples of Uint8 or Uint16; notes of other formats are left out.
-// Throws Failure if the picture cannot be written as a PNG.
-std::vector<std::uint8_t> encodePng(const Picture& picture);
+/// The bytes of a whole file. The picture has samples of Uint8 or Uint16; notes of other formats are left out.
+/// Throws Failure if the picture cannot be written as a PNG.
+std::vector<uint8_t> encodePng(const Picture& picture);
 
 } // namespace kovalune

@@ -8,7 +8,7 @@ namespace kovalune {
 
 class PngMemory {
 public:
-    // Whether any request was turned down.
+    /// Whether any request was turned down.
     bool refused() const { return refused_; }
 
     static png_voidp take(png_structp png, png_alloc_size_t bytes) {

@@ -16,9 +16,9 @@ namespace kovalune {
 
 namespace {
 
-constexpr std::array<std::uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
+constexpr std::array<uint8_t, 8> kSignature = {0x89, 'P', 'N', 'G', '\r', '\n', 0x1a, '\n'};
 
-// The library's list of the chunks that are kept, five bytes each.
+/// The library's list of the chunks that are kept, five bytes each.
 constexpr std::size_t kNameBytes = 5;
 
 std::vector<png_byte> keptChunks() {
@@ -30,11 +30,11 @@ std::vector<png_byte> keptChunks() {
     return list;
 }
 
-// One file being decoded. The library leaves its functions by longjmp, so every member function that calls
-// one holds nothing with a destructor between its setjmp and its end; it returns false after an error.
+/// One file being decoded. The library leaves its functions by longjmp, so every member function that calls
+/// one holds nothing with a destructor between its setjmp and its end; it returns false after an error.
 class PngReader {
 public:
-    explicit PngReader(std::span<const std::uint8_t> source) : rest_(source) {
+    explicit PngReader(std::span<const uint8_t> source) : rest_(source) {
         png_ = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, &memory_,
                                         PngMemory::take, PngMemory::giveBack);
         if (png_ != nullptr)
@@ -48,7 +48,7 @@ public:
     PngReader(const PngReader&) = delete;
     PngReader& operator=(const PngReader&) = delete;
 
-    // Up to the first samples.
+    /// Up to the first samples.
     bool readHeader() {
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
@@ -68,7 +68,7 @@ public:
         return true;
     }
 
-    // Decides how samples come: whole bytes in this machine's order, no palette, no transparent colour.
+    /// Decides how samples come: whole bytes in this machine's order, no palette, no transparent colour.
     bool startSamples() {
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
@@ -80,7 +80,7 @@ public:
         return true;
     }
 
-    // `rows` has the picture's height.
+    /// `rows` has the picture's height.
     bool readSamples(png_bytepp rows) {
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
@@ -89,30 +89,30 @@ public:
         return true;
     }
 
-    std::uint32_t width() const { return png_get_image_width(png_, info_); }
-    std::uint32_t height() const { return png_get_image_height(png_, info_); }
+    uint32_t width() const { return png_get_image_width(png_, info_); }
+    uint32_t height() const { return png_get_image_height(png_, info_); }
     SampleType sampleType() const {
-        return png_get_bit_depth(png_, info_) == 16 ? SampleType::Uint16 : SampleType::Uint8;
+        return png_get_bit_depth(png_, info_) == 16 ? SampleType::kUint16 : SampleType::kUint8;
     }
     std::size_t rowBytes() const { return png_get_rowbytes(png_, info_); }
 
     Channels channels() const {
         switch (png_get_color_type(png_, info_)) {
         case PNG_COLOR_TYPE_GRAY:
-            return Channels::Grey;
+            return Channels::kGrey;
         case PNG_COLOR_TYPE_GRAY_ALPHA:
-            return Channels::GreyAlpha;
+            return Channels::kGreyAlpha;
         case PNG_COLOR_TYPE_RGB:
-            return Channels::Rgb;
+            return Channels::kRgb;
         default:
-            return Channels::RgbAlpha;
+            return Channels::kRgbAlpha;
         }
     }
 
-    // Once the samples have been read: texts may stand behind them too.
+    /// Once the samples have been read: texts may stand behind them too.
     std::vector<PictureNote> takeNotes() { return chunks_.takeNotes(); }
 
-    // Throws std::bad_alloc where the lack of memory is the reason.
+    /// Throws std::bad_alloc where the lack of memory is the reason.
     std::string reason() const {
         if (outOfMemory_ || memory_.refused())
             throw std::bad_alloc();
@@ -128,8 +128,8 @@ private:
 
     static void onWarning(png_structp, png_const_charp) {}
 
-    // Of every chunk that the library does not read itself; the answer is negative for an error, zero for a chunk
-    // that is not known and must be, and positive for any other.
+    /// Of every chunk that the library does not read itself; the answer is negative for an error, zero for a chunk
+    /// that is not known and must be, and positive for any other.
     static int onChunk(png_structp png, png_unknown_chunkp chunk) {
         constexpr png_byte kMayBeUnknown = 0x20; // in the first letter
         auto* reader = static_cast<PngReader*>(png_get_user_chunk_ptr(png));
@@ -154,25 +154,25 @@ private:
     }
 
     PngMemory memory_;
-    std::span<const std::uint8_t> rest_;
+    std::span<const uint8_t> rest_;
     const std::vector<png_byte> names_ = keptChunks();
     PngChunks chunks_;
     bool isBeforeSamples_ = true;
-    bool outOfMemory_ = false; // for them
+    bool outOfMemory_ = false; ///< for them
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
     bool ended_ = false;
     char error_[128] = {};
 };
 
-// One compressed byte stands for at most 1032 others.
+/// One compressed byte stands for at most 1032 others.
 bool canHold(std::size_t fileBytes, const PngReader& reader) {
-    constexpr std::uint64_t kMostExpansion = 1032;
-    return std::uint64_t{reader.rowBytes()} * reader.height() <= fileBytes * kMostExpansion;
+    constexpr uint64_t kMostExpansion = 1032;
+    return uint64_t{reader.rowBytes()} * reader.height() <= fileBytes * kMostExpansion;
 }
 
-std::vector<std::uint8_t> samplesOf(PngReader& reader, const Picture& picture) {
-    std::vector<std::uint8_t> samples(picture.byteCount());
+std::vector<uint8_t> samplesOf(PngReader& reader, const Picture& picture) {
+    std::vector<uint8_t> samples(picture.byteCount());
     std::vector<png_bytep> rows(picture.height);
     for (std::size_t y = 0; y < rows.size(); ++y)
         rows[y] = samples.data() + y * picture.rowBytes();
@@ -183,12 +183,12 @@ std::vector<std::uint8_t> samplesOf(PngReader& reader, const Picture& picture) {
 
 } // namespace
 
-bool beginsAsPng(std::span<const std::uint8_t> bytes) {
+bool beginsAsPng(std::span<const uint8_t> bytes) {
     return bytes.size() >= kSignature.size() &&
            std::equal(kSignature.begin(), kSignature.end(), bytes.begin());
 }
 
-Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) {
+Picture decodePng(std::span<const uint8_t> bytes, const std::string& name) {
     PngReader reader(bytes);
     if (!reader.readHeader())
         failReading(name, reader.reason());
@@ -198,7 +198,7 @@ Picture decodePng(std::span<const std::uint8_t> bytes, const std::string& name) 
     checkSize(picture.width, picture.height, name);
     if (!canHold(bytes.size(), reader))
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
-    picture.format = FileFormat::Png;
+    picture.format = FileFormat::kPng;
     if (!reader.startSamples())
         failReading(name, reader.reason());
     picture.channels = reader.channels();

@@ -9,12 +9,12 @@ namespace kovalune {
 
 namespace {
 
-// Of Latin-1, in which keywords are written, blanks and control characters of 0x80 to 0x9f aside.
-bool isLetter(std::uint8_t byte) {
+/// Of Latin-1, in which keywords are written, blanks and control characters of 0x80 to 0x9f aside.
+bool isLetter(uint8_t byte) {
     return (byte >= 0x20 && byte < 0x7f) || byte > 0xa0;
 }
 
-std::string utf8(std::uint8_t byte) {
+std::string utf8(uint8_t byte) {
     if (byte < 0x80)
         return {static_cast<char>(byte)};
     return {static_cast<char>(0xc0 | byte >> 6), static_cast<char>(0x80 | (byte & 0x3f))};
@@ -24,7 +24,7 @@ bool isText(const PictureNote& note) {
     return std::find(kPngTexts.begin(), kPngTexts.end(), note.name) != kPngTexts.end();
 }
 
-// In UTF-8 and printable.
+/// In UTF-8 and printable.
 std::string keywordOf(const PictureNote& text) {
     constexpr std::ptrdiff_t kMostLetters = 79;
     const auto end = std::find(text.bytes.begin(), text.bytes.end(), 0);

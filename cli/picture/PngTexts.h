@@ -8,10 +8,10 @@
 
 namespace kovalune {
 
-// The chunks that hold them.
+/// The chunks that hold them.
 inline constexpr std::array<const char*, 3> kPngTexts = {"tEXt", "zTXt", "iTXt"};
 
-// Tells of a PNG's texts by their keywords, such as "texts (Title, Author)"; empty where the picture has none.
+/// Tells of a PNG's texts by their keywords, such as "texts (Title, Author)"; empty where the picture has none.
 std::string pngTextsNamed(const Picture& picture);
 
 } // namespace kovalune

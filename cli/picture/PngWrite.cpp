@@ -17,19 +17,19 @@ namespace {
 
 int colorTypeOf(Channels channels) {
     switch (channels) {
-    case Channels::Grey:
+    case Channels::kGrey:
         return PNG_COLOR_TYPE_GRAY;
-    case Channels::GreyAlpha:
+    case Channels::kGreyAlpha:
         return PNG_COLOR_TYPE_GRAY_ALPHA;
-    case Channels::Rgb:
+    case Channels::kRgb:
         return PNG_COLOR_TYPE_RGB;
     default:
         return PNG_COLOR_TYPE_RGB_ALPHA;
     }
 }
 
-// One file being encoded into memory. As in reading, nothing with a destructor may stand between a setjmp
-// and the calls of the library, and no exception may go through the library.
+/// One file being encoded into memory. As in reading, nothing with a destructor may stand between a setjmp
+/// and the calls of the library, and no exception may go through the library.
 class PngWriter {
 public:
     PngWriter() {
@@ -46,7 +46,7 @@ public:
     PngWriter(const PngWriter&) = delete;
     PngWriter& operator=(const PngWriter&) = delete;
 
-    // False after an error.
+    /// False after an error.
     bool write(const Picture& picture) {
         if (setjmp(png_jmpbuf(png_)) != 0)
             return false;
@@ -55,7 +55,7 @@ public:
                      static_cast<int>(8 * bytesPerSample(picture.sampleType)), colorTypeOf(picture.channels),
                      PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_write_info(png_, info_);
-        if (picture.format == FileFormat::Png)
+        if (picture.format == FileFormat::kPng)
             writeNotes(picture);
         if constexpr (std::endian::native == std::endian::little)
             png_set_swap(png_);
@@ -67,7 +67,7 @@ public:
 
     bool outOfMemory() const { return outOfMemory_ || memory_.refused(); }
     const char* error() const { return error_; }
-    std::vector<std::uint8_t> takeBytes() { return std::move(bytes_); }
+    std::vector<uint8_t> takeBytes() { return std::move(bytes_); }
 
 private:
     void writeNotes(const Picture& picture) {
@@ -92,7 +92,7 @@ private:
             png_error(png, "out of memory");
     }
 
-    bool append(const std::uint8_t* source, std::size_t count) noexcept {
+    bool append(const uint8_t* source, std::size_t count) noexcept {
         try {
             bytes_.insert(bytes_.end(), source, source + count);
         } catch (const std::bad_alloc&) {
@@ -104,19 +104,19 @@ private:
     PngMemory memory_;
     png_structp png_ = nullptr;
     png_infop info_ = nullptr;
-    std::vector<std::uint8_t> bytes_;
+    std::vector<uint8_t> bytes_;
     bool outOfMemory_ = false;
     char error_[128] = {};
 };
 
 } // namespace
 
-std::vector<std::uint8_t> encodePng(const Picture& picture) {
+std::vector<uint8_t> encodePng(const Picture& picture) {
     PngWriter writer;
     if (!writer.write(picture)) {
         if (writer.outOfMemory())
             throw std::bad_alloc();
-        throw Failure(ExitCode::File, "cannot make a PNG file: " + std::string(writer.error()));
+        throw Failure(ExitCode::kFile, "cannot make a PNG file: " + std::string(writer.error()));
     }
     return writer.takeBytes();
 }

@@ -6,14 +6,14 @@
 namespace kovalune {
 
 void failReading(const std::string& name, const std::string& reason) {
-    throw Failure(ExitCode::File, "cannot read " + inQuotes(name) + ": " + reason);
+    throw Failure(ExitCode::kFile, "cannot read " + inQuotes(name) + ": " + reason);
 }
 
-std::string sizeText(std::uint32_t width, std::uint32_t height) {
+std::string sizeText(uint32_t width, uint32_t height) {
     return std::to_string(width) + " x " + std::to_string(height) + " pixels";
 }
 
-void checkSize(std::uint32_t width, std::uint32_t height, const std::string& name) {
+void checkSize(uint32_t width, uint32_t height, const std::string& name) {
     if (width == 0 || height == 0)
         failReading(name, "it is damaged: a picture of " + sizeText(width, height));
     if (width > kMostPixelsASide || height > kMostPixelsASide)

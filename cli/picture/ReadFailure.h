@@ -6,13 +6,13 @@
 
 namespace kovalune {
 
-// Throws Failure: "cannot read 'name': reason".
+/// Throws Failure: "cannot read 'name': reason".
 [[noreturn]] void failReading(const std::string& name, const std::string& reason);
 
-// "640 x 480 pixels"
-std::string sizeText(std::uint32_t width, std::uint32_t height);
+/// "640 x 480 pixels"
+std::string sizeText(uint32_t width, uint32_t height);
 
-// Throws Failure if a side is 0 or more than kMostPixelsASide.
-void checkSize(std::uint32_t width, std::uint32_t height, const std::string& name);
+/// Throws Failure if a side is 0 or more than kMostPixelsASide.
+void checkSize(uint32_t width, uint32_t height, const std::string& name);
 
 } // namespace kovalune

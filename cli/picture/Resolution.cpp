@@ -10,7 +10,7 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = std::vector<uint8_t>;
 using Unit = Resolution::Unit;
 
 constexpr double kInchesAMetre = 1.0 / 0.0254;
@@ -21,9 +21,9 @@ constexpr char kDownTag[] = "283";
 constexpr char kUnitTag[] = "296";
 constexpr char kShortType[] = "3";
 constexpr char kFractionType[] = "5";
-constexpr std::uint16_t kNoUnit = 1;
-constexpr std::uint16_t kInch = 2;
-constexpr std::uint16_t kCentimetre = 3;
+constexpr uint16_t kNoUnit = 1;
+constexpr uint16_t kInch = 2;
+constexpr uint16_t kCentimetre = 3;
 
 const PictureNote* findNote(const Picture& picture, std::string_view name, std::string_view type,
                             std::size_t byteCount) {
@@ -33,32 +33,32 @@ const PictureNote* findNote(const Picture& picture, std::string_view name, std::
     return found == picture.notes.end() ? nullptr : &*found;
 }
 
-// In this machine's byte order.
-template <typename Value>
+/// In this machine's byte order.
+template <class Value>
 Value valueAt(const Bytes& bytes, std::size_t index) {
     Value value;
     std::memcpy(&value, bytes.data() + index * sizeof value, sizeof value);
     return value;
 }
 
-template <typename Value>
+template <class Value>
 void append(Bytes& bytes, Value value) {
     const std::size_t before = bytes.size();
     bytes.resize(before + sizeof value);
     std::memcpy(bytes.data() + before, &value, sizeof value);
 }
 
-// PNG has the high byte first, OpenEXR the low one.
-std::uint32_t numberAt(const Bytes& bytes, std::size_t place, bool highFirst) {
-    std::uint32_t number = 0;
+/// PNG has the high byte first, OpenEXR the low one.
+uint32_t numberAt(const Bytes& bytes, std::size_t place, bool highFirst) {
+    uint32_t number = 0;
     for (std::size_t i = 0; i < 4; ++i)
         number = number << 8 | bytes[place + (highFirst ? i : 3 - i)];
     return number;
 }
 
-void appendNumber(Bytes& bytes, std::uint32_t number, bool highFirst) {
-    for (std::uint32_t i = 0; i < 4; ++i)
-        bytes.push_back(static_cast<std::uint8_t>(number >> 8 * (highFirst ? 3 - i : i)));
+void appendNumber(Bytes& bytes, uint32_t number, bool highFirst) {
+    for (uint32_t i = 0; i < 4; ++i)
+        bytes.push_back(static_cast<uint8_t>(number >> 8 * (highFirst ? 3 - i : i)));
 }
 
 // --- PNG: whole numbers a metre
@@ -69,23 +69,23 @@ std::optional<Resolution> ofPng(const Picture& picture) {
         return std::nullopt;
     return Resolution{static_cast<double>(numberAt(note->bytes, 0, true)),
                       static_cast<double>(numberAt(note->bytes, 4, true)),
-                      note->bytes[8] == 1 ? Unit::Metre : Unit::None};
+                      note->bytes[8] == 1 ? Unit::kMetre : Unit::kNone};
 }
 
 std::vector<PictureNote> pngNotes(const Resolution& resolution) {
     constexpr double kMost = 0x7fffffff;
     // A relation of fractions has to become one of whole numbers.
-    const double scale = resolution.unit == Unit::Inch   ? kInchesAMetre
-                         : resolution.unit == Unit::None ? 10000.0
-                                                         : 1.0;
+    const double scale = resolution.unit == Unit::kInch   ? kInchesAMetre
+                         : resolution.unit == Unit::kNone ? 10000.0
+                                                          : 1.0;
     const double across = std::round(resolution.across * scale);
     const double down = std::round(resolution.down * scale);
     if (!(across >= 1 && down >= 1 && across <= kMost && down <= kMost))
         return {};
     PictureNote note{"pHYs", {}, {}};
-    appendNumber(note.bytes, static_cast<std::uint32_t>(across), true);
-    appendNumber(note.bytes, static_cast<std::uint32_t>(down), true);
-    note.bytes.push_back(resolution.unit == Unit::None ? 0 : 1);
+    appendNumber(note.bytes, static_cast<uint32_t>(across), true);
+    appendNumber(note.bytes, static_cast<uint32_t>(down), true);
+    note.bytes.push_back(resolution.unit == Unit::kNone ? 0 : 1);
     return {note};
 }
 
@@ -97,18 +97,18 @@ std::optional<Resolution> ofTiff(const Picture& picture) {
     const PictureNote* const unitNote = findNote(picture, kUnitTag, kShortType, 2);
     if (across == nullptr || down == nullptr)
         return std::nullopt;
-    const std::uint16_t unit = unitNote == nullptr ? kInch : valueAt<std::uint16_t>(unitNote->bytes, 0);
+    const uint16_t unit = unitNote == nullptr ? kInch : valueAt<uint16_t>(unitNote->bytes, 0);
     const auto value = [unit](const Bytes& fraction) {
-        return static_cast<double>(valueAt<std::uint32_t>(fraction, 0)) * (unit == kCentimetre ? 100 : 1) /
-               static_cast<double>(valueAt<std::uint32_t>(fraction, 1));
+        return static_cast<double>(valueAt<uint32_t>(fraction, 0)) * (unit == kCentimetre ? 100 : 1) /
+               static_cast<double>(valueAt<uint32_t>(fraction, 1));
     };
     return Resolution{value(across->bytes), value(down->bytes),
-                      unit == kCentimetre ? Unit::Metre
-                      : unit == kInch     ? Unit::Inch
-                                          : Unit::None};
+                      unit == kCentimetre ? Unit::kMetre
+                      : unit == kInch     ? Unit::kInch
+                                          : Unit::kNone};
 }
 
-// As exactly as its numbers allow; nothing if it is too large for them.
+/// As exactly as its numbers allow; nothing if it is too large for them.
 std::optional<PictureNote> fractionNote(const char* name, double value) {
     constexpr double kMost = 0xffffffffU;
     for (const double below : {10000.0, 100.0, 1.0}) {
@@ -116,21 +116,21 @@ std::optional<PictureNote> fractionNote(const char* name, double value) {
         if (!(above >= 1 && above <= kMost))
             continue;
         PictureNote note{name, kFractionType, {}};
-        append(note.bytes, static_cast<std::uint32_t>(above));
-        append(note.bytes, static_cast<std::uint32_t>(below));
+        append(note.bytes, static_cast<uint32_t>(above));
+        append(note.bytes, static_cast<uint32_t>(below));
         return note;
     }
     return std::nullopt;
 }
 
 std::vector<PictureNote> tiffNotes(const Resolution& resolution) {
-    const bool metre = resolution.unit == Unit::Metre;
+    const bool metre = resolution.unit == Unit::kMetre;
     const auto across = fractionNote(kAcrossTag, resolution.across / (metre ? 100 : 1));
     const auto down = fractionNote(kDownTag, resolution.down / (metre ? 100 : 1));
     if (!across || !down)
         return {};
     PictureNote unit{kUnitTag, kShortType, {}};
-    append(unit.bytes, metre ? kCentimetre : resolution.unit == Unit::Inch ? kInch : kNoUnit);
+    append(unit.bytes, metre ? kCentimetre : resolution.unit == Unit::kInch ? kInch : kNoUnit);
     return {*across, *down, unit};
 }
 
@@ -145,7 +145,7 @@ std::optional<float> floatNote(const Picture& picture, std::string_view name) {
 
 PictureNote exrNote(const char* name, double value) {
     PictureNote note{name, "float", {}};
-    appendNumber(note.bytes, std::bit_cast<std::uint32_t>(static_cast<float>(value)), false);
+    appendNumber(note.bytes, std::bit_cast<uint32_t>(static_cast<float>(value)), false);
     return note;
 }
 
@@ -153,16 +153,16 @@ std::optional<Resolution> ofExr(const Picture& picture) {
     const std::optional<float> density = floatNote(picture, "xDensity");
     const auto aspect = static_cast<double>(floatNote(picture, "pixelAspectRatio").value_or(1.0F));
     if (density)
-        return Resolution{static_cast<double>(*density), static_cast<double>(*density) * aspect, Unit::Inch};
+        return Resolution{static_cast<double>(*density), static_cast<double>(*density) * aspect, Unit::kInch};
     if (aspect != 1.0)
-        return Resolution{1.0, aspect, Unit::None};
+        return Resolution{1.0, aspect, Unit::kNone};
     return std::nullopt;
 }
 
 std::vector<PictureNote> exrNotes(const Resolution& resolution) {
     std::vector<PictureNote> notes;
-    if (resolution.unit != Unit::None) {
-        const bool metre = resolution.unit == Unit::Metre;
+    if (resolution.unit != Unit::kNone) {
+        const bool metre = resolution.unit == Unit::kMetre;
         notes.push_back(exrNote("xDensity", resolution.across / (metre ? kInchesAMetre : 1.0)));
     }
     if (resolution.across != resolution.down)
@@ -176,11 +176,11 @@ bool isPositive(double value) {
 
 std::optional<Resolution> toldBy(const Picture& picture) {
     switch (picture.format) {
-    case FileFormat::Png:
+    case FileFormat::kPng:
         return ofPng(picture);
-    case FileFormat::Tiff:
+    case FileFormat::kTiff:
         return ofTiff(picture);
-    case FileFormat::Exr:
+    case FileFormat::kExr:
         return ofExr(picture);
     default:
         return std::nullopt;
@@ -197,11 +197,11 @@ std::optional<Resolution> resolutionOf(const Picture& picture) {
 
 std::vector<PictureNote> resolutionNotes(FileFormat format, const Resolution& resolution) {
     switch (format) {
-    case FileFormat::Png:
+    case FileFormat::kPng:
         return pngNotes(resolution);
-    case FileFormat::Tiff:
+    case FileFormat::kTiff:
         return tiffNotes(resolution);
-    case FileFormat::Exr:
+    case FileFormat::kExr:
         return exrNotes(resolution);
     default:
         return {};

@@ -8,19 +8,19 @@
 
 namespace kovalune {
 
-// Pixels a unit, across and down; without a unit only their relation counts.
+/// Pixels a unit, across and down; without a unit only their relation counts.
 struct Resolution {
-    enum class Unit { None, Inch, Metre };
+    enum class Unit { kNone, kInch, kMetre };
 
     double across = 0;
     double down = 0;
-    Unit unit = Unit::None;
+    Unit unit = Unit::kNone;
 };
 
-// Nothing if the notes do not tell it, or no positive numbers.
+/// Nothing if the notes do not tell it, or no positive numbers.
 std::optional<Resolution> resolutionOf(const Picture& picture);
 
-// None where the format has no place for it.
+/// None where the format has no place for it.
 std::vector<PictureNote> resolutionNotes(FileFormat format, const Resolution& resolution);
 
 } // namespace kovalune

@@ -14,15 +14,15 @@
 
 namespace kovalune {
 
-// Whole numbers with white at kWhite; larger values of the type are no colours of a file.
-template <typename Stored, std::uint64_t white>
+/// Whole numbers with white at kWhite; larger values of the type are no colours of a file.
+template <class Stored, uint64_t white>
 struct WholeScale {
     using Sample = Stored;
     static constexpr bool kIsFloat = false;
-    static constexpr std::uint64_t kWhite = white;
+    static constexpr uint64_t kWhite = white;
     static double toDouble(Sample sample) { return sample; }
 
-    // `value` is in units of this scale. NaN becomes 0.
+    /// `value` is in units of this scale. NaN becomes 0.
     static Sample fromDouble(double value) {
         constexpr double kMost = white;
         if (!(value > 0.0))
@@ -34,25 +34,25 @@ struct WholeScale {
 struct FloatScale {
     using Sample = float;
     static constexpr bool kIsFloat = true;
-    static constexpr std::uint64_t kWhite = 1;
+    static constexpr uint64_t kWhite = 1;
     static double toDouble(Sample sample) { return static_cast<double>(sample); }
     static Sample fromDouble(double value) { return static_cast<float>(value); }
 };
 
-// The bits of a float. What must stay to the bit goes by this: compilers may change a NaN that is a number.
+/// The bits of a float. What must stay to the bit goes by this: compilers may change a NaN that is a number.
 struct FloatBitsScale {
-    using Sample = std::uint32_t;
+    using Sample = uint32_t;
     static constexpr bool kIsFloat = true;
-    static constexpr std::uint64_t kWhite = 1;
+    static constexpr uint64_t kWhite = 1;
     static double toDouble(Sample sample) { return static_cast<double>(std::bit_cast<float>(sample)); }
     static Sample fromDouble(double value) { return std::bit_cast<Sample>(static_cast<float>(value)); }
 };
 
-// The bits of a float of 16 bits.
+/// The bits of a float of 16 bits.
 struct HalfScale {
-    using Sample = std::uint16_t;
+    using Sample = uint16_t;
     static constexpr bool kIsFloat = true;
-    static constexpr std::uint64_t kWhite = 1;
+    static constexpr uint64_t kWhite = 1;
     static float toFloat(Sample sample) { return floatOfHalf(sample); }
     static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
     static Sample fromFloat(float value) { return halfOfFloat(value); }
@@ -60,10 +60,10 @@ struct HalfScale {
 };
 
 // In files ...
-using FileScale8 = WholeScale<std::uint8_t, 255>;
-using FileScale16 = WholeScale<std::uint16_t, 65535>;
+using FileScale8 = WholeScale<uint8_t, 255>;
+using FileScale16 = WholeScale<uint16_t, 65535>;
 
-// ... and in the host, whose pixels have channels of a type of their own.
+/// ... and in the host, whose pixels have channels of a type of their own.
 struct HostScale8 : WholeScale<A_u_char, 255> {
     using Pixel = PF_Pixel;
     using Channel = A_u_char;
@@ -77,7 +77,7 @@ struct HostScale32 : FloatBitsScale {
     using Channel = PF_FpShort;
 };
 
-template <typename From, typename To>
+template <class From, class To>
 typename To::Sample rescaled(typename From::Sample sample) {
     using Target = typename To::Sample;
     if constexpr (From::kIsFloat && To::kIsFloat && std::is_same_v<typename From::Sample, Target>) {
@@ -88,22 +88,22 @@ typename To::Sample rescaled(typename From::Sample sample) {
         return To::fromDouble(From::toDouble(sample) * kTo / kFrom);
     } else {
         return static_cast<Target>(
-            std::min((std::uint64_t{sample} * To::kWhite + From::kWhite / 2) / From::kWhite, To::kWhite));
+            std::min((uint64_t{sample} * To::kWhite + From::kWhite / 2) / From::kWhite, To::kWhite));
     }
 }
 
-// A colour that has been multiplied by `alpha` or not (`from`), multiplied or not (`to`). Both in double,
-// rounded once. Without an alpha that says what to divide by (0, negative or NaN) the colour is taken as it stands;
-// multiplied by a negative alpha or NaN it would not come back, so it stands there too.
-template <typename From, typename To>
+/// A colour that has been multiplied by `alpha` or not (`from`), multiplied or not (`to`). Both in double,
+/// rounded once. Without an alpha that says what to divide by (0, negative or NaN) the colour is taken as it stands;
+/// multiplied by a negative alpha or NaN it would not come back, so it stands there too.
+template <class From, class To>
 typename To::Sample recoloured(typename From::Sample colour, typename From::Sample alpha, AlphaKind from,
                                AlphaKind to) {
     constexpr double kFrom = From::kWhite;
     constexpr double kTo = To::kWhite;
     const double share = From::toDouble(alpha);
-    if (from != to && to == AlphaKind::Straight && share > 0.0)
+    if (from != to && to == AlphaKind::kStraight && share > 0.0)
         return To::fromDouble(From::toDouble(colour) * kTo / share);
-    if (from != to && to == AlphaKind::Premultiplied && share >= 0.0)
+    if (from != to && to == AlphaKind::kPremultiplied && share >= 0.0)
         return To::fromDouble(From::toDouble(colour) * share * kTo / (kFrom * kFrom));
     return rescaled<From, To>(colour);
 }

@@ -8,9 +8,9 @@ namespace kovalune {
 
 namespace {
 
-constexpr std::int64_t kLineDots = 12;
+constexpr int64_t kLineDots = 12;
 
-// One corner of a letter's rectangle as the font gives it; four make a rectangle, clockwise from the left top.
+/// One corner of a letter's rectangle as the font gives it; four make a rectangle, clockwise from the left top.
 struct Corner {
     float x;
     float y;
@@ -19,7 +19,7 @@ struct Corner {
 };
 static_assert(sizeof(Corner) == 16);
 
-// What the font can draw, ended.
+/// What the font can draw, ended.
 std::string drawable(std::string_view text) {
     std::string letters;
     for (const char letter : text) {
@@ -33,7 +33,7 @@ std::string drawable(std::string_view text) {
     return letters;
 }
 
-// In dots.
+/// In dots.
 std::vector<Corner> cornersOf(std::string letters) {
     constexpr std::size_t kMostCornersALetter = 4 * 32;
     std::vector<Corner> corners(letters.size() * kMostCornersALetter);
@@ -45,19 +45,19 @@ std::vector<Corner> cornersOf(std::string letters) {
 
 } // namespace
 
-TextSize textSize(std::string_view text, std::int64_t scale) {
+TextSize textSize(std::string_view text, int64_t scale) {
     std::string letters = drawable(text);
     return {stb_easy_font_width(letters.data()) * scale, kLineDots * scale};
 }
 
-void drawText(Canvas& canvas, std::int64_t left, std::int64_t top, std::string_view text, DrawnColor color,
-              std::int64_t scale) {
+void drawText(Canvas& canvas, int64_t left, int64_t top, std::string_view text, DrawnColor color,
+              int64_t scale) {
     const std::vector<Corner> corners = cornersOf(drawable(text));
     for (std::size_t at = 0; at + 3 < corners.size(); at += 4) {
-        const auto x = static_cast<std::int64_t>(corners[at].x);
-        const auto y = static_cast<std::int64_t>(corners[at].y);
-        const auto right = static_cast<std::int64_t>(corners[at + 2].x);
-        const auto bottom = static_cast<std::int64_t>(corners[at + 2].y);
+        const auto x = static_cast<int64_t>(corners[at].x);
+        const auto y = static_cast<int64_t>(corners[at].y);
+        const auto right = static_cast<int64_t>(corners[at + 2].x);
+        const auto bottom = static_cast<int64_t>(corners[at + 2].y);
         canvas.fill({left + x * scale, top + y * scale, (right - x) * scale, (bottom - y) * scale}, color);
     }
 }

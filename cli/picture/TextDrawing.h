@@ -10,15 +10,15 @@
 namespace kovalune {
 
 struct TextSize {
-    std::int64_t width = 0;
-    std::int64_t height = 0; // of a line, the room below included
+    int64_t width = 0;
+    int64_t height = 0; ///< of a line, the room below included
 };
 
-// `scale` is at least 1: the side of one dot of the letters in pixels. A line is 12 dots high.
-TextSize textSize(std::string_view text, std::int64_t scale);
+/// `scale` is at least 1: the side of one dot of the letters in pixels. A line is 12 dots high.
+TextSize textSize(std::string_view text, int64_t scale);
 
-// The text's left top goes to this place.
-void drawText(Canvas& canvas, std::int64_t left, std::int64_t top, std::string_view text, DrawnColor color,
-              std::int64_t scale);
+/// The text's left top goes to this place.
+void drawText(Canvas& canvas, int64_t left, int64_t top, std::string_view text, DrawnColor color,
+              int64_t scale);
 
 } // namespace kovalune

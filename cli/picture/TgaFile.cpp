@@ -12,16 +12,16 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
+using Bytes = std::span<const uint8_t>;
 
 constexpr char kExtensionNote[] = "extension";
 
 // In the extension area.
 constexpr std::size_t kTablePlaces = 482; // of three tables elsewhere in the file, which are not kept
 constexpr std::size_t kAlphaType = 494;
-constexpr std::uint8_t kNoAlpha = 0;
-constexpr std::uint8_t kStraightAlpha = 3;
-constexpr std::uint8_t kMultipliedAlpha = 4;
+constexpr uint8_t kNoAlpha = 0;
+constexpr uint8_t kStraightAlpha = 3;
+constexpr uint8_t kMultipliedAlpha = 4;
 
 void checkHeader(const TgaHeader& header, Bytes bytes, const std::string& name) {
     checkSize(header.width, header.height, name);
@@ -37,11 +37,11 @@ void checkHeader(const TgaHeader& header, Bytes bytes, const std::string& name) 
 
 void checkPixels(const TgaHeader& header, Bytes bytes, const std::string& name) {
     switch (checkTgaPixels(header, bytes)) {
-    case TgaPixels::CutShort:
+    case TgaPixels::kCutShort:
         failReading(name, "it is cut short: " + sizeText(header.width, header.height) + " need more bytes");
-    case TgaPixels::RunTooLong:
+    case TgaPixels::kRunTooLong:
         failReading(name, "it is damaged: it holds more pixels than it says");
-    case TgaPixels::BeyondPalette:
+    case TgaPixels::kBeyondPalette:
         failReading(name, "it is damaged: a pixel is not in its palette");
     default:
         break;
@@ -51,7 +51,7 @@ void checkPixels(const TgaHeader& header, Bytes bytes, const std::string& name) 
 void mirrorRows(Picture& picture) {
     const std::size_t pixelBytes = channelCount(picture.channels);
     const auto width = static_cast<std::ptrdiff_t>(picture.rowBytes());
-    for (std::uint32_t y = 0; y < picture.height; ++y) {
+    for (uint32_t y = 0; y < picture.height; ++y) {
         const auto row = picture.samples.begin() + width * y;
         std::reverse(row, row + width);
         for (std::size_t x = 0; x < picture.width; ++x) {
@@ -61,7 +61,7 @@ void mirrorRows(Picture& picture) {
     }
 }
 
-// Whether what could be alpha is 0 in every pixel.
+/// Whether what could be alpha is 0 in every pixel.
 bool alphaIsZero(const Picture& picture) {
     const std::size_t channels = channelCount(picture.channels);
     for (std::size_t place = channels - 1; place < picture.samples.size(); place += channels) {
@@ -82,32 +82,32 @@ void dropAlpha(Picture& picture) {
     picture.channels = channelsOf(isGrey(picture.channels), false);
 }
 
-// The extension area to write: the source's, or an empty one where alpha has to be told of; otherwise none.
-std::vector<std::uint8_t> extensionFor(const Picture& picture) {
-    std::vector<std::uint8_t> extension;
+/// The extension area to write: the source's, or an empty one where alpha has to be told of; otherwise none.
+std::vector<uint8_t> extensionFor(const Picture& picture) {
+    std::vector<uint8_t> extension;
     const auto note = std::find_if(picture.notes.begin(), picture.notes.end(),
                                    [](const PictureNote& each) { return each.name == kExtensionNote; });
-    const bool multiplied = hasAlpha(picture.channels) && picture.alphaKind == AlphaKind::Premultiplied;
-    if (picture.format == FileFormat::Tga && note != picture.notes.end())
+    const bool multiplied = hasAlpha(picture.channels) && picture.alphaKind == AlphaKind::kPremultiplied;
+    if (picture.format == FileFormat::kTga && note != picture.notes.end())
         extension = note->bytes;
     else if (multiplied)
         extension = {kTgaExtensionBytes & 0xff, kTgaExtensionBytes >> 8};
     else
         return {};
     extension.resize(kTgaExtensionBytes);
-    std::fill(extension.begin() + kTablePlaces, extension.begin() + kAlphaType, std::uint8_t{0});
+    std::fill(extension.begin() + kTablePlaces, extension.begin() + kAlphaType, uint8_t{0});
     extension[kAlphaType] = multiplied                   ? kMultipliedAlpha
                             : hasAlpha(picture.channels) ? kStraightAlpha
                                                          : kNoAlpha;
     return extension;
 }
 
-void appendExtension(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& extension) {
+void appendExtension(std::vector<uint8_t>& bytes, const std::vector<uint8_t>& extension) {
     constexpr std::string_view kSignature("TRUEVISION-XFILE.\0", 18);
     const std::size_t place = bytes.size();
     bytes.insert(bytes.end(), extension.begin(), extension.end());
     for (std::size_t shift = 0; shift < 32; shift += 8)
-        bytes.push_back(static_cast<std::uint8_t>(place >> shift));
+        bytes.push_back(static_cast<uint8_t>(place >> shift));
     bytes.insert(bytes.end(), 4, 0); // no developer's area
     bytes.insert(bytes.end(), kSignature.begin(), kSignature.end());
 }
@@ -130,7 +130,7 @@ Picture decodeTga(Bytes bytes, const std::string& name) {
     picture.height = header->height;
     picture.channels = header->channels();
     picture.samples = loadTga(bytes);
-    picture.format = FileFormat::Tga;
+    picture.format = FileFormat::kTga;
     if (picture.samples.size() != picture.byteCount())
         failReading(name, "it is damaged");
     if (header->fromRight)
@@ -141,17 +141,18 @@ Picture decodeTga(Bytes bytes, const std::string& name) {
     if (!extension.empty()) {
         picture.notes.push_back({kExtensionNote, {}, {extension.begin(), extension.end()}});
         if (extension[kAlphaType] == kMultipliedAlpha)
-            picture.alphaKind = AlphaKind::Premultiplied;
+            picture.alphaKind = AlphaKind::kPremultiplied;
     }
     return picture;
 }
 
-std::vector<std::uint8_t> encodeTga(const Picture& picture) {
+std::vector<uint8_t> encodeTga(const Picture& picture) {
     if (picture.byteCount() > kMostTgaBytes || picture.width > 0xffff || picture.height > 0xffff)
-        throw Failure(ExitCode::File, "cannot make a TGA file of " + sizeText(picture.width, picture.height) +
-                                          ": it would have 2 GiB or more");
-    std::vector<std::uint8_t> bytes = saveTga(picture);
-    const std::vector<std::uint8_t> extension = extensionFor(picture);
+        throw Failure(ExitCode::kFile, "cannot make a TGA file of " +
+                                           sizeText(picture.width, picture.height) +
+                                           ": it would have 2 GiB or more");
+    std::vector<uint8_t> bytes = saveTga(picture);
+    const std::vector<uint8_t> extension = extensionFor(picture);
     if (!extension.empty())
         appendExtension(bytes, extension);
     return bytes;

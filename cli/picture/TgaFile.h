@@ -16,17 +16,17 @@
 
 namespace kovalune {
 
-// Whether a file with these first bytes may be a TGA. The format has no signature: only a header of a kind that is
-// read counts.
-bool beginsAsTga(std::span<const std::uint8_t> bytes);
+/// Whether a file with these first bytes may be a TGA. The format has no signature: only a header of a kind that is
+/// read counts.
+bool beginsAsTga(std::span<const uint8_t> bytes);
 
-// `name` is for messages only. Throws Failure with it if this is no TGA that is read, is damaged or cut short,
-// or is more than kMostPixelsASide wide or high, or 2 GiB of samples. All bytes that the picture needs are known to
-// be there before memory is taken for it.
-Picture decodeTga(std::span<const std::uint8_t> bytes, const std::string& name);
+/// `name` is for messages only. Throws Failure with it if this is no TGA that is read, is damaged or cut short,
+/// or is more than kMostPixelsASide wide or high, or 2 GiB of samples. All bytes that the picture needs are known to
+/// be there before memory is taken for it.
+Picture decodeTga(std::span<const uint8_t> bytes, const std::string& name);
 
-// The bytes of a whole file. The picture has samples of Uint8; notes of other formats are left out. Throws
-// Failure if it has 2 GiB of samples.
-std::vector<std::uint8_t> encodeTga(const Picture& picture);
+/// The bytes of a whole file. The picture has samples of Uint8; notes of other formats are left out. Throws
+/// Failure if it has 2 GiB of samples.
+std::vector<uint8_t> encodeTga(const Picture& picture);
 
 } // namespace kovalune

@@ -7,7 +7,7 @@ namespace kovalune {
 
 namespace {
 
-using Bytes = std::span<const std::uint8_t>;
+using Bytes = std::span<const uint8_t>;
 
 std::size_t number16(Bytes bytes, std::size_t place) {
     return bytes[place] + std::size_t{bytes[place + 1]} * 256;
@@ -17,7 +17,7 @@ std::size_t number32(Bytes bytes, std::size_t place) {
     return number16(bytes, place) + number16(bytes, place + 2) * 65536;
 }
 
-// The kinds that are read, by the type without its flag for run lengths.
+/// The kinds that are read, by the type without its flag for run lengths.
 bool isKnown(unsigned type, const TgaHeader& header) {
     const auto depthIsOneOf = [](unsigned depth, std::initializer_list<unsigned> depths) {
         return std::find(depths.begin(), depths.end(), depth) != depths.end();
@@ -35,7 +35,7 @@ bool isKnown(unsigned type, const TgaHeader& header) {
     }
 }
 
-// Pixels in a row; false if one of them is beyond the palette.
+/// Pixels in a row; false if one of them is beyond the palette.
 bool areInPalette(const TgaHeader& header, Bytes pixels) {
     if (!header.hasPalette)
         return true;
@@ -47,21 +47,21 @@ bool areInPalette(const TgaHeader& header, Bytes pixels) {
 }
 
 TgaPixels checkRuns(const TgaHeader& header, Bytes rest) {
-    for (std::uint64_t left = header.pixelCount(); left > 0;) {
+    for (uint64_t left = header.pixelCount(); left > 0;) {
         if (rest.empty())
-            return TgaPixels::CutShort;
+            return TgaPixels::kCutShort;
         const std::size_t count = rest[0] % 128U + 1;
         const std::size_t stored = (rest[0] >= 128 ? 1 : count) * header.bytesPerPixel();
         if (count > left)
-            return TgaPixels::RunTooLong;
+            return TgaPixels::kRunTooLong;
         if (stored > rest.size() - 1)
-            return TgaPixels::CutShort;
+            return TgaPixels::kCutShort;
         if (!areInPalette(header, rest.subspan(1, stored)))
-            return TgaPixels::BeyondPalette;
+            return TgaPixels::kBeyondPalette;
         rest = rest.subspan(1 + stored);
         left -= count;
     }
-    return TgaPixels::Complete;
+    return TgaPixels::kComplete;
 }
 
 } // namespace
@@ -82,8 +82,8 @@ std::optional<TgaHeader> tgaHeader(Bytes bytes) {
         header.paletteLength = number16(bytes, 5);
         header.paletteDepth = bytes[7];
     }
-    header.width = static_cast<std::uint32_t>(number16(bytes, 12));
-    header.height = static_cast<std::uint32_t>(number16(bytes, 14));
+    header.width = static_cast<uint32_t>(number16(bytes, 12));
+    header.height = static_cast<uint32_t>(number16(bytes, 14));
     header.depth = bytes[16];
     header.alphaBits = descriptor & 15U;
     header.fromRight = (descriptor & 16U) != 0;
@@ -95,15 +95,15 @@ std::optional<TgaHeader> tgaHeader(Bytes bytes) {
 
 TgaPixels checkTgaPixels(const TgaHeader& header, Bytes bytes) {
     if (bytes.size() < header.pixelPlace())
-        return TgaPixels::CutShort;
+        return TgaPixels::kCutShort;
     const Bytes rest = bytes.subspan(header.pixelPlace());
     if (header.runLengthCoded)
         return checkRuns(header, rest);
-    const std::uint64_t needed = header.pixelCount() * header.bytesPerPixel();
+    const uint64_t needed = header.pixelCount() * header.bytesPerPixel();
     if (rest.size() < needed)
-        return TgaPixels::CutShort;
-    return areInPalette(header, rest.first(static_cast<std::size_t>(needed))) ? TgaPixels::Complete
-                                                                              : TgaPixels::BeyondPalette;
+        return TgaPixels::kCutShort;
+    return areInPalette(header, rest.first(static_cast<std::size_t>(needed))) ? TgaPixels::kComplete
+                                                                              : TgaPixels::kBeyondPalette;
 }
 
 Bytes tgaExtension(Bytes bytes) {

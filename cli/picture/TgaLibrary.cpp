@@ -35,7 +35,7 @@ struct FreeSamples {
 
 } // namespace
 
-std::vector<std::uint8_t> loadTga(std::span<const std::uint8_t> bytes) {
+std::vector<uint8_t> loadTga(std::span<const uint8_t> bytes) {
     int width = 0;
     int height = 0;
     int channels = 0;
@@ -51,13 +51,13 @@ std::vector<std::uint8_t> loadTga(std::span<const std::uint8_t> bytes) {
     return {samples.get(), samples.get() + count};
 }
 
-std::vector<std::uint8_t> saveTga(const Picture& picture) {
-    std::vector<std::uint8_t> bytes;
+std::vector<uint8_t> saveTga(const Picture& picture) {
+    std::vector<uint8_t> bytes;
     // It may throw: what calls it is compiled here too and holds nothing.
     const auto append = [](void* target, void* data, int count) {
-        const auto* const first = static_cast<const std::uint8_t*>(data);
-        static_cast<std::vector<std::uint8_t>*>(target)->insert(
-            static_cast<std::vector<std::uint8_t>*>(target)->end(), first, first + count);
+        const auto* const first = static_cast<const uint8_t*>(data);
+        static_cast<std::vector<uint8_t>*>(target)->insert(static_cast<std::vector<uint8_t>*>(target)->end(),
+                                                           first, first + count);
     };
     stbi_write_tga_to_func(append, &bytes, static_cast<int>(picture.width), static_cast<int>(picture.height),
                            static_cast<int>(channelCount(picture.channels)), picture.samples.data());

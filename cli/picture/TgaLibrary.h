@@ -10,14 +10,14 @@
 
 namespace kovalune {
 
-// What its numbers can count: samples of a picture, bytes of a file.
-inline constexpr std::uint64_t kMostTgaBytes = 0x7fffffff;
+/// What its numbers can count: samples of a picture, bytes of a file.
+inline constexpr uint64_t kMostTgaBytes = 0x7fffffff;
 
-// The samples of all rows from the top down, with as many channels as the file has; nothing where the file is
-// refused. Throws std::bad_alloc.
-std::vector<std::uint8_t> loadTga(std::span<const std::uint8_t> bytes);
+/// The samples of all rows from the top down, with as many channels as the file has; nothing where the file is
+/// refused. Throws std::bad_alloc.
+std::vector<uint8_t> loadTga(std::span<const uint8_t> bytes);
 
-// The bytes of a file without an extension area.
-std::vector<std::uint8_t> saveTga(const Picture& picture);
+/// The bytes of a file without an extension area.
+std::vector<uint8_t> saveTga(const Picture& picture);
 
 } // namespace kovalune

@@ -9,10 +9,10 @@ namespace kovalune {
 
 namespace {
 
-// LZW strings grow by a byte a code, and a code has 9 bits or more; at most 5119 codes make strings. An RLE block of
-// zstd holds 128 KiB in four bytes; LZMA matches hold 273 in a third of a bit. A JPEG block takes two bits or
-// more, and four by four of luminance may share one of chrominance. WebP and LERC have no limit, and the
-// library does not read back what it writes as RLE in words.
+/// LZW strings grow by a byte a code, and a code has 9 bits or more; at most 5119 codes make strings. An RLE block of
+/// zstd holds 128 KiB in four bytes; LZMA matches hold 273 in a third of a bit. A JPEG block takes two bits or
+/// more, and four by four of luminance may share one of chrominance. WebP and LERC have no limit, and the
+/// library does not read back what it writes as RLE in words.
 constexpr std::array kCompressions = {
     TiffCompression{COMPRESSION_NONE, "none", true, true, false, false, 1},
     TiffCompression{COMPRESSION_LZW, "LZW", true, true, true, false, 5120},
@@ -43,20 +43,20 @@ constexpr std::array kCompressions = {
 
 static_assert(kUsualTiffCompression == COMPRESSION_ADOBE_DEFLATE);
 
-const TiffCompression* tiffCompression(std::uint16_t tag) {
+const TiffCompression* tiffCompression(uint16_t tag) {
     const auto found = std::find_if(kCompressions.begin(), kCompressions.end(),
                                     [tag](const TiffCompression& each) { return each.tag == tag; });
     return found == kCompressions.end() ? nullptr : &*found;
 }
 
-PictureNote tiffCompressionNote(std::uint16_t tag) {
+PictureNote tiffCompressionNote(uint16_t tag) {
     PictureNote note{std::to_string(TIFFTAG_COMPRESSION), std::to_string(TIFF_SHORT), {}};
     note.bytes.resize(sizeof tag);
     std::memcpy(note.bytes.data(), &tag, sizeof tag);
     return note;
 }
 
-std::uint16_t tiffCompressionOf(const std::vector<PictureNote>& notes) {
+uint16_t tiffCompressionOf(const std::vector<PictureNote>& notes) {
     const auto kept =
         std::find_if(kCompressions.begin(), kCompressions.end(), [&](const TiffCompression& each) {
             return each.isKept &&
@@ -65,7 +65,7 @@ std::uint16_t tiffCompressionOf(const std::vector<PictureNote>& notes) {
     return kept == kCompressions.end() ? kUsualTiffCompression : kept->tag;
 }
 
-std::string tiffCompressionName(std::uint16_t tag) {
+std::string tiffCompressionName(uint16_t tag) {
     const TiffCompression* const known = tiffCompression(tag);
     return known != nullptr ? known->name : "compression " + std::to_string(tag);
 }

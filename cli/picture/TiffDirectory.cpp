@@ -7,23 +7,23 @@ namespace kovalune {
 
 namespace {
 
-enum Type : std::uint16_t { kByte = 1, kShort = 3, kLong = 4, kLong8 = 16 };
+enum Type : uint16_t { kByte = 1, kShort = 3, kLong = 4, kLong8 = 16 };
 
-// What byte order swaps: a fraction is two numbers.
-std::size_t wordBytes(std::uint16_t type) {
-    constexpr std::uint16_t kRational = 5, kSignedRational = 10;
+/// What byte order swaps: a fraction is two numbers.
+std::size_t wordBytes(uint16_t type) {
+    constexpr uint16_t kRational = 5, kSignedRational = 10;
     return type == kRational || type == kSignedRational ? 4 : tiffTypeBytes(type);
 }
 
 } // namespace
 
-std::size_t tiffTypeBytes(std::uint16_t type) {
-    constexpr std::uint8_t kBytes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 0, 0, 8, 8, 8};
+std::size_t tiffTypeBytes(uint16_t type) {
+    constexpr uint8_t kBytes[] = {0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 0, 0, 8, 8, 8};
     return type < std::size(kBytes) ? kBytes[type] : 0;
 }
 
-TiffDirectory::TiffDirectory(std::span<const std::uint8_t> bytes) : bytes_(bytes) {
-    constexpr std::uint64_t kBigTiffVersion = 43;
+TiffDirectory::TiffDirectory(std::span<const uint8_t> bytes) : bytes_(bytes) {
+    constexpr uint64_t kBigTiffVersion = 43;
     if (!has(0, 8))
         return;
     bigEndian_ = bytes[0] == 'M';
@@ -34,35 +34,35 @@ TiffDirectory::TiffDirectory(std::span<const std::uint8_t> bytes) : bytes_(bytes
         readEntries(numberAt(8, 8));
 }
 
-std::uint64_t TiffDirectory::numberAt(std::size_t place, std::size_t count) const {
-    std::uint64_t value = 0;
+uint64_t TiffDirectory::numberAt(std::size_t place, std::size_t count) const {
+    uint64_t value = 0;
     for (std::size_t i = 0; i < count; ++i)
-        value |= std::uint64_t{bytes_[place + i]} << 8 * (bigEndian_ ? count - 1 - i : i);
+        value |= uint64_t{bytes_[place + i]} << 8 * (bigEndian_ ? count - 1 - i : i);
     return value;
 }
 
-void TiffDirectory::readEntries(std::uint64_t place) {
+void TiffDirectory::readEntries(uint64_t place) {
     const std::size_t countBytes = bigTiff_ ? 8 : 2;
     const std::size_t wideBytes = bigTiff_ ? 8 : 4; // of a count or an offset
     const std::size_t entryBytes = 4 + 2 * wideBytes;
     if (!has(place, countBytes))
         return;
     std::size_t at = static_cast<std::size_t>(place);
-    const std::uint64_t count = numberAt(at, countBytes);
+    const uint64_t count = numberAt(at, countBytes);
     at += countBytes;
-    for (std::uint64_t i = 0; i < count; ++i, at += entryBytes) {
+    for (uint64_t i = 0; i < count; ++i, at += entryBytes) {
         if (!has(at, entryBytes))
             return;
         TiffEntry entry;
-        entry.tag = static_cast<std::uint16_t>(numberAt(at, 2));
-        entry.type = static_cast<std::uint16_t>(numberAt(at + 2, 2));
+        entry.tag = static_cast<uint16_t>(numberAt(at, 2));
+        entry.type = static_cast<uint16_t>(numberAt(at + 2, 2));
         entry.count = numberAt(at + 4, wideBytes);
         const std::size_t element = tiffTypeBytes(entry.type);
         if (element == 0 || entry.count == 0 || entry.count > bytes_.size())
             continue;
         const std::size_t inEntry = at + 4 + wideBytes;
-        const std::uint64_t valueBytes = entry.count * element;
-        const std::uint64_t value = valueBytes <= wideBytes ? inEntry : numberAt(inEntry, wideBytes);
+        const uint64_t valueBytes = entry.count * element;
+        const uint64_t value = valueBytes <= wideBytes ? inEntry : numberAt(inEntry, wideBytes);
         if (!has(value, valueBytes))
             continue;
         entry.place = static_cast<std::size_t>(value);
@@ -72,13 +72,13 @@ void TiffDirectory::readEntries(std::uint64_t place) {
     hasNext_ = has(at, wideBytes) && numberAt(at, wideBytes) != 0;
 }
 
-const TiffEntry* TiffDirectory::find(std::uint16_t tag) const {
+const TiffEntry* TiffDirectory::find(uint16_t tag) const {
     const auto found = std::find_if(entries_.begin(), entries_.end(),
                                     [tag](const TiffEntry& each) { return each.tag == tag; });
     return found == entries_.end() ? nullptr : &*found;
 }
 
-std::optional<std::uint64_t> TiffDirectory::number(std::uint16_t tag) const {
+std::optional<uint64_t> TiffDirectory::number(uint16_t tag) const {
     const TiffEntry* const entry = find(tag);
     if (entry == nullptr ||
         (entry->type != kByte && entry->type != kShort && entry->type != kLong && entry->type != kLong8))
@@ -86,10 +86,10 @@ std::optional<std::uint64_t> TiffDirectory::number(std::uint16_t tag) const {
     return numberAt(entry->place, tiffTypeBytes(entry->type));
 }
 
-std::vector<std::uint8_t> TiffDirectory::nativeBytes(const TiffEntry& entry) const {
+std::vector<uint8_t> TiffDirectory::nativeBytes(const TiffEntry& entry) const {
     const auto source =
         bytes_.subspan(entry.place, static_cast<std::size_t>(entry.count) * tiffTypeBytes(entry.type));
-    std::vector<std::uint8_t> value(source.begin(), source.end());
+    std::vector<uint8_t> value(source.begin(), source.end());
     if (bigEndian_ != (std::endian::native == std::endian::big)) {
         const auto word = static_cast<std::ptrdiff_t>(wordBytes(entry.type));
         for (auto at = value.begin(); at != value.end(); at += word)

@@ -12,29 +12,29 @@
 
 namespace kovalune {
 
-enum class TiffColours { MinIsBlack, MinIsWhite, Rgb, Palette };
+enum class TiffColours { kMinIsBlack, kMinIsWhite, kRgb, kPalette };
 
 struct TiffForm {
-    std::uint32_t width = 0;
-    std::uint32_t height = 0;
-    unsigned bits = 8;             // of a sample in the file
-    unsigned samples = 1;          // of a pixel, those included that are not read
-    bool planes = false;           // each sample in a plane of its own
-    std::uint32_t blockWidth = 0;  // of a tile, or the picture's
-    std::uint32_t blockHeight = 0; // of a tile or a strip; the last strip ends with the picture
+    uint32_t width = 0;
+    uint32_t height = 0;
+    unsigned bits = 8;        ///< of a sample in the file
+    unsigned samples = 1;     ///< of a pixel, those included that are not read
+    bool planes = false;      ///< each sample in a plane of its own
+    uint32_t blockWidth = 0;  ///< of a tile, or the picture's
+    uint32_t blockHeight = 0; ///< of a tile or a strip; the last strip ends with the picture
     bool tiled = false;
     const TiffCompression* compression = nullptr;
-    TiffColours colours = TiffColours::Rgb;
-    std::optional<unsigned> alpha; // the sample's index
-    AlphaKind alphaKind = AlphaKind::Straight;
-    SampleType sampleType = SampleType::Uint8; // of the picture, but for palettes of 16 bits
+    TiffColours colours = TiffColours::kRgb;
+    std::optional<unsigned> alpha; ///< the sample's index
+    AlphaKind alphaKind = AlphaKind::kStraight;
+    SampleType sampleType = SampleType::kUint8; ///< of the picture, but for palettes of 16 bits
     std::vector<std::string> leftOut;
 
-    unsigned colourSamples() const { return colours == TiffColours::Rgb ? 3 : 1; }
+    unsigned colourSamples() const { return colours == TiffColours::kRgb ? 3 : 1; }
     unsigned samplesOfABlock() const { return planes ? 1 : samples; }
 };
 
-// Reads the tags of an open page. `name` is for the Failure where it is of a kind that is not read.
+/// Reads the tags of an open page. `name` is for the Failure where it is of a kind that is not read.
 TiffForm tiffForm(TIFF* tiff, const std::string& name);
 
 } // namespace kovalune

@@ -17,15 +17,15 @@ TiffMemory& memoryOf(thandle_t handle) {
     return *static_cast<TiffMemory*>(handle);
 }
 
-std::uint64_t sizeOf(const TiffMemory& memory) {
+uint64_t sizeOf(const TiffMemory& memory) {
     return std::max(memory.source.size(), memory.target.size());
 }
 
 tmsize_t onRead(thandle_t handle, void* to, tmsize_t count) noexcept {
     TiffMemory& memory = memoryOf(handle);
-    const auto bytes = memory.source.empty() ? std::span<const std::uint8_t>(memory.target) : memory.source;
-    const std::uint64_t left = bytes.size() - std::min<std::uint64_t>(memory.position, bytes.size());
-    const std::uint64_t taken = std::min(left, static_cast<std::uint64_t>(std::max<tmsize_t>(count, 0)));
+    const auto bytes = memory.source.empty() ? std::span<const uint8_t>(memory.target) : memory.source;
+    const uint64_t left = bytes.size() - std::min<uint64_t>(memory.position, bytes.size());
+    const uint64_t taken = std::min(left, static_cast<uint64_t>(std::max<tmsize_t>(count, 0)));
     if (taken > 0)
         std::memcpy(to, bytes.data() + memory.position, static_cast<std::size_t>(taken));
     memory.position += taken;
@@ -50,7 +50,7 @@ tmsize_t onWrite(thandle_t handle, void* from, tmsize_t count) noexcept {
     }
     if (count > 0)
         std::memcpy(memory.target.data() + memory.position, from, static_cast<std::size_t>(count));
-    memory.position += static_cast<std::uint64_t>(count);
+    memory.position += static_cast<uint64_t>(count);
     return count;
 }
 
@@ -77,7 +77,7 @@ void keepFirst(char (&text)[256], const char* format, std::va_list values) {
         std::vsnprintf(text, sizeof text, format, values);
 }
 
-// A 1 keeps the library from handing the text to the handlers of the whole process.
+/// A 1 keeps the library from handing the text to the handlers of the whole process.
 [[gnu::format(printf, 4, 0)]] int onError(TIFF*, void* handle, const char*, const char* format,
                                           std::va_list values) noexcept {
     TiffMemory& memory = memoryOf(handle);

@@ -13,12 +13,12 @@
 namespace kovalune {
 
 struct TiffMemory {
-    std::span<const std::uint8_t> source; // what is read
-    std::vector<std::uint8_t> target;     // what has been written
-    std::uint64_t position = 0;
-    bool ended = false;       // bytes behind the end were asked for
-    bool outOfMemory = false; // here or in the library
-    char error[256] = {};     // the first since it was cleared, or ""
+    std::span<const uint8_t> source; ///< what is read
+    std::vector<uint8_t> target;     ///< what has been written
+    uint64_t position = 0;
+    bool ended = false;       ///< bytes behind the end were asked for
+    bool outOfMemory = false; ///< here or in the library
+    char error[256] = {};     ///< the first since it was cleared, or ""
     char warning[256] = {};
 
     void clear() { ended = false, error[0] = 0, warning[0] = 0; }
@@ -29,7 +29,7 @@ struct CloseTiff {
 };
 using OpenTiff = std::unique_ptr<TIFF, CloseTiff>;
 
-// Null if it cannot be opened. `memory` must outlive it. The library takes no more than `mostBytes` at once.
+/// Null if it cannot be opened. `memory` must outlive it. The library takes no more than `mostBytes` at once.
 OpenTiff openTiff(TiffMemory& memory, const char* mode, std::size_t mostBytes);
 
 } // namespace kovalune

@@ -10,10 +10,10 @@ namespace kovalune {
 namespace {
 
 struct Kind {
-    std::uint16_t tag;
-    std::uint16_t type;
-    std::uint32_t count;    // 0: any
-    std::uint16_t most = 0; // of a SHORT that may be 1 to this
+    uint16_t tag;
+    uint16_t type;
+    uint32_t count;    ///< 0: any
+    uint16_t most = 0; ///< of a SHORT that may be 1 to this
 };
 
 constexpr std::array kKinds = {
@@ -34,7 +34,7 @@ constexpr std::array kKinds = {
     Kind{TIFFTAG_ICCPROFILE, TIFF_UNDEFINED, 0},
 };
 
-template <typename Value>
+template <class Value>
 std::vector<Value> valuesOf(const PictureNote& note) {
     std::vector<Value> values(note.bytes.size() / sizeof(Value));
     std::memcpy(values.data(), note.bytes.data(), values.size() * sizeof(Value));
@@ -50,15 +50,15 @@ const Kind* kindOf(const PictureNote& note) {
                       (found->count == 0 || note.bytes.size() / tiffTypeBytes(found->type) == found->count);
     if (!fits)
         return nullptr;
-    const std::uint16_t value = found->most != 0 ? valuesOf<std::uint16_t>(note).front() : 0;
+    const uint16_t value = found->most != 0 ? valuesOf<uint16_t>(note).front() : 0;
     return found->most == 0 || (value >= 1 && value <= found->most) ? &*found : nullptr;
 }
 
-// The library knows resolutions and positions in pairs only, and writes a 0 for the other.
+/// The library knows resolutions and positions in pairs only, and writes a 0 for the other.
 bool lacksOther(const PictureNote& note, const std::vector<PictureNote>& notes) {
-    constexpr std::array<std::array<std::uint16_t, 2>, 2> kPairs = {
+    constexpr std::array<std::array<uint16_t, 2>, 2> kPairs = {
         {{TIFFTAG_XRESOLUTION, TIFFTAG_YRESOLUTION}, {TIFFTAG_XPOSITION, TIFFTAG_YPOSITION}}};
-    const auto has = [&notes](std::uint16_t tag) {
+    const auto has = [&notes](uint16_t tag) {
         return std::any_of(notes.begin(), notes.end(), [tag](const PictureNote& each) {
             return kindOf(each) != nullptr && kindOf(each)->tag == tag;
         });
@@ -69,10 +69,10 @@ bool lacksOther(const PictureNote& note, const std::vector<PictureNote>& notes) 
            });
 }
 
-// One table for all colours or one for each, of a value for each value of a sample.
-void setTransferFunction(TIFF* tiff, const std::vector<std::uint16_t>& tables, const Picture& picture) {
+/// One table for all colours or one for each, of a value for each value of a sample.
+void setTransferFunction(TIFF* tiff, const std::vector<uint16_t>& tables, const Picture& picture) {
     const std::size_t length = std::size_t{1} << 8 * bytesPerSample(picture.sampleType);
-    if (picture.sampleType == SampleType::Float || tables.size() % length != 0)
+    if (picture.sampleType == SampleType::kFloat || tables.size() % length != 0)
         return;
     const std::size_t count = tables.size() / length;
     if (isGrey(picture.channels) && count == 1)
@@ -89,12 +89,12 @@ void setNote(TIFF* tiff, const Kind& kind, const PictureNote& note, const Pictur
         break;
     case TIFF_SHORT:
         if (kind.tag == TIFFTAG_TRANSFERFUNCTION)
-            setTransferFunction(tiff, valuesOf<std::uint16_t>(note), picture);
+            setTransferFunction(tiff, valuesOf<uint16_t>(note), picture);
         else
-            TIFFSetField(tiff, kind.tag, valuesOf<std::uint16_t>(note).front());
+            TIFFSetField(tiff, kind.tag, valuesOf<uint16_t>(note).front());
         break;
     case TIFF_LONG:
-        TIFFSetField(tiff, kind.tag, valuesOf<std::uint32_t>(note).front());
+        TIFFSetField(tiff, kind.tag, valuesOf<uint32_t>(note).front());
         break;
     case TIFF_RATIONAL: {
         // Places for restoreFractions.
@@ -106,7 +106,7 @@ void setNote(TIFF* tiff, const Kind& kind, const PictureNote& note, const Pictur
         break;
     }
     default:
-        TIFFSetField(tiff, kind.tag, static_cast<std::uint32_t>(note.bytes.size()), note.bytes.data());
+        TIFFSetField(tiff, kind.tag, static_cast<uint32_t>(note.bytes.size()), note.bytes.data());
     }
 }
 
@@ -143,7 +143,7 @@ void setTiffNotes(TIFF* tiff, const Picture& picture) {
     }
 }
 
-void restoreFractions(std::vector<std::uint8_t>& file, const std::vector<PictureNote>& notes) {
+void restoreFractions(std::vector<uint8_t>& file, const std::vector<PictureNote>& notes) {
     const TiffDirectory directory(file);
     for (const PictureNote& note : notes) {
         const Kind* const kind = kindOf(note);

@@ -24,15 +24,15 @@ void setForm(TIFF* tiff, const Picture& picture) {
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
                  isGrey(picture.channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB);
     if (alpha) {
-        const std::uint16_t kind =
-            picture.alphaKind == AlphaKind::Premultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
+        const uint16_t kind =
+            picture.alphaKind == AlphaKind::kPremultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind);
     }
 }
 
 void setCompression(TIFF* tiff, const Picture& picture) {
-    std::uint16_t tag =
-        picture.format == FileFormat::Tiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
+    uint16_t tag =
+        picture.format == FileFormat::kTiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
     if (TIFFIsCODECConfigured(tag) == 0)
         tag = kUsualTiffCompression;
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
@@ -45,17 +45,17 @@ bool write(TIFF* tiff, const Picture& picture) {
     constexpr std::size_t kStripBytes = std::size_t{128} << 10;
     setForm(tiff, picture);
     setCompression(tiff, picture);
-    if (picture.format == FileFormat::Tiff)
+    if (picture.format == FileFormat::kTiff)
         setTiffNotes(tiff, picture);
     const std::size_t rowBytes = picture.rowBytes();
     const std::size_t rows = std::clamp<std::size_t>(kStripBytes / std::max<std::size_t>(rowBytes, 1), 1,
                                                      std::max<std::size_t>(picture.height, 1));
-    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<std::uint32_t>(rows));
-    std::uint32_t strip = 0;
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rows));
+    uint32_t strip = 0;
     for (std::size_t y = 0; y < picture.height; y += rows, ++strip) {
         const auto size = static_cast<tmsize_t>(std::min(rows, picture.height - y) * rowBytes);
         // The library writes no samples back to where it takes them from.
-        auto* const samples = const_cast<std::uint8_t*>(picture.samples.data() + y * rowBytes);
+        auto* const samples = const_cast<uint8_t*>(picture.samples.data() + y * rowBytes);
         if (TIFFWriteEncodedStrip(tiff, strip, samples, size) != size)
             return false;
     }
@@ -64,7 +64,7 @@ bool write(TIFF* tiff, const Picture& picture) {
 
 } // namespace
 
-std::vector<std::uint8_t> encodeTiff(const Picture& picture) {
+std::vector<uint8_t> encodeTiff(const Picture& picture) {
     // A classic TIFF has offsets of 32 bits; compressed samples may be a little longer than plain ones.
     constexpr std::size_t kMostClassicBytes = 0xe0000000;
     const bool isBig = picture.byteCount() > kMostClassicBytes;
@@ -75,10 +75,10 @@ std::vector<std::uint8_t> encodeTiff(const Picture& picture) {
         if (!tiff || !write(tiff.get(), picture)) {
             if (memory.outOfMemory)
                 throw std::bad_alloc();
-            throw Failure(ExitCode::File, "cannot make a TIFF file: " + std::string(memory.error));
+            throw Failure(ExitCode::kFile, "cannot make a TIFF file: " + std::string(memory.error));
         }
     }
-    if (picture.format == FileFormat::Tiff)
+    if (picture.format == FileFormat::kTiff)
         restoreFractions(memory.target, picture.notes);
     return std::move(memory.target);
 }

@@ -81,7 +81,7 @@ inline constexpr std::size_t kProfileSizeLimit = std::size_t{1} << 20;
 // The decimal number that the value starts with: blanks, a sign, digits; the rest is ignored, and no digit is
 // 0. It wraps as 32-bit arithmetic does: 4294967295 is -1. The fallback if there is no such key, if its value
 // is empty or if a name is null.
-std::int32_t profileInt(const char* section, const char* key, std::int32_t fallback, const char* file);
+int32_t profileInt(const char* section, const char* key, int32_t fallback, const char* file);
 
 // The value, without the pair of equal quotes (' or ") that may enclose it. The fallback, without the spaces
 // at its end, if there is no such key or if a name is null; a null fallback is an empty one. Either is cut to

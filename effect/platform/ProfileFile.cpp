@@ -34,11 +34,11 @@ std::size_t byteOrderMarkSize(std::string_view text) {
     return text.substr(0, kByteOrderMark.size()) == kByteOrderMark ? kByteOrderMark.size() : 0;
 }
 
-enum class LineKind { blank, other, section, key };
+enum class LineKind { kBlank, kOther, kSection, kKey };
 
 // One line; the offsets count from the start of the text.
 struct Line {
-    LineKind kind = LineKind::other;
+    LineKind kind = LineKind::kOther;
     std::string_view name;  // of a section or a key, trimmed
     std::string_view value; // of a key, trimmed
     std::size_t begin = 0;
@@ -51,7 +51,7 @@ void classify(std::string_view text, Line& line) {
     const std::string_view whole = text.substr(line.begin, line.contentEnd - line.begin);
     const std::string_view content = trimmed(whole);
     if (content.empty()) {
-        line.kind = LineKind::blank;
+        line.kind = LineKind::kBlank;
         return;
     }
     if (content.front() == ';') {
@@ -60,7 +60,7 @@ void classify(std::string_view text, Line& line) {
     if (content.front() == '[') {
         const std::size_t close = content.find(']');
         if (close != std::string_view::npos) {
-            line.kind = LineKind::section;
+            line.kind = LineKind::kSection;
             line.name = trimmed(content.substr(1, close - 1));
             return;
         }
@@ -73,7 +73,7 @@ void classify(std::string_view text, Line& line) {
     if (line.name.empty()) {
         return;
     }
-    line.kind = LineKind::key;
+    line.kind = LineKind::kKey;
     const std::string_view rest = whole.substr(equals + 1);
     line.value = trimmed(rest);
     line.valueBegin = line.contentEnd - withoutLeadingBlanks(rest).size();
@@ -104,7 +104,7 @@ public:
     // Reads on to the first section of that name and past its line, which it returns in `line`.
     bool enterSection(std::string_view name, Line& line) {
         while (next(line)) {
-            if (line.kind == LineKind::section && equalNames(line.name, name)) {
+            if (line.kind == LineKind::kSection && equalNames(line.name, name)) {
                 return true;
             }
         }
@@ -112,7 +112,7 @@ public:
     }
 
     // As next, but only up to the next section's line.
-    bool nextInSection(Line& line) { return next(line) && line.kind != LineKind::section; }
+    bool nextInSection(Line& line) { return next(line) && line.kind != LineKind::kSection; }
 
 private:
     std::string_view text_;
@@ -120,7 +120,7 @@ private:
 };
 
 bool isKeyNamed(const Line& line, std::string_view name) {
-    return line.kind == LineKind::key && equalNames(line.name, name);
+    return line.kind == LineKind::kKey && equalNames(line.name, name);
 }
 
 bool hasLineBreak(std::string_view text) {
@@ -165,20 +165,20 @@ std::optional<std::string_view> findProfileValue(std::string_view text, std::str
     return std::nullopt;
 }
 
-std::int32_t profileValueAsInt(std::string_view value) {
+int32_t profileValueAsInt(std::string_view value) {
     value = withoutLeadingBlanks(value);
     const bool negative = !value.empty() && value.front() == '-';
     if (negative || (!value.empty() && value.front() == '+')) {
         value.remove_prefix(1);
     }
-    std::uint32_t number = 0;
+    uint32_t number = 0;
     for (const char c : value) {
         if (c < '0' || c > '9') {
             break;
         }
-        number = number * 10U + static_cast<std::uint32_t>(c - '0');
+        number = number * 10U + static_cast<uint32_t>(c - '0');
     }
-    return static_cast<std::int32_t>(negative ? 0U - number : number);
+    return static_cast<int32_t>(negative ? 0U - number : number);
 }
 
 std::string_view profileValueAsString(std::string_view value) {
@@ -205,7 +205,7 @@ std::optional<std::string> withProfileValue(std::string_view text, std::string_v
         if (isKeyNamed(line, key)) {
             return joined({text.substr(0, line.valueBegin), value, text.substr(line.contentEnd)});
         }
-        if (line.kind != LineKind::blank) {
+        if (line.kind != LineKind::kBlank) {
             lastUsedEnd = line.end;
         }
     }
@@ -237,7 +237,7 @@ std::string withoutProfileSection(std::string_view text, std::string_view sectio
     LineReader reader(text);
     bool inside = false;
     for (Line line; reader.next(line);) {
-        if (line.kind == LineKind::section) {
+        if (line.kind == LineKind::kSection) {
             inside = equalNames(line.name, section);
         }
         if (!inside) {

@@ -15,7 +15,7 @@ std::optional<std::string_view> findProfileValue(std::string_view text, std::str
                                                  std::string_view key);
 
 // The number that a value starts with, modulo 2^32; 0 if it starts with none.
-std::int32_t profileValueAsInt(std::string_view value);
+int32_t profileValueAsInt(std::string_view value);
 
 // The value up to its first NUL, without the pair of equal quotes that may enclose it.
 std::string_view profileValueAsString(std::string_view value);

@@ -337,18 +337,18 @@ constexpr bool isInfinite(double x) noexcept {
     return x == std::numeric_limits<double>::infinity() || x == -std::numeric_limits<double>::infinity();
 }
 
-enum class Parity { NoInteger, Even, Odd };
+enum class Parity { kNoInteger, kEven, kOdd };
 
 /// For finite y.
 constexpr Parity parityOf(double y) noexcept {
     if (y >= 0x1p+53 || y <= -0x1p+53) {
-        return Parity::Even;
+        return Parity::kEven;
     }
     const auto integer = static_cast<int64_t>(y);
     if (static_cast<double>(integer) != y) {
-        return Parity::NoInteger;
+        return Parity::kNoInteger;
     }
-    return (integer & 1) != 0 ? Parity::Odd : Parity::Even;
+    return (integer & 1) != 0 ? Parity::kOdd : Parity::kEven;
 }
 
 /// x^y where x is zero, negative or infinite, or y is infinite; neither is NaN.
@@ -366,12 +366,12 @@ constexpr double powOfSpecial(double x, double y) noexcept {
     double power = 1.0;
     if (size == 0.0 || isInfinite(size)) {
         power = (size == 0.0) == (y > 0.0) ? 0.0 : kInfinity;
-    } else if (parity == Parity::NoInteger) {
+    } else if (parity == Parity::kNoInteger) {
         return std::numeric_limits<double>::quiet_NaN();
     } else if (size != 1.0) {
         power = powOfPositive(size, y);
     }
-    return negative && parity == Parity::Odd ? -power : power;
+    return negative && parity == Parity::kOdd ? -power : power;
 }
 
 } // namespace detail

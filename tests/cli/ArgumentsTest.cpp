@@ -18,7 +18,7 @@ std::string failure(const std::vector<const char*>& words) {
     try {
         parsed(words);
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::Usage);
+        EXPECT_EQ(failure.code(), ExitCode::kUsage);
         return failure.what();
     }
     return {};

@@ -20,7 +20,7 @@
 
 namespace {
 
-// What the program's calls of fsync see, which come here instead of to the system.
+/// What the program's calls of fsync see, which come here instead of to the system.
 int flushError = 0;
 int flushErrorFrom = 0; // the number of the call that the disk begins to fail with; 0: none
 int signalAtFlush = 0;  // the number of the call that SIGTERM comes with; 0: none
@@ -43,10 +43,10 @@ extern "C" int fsync(int file) {
 namespace kovalune::tests {
 namespace {
 
-const std::vector<std::uint8_t> kOld = {'o', 'l', 'd'};
-const std::vector<std::uint8_t> kNew(100000, 'n');
+const std::vector<uint8_t> kOld = {'o', 'l', 'd'};
+const std::vector<uint8_t> kNew(100000, 'n');
 
-// The text of the Failure that it ends with; empty without one.
+/// The text of the Failure that it ends with; empty without one.
 std::string refusalOf(const std::function<void()>& body) {
     try {
         body();
@@ -95,7 +95,7 @@ TEST_F(AtomicFile, StaysAsItWasWhenTheDiskFails) {
         writeAtomically(file_, kNew);
         ADD_FAILURE() << "the disk's error got lost";
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::File);
+        EXPECT_EQ(failure.code(), ExitCode::kFile);
         EXPECT_EQ(failure.what(), "cannot write " + inQuotes(file_.string()) + ": " + systemReason(EIO));
     }
     expectUntouched();
@@ -133,7 +133,7 @@ TEST_F(AtomicFile, IsRefusedWhereNobodyMayWriteItUnlessForced) {
     EXPECT_FALSE(isWriteProtected(folder_ / "new.png"));
 }
 
-// What follows happens in a process of a user whom the system stops, which root is not.
+/// What follows happens in a process of a user whom the system stops, which root is not.
 std::string refusalOfPlainUser(const std::function<void()>& body) {
     constexpr uid_t kNobody = 65534;
     int ends[2] = {};
@@ -267,8 +267,8 @@ int signalToRaise = 0;
 constexpr int kWritten = 10;
 constexpr int kFailed = 11;
 
-// Writes in a process of its own, in which the signal comes when half of the bytes are written. The system's
-// own signal for a file that grows too large tells when that is. Gives the process's end as waitpid does.
+/// Writes in a process of its own, in which the signal comes when half of the bytes are written. The system's
+/// own signal for a file that grows too large tells when that is. Gives the process's end as waitpid does.
 int endOfWriting(const std::filesystem::path& file, int signalNumber, bool ignored) {
     const pid_t child = fork();
     if (child == 0) {

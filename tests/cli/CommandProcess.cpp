@@ -18,7 +18,7 @@ namespace {
 
 constexpr int kCannotStart = 127;
 
-// Notes are not what a test is about that does not ask for them.
+/// Notes are not what a test is about that does not ask for them.
 void splitNotes(const std::string& text, CommandOutcome& outcome) {
     for (std::size_t start = 0; start < text.size();) {
         const std::size_t end = std::min(text.find('\n', start), text.size() - 1) + 1;
@@ -42,7 +42,7 @@ void sendTo(const std::string& file, int stream) {
         _exit(kCannotStart);
 }
 
-// In the new process; never comes back.
+/// In the new process; never comes back.
 [[noreturn]] void becomeCommand(std::vector<char*>& words, const CommandSetting& setting,
                                 const std::string& config, const std::string& out, const std::string& err,
                                 int terminal) {
@@ -66,11 +66,11 @@ void sendTo(const std::string& file, int stream) {
 }
 
 std::string textOf(const std::filesystem::path& file) {
-    const std::vector<std::uint8_t> bytes = bytesOf(file);
+    const std::vector<uint8_t> bytes = bytesOf(file);
     return {bytes.begin(), bytes.end()};
 }
 
-// All that comes until the other end is closed.
+/// All that comes until the other end is closed.
 std::string terminalText(int terminal) {
     std::string text;
     std::array<char, 4096> letters{};

@@ -18,8 +18,8 @@ protected:
         return outcome;
     }
 
-    void write(const std::string& name, PngColor color, int depth, std::uint32_t width,
-               const std::vector<std::uint8_t>& bytes) {
+    void write(const std::string& name, PngColor color, int depth, uint32_t width,
+               const std::vector<uint8_t>& bytes) {
         PngPicture png = blankPng(color, depth, width, 1);
         png.rows = bytes;
         writePng(folder_ / name, png);
@@ -33,8 +33,8 @@ TEST_F(CompareCommand, APictureIsTheSameAsItself) {
 }
 
 TEST_F(CompareCommand, TellsHowMuchAndWhere) {
-    write("a.png", PngColor::RgbAlpha, 8, 3, {1, 2, 3, 4, 10, 20, 30, 40, 0, 0, 0, 255});
-    write("b.png", PngColor::RgbAlpha, 8, 3, {1, 2, 3, 4, 10, 25, 27, 40, 0, 0, 51, 254});
+    write("a.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 20, 30, 40, 0, 0, 0, 255});
+    write("b.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 25, 27, 40, 0, 0, 51, 254});
     const CommandOutcome outcome = compare({"a.png", "b.png"});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.out,
@@ -49,9 +49,9 @@ TEST_F(CompareCommand, TellsHowMuchAndWhere) {
 }
 
 TEST_F(CompareCommand, DepthsAreComparedAsFractionsOfWhite) {
-    write("8.png", PngColor::Grey, 8, 2, {0x12, 0xff});
-    write("16.png", PngColor::Grey, 16, 2, {0x12, 0x12, 0xff, 0xff});
-    write("off.png", PngColor::Grey, 16, 2, {0x12, 0x12, 0xff, 0xfe});
+    write("8.png", PngColor::kGrey, 8, 2, {0x12, 0xff});
+    write("16.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xff});
+    write("off.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xfe});
     EXPECT_EQ(compare({"8.png", "16.png"}).exitCode, 0);
     const CommandOutcome outcome = compare({"8.png", "off.png"});
     EXPECT_EQ(outcome.exitCode, 1);
@@ -63,10 +63,10 @@ TEST_F(CompareCommand, DepthsAreComparedAsFractionsOfWhite) {
 }
 
 TEST_F(CompareCommand, GreyIsSpreadAndMissingAlphaIsFull) {
-    write("grey.png", PngColor::Grey, 8, 2, {7, 9});
-    write("rgb.png", PngColor::Rgb, 8, 2, {7, 7, 7, 9, 9, 9});
-    write("rgba.png", PngColor::RgbAlpha, 8, 2, {7, 7, 7, 255, 9, 9, 9, 255});
-    write("thin.png", PngColor::GreyAlpha, 8, 2, {7, 255, 9, 254});
+    write("grey.png", PngColor::kGrey, 8, 2, {7, 9});
+    write("rgb.png", PngColor::kRgb, 8, 2, {7, 7, 7, 9, 9, 9});
+    write("rgba.png", PngColor::kRgbAlpha, 8, 2, {7, 7, 7, 255, 9, 9, 9, 255});
+    write("thin.png", PngColor::kGreyAlpha, 8, 2, {7, 255, 9, 254});
     EXPECT_EQ(compare({"grey.png", "rgb.png"}).exitCode, 0);
     EXPECT_EQ(compare({"rgba.png", "grey.png"}).exitCode, 0);
     const CommandOutcome outcome = compare({"grey.png", "thin.png"});
@@ -78,9 +78,9 @@ TEST_F(CompareCommand, GreyIsSpreadAndMissingAlphaIsFull) {
 }
 
 TEST_F(CompareCommand, FloatsAreComparedExactly) {
-    writeFloats(folder_ / "a.tif", 2, 1, Channels::Rgb, {0.2F, 0, 0, 1, 2, 3});
-    writeFloats(folder_ / "b.tif", 2, 1, Channels::Rgb, {0.2F, -0.0F, 0, 1, 2, 3});
-    write("c.png", PngColor::Rgb, 8, 2, {51, 0, 0, 255, 255, 255});
+    writeFloats(folder_ / "a.tif", 2, 1, Channels::kRgb, {0.2F, 0, 0, 1, 2, 3});
+    writeFloats(folder_ / "b.tif", 2, 1, Channels::kRgb, {0.2F, -0.0F, 0, 1, 2, 3});
+    write("c.png", PngColor::kRgb, 8, 2, {51, 0, 0, 255, 255, 255});
     EXPECT_EQ(compare({"a.tif", "b.tif"}).exitCode, 0);
     const CommandOutcome outcome = compare({"a.tif", "c.png"});
     EXPECT_EQ(outcome.exitCode, 1);
@@ -92,10 +92,10 @@ TEST_F(CompareCommand, FloatsAreComparedExactly) {
 
 TEST_F(CompareCommand, KindsOfAlphaThatDifferAreTold) {
     Picture picture =
-        pictureOfSamples<float>(1, 1, Channels::RgbAlpha, SampleType::Float, {0.5F, 0, 0, 0.5F});
-    writeBytes(folder_ / "a.tif", encodePicture(FileFormat::Tiff, picture));
-    picture.alphaKind = AlphaKind::Premultiplied;
-    writeBytes(folder_ / "b.tif", encodePicture(FileFormat::Tiff, picture));
+        pictureOfSamples<float>(1, 1, Channels::kRgbAlpha, SampleType::kFloat, {0.5F, 0, 0, 0.5F});
+    writeBytes(folder_ / "a.tif", encodePicture(FileFormat::kTiff, picture));
+    picture.alphaKind = AlphaKind::kPremultiplied;
+    writeBytes(folder_ / "b.tif", encodePicture(FileFormat::kTiff, picture));
     const CommandOutcome outcome = compare({"a.tif", "b.tif"});
     EXPECT_EQ(outcome.exitCode, 0);
     EXPECT_EQ(outcome.out, "A: a.tif: 1x1, RGBA, float of 32 bits, straight alpha\n"
@@ -104,7 +104,7 @@ TEST_F(CompareCommand, KindsOfAlphaThatDifferAreTold) {
 }
 
 TEST_F(CompareCommand, SizesThatDifferAreToldAndNothingIsDrawn) {
-    writePng(folder_ / "wide.png", randomPng(PngColor::Rgb, 8, 13, 9, 1));
+    writePng(folder_ / "wide.png", randomPng(PngColor::kRgb, 8, 13, 9, 1));
     const CommandOutcome outcome = compare({"in.png", "wide.png", "--diff", "diff.png"});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.out, "A: in.png: 12x9, RGB, 8 bits\nB: wide.png: 13x9, RGB, 8 bits\n"
@@ -113,13 +113,12 @@ TEST_F(CompareCommand, SizesThatDifferAreToldAndNothingIsDrawn) {
 }
 
 TEST_F(CompareCommand, DrawsWhatDiffersBrightlyOnTheDimmedPicture) {
-    write("a.png", PngColor::Rgb, 8, 2, {200, 101, 3, 10, 20, 30});
-    write("b.png", PngColor::Rgb, 8, 2, {200, 101, 3, 10, 20, 31});
+    write("a.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 30});
+    write("b.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 31});
     EXPECT_EQ(compare({"a.png", "b.png", "--diff", "絵 diff.png"}).exitCode, 1);
-    EXPECT_EQ(readPngFile(folder_ / "絵 diff.png").rows,
-              (std::vector<std::uint8_t>{50, 25, 0, 255, 64, 224}));
+    EXPECT_EQ(readPngFile(folder_ / "絵 diff.png").rows, (std::vector<uint8_t>{50, 25, 0, 255, 64, 224}));
     EXPECT_EQ(compare({"a.png", "a.png", "--diff", "same.png"}).exitCode, 0);
-    EXPECT_EQ(readPngFile(folder_ / "same.png").rows, (std::vector<std::uint8_t>{50, 25, 0, 2, 5, 7}));
+    EXPECT_EQ(readPngFile(folder_ / "same.png").rows, (std::vector<uint8_t>{50, 25, 0, 2, 5, 7}));
 }
 
 TEST_F(CompareCommand, DrawsInEveryFormat) {
@@ -127,7 +126,7 @@ TEST_F(CompareCommand, DrawsInEveryFormat) {
         EXPECT_EQ(compare({"in.png", "in.png", "--diff", name}).exitCode, 0);
         const Picture drawn = readPicture(folder_ / name);
         EXPECT_EQ(drawn.width, 12U) << name;
-        EXPECT_EQ(drawn.channels, Channels::Rgb) << name;
+        EXPECT_EQ(drawn.channels, Channels::kRgb) << name;
         EXPECT_EQ(compare({"in.png", "in.png", "--diff", "diff.png"}).exitCode, 0);
         EXPECT_EQ(compare({"diff.png", name}).exitCode, name == "diff.exr" ? 1 : 0) << name;
     }

@@ -16,7 +16,7 @@ namespace {
 
 using Words = std::vector<std::string>;
 
-// Runs bash as a completion does, with the cursor at the end of the line. `offered.txt` gets the replies.
+/// Runs bash as a completion does, with the cursor at the end of the line. `offered.txt` gets the replies.
 constexpr char kScript[] = R"(
 source "$1"
 COMP_LINE=$2
@@ -27,7 +27,7 @@ printf '%s\n' "${COMPREPLY[@]}" >"$4"
 
 class Completion : public testing::Test {
 protected:
-    // Sorted.
+    /// Sorted.
     Words offered(const std::string& line) const {
         const std::string replies = (scratch_ / "offered.txt").string();
         const pid_t child = fork();
@@ -43,7 +43,7 @@ protected:
         int status = 0;
         EXPECT_EQ(waitpid(child, &status, 0), child);
         EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == 0) << line;
-        const std::vector<std::uint8_t> bytes = bytesOf(replies);
+        const std::vector<uint8_t> bytes = bytesOf(replies);
         std::istringstream lines(std::string(bytes.begin(), bytes.end()));
         Words words;
         for (std::string word; std::getline(lines, word);) {
@@ -58,7 +58,7 @@ protected:
     const TestFolder scratch_;
 };
 
-// Every word of the help that begins with a dash at the start of an option's line.
+/// Every word of the help that begins with a dash at the start of an option's line.
 Words optionsOf(const Words& command) {
     Words words = command;
     words.emplace_back("--help");

@@ -17,7 +17,7 @@ protected:
         return outcome.out;
     }
     std::string content() const {
-        const std::vector<std::uint8_t> bytes = bytesOf(file());
+        const std::vector<uint8_t> bytes = bytesOf(file());
         return {bytes.begin(), bytes.end()};
     }
     void remember(const std::string& text) const {

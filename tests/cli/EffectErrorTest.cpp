@@ -52,7 +52,7 @@ TEST_F(EffectError, ThatIsAnEmptyPromiseIsReported) {
 }
 
 TEST_F(EffectError, DepthsThatTheEffectCannotDoAreRefused) {
-    writePng(folder_ / "deep.png", randomPng(PngColor::Rgb, 16, 4, 4, 1));
+    writePng(folder_ / "deep.png", randomPng(PngColor::kRgb, 16, 4, 4, 1));
     expectFailure({"render", "deep.png", "-o", "old.png", "--plugin", KOVALUNE_TEST_EFFECT}, 4, {"16 bits"});
 }
 

@@ -9,17 +9,17 @@
 
 namespace kovalune::tests {
 
-// Has "in.png", a sound picture, and "old.png", something that must survive.
+/// Has "in.png", a sound picture, and "old.png", something that must survive.
 class ErrorCase : public testing::Test {
 protected:
     ErrorCase() {
-        writePng(folder_ / "in.png", randomPng(PngColor::Rgb, 8, 12, 9, 1));
+        writePng(folder_ / "in.png", randomPng(PngColor::kRgb, 8, 12, 9, 1));
         writeBytes(folder_ / "old.png", oldBytes());
     }
 
-    static std::vector<std::uint8_t> oldBytes() { return {'o', 'l', 'd'}; }
+    static std::vector<uint8_t> oldBytes() { return {'o', 'l', 'd'}; }
 
-    // The words are run in the folder. The error line must hold each of `named`.
+    /// The words are run in the folder. The error line must hold each of `named`.
     void expectFailure(const std::vector<std::string>& words, int exitCode,
                        const std::vector<std::string>& named, CommandSetting setting = {}) {
         const std::vector<std::string> before = folder_.names();

@@ -11,19 +11,18 @@ namespace {
 
 using FileError = ErrorCase;
 
-void putNumber(std::vector<std::uint8_t>& bytes, std::size_t place, std::uint32_t number) {
+void putNumber(std::vector<uint8_t>& bytes, std::size_t place, uint32_t number) {
     for (std::size_t i = 0; i < 4; ++i)
-        bytes[place + i] = static_cast<std::uint8_t>(number >> (24 - 8 * i));
+        bytes[place + i] = static_cast<uint8_t>(number >> (24 - 8 * i));
 }
 
-// A sound file but for its size, which stands in the first chunk, with a check sum that fits.
-std::vector<std::uint8_t> withSize(std::vector<std::uint8_t> bytes, std::uint32_t width,
-                                   std::uint32_t height) {
+/// A sound file but for its size, which stands in the first chunk, with a check sum that fits.
+std::vector<uint8_t> withSize(std::vector<uint8_t> bytes, uint32_t width, uint32_t height) {
     constexpr std::size_t kName = 12;
     constexpr std::size_t kSum = 29;
     putNumber(bytes, kName + 4, width);
     putNumber(bytes, kName + 8, height);
-    putNumber(bytes, kSum, static_cast<std::uint32_t>(crc32(0, bytes.data() + kName, kSum - kName)));
+    putNumber(bytes, kSum, static_cast<uint32_t>(crc32(0, bytes.data() + kName, kSum - kName)));
     return bytes;
 }
 
@@ -52,13 +51,13 @@ TEST_F(FileError, OfAFolderThatTakesNoFiles) {
 TEST_F(FileError, OfAnInputThatMayNotBeRead) {
     if (geteuid() == 0)
         GTEST_SKIP() << "root may read everything";
-    writePng(folder_ / "locked.png", randomPng(PngColor::Rgb, 8, 2, 2, 1));
+    writePng(folder_ / "locked.png", randomPng(PngColor::kRgb, 8, 2, 2, 1));
     chmod((folder_ / "locked.png").c_str(), 0);
     expectFailure({"render", "locked.png", "-o", "old.png"}, 3, {"'locked.png'"});
 }
 
 TEST_F(FileError, OfADamagedInput) {
-    std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
+    std::vector<uint8_t> bytes = bytesOf(folder_ / "in.png");
     bytes[bytes.size() - 20] ^= 0x10;
     writeBytes(folder_ / "in.png", bytes);
     expectFailure({"render", "in.png", "-o", "old.png"}, 3, {"'in.png'", "damaged"});
@@ -66,19 +65,19 @@ TEST_F(FileError, OfADamagedInput) {
 
 TEST_F(FileError, OfAPictureThatIsTooLarge) {
     for (const bool wide : {true, false}) {
-        const PngPicture large = blankPng(PngColor::Grey, 1, wide ? 30001 : 1, wide ? 1 : 30001);
+        const PngPicture large = blankPng(PngColor::kGrey, 1, wide ? 30001 : 1, wide ? 1 : 30001);
         writePng(folder_ / "large.png", large);
         expectFailure({"render", "large.png", "-o", "old.png"}, 3,
                       {"'large.png'", wide ? "30001 x 1 " : "1 x 30001 ", "30000"});
     }
-    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    const std::vector<uint8_t> sound = bytesOf(folder_ / "in.png");
     writeBytes(folder_ / "large.png", withSize(sound, 0x7fffffff, 0x7fffffff));
     expectFailure({"render", "large.png", "-o", "old.png"}, 3, {"'large.png'", "2147483647 x 2147483647 "});
 }
 
 TEST_F(FileError, OfAPictureWithASideThatCannotBe) {
-    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
-    for (const std::uint32_t side : {0U, 0x80000000U, 0xffffffffU}) {
+    const std::vector<uint8_t> sound = bytesOf(folder_ / "in.png");
+    for (const uint32_t side : {0U, 0x80000000U, 0xffffffffU}) {
         writeBytes(folder_ / "odd.png", withSize(sound, side, 5));
         expectFailure({"render", "odd.png", "-o", "old.png"}, 3, {"'odd.png'", "damaged"});
         writeBytes(folder_ / "odd.png", withSize(sound, 5, side));
@@ -87,14 +86,14 @@ TEST_F(FileError, OfAPictureWithASideThatCannotBe) {
 }
 
 TEST_F(FileError, OfAPictureThatItsFileCannotHold) {
-    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    const std::vector<uint8_t> sound = bytesOf(folder_ / "in.png");
     writeBytes(folder_ / "short.png", withSize(sound, 30000, 30000));
     expectFailure({"render", "short.png", "-o", "old.png"}, 3,
                   {"'short.png'", "cut short: 30000 x 30000 pixels need more bytes"});
 }
 
 TEST_F(FileError, OfAPictureWithTooFewRows) {
-    const std::vector<std::uint8_t> sound = bytesOf(folder_ / "in.png");
+    const std::vector<uint8_t> sound = bytesOf(folder_ / "in.png");
     writeBytes(folder_ / "short.png", withSize(sound, 12, 10));
     expectFailure({"render", "short.png", "-o", "old.png"}, 3, {"'short.png'"});
 }
@@ -132,26 +131,26 @@ TEST_F(FileError, OfAFolderThatMayNotBeWrittenTo) {
 }
 
 TEST_F(FileError, OfADiskThatIsFullLeavesNothingBehind) {
-    writePng(folder_ / "in.png", randomPng(PngColor::RgbAlpha, 16, 64, 64, 1));
+    writePng(folder_ / "in.png", randomPng(PngColor::kRgbAlpha, 16, 64, 64, 1));
     CommandSetting setting;
     setting.mostFileBytes = 10000;
     for (const char* output : {"old.png", "new.png"})
         expectFailure({"render", "in.png", "-o", output}, 3, {output, "File too large"}, setting);
-    const std::vector<std::uint8_t> before = bytesOf(folder_ / "in.png");
+    const std::vector<uint8_t> before = bytesOf(folder_ / "in.png");
     expectFailure({"render", "in.png", "-o", "in.png"}, 3, {"'in.png'"}, setting);
     EXPECT_EQ(bytesOf(folder_ / "in.png"), before);
 }
 
 #ifndef KOVALUNE_SANITIZED // the sanitizers need their address space for themselves
 TEST_F(FileError, OfAPictureThatDoesNotFitInMemory) {
-    writePng(folder_ / "in.png", blankPng(PngColor::RgbAlpha, 16, 3000, 3000));
+    writePng(folder_ / "in.png", blankPng(PngColor::kRgbAlpha, 16, 3000, 3000));
     CommandSetting setting;
     setting.mostMemoryBytes = std::size_t{110} << 20;
     expectFailure({"render", "in.png", "-o", "old.png", "--threads", "1"}, 3, {"'in.png'", "memory"},
                   setting);
 }
 
-// From what is just enough to start the program to what is enough for the picture.
+/// From what is just enough to start the program to what is enough for the picture.
 class LittleMemory : public FileError, public testing::WithParamInterface<const char*> {
 protected:
     static constexpr std::size_t kStep = std::size_t{512} << 10;
@@ -167,7 +166,7 @@ protected:
 };
 
 TEST_P(LittleMemory, EndsWithOneLineThatNamesThePicture) {
-    writePng(folder_ / "in.png", randomPng(PngColor::RgbAlpha, 16, 500, 500, 1));
+    writePng(folder_ / "in.png", randomPng(PngColor::kRgbAlpha, 16, 500, 500, 1));
     const std::vector<std::string> words = {"render", "in.png", "-o", "out.png", "--threads", GetParam()};
     const std::vector<std::string> before = folder_.names();
     CommandSetting setting;

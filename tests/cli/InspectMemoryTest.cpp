@@ -8,7 +8,7 @@ namespace {
 using InspectMemory = ErrorCase;
 
 TEST_F(InspectMemory, OfAPictureThatDoesNotFitIsAFileError) {
-    writePng(folder_ / "large.png", blankPng(PngColor::RgbAlpha, 16, 4000, 4000));
+    writePng(folder_ / "large.png", blankPng(PngColor::kRgbAlpha, 16, 4000, 4000));
     CommandSetting setting;
     setting.mostMemoryBytes = std::size_t{110} << 20;
     for (const std::vector<std::string>& words : {std::vector<std::string>{"colors", "large.png"},

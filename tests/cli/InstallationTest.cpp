@@ -24,7 +24,7 @@ TEST(Installation, HoldsTheCommandThePlugInAndTheCompletion) {
     const std::string command = prefix + "/bin/kovalune";
     EXPECT_EQ(shell("'" + command + "' params --factory --plugin '" + plugIn + "' >'" + prefix + "/table'"),
               0);
-    const std::vector<std::uint8_t> table = bytesOf(prefix + "/table");
+    const std::vector<uint8_t> table = bytesOf(prefix + "/table");
     EXPECT_EQ(std::string(table.begin(), table.end()), runCommand({"params", "--factory"}).out);
     EXPECT_EQ(bytesOf(prefix + "/share/bash-completion/completions/kovalune"), bytesOf(KOVALUNE_COMPLETION));
 }

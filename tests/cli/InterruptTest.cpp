@@ -19,7 +19,7 @@
 namespace kovalune::tests {
 namespace {
 
-template <typename Thrown>
+template <class Thrown>
 void throwDuring(const Thrown& thrown, int signalNumber) {
     Interrupt interrupt;
     interrupt.during([&] {
@@ -29,7 +29,7 @@ void throwDuring(const Thrown& thrown, int signalNumber) {
     });
 }
 
-// Each in a process of its own: the thread sanitizer does not see that a signal has its default meaning again.
+/// Each in a process of its own: the thread sanitizer does not see that a signal has its default meaning again.
 class InterruptBySignal : public testing::TestWithParam<int> {};
 
 INSTANTIATE_TEST_SUITE_P(Ending, InterruptBySignal, testing::ValuesIn(kEndingSignals),
@@ -64,7 +64,7 @@ protected:
 
     CommandSetting setting(const char* word) const { return settingFor(word, folder_, marks_); }
 
-    // Until the effect is in the frame, or the command is at its end.
+    /// Until the effect is in the frame, or the command is at its end.
     void awaitFrame(RunningCommand& command) const {
         while (!std::filesystem::exists(marks_ / "frame") && !command.hasEnded())
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
@@ -76,7 +76,7 @@ protected:
         EXPECT_EQ(bytesOf(folder_ / "old.png"), oldBytes());
     }
 
-    // By the signal itself, as a shell has to see it.
+    /// By the signal itself, as a shell has to see it.
     void expectInterrupted(const CommandOutcome& outcome, int signalNumber) const {
         EXPECT_EQ(outcome.exitCode, -signalNumber);
         EXPECT_EQ(outcome.err, "kovalune: interrupted\n");
@@ -233,7 +233,7 @@ TEST_F(Interrupted, SavedDefaultsAreWholeOrNotThere) {
     preloaded.environment["XDG_CONFIG_HOME"] = config.path();
     const std::filesystem::path folder = config / "ORVEL/Tavik";
     ASSERT_TRUE(runCommand({"defaults", "save"}, preloaded).ok());
-    const std::vector<std::uint8_t> whole = bytesOf(folder / "Kovalune.ini");
+    const std::vector<uint8_t> whole = bytesOf(folder / "Kovalune.ini");
     for (const char* const flush : {"1", "30"}) {
         std::filesystem::remove_all(config / "ORVEL");
         preloaded.environment["TEST_FLUSH_SIGNAL"] = std::to_string(SIGTERM);
@@ -261,8 +261,7 @@ TEST_F(Interrupted, AnIgnoredSignalStaysIgnored) {
         const CommandOutcome outcome = command.wait();
         std::signal(signalNumber, SIG_DFL);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        EXPECT_EQ(readPngFile(folder_ / "old.png").rows,
-                  std::vector<std::uint8_t>(std::size_t{4} * 12 * 9, 0x77));
+        EXPECT_EQ(readPngFile(folder_ / "old.png").rows, std::vector<uint8_t>(std::size_t{4} * 12 * 9, 0x77));
     }
 }
 

@@ -31,7 +31,7 @@ bool setLimit(std::size_t bytes) {
     return setrlimit(RLIMIT_AS, &value) == 0;
 }
 
-// Takes what memory earlier work gave back, for good; otherwise it would serve the requests to come.
+/// Takes what memory earlier work gave back, for good; otherwise it would serve the requests to come.
 void useUpFreeMemory() {
     for (std::size_t size = std::size_t{1} << 20; size >= 16; size /= 2) {
         void* volatile block = nullptr;
@@ -50,25 +50,26 @@ LittleMemoryEnd endWithLittleMemory(const std::function<void()>& body) {
         int lacks = 0;
         std::size_t limit = bytesInUse();
         if (!setLimit(limit))
-            _exit(endCode(LittleMemoryEnd::CannotLimit));
+            _exit(endCode(LittleMemoryEnd::kCannotLimit));
         useUpFreeMemory();
         for (;; limit += kStep) {
             if (!setLimit(limit))
-                _exit(endCode(LittleMemoryEnd::CannotLimit));
+                _exit(endCode(LittleMemoryEnd::kCannotLimit));
             try {
                 body();
-                _exit(lacks > 3 ? endCode(LittleMemoryEnd::Success) : endCode(LittleMemoryEnd::EnoughAtOnce));
+                _exit(lacks > 3 ? endCode(LittleMemoryEnd::kSuccess)
+                                : endCode(LittleMemoryEnd::kEnoughAtOnce));
             } catch (const std::bad_alloc&) {
                 ++lacks;
             } catch (const Failure& failure) {
                 std::fprintf(stderr, "%s\n", failure.what());
-                _exit(endCode(LittleMemoryEnd::Failure));
+                _exit(endCode(LittleMemoryEnd::kFailure));
             }
         }
     }
     int status = 0;
     EXPECT_EQ(waitpid(child, &status, 0), child);
-    return WIFEXITED(status) ? static_cast<LittleMemoryEnd>(WEXITSTATUS(status)) : LittleMemoryEnd::Crash;
+    return WIFEXITED(status) ? static_cast<LittleMemoryEnd>(WEXITSTATUS(status)) : LittleMemoryEnd::kCrash;
 }
 
 } // namespace kovalune::tests

@@ -27,7 +27,7 @@ protected:
         return readPngFile(folder_ / name).rows == picture_.rows;
     }
 
-    const PngPicture picture_ = randomPng(PngColor::RgbAlpha, 8, 9, 7, 1);
+    const PngPicture picture_ = randomPng(PngColor::kRgbAlpha, 8, 9, 7, 1);
     TestFolder folder_;
 };
 
@@ -68,7 +68,7 @@ TEST_F(OutputFile, ThatIsWriteProtectedIsReplacedByForceAlone) {
         CommandOutcome outcome = runCommand(words, setting);
         EXPECT_EQ(outcome.exitCode, 3) << words.front();
         EXPECT_EQ(outcome.err, "kovalune: cannot write 'out.png': " + reason);
-        EXPECT_EQ(bytesOf(folder_ / "out.png"), (std::vector<std::uint8_t>{1, 2, 3}));
+        EXPECT_EQ(bytesOf(folder_ / "out.png"), (std::vector<uint8_t>{1, 2, 3}));
         EXPECT_FALSE(std::filesystem::exists(folder_ / "other.png"));
         words.emplace_back("--force");
         outcome = runCommand(words, setting);

@@ -63,12 +63,12 @@ std::vector<int> channels(std::string_view text) {
     return {pixel.alpha, pixel.red, pixel.green, pixel.blue};
 }
 
-// The text of the Failure, empty without one.
+/// The text of the Failure, empty without one.
 std::string failure(const PF_ParamDef& def, std::string_view text) {
     try {
         parseValue(def, kChoices, text);
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::Usage);
+        EXPECT_EQ(failure.code(), ExitCode::kUsage);
         return failure.what();
     }
     return {};

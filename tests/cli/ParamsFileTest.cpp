@@ -12,7 +12,7 @@ protected:
         return params_;
     }
 
-    // The parameters in use, as they are printed.
+    /// The parameters in use, as they are printed.
     std::string printed(std::vector<std::string> words, const CommandSetting& setting = {}) const {
         words.insert(words.begin(), {"render", "--print-params"});
         const CommandOutcome outcome = runCommand(words, setting);

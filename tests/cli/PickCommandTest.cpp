@@ -18,7 +18,7 @@ protected:
 };
 
 TEST_F(PickCommand, TellsFileAndEffectValuesOf8Bits) {
-    PngPicture png = blankPng(PngColor::RgbAlpha, 8, 3, 2);
+    PngPicture png = blankPng(PngColor::kRgbAlpha, 8, 3, 2);
     png.rows = {0, 0, 0, 0, 0,  0,  0,  0,  0, 0, 0, 0, //
                 0, 0, 0, 0, 12, 34, 56, 78, 0, 0, 0, 0};
     writePng(folder_ / "a.png", png);
@@ -33,7 +33,7 @@ TEST_F(PickCommand, TellsFileAndEffectValuesOf8Bits) {
 }
 
 TEST_F(PickCommand, ScalesValuesOf16Bits) {
-    PngPicture png = blankPng(PngColor::Grey, 16, 2, 1);
+    PngPicture png = blankPng(PngColor::kGrey, 16, 2, 1);
     png.rows = {0xff, 0xff, 0x80, 0x00};
     writePng(folder_ / "a.png", png);
     EXPECT_EQ(picked({"a.png", "1,0"}),
@@ -49,7 +49,7 @@ TEST_F(PickCommand, ScalesValuesOf16Bits) {
 }
 
 TEST_F(PickCommand, DividesPremultipliedColours) {
-    PngPicture png = blankPng(PngColor::RgbAlpha, 8, 1, 1);
+    PngPicture png = blankPng(PngColor::kRgbAlpha, 8, 1, 1);
     png.rows = {50, 25, 0, 100};
     writePng(folder_ / "a.png", png);
     const std::string text = picked({"a.png", "0,0", "--alpha", "premultiplied"});
@@ -60,7 +60,7 @@ TEST_F(PickCommand, DividesPremultipliedColours) {
 }
 
 TEST_F(PickCommand, WritesFloatsSoThatTheyReadBack) {
-    writeFloats(folder_ / "a.tif", 2, 1, Channels::Rgb, {0.1F, -2.5F, 1e-40F, 1.5F, 0.25F, 3e38F});
+    writeFloats(folder_ / "a.tif", 2, 1, Channels::kRgb, {0.1F, -2.5F, 1e-40F, 1.5F, 0.25F, 3e38F});
     const std::string text = picked({"a.tif", "0,0"});
     EXPECT_NE(text.find("File        red 0.1, green -2.5, blue 1e-40\n"
                         "Effect      red 0.1, green -2.5, blue 1e-40, alpha 1 (white is 1)\n"

@@ -16,17 +16,17 @@ namespace {
 
 constexpr float kInfinity = std::numeric_limits<float>::infinity();
 
-Picture bytes(const std::vector<std::uint8_t>& samples) {
-    return pictureOfSamples(static_cast<std::uint32_t>(samples.size()), 1, Channels::Grey, SampleType::Uint8,
+Picture bytes(const std::vector<uint8_t>& samples) {
+    return pictureOfSamples(static_cast<uint32_t>(samples.size()), 1, Channels::kGrey, SampleType::kUint8,
                             samples);
 }
 
-Picture words(const std::vector<std::uint16_t>& samples, SampleType type = SampleType::Uint16) {
-    return pictureOfSamples(static_cast<std::uint32_t>(samples.size()), 1, Channels::Grey, type, samples);
+Picture words(const std::vector<uint16_t>& samples, SampleType type = SampleType::kUint16) {
+    return pictureOfSamples(static_cast<uint32_t>(samples.size()), 1, Channels::kGrey, type, samples);
 }
 
 Picture floats(const std::vector<float>& samples) {
-    return pictureOfSamples(static_cast<std::uint32_t>(samples.size()), 1, Channels::Grey, SampleType::Float,
+    return pictureOfSamples(static_cast<uint32_t>(samples.size()), 1, Channels::kGrey, SampleType::kFloat,
                             samples);
 }
 
@@ -40,14 +40,14 @@ PictureDifference difference(const Picture& a, const Picture& b) {
 }
 
 TEST(PictureDifference, WholeNumbersOfOneFractionAreTheSame) {
-    std::vector<std::uint8_t> all8(256);
-    std::vector<std::uint16_t> all16(256);
+    std::vector<uint8_t> all8(256);
+    std::vector<uint16_t> all16(256);
     for (unsigned v = 0; v < 256; ++v) {
-        all8[v] = static_cast<std::uint8_t>(v);
-        all16[v] = static_cast<std::uint16_t>(v * 257);
+        all8[v] = static_cast<uint8_t>(v);
+        all16[v] = static_cast<uint16_t>(v * 257);
     }
     EXPECT_EQ(difference(bytes(all8), words(all16)).pixels, 0U);
-    for (std::uint16_t& value : all16)
+    for (uint16_t& value : all16)
         value ^= 1;
     EXPECT_EQ(difference(bytes(all8), words(all16)).pixels, 256U);
 }
@@ -56,9 +56,9 @@ TEST(PictureDifference, FloatsAreTheSameWhereTheFractionIsExact) {
     EXPECT_EQ(difference(floats({0.0F, 1.0F}), bytes({0, 255})).pixels, 0U);
     EXPECT_EQ(difference(floats({0.2F}), bytes({51})).pixels, 1U);
     EXPECT_EQ(
-        difference(floats({0.5F, 1.0F, -2.0F}), words({0x3800, 0x3c00, 0xc000}, SampleType::Half)).pixels,
+        difference(floats({0.5F, 1.0F, -2.0F}), words({0x3800, 0x3c00, 0xc000}, SampleType::kHalf)).pixels,
         0U);
-    EXPECT_EQ(difference(floats({0.1F}), words({0x2e66}, SampleType::Half)).pixels, 1U);
+    EXPECT_EQ(difference(floats({0.1F}), words({0x2e66}, SampleType::kHalf)).pixels, 1U);
 }
 
 TEST(PictureDifference, NanIsTheSameWithTheSameBitsOnly) {
@@ -70,7 +70,7 @@ TEST(PictureDifference, NanIsTheSameWithTheSameBitsOnly) {
     EXPECT_EQ(different.pixels, 2U);
     EXPECT_TRUE(std::isnan(different.largest.at(0).fraction));
     EXPECT_EQ(difference(floats({nan}), floats({1.0F})).pixels, 1U);
-    EXPECT_EQ(difference(words({0x7e00}, SampleType::Half), words({0x7e01}, SampleType::Half)).pixels, 1U);
+    EXPECT_EQ(difference(words({0x7e00}, SampleType::kHalf), words({0x7e01}, SampleType::kHalf)).pixels, 1U);
 }
 
 TEST(PictureDifference, MinusZeroIsZeroAndInfinitiesAreThemselves) {
@@ -95,8 +95,8 @@ TEST(PixelValues, TextsReadBackAsTheSameSample) {
     const std::vector<std::string> texts = {"0.1", "-0", "1e-45", "3.4028235e+38", "-inf", "nan(0xffc12345)"};
     for (std::size_t i = 0; i < texts.size(); ++i)
         EXPECT_EQ(sampleText(picture, i), texts[i]);
-    EXPECT_EQ(sampleText(words({0x2e66}, SampleType::Half), 0), "0.099975586");
-    EXPECT_EQ(sampleText(words({0x7e01}, SampleType::Half), 0), "nan(0x7e01)");
+    EXPECT_EQ(sampleText(words({0x2e66}, SampleType::kHalf), 0), "0.099975586");
+    EXPECT_EQ(sampleText(words({0x7e01}, SampleType::kHalf), 0), "nan(0x7e01)");
     EXPECT_EQ(sampleText(words({65535}), 0), "65535");
 }
 

@@ -25,8 +25,8 @@ void PrintTo(const Kind& kind, std::ostream* stream) {
     *stream << kind.end << " of " << bytesPerSample(kind.type) << " bytes a sample";
 }
 
-// Random values: whole numbers of all sizes, floats from -1 to 3; alpha is 0 or white in some pixels.
-Picture pictureOf(const Kind& kind, Channels channels, std::uint32_t width = 37, std::uint32_t height = 23) {
+/// Random values: whole numbers of all sizes, floats from -1 to 3; alpha is 0 or white in some pixels.
+Picture pictureOf(const Kind& kind, Channels channels, uint32_t width = 37, uint32_t height = 23) {
     Picture picture = randomPicture(kind.type, channels, width, height, 1);
     if (isFloat(kind.type)) {
         std::mt19937 random(2);
@@ -45,7 +45,7 @@ void writePicture(const std::filesystem::path& file, FileFormat format, const Pi
     writeBytes(file, encodePicture(format, picture));
 }
 
-// The effect turned off, which then leaves every pixel.
+/// The effect turned off, which then leaves every pixel.
 CommandOutcome runLeaving(const TestFolder& folder, const std::string& input, const std::string& output,
                           CommandSetting setting = {}) {
     setting.folder = folder.path();
@@ -60,7 +60,8 @@ protected:
 };
 
 TEST_P(EachKind, ComesOutAsItWentIn) {
-    for (const Channels channels : {Channels::Grey, Channels::GreyAlpha, Channels::Rgb, Channels::RgbAlpha}) {
+    for (const Channels channels :
+         {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb, Channels::kRgbAlpha}) {
         const Picture picture = pictureOf(GetParam(), channels);
         writePicture(folder_ / named("in"), GetParam().format, picture);
         const CommandOutcome outcome = runLeaving(folder_, named("in"), named("out"));
@@ -74,7 +75,7 @@ TEST_P(EachKind, ComesOutAsItWentIn) {
 }
 
 TEST_P(EachKind, MayHaveAnyNameAndTakeThePlaceOfItsInput) {
-    const Picture picture = pictureOf(GetParam(), Channels::RgbAlpha);
+    const Picture picture = pictureOf(GetParam(), Channels::kRgbAlpha);
     const std::string name = named("線画 その 1");
     writePicture(folder_ / name, GetParam().format, picture);
     const CommandOutcome outcome = runLeaving(folder_, name, name);
@@ -84,8 +85,9 @@ TEST_P(EachKind, MayHaveAnyNameAndTakeThePlaceOfItsInput) {
 }
 
 TEST_P(EachKind, LeavesNothingBehindOnAFullDisk) {
-    writePicture(folder_ / named("in"), GetParam().format, pictureOf(GetParam(), Channels::RgbAlpha, 64, 64));
-    const std::vector<std::uint8_t> before = bytesOf(folder_ / named("in"));
+    writePicture(folder_ / named("in"), GetParam().format,
+                 pictureOf(GetParam(), Channels::kRgbAlpha, 64, 64));
+    const std::vector<uint8_t> before = bytesOf(folder_ / named("in"));
     CommandSetting setting;
     setting.mostFileBytes = 4000;
     for (const std::string& output : {named("new"), named("in")}) {
@@ -99,32 +101,32 @@ TEST_P(EachKind, LeavesNothingBehindOnAFullDisk) {
 }
 
 TEST_P(EachKind, BecomesEveryOtherFormat) {
-    writePicture(folder_ / named("in"), GetParam().format, pictureOf(GetParam(), Channels::Rgb));
+    writePicture(folder_ / named("in"), GetParam().format, pictureOf(GetParam(), Channels::kRgb));
     for (const char* output : {"out.png", "out.tif", "out.exr", "out.tga"}) {
         const CommandOutcome outcome = runLeaving(folder_, named("in"), output);
         ASSERT_TRUE(outcome.ok()) << outcome.err;
         const Picture out = readPicture(folder_ / output);
         EXPECT_EQ(out.format, formatOfName(output));
         EXPECT_EQ(out.sampleType, sampleTypeIn(out.format, GetParam().type));
-        EXPECT_EQ(out.channels, Channels::Rgb);
+        EXPECT_EQ(out.channels, Channels::kRgb);
         EXPECT_EQ(out.width, 37U);
         EXPECT_EQ(out.height, 23U);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(PictureFormat, EachKind,
-                         testing::Values(Kind{".png", FileFormat::Png, SampleType::Uint8},
-                                         Kind{".png", FileFormat::Png, SampleType::Uint16},
-                                         Kind{".tif", FileFormat::Tiff, SampleType::Uint8},
-                                         Kind{".tiff", FileFormat::Tiff, SampleType::Uint16},
-                                         Kind{".tif", FileFormat::Tiff, SampleType::Half},
-                                         Kind{".tif", FileFormat::Tiff, SampleType::Float},
-                                         Kind{".exr", FileFormat::Exr, SampleType::Half},
-                                         Kind{".exr", FileFormat::Exr, SampleType::Float},
-                                         Kind{".tga", FileFormat::Tga, SampleType::Uint8}));
+                         testing::Values(Kind{".png", FileFormat::kPng, SampleType::kUint8},
+                                         Kind{".png", FileFormat::kPng, SampleType::kUint16},
+                                         Kind{".tif", FileFormat::kTiff, SampleType::kUint8},
+                                         Kind{".tiff", FileFormat::kTiff, SampleType::kUint16},
+                                         Kind{".tif", FileFormat::kTiff, SampleType::kHalf},
+                                         Kind{".tif", FileFormat::kTiff, SampleType::kFloat},
+                                         Kind{".exr", FileFormat::kExr, SampleType::kHalf},
+                                         Kind{".exr", FileFormat::kExr, SampleType::kFloat},
+                                         Kind{".tga", FileFormat::kTga, SampleType::kUint8}));
 
-// A header alone.
-std::vector<std::uint8_t> tgaHeaderBytes(int type, int width, int height) {
+/// A header alone.
+std::vector<uint8_t> tgaHeaderBytes(int type, int width, int height) {
     TgaParts parts;
     parts.type = type;
     parts.width = width;
@@ -134,7 +136,7 @@ std::vector<std::uint8_t> tgaHeaderBytes(int type, int width, int height) {
 
 class WrongTga : public testing::Test {
 protected:
-    void expectFailure(const std::vector<std::uint8_t>& bytes, const std::string& reason) {
+    void expectFailure(const std::vector<uint8_t>& bytes, const std::string& reason) {
         writeBytes(folder_ / "in.tga", bytes);
         const CommandOutcome outcome = runLeaving(folder_, "in.tga", "out.tga", setting_);
         EXPECT_EQ(outcome.exitCode, 3) << outcome.err;
@@ -149,8 +151,8 @@ protected:
 };
 
 TEST_F(WrongTga, EndsTheCommandAtEveryByteOfItsHeader) {
-    const std::vector<std::uint8_t> bytes =
-        encodePicture(FileFormat::Tga, randomPicture(SampleType::Uint8, Channels::Rgb, 3, 2, 1));
+    const std::vector<uint8_t> bytes =
+        encodePicture(FileFormat::kTga, randomPicture(SampleType::kUint8, Channels::kRgb, 3, 2, 1));
     expectFailure({}, "empty");
     for (std::size_t count = 1; count < 24; ++count)
         expectFailure({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)},

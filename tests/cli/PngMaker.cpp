@@ -13,7 +13,7 @@ namespace kovalune::tests {
 
 namespace {
 
-// A test without its picture means nothing, so there is no way back from here.
+/// A test without its picture means nothing, so there is no way back from here.
 [[noreturn]] void onError(png_structp, png_const_charp text) {
     std::fprintf(stderr, "the picture of a test failed: %s\n", text);
     std::abort();
@@ -22,12 +22,12 @@ namespace {
 void ignoreWarning(png_structp, png_const_charp) {}
 
 void appendTo(png_structp png, png_bytep source, std::size_t count) {
-    auto* bytes = static_cast<std::vector<std::uint8_t>*>(png_get_io_ptr(png));
+    auto* bytes = static_cast<std::vector<uint8_t>*>(png_get_io_ptr(png));
     bytes->insert(bytes->end(), source, source + count);
 }
 
 struct Source {
-    const std::vector<std::uint8_t>& bytes;
+    const std::vector<uint8_t>& bytes;
     std::size_t place = 0;
 };
 
@@ -39,7 +39,7 @@ void takeFrom(png_structp png, png_bytep target, std::size_t count) {
     source->place += count;
 }
 
-void writeChunk(png_structp png, const std::string& name, const std::vector<std::uint8_t>& bytes) {
+void writeChunk(png_structp png, const std::string& name, const std::vector<uint8_t>& bytes) {
     png_byte letters[5] = {};
     std::memcpy(letters, name.c_str(), 4);
     png_write_chunk(png, letters, bytes.data(), bytes.size());
@@ -47,19 +47,19 @@ void writeChunk(png_structp png, const std::string& name, const std::vector<std:
 
 std::vector<png_bytep> rowsOf(PngPicture& picture) {
     std::vector<png_bytep> rows;
-    for (std::uint32_t y = 0; y < picture.height; ++y)
+    for (uint32_t y = 0; y < picture.height; ++y)
         rows.push_back(picture.rows.data() + y * picture.rowBytes());
     return rows;
 }
 
-std::vector<std::pair<std::string, std::vector<std::uint8_t>>> notesOf(png_structp png, png_infop info) {
-    std::vector<std::pair<std::string, std::vector<std::uint8_t>>> notes;
+std::vector<std::pair<std::string, std::vector<uint8_t>>> notesOf(png_structp png, png_infop info) {
+    std::vector<std::pair<std::string, std::vector<uint8_t>>> notes;
     png_unknown_chunkp chunks = nullptr;
     const int count = png_get_unknown_chunks(png, info, &chunks);
     for (int i = 0; i < count; ++i) {
         std::string name(4, ' ');
         std::memcpy(name.data(), chunks[i].name, 4);
-        notes.emplace_back(name, std::vector<std::uint8_t>(chunks[i].data, chunks[i].data + chunks[i].size));
+        notes.emplace_back(name, std::vector<uint8_t>(chunks[i].data, chunks[i].data + chunks[i].size));
     }
     return notes;
 }
@@ -68,11 +68,11 @@ std::vector<std::pair<std::string, std::vector<std::uint8_t>>> notesOf(png_struc
 
 std::size_t PngPicture::channels() const {
     switch (color) {
-    case PngColor::GreyAlpha:
+    case PngColor::kGreyAlpha:
         return 2;
-    case PngColor::Rgb:
+    case PngColor::kRgb:
         return 3;
-    case PngColor::RgbAlpha:
+    case PngColor::kRgbAlpha:
         return 4;
     default:
         return 1;
@@ -83,17 +83,17 @@ std::size_t PngPicture::rowBytes() const {
     return (samplesARow() * static_cast<std::size_t>(depth) + 7) / 8;
 }
 
-std::uint16_t PngPicture::sample(std::uint32_t y, std::size_t index) const {
-    const std::uint8_t* const row = rows.data() + y * rowBytes();
+uint16_t PngPicture::sample(uint32_t y, std::size_t index) const {
+    const uint8_t* const row = rows.data() + y * rowBytes();
     if (depth == 16)
-        return static_cast<std::uint16_t>(row[2 * index] << 8 | row[2 * index + 1]);
+        return static_cast<uint16_t>(row[2 * index] << 8 | row[2 * index + 1]);
     const auto bits = static_cast<std::size_t>(depth);
     const std::size_t firstBit = index * bits;
     const std::size_t shift = 8 - bits - firstBit % 8;
-    return static_cast<std::uint16_t>(row[firstBit / 8] >> shift & ((1U << bits) - 1));
+    return static_cast<uint16_t>(row[firstBit / 8] >> shift & ((1U << bits) - 1));
 }
 
-PngPicture blankPng(PngColor color, int depth, std::uint32_t width, std::uint32_t height) {
+PngPicture blankPng(PngColor color, int depth, uint32_t width, uint32_t height) {
     PngPicture picture;
     picture.width = width;
     picture.height = height;
@@ -103,18 +103,17 @@ PngPicture blankPng(PngColor color, int depth, std::uint32_t width, std::uint32_
     return picture;
 }
 
-PngPicture randomPng(PngColor color, int depth, std::uint32_t width, std::uint32_t height,
-                     std::uint32_t seed) {
+PngPicture randomPng(PngColor color, int depth, uint32_t width, uint32_t height, uint32_t seed) {
     PngPicture picture = blankPng(color, depth, width, height);
     std::mt19937 random(seed);
-    for (std::uint8_t& byte : picture.rows)
-        byte = static_cast<std::uint8_t>(random() >> 24);
+    for (uint8_t& byte : picture.rows)
+        byte = static_cast<uint8_t>(random() >> 24);
     return picture;
 }
 
 void writePng(const std::filesystem::path& file, const PngPicture& picture) {
     PngPicture copy = picture;
-    std::vector<std::uint8_t> bytes;
+    std::vector<uint8_t> bytes;
     png_structp png = png_create_write_struct(PNG_LIBPNG_VER_STRING, nullptr, onError, ignoreWarning);
     png_infop info = png_create_info_struct(png);
     png_set_write_fn(png, &bytes, appendTo, nullptr);
@@ -140,7 +139,7 @@ void writePng(const std::filesystem::path& file, const PngPicture& picture) {
 }
 
 PngPicture readPngFile(const std::filesystem::path& file) {
-    const std::vector<std::uint8_t> bytes = bytesOf(file);
+    const std::vector<uint8_t> bytes = bytesOf(file);
     Source source{bytes};
     png_structp png = png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, onError, ignoreWarning);
     png_infop info = png_create_info_struct(png);

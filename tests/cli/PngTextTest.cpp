@@ -10,7 +10,7 @@ namespace {
 
 struct Chunk {
     std::string name;
-    std::vector<std::uint8_t> data;
+    std::vector<uint8_t> data;
 
     friend bool operator==(const Chunk&, const Chunk&) = default;
 };
@@ -18,30 +18,29 @@ struct Chunk {
 constexpr std::size_t kSignatureBytes = 8;
 constexpr std::size_t kChunkBytes = 12; // beside its data
 
-std::uint32_t numberAt(const std::vector<std::uint8_t>& bytes, std::size_t place) {
-    return std::uint32_t{bytes.at(place)} << 24 | std::uint32_t{bytes.at(place + 1)} << 16 |
-           std::uint32_t{bytes.at(place + 2)} << 8 | bytes.at(place + 3);
+uint32_t numberAt(const std::vector<uint8_t>& bytes, std::size_t place) {
+    return uint32_t{bytes.at(place)} << 24 | uint32_t{bytes.at(place + 1)} << 16 |
+           uint32_t{bytes.at(place + 2)} << 8 | bytes.at(place + 3);
 }
 
-void append(std::vector<std::uint8_t>& bytes, std::uint32_t number) {
+void append(std::vector<uint8_t>& bytes, uint32_t number) {
     for (int shift = 24; shift >= 0; shift -= 8)
-        bytes.push_back(static_cast<std::uint8_t>(number >> shift));
+        bytes.push_back(static_cast<uint8_t>(number >> shift));
 }
 
-std::vector<std::uint8_t> inFile(const Chunk& chunk) {
-    std::vector<std::uint8_t> bytes;
-    append(bytes, static_cast<std::uint32_t>(chunk.data.size()));
+std::vector<uint8_t> inFile(const Chunk& chunk) {
+    std::vector<uint8_t> bytes;
+    append(bytes, static_cast<uint32_t>(chunk.data.size()));
     bytes.insert(bytes.end(), chunk.name.begin(), chunk.name.end());
     bytes.insert(bytes.end(), chunk.data.begin(), chunk.data.end());
-    append(bytes,
-           static_cast<std::uint32_t>(crc32(0, bytes.data() + 4, static_cast<uInt>(bytes.size() - 4))));
+    append(bytes, static_cast<uint32_t>(crc32(0, bytes.data() + 4, static_cast<uInt>(bytes.size() - 4))));
     return bytes;
 }
 
-std::vector<std::uint8_t> inFile(const std::vector<Chunk>& chunks) {
-    std::vector<std::uint8_t> bytes;
+std::vector<uint8_t> inFile(const std::vector<Chunk>& chunks) {
+    std::vector<uint8_t> bytes;
     for (const Chunk& chunk : chunks) {
-        const std::vector<std::uint8_t> added = inFile(chunk);
+        const std::vector<uint8_t> added = inFile(chunk);
         bytes.insert(bytes.end(), added.begin(), added.end());
     }
     return bytes;
@@ -51,9 +50,9 @@ Chunk text(const std::string& name, const std::string& data) {
     return {name, {data.begin(), data.end()}};
 }
 
-// Those of the file that hold texts, in order.
+/// Those of the file that hold texts, in order.
 std::vector<Chunk> textsOf(const std::filesystem::path& file) {
-    const std::vector<std::uint8_t> bytes = bytesOf(file);
+    const std::vector<uint8_t> bytes = bytesOf(file);
     std::vector<Chunk> texts;
     for (std::size_t at = kSignatureBytes; at < bytes.size(); at += numberAt(bytes, at) + kChunkBytes) {
         const auto data = bytes.begin() + static_cast<std::ptrdiff_t>(at) + 8;
@@ -68,11 +67,11 @@ using namespace std::string_literals;
 
 class PngTexts : public ErrorCase {
 protected:
-    // Before the samples, behind the header, and behind them.
+    /// Before the samples, behind the header, and behind them.
     void write(const std::vector<Chunk>& before, const std::vector<Chunk>& after) const {
         constexpr std::size_t kHeaderBytes = 25;
-        std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
-        const std::vector<std::uint8_t> first = inFile(before), last = inFile(after);
+        std::vector<uint8_t> bytes = bytesOf(folder_ / "in.png");
+        const std::vector<uint8_t> first = inFile(before), last = inFile(after);
         bytes.insert(bytes.end() - kChunkBytes, last.begin(), last.end());
         bytes.insert(bytes.begin() + kSignatureBytes + kHeaderBytes, first.begin(), first.end());
         writeBytes(folder_ / "in.png", bytes);
@@ -111,7 +110,7 @@ TEST_F(PngTexts, AreKeptHoweverManyAndLongTheyAre) {
     EXPECT_TRUE(textsOf(folder_ / "out.png") == many);
 }
 
-// Each of these numbers of chunks would take minutes if one more chunk cost a look at all before it.
+/// Each of these numbers of chunks would take minutes if one more chunk cost a look at all before it.
 constexpr int kVeryMany = 200000;
 
 TEST_F(PngTexts, AreKeptInOrderWhereThereAreVeryMany) {
@@ -141,8 +140,8 @@ TEST_F(PngTexts, ArePassedByOtherChunksHoweverManyTheyAre) {
 }
 
 TEST_F(PngTexts, StandBehindTheHeader) {
-    std::vector<std::uint8_t> bytes = bytesOf(folder_ / "in.png");
-    const std::vector<std::uint8_t> added = inFile(text("tEXt", "Title\0A girl"s));
+    std::vector<uint8_t> bytes = bytesOf(folder_ / "in.png");
+    const std::vector<uint8_t> added = inFile(text("tEXt", "Title\0A girl"s));
     bytes.insert(bytes.begin() + kSignatureBytes, added.begin(), added.end());
     writeBytes(folder_ / "in.png", bytes);
     expectFailure({"smooth", "in.png", "-o", "out.png"}, 3,

@@ -33,7 +33,7 @@ TEST(ProgressText, WritesLongTimesInMinutesAndHours) {
 
 class Progress : public ErrorCase {
 protected:
-    // 300 reports: 25, 50 and 75 of 100.
+    /// 300 reports: 25, 50 and 75 of 100.
     CommandOutcome run(int columns, const std::vector<std::string>& more = {}, const char* word = "steps") {
         CommandSetting setting;
         setting.folder = folder_.path();
@@ -45,11 +45,11 @@ protected:
         return runCommand(words, setting);
     }
 
-    // What the command says at the end of a frame of this effect.
+    /// What the command says at the end of a frame of this effect.
     static constexpr char kNote[] =
         "kovalune: note: no counts: only the built-in effect tells what it selects and changes\n";
 
-    // What stands on the terminal's lines in the end.
+    /// What stands on the terminal's lines in the end.
     static std::string screen(const std::string& text) {
         std::string lines;
         std::string line;
@@ -77,7 +77,7 @@ TEST_F(Progress, StandsOnATerminalAndIsGoneAtTheEnd) {
     EXPECT_EQ(screen(outcome.err), kNote);
 }
 
-// The lines that a terminal of this width showed, one after the other.
+/// The lines that a terminal of this width showed, one after the other.
 std::vector<std::string> linesShown(const std::string& text) {
     std::vector<std::string> lines;
     std::size_t start = 0;

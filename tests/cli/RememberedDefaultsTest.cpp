@@ -19,7 +19,7 @@ protected:
 
     void remember(const std::string& text) const { writeBytes(file(), {text.begin(), text.end()}); }
 
-    // Kind, default and range of each label, without the blanks between.
+    /// Kind, default and range of each label, without the blanks between.
     std::string defaults() const {
         const CommandOutcome outcome = runCommand({"params"}, setting_);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
@@ -31,23 +31,23 @@ protected:
 
     bool shows(const std::string& cells) const { return defaults().find(cells + ' ') != std::string::npos; }
 
-    std::vector<std::uint8_t> rendered(const std::vector<std::string>& more = {}) {
+    std::vector<uint8_t> rendered(const std::vector<std::string>& more = {}) {
         std::vector<std::string> words = {"render", "in.png", "-o", "out.png"};
         words.insert(words.end(), more.begin(), more.end());
         CommandSetting setting = setting_;
         setting.folder = folder_.path();
         const CommandOutcome outcome = runCommand(words, setting);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return outcome.ok() ? readPngFile(folder_ / "out.png").rows : std::vector<std::uint8_t>{};
+        return outcome.ok() ? readPngFile(folder_ / "out.png").rows : std::vector<uint8_t>{};
     }
 
-    // As if nothing were remembered.
+    /// As if nothing were remembered.
     void expectTableDefaults() {
         EXPECT_EQ(defaults(), plainDefaults_);
         EXPECT_TRUE(rendered() == rendered({"--set", "Blur Amount=10", "--view", "Normal"}));
     }
 
-    // What the command, run in the folder, says of remembered defaults beside its result.
+    /// What the command, run in the folder, says of remembered defaults beside its result.
     std::string told(const std::vector<std::string>& words) {
         CommandSetting setting = setting_;
         setting.folder = folder_.path();
@@ -78,7 +78,7 @@ TEST_F(RememberedDefaults, ThatCannotBeChosenAreRefusedUntilOverruled) {
                                             "Normal, Extract, Base"};
     expectFailure({"render", "in.png", "-o", "old.png"}, 2, named, setting_);
     expectFailure({"render", "in.png", "-o", "old.png", "--set", "Blur Amount=3"}, 2, named, setting_);
-    const std::vector<std::uint8_t> extract = rendered({"--view", "Extract"});
+    const std::vector<uint8_t> extract = rendered({"--view", "Extract"});
     EXPECT_TRUE(rendered({"--set", "View=Extract"}) == extract);
 }
 
@@ -116,7 +116,7 @@ TEST_F(RememberedDefaults, BehindAFolderInTheirPlaceAreTheTables) {
 
 TEST_F(RememberedDefaults, OfABinaryFileAreTheTables) {
     std::string bytes;
-    std::uint32_t state = 1;
+    uint32_t state = 1;
     for (int i = 0; i < 100000; ++i) {
         state = state * 1664525U + 1013904223U;
         bytes += static_cast<char>(state >> 24);

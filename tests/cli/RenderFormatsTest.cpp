@@ -31,7 +31,7 @@ protected:
 };
 
 struct FormatCase {
-    const char* input; // 8 bits, but for EXR, which has halves
+    const char* input; ///< 8 bits, but for EXR, which has halves
     const char* depth;
     const char* output;
     SampleType type;
@@ -44,49 +44,49 @@ TEST_P(RenderFormat, HasTheNearestDepthAndItsUsualAlpha) {
     const auto& [input, depth, output, type, alphaKind] = GetParam();
     const bool isExr = std::string(input).ends_with(".exr");
     Picture picture =
-        isExr ? pictureWith(SampleType::Half, Channels::RgbAlpha, 2, {0.25, 0.5, 0.125, 0.5, 0, 0, 0, 0})
-              : pictureWith(SampleType::Uint8, Channels::RgbAlpha, 2, {100, 50, 25, 128, 0, 0, 0, 0});
-    picture.alphaKind = isExr ? AlphaKind::Premultiplied : AlphaKind::Straight;
+        isExr ? pictureWith(SampleType::kHalf, Channels::kRgbAlpha, 2, {0.25, 0.5, 0.125, 0.5, 0, 0, 0, 0})
+              : pictureWith(SampleType::kUint8, Channels::kRgbAlpha, 2, {100, 50, 25, 128, 0, 0, 0, 0});
+    picture.alphaKind = isExr ? AlphaKind::kPremultiplied : AlphaKind::kStraight;
     write(input, picture);
     const Picture result = rendered(input, output, {"--depth", depth});
     EXPECT_EQ(result.sampleType, type);
     EXPECT_EQ(result.alphaKind, alphaKind);
-    EXPECT_EQ(result.channels, Channels::RgbAlpha);
+    EXPECT_EQ(result.channels, Channels::kRgbAlpha);
 }
 
-constexpr auto kStraight = AlphaKind::Straight;
-constexpr auto kPremultiplied = AlphaKind::Premultiplied;
+constexpr auto kStraight = AlphaKind::kStraight;
+constexpr auto kPremultiplied = AlphaKind::kPremultiplied;
 
 INSTANTIATE_TEST_SUITE_P(
     , RenderFormat,
-    testing::Values(FormatCase{"a.tif", "auto", "b.tif", SampleType::Uint8, kStraight},
-                    FormatCase{"a.tif", "16", "b.tif", SampleType::Uint16, kStraight},
-                    FormatCase{"a.tif", "32", "b.tif", SampleType::Float, kStraight},
-                    FormatCase{"a.tif", "32", "b.tga", SampleType::Uint8, kStraight},
-                    FormatCase{"a.tif", "auto", "b.exr", SampleType::Half, kPremultiplied},
-                    FormatCase{"a.tif", "16", "b.exr", SampleType::Float, kPremultiplied},
-                    FormatCase{"a.tif", "32", "b.exr", SampleType::Float, kPremultiplied},
-                    FormatCase{"a.exr", "auto", "b.exr", SampleType::Half, kPremultiplied},
-                    FormatCase{"a.exr", "32", "b.exr", SampleType::Half, kPremultiplied},
-                    FormatCase{"a.exr", "auto", "b.png", SampleType::Uint16, kStraight},
-                    FormatCase{"a.exr", "8", "b.png", SampleType::Uint8, kStraight},
-                    FormatCase{"a.exr", "auto", "b.tga", SampleType::Uint8, kStraight}));
+    testing::Values(FormatCase{"a.tif", "auto", "b.tif", SampleType::kUint8, kStraight},
+                    FormatCase{"a.tif", "16", "b.tif", SampleType::kUint16, kStraight},
+                    FormatCase{"a.tif", "32", "b.tif", SampleType::kFloat, kStraight},
+                    FormatCase{"a.tif", "32", "b.tga", SampleType::kUint8, kStraight},
+                    FormatCase{"a.tif", "auto", "b.exr", SampleType::kHalf, kPremultiplied},
+                    FormatCase{"a.tif", "16", "b.exr", SampleType::kFloat, kPremultiplied},
+                    FormatCase{"a.tif", "32", "b.exr", SampleType::kFloat, kPremultiplied},
+                    FormatCase{"a.exr", "auto", "b.exr", SampleType::kHalf, kPremultiplied},
+                    FormatCase{"a.exr", "32", "b.exr", SampleType::kHalf, kPremultiplied},
+                    FormatCase{"a.exr", "auto", "b.png", SampleType::kUint16, kStraight},
+                    FormatCase{"a.exr", "8", "b.png", SampleType::kUint8, kStraight},
+                    FormatCase{"a.exr", "auto", "b.tga", SampleType::kUint8, kStraight}));
 
 TEST_F(RenderFormats, KeepFloatsOutsideOfWhiteBitForBit) {
-    const Picture picture = randomPicture(SampleType::Float, Channels::RgbAlpha, 9, 7, 5);
+    const Picture picture = randomPicture(SampleType::kFloat, Channels::kRgbAlpha, 9, 7, 5);
     write("a.tif", picture);
     EXPECT_TRUE(rendered("a.tif", "b.tif", {}).samples == readPicture(folder_ / "a.tif").samples);
 }
 
 TEST_F(RenderFormats, SaidToHoldStraightAlphaIsNotDivided) {
-    Picture picture = pictureWith(SampleType::Float, Channels::RgbAlpha, 1, {0.25, 0.5, 0.125, 0.5});
-    picture.alphaKind = AlphaKind::Premultiplied;
+    Picture picture = pictureWith(SampleType::kFloat, Channels::kRgbAlpha, 1, {0.25, 0.5, 0.125, 0.5});
+    picture.alphaKind = AlphaKind::kPremultiplied;
     write("a.exr", picture);
     const std::vector<double> divided = {0.5, 1.0, 0.25, 0.5};
     EXPECT_EQ(valuesOf(rendered("a.exr", "b.tif", {"--depth", "32"})), divided);
     EXPECT_EQ(valuesOf(rendered("a.exr", "b.tif", {"--depth", "32", "--alpha", "straight"})),
               (std::vector<double>{0.25, 0.5, 0.125, 0.5}));
-    EXPECT_EQ(rendered("a.exr", "c.tif", {"--alpha", "premultiplied"}).alphaKind, AlphaKind::Premultiplied);
+    EXPECT_EQ(rendered("a.exr", "c.tif", {"--alpha", "premultiplied"}).alphaKind, AlphaKind::kPremultiplied);
 }
 
 TEST_F(RenderFormats, NameWhatIsLeftOut) {
@@ -104,14 +104,14 @@ TEST_F(RenderFormats, NameWhatIsLeftOut) {
 }
 
 TEST_F(RenderFormats, SheetHasTheDepthOfTheFile) {
-    write("a.tif", pictureWith(SampleType::Float, Channels::Rgb, 2, {-1, 0.5, 3, 0, 0, 0}));
-    for (const auto& [name, type] : {std::pair("b.tif", SampleType::Float),
-                                     {"b.exr", SampleType::Float},
-                                     {"b.png", SampleType::Uint16}}) {
+    write("a.tif", pictureWith(SampleType::kFloat, Channels::kRgb, 2, {-1, 0.5, 3, 0, 0, 0}));
+    for (const auto& [name, type] : {std::pair("b.tif", SampleType::kFloat),
+                                     {"b.exr", SampleType::kFloat},
+                                     {"b.png", SampleType::kUint16}}) {
         EXPECT_TRUE(run({"sheet", "a.tif", "-o", name}).ok());
         const Picture sheet = readPicture(folder_ / name);
         EXPECT_EQ(sheet.sampleType, type);
-        EXPECT_EQ(sheet.channels, Channels::Rgb);
+        EXPECT_EQ(sheet.channels, Channels::kRgb);
     }
     const Picture sheet = readPicture(folder_ / "b.tif");
     const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
@@ -121,14 +121,14 @@ TEST_F(RenderFormats, SheetHasTheDepthOfTheFile) {
 }
 
 TEST_F(RenderFormats, SheetOfHalvesHasHalves) {
-    write("a.exr", pictureWith(SampleType::Half, Channels::Rgb, 2, {-1, 0.5, 3, 0, 0, 0}));
+    write("a.exr", pictureWith(SampleType::kHalf, Channels::kRgb, 2, {-1, 0.5, 3, 0, 0, 0}));
     EXPECT_TRUE(run({"sheet", "a.exr", "-o", "b.exr"}).ok());
     const Picture sheet = readPicture(folder_ / "b.exr");
-    EXPECT_EQ(sheet.sampleType, SampleType::Half);
+    EXPECT_EQ(sheet.sampleType, SampleType::kHalf);
     const Picture source = readPicture(folder_ / "a.exr");
     const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
     for (std::size_t channel = 0; channel < 3; ++channel)
-        EXPECT_EQ(sheet.sample<std::uint16_t>(first + channel), source.sample<std::uint16_t>(channel));
+        EXPECT_EQ(sheet.sample<uint16_t>(first + channel), source.sample<uint16_t>(channel));
 }
 
 } // namespace

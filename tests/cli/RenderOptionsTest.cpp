@@ -10,7 +10,7 @@ namespace {
 
 class RenderOptions : public ErrorCase {
 protected:
-    // The output; `words` come behind its name.
+    /// The output; `words` come behind its name.
     PngPicture render(const std::string& input, const std::vector<std::string>& words) const {
         const CommandOutcome outcome = run(input, words);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
@@ -28,26 +28,26 @@ protected:
         return runCommand(all, setting);
     }
 
-    // What the test effect notes of the frame.
+    /// What the test effect notes of the frame.
     std::string noted(const std::vector<std::string>& words) const {
         const TestFolder notes;
         std::vector<std::string> all = {"--plugin", KOVALUNE_TEST_EFFECT};
         all.insert(all.end(), words.begin(), words.end());
         const CommandOutcome outcome = run("in.png", all, {{"TEST_EFFECT_FRAME", notes / "note"}});
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        const std::vector<std::uint8_t> bytes = bytesOf(notes / "note");
+        const std::vector<uint8_t> bytes = bytesOf(notes / "note");
         return {bytes.begin(), bytes.end()};
     }
 };
 
-// Two near reds side by side, which a blur mixes.
+/// Two near reds side by side, which a blur mixes.
 PngPicture reds(int depth) {
-    PngPicture picture = blankPng(PngColor::Rgb, depth, 24, 16);
+    PngPicture picture = blankPng(PngColor::kRgb, depth, 24, 16);
     const std::size_t bytes = static_cast<std::size_t>(depth) / 8;
     for (std::size_t at = 0; at < picture.rows.size(); at += bytes) {
         const std::size_t channel = at / bytes % 3;
         const std::size_t x = at / bytes / 3 % picture.width;
-        const std::uint8_t value = channel != 0 ? 30 : x < 12 ? 200 : 206;
+        const uint8_t value = channel != 0 ? 30 : x < 12 ? 200 : 206;
         std::fill_n(picture.rows.begin() + static_cast<std::ptrdiff_t>(at), bytes, value);
     }
     return picture;
@@ -130,7 +130,7 @@ TEST_F(RenderOptions, LegacyIsTheOldRoad) {
     EXPECT_EQ(run("in.png", words, oldOnly).exitCode, 4);
     const CommandOutcome outcome = run("in.png", with(words, {"--legacy"}), oldOnly);
     EXPECT_TRUE(outcome.ok()) << outcome.err;
-    const std::vector<std::uint8_t> painted(std::size_t{4} * 12 * 9, 0x77);
+    const std::vector<uint8_t> painted(std::size_t{4} * 12 * 9, 0x77);
     EXPECT_TRUE(readPngFile(folder_ / "out.png").rows == painted);
 }
 
@@ -144,7 +144,7 @@ TEST_F(RenderOptions, LegacyIsTheSamePictureInEveryDepth) {
 
 TEST_F(RenderOptions, PremultipliedAlphaIsDividedForTheEffectAndMultipliedInTheFile) {
     // 100 under alpha 128 is 199 of 255.
-    PngPicture half = blankPng(PngColor::RgbAlpha, 8, 2, 1);
+    PngPicture half = blankPng(PngColor::kRgbAlpha, 8, 2, 1);
     half.rows = {100, 0, 0, 128, 7, 7, 7, 0};
     writePng(folder_ / "half.png", half);
     const std::vector<std::string> words = {"--view", "Extract", "--set", "Color 1=199,0,0"};

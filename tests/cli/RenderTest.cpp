@@ -12,21 +12,21 @@
 namespace kovalune::tests {
 namespace {
 
-constexpr std::uint32_t kWidth = 48;
-constexpr std::uint32_t kHeight = 40;
+constexpr uint32_t kWidth = 48;
+constexpr uint32_t kHeight = 40;
 
-// A block of two near reds, chequered, on plain green.
-PngPicture drawing(PngColor color = PngColor::Rgb) {
+/// A block of two near reds, chequered, on plain green.
+PngPicture drawing(PngColor color = PngColor::kRgb) {
     PngPicture picture = blankPng(color, 8, kWidth, kHeight);
     picture.rows.clear();
-    for (std::uint32_t y = 0; y < kHeight; ++y) {
-        for (std::uint32_t x = 0; x < kWidth; ++x) {
+    for (uint32_t y = 0; y < kHeight; ++y) {
+        for (uint32_t x = 0; x < kWidth; ++x) {
             const bool inside = x >= 8 && x < 40 && y >= 8 && y < 32;
-            const std::uint8_t red = (x / 4 + y / 4) % 2 == 0 ? 200 : 212;
-            const std::vector<std::uint8_t> rgb =
-                inside ? std::vector<std::uint8_t>{red, 30, 30} : std::vector<std::uint8_t>{0, 160, 0};
+            const uint8_t red = (x / 4 + y / 4) % 2 == 0 ? 200 : 212;
+            const std::vector<uint8_t> rgb =
+                inside ? std::vector<uint8_t>{red, 30, 30} : std::vector<uint8_t>{0, 160, 0};
             picture.rows.insert(picture.rows.end(), rgb.begin(), rgb.end());
-            if (color == PngColor::RgbAlpha)
+            if (color == PngColor::kRgbAlpha)
                 picture.rows.push_back(255);
         }
     }
@@ -39,7 +39,7 @@ protected:
 
     std::string input() const { return folder_ / "in.png"; }
 
-    // With settings under which the block is blurred.
+    /// With settings under which the block is blurred.
     PngPicture render(const std::vector<std::string>& more, const CommandSetting& setting = {}) const {
         const std::string output = folder_ / "out.png";
         std::vector<std::string> words = {
@@ -57,9 +57,9 @@ protected:
 TEST_F(Render, BlursTheRegionAndLeavesTheRest) {
     const PngPicture before = drawing();
     const PngPicture after = render({});
-    EXPECT_EQ(after.color, PngColor::Rgb);
+    EXPECT_EQ(after.color, PngColor::kRgb);
     EXPECT_FALSE(after.rows == before.rows);
-    for (std::uint32_t x = 0; x < 3 * kWidth; ++x)
+    for (uint32_t x = 0; x < 3 * kWidth; ++x)
         ASSERT_EQ(after.sample(2, x), before.sample(2, x)) << x;
     // In the middle, at 22 and 26 across, the two reds have come nearer to each other.
     const auto [least, most] = std::minmax({after.sample(20, 66), after.sample(20, 78)});
@@ -88,11 +88,11 @@ TEST_F(Render, IsTheSameForEveryThreadCount) {
 
 // The pixel behind a transparent one comes out by the bands that the picture is divided into.
 TEST_F(Render, IsTheSameForEveryThreadCountBehindATransparentPixel) {
-    PngPicture picture = blankPng(PngColor::RgbAlpha, 8, 4, 8);
+    PngPicture picture = blankPng(PngColor::kRgbAlpha, 8, 4, 8);
     for (std::size_t at = 0; at < picture.rows.size(); at += 4) {
         const bool transparent = at == std::size_t{4} * 4 * 4;
-        const std::vector<std::uint8_t> pixel = transparent ? std::vector<std::uint8_t>{0, 30, 30, 0}
-                                                            : std::vector<std::uint8_t>{255, 30, 30, 255};
+        const std::vector<uint8_t> pixel =
+            transparent ? std::vector<uint8_t>{0, 30, 30, 0} : std::vector<uint8_t>{255, 30, 30, 255};
         std::copy(pixel.begin(), pixel.end(), picture.rows.begin() + static_cast<std::ptrdiff_t>(at));
     }
     writePng(input(), picture);
@@ -102,7 +102,7 @@ TEST_F(Render, IsTheSameForEveryThreadCountBehindATransparentPixel) {
         all.emplace_back(threads);
         return render(all).rows;
     };
-    const std::vector<std::uint8_t> one = with("1");
+    const std::vector<uint8_t> one = with("1");
     EXPECT_TRUE(with("2") == one);
     EXPECT_TRUE(with("5") == one);
 }
@@ -114,7 +114,7 @@ TEST_F(Render, TheLastOfTwoSettingsHolds) {
 
 TEST_F(Render, AViewWithTransparencyGetsAlpha) {
     const PngPicture base = render({"--view", "base"});
-    EXPECT_EQ(base.color, PngColor::RgbAlpha);
+    EXPECT_EQ(base.color, PngColor::kRgbAlpha);
     EXPECT_EQ(base.sample(2, 4 * 2 + 3), 0);
     EXPECT_EQ(base.sample(20, 4 * 22 + 3), 255);
 }
@@ -149,8 +149,8 @@ TEST_F(Render, APlugInOfTheOldRoadAndEightBitsWorks) {
         runCommand({"render", input(), "-o", folder_ / "out.png", "--plugin", KOVALUNE_TEST_EFFECT});
     ASSERT_TRUE(outcome.ok()) << outcome.err;
     const PngPicture result = readPngFile(folder_ / "out.png");
-    EXPECT_EQ(result.color, PngColor::RgbAlpha);
-    EXPECT_EQ(result.rows, std::vector<std::uint8_t>(std::size_t{4} * kWidth * kHeight, 0x77));
+    EXPECT_EQ(result.color, PngColor::kRgbAlpha);
+    EXPECT_EQ(result.rows, std::vector<uint8_t>(std::size_t{4} * kWidth * kHeight, 0x77));
 }
 
 } // namespace

@@ -28,19 +28,19 @@ Report reportOf(const std::function<ExitCode()>& body) {
 }
 
 TEST(Reporting, IsSilentAboutSuccess) {
-    const Report report = reportOf([] { return ExitCode::Success; });
+    const Report report = reportOf([] { return ExitCode::kSuccess; });
     EXPECT_EQ(report.exitCode, 0);
     EXPECT_EQ(report.text, "");
 }
 
 TEST(Reporting, HandsOnTheCodeOfWhatEndsWithoutAFailure) {
-    const Report report = reportOf([] { return ExitCode::Different; });
+    const Report report = reportOf([] { return ExitCode::kDifferent; });
     EXPECT_EQ(report.exitCode, 1);
     EXPECT_EQ(report.text, "");
 }
 
 TEST(Reporting, TakesTheCodeOfAFailureAndMakesItOneLine) {
-    for (const ExitCode code : {ExitCode::Usage, ExitCode::File, ExitCode::Effect}) {
+    for (const ExitCode code : {ExitCode::kUsage, ExitCode::kFile, ExitCode::kEffect}) {
         const Report report = reportOf([code]() -> ExitCode { throw Failure(code, "first\nsecond"); });
         EXPECT_EQ(report.exitCode, static_cast<int>(code));
         EXPECT_EQ(report.text, "kovalune: first\\nsecond\n");
@@ -90,9 +90,9 @@ TEST(ReportingDeathTest, EndsByTheSignalWhereNobodyReadsTheMessage) {
 
 TEST(Reporting, NoControlCharacterReachesATerminal) {
     const Report report = reportOf(
-        []() -> ExitCode { throw Failure(ExitCode::File, "\x1b[2J \x9b\x31m \xc2\x9b \x7f \xe2\x9b \r"); });
+        []() -> ExitCode { throw Failure(ExitCode::kFile, "\x1b[2J \x9b\x31m \xc2\x9b \x7f \xe2\x9b \r"); });
     EXPECT_EQ(report.text, "kovalune: \\x1b[2J \\x9b1m \\xc2\\x9b \\x7f \xe2\\x9b \\r\n");
-    const Report words = reportOf([]() -> ExitCode { throw Failure(ExitCode::File, "ほこり é \xe9"); });
+    const Report words = reportOf([]() -> ExitCode { throw Failure(ExitCode::kFile, "ほこり é \xe9"); });
     EXPECT_EQ(words.text, "kovalune: ほこり é \xe9\n");
 }
 

@@ -70,28 +70,28 @@ TEST_P(WholeSamples, StayAsTheyAre) {
 }
 
 INSTANTIATE_TEST_SUITE_P(RoundTrip, WholeSamples,
-                         testing::ValuesIn(withAndWithoutInterlace({{PngColor::Grey, 8},
-                                                                    {PngColor::Grey, 16},
-                                                                    {PngColor::GreyAlpha, 8},
-                                                                    {PngColor::GreyAlpha, 16},
-                                                                    {PngColor::Rgb, 8},
-                                                                    {PngColor::Rgb, 16},
-                                                                    {PngColor::RgbAlpha, 8},
-                                                                    {PngColor::RgbAlpha, 16}})),
+                         testing::ValuesIn(withAndWithoutInterlace({{PngColor::kGrey, 8},
+                                                                    {PngColor::kGrey, 16},
+                                                                    {PngColor::kGreyAlpha, 8},
+                                                                    {PngColor::kGreyAlpha, 16},
+                                                                    {PngColor::kRgb, 8},
+                                                                    {PngColor::kRgb, 16},
+                                                                    {PngColor::kRgbAlpha, 8},
+                                                                    {PngColor::kRgbAlpha, 16}})),
                          kindName);
 
 class PackedGrey : public testing::TestWithParam<Kind> {};
 
-// The picture in 8 bits, with alpha behind each sample for a transparent grey of `key`.
+/// The picture in 8 bits, with alpha behind each sample for a transparent grey of `key`.
 PngPicture widened(const PngPicture& picture, int key) {
     const int white = (1 << picture.depth) - 1;
     PngPicture wide =
-        blankPng(key < 0 ? PngColor::Grey : PngColor::GreyAlpha, 8, picture.width, picture.height);
+        blankPng(key < 0 ? PngColor::kGrey : PngColor::kGreyAlpha, 8, picture.width, picture.height);
     wide.rows.clear();
-    for (std::uint32_t y = 0; y < picture.height; ++y) {
-        for (std::uint32_t x = 0; x < picture.width; ++x) {
+    for (uint32_t y = 0; y < picture.height; ++y) {
+        for (uint32_t x = 0; x < picture.width; ++x) {
             const int sample = picture.sample(y, x);
-            wide.rows.push_back(static_cast<std::uint8_t>(sample * 255 / white));
+            wide.rows.push_back(static_cast<uint8_t>(sample * 255 / white));
             if (key >= 0)
                 wide.rows.push_back(sample == key ? 0 : 255);
         }
@@ -100,13 +100,13 @@ PngPicture widened(const PngPicture& picture, int key) {
 }
 
 TEST_P(PackedGrey, BecomesEightBits) {
-    PngPicture picture = randomPng(PngColor::Grey, GetParam().depth, 37, 23, 2);
+    PngPicture picture = randomPng(PngColor::kGrey, GetParam().depth, 37, 23, 2);
     picture.interlaced = GetParam().interlaced;
     expectSame(passedThrough(picture), widened(picture, -1));
 }
 
 TEST_P(PackedGrey, GetsAlphaForItsTransparentGrey) {
-    PngPicture picture = randomPng(PngColor::Grey, GetParam().depth, 37, 23, 3);
+    PngPicture picture = randomPng(PngColor::kGrey, GetParam().depth, 37, 23, 3);
     picture.interlaced = GetParam().interlaced;
     picture.transparency = {0, 1};
     expectSame(passedThrough(picture), widened(picture, 1));
@@ -114,26 +114,26 @@ TEST_P(PackedGrey, GetsAlphaForItsTransparentGrey) {
 
 INSTANTIATE_TEST_SUITE_P(RoundTrip, PackedGrey,
                          testing::ValuesIn(withAndWithoutInterlace(
-                             {{PngColor::Grey, 1}, {PngColor::Grey, 2}, {PngColor::Grey, 4}})),
+                             {{PngColor::kGrey, 1}, {PngColor::kGrey, 2}, {PngColor::kGrey, 4}})),
                          kindName);
 
 class PaletteFile : public testing::TestWithParam<Kind> {
 protected:
     static PngPicture picture() {
         const int depth = GetParam().depth;
-        PngPicture made = randomPng(PngColor::Palette, depth, 37, 23, 4);
+        PngPicture made = randomPng(PngColor::kPalette, depth, 37, 23, 4);
         made.interlaced = GetParam().interlaced;
-        made.palette = randomPng(PngColor::Rgb, 8, 1U << depth, 1, 5).rows;
+        made.palette = randomPng(PngColor::kRgb, 8, 1U << depth, 1, 5).rows;
         return made;
     }
 
-    // With the alpha of the transparency, which may be shorter than the palette.
+    /// With the alpha of the transparency, which may be shorter than the palette.
     static PngPicture spread(const PngPicture& from) {
         const bool alpha = !from.transparency.empty();
-        PngPicture to = blankPng(alpha ? PngColor::RgbAlpha : PngColor::Rgb, 8, from.width, from.height);
+        PngPicture to = blankPng(alpha ? PngColor::kRgbAlpha : PngColor::kRgb, 8, from.width, from.height);
         to.rows.clear();
-        for (std::uint32_t y = 0; y < from.height; ++y) {
-            for (std::uint32_t x = 0; x < from.width; ++x) {
+        for (uint32_t y = 0; y < from.height; ++y) {
+            for (uint32_t x = 0; x < from.width; ++x) {
                 const std::size_t entry = from.sample(y, x);
                 for (std::size_t channel = 0; channel < 3; ++channel)
                     to.rows.push_back(from.palette[3 * entry + channel]);
@@ -151,21 +151,20 @@ TEST_P(PaletteFile, BecomesRgb) {
 
 TEST_P(PaletteFile, BecomesRgbAlphaWithTransparency) {
     PngPicture from = picture();
-    from.transparency =
-        GetParam().depth == 1 ? std::vector<std::uint8_t>{0} : std::vector<std::uint8_t>{0, 128, 7};
+    from.transparency = GetParam().depth == 1 ? std::vector<uint8_t>{0} : std::vector<uint8_t>{0, 128, 7};
     expectSame(passedThrough(from), spread(from));
 }
 
 INSTANTIATE_TEST_SUITE_P(RoundTrip, PaletteFile,
-                         testing::ValuesIn(withAndWithoutInterlace({{PngColor::Palette, 1},
-                                                                    {PngColor::Palette, 2},
-                                                                    {PngColor::Palette, 4},
-                                                                    {PngColor::Palette, 8}})),
+                         testing::ValuesIn(withAndWithoutInterlace({{PngColor::kPalette, 1},
+                                                                    {PngColor::kPalette, 2},
+                                                                    {PngColor::kPalette, 4},
+                                                                    {PngColor::kPalette, 8}})),
                          kindName);
 
 class TransparentColor : public testing::TestWithParam<Kind> {};
 
-// Half of the pixels have the colour, a quarter differ from it in the lowest bit of the last sample.
+/// Half of the pixels have the colour, a quarter differ from it in the lowest bit of the last sample.
 PngPicture withKey(PngColor color, int depth) {
     PngPicture picture = randomPng(color, depth, 32, 8, 6);
     const std::size_t pixelBytes = picture.rowBytes() / picture.width;
@@ -176,9 +175,9 @@ PngPicture withKey(PngColor color, int depth) {
             picture.rows[(pixel + 1) * pixelBytes - 1] ^= 1;
     }
     for (std::size_t i = 0; i < picture.channels(); ++i) {
-        const std::uint16_t sample = picture.sample(0, i);
-        picture.transparency.push_back(static_cast<std::uint8_t>(sample >> 8));
-        picture.transparency.push_back(static_cast<std::uint8_t>(sample & 0xff));
+        const uint16_t sample = picture.sample(0, i);
+        picture.transparency.push_back(static_cast<uint8_t>(sample >> 8));
+        picture.transparency.push_back(static_cast<uint8_t>(sample & 0xff));
     }
     return picture;
 }
@@ -187,7 +186,7 @@ TEST_P(TransparentColor, BecomesAlphaAndKeepsItsSamples) {
     const PngPicture from = withKey(GetParam().color, GetParam().depth);
     const std::size_t sampleBytes = GetParam().depth == 16 ? 2 : 1;
     const std::size_t pixelBytes = from.channels() * sampleBytes;
-    PngPicture to = blankPng(from.color == PngColor::Grey ? PngColor::GreyAlpha : PngColor::RgbAlpha,
+    PngPicture to = blankPng(from.color == PngColor::kGrey ? PngColor::kGreyAlpha : PngColor::kRgbAlpha,
                              from.depth, from.width, from.height);
     to.rows.clear();
     for (std::size_t at = 0; at < from.rows.size(); at += pixelBytes) {
@@ -202,51 +201,51 @@ TEST_P(TransparentColor, BecomesAlphaAndKeepsItsSamples) {
 }
 
 INSTANTIATE_TEST_SUITE_P(RoundTrip, TransparentColor,
-                         testing::Values(Kind{PngColor::Grey, 8, false}, Kind{PngColor::Grey, 16, false},
-                                         Kind{PngColor::Rgb, 8, false}, Kind{PngColor::Rgb, 16, false}),
+                         testing::Values(Kind{PngColor::kGrey, 8, false}, Kind{PngColor::kGrey, 16, false},
+                                         Kind{PngColor::kRgb, 8, false}, Kind{PngColor::kRgb, 16, false}),
                          kindName);
 
 TEST(RoundTrip, ColourUnderFullTransparencyStays) {
     for (const int depth : {8, 16}) {
-        PngPicture picture = randomPng(PngColor::RgbAlpha, depth, 40, 40, 7);
+        PngPicture picture = randomPng(PngColor::kRgbAlpha, depth, 40, 40, 7);
         const std::size_t pixelBytes = depth == 16 ? 8 : 4;
         for (std::size_t at = pixelBytes; at <= picture.rows.size(); at += 2 * pixelBytes)
             std::fill_n(picture.rows.begin() + static_cast<std::ptrdiff_t>(at - pixelBytes / 4),
-                        pixelBytes / 4, std::uint8_t{0});
+                        pixelBytes / 4, uint8_t{0});
         expectSame(passedThrough(picture), picture);
     }
 }
 
 TEST(RoundTrip, AllValuesOfSixteenBitsStay) {
-    PngPicture picture = blankPng(PngColor::Grey, 16, 256, 256);
+    PngPicture picture = blankPng(PngColor::kGrey, 16, 256, 256);
     for (std::size_t i = 0; i < picture.rows.size(); ++i)
-        picture.rows[i] = static_cast<std::uint8_t>(i % 2 == 0 ? i / 512 : i / 2 % 256);
+        picture.rows[i] = static_cast<uint8_t>(i % 2 == 0 ? i / 512 : i / 2 % 256);
     expectSame(passedThrough(picture), picture);
 }
 
 TEST(RoundTrip, AllValuesOfSixteenBitsStayInEveryChannel) {
-    PngPicture picture = blankPng(PngColor::RgbAlpha, 16, 256, 256);
+    PngPicture picture = blankPng(PngColor::kRgbAlpha, 16, 256, 256);
     for (std::size_t sample = 0; sample < 262144; ++sample) {
         // Odd factors visit every value, in another order for each channel.
         const std::size_t value = sample / 4 * (2 * (sample % 4) + 1) % 65536;
-        picture.rows[2 * sample] = static_cast<std::uint8_t>(value >> 8);
-        picture.rows[2 * sample + 1] = static_cast<std::uint8_t>(value & 0xff);
+        picture.rows[2 * sample] = static_cast<uint8_t>(value >> 8);
+        picture.rows[2 * sample + 1] = static_cast<uint8_t>(value & 0xff);
     }
     expectSame(passedThrough(picture), picture);
 }
 
 TEST(RoundTrip, APictureOfOnePixelStays) {
-    for (const PngColor color : {PngColor::Grey, PngColor::Rgb, PngColor::RgbAlpha}) {
+    for (const PngColor color : {PngColor::kGrey, PngColor::kRgb, PngColor::kRgbAlpha}) {
         const PngPicture picture = randomPng(color, 8, 1, 1, 8);
         expectSame(passedThrough(picture), picture);
     }
 }
 
 TEST(RoundTrip, WhatTheFileSaysAboutColourAndResolutionStays) {
-    PngPicture picture = randomPng(PngColor::Rgb, 8, 5, 4, 9);
-    std::vector<std::uint8_t> chromaticities(32, 0);
+    PngPicture picture = randomPng(PngColor::kRgb, 8, 5, 4, 9);
+    std::vector<uint8_t> chromaticities(32, 0);
     for (std::size_t i = 0; i < 8; ++i)
-        chromaticities[4 * i + 2] = static_cast<std::uint8_t>(0x50 + i);
+        chromaticities[4 * i + 2] = static_cast<uint8_t>(0x50 + i);
     picture.notes = {{"cHRM", chromaticities},
                      {"gAMA", {0, 0, 0xff, 0xff}},
                      {"sRGB", {1}},
@@ -257,10 +256,10 @@ TEST(RoundTrip, WhatTheFileSaysAboutColourAndResolutionStays) {
 }
 
 TEST(RoundTrip, AColourProfileStays) {
-    PngPicture picture = randomPng(PngColor::RgbAlpha, 16, 5, 4, 10);
-    std::vector<std::uint8_t> profile = {'a', 'n', 'y', 0, 0};
+    PngPicture picture = randomPng(PngColor::kRgbAlpha, 16, 5, 4, 10);
+    std::vector<uint8_t> profile = {'a', 'n', 'y', 0, 0};
     for (int i = 0; i < 3000; ++i)
-        profile.push_back(static_cast<std::uint8_t>(i * 7));
+        profile.push_back(static_cast<uint8_t>(i * 7));
     picture.notes = {{"iCCP", profile}};
     const PngPicture out = passedThrough(picture);
     expectSame(out, picture);

@@ -9,10 +9,10 @@ namespace {
 
 using Json = nlohmann::json;
 
-// Stripes of 10 pixels a side: red, dark red, blue, and grey; 40 by 10.
+/// Stripes of 10 pixels a side: red, dark red, blue, and grey; 40 by 10.
 PngPicture stripes() {
-    constexpr std::uint8_t kColors[4][3] = {{200, 0, 0}, {100, 0, 0}, {0, 0, 200}, {90, 90, 90}};
-    PngPicture picture = blankPng(PngColor::Rgb, 8, 40, 10);
+    constexpr uint8_t kColors[4][3] = {{200, 0, 0}, {100, 0, 0}, {0, 0, 200}, {90, 90, 90}};
+    PngPicture picture = blankPng(PngColor::kRgb, 8, 40, 10);
     for (std::size_t at = 0; at < picture.rows.size(); ++at)
         picture.rows[at] = kColors[at / 3 % 40 / 10][at % 3];
     return picture;

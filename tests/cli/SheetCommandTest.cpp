@@ -40,8 +40,8 @@ TEST(SheetLayout, GrowsTextAndMarginsWithThePicture) {
 
 class Sheet : public ErrorCase {
 protected:
-    // The names on a sheet: the views that the command says there are, and which of them the factory's settings switch
-    // off.
+    /// The names on a sheet: the views that the command says there are, and which of them the factory's settings switch
+    /// off.
     static std::vector<std::string> labels() {
         std::vector<std::string> names = views();
         for (std::string& name : names) {
@@ -51,7 +51,7 @@ protected:
         return names;
     }
 
-    // The views that the command says there are.
+    /// The views that the command says there are.
     static std::vector<std::string> views() {
         const std::string text = runCommand({"params"}).out;
         const std::size_t start = text.find("View ");
@@ -88,30 +88,30 @@ protected:
     }
 
     static SheetLayout layoutOf(const std::vector<std::string>& names, const PngPicture& picture) {
-        std::int64_t textWidth = 0;
+        int64_t textWidth = 0;
         for (const std::string& name : labels())
             textWidth = std::max(textWidth, textSize(name, 1).width);
         return sheetLayout(names.size(), picture.width, picture.height, textWidth, 30000);
     }
 };
 
-std::vector<std::uint16_t> colorAt(const PngPicture& picture, std::int64_t x, std::int64_t y) {
-    std::vector<std::uint16_t> color;
+std::vector<uint16_t> colorAt(const PngPicture& picture, int64_t x, int64_t y) {
+    std::vector<uint16_t> color;
     for (std::size_t channel = 0; channel < 3; ++channel)
-        color.push_back(picture.sample(static_cast<std::uint32_t>(y),
+        color.push_back(picture.sample(static_cast<uint32_t>(y),
                                        static_cast<std::size_t>(x) * picture.channels() + channel));
     return color;
 }
 
-bool isOpaque(const PngPicture& picture, std::int64_t x, std::int64_t y) {
+bool isOpaque(const PngPicture& picture, int64_t x, int64_t y) {
     const int white = picture.depth == 8 ? 255 : 65535;
-    return picture.color != PngColor::RgbAlpha ||
-           picture.sample(static_cast<std::uint32_t>(y), static_cast<std::size_t>(x) * 4 + 3) == white;
+    return picture.color != PngColor::kRgbAlpha ||
+           picture.sample(static_cast<uint32_t>(y), static_cast<std::size_t>(x) * 4 + 3) == white;
 }
 
-// Two near greys, chequered, beside random colours.
+/// Two near greys, chequered, beside random colours.
 PngPicture art(int depth) {
-    PngPicture picture = randomPng(PngColor::Rgb, depth, 100, 40, 3);
+    PngPicture picture = randomPng(PngColor::kRgb, depth, 100, 40, 3);
     const std::size_t pixelBytes = 3 * static_cast<std::size_t>(depth) / 8;
     for (std::size_t at = 0; at < picture.rows.size(); ++at) {
         const std::size_t x = at / pixelBytes % 100;
@@ -122,10 +122,10 @@ PngPicture art(int depth) {
     return picture;
 }
 
-// Bytes as something that sets hold well.
-std::string textOf(const std::vector<std::uint8_t>& bytes) {
+/// Bytes as something that sets hold well.
+std::string textOf(const std::vector<uint8_t>& bytes) {
     std::string text;
-    for (const std::uint8_t byte : bytes)
+    for (const uint8_t byte : bytes)
         text += static_cast<char>(byte);
     return text;
 }
@@ -140,7 +140,7 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
     ASSERT_GE(names.size(), 3U);
     const PngPicture drawn = sheet("art.png", kSettings);
     EXPECT_EQ(drawn.depth, GetParam());
-    EXPECT_EQ(drawn.color, PngColor::Rgb);
+    EXPECT_EQ(drawn.color, PngColor::kRgb);
     std::set<std::string> different;
     for (std::size_t cell = 0; cell < names.size(); ++cell) {
         if (names[cell] >= "Process 2")
@@ -150,8 +150,8 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
         const SheetLayout layout = layoutOf(names, picture);
         ASSERT_EQ(drawn.width, layout.width());
         ASSERT_EQ(drawn.height, layout.height());
-        for (std::int64_t y = 0; y < 40; ++y) {
-            for (std::int64_t x = 0; x < 100; ++x) {
+        for (int64_t y = 0; y < 40; ++y) {
+            for (int64_t x = 0; x < 100; ++x) {
                 if (isOpaque(picture, x, y)) {
                     ASSERT_EQ(colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y),
                               colorAt(picture, x, y))
@@ -170,23 +170,23 @@ TEST_P(SheetOfDepth, LeavesViewsOfStagesThatAreOffEmpty) {
     writePng(folder_ / "art.png", art(GetParam()));
     const PngPicture drawn = sheet("art.png", kSettings);
     const SheetLayout layout = layoutOf(views(), art(GetParam()));
-    const std::uint16_t byte = GetParam() == 8 ? 1 : 257;
+    const uint16_t byte = GetParam() == 8 ? 1 : 257;
     for (std::size_t cell = 4; cell < views().size(); ++cell) {
-        std::set<std::vector<std::uint16_t>> colors;
-        for (std::int64_t y = 0; y < 40; ++y) {
-            for (std::int64_t x = 0; x < 100; ++x)
+        std::set<std::vector<uint16_t>> colors;
+        for (int64_t y = 0; y < 40; ++y) {
+            for (int64_t x = 0; x < 100; ++x)
                 colors.insert(
                     colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y));
         }
         const auto grey = [byte](int level) {
-            return std::vector<std::uint16_t>(3, static_cast<std::uint16_t>(level * byte));
+            return std::vector<uint16_t>(3, static_cast<uint16_t>(level * byte));
         };
-        EXPECT_EQ(colors, (std::set<std::vector<std::uint16_t>>{grey(112), grey(160)})) << views()[cell];
+        EXPECT_EQ(colors, (std::set<std::vector<uint16_t>>{grey(112), grey(160)})) << views()[cell];
     }
 }
 
 TEST_F(Sheet, ShowsTransparentPartsOverAChequeredGround) {
-    PngPicture art = blankPng(PngColor::RgbAlpha, 8, 60, 40);
+    PngPicture art = blankPng(PngColor::kRgbAlpha, 8, 60, 40);
     for (std::size_t at = 0; at < art.rows.size(); at += 4) {
         art.rows[at] = 200;
         art.rows[at + 3] = at < art.rows.size() / 2 ? 0 : 128;
@@ -194,19 +194,19 @@ TEST_F(Sheet, ShowsTransparentPartsOverAChequeredGround) {
     writePng(folder_ / "art.png", art);
     const std::vector<std::string> none = {"--set", "Enable 1=off"};
     const PngPicture drawn = sheet("art.png", none);
-    EXPECT_EQ(drawn.color, PngColor::Rgb);
+    EXPECT_EQ(drawn.color, PngColor::kRgb);
     const SheetLayout layout = layoutOf(views(), art);
-    const std::int64_t left = layout.left(0);
-    const std::int64_t top = layout.top(0) + layout.lineHeight;
-    std::set<std::vector<std::uint16_t>> clear;
-    std::set<std::vector<std::uint16_t>> half;
-    for (std::int64_t x = 0; x < 60; ++x) {
+    const int64_t left = layout.left(0);
+    const int64_t top = layout.top(0) + layout.lineHeight;
+    std::set<std::vector<uint16_t>> clear;
+    std::set<std::vector<uint16_t>> half;
+    for (int64_t x = 0; x < 60; ++x) {
         clear.insert(colorAt(drawn, left + x, top));
         half.insert(colorAt(drawn, left + x, top + 39));
     }
-    EXPECT_EQ(clear, (std::set<std::vector<std::uint16_t>>{{112, 112, 112}, {160, 160, 160}}));
+    EXPECT_EQ(clear, (std::set<std::vector<uint16_t>>{{112, 112, 112}, {160, 160, 160}}));
     // 200, 0, 0 with 128 of 255 over either square.
-    EXPECT_EQ(half, (std::set<std::vector<std::uint16_t>>{{156, 56, 56}, {180, 80, 80}}));
+    EXPECT_EQ(half, (std::set<std::vector<uint16_t>>{{156, 56, 56}, {180, 80, 80}}));
 }
 
 TEST_F(Sheet, HasANameAboveEveryView) {
@@ -215,11 +215,11 @@ TEST_F(Sheet, HasANameAboveEveryView) {
     const SheetLayout layout = layoutOf(names, readPngFile(folder_ / "in.png"));
     std::set<std::string> lines;
     for (std::size_t cell = 0; cell < names.size(); ++cell) {
-        std::vector<std::uint8_t> line;
-        for (std::int64_t y = 0; y < layout.lineHeight; ++y) {
-            for (std::int64_t x = 0; x < layout.columnWidth; ++x)
-                line.push_back(static_cast<std::uint8_t>(
-                    colorAt(drawn, layout.left(cell) + x, layout.top(cell) + y)[0]));
+        std::vector<uint8_t> line;
+        for (int64_t y = 0; y < layout.lineHeight; ++y) {
+            for (int64_t x = 0; x < layout.columnWidth; ++x)
+                line.push_back(
+                    static_cast<uint8_t>(colorAt(drawn, layout.left(cell) + x, layout.top(cell) + y)[0]));
         }
         EXPECT_GT(std::count(line.begin(), line.end(), 240), 10) << names[cell];
         lines.insert(textOf(line));
@@ -247,9 +247,9 @@ TEST_F(Sheet, NeedsNoViewOfTheRememberedDefaults) {
 }
 
 TEST_F(Sheet, ThatWouldBeTooLargeIsRefused) {
-    writePng(folder_ / "wide.png", randomPng(PngColor::Grey, 8, 29990, 1, 1));
+    writePng(folder_ / "wide.png", randomPng(PngColor::kGrey, 8, 29990, 1, 1));
     expectFailure({"sheet", "wide.png", "-o", "old.png"}, 3, {"'wide.png'", "30000"});
-    writePng(folder_ / "high.png", randomPng(PngColor::Grey, 8, 1, 30000, 1));
+    writePng(folder_ / "high.png", randomPng(PngColor::kGrey, 8, 1, 30000, 1));
     expectFailure({"sheet", "high.png", "-o", "old.png"}, 3, {"'high.png'", "30000"});
 }
 

@@ -44,12 +44,12 @@ TEST(SmoothCommand, GivesTheKnownPictures) {
 
 class SmoothFiles : public ErrorCase {
 protected:
-    // A dark square of 4 by 4 at 3, 2 on white.
+    /// A dark square of 4 by 4 at 3, 2 on white.
     SmoothFiles() { writePng(folder_ / "square.png", square()); }
 
-    template <typename IsDark>
+    template <class IsDark>
     static PngPicture drawn(const IsDark& isDark) {
-        PngPicture picture = blankPng(PngColor::Rgb, 8, 10, 8);
+        PngPicture picture = blankPng(PngColor::kRgb, 8, 10, 8);
         for (std::size_t y = 0; y < 8; ++y) {
             for (std::size_t x = 0; x < 10; ++x) {
                 for (std::size_t c = 0; c < 3; ++c)
@@ -70,7 +70,7 @@ protected:
         return runCommand(words, setting);
     }
 
-    std::vector<int> pixel(const std::string& file, std::uint32_t x, std::uint32_t y) const {
+    std::vector<int> pixel(const std::string& file, uint32_t x, uint32_t y) const {
         const PngPicture picture = readPngFile(folder_ / file);
         std::vector<int> samples;
         for (std::size_t c = 0; c < picture.channels(); ++c)
@@ -116,7 +116,7 @@ TEST_F(SmoothFiles, ShowTheirEdgesInColours) {
 }
 
 TEST_F(SmoothFiles, KeepWhatNoRampTouches) {
-    PngPicture deep = randomPng(PngColor::RgbAlpha, 16, 9, 7, 5);
+    PngPicture deep = randomPng(PngColor::kRgbAlpha, 16, 9, 7, 5);
     writePng(folder_ / "deep.png", deep);
     EXPECT_TRUE(run({"deep.png", "-o", "out.png", "--strength", "0"}).ok());
     EXPECT_TRUE(readPngFile(folder_ / "out.png").rows == deep.rows);
@@ -170,7 +170,7 @@ struct DepthAndTolerance {
 class KeyDepth : public SmoothFiles, public testing::WithParamInterface<DepthAndTolerance> {};
 
 TEST_P(KeyDepth, RemovesTheColourThatIsNamed) {
-    PngPicture picture = blankPng(PngColor::Rgb, 8, 2, 1);
+    PngPicture picture = blankPng(PngColor::kRgb, 8, 2, 1);
     picture.rows = {255, 0, 0, 0, 0, 255};
     writePng(folder_ / "two.png", picture);
     EXPECT_TRUE(run({"two.png", "-o", "out.png", "--key", "remove", "--key-color", "#FF0000", "--depth",
@@ -199,7 +199,7 @@ TEST_F(SmoothFiles, ThatCannotBeReadOrWrittenAreRefused) {
 }
 
 TEST_F(SmoothFiles, AreBothLeftAloneWhenOneDoesNotFitTheDisk) {
-    writePng(folder_ / "noise.png", randomPng(PngColor::Grey, 1, 64, 64, 1));
+    writePng(folder_ / "noise.png", randomPng(PngColor::kGrey, 1, 64, 64, 1));
     CommandSetting setting;
     setting.mostFileBytes = 5000; // enough for a grey picture, not for one of three colours
     expectFailure({"smooth", "noise.png", "-o", "old.png", "--strength", "0", "--flag-map", "map.tga"}, 3,

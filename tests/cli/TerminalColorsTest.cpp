@@ -29,7 +29,7 @@ std::string readAll(int stream) {
     return text;
 }
 
-// What the command writes to a terminal, whose lines end in \r\n.
+/// What the command writes to a terminal, whose lines end in \r\n.
 std::string onTerminal(const std::string& picture, const Variables& variables) {
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
@@ -54,7 +54,7 @@ std::string onTerminal(const std::string& picture, const Variables& variables) {
 class TerminalColors : public testing::Test {
 protected:
     TerminalColors() {
-        PngPicture png = blankPng(PngColor::Rgb, 8, 2, 1);
+        PngPicture png = blankPng(PngColor::kRgb, 8, 2, 1);
         png.rows = {200, 10, 20, 255, 255, 255};
         writePng(picture_, png);
     }
@@ -100,8 +100,8 @@ TEST_F(TerminalColors, AreLeftOutInFiles) {
 }
 
 TEST(Swatch, GreysOf256AreNearerThanTheCube) {
-    const auto index = [](std::uint8_t grey) {
-        return swatch({grey, grey, grey}, kovalune::TerminalColors::Indexed256);
+    const auto index = [](uint8_t grey) {
+        return swatch({grey, grey, grey}, kovalune::TerminalColors::kIndexed256);
     };
     EXPECT_TRUE(index(0).starts_with("\x1b[48;5;16m"));
     EXPECT_TRUE(index(8).starts_with("\x1b[48;5;232m"));

@@ -86,7 +86,7 @@ void paint(PF_LayerDef* output) {
         std::memset(bytes, 0x77, static_cast<std::size_t>(output->width) * sizeof(PF_Pixel));
 }
 
-// Appears under its name with all that is in it.
+/// Appears under its name with all that is in it.
 void noteFrame(const PF_InData* in, const PF_LayerDef* output) {
     const char* const name = std::getenv("TEST_EFFECT_FRAME");
     if (name == nullptr)

@@ -28,16 +28,16 @@ std::vector<std::string> TestFolder::names() const {
     return names;
 }
 
-std::vector<std::uint8_t> bytesOf(const std::filesystem::path& file) {
+std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
     if (!stream)
         throw std::runtime_error("cannot read " + file.string());
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
-void writeBytes(const std::filesystem::path& file, const std::vector<std::uint8_t>& bytes) {
+void writeBytes(const std::filesystem::path& file, const std::vector<uint8_t>& bytes) {
     std::ofstream stream(file, std::ios::binary);
-    for (const std::uint8_t byte : bytes)
+    for (const uint8_t byte : bytes)
         stream.put(static_cast<char>(byte));
     stream.close();
     if (!stream)

@@ -18,14 +18,14 @@ public:
     const std::filesystem::path& path() const { return path_; }
     std::filesystem::path operator/(const std::string& name) const { return path_ / name; }
 
-    // The names in it, sorted.
+    /// The names in it, sorted.
     std::vector<std::string> names() const;
 
 private:
     std::filesystem::path path_;
 };
 
-std::vector<std::uint8_t> bytesOf(const std::filesystem::path& file);
-void writeBytes(const std::filesystem::path& file, const std::vector<std::uint8_t>& bytes);
+std::vector<uint8_t> bytesOf(const std::filesystem::path& file);
+void writeBytes(const std::filesystem::path& file, const std::vector<uint8_t>& bytes);
 
 } // namespace kovalune::tests

@@ -176,12 +176,12 @@ TEST_F(UsageError, LabelsThatSeveralParametersHave) {
     expectRefused({"--plugin", KOVALUNE_TEST_EFFECT, "--view", "Base"}, {"'View'"});
 }
 
-// Two texts of the user in one message, and what the command itself says about them.
+/// Two texts of the user in one message, and what the command itself says about them.
 class LongTexts : public ErrorCase {
 protected:
     static constexpr int kMany = 11;
 
-    // The user's letters here are Z and 9, of which the command's own words have none.
+    /// The user's letters here are Z and 9, of which the command's own words have none.
     int exitCodeOfCut(const std::vector<std::string>& words) const {
         CommandSetting setting;
         setting.folder = folder_.path();
@@ -195,7 +195,7 @@ protected:
         return outcome.exitCode;
     }
 
-    // The test's own, by a long way.
+    /// The test's own, by a long way.
     std::string longFolder() const {
         const std::string name(200, 'Z');
         std::filesystem::create_directory(folder_ / name);
@@ -209,7 +209,7 @@ protected:
         return static_cast<char>('a' + number) + std::string(200, 'Z');
     }
 
-    // With these layers of one letter and so many of long names.
+    /// With these layers of one letter and so many of long names.
     static ExrSheet sheetWith(const std::string& letters, int longLayers) {
         ExrSheet sheet;
         sheet.width = 2;
@@ -221,8 +221,8 @@ protected:
         return sheet;
     }
 
-    // Of a text with a zero byte at its end.
-    static std::size_t placeBehind(const std::vector<std::uint8_t>& bytes, const std::string& text) {
+    /// Of a text with a zero byte at its end.
+    static std::size_t placeBehind(const std::vector<uint8_t>& bytes, const std::string& text) {
         const auto found = std::search(bytes.begin(), bytes.end(), text.begin(), text.end());
         return static_cast<std::size_t>(found - bytes.begin()) + text.size() + 1;
     }
@@ -269,11 +269,11 @@ TEST_F(LongTexts, OfPicturesAreCut) {
         parts.back().name = longName(part);
     }
     writeBytes(folder_ / "parts.exr", exrOf(parts));
-    std::vector<std::uint8_t> damaged = exrOf(sheetWith("RGB", 1));
+    std::vector<uint8_t> damaged = exrOf(sheetWith("RGB", 1));
     const auto type = damaged.begin() + static_cast<std::ptrdiff_t>(placeBehind(damaged, longName(0)));
     *type = 9;
     writeBytes(folder_ / "damaged.exr", damaged);
-    PngPicture picture = randomPng(PngColor::Rgb, 8, 12, 9, 1);
+    PngPicture picture = randomPng(PngColor::kRgb, 8, 12, 9, 1);
     for (int text = 0; text < kMany; ++text) {
         const std::string keyword = longName(text).substr(0, 79);
         picture.notes.push_back({"tEXt", {keyword.begin(), keyword.end()}});

@@ -7,20 +7,20 @@
 
 namespace kovalune::tests {
 
-// What the file holds for white is 255, 65535 or 1; it reads back as the same image.
+/// What the file holds for white is 255, 65535 or 1; it reads back as the same image.
 inline Picture filePicture(const host::Image& image) {
     Picture blank;
-    blank.width = static_cast<std::uint32_t>(image.width());
-    blank.height = static_cast<std::uint32_t>(image.height());
-    blank.channels = Channels::RgbAlpha;
-    blank.sampleType = sampleTypeFor(image.format(), SampleType::Float);
+    blank.width = static_cast<uint32_t>(image.width());
+    blank.height = static_cast<uint32_t>(image.height());
+    blank.channels = Channels::kRgbAlpha;
+    blank.sampleType = sampleTypeFor(image.format(), SampleType::kFloat);
     blank.samples.assign(blank.byteCount(), 0);
     const host::Image none(image.format(), image.width(), image.height());
-    return pictureOf(image, none, blank, {blank.sampleType, AlphaKind::Straight});
+    return pictureOf(image, none, blank, {blank.sampleType, AlphaKind::kStraight});
 }
 
 inline void writeImage(const std::filesystem::path& file, const host::Image& image) {
-    writeBytes(file, encodePicture(FileFormat::Tiff, filePicture(image)));
+    writeBytes(file, encodePicture(FileFormat::kTiff, filePicture(image)));
 }
 
 inline host::Image readImage(const std::filesystem::path& file) {

@@ -99,7 +99,7 @@ bool FaultExpectation::needsWorld(std::size_t number) const {
 /// A block of work memory is made and locked in one; the settings' handle comes first and is locked again later.
 bool FaultExpectation::isLockOfBlock(std::size_t at) const {
     const bool first = countBefore(at, "host_lock_handle") == 0;
-    const bool settings = scene_.flow == host::RenderFlow::Smart && first;
+    const bool settings = scene_.flow == host::RenderFlow::kSmart && first;
     return !settings && at > 0 && calls_[at - 1].call == "host_new_handle";
 }
 

@@ -49,12 +49,12 @@ const std::vector<FaultScene>& faultScenes() {
                 all.push_back(
                     {depth.name + std::string(what), depth.format, flow, 0, view, 1, processes, keeping});
             };
-            add("SmartSmoothed", host::RenderFlow::Smart, 10, kNormal);
-            add("SmartExtract", host::RenderFlow::Smart, 20, kExtract);
-            add("SmartCopied", host::RenderFlow::Smart, 0, kBase);
-            add("LegacyBase", host::RenderFlow::Legacy, 20, kBase);
-            addProcesses("SmartProcesses", host::RenderFlow::Smart, kExtract, {1, 2, 3, 4}, 2);
-            addProcesses("LegacyProcess3", host::RenderFlow::Legacy, kProcess3, {1, 3}, 3);
+            add("SmartSmoothed", host::RenderFlow::kSmart, 10, kNormal);
+            add("SmartExtract", host::RenderFlow::kSmart, 20, kExtract);
+            add("SmartCopied", host::RenderFlow::kSmart, 0, kBase);
+            add("LegacyBase", host::RenderFlow::kLegacy, 20, kBase);
+            addProcesses("SmartProcesses", host::RenderFlow::kSmart, kExtract, {1, 2, 3, 4}, 2);
+            addProcesses("LegacyProcess3", host::RenderFlow::kLegacy, kProcess3, {1, 3}, 3);
         }
         return all;
     }();

@@ -24,7 +24,7 @@ struct Withheld {
     std::vector<SuiteName> suites;
     PF_PixelFormat format;
     PF_Err code;
-    FaultScene scene = {"", PF_PixelFormat_INVALID, host::RenderFlow::Smart, 10, 1}; ///< of `format`
+    FaultScene scene = {"", PF_PixelFormat_INVALID, host::RenderFlow::kSmart, 10, 1}; ///< of `format`
 };
 
 class WithheldSuites : public testing::TestWithParam<Withheld> {};
@@ -57,7 +57,7 @@ const SuiteName kWorld2 = {kPFWorldSuite, 2};
 
 /// Base smooths nothing in these; the first Process stage smooths, the second does not.
 FaultScene unsmoothed(A_long view, const std::vector<int>& processes = {}) {
-    return {"", PF_PixelFormat_INVALID, host::RenderFlow::Smart, 20, view, 1, processes, 0};
+    return {"", PF_PixelFormat_INVALID, host::RenderFlow::kSmart, 20, view, 1, processes, 0};
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct Versions {
     const char* suite;
-    std::vector<std::int32_t> newestFirst;
+    std::vector<int32_t> newestFirst;
 };
 
 class SuiteVersions : public testing::TestWithParam<Versions> {
@@ -100,7 +100,7 @@ protected:
         options.withheldSuites = withheld;
         Host host(options);
         Session session(host, module);
-        const FaultScene scene = {"", PF_PixelFormat_ARGB64, host::RenderFlow::Smart, 10, 1, 1, {1}};
+        const FaultScene scene = {"", PF_PixelFormat_ARGB64, host::RenderFlow::kSmart, 10, 1, 1, {1}};
         applyScene(session, scene);
         host::CommandResult result =
             session.render(scenePicture(PF_PixelFormat_ARGB64), output, requestOf(scene));
@@ -112,7 +112,7 @@ TEST_P(SuiteVersions, StandInForNewerOnesUntilNoneIsLeft) {
     Image expected;
     ASSERT_TRUE(run({}, expected).ok());
     std::vector<SuiteName> withheld;
-    for (const std::int32_t version : GetParam().newestFirst) {
+    for (const int32_t version : GetParam().newestFirst) {
         SCOPED_TRACE("from version " + std::to_string(version));
         Image output;
         EXPECT_TRUE(run(withheld, output).ok());
@@ -123,7 +123,7 @@ TEST_P(SuiteVersions, StandInForNewerOnesUntilNoneIsLeft) {
     EXPECT_FALSE(run(withheld, output).ok());
 }
 
-template <typename List>
+template <class List>
 Versions versionsOf(const char* suite, const List& newestFirst) {
     return {suite, {newestFirst.begin(), newestFirst.end()}};
 }
@@ -152,7 +152,7 @@ TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
     // The query still finds version 2 here: the host is told the format, and loses the suite only for the
     // worlds.
     EffectModule module = testedEffect();
-    const FaultScene scene = {"", PF_PixelFormat_ARGB128, host::RenderFlow::Smart, 20, 1};
+    const FaultScene scene = {"", PF_PixelFormat_ARGB128, host::RenderFlow::kSmart, 20, 1};
     Host host(strictOptions());
     Session session(host, module);
     applyScene(session, scene);

@@ -71,7 +71,7 @@ constexpr FormatCase kFormats[] = {
 
 TEST(HostFlow, RendersEveryFormatWithItsOwnDriverOnBothRoads) {
     for (const FormatCase& each : kFormats) {
-        for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy}) {
+        for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
             Scene scene;
             scene.set("Enable 1", A_long{0}); // no colour is left to match
             const Image input = noise(each.format, 13, 9, 3);
@@ -94,12 +94,12 @@ TEST(HostFlow, GivesItsParametersBackOnTheOldRoadAlone) {
     const Image input = noise(PF_PixelFormat_ARGB32, 5, 4, 1);
     Image output;
     RenderRequest request;
-    request.flow = RenderFlow::Legacy;
+    request.flow = RenderFlow::kLegacy;
     EXPECT_EQ(scene.session.render(input, output, request).code, 0);
     EXPECT_EQ(scene.callsOf("checkout_param"), 47);
     EXPECT_EQ(scene.callsOf("checkin_param"), 47);
     EXPECT_TRUE(scene.host.audit().clean()) << scene.host.audit().text();
-    request.flow = RenderFlow::Smart;
+    request.flow = RenderFlow::kSmart;
     scene.host.clearCalls();
     EXPECT_EQ(scene.session.render(input, output, request).code, 0);
     EXPECT_EQ(scene.callsOf("checkout_param"), 47);
@@ -117,7 +117,7 @@ TEST(HostFlow, CopiesTheInputExactlyForTheOneHostThatWantsNoWork) {
         const Image input = noise(each.format, 13, 9, 4);
         Image output;
         RenderRequest request;
-        request.flow = RenderFlow::Legacy;
+        request.flow = RenderFlow::kLegacy;
         EXPECT_EQ(scene.session.render(input, output, request).code, 0);
         EXPECT_TRUE(output == input);
         EXPECT_EQ(scene.callsOf("checkout_param"), 0);
@@ -125,7 +125,7 @@ TEST(HostFlow, CopiesTheInputExactlyForTheOneHostThatWantsNoWork) {
 }
 
 TEST(HostFlow, LeavesTheOutputAsItWasForAnUnknownFormat) {
-    for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy}) {
+    for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
         HostOptions options = watchful();
         options.forcePixelFormat = 0x30326561;
         Scene scene(options);
@@ -159,7 +159,7 @@ TEST(HostFlow, RequestsNoMarginAroundTheOutput) {
 }
 
 TEST(HostFlow, ReadsAnimatedParametersAtTheTimeOfTheFrame) {
-    for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy}) {
+    for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
         Scene scene;
         const int view = *scene.session.findParam("View");
         scene.set("Enable 1", A_long{0});

@@ -22,7 +22,7 @@ std::string words(const Values&... values) {
 // ---- Suites
 
 /// By an effect of this era, if only as the second choice.
-bool isAskedFor(const std::string& name, std::int32_t version) {
+bool isAskedFor(const std::string& name, int32_t version) {
     const auto among = [version](const auto& versions) {
         return std::find(versions.begin(), versions.end(), version) != versions.end();
     };
@@ -38,7 +38,7 @@ bool isAskedFor(const std::string& name, std::int32_t version) {
     return stubSuite(suiteText(name.c_str(), version)) != nullptr;
 }
 
-std::int32_t acquireSuite(const char* name, std::int32_t version, const void** table) {
+int32_t acquireSuite(const char* name, int32_t version, const void** table) {
     StubHost& host = stubHost();
     const std::string suite = suiteText(name, version);
     if (const PF_Err err = host.enter("AcquireSuite", suite)) {
@@ -58,7 +58,7 @@ std::int32_t acquireSuite(const char* name, std::int32_t version, const void** t
     return 0;
 }
 
-std::int32_t releaseSuite(const char* name, std::int32_t version) {
+int32_t releaseSuite(const char* name, int32_t version) {
     StubHost& host = stubHost();
     const std::string suite = suiteText(name, version);
     host.enter("ReleaseSuite", suite);

@@ -26,7 +26,7 @@ using host::Session;
 class FrameVectors : public testing::TestWithParam<std::string> {
 protected:
     static void renderAndCompare(const FrameVector& vector, const HostOptions& options, EffectModule& module,
-                                 RenderFlow flow = RenderFlow::Smart) {
+                                 RenderFlow flow = RenderFlow::kSmart) {
         Host host(options);
         {
             Session session(host, module);
@@ -39,7 +39,7 @@ protected:
             ASSERT_TRUE(result.ok()) << result.code << ": " << result.returnMsg;
             EXPECT_EQ(firstDifference(output, vector.expected), "");
         }
-        if (flow == RenderFlow::Smart) {
+        if (flow == RenderFlow::kSmart) {
             // The pre-render leaves its parameters checked out by design.
             host::AuditReport report = host.audit();
             report.paramCheckouts = 0;
@@ -50,7 +50,7 @@ protected:
     }
 
     static void renderAndCompare(const FrameVector& vector, const HostOptions& options,
-                                 RenderFlow flow = RenderFlow::Smart) {
+                                 RenderFlow flow = RenderFlow::kSmart) {
         EffectModule module = EffectModule::linked(EntryPointFunc);
         renderAndCompare(vector, options, module, flow);
     }
@@ -86,7 +86,7 @@ TEST_P(FrameVectors, MatchForEveryNumberOfIterationsInShuffledOrderOnThreads) {
         HostOptions options = auditedOptions(iterations);
         options.threads = 3;
         options.shuffleIterations = true;
-        options.shuffleSeed = static_cast<std::uint64_t>(iterations) * 7919;
+        options.shuffleSeed = static_cast<uint64_t>(iterations) * 7919;
         renderAndCompare(frame, options);
     }
 }
@@ -105,7 +105,7 @@ TEST_P(FrameVectors, MatchInWorldsWithLongRowsThatStartAnywhere) {
 
 TEST_P(FrameVectors, MatchThroughTheOneCommandOfOlderHosts) {
     const FrameVector frame = vector();
-    renderAndCompare(frame, auditedOptions(frame.iterations()), RenderFlow::Legacy);
+    renderAndCompare(frame, auditedOptions(frame.iterations()), RenderFlow::kLegacy);
 }
 
 TEST_P(FrameVectors, MatchInHostsWhoseRecordsAreLonger) {
@@ -117,7 +117,7 @@ TEST_P(FrameVectors, MatchInHostsWhoseRecordsAreLonger) {
             options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
         if (older && frame.input.format() == PF_PixelFormat_ARGB128)
             continue; // such hosts have no float worlds
-        for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy})
+        for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy})
             renderAndCompare(frame, options, flow);
     }
 }
@@ -126,7 +126,7 @@ TEST_P(FrameVectors, MatchThroughTheLoadedPlugIn) {
     const FrameVector frame = vector();
     HostOptions options = auditedOptions(frame.iterations());
     options.globalSetdownAtEnd = true;
-    for (const RenderFlow flow : {RenderFlow::Smart, RenderFlow::Legacy}) {
+    for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
         EffectModule module = EffectModule::load(KOVALUNE_PLUGIN);
         renderAndCompare(frame, options, module, flow);
     }

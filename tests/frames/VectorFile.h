@@ -26,7 +26,7 @@ struct FrameVector {
     void applyTo(host::Session& session) const;
 };
 
-// Each throws std::runtime_error, with the file's name, for a file that is missing or damaged.
+/// Each throws std::runtime_error, with the file's name, for a file that is missing or damaged.
 host::Image readPicture(const std::filesystem::path& file);
 std::map<std::string, std::string> readSettings(const std::filesystem::path& file);
 FrameVector readFrameVector(const std::filesystem::path& folder);

@@ -65,7 +65,7 @@ host::RenderRequest requestOf(const GoldenScene& scene) {
     if (!scene.rect) {
         return request;
     }
-    if (scene.flow == host::RenderFlow::Smart) {
+    if (scene.flow == host::RenderFlow::kSmart) {
         request.rect = scene.rect;
     } else {
         PF_Rect hint{};

@@ -53,7 +53,7 @@ const char* depthText(PF_PixelFormat format) {
 std::string frameText(const GoldenScene& scene) {
     constexpr std::array views = {"",          "Normal",    "",          "Extract",  "Base",
                                   "Process-1", "Process-2", "Process-3", "Process-4"};
-    std::string text = scene.flow == host::RenderFlow::Smart ? " smart " : " legacy ";
+    std::string text = scene.flow == host::RenderFlow::kSmart ? " smart " : " legacy ";
     text += views[static_cast<std::size_t>(scene.view)];
     if (scene.scale != 1) {
         text += " scale=1/" + std::to_string(scene.scale);
@@ -192,7 +192,7 @@ public:
                 for (const PF_PixelFormat format : kFormats) {
                     GoldenScene scene = next(kind, format, size);
                     scene.view = random_.chance(50) ? 1 : kViews[static_cast<std::size_t>(random_.below(7))];
-                    scene.flow = random_.chance(70) ? host::RenderFlow::Smart : host::RenderFlow::Legacy;
+                    scene.flow = random_.chance(70) ? host::RenderFlow::kSmart : host::RenderFlow::kLegacy;
                     if (random_.chance(15)) {
                         scene.scale = random_.between(2, 4);
                     }
@@ -204,7 +204,7 @@ public:
 
     void addEveryViewOfADrawing() {
         for (const PF_PixelFormat format : kFormats) {
-            for (const host::RenderFlow flow : {host::RenderFlow::Smart, host::RenderFlow::Legacy}) {
+            for (const host::RenderFlow flow : {host::RenderFlow::kSmart, host::RenderFlow::kLegacy}) {
                 for (const int32_t view : kViews) {
                     GoldenScene scene = next(PictureKind::kCel, format, {120, 90});
                     scene.view = view;
@@ -239,7 +239,7 @@ public:
     /// PF_Cmd_RENDER with a part of the world; the other flow asks for a part and gets a picture of its size.
     void addParts() {
         for (const PF_PixelFormat format : kFormats) {
-            for (const host::RenderFlow flow : {host::RenderFlow::Smart, host::RenderFlow::Legacy}) {
+            for (const host::RenderFlow flow : {host::RenderFlow::kSmart, host::RenderFlow::kLegacy}) {
                 for (int round = 0; round < 5; ++round) {
                     GoldenScene scene = next(PictureKind::kCel, format, {50, 40});
                     scene.flow = flow;

@@ -29,14 +29,14 @@ struct GoldenScene {
     uint64_t seed = 0; ///< of the picture
 
     // Of a frame.
-    host::RenderFlow flow = host::RenderFlow::Smart;
+    host::RenderFlow flow = host::RenderFlow::kSmart;
     int32_t view = 1;
     int32_t scale = 1;            ///< the denominator of the downsample factor, in both directions
     std::optional<PF_LRect> rect; ///< a part of the picture
     int32_t iterations = 0;       ///< the one number that the hash holds for; 0: any
     std::vector<GoldenSetting> settings;
 
-    // Of boundary smoothing.
+    /// Of boundary smoothing.
     SmoothOptions smooth;
 
     /// One line without its hash; no two scenes have the same.

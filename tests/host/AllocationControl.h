@@ -6,7 +6,7 @@
 
 namespace kovalune::host::test {
 
-// Until its end plain operator new throws std::bad_alloc on the thread that made it.
+/// Until its end plain operator new throws std::bad_alloc on the thread that made it.
 class NoMemory {
 public:
     NoMemory();
@@ -15,10 +15,10 @@ public:
     NoMemory& operator=(const NoMemory&) = delete;
 };
 
-// For places that no scope reaches across.
+/// For places that no scope reaches across.
 void refuseMemory(bool refused);
 
-// The largest request since the watch began, in bytes, of the thread that made it.
+/// The largest request since the watch began, in bytes, of the thread that made it.
 class LargestRequest {
 public:
     LargestRequest();

@@ -93,7 +93,7 @@ TEST(Audit, AWorldLeftBehindIsALeakUntilDisposed) {
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
 }
 
-// Writes one byte behind the pixels of row 1, `beyond` bytes on.
+/// Writes one byte behind the pixels of row 1, `beyond` bytes on.
 AuditReport afterRowOverrun(int rowPadding, A_long beyond, bool whileLive) {
     HostOptions options = Stage::audited();
     options.rowPadding = rowPadding;

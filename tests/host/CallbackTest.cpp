@@ -8,7 +8,7 @@
 namespace kovalune::host::test {
 namespace {
 
-// Of a row of pointers.
+/// Of a row of pointers.
 int emptySlots(const void* first, const void* end) {
     int empty = 0;
     for (auto* at = static_cast<const char*>(first); at < end; at += sizeof(void*)) {
@@ -32,9 +32,9 @@ TEST(Callback, EverySlotOfTheTablesIsFilled) {
     });
 }
 
-// Of a suite's table; -1 without the suite.
-template <typename Suite>
-int emptySuiteSlots(const Call& c, const char* name, std::int32_t version) {
+/// Of a suite's table; -1 without the suite.
+template <class Suite>
+int emptySuiteSlots(const Call& c, const char* name, int32_t version) {
     const Suite* suite = c.acquire<Suite>(name, version);
     if (suite == nullptr)
         return -1;

@@ -16,7 +16,7 @@ HostOptions busy(int threads) {
     return options;
 }
 
-// The refcon of a pass that inverts every eighth row.
+/// The refcon of a pass that inverts every eighth row.
 struct Inverting {
     const PF_EffectWorld* from;
     const PF_EffectWorld* to;
@@ -96,7 +96,7 @@ TEST(Concurrency, SmartRendersOverlap) {
 }
 
 class Serialised : public testing::TestWithParam<RenderFlow> {};
-INSTANTIATE_TEST_SUITE_P(Flows, Serialised, testing::Values(RenderFlow::Smart, RenderFlow::Legacy));
+INSTANTIATE_TEST_SUITE_P(Flows, Serialised, testing::Values(RenderFlow::kSmart, RenderFlow::kLegacy));
 
 TEST_P(Serialised, CommandsThatReadParametersNeverOverlap) {
     Stage stage(busy(2));

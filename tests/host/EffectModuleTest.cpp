@@ -17,7 +17,7 @@ TEST(EffectModule, ALoadedEffectRunsItsCommands) {
     EXPECT_EQ(session.about().returnMsg, "loaded");
     Image output;
     RenderRequest request;
-    request.flow = RenderFlow::Legacy;
+    request.flow = RenderFlow::kLegacy;
     EXPECT_TRUE(session.render(patterned(PF_PixelFormat_ARGB32, 5, 3), output, request).ok());
     EXPECT_EQ(output.at<PF_Pixel>(4, 2).blue, 0x77);
 }

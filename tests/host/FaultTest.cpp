@@ -14,7 +14,7 @@ FaultPlan failing(int call, PF_Err code = PF_Err_INVALID_INDEX) {
     return plan;
 }
 
-// Makes the only fallible call of the handler fail, and expects its name.
+/// Makes the only fallible call of the handler fail, and expects its name.
 CommandResult withFault(Stage& stage, const char* name, const Handler& handler) {
     stage.session();
     stage.host.armFaults(failing(1));

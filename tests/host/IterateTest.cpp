@@ -12,14 +12,14 @@
 namespace kovalune::host::test {
 namespace {
 
-// What the passes of one call saw.
+/// What the passes of one call saw.
 struct Passes {
     std::mutex mutex;
     std::vector<A_long> order;
     std::set<std::thread::id> threads;
     A_long total = 0;
     A_long highestThread = 0;
-    A_long failFrom = 1 << 30; // passes from here on fail with 1000 + their number
+    A_long failFrom = 1 << 30; ///< passes from here on fail with 1000 + their number
 
     static PF_Err pass(void* refcon, A_long thread, A_long i, A_long iterations) {
         Passes& self = *static_cast<Passes*>(refcon);
@@ -34,7 +34,7 @@ struct Passes {
     std::set<A_long> numbers() const { return {order.begin(), order.end()}; }
 };
 
-// Each pass waits for a second one to be inside with it, so the call ends only if two threads take part.
+/// Each pass waits for a second one to be inside with it, so the call ends only if two threads take part.
 struct Pairs {
     Passes passes;
     std::atomic<int> arrived{0};
@@ -125,7 +125,7 @@ TEST(Iterate, UnthreadedRunsInOrderOnTheCallingThread) {
 }
 
 TEST(Iterate, ShuffledOrderDependsOnTheSeedOnly) {
-    const auto orderFor = [](std::uint64_t seed) {
+    const auto orderFor = [](uint64_t seed) {
         HostOptions options = threaded(4, 16);
         options.threaded = false;
         options.shuffleIterations = true;

@@ -14,7 +14,7 @@
 namespace kovalune::host::test {
 namespace {
 
-// Makes such a locale in a folder of its own and sets it, where the system has the sources for one.
+/// Makes such a locale in a folder of its own and sets it, where the system has the sources for one.
 class CommaLocale : public testing::Test {
 protected:
     void SetUp() override {

@@ -49,7 +49,7 @@ TEST(MemoryPool, PayloadIsAlignedButForTheOffset) {
     for (const bool audit : {false, true}) {
         const BlockPolicy policy{audit, 12, 0};
         const MemoryBlock block = pool.take(100, policy);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(block.payload) % 64, 12U);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(block.payload) % 64, 12U);
         pool.give(block, policy);
     }
 }

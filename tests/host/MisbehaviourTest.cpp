@@ -9,7 +9,7 @@
 namespace kovalune::host::test {
 namespace {
 
-// What the effect sees of both worlds.
+/// What the effect sees of both worlds.
 struct Seen {
     PF_Err inputCode = -1;
     PF_Err outputCode = -1;
@@ -83,7 +83,7 @@ TEST(Misbehaviour, TheLegacyOutputCanBeOfAnotherSizeToo) {
     Stage stage(options);
     stage.script[PF_Cmd_RENDER] = [](Call& c) -> PF_Err { return c.output->width; };
     RenderRequest request;
-    request.flow = RenderFlow::Legacy;
+    request.flow = RenderFlow::kLegacy;
     Image output;
     EXPECT_EQ(stage.session().render(patterned(PF_PixelFormat_ARGB32, 4, 3), output, request).code, 5);
 }

@@ -7,7 +7,7 @@ namespace {
 
 using Change = std::function<void(PF_ParamDef&)>;
 
-// Sends a changed copy of the array's entry as an answer to PF_Cmd_UPDATE_PARAMS_UI.
+/// Sends a changed copy of the array's entry as an answer to PF_Cmd_UPDATE_PARAMS_UI.
 void update(Stage& stage, int index, const Change& change) {
     Session& session = stage.session();
     stage.script[PF_Cmd_UPDATE_PARAMS_UI] = [&](Call& c) -> PF_Err {

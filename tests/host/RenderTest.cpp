@@ -21,11 +21,11 @@ RenderRequest asking(const PF_LRect& rect) {
 
 RenderRequest legacy() {
     RenderRequest request;
-    request.flow = RenderFlow::Legacy;
+    request.flow = RenderFlow::kLegacy;
     return request;
 }
 
-// Every byte of the output's pixels becomes 0x11.
+/// Every byte of the output's pixels becomes 0x11.
 PF_Err paintOutput(Call& c) {
     PF_EffectWorld* output = nullptr;
     const PF_Err err = c.smartRender().cb->checkout_output(c.ref(), &output);
@@ -269,7 +269,7 @@ TEST(SmartRender, AResultOutOfAllBoundsEndsTheFrame) {
     EXPECT_EQ(stage.host.audit().misuse.size(), 1U);
 }
 
-// Promises a result that it need not fill.
+/// Promises a result that it need not fill.
 Handler promising(const PF_LRect& rect) {
     return [rect](Call& c) -> PF_Err {
         c.preRender().output->result_rect = rect;

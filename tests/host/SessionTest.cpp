@@ -8,7 +8,7 @@
 namespace kovalune::host::test {
 namespace {
 
-// Notes every command that reaches the effect.
+/// Notes every command that reaches the effect.
 class CommandLog {
 public:
     explicit CommandLog(Stage& stage) {

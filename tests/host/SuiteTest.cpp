@@ -15,7 +15,7 @@ int countCalls(const Host& host, const std::string& call, const std::string& arg
 TEST(Suite, TheSixSuitesAreFound) {
     Stage stage;
     stage.during([](Call& c) {
-        const auto present = [&c](const char* name, std::int32_t version) {
+        const auto present = [&c](const char* name, int32_t version) {
             const bool found = c.acquire<void*>(name, version) != nullptr;
             if (found)
                 c.release(name, version);
@@ -41,13 +41,13 @@ TEST(Suite, EveryVersionIsFoundWhereTheHostIsToldSo) {
     options.withheldSuites = {{kPFParamUtilsSuite, 2}};
     Stage stage(options);
     stage.during([](Call& c) {
-        const auto present = [&c](const char* name, std::int32_t version) {
+        const auto present = [&c](const char* name, int32_t version) {
             const bool found = c.acquire<void*>(name, version) != nullptr;
             if (found)
                 c.release(name, version);
             return found;
         };
-        for (const std::int32_t version : {1, 2}) {
+        for (const int32_t version : {1, 2}) {
             EXPECT_TRUE(present(kPFFillMatteSuite, version));
             EXPECT_TRUE(present(kPFHandleSuite, version));
         }

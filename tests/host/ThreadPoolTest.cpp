@@ -47,7 +47,7 @@ TEST(ThreadPool, HelpersAndCallerWorkAtOnceInSlotsOfTheirOwn) {
     EXPECT_EQ(slots, (std::set<int>{0, 1, 2, 3}));
 }
 
-// All eight threads meet, so that as many wait for the job that follows.
+/// All eight threads meet, so that as many wait for the job that follows.
 void startSevenWorkers(ThreadPool& pool) {
     std::atomic<int> inside{0};
     pool.run(8, 7, [&](int, int) {

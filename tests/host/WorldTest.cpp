@@ -91,7 +91,7 @@ TEST(World, TheDataOffsetMisalignsTheFirstPixel) {
     stage.during([&](Call& c) {
         PF_EffectWorld world{};
         c.utils().new_world(c.ref(), 3, 2, PF_NewWorldFlag_NONE, &world);
-        EXPECT_EQ(reinterpret_cast<std::uintptr_t>(world.data) % 64, 4U);
+        EXPECT_EQ(reinterpret_cast<uintptr_t>(world.data) % 64, 4U);
         return c.utils().dispose_world(c.ref(), &world);
     });
 }
@@ -181,7 +181,7 @@ TEST(World, ForcedFormatIsReported) {
     });
 }
 
-// Two worlds of one size with a count in every byte of the first.
+/// Two worlds of one size with a count in every byte of the first.
 class Pair {
 public:
     explicit Pair(Call& call, A_long width = 4, A_long height = 3) : call_(call) {

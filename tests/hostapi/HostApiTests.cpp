@@ -106,7 +106,7 @@ TEST(Suites, HaveTheNamesAndVersionsThatHostsKnow) {
 }
 
 TEST(Suites, AreAskedForByTheVersionsOfTheEra) {
-    using Versions = std::vector<std::int32_t>;
+    using Versions = std::vector<int32_t>;
     const auto listed = [](const auto& versions) { return Versions(versions.begin(), versions.end()); };
     const bool hosts64 = sizeof(PF_Rect) == sizeof(PF_LRect);
     EXPECT_EQ(listed(kPFFillMatteSuiteVersions), (hosts64 ? Versions{2, 1} : Versions{1}));

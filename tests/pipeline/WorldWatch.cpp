@@ -24,8 +24,8 @@ WorldWatch::~WorldWatch() {
     current = nullptr;
 }
 
-std::int32_t WorldWatch::acquire(const char* name, std::int32_t version, const void** suite) {
-    const std::int32_t answer = current->basicBefore_->AcquireSuite(name, version, suite);
+int32_t WorldWatch::acquire(const char* name, int32_t version, const void** suite) {
+    const int32_t answer = current->basicBefore_->AcquireSuite(name, version, suite);
     if (answer == 0 && std::strcmp(name, kPFWorldSuite) == 0 && version == kPFWorldSuiteVersion2) {
         current->hostSuite_ = static_cast<const PFWorldSuite2*>(*suite);
         current->suite_ = {newWorld, disposeWorld, current->hostSuite_->PF_GetPixelFormat};

@@ -36,7 +36,7 @@ private:
     static PF_Err newWorld(PF_ProgPtr ref, A_long width, A_long height, PF_Boolean clear,
                            PF_PixelFormat format, PF_EffectWorld* world);
     static PF_Err disposeWorld(PF_ProgPtr ref, PF_EffectWorld* world);
-    static std::int32_t acquire(const char* name, std::int32_t version, const void** suite);
+    static int32_t acquire(const char* name, int32_t version, const void** suite);
 
     StrictHost& host_;
     SPBasicSuite* basicBefore_;

@@ -127,8 +127,8 @@ TEST(ProfileValueAsInt, IsZeroWithoutDigits) {
 
 TEST(ProfileValueAsInt, WrapsModuloTwoToThe32) {
     EXPECT_EQ(profileValueAsInt("2147483647"), 2147483647);
-    EXPECT_EQ(profileValueAsInt("2147483648"), std::numeric_limits<std::int32_t>::min());
-    EXPECT_EQ(profileValueAsInt("-2147483648"), std::numeric_limits<std::int32_t>::min());
+    EXPECT_EQ(profileValueAsInt("2147483648"), std::numeric_limits<int32_t>::min());
+    EXPECT_EQ(profileValueAsInt("-2147483648"), std::numeric_limits<int32_t>::min());
     EXPECT_EQ(profileValueAsInt("-2147483649"), 2147483647);
     EXPECT_EQ(profileValueAsInt("4294967295"), -1);
     EXPECT_EQ(profileValueAsInt("4294967296"), 0);

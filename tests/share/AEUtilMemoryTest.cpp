@@ -221,11 +221,11 @@ void plainDispose(PF_Handle handle) {
 }
 const PFHandleSuite1 plainHandles = {plainNew, plainLock, plainUnlock, plainDispose, nullptr, nullptr};
 
-std::int32_t plainAcquire(const char*, std::int32_t, const void** table) {
+int32_t plainAcquire(const char*, int32_t, const void** table) {
     *table = &plainHandles;
     return 0;
 }
-std::int32_t plainRelease(const char*, std::int32_t) {
+int32_t plainRelease(const char*, int32_t) {
     return 0;
 }
 

@@ -32,7 +32,7 @@ void expectFrame(host::Session& session, const tests::FrameVector& vector) {
 }
 
 /// What 100 turns of something add to what the process holds, after some that fill what is kept for later.
-template <typename Turn>
+template <class Turn>
 ProcessUsage growthOf(const Turn& turn) {
     for (int i = 0; i < 10; ++i) {
         turn();
@@ -78,9 +78,9 @@ TEST_P(ManyLoads, LeaveNothingBehind) {
 INSTANTIATE_TEST_SUITE_P(Farewells, ManyLoads, testing::Bool(),
                          [](const auto& each) { return each.param ? "WithSetdown" : "WithoutSetdown"; });
 
-std::vector<std::byte> bytesOf(std::initializer_list<std::uint32_t> words) {
+std::vector<std::byte> bytesOf(std::initializer_list<uint32_t> words) {
     std::vector<std::byte> bytes;
-    for (const std::uint32_t word : words) {
+    for (const uint32_t word : words) {
         for (int shift = 0; shift < 32; shift += 8) {
             bytes.push_back(static_cast<std::byte>(word >> shift));
         }
@@ -88,7 +88,7 @@ std::vector<std::byte> bytesOf(std::initializer_list<std::uint32_t> words) {
     return bytes;
 }
 
-constexpr std::uint32_t kMagic = 0x70736571;
+constexpr uint32_t kMagic = 0x70736571;
 
 TEST(LoadedPlugIn, SavesAndReopensItsSequenceData) {
     host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);

@@ -21,10 +21,10 @@ std::ptrdiff_t blocksInUse(HANDLE heap) {
 
 /// Asks after every handle there may be: not every system tells their number.
 std::ptrdiff_t handlesInUse() {
-    constexpr std::uintptr_t kStep = 4;
-    constexpr std::uintptr_t kEnd = 0x4000;
+    constexpr uintptr_t kStep = 4;
+    constexpr uintptr_t kEnd = 0x4000;
     std::ptrdiff_t count = 0;
-    for (std::uintptr_t number = kStep; number < kEnd; number += kStep) {
+    for (uintptr_t number = kStep; number < kEnd; number += kStep) {
         DWORD flags = 0;
         if (GetHandleInformation(reinterpret_cast<HANDLE>(number), &flags) != FALSE) {
             ++count;

@@ -16,7 +16,7 @@ BITMAPINFO layoutOf(int width, int height) {
     return info;
 }
 
-template <typename Value>
+template <class Value>
 void write(std::ostream& file, const Value& value, std::size_t bytes = sizeof(Value)) {
     file.write(reinterpret_cast<const char*>(&value), static_cast<std::streamsize>(bytes));
 }
@@ -33,7 +33,7 @@ ScreenPicture pictureOf(HBITMAP bitmap) {
     GetDIBits(screen, bitmap, 0, static_cast<UINT>(picture.height), picture.pixels.data(), &info,
               DIB_RGB_COLORS);
     ReleaseDC(nullptr, screen);
-    for (std::uint32_t& pixel : picture.pixels) {
+    for (uint32_t& pixel : picture.pixels) {
         pixel &= 0xFFFFFFU;
     }
     return picture;
@@ -62,11 +62,11 @@ bool writePicture(const ScreenPicture& picture, const std::string& file) {
     BITMAPFILEHEADER header = {};
     header.bfType = 0x4D42; // "BM"
     header.bfOffBits = sizeof header + sizeof info.bmiHeader;
-    header.bfSize = static_cast<DWORD>(header.bfOffBits + picture.pixels.size() * sizeof(std::uint32_t));
+    header.bfSize = static_cast<DWORD>(header.bfOffBits + picture.pixels.size() * sizeof(uint32_t));
     std::ofstream stream(file, std::ios::binary);
     write(stream, header);
     write(stream, info.bmiHeader);
-    for (const std::uint32_t pixel : picture.pixels) {
+    for (const uint32_t pixel : picture.pixels) {
         write(stream, pixel);
     }
     stream.close();

@@ -12,9 +12,9 @@ namespace kovalune::test {
 struct ScreenPicture {
     int width = 0;
     int height = 0;
-    std::vector<std::uint32_t> pixels;
+    std::vector<uint32_t> pixels;
 
-    std::uint32_t at(int x, int y) const {
+    uint32_t at(int x, int y) const {
         return pixels[static_cast<std::size_t>(y) * static_cast<std::size_t>(width) +
                       static_cast<std::size_t>(x)];
     }

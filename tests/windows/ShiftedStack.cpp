@@ -4,8 +4,7 @@
 
 // Calls a function with six words of arguments, of which it may take fewer: the caller removes them. With the return
 // address, the function finds its stack pointer at 16 n - shift - 28.
-extern "C" std::int32_t kovaluneCallShifted(const void* function, std::uint32_t shift,
-                                            const std::uint32_t* arguments);
+extern "C" int32_t kovaluneCallShifted(const void* function, uint32_t shift, const uint32_t* arguments);
 asm(".text\n"
     ".globl _kovaluneCallShifted\n"
     "_kovaluneCallShifted:\n"
@@ -30,20 +29,20 @@ namespace kovalune::test {
 namespace {
 
 PF_EntryPoint realEntry = nullptr;
-std::uint32_t realShift = 0;
+uint32_t realShift = 0;
 
-template <typename Argument>
-std::uint32_t word(Argument* argument) {
-    return static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(argument));
+template <class Argument>
+uint32_t word(Argument* argument) {
+    return static_cast<uint32_t>(reinterpret_cast<uintptr_t>(argument));
 }
 
-std::uint32_t word(std::int32_t argument) {
-    return static_cast<std::uint32_t>(argument);
+uint32_t word(int32_t argument) {
+    return static_cast<uint32_t>(argument);
 }
 
-template <typename Function, typename... Arguments>
+template <class Function, class... Arguments>
 PF_Err callShifted(Function* function, Arguments... arguments) {
-    const std::array<std::uint32_t, 6> words = {word(arguments)...};
+    const std::array<uint32_t, 6> words = {word(arguments)...};
     return kovaluneCallShifted(reinterpret_cast<const void*>(function), realShift, words.data());
 }
 
@@ -75,7 +74,7 @@ PF_Err enterShifted(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamDef*
 
 } // namespace
 
-host::EffectModule onShiftedStack(const host::EffectModule& module, std::uint32_t shift) {
+host::EffectModule onShiftedStack(const host::EffectModule& module, uint32_t shift) {
     realEntry = module.entry();
     realShift = shift;
     return host::EffectModule::linked(enterShifted);

@@ -10,6 +10,6 @@ namespace kovalune::test {
 
 /// Leaves the stack pointer `shift` bytes below where it would be; 0, 4, 8 and 12 are all there is. The module has to
 /// outlive what this returns, and only the last one made works.
-host::EffectModule onShiftedStack(const host::EffectModule& module, std::uint32_t shift);
+host::EffectModule onShiftedStack(const host::EffectModule& module, uint32_t shift);
 
 } // namespace kovalune::test

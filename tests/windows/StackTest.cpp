@@ -10,7 +10,7 @@
 namespace kovalune::test {
 namespace {
 
-class StackOfTheHost : public testing::TestWithParam<std::uint32_t> {};
+class StackOfTheHost : public testing::TestWithParam<uint32_t> {};
 
 TEST_P(StackOfTheHost, NeedsNoMoreThanFourBytesOfAlignment) {
     const host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);

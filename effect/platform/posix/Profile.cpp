@@ -17,10 +17,10 @@
 namespace kovalune::platform {
 namespace {
 
-enum class Presence { present, missing, unusable };
+enum class Presence { kPresent, kMissing, kUnusable };
 
 struct ProfileText {
-    Presence presence = Presence::unusable;
+    Presence presence = Presence::kUnusable;
     mode_t permissions = 0;
     std::string text; // one byte longer than the limit if the file is too large
 };
@@ -29,7 +29,7 @@ ProfileText readProfile(const char* path) {
     ProfileText profile;
     const FileDescriptor file = openForReading(path);
     if (!file.isOpen()) {
-        profile.presence = errno == ENOENT ? Presence::missing : Presence::unusable;
+        profile.presence = errno == ENOENT ? Presence::kMissing : Presence::kUnusable;
         return profile;
     }
     struct stat status {};
@@ -44,7 +44,7 @@ ProfileText readProfile(const char* path) {
         profile.text.clear();
         return profile;
     }
-    profile.presence = Presence::present;
+    profile.presence = Presence::kPresent;
     profile.permissions = status.st_mode & 0777U;
     return profile;
 }
@@ -123,7 +123,7 @@ private:
 };
 
 bool replaceProfile(const std::string& path, const ProfileText& before, const std::string& text) {
-    if (before.presence == Presence::missing) {
+    if (before.presence == Presence::kMissing) {
         return Replacement(path).place(text, std::nullopt);
     }
     // Renaming needs no right to the file itself, so a write-protected one is asked for here.
@@ -144,7 +144,7 @@ std::optional<std::string> edited(const std::string& text, const char* section, 
 
 } // namespace
 
-std::int32_t profileInt(const char* section, const char* key, std::int32_t fallback, const char* file) {
+int32_t profileInt(const char* section, const char* key, int32_t fallback, const char* file) {
     const std::optional<std::string> value = readValue(section, key, file);
     return value && !value->empty() ? profileValueAsInt(*value) : fallback;
 }
@@ -169,7 +169,7 @@ bool writeProfileString(const char* section, const char* key, const char* value,
     }
     const std::string path = resolved(file);
     const ProfileText before = readProfile(path.c_str());
-    if (before.presence == Presence::unusable) {
+    if (before.presence == Presence::kUnusable) {
         return false;
     }
     if (before.text.size() > kProfileSizeLimit) {
@@ -182,7 +182,7 @@ bool writeProfileString(const char* section, const char* key, const char* value,
         return false;
     }
     if (*after == before.text) {
-        return before.presence == Presence::present || isFolder(folderWithSeparator(path));
+        return before.presence == Presence::kPresent || isFolder(folderWithSeparator(path));
     }
     return replaceProfile(path, before, *after);
 }

@@ -27,11 +27,11 @@ bool wouldBreakTheFile(const char* section, const char* key, const char* value) 
 
 } // namespace
 
-std::int32_t profileInt(const char* section, const char* key, std::int32_t fallback, const char* file) {
+int32_t profileInt(const char* section, const char* key, int32_t fallback, const char* file) {
     if (section == nullptr || key == nullptr || !namesAFile(file)) {
         return fallback;
     }
-    return static_cast<std::int32_t>(GetPrivateProfileIntA(section, key, fallback, file));
+    return static_cast<int32_t>(GetPrivateProfileIntA(section, key, fallback, file));
 }
 
 std::string profileString(const char* section, const char* key, const char* fallback, std::size_t maxChars,

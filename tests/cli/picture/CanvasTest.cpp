@@ -14,7 +14,7 @@ namespace {
 constexpr DrawnColor kBlack = {0, 0, 0};
 constexpr DrawnColor kWhite = {255, 255, 255};
 
-// A letter for each pixel of an 8-bit canvas: '.' is black, '#' has any red.
+/// A letter for each pixel of an 8-bit canvas: '.' is black, '#' has any red.
 std::string drawing(const Canvas& canvas) {
     std::string text;
     for (std::size_t at = 0; at < canvas.picture().samples.size(); at += 3) {
@@ -27,11 +27,11 @@ std::string drawing(const Canvas& canvas) {
 
 TEST(Canvas, IsFilledWithItsBackgroundInEveryType) {
     const Canvas bytes(2, 1, {1, 128, 255});
-    EXPECT_EQ(bytes.picture().samples, (std::vector<std::uint8_t>{1, 128, 255, 1, 128, 255}));
-    const Canvas words(1, 1, {1, 128, 255}, SampleType::Uint16);
-    EXPECT_EQ(words.picture().sample<std::uint16_t>(0), 257);
-    EXPECT_EQ(words.picture().sample<std::uint16_t>(2), 65535);
-    const Canvas floats(1, 1, {0, 51, 255}, SampleType::Float);
+    EXPECT_EQ(bytes.picture().samples, (std::vector<uint8_t>{1, 128, 255, 1, 128, 255}));
+    const Canvas words(1, 1, {1, 128, 255}, SampleType::kUint16);
+    EXPECT_EQ(words.picture().sample<uint16_t>(0), 257);
+    EXPECT_EQ(words.picture().sample<uint16_t>(2), 65535);
+    const Canvas floats(1, 1, {0, 51, 255}, SampleType::kFloat);
     EXPECT_EQ(floats.picture().sample<float>(0), 0.0F);
     EXPECT_EQ(floats.picture().sample<float>(1), 0.2F);
     EXPECT_EQ(floats.picture().sample<float>(2), 1.0F);
@@ -58,53 +58,52 @@ TEST(Canvas, HasCheckerboards) {
                                "...##.\n");
 }
 
-template <typename Sample>
+template <class Sample>
 Picture onePixel(Channels channels, SampleType type, const std::vector<Sample>& samples) {
     Picture picture;
     picture.width = 1;
     picture.height = 1;
     picture.channels = channels;
     picture.sampleType = type;
-    picture.samples = std::vector<std::uint8_t>(picture.byteCount());
+    picture.samples = std::vector<uint8_t>(picture.byteCount());
     for (std::size_t i = 0; i < samples.size(); ++i)
         picture.setSample(i, samples[i]);
     return picture;
 }
 
 TEST(Canvas, TakesPicturesOfAllChannels) {
-    using Bytes = std::vector<std::uint8_t>;
+    using Bytes = std::vector<uint8_t>;
     Canvas canvas(4, 1, {100, 0, 0});
-    canvas.draw(onePixel<std::uint8_t>(Channels::Grey, SampleType::Uint8, {7}), 0, 0);
-    canvas.draw(onePixel<std::uint8_t>(Channels::Rgb, SampleType::Uint8, {1, 2, 3}), 1, 0);
-    canvas.draw(onePixel<std::uint8_t>(Channels::GreyAlpha, SampleType::Uint8, {200, 128}), 2, 0);
-    canvas.draw(onePixel<std::uint8_t>(Channels::RgbAlpha, SampleType::Uint8, {9, 9, 9, 0}), 3, 0);
-    canvas.draw(onePixel<std::uint8_t>(Channels::Grey, SampleType::Uint8, {7}), -1, 0);
-    canvas.draw(onePixel<std::uint8_t>(Channels::Grey, SampleType::Uint8, {7}), 0, 1);
+    canvas.draw(onePixel<uint8_t>(Channels::kGrey, SampleType::kUint8, {7}), 0, 0);
+    canvas.draw(onePixel<uint8_t>(Channels::kRgb, SampleType::kUint8, {1, 2, 3}), 1, 0);
+    canvas.draw(onePixel<uint8_t>(Channels::kGreyAlpha, SampleType::kUint8, {200, 128}), 2, 0);
+    canvas.draw(onePixel<uint8_t>(Channels::kRgbAlpha, SampleType::kUint8, {9, 9, 9, 0}), 3, 0);
+    canvas.draw(onePixel<uint8_t>(Channels::kGrey, SampleType::kUint8, {7}), -1, 0);
+    canvas.draw(onePixel<uint8_t>(Channels::kGrey, SampleType::kUint8, {7}), 0, 1);
     EXPECT_EQ(canvas.picture().samples, (Bytes{7, 7, 7, 1, 2, 3, 150, 100, 100, 100, 0, 0}));
 }
 
 TEST(Canvas, KeepsOpaqueSamplesOfDeepPictures) {
-    Canvas words(1, 1, kBlack, SampleType::Uint16);
-    words.draw(onePixel<std::uint16_t>(Channels::RgbAlpha, SampleType::Uint16, {1, 40000, 65535, 65535}), 0,
-               0);
-    EXPECT_EQ(words.picture().sample<std::uint16_t>(0), 1);
-    EXPECT_EQ(words.picture().sample<std::uint16_t>(1), 40000);
-    EXPECT_EQ(words.picture().sample<std::uint16_t>(2), 65535);
-    Canvas floats(1, 1, kWhite, SampleType::Float);
-    floats.draw(onePixel<float>(Channels::RgbAlpha, SampleType::Float, {-3.5F, 1e30F, 0.1F, 1.0F}), 0, 0);
+    Canvas words(1, 1, kBlack, SampleType::kUint16);
+    words.draw(onePixel<uint16_t>(Channels::kRgbAlpha, SampleType::kUint16, {1, 40000, 65535, 65535}), 0, 0);
+    EXPECT_EQ(words.picture().sample<uint16_t>(0), 1);
+    EXPECT_EQ(words.picture().sample<uint16_t>(1), 40000);
+    EXPECT_EQ(words.picture().sample<uint16_t>(2), 65535);
+    Canvas floats(1, 1, kWhite, SampleType::kFloat);
+    floats.draw(onePixel<float>(Channels::kRgbAlpha, SampleType::kFloat, {-3.5F, 1e30F, 0.1F, 1.0F}), 0, 0);
     EXPECT_EQ(floats.picture().sample<float>(0), -3.5F);
     EXPECT_EQ(floats.picture().sample<float>(1), 1e30F);
     EXPECT_EQ(floats.picture().sample<float>(2), 0.1F);
-    floats.draw(onePixel<float>(Channels::GreyAlpha, SampleType::Float, {0.5F, 0.25F}), 0, 0);
+    floats.draw(onePixel<float>(Channels::kGreyAlpha, SampleType::kFloat, {0.5F, 0.25F}), 0, 0);
     EXPECT_EQ(floats.picture().sample<float>(0), 0.5F * 0.25F + -3.5F * 0.75F);
 }
 
 TEST(TextDrawing, DrawsLettersInsideTheirSize) {
     const TextSize size = textSize("Process 1", 1);
     EXPECT_EQ(size.height, 12);
-    Canvas exact(static_cast<std::uint32_t>(size.width), 12, kBlack);
+    Canvas exact(static_cast<uint32_t>(size.width), 12, kBlack);
     drawText(exact, 0, 0, "Process 1", kWhite, 1);
-    Canvas roomy(static_cast<std::uint32_t>(size.width) + 20, 32, kBlack);
+    Canvas roomy(static_cast<uint32_t>(size.width) + 20, 32, kBlack);
     drawText(roomy, 10, 10, "Process 1", kWhite, 1);
     const auto lit = [](const Canvas& canvas) {
         const std::string text = drawing(canvas);
@@ -119,8 +118,8 @@ TEST(TextDrawing, MagnifiesByWholeNumbers) {
     const TextSize three = textSize("Base", 3);
     EXPECT_EQ(three.width, 3 * one.width);
     EXPECT_EQ(three.height, 3 * one.height);
-    Canvas small(static_cast<std::uint32_t>(one.width), 12, kBlack);
-    Canvas large(static_cast<std::uint32_t>(three.width), 36, kBlack);
+    Canvas small(static_cast<uint32_t>(one.width), 12, kBlack);
+    Canvas large(static_cast<uint32_t>(three.width), 36, kBlack);
     drawText(small, 0, 0, "Base", kWhite, 1);
     drawText(large, 0, 0, "Base", kWhite, 3);
     for (std::size_t y = 0; y < large.height(); ++y) {

@@ -21,7 +21,7 @@ public:
 
 #else
 
-// Holds the address space of the process to what it is and some more.
+/// Holds the address space of the process to what it is and some more.
 class MemoryLimit {
 public:
     explicit MemoryLimit(std::size_t mostGrowth) {
@@ -44,7 +44,7 @@ private:
 
 } // namespace
 
-std::string refusalOf(const Decode& decode, std::span<const std::uint8_t> bytes) {
+std::string refusalOf(const Decode& decode, std::span<const uint8_t> bytes) {
     try {
         const Picture picture = decode(bytes, "in.file");
         EXPECT_GT(picture.width, 0U);
@@ -52,19 +52,18 @@ std::string refusalOf(const Decode& decode, std::span<const std::uint8_t> bytes)
         EXPECT_EQ(picture.samples.size(), picture.byteCount());
         return "";
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::File);
+        EXPECT_EQ(failure.code(), ExitCode::kFile);
         const std::string text = failure.what();
         EXPECT_EQ(text.rfind("cannot read 'in.file': ", 0), 0U) << text;
         return text;
     }
 }
 
-void expectBeginningsRefused(const Decode& decode, const std::vector<std::uint8_t>& file, std::size_t last) {
+void expectBeginningsRefused(const Decode& decode, const std::vector<uint8_t>& file, std::size_t last) {
     testing::internal::CaptureStderr();
     for (std::size_t count = 0; count < file.size(); ++count) {
         // In memory of its own, so that reading behind the end is noticed.
-        const std::vector<std::uint8_t> beginning(file.begin(),
-                                                  file.begin() + static_cast<std::ptrdiff_t>(count));
+        const std::vector<uint8_t> beginning(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(count));
         const std::string refusal = refusalOf(decode, beginning);
         if (count < last) {
             EXPECT_NE(refusal, "") << count << " of " << file.size() << " bytes were enough";
@@ -73,16 +72,15 @@ void expectBeginningsRefused(const Decode& decode, const std::vector<std::uint8_
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
 }
 
-void expectWrongBytesBorne(const Decode& decode, const std::vector<std::uint8_t>& file,
-                           std::size_t mostGrowth) {
+void expectWrongBytesBorne(const Decode& decode, const std::vector<uint8_t>& file, std::size_t mostGrowth) {
     testing::internal::CaptureStderr();
     {
         const MemoryLimit limit(mostGrowth);
-        std::vector<std::uint8_t> bytes = file;
-        for (std::uint8_t& byte : bytes) {
-            const std::uint8_t sound = byte;
+        std::vector<uint8_t> bytes = file;
+        for (uint8_t& byte : bytes) {
+            const uint8_t sound = byte;
             for (const int wrong : {sound ^ 0x01, sound ^ 0x80, 0x00, 0x7f, 0xff, sound + 1, sound - 1}) {
-                byte = static_cast<std::uint8_t>(wrong);
+                byte = static_cast<uint8_t>(wrong);
                 try {
                     refusalOf(decode, bytes);
                 } catch (const std::exception& exception) {

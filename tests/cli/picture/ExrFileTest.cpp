@@ -21,15 +21,16 @@
 namespace kovalune::tests {
 namespace {
 
-constexpr Channels kAllChannels[] = {Channels::Grey, Channels::GreyAlpha, Channels::Rgb, Channels::RgbAlpha};
-constexpr SampleType kTypes[] = {SampleType::Half, SampleType::Float};
+constexpr Channels kAllChannels[] = {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb,
+                                     Channels::kRgbAlpha};
+constexpr SampleType kTypes[] = {SampleType::kHalf, SampleType::kFloat};
 
-Picture decode(const std::vector<std::uint8_t>& bytes) {
+Picture decode(const std::vector<uint8_t>& bytes) {
     return decodeExr(bytes, "in.exr");
 }
 
 Imf::PixelType pixelType(SampleType type) {
-    return type == SampleType::Half ? Imf::HALF : Imf::FLOAT;
+    return type == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
 }
 
 std::vector<std::string> namesOf(Channels channels) {
@@ -47,26 +48,26 @@ ExrSheet sheetOf(int width, int height) {
     return sheet;
 }
 
-void addLayers(ExrSheet& sheet, Channels channels, SampleType type, std::uint32_t seed) {
+void addLayers(ExrSheet& sheet, Channels channels, SampleType type, uint32_t seed) {
     sheet.layers.clear();
     for (const std::string& name : namesOf(channels))
         sheet.layers.push_back(randomLayer(name, pixelType(type), sheet, ++seed));
 }
 
-// Expects the bits of the layers in the order that the picture has them.
+/// Expects the bits of the layers in the order that the picture has them.
 void expectSamples(const Picture& picture, const std::vector<ExrLayer>& layers) {
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     ASSERT_EQ(picture.samples.size(), layers.size() * layers[0].values.size() * bytes);
     for (std::size_t i = 0; i < layers[0].values.size(); ++i) {
         for (std::size_t channel = 0; channel < layers.size(); ++channel) {
-            std::uint32_t bits = 0;
+            uint32_t bits = 0;
             std::memcpy(&bits, picture.samples.data() + (i * layers.size() + channel) * bytes, bytes);
             ASSERT_EQ(bits, layers[channel].values[i]) << layers[channel].name << i;
         }
     }
 }
 
-void expectRefused(const std::vector<std::uint8_t>& bytes, const std::vector<std::string>& parts) {
+void expectRefused(const std::vector<uint8_t>& bytes, const std::vector<std::string>& parts) {
     const std::string text = refusalOf(decodeExr, bytes);
     EXPECT_NE(text, "");
     for (const std::string& part : parts)
@@ -78,9 +79,9 @@ void expectSame(const Picture& picture, const Picture& expected) {
     EXPECT_EQ(picture.height, expected.height);
     EXPECT_EQ(picture.channels, expected.channels);
     EXPECT_EQ(picture.sampleType, expected.sampleType);
-    EXPECT_EQ(picture.alphaKind, AlphaKind::Premultiplied);
+    EXPECT_EQ(picture.alphaKind, AlphaKind::kPremultiplied);
     EXPECT_TRUE(picture.samples == expected.samples);
-    EXPECT_EQ(picture.format, FileFormat::Exr);
+    EXPECT_EQ(picture.format, FileFormat::kExr);
     EXPECT_TRUE(picture.leftOut.empty());
 }
 
@@ -95,9 +96,9 @@ struct Storage {
 class ExrStorage : public testing::TestWithParam<Storage> {};
 
 TEST_P(ExrStorage, GivesTheSamplesOfEveryKind) {
-    std::uint32_t seed = 1;
+    uint32_t seed = 1;
     for (const SampleType type : kTypes) {
-        if (GetParam().compression == Imf::PXR24_COMPRESSION && type == SampleType::Float)
+        if (GetParam().compression == Imf::PXR24_COMPRESSION && type == SampleType::kFloat)
             continue; // cuts floats
         for (const Channels channels : kAllChannels) {
             ExrSheet sheet = sheetOf(37, 41);
@@ -111,7 +112,7 @@ TEST_P(ExrStorage, GivesTheSamplesOfEveryKind) {
             EXPECT_EQ(picture.height, 41U);
             EXPECT_EQ(picture.channels, channels);
             EXPECT_EQ(picture.sampleType, type);
-            EXPECT_EQ(picture.alphaKind, AlphaKind::Premultiplied);
+            EXPECT_EQ(picture.alphaKind, AlphaKind::kPremultiplied);
             EXPECT_TRUE(picture.leftOut.empty());
             expectSamples(picture, sheet.layers);
         }
@@ -141,13 +142,13 @@ TEST_P(ExrLossy, IsReadNearlyAndWrittenWithoutLoss) {
         const std::vector<float> values(400, 0.3F);
         for (const char* const name : {"R", "G", "B", "A"})
             sheet.layers.push_back(
-                {name, pixelType(type), type == SampleType::Half ? halves(values) : floats(values)});
+                {name, pixelType(type), type == SampleType::kHalf ? halves(values) : floats(values)});
         const Picture picture = decode(exrOf(sheet));
         for (const double value : valuesOf(picture))
             ASSERT_NEAR(value, 0.3, 0.002);
-        const bool isKept = GetParam() == Imf::PXR24_COMPRESSION && type == SampleType::Half;
+        const bool isKept = GetParam() == Imf::PXR24_COMPRESSION && type == SampleType::kHalf;
         EXPECT_EQ(picture.notes.size(), isKept ? 1U : 0U);
-        const std::vector<std::uint8_t> bytes = encodeExr(picture);
+        const std::vector<uint8_t> bytes = encodeExr(picture);
         EXPECT_EQ(headerOf(bytes).compression(), isKept ? GetParam() : Imf::ZIP_COMPRESSION);
         EXPECT_TRUE(decode(bytes).samples == picture.samples);
     }
@@ -163,13 +164,13 @@ TEST(ExrTypes, AreFloatIfAnyIs) {
                     {"G", Imf::FLOAT, floats({0.125F, 0x1p100F})},
                     {"B", Imf::HALF, halves({65504.0F, 0.0F})}};
     const Picture picture = decode(exrOf(sheet));
-    EXPECT_EQ(picture.sampleType, SampleType::Float);
+    EXPECT_EQ(picture.sampleType, SampleType::kFloat);
     EXPECT_EQ(valuesOf(picture), (std::vector<double>{0.5, 0.125, 65504, -2, 0x1p100, 0}));
 }
 
 TEST(ExrChannels, BesidesTheColoursAreNamedOnly) {
     ExrSheet sheet = sheetOf(4, 2);
-    addLayers(sheet, Channels::Rgb, SampleType::Half, 1);
+    addLayers(sheet, Channels::kRgb, SampleType::kHalf, 1);
     const std::vector<ExrLayer> colours = sheet.layers;
     sheet.layers.push_back(randomLayer("Z", Imf::FLOAT, sheet, 9));
     sheet.layers.push_back(randomLayer("Y", Imf::HALF, sheet, 9));
@@ -177,8 +178,8 @@ TEST(ExrChannels, BesidesTheColoursAreNamedOnly) {
     sheet.layers.push_back(randomLayer("id", Imf::UINT, sheet, 9));
     sheet.layers.push_back({"small", Imf::HALF, {}, 2});
     const Picture picture = decode(exrOf(sheet));
-    EXPECT_EQ(picture.sampleType, SampleType::Half);
-    EXPECT_EQ(picture.channels, Channels::Rgb);
+    EXPECT_EQ(picture.sampleType, SampleType::kHalf);
+    EXPECT_EQ(picture.channels, Channels::kRgb);
     expectSamples(picture, colours);
     EXPECT_EQ(picture.leftOut, (std::vector<std::string>{"channel Y", "channel Z", "channel diffuse.R",
                                                          "channel id", "channel small"}));
@@ -195,9 +196,9 @@ TEST(ExrParts, TheFirstWithColoursIsReadAndTheOthersNamed) {
         header.displayWindow() = Imath::Box2i({0, 0}, {9, 9});
     };
     depth.moreAttributes = more.moreAttributes = colours.moreAttributes;
-    addLayers(colours, Channels::RgbAlpha, SampleType::Float, 2);
+    addLayers(colours, Channels::kRgbAlpha, SampleType::kFloat, 2);
     more.name = "more";
-    addLayers(more, Channels::Rgb, SampleType::Half, 3);
+    addLayers(more, Channels::kRgb, SampleType::kHalf, 3);
     const Picture picture = decode(exrOf({depth, colours, more}));
     EXPECT_EQ(picture.width, 5U);
     EXPECT_EQ(picture.height, 7U);
@@ -237,10 +238,10 @@ TEST(ExrKind, IsKnownByItsBeginning) {
     expectRefused({0x76, 0x2f}, {"not an OpenEXR"});
     expectRefused({'I', 'I', 42, 0, 8, 0, 0, 0}, {"not an OpenEXR"});
     expectRefused({0x76, 0x2f, 0x31, 0x01, 2}, {"cut short"});
-    EXPECT_TRUE(beginsAsExr(std::vector<std::uint8_t>{0x76, 0x2f, 0x31, 0x01}));
+    EXPECT_TRUE(beginsAsExr(std::vector<uint8_t>{0x76, 0x2f, 0x31, 0x01}));
 }
 
-void patchInt(std::vector<std::uint8_t>& bytes, std::size_t place, std::int32_t value) {
+void patchInt(std::vector<uint8_t>& bytes, std::size_t place, int32_t value) {
     std::memcpy(bytes.data() + place, &value, 4);
 }
 
@@ -249,10 +250,10 @@ TEST(ExrSize, OfAHeaderIsCheckedFirst) {
          {Imf::NO_COMPRESSION, Imf::ZIP_COMPRESSION, Imf::DWAB_COMPRESSION}) {
         ExrSheet sheet = sheetOf(2, 2);
         sheet.compression = compression;
-        addLayers(sheet, Channels::Rgb, SampleType::Half, 1);
-        const std::vector<std::uint8_t> sound = exrOf(sheet);
-        const auto sized = [&sound](std::int32_t xMax, std::int32_t yMax) {
-            std::vector<std::uint8_t> bytes = sound;
+        addLayers(sheet, Channels::kRgb, SampleType::kHalf, 1);
+        const std::vector<uint8_t> sound = exrOf(sheet);
+        const auto sized = [&sound](int32_t xMax, int32_t yMax) {
+            std::vector<uint8_t> bytes = sound;
             const std::size_t place = valuePlace(bytes, "dataWindow", "box2i");
             patchInt(bytes, place + 8, xMax);
             patchInt(bytes, place + 12, yMax);
@@ -271,10 +272,10 @@ TEST(ExrSize, OfAHeaderIsCheckedFirst) {
 TEST(ExrSize, OfTilesIsCheckedToo) {
     ExrSheet sheet = sheetOf(4, 4);
     sheet.tileWidth = sheet.tileHeight = 4;
-    addLayers(sheet, Channels::Rgb, SampleType::Half, 1);
-    const std::vector<std::uint8_t> sound = exrOf(sheet);
-    const auto sized = [&sound](std::int32_t tileWidth, std::int32_t tileHeight, std::int32_t xMax) {
-        std::vector<std::uint8_t> bytes = sound;
+    addLayers(sheet, Channels::kRgb, SampleType::kHalf, 1);
+    const std::vector<uint8_t> sound = exrOf(sheet);
+    const auto sized = [&sound](int32_t tileWidth, int32_t tileHeight, int32_t xMax) {
+        std::vector<uint8_t> bytes = sound;
         const std::size_t place = valuePlace(bytes, "tiles", "tiledesc");
         patchInt(bytes, place, tileWidth);
         patchInt(bytes, place + 4, tileHeight);
@@ -293,27 +294,27 @@ TEST(ExrSize, MayBeHeldByFewBytesOfFlatColour) {
             ExrSheet sheet = sheetOf(1500, 300);
             sheet.compression = static_cast<Imf::Compression>(compression);
             for (const char* const name : {"R", "G", "B", "A"})
-                sheet.layers.push_back({name, type, std::vector<std::uint32_t>(1500 * 300, 0)});
+                sheet.layers.push_back({name, type, std::vector<uint32_t>(1500 * 300, 0)});
             const Picture picture = decode(exrOf(sheet));
             EXPECT_EQ(picture.samples.size(), picture.byteCount());
             EXPECT_TRUE(std::all_of(picture.samples.begin(), picture.samples.end(),
-                                    [](std::uint8_t byte) { return byte == 0; }));
+                                    [](uint8_t byte) { return byte == 0; }));
         }
     }
 }
 
 TEST(ExrHeaders, ThatTellOfMoreThanThereIsAreRefused) {
     ExrSheet sheet = sheetOf(2, 2);
-    addLayers(sheet, Channels::Rgb, SampleType::Half, 1);
+    addLayers(sheet, Channels::kRgb, SampleType::kHalf, 1);
     sheet.moreAttributes = [](Imf::Header& header) {
         header.insert("words", Imf::StringVectorAttribute({"one", "two"}));
         header.setPreviewImage(Imf::PreviewImage(2, 2));
         header.insert("real", Imf::FloatAttribute(1.0F));
     };
-    const std::vector<std::uint8_t> sound = exrOf(sheet);
+    const std::vector<uint8_t> sound = exrOf(sheet);
     EXPECT_EQ(refusalOf(decodeExr, sound), "");
-    const auto patched = [&sound](const char* name, const char* type, std::ptrdiff_t at, std::int32_t value) {
-        std::vector<std::uint8_t> bytes = sound;
+    const auto patched = [&sound](const char* name, const char* type, std::ptrdiff_t at, int32_t value) {
+        std::vector<uint8_t> bytes = sound;
         const auto place = static_cast<std::ptrdiff_t>(valuePlace(bytes, name, type)) + at;
         patchInt(bytes, static_cast<std::size_t>(place), value);
         return bytes;
@@ -324,16 +325,16 @@ TEST(ExrHeaders, ThatTellOfMoreThanThereIsAreRefused) {
     expectRefused(patched("words", "stringvector", -4, -5), {"attribute words"});
     expectRefused(patched("preview", "preview", 0, 0x10000), {"attribute preview"});
     expectRefused(patched("real", "float", -4, 8), {"damaged"});
-    std::vector<std::uint8_t> unknown = sound;
+    std::vector<uint8_t> unknown = sound;
     unknown[valuePlace(unknown, "compression", "compression")] = 77;
     expectRefused(unknown, {"number 77"});
 }
 
 TEST(ExrRoundTrip, IsExact) {
-    std::uint32_t seed = 100;
+    uint32_t seed = 100;
     for (const SampleType type : kTypes) {
         for (const Channels channels : kAllChannels) {
-            for (const std::uint32_t width : {1U, 2U, 7U, 301U}) {
+            for (const uint32_t width : {1U, 2U, 7U, 301U}) {
                 Picture picture = randomPicture(type, channels, width, 1 + seed % 150, seed);
                 ++seed;
                 const Picture again = decode(encodeExr(picture));
@@ -345,14 +346,14 @@ TEST(ExrRoundTrip, IsExact) {
 }
 
 TEST(ExrRoundTrip, KeepsALosslessCompression) {
-    std::uint32_t seed = 300;
-    for (std::uint8_t compression = 0; compression < Imf::B44_COMPRESSION; ++compression) {
+    uint32_t seed = 300;
+    for (uint8_t compression = 0; compression < Imf::B44_COMPRESSION; ++compression) {
         for (const SampleType type : kTypes) {
-            Picture picture = randomPicture(type, Channels::RgbAlpha, 65, 77, ++seed);
-            picture.format = FileFormat::Exr;
+            Picture picture = randomPicture(type, Channels::kRgbAlpha, 65, 77, ++seed);
+            picture.format = FileFormat::kExr;
             picture.notes = {{"compression", "compression", {compression}}};
-            const std::vector<std::uint8_t> bytes = encodeExr(picture);
-            const bool isCut = compression == Imf::PXR24_COMPRESSION && type == SampleType::Float;
+            const std::vector<uint8_t> bytes = encodeExr(picture);
+            const bool isCut = compression == Imf::PXR24_COMPRESSION && type == SampleType::kFloat;
             EXPECT_EQ(headerOf(bytes).compression(), static_cast<Imf::Compression>(isCut ? 3 : compression));
             const Picture again = decode(bytes);
             expectSame(again, picture);
@@ -385,7 +386,7 @@ TEST(ExrNotes, AreTheAttributesAndGoThroughUnchanged) {
     sheet.compression = Imf::PIZ_COMPRESSION;
     sheet.lineOrder = Imf::DECREASING_Y;
     sheet.moreAttributes = addAttributes;
-    addLayers(sheet, Channels::RgbAlpha, SampleType::Half, 1);
+    addLayers(sheet, Channels::kRgbAlpha, SampleType::kHalf, 1);
     const Picture first = decode(exrOf(sheet));
     std::vector<std::string> names;
     for (const PictureNote& note : first.notes)
@@ -397,7 +398,7 @@ TEST(ExrNotes, AreTheAttributesAndGoThroughUnchanged) {
                   "compression compression", "dataWindow box2i", "displayWindow box2i", "owner string",
                   "pixelAspectRatio float", "screenWindowCenter v2f", "screenWindowWidth float",
                   "timeCode timecode", "unheardOf somethingNew", "words stringvector", "xDensity float"}));
-    const std::vector<std::uint8_t> bytes = encodeExr(first);
+    const std::vector<uint8_t> bytes = encodeExr(first);
     const Imf::Header header = headerOf(bytes);
     EXPECT_EQ(header.dataWindow(), Imath::Box2i({-100, 40}, {-95, 44}));
     EXPECT_EQ(header.displayWindow(), Imath::Box2i({0, 0}, {1919, 1079}));
@@ -415,8 +416,8 @@ TEST(ExrNotes, AreTheAttributesAndGoThroughUnchanged) {
 }
 
 TEST(ExrNotes, ThatMakeNoSenseAreLeftOut) {
-    Picture picture = randomPicture(SampleType::Half, Channels::Rgb, 3, 2, 1);
-    picture.format = FileFormat::Exr;
+    Picture picture = randomPicture(SampleType::kHalf, Channels::kRgb, 3, 2, 1);
+    picture.format = FileFormat::kExr;
     picture.notes = {{"", "int", {1, 2, 3, 4}},
                      {"pixelAspectRatio", "int", {1, 2, 3, 4}},
                      {"xDensity", "float", {1, 2, 3}},
@@ -426,32 +427,32 @@ TEST(ExrNotes, ThatMakeNoSenseAreLeftOut) {
                      {"compression", "compression", {77}},
                      {"dataWindow", "box2i", {0, 0, 0, 0, 0, 0, 0, 0, 9, 0, 0, 0, 9, 0, 0, 0}},
                      {"282", "5", {72, 0, 0, 0, 1, 0, 0, 0}}};
-    const std::vector<std::uint8_t> bytes = encodeExr(picture);
+    const std::vector<uint8_t> bytes = encodeExr(picture);
     const Picture again = decode(bytes);
     expectSame(again, picture);
     ASSERT_EQ(again.notes.size(), 1U); // of an unknown type, and nobody's business
     EXPECT_TRUE(again.notes[0] == picture.notes.back());
-    picture.format = FileFormat::Tiff;
+    picture.format = FileFormat::kTiff;
     EXPECT_TRUE(decode(encodeExr(picture)).notes.empty());
 }
 
 TEST(ExrOutput, IsRefusedForWholeNumbers) {
-    EXPECT_THROW(encodeExr(randomPicture(SampleType::Uint8, Channels::Rgb, 2, 2, 1)), Failure);
+    EXPECT_THROW(encodeExr(randomPicture(SampleType::kUint8, Channels::kRgb, 2, 2, 1)), Failure);
 }
 
-std::vector<std::vector<std::uint8_t>> tinyFiles() {
-    std::vector<std::vector<std::uint8_t>> files;
+std::vector<std::vector<uint8_t>> tinyFiles() {
+    std::vector<std::vector<uint8_t>> files;
     for (int compression = 0; compression < Imf::NUM_COMPRESSION_METHODS; ++compression) {
         ExrSheet sheet = sheetOf(5, 3);
         sheet.x = 2;
         sheet.compression = static_cast<Imf::Compression>(compression);
         const bool isTiled = compression % 3 == 2;
         sheet.tileWidth = sheet.tileHeight = isTiled ? 4 : 0;
-        const SampleType type = compression % 2 == 0 ? SampleType::Half : SampleType::Float;
+        const SampleType type = compression % 2 == 0 ? SampleType::kHalf : SampleType::kFloat;
         const std::vector<float> values(15, 0.5F);
         for (const char* const name : {"R", "G", "B", "A"})
             sheet.layers.push_back(
-                {name, pixelType(type), type == SampleType::Half ? halves(values) : floats(values)});
+                {name, pixelType(type), type == SampleType::kHalf ? halves(values) : floats(values)});
         if (compression == Imf::ZIP_COMPRESSION)
             sheet.moreAttributes = addAttributes;
         files.push_back(exrOf(sheet));
@@ -461,7 +462,7 @@ std::vector<std::vector<std::uint8_t>> tinyFiles() {
     first.layers = {randomLayer("Z", Imf::HALF, first, 1)};
     second.name = "two";
     second.tileWidth = second.tileHeight = 2;
-    addLayers(second, Channels::GreyAlpha, SampleType::Half, 2);
+    addLayers(second, Channels::kGreyAlpha, SampleType::kHalf, 2);
     files.push_back(exrOf({first, second}));
     return files;
 }
@@ -469,7 +470,7 @@ std::vector<std::vector<std::uint8_t>> tinyFiles() {
 class TinyExr : public testing::TestWithParam<std::size_t> {};
 
 TEST_P(TinyExr, IsRefusedWhereverItEnds) {
-    const std::vector<std::uint8_t> file = tinyFiles()[GetParam()];
+    const std::vector<uint8_t> file = tinyFiles()[GetParam()];
     EXPECT_EQ(refusalOf(decodeExr, file), "");
     expectBeginningsRefused(decodeExr, file, file.size());
 }

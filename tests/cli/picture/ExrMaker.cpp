@@ -43,7 +43,7 @@ Imf::Header headerFor(const ExrSheet& sheet) {
     return header;
 }
 
-// The samples of the layers, in planes.
+/// The samples of the layers, in planes.
 class Planes {
 public:
     explicit Planes(const ExrSheet& sheet) {
@@ -70,14 +70,14 @@ private:
     Imf::FrameBuffer buffer_;
 };
 
-template <typename TiledFile>
+template <class TiledFile>
 void writeTiles(TiledFile& file, const ExrSheet& sheet) {
     const Planes planes(sheet);
     file.setFrameBuffer(planes.buffer());
     file.writeTiles(0, file.numXTiles() - 1, 0, file.numYTiles() - 1);
 }
 
-template <typename LineFile>
+template <class LineFile>
 void writeLines(LineFile& file, const ExrSheet& sheet) {
     const Planes planes(sheet);
     file.setFrameBuffer(planes.buffer());
@@ -86,29 +86,28 @@ void writeLines(LineFile& file, const ExrSheet& sheet) {
 
 } // namespace
 
-ExrLayer randomLayer(const std::string& name, Imf::PixelType type, const ExrSheet& sheet,
-                     std::uint32_t seed) {
+ExrLayer randomLayer(const std::string& name, Imf::PixelType type, const ExrSheet& sheet, uint32_t seed) {
     std::mt19937 random(seed);
     ExrLayer layer{name, type, {}};
     for (int i = 0; i < sheet.width * sheet.height; ++i)
-        layer.values.push_back(static_cast<std::uint32_t>(random()) >> (type == Imf::HALF ? 16 : 0));
+        layer.values.push_back(static_cast<uint32_t>(random()) >> (type == Imf::HALF ? 16 : 0));
     return layer;
 }
 
-std::vector<std::uint32_t> halves(const std::vector<float>& values) {
-    std::vector<std::uint32_t> bits;
+std::vector<uint32_t> halves(const std::vector<float>& values) {
+    std::vector<uint32_t> bits;
     for (const float value : values)
         bits.push_back(Imath::half(value).bits());
     return bits;
 }
 
-std::vector<std::uint32_t> floats(const std::vector<float>& values) {
-    std::vector<std::uint32_t> bits(values.size());
+std::vector<uint32_t> floats(const std::vector<float>& values) {
+    std::vector<uint32_t> bits(values.size());
     std::memcpy(bits.data(), values.data(), 4 * values.size());
     return bits;
 }
 
-std::vector<std::uint8_t> exrOf(const ExrSheet& sheet) {
+std::vector<uint8_t> exrOf(const ExrSheet& sheet) {
     const TestFolder folder;
     const std::string file = (folder / "made.exr").string();
     if (sheet.tileWidth != 0) {
@@ -121,7 +120,7 @@ std::vector<std::uint8_t> exrOf(const ExrSheet& sheet) {
     return bytesOf(file);
 }
 
-std::vector<std::uint8_t> exrOf(const std::vector<ExrSheet>& parts) {
+std::vector<uint8_t> exrOf(const std::vector<ExrSheet>& parts) {
     const TestFolder folder;
     const std::string file = (folder / "made.exr").string();
     {
@@ -143,7 +142,7 @@ std::vector<std::uint8_t> exrOf(const std::vector<ExrSheet>& parts) {
     return bytesOf(file);
 }
 
-std::vector<std::uint8_t> deepExr(int width, int height) {
+std::vector<uint8_t> deepExr(int width, int height) {
     const TestFolder folder;
     const std::string file = (folder / "deep.exr").string();
     {
@@ -170,17 +169,16 @@ std::vector<std::uint8_t> deepExr(int width, int height) {
     return bytesOf(file);
 }
 
-std::size_t valuePlace(const std::vector<std::uint8_t>& file, const std::string& name,
-                       const std::string& type) {
+std::size_t valuePlace(const std::vector<uint8_t>& file, const std::string& name, const std::string& type) {
     const std::string key = name + '\0' + type + '\0';
     const auto found = std::search(file.begin(), file.end(), key.begin(), key.end(),
-                                   [](std::uint8_t a, char b) { return a == static_cast<std::uint8_t>(b); });
+                                   [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); });
     if (found == file.end())
         throw std::runtime_error("no attribute " + name);
     return static_cast<std::size_t>(found - file.begin()) + key.size() + 4;
 }
 
-Imf::Header headerOf(const std::vector<std::uint8_t>& file) {
+Imf::Header headerOf(const std::vector<uint8_t>& file) {
     const TestFolder folder;
     writeBytes(folder / "read.exr", file);
     return Imf::InputFile((folder / "read.exr").string().c_str(), 0).header();

@@ -13,26 +13,26 @@ namespace {
 
 class LibraryMemory : public testing::TestWithParam<FileFormat> {
 protected:
-    // Rows so long that each of a library's own takes memory anew.
+    /// Rows so long that each of a library's own takes memory anew.
     static Picture widePicture() {
-        return randomPicture(sampleTypeIn(GetParam(), SampleType::Uint16), Channels::RgbAlpha, 30000, 3, 1);
+        return randomPicture(sampleTypeIn(GetParam(), SampleType::kUint16), Channels::kRgbAlpha, 30000, 3, 1);
     }
 };
 
 TEST_P(LibraryMemory, OfAReaderIsNoDamageOfTheFile) {
-    const std::vector<std::uint8_t> bytes = encodePicture(GetParam(), widePicture());
+    const std::vector<uint8_t> bytes = encodePicture(GetParam(), widePicture());
     EXPECT_EQ(endWithLittleMemory([&] { decodePicture(GetParam(), bytes, "wide"); }),
-              LittleMemoryEnd::Success);
+              LittleMemoryEnd::kSuccess);
 }
 
 TEST_P(LibraryMemory, OfAWriterIsNoFailureOfTheFile) {
     const Picture picture = widePicture();
-    EXPECT_EQ(endWithLittleMemory([&] { encodePicture(GetParam(), picture); }), LittleMemoryEnd::Success);
+    EXPECT_EQ(endWithLittleMemory([&] { encodePicture(GetParam(), picture); }), LittleMemoryEnd::kSuccess);
 }
 
 INSTANTIATE_TEST_SUITE_P(PictureFile, LibraryMemory,
-                         testing::Values(FileFormat::Png, FileFormat::Tiff, FileFormat::Exr,
-                                         FileFormat::Tga));
+                         testing::Values(FileFormat::kPng, FileFormat::kTiff, FileFormat::kExr,
+                                         FileFormat::kTga));
 
 #endif
 

@@ -17,7 +17,7 @@ std::string failureOf(Work work) {
     try {
         work();
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::File);
+        EXPECT_EQ(failure.code(), ExitCode::kFile);
         return failure.what();
     }
     return {};
@@ -30,8 +30,8 @@ struct Missing {
     std::array<uint8_t, 20> bytes; ///< a file of it begins so
 };
 
-constexpr Missing kMissing[] = {{FileFormat::Tiff, "TIFF", ".tif", {'I', 'I', 42}},
-                                {FileFormat::Exr, "OpenEXR", ".exr", {0x76, 0x2f, 0x31, 0x01}}};
+constexpr Missing kMissing[] = {{FileFormat::kTiff, "TIFF", ".tif", {'I', 'I', 42}},
+                                {FileFormat::kExr, "OpenEXR", ".exr", {0x76, 0x2f, 0x31, 0x01}}};
 
 std::string writtenTo(const std::filesystem::path& file, const Missing& missing) {
     writeBytes(file, {missing.bytes.begin(), missing.bytes.end()});

@@ -12,8 +12,9 @@
 namespace kovalune::tests {
 namespace {
 
-constexpr FileFormat kAll[] = {FileFormat::Png, FileFormat::Tiff, FileFormat::Exr, FileFormat::Tga};
-constexpr SampleType kTypes[] = {SampleType::Uint8, SampleType::Uint16, SampleType::Half, SampleType::Float};
+constexpr FileFormat kAll[] = {FileFormat::kPng, FileFormat::kTiff, FileFormat::kExr, FileFormat::kTga};
+constexpr SampleType kTypes[] = {SampleType::kUint8, SampleType::kUint16, SampleType::kHalf,
+                                 SampleType::kFloat};
 
 std::string endOf(FileFormat format) {
     const char* const ends[] = {".png", ".tif", ".exr", ".tga"};
@@ -21,33 +22,33 @@ std::string endOf(FileFormat format) {
 }
 
 Picture smallPicture(FileFormat format) {
-    Picture picture = randomPicture(sampleTypeIn(format, SampleType::Uint8), Channels::RgbAlpha, 9, 7, 1);
+    Picture picture = randomPicture(sampleTypeIn(format, SampleType::kUint8), Channels::kRgbAlpha, 9, 7, 1);
     picture.alphaKind = usualAlphaKind(format);
     return picture;
 }
 
-std::vector<std::uint8_t> fileOf(FileFormat format) {
+std::vector<uint8_t> fileOf(FileFormat format) {
     return encodePicture(format, smallPicture(format));
 }
 
-template <typename Work>
+template <class Work>
 std::string failureOf(Work work) {
     try {
         work();
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::File);
+        EXPECT_EQ(failure.code(), ExitCode::kFile);
         return failure.what();
     }
     return {};
 }
 
 TEST(PictureFile, TheEndOfANameTellsItsFormatWithoutCase) {
-    EXPECT_EQ(formatOfName("a/b.png"), FileFormat::Png);
-    EXPECT_EQ(formatOfName("b.x.PNG"), FileFormat::Png);
-    EXPECT_EQ(formatOfName("b.tif"), FileFormat::Tiff);
-    EXPECT_EQ(formatOfName("b.Tiff"), FileFormat::Tiff);
-    EXPECT_EQ(formatOfName("b.exr"), FileFormat::Exr);
-    EXPECT_EQ(formatOfName("絵 1.TGA"), FileFormat::Tga);
+    EXPECT_EQ(formatOfName("a/b.png"), FileFormat::kPng);
+    EXPECT_EQ(formatOfName("b.x.PNG"), FileFormat::kPng);
+    EXPECT_EQ(formatOfName("b.tif"), FileFormat::kTiff);
+    EXPECT_EQ(formatOfName("b.Tiff"), FileFormat::kTiff);
+    EXPECT_EQ(formatOfName("b.exr"), FileFormat::kExr);
+    EXPECT_EQ(formatOfName("絵 1.TGA"), FileFormat::kTga);
     for (const char* other : {"png", ".png", "a.jpg", "a.png/b", "a.pn", "", "a."})
         EXPECT_FALSE(formatOfName(other)) << other;
 }
@@ -64,15 +65,15 @@ TEST(PictureFile, AnOutputNeedsANameThatTellsAFormat) {
 
 TEST(PictureFile, EveryFormatHasANearestTypeForEverySample) {
     using enum SampleType;
-    const SampleType expected[4][4] = {{Uint8, Uint16, Uint16, Uint16},
-                                       {Uint8, Uint16, Half, Float},
-                                       {Half, Float, Half, Float},
-                                       {Uint8, Uint8, Uint8, Uint8}};
+    const SampleType expected[4][4] = {{kUint8, kUint16, kUint16, kUint16},
+                                       {kUint8, kUint16, kHalf, kFloat},
+                                       {kHalf, kFloat, kHalf, kFloat},
+                                       {kUint8, kUint8, kUint8, kUint8}};
     for (const FileFormat format : kAll) {
         for (const SampleType type : kTypes)
             EXPECT_EQ(sampleTypeIn(format, type), expected[static_cast<int>(format)][static_cast<int>(type)]);
         EXPECT_EQ(usualAlphaKind(format),
-                  format == FileFormat::Exr ? AlphaKind::Premultiplied : AlphaKind::Straight);
+                  format == FileFormat::kExr ? AlphaKind::kPremultiplied : AlphaKind::kStraight);
     }
 }
 
@@ -83,7 +84,7 @@ TEST_P(EachFormat, KeepsEverySampleOfEveryTypeAndKindOfPicture) {
         if (sampleTypeIn(GetParam(), type) != type)
             continue;
         for (const Channels channels :
-             {Channels::Grey, Channels::GreyAlpha, Channels::Rgb, Channels::RgbAlpha}) {
+             {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb, Channels::kRgbAlpha}) {
             Picture picture = randomPicture(type, channels, 33, 17, 3);
             picture.alphaKind = usualAlphaKind(GetParam());
             const Picture again = decodePicture(GetParam(), encodePicture(GetParam(), picture), "in");
@@ -128,7 +129,7 @@ TEST_P(EachFormat, IsRefusedIfEmptyOrOfNoKnownKind) {
     const std::filesystem::path file = folder / ("in" + endOf(GetParam()));
     writeBytes(file, {});
     EXPECT_TRUE(failureOf([&] { readPicture(file); }).ends_with("it is empty"));
-    writeBytes(file, std::vector<std::uint8_t>(1000, 'x'));
+    writeBytes(file, std::vector<uint8_t>(1000, 'x'));
     const std::string text = failureOf([&] { readPicture(file); });
     EXPECT_TRUE(text.ends_with(std::string(formatName(GetParam())) + " file")) << text;
     std::filesystem::remove(file);

@@ -13,17 +13,17 @@
 namespace kovalune::tests {
 namespace {
 
-using Bytes = std::vector<std::uint8_t>;
+using Bytes = std::vector<uint8_t>;
 
 Picture decoded(const Bytes& bytes) {
-    return decodePicture(FileFormat::Tga, bytes, "in.tga");
+    return decodePicture(FileFormat::kTga, bytes, "in.tga");
 }
 
 std::string refusal(const Bytes& bytes) {
     try {
         decoded(bytes);
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::File);
+        EXPECT_EQ(failure.code(), ExitCode::kFile);
         const std::string text = failure.what();
         EXPECT_TRUE(text.starts_with("cannot read 'in.tga': ")) << text;
         return text;
@@ -31,7 +31,7 @@ std::string refusal(const Bytes& bytes) {
     return {};
 }
 
-// 2 x 2 pixels of colour, rows from the top.
+/// 2 x 2 pixels of colour, rows from the top.
 TgaParts fourColours() {
     TgaParts parts;
     parts.width = 2;
@@ -49,14 +49,14 @@ TgaParts paletteFile(int indexBytes) {
     parts.height = 1;
     parts.depth = 8 * indexBytes;
     parts.palette = {3, 2, 1, 6, 5, 4};
-    for (const std::uint8_t index : Bytes{1, 0, 1}) {
+    for (const uint8_t index : Bytes{1, 0, 1}) {
         parts.pixels.push_back(index);
         parts.pixels.resize(parts.pixels.size() + static_cast<std::size_t>(indexBytes) - 1);
     }
     return parts;
 }
 
-// 5 x 2 pixels: a run over the end of the row, then single ones.
+/// 5 x 2 pixels: a run over the end of the row, then single ones.
 TgaParts runs() {
     TgaParts parts;
     parts.type = 10;
@@ -72,8 +72,8 @@ class OutAndIn : public testing::TestWithParam<std::tuple<Channels, AlphaKind>> 
 
 TEST_P(OutAndIn, KeepsEverySample) {
     const auto& [channels, kind] = GetParam();
-    for (const std::uint32_t width : {1U, 2U, 3U, 127U, 128U, 129U, 300U}) {
-        Picture picture = randomPicture(SampleType::Uint8, channels, width, 5, width);
+    for (const uint32_t width : {1U, 2U, 3U, 127U, 128U, 129U, 300U}) {
+        Picture picture = randomPicture(SampleType::kUint8, channels, width, 5, width);
         // Runs of every length, with all that random samples have between them.
         const std::size_t step = channelCount(channels);
         for (std::size_t place = step; place < picture.samples.size(); ++place) {
@@ -81,32 +81,33 @@ TEST_P(OutAndIn, KeepsEverySample) {
                 picture.samples[place] = picture.samples[place - step];
         }
         picture.alphaKind = kind;
-        picture.format = FileFormat::Tga;
-        const Picture again = decoded(encodePicture(FileFormat::Tga, picture));
+        picture.format = FileFormat::kTga;
+        const Picture again = decoded(encodePicture(FileFormat::kTga, picture));
         EXPECT_EQ(again.samples, picture.samples);
         EXPECT_EQ(again.channels, channels);
         EXPECT_EQ(again.width, width);
         EXPECT_EQ(again.height, 5U);
-        EXPECT_EQ(again.sampleType, SampleType::Uint8);
-        EXPECT_EQ(again.format, FileFormat::Tga);
-        EXPECT_EQ(again.alphaKind, hasAlpha(channels) ? kind : AlphaKind::Straight);
+        EXPECT_EQ(again.sampleType, SampleType::kUint8);
+        EXPECT_EQ(again.format, FileFormat::kTga);
+        EXPECT_EQ(again.alphaKind, hasAlpha(channels) ? kind : AlphaKind::kStraight);
     }
 }
 
 INSTANTIATE_TEST_SUITE_P(TgaFile, OutAndIn,
-                         testing::Combine(testing::Values(Channels::Grey, Channels::GreyAlpha, Channels::Rgb,
-                                                          Channels::RgbAlpha),
-                                          testing::Values(AlphaKind::Straight, AlphaKind::Premultiplied)));
+                         testing::Combine(testing::Values(Channels::kGrey, Channels::kGreyAlpha,
+                                                          Channels::kRgb, Channels::kRgbAlpha),
+                                          testing::Values(AlphaKind::kStraight, AlphaKind::kPremultiplied)));
 
 TEST(TgaFile, RandomSamplesStayToo) {
-    for (const Channels channels : {Channels::Grey, Channels::GreyAlpha, Channels::Rgb, Channels::RgbAlpha}) {
-        const Picture picture = randomPicture(SampleType::Uint8, channels, 301, 7, 5);
+    for (const Channels channels :
+         {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb, Channels::kRgbAlpha}) {
+        const Picture picture = randomPicture(SampleType::kUint8, channels, 301, 7, 5);
         EXPECT_EQ(decoded(encodeTga(picture)).samples, picture.samples);
     }
 }
 
 TEST(TgaFile, AlphaOfZeroEverywhereStaysAlphaInAFileOfOurs) {
-    const Picture picture = pictureWith(SampleType::Uint8, Channels::RgbAlpha, 2, {1, 2, 3, 0, 4, 5, 6, 0});
+    const Picture picture = pictureWith(SampleType::kUint8, Channels::kRgbAlpha, 2, {1, 2, 3, 0, 4, 5, 6, 0});
     EXPECT_EQ(decoded(encodeTga(picture)).samples, picture.samples);
 }
 
@@ -131,25 +132,25 @@ TEST(TgaFile, GreyIsReadWithAlphaAndWithout) {
     parts.height = 1;
     parts.depth = 8;
     parts.pixels = {1, 2, 3};
-    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::Grey);
+    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kGrey);
     EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{1, 2, 3}));
     parts.depth = 16;
     parts.descriptor = 0x28;
     parts.pixels = {1, 200, 2, 0, 3, 255};
-    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::GreyAlpha);
+    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kGreyAlpha);
     EXPECT_EQ(decoded(tgaFile(parts)).samples, parts.pixels);
 }
 
 TEST(TgaFile, APaletteComesOutAsItsColours) {
     for (const int indexBytes : {1, 2}) {
         const TgaParts parts = paletteFile(indexBytes);
-        EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::Rgb);
+        EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kRgb);
         EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{4, 5, 6, 1, 2, 3, 4, 5, 6}));
     }
     TgaParts parts = paletteFile(1);
     parts.palette = {3, 2, 1, 0, 6, 5, 4, 9};
     parts.paletteDepth = 32;
-    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::RgbAlpha);
+    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kRgbAlpha);
     EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{4, 5, 6, 9, 1, 2, 3, 0, 4, 5, 6, 9}));
     parts = paletteFile(1);
     parts.type = 9;
@@ -176,7 +177,7 @@ TEST(TgaFile, FifteenBitsOfColourAreWidened) {
     parts.pixels = {0xff, 0x7f, 0x00, 0x7c, 0x21, 0x84}; // white, red, a dark grey with the sixteenth bit
     for (const int depth : {15, 16}) {
         parts.depth = depth;
-        EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::Rgb);
+        EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kRgb);
         EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{255, 255, 255, 255, 0, 0, 8, 8, 8}));
     }
 }
@@ -196,19 +197,19 @@ TEST(TgaFile, AlphaThatTheHeaderDeniesCountsUnlessItIsZeroEverywhere) {
     parts.pixels = {3, 2, 1, 0, 6, 5, 4, 9};
     EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{1, 2, 3, 0, 4, 5, 6, 9}));
     parts.pixels[7] = 0;
-    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::Rgb);
+    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kRgb);
     EXPECT_EQ(decoded(tgaFile(parts)).samples, (Bytes{1, 2, 3, 4, 5, 6}));
     parts.descriptor = 0x28;
-    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::RgbAlpha);
+    EXPECT_EQ(decoded(tgaFile(parts)).channels, Channels::kRgbAlpha);
 }
 
 TEST(TgaFile, TheExtensionAreaTellsWhetherAlphaWasMultiplied) {
     TgaParts parts = runs();
-    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::Straight);
+    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::kStraight);
     parts.extension = tgaExtensionArea(3);
-    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::Straight);
+    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::kStraight);
     parts.extension = tgaExtensionArea(4);
-    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::Premultiplied);
+    EXPECT_EQ(decoded(tgaFile(parts)).alphaKind, AlphaKind::kPremultiplied);
 }
 
 TEST(TgaFile, TheExtensionAreaStaysButForTheTablesItPointsTo) {
@@ -220,9 +221,9 @@ TEST(TgaFile, TheExtensionAreaStaysButForTheTablesItPointsTo) {
     Bytes expected = parts.extension;
     expected[482] = 0;
     EXPECT_EQ(again.notes[0].bytes, expected);
-    EXPECT_EQ(again.alphaKind, AlphaKind::Premultiplied);
-    picture.alphaKind = AlphaKind::Straight;
-    EXPECT_EQ(decoded(encodeTga(picture)).alphaKind, AlphaKind::Straight);
+    EXPECT_EQ(again.alphaKind, AlphaKind::kPremultiplied);
+    picture.alphaKind = AlphaKind::kStraight;
+    EXPECT_EQ(decoded(encodeTga(picture)).alphaKind, AlphaKind::kStraight);
 }
 
 TEST(TgaFile, AnAreaThatIsNotWhereTheFooterSaysIsNone) {
@@ -230,11 +231,11 @@ TEST(TgaFile, AnAreaThatIsNotWhereTheFooterSaysIsNone) {
     parts.extension = tgaExtensionArea(4);
     const Bytes sound = tgaFile(parts);
     const std::size_t place = sound.size() - 26;
-    for (const std::uint32_t wrong : {0U, 17U, 0xffffffffU, static_cast<std::uint32_t>(place - 494)}) {
+    for (const uint32_t wrong : {0U, 17U, 0xffffffffU, static_cast<uint32_t>(place - 494)}) {
         Bytes bytes = sound;
         for (std::size_t i = 0; i < 4; ++i)
-            bytes[place + i] = static_cast<std::uint8_t>(wrong >> 8 * i);
-        EXPECT_EQ(decoded(bytes).alphaKind, AlphaKind::Straight) << wrong;
+            bytes[place + i] = static_cast<uint8_t>(wrong >> 8 * i);
+        EXPECT_EQ(decoded(bytes).alphaKind, AlphaKind::kStraight) << wrong;
         EXPECT_TRUE(decoded(bytes).notes.empty()) << wrong;
     }
 }
@@ -257,12 +258,12 @@ TEST_P(CutTga, AnyByteMayBeWrong) {
     for (std::size_t place = 0; place < sound.size(); ++place) {
         for (int value = 0; value < 256; ++value) {
             Bytes bytes = sound;
-            bytes[place] = static_cast<std::uint8_t>(value);
+            bytes[place] = static_cast<uint8_t>(value);
             try {
                 const Picture read = decoded(bytes);
                 ASSERT_EQ(read.samples.size(), read.byteCount());
             } catch (const Failure& failure) {
-                ASSERT_EQ(failure.code(), ExitCode::File);
+                ASSERT_EQ(failure.code(), ExitCode::kFile);
             }
         }
     }
@@ -272,7 +273,7 @@ INSTANTIATE_TEST_SUITE_P(TgaFile, CutTga,
                          testing::Values(fourColours(), paletteFile(1), paletteFile(2), runs()));
 
 TEST(TgaFile, AHeaderThatIsWrongIsRefused) {
-    const auto withByte = [](Bytes bytes, std::size_t place, std::uint8_t value) {
+    const auto withByte = [](Bytes bytes, std::size_t place, uint8_t value) {
         bytes[place] = value;
         return bytes;
     };
@@ -284,9 +285,9 @@ TEST(TgaFile, AHeaderThatIsWrongIsRefused) {
     expectRefusal(withByte(sound, 1, 1), "not a TGA file");   // a palette of colours
     expectRefusal(withByte(sound, 1, 2), "not a TGA file");   // neither with nor without one
     expectRefusal(withByte(palette, 1, 0), "not a TGA file"); // no palette
-    for (const std::uint8_t type : Bytes{0, 1, 4, 8, 32, 255})
+    for (const uint8_t type : Bytes{0, 1, 4, 8, 32, 255})
         expectRefusal(withByte(sound, 2, type), "not a TGA file");
-    for (const std::uint8_t depth : Bytes{0, 1, 8, 23, 64})
+    for (const uint8_t depth : Bytes{0, 1, 8, 23, 64})
         expectRefusal(withByte(sound, 16, depth), "not a TGA file");
     expectRefusal(withByte(sound, 17, 0x60), "not a TGA file"); // rows in another order
     expectRefusal(withByte(palette, 7, 9), "not a TGA file");

@@ -6,21 +6,21 @@ namespace kovalune::tests {
 
 namespace {
 
-void append(std::vector<std::uint8_t>& bytes, std::size_t number, int count) {
+void append(std::vector<uint8_t>& bytes, std::size_t number, int count) {
     for (int i = 0; i < count; ++i)
-        bytes.push_back(static_cast<std::uint8_t>(number >> 8 * i));
+        bytes.push_back(static_cast<uint8_t>(number >> 8 * i));
 }
 
-void append(std::vector<std::uint8_t>& bytes, const std::vector<std::uint8_t>& more) {
+void append(std::vector<uint8_t>& bytes, const std::vector<uint8_t>& more) {
     bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
 } // namespace
 
-std::vector<std::uint8_t> tgaFile(const TgaParts& parts) {
+std::vector<uint8_t> tgaFile(const TgaParts& parts) {
     const bool hasPalette = !parts.palette.empty();
     const auto entryBytes = static_cast<std::size_t>((parts.paletteDepth + 7) / 8);
-    std::vector<std::uint8_t> bytes;
+    std::vector<uint8_t> bytes;
     append(bytes, parts.text.size(), 1);
     append(bytes, hasPalette ? 1 : 0, 1);
     append(bytes, static_cast<std::size_t>(parts.type), 1);
@@ -41,13 +41,13 @@ std::vector<std::uint8_t> tgaFile(const TgaParts& parts) {
         append(bytes, parts.extension);
         append(bytes, place, 4);
         append(bytes, 0, 4);
-        append(bytes, std::vector<std::uint8_t>(kSignature.begin(), kSignature.end()));
+        append(bytes, std::vector<uint8_t>(kSignature.begin(), kSignature.end()));
     }
     return bytes;
 }
 
-std::vector<std::uint8_t> tgaExtensionArea(std::uint8_t alphaType) {
-    std::vector<std::uint8_t> area(495);
+std::vector<uint8_t> tgaExtensionArea(uint8_t alphaType) {
+    std::vector<uint8_t> area(495);
     area[0] = 0xef;
     area[1] = 0x01;
     area[2] = 'a'; // the author

@@ -7,22 +7,22 @@
 namespace kovalune::tests {
 
 struct TgaParts {
-    int type = 2; // 1 palette, 2 colour, 3 grey; 8 more with run lengths
+    int type = 2; ///< 1 palette, 2 colour, 3 grey; 8 more with run lengths
     int width = 0;
     int height = 0;
     int depth = 24;
-    int descriptor = 0x20; // bits of alpha; 0x10 from the right, 0x20 from the top
-    std::vector<std::uint8_t> text;
-    std::vector<std::uint8_t> palette; // as it stands
+    int descriptor = 0x20; ///< bits of alpha; 0x10 from the right, 0x20 from the top
+    std::vector<uint8_t> text;
+    std::vector<uint8_t> palette; ///< as it stands
     int paletteDepth = 24;
     int paletteStart = 0;
-    std::vector<std::uint8_t> pixels; // as they stand
-    std::vector<std::uint8_t> extension;
+    std::vector<uint8_t> pixels; ///< as they stand
+    std::vector<uint8_t> extension;
 };
 
-std::vector<std::uint8_t> tgaFile(const TgaParts& parts);
+std::vector<uint8_t> tgaFile(const TgaParts& parts);
 
-// An extension area that says this of alpha: 3 straight, 4 multiplied.
-std::vector<std::uint8_t> tgaExtensionArea(std::uint8_t alphaType);
+/// An extension area that says this of alpha: 3 straight, 4 multiplied.
+std::vector<uint8_t> tgaExtensionArea(uint8_t alphaType);
 
 } // namespace kovalune::tests

@@ -12,28 +12,28 @@
 namespace kovalune::tests {
 namespace {
 
-// The bits of every sample.
-std::vector<std::uint32_t> bitsOf(const Picture& picture) {
+/// The bits of every sample.
+std::vector<uint32_t> bitsOf(const Picture& picture) {
     const std::size_t bytes = bytesPerSample(picture.sampleType);
-    std::vector<std::uint32_t> bits(picture.samples.size() / bytes);
+    std::vector<uint32_t> bits(picture.samples.size() / bytes);
     for (std::size_t i = 0; i < bits.size(); ++i)
         std::memcpy(&bits[i], picture.samples.data() + i * bytes, bytes); // low bytes first
     return bits;
 }
 
-TiffPage pageOf(std::uint16_t photometric, std::uint16_t bits, std::uint32_t width,
-                const std::vector<std::uint32_t>& values, std::uint16_t samples = 1) {
+TiffPage pageOf(uint16_t photometric, uint16_t bits, uint32_t width, const std::vector<uint32_t>& values,
+                uint16_t samples = 1) {
     TiffPage page;
     page.photometric = photometric;
     page.bits = bits;
     page.samples = samples;
     page.width = width;
-    page.height = static_cast<std::uint32_t>(values.size()) / samples / width;
+    page.height = static_cast<uint32_t>(values.size()) / samples / width;
     page.values = values;
     return page;
 }
 
-Picture decode(const std::vector<std::uint8_t>& bytes) {
+Picture decode(const std::vector<uint8_t>& bytes) {
     return decodeTiff(bytes, "in.tif");
 }
 
@@ -42,13 +42,13 @@ std::vector<double> read(const TiffPage& page) {
 }
 
 using Values = std::vector<double>;
-using Tags = std::vector<std::uint16_t>; // their values
+using Tags = std::vector<uint16_t>; // their values
 
 bool holds(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-void expectRefused(const std::vector<std::uint8_t>& bytes, const std::vector<std::string>& parts) {
+void expectRefused(const std::vector<uint8_t>& bytes, const std::vector<std::string>& parts) {
     const std::string text = refusalOf(decodeTiff, bytes);
     EXPECT_NE(text, "");
     for (const std::string& part : parts)
@@ -62,21 +62,22 @@ void expectSame(const Picture& picture, const Picture& expected) {
     EXPECT_EQ(picture.sampleType, expected.sampleType);
     EXPECT_EQ(picture.alphaKind, expected.alphaKind);
     EXPECT_TRUE(picture.samples == expected.samples);
-    EXPECT_EQ(picture.format, FileFormat::Tiff);
+    EXPECT_EQ(picture.format, FileFormat::kTiff);
     EXPECT_TRUE(picture.notes == expected.notes);
 }
 
-constexpr SampleType kAllTypes[] = {SampleType::Uint8, SampleType::Uint16, SampleType::Half,
-                                    SampleType::Float};
-constexpr Channels kAllChannels[] = {Channels::Grey, Channels::GreyAlpha, Channels::Rgb, Channels::RgbAlpha};
+constexpr SampleType kAllTypes[] = {SampleType::kUint8, SampleType::kUint16, SampleType::kHalf,
+                                    SampleType::kFloat};
+constexpr Channels kAllChannels[] = {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb,
+                                     Channels::kRgbAlpha};
 
-TiffPage randomPage(Channels channels, SampleType type, std::uint32_t seed) {
+TiffPage randomPage(Channels channels, SampleType type, uint32_t seed) {
     TiffPage page;
     page.width = 37;
     page.height = 21;
-    page.bits = static_cast<std::uint16_t>(8 * bytesPerSample(type));
+    page.bits = static_cast<uint16_t>(8 * bytesPerSample(type));
     page.format = isFloat(type) ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT;
-    page.samples = static_cast<std::uint16_t>(channelCount(channels));
+    page.samples = static_cast<uint16_t>(channelCount(channels));
     page.photometric = isGrey(channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB;
     if (hasAlpha(channels))
         page.extras = {EXTRASAMPLE_UNASSALPHA};
@@ -87,17 +88,17 @@ TiffPage randomPage(Channels channels, SampleType type, std::uint32_t seed) {
 struct Storage {
     const char* name;
     const char* mode;
-    std::uint16_t compression;
-    std::uint16_t planar;
-    std::uint32_t rowsPerStrip;
-    std::uint32_t tileWidth;
-    std::uint32_t tileHeight;
+    uint16_t compression;
+    uint16_t planar;
+    uint32_t rowsPerStrip;
+    uint32_t tileWidth;
+    uint32_t tileHeight;
 };
 
 class TiffStorage : public testing::TestWithParam<Storage> {};
 
 TEST_P(TiffStorage, GivesTheSamplesOfEveryKind) {
-    std::uint32_t seed = 1;
+    uint32_t seed = 1;
     for (const SampleType type : kAllTypes) {
         for (const Channels channels : kAllChannels) {
             TiffPage page = randomPage(channels, type, ++seed);
@@ -112,7 +113,7 @@ TEST_P(TiffStorage, GivesTheSamplesOfEveryKind) {
             EXPECT_EQ(picture.height, 21U);
             EXPECT_EQ(picture.channels, channels);
             EXPECT_EQ(picture.sampleType, type);
-            EXPECT_EQ(picture.alphaKind, AlphaKind::Straight);
+            EXPECT_EQ(picture.alphaKind, AlphaKind::kStraight);
             EXPECT_TRUE(bitsOf(picture) == page.values)
                 << static_cast<int>(type) << static_cast<int>(channels);
             EXPECT_TRUE(picture.leftOut.empty());
@@ -141,16 +142,16 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(TiffPredictor, IsUndone) {
     struct Case {
-        std::uint16_t predictor;
+        uint16_t predictor;
         SampleType type;
         const char* mode;
     };
-    for (const Case& each : {Case{PREDICTOR_HORIZONTAL, SampleType::Uint8, "wl"},
-                             Case{PREDICTOR_HORIZONTAL, SampleType::Uint16, "wl"},
-                             Case{PREDICTOR_HORIZONTAL, SampleType::Uint16, "wb"},
-                             Case{PREDICTOR_FLOATINGPOINT, SampleType::Half, "wl"},
-                             Case{PREDICTOR_FLOATINGPOINT, SampleType::Float, "wl"}}) {
-        TiffPage page = randomPage(Channels::RgbAlpha, each.type, 3);
+    for (const Case& each : {Case{PREDICTOR_HORIZONTAL, SampleType::kUint8, "wl"},
+                             Case{PREDICTOR_HORIZONTAL, SampleType::kUint16, "wl"},
+                             Case{PREDICTOR_HORIZONTAL, SampleType::kUint16, "wb"},
+                             Case{PREDICTOR_FLOATINGPOINT, SampleType::kHalf, "wl"},
+                             Case{PREDICTOR_FLOATINGPOINT, SampleType::kFloat, "wl"}}) {
+        TiffPage page = randomPage(Channels::kRgbAlpha, each.type, 3);
         page.compression = COMPRESSION_LZW;
         page.mode = each.mode;
         page.moreTags = [&each](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_PREDICTOR, each.predictor); };
@@ -190,7 +191,7 @@ TEST(TiffFillOrder, MayBeTheOther) {
     EXPECT_EQ(read(page), (Values{255, 255, 0, 255}));
 }
 
-class TiffFax : public testing::TestWithParam<std::uint16_t> {};
+class TiffFax : public testing::TestWithParam<uint16_t> {};
 
 TEST_P(TiffFax, IsRead) {
     TiffPage page = pageOf(PHOTOMETRIC_MINISWHITE, 1, 40, {});
@@ -208,16 +209,16 @@ INSTANTIATE_TEST_SUITE_P(Each, TiffFax,
                          testing::Values(COMPRESSION_CCITTRLE, COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4));
 
 TEST(TiffPalette, GivesItsColours) {
-    const std::vector<std::uint32_t> indices = {0, 3, 2, 1};
+    const std::vector<uint32_t> indices = {0, 3, 2, 1};
     TiffPage page = pageOf(PHOTOMETRIC_PALETTE, 2, 4, indices);
     // Bytes repeated, bytes in the high half, bytes as they are.
     for (const int factor : {257, 256, 1}) {
         page.palette.clear();
         for (const int value : {0, 10, 20, 255, 1, 11, 21, 254, 2, 12, 22, 253})
-            page.palette.push_back(static_cast<std::uint16_t>(value * factor));
+            page.palette.push_back(static_cast<uint16_t>(value * factor));
         const Picture picture = decode(tiffOf(page));
-        EXPECT_EQ(picture.channels, Channels::Rgb);
-        EXPECT_EQ(picture.sampleType, SampleType::Uint8);
+        EXPECT_EQ(picture.channels, Channels::kRgb);
+        EXPECT_EQ(picture.sampleType, SampleType::kUint8);
         EXPECT_EQ(valuesOf(picture), (Values{0, 1, 2, 255, 254, 253, 20, 21, 22, 10, 11, 12})) << factor;
     }
 }
@@ -226,12 +227,12 @@ TEST(TiffPalette, OfFinerColoursIsOf16Bits) {
     TiffPage page = pageOf(PHOTOMETRIC_PALETTE, 1, 3, {1, 0, 1});
     page.palette = {1, 65535, 300, 40000, 0, 257};
     const Picture picture = decode(tiffOf(page));
-    EXPECT_EQ(picture.sampleType, SampleType::Uint16);
+    EXPECT_EQ(picture.sampleType, SampleType::kUint16);
     EXPECT_EQ(valuesOf(picture), (Values{65535, 40000, 257, 1, 300, 0, 65535, 40000, 257}));
 }
 
 TEST(TiffPalette, MayHaveAlpha) {
-    for (const std::uint16_t planar : Tags{PLANARCONFIG_CONTIG, PLANARCONFIG_SEPARATE}) {
+    for (const uint16_t planar : Tags{PLANARCONFIG_CONTIG, PLANARCONFIG_SEPARATE}) {
         TiffPage page = pageOf(PHOTOMETRIC_PALETTE, 8, 2, {7, 100, 255, 3}, 2);
         page.planar = planar;
         page.extras = {EXTRASAMPLE_UNASSALPHA};
@@ -248,27 +249,27 @@ TEST(TiffPalette, MayHaveAlpha) {
 TEST(TiffAlpha, IsOfTheKindThatTheFileSays) {
     TiffPage page = pageOf(PHOTOMETRIC_RGB, 8, 1, {1, 2, 3, 4}, 4);
     page.extras = {EXTRASAMPLE_ASSOCALPHA};
-    EXPECT_EQ(decode(tiffOf(page)).alphaKind, AlphaKind::Premultiplied);
+    EXPECT_EQ(decode(tiffOf(page)).alphaKind, AlphaKind::kPremultiplied);
     page.extras = {EXTRASAMPLE_UNASSALPHA};
-    EXPECT_EQ(decode(tiffOf(page)).alphaKind, AlphaKind::Straight);
+    EXPECT_EQ(decode(tiffOf(page)).alphaKind, AlphaKind::kStraight);
     page.extras = {EXTRASAMPLE_UNSPECIFIED};
     const Picture unspecified = decode(tiffOf(page));
-    EXPECT_EQ(unspecified.alphaKind, AlphaKind::Straight);
-    EXPECT_EQ(unspecified.channels, Channels::RgbAlpha);
-    std::vector<std::uint8_t> unnamed = tiffOf(page);
+    EXPECT_EQ(unspecified.alphaKind, AlphaKind::kStraight);
+    EXPECT_EQ(unspecified.channels, Channels::kRgbAlpha);
+    std::vector<uint8_t> unnamed = tiffOf(page);
     unnamed[entryPlace(unnamed, TIFFTAG_EXTRASAMPLES)] ^= 0x40; // a tag that nobody knows
-    EXPECT_EQ(decode(unnamed).channels, Channels::RgbAlpha);
-    EXPECT_EQ(decode(unnamed).alphaKind, AlphaKind::Straight);
+    EXPECT_EQ(decode(unnamed).channels, Channels::kRgbAlpha);
+    EXPECT_EQ(decode(unnamed).alphaKind, AlphaKind::kStraight);
 }
 
 TEST(TiffAlpha, IsFoundAmongOtherSamplesWhichAreNamed) {
-    for (const std::uint16_t planar : Tags{PLANARCONFIG_CONTIG, PLANARCONFIG_SEPARATE}) {
+    for (const uint16_t planar : Tags{PLANARCONFIG_CONTIG, PLANARCONFIG_SEPARATE}) {
         TiffPage page = pageOf(PHOTOMETRIC_RGB, 16, 2, {1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12}, 6);
         page.planar = planar;
         page.extras = {EXTRASAMPLE_UNSPECIFIED, EXTRASAMPLE_ASSOCALPHA, EXTRASAMPLE_UNSPECIFIED};
         Picture picture = decode(tiffOf(page));
         EXPECT_EQ(valuesOf(picture), (Values{1, 2, 3, 5, 7, 8, 9, 11}));
-        EXPECT_EQ(picture.alphaKind, AlphaKind::Premultiplied);
+        EXPECT_EQ(picture.alphaKind, AlphaKind::kPremultiplied);
         EXPECT_EQ(picture.leftOut, (std::vector<std::string>{"extra sample 1", "extra sample 3"}));
         page.extras = {EXTRASAMPLE_UNSPECIFIED, EXTRASAMPLE_UNSPECIFIED, EXTRASAMPLE_UNSPECIFIED};
         picture = decode(tiffOf(page));
@@ -287,8 +288,8 @@ TEST(TiffPages, BehindTheFirstAreNamedOnly) {
 // JPEG keeps flat colours nearly.
 TEST(TiffJpeg, IsReadAsGreyOrRgb) {
     struct Case {
-        std::uint16_t photometric;
-        std::uint16_t samples;
+        uint16_t photometric;
+        uint16_t samples;
     };
     for (const Case& each :
          {Case{PHOTOMETRIC_MINISBLACK, 1}, Case{PHOTOMETRIC_RGB, 3}, Case{PHOTOMETRIC_YCBCR, 3}}) {
@@ -303,11 +304,11 @@ TEST(TiffJpeg, IsReadAsGreyOrRgb) {
             TIFFSetField(tiff, TIFFTAG_JPEGQUALITY, 100);
             TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
         };
-        const std::uint32_t colour[] = {200, 90, 30};
+        const uint32_t colour[] = {200, 90, 30};
         for (std::size_t i = 0; i < std::size_t{40} * 35 * each.samples; ++i)
             page.values.push_back(colour[i % each.samples]);
         const Picture picture = decode(tiffOf(page));
-        EXPECT_EQ(picture.channels, each.samples == 1 ? Channels::Grey : Channels::Rgb);
+        EXPECT_EQ(picture.channels, each.samples == 1 ? Channels::kGrey : Channels::kRgb);
         ASSERT_EQ(picture.samples.size(), page.values.size());
         for (std::size_t i = 0; i < page.values.size(); ++i)
             ASSERT_NEAR(picture.samples[i], static_cast<int>(colour[i % each.samples]), 2) << i;
@@ -341,9 +342,9 @@ TEST(TiffRefusal, NamesWhatIsNotRead) {
 }
 
 TEST(TiffRefusal, NamesTheCompressionAndTheColours) {
-    const std::vector<std::uint8_t> sound = tiffOf(pageOf(PHOTOMETRIC_RGB, 8, 1, {1, 2, 3}, 3));
-    const auto with = [&sound](std::uint16_t tag, std::uint32_t value) {
-        std::vector<std::uint8_t> bytes = sound;
+    const std::vector<uint8_t> sound = tiffOf(pageOf(PHOTOMETRIC_RGB, 8, 1, {1, 2, 3}, 3));
+    const auto with = [&sound](uint16_t tag, uint32_t value) {
+        std::vector<uint8_t> bytes = sound;
         patchEntry(bytes, tag, value);
         return bytes;
     };
@@ -354,20 +355,19 @@ TEST(TiffRefusal, NamesTheCompressionAndTheColours) {
     expectRefused(with(TIFFTAG_COMPRESSION, 12345), {"compression 12345"});
     expectRefused(with(TIFFTAG_PHOTOMETRIC, PHOTOMETRIC_YCBCR), {"YCbCr"});
     expectRefused(with(TIFFTAG_PHOTOMETRIC, 777), {"777"});
-    std::vector<std::uint8_t> without = sound;
+    std::vector<uint8_t> without = sound;
     without[entryPlace(without, TIFFTAG_PHOTOMETRIC)] ^= 0x08;
     expectRefused(without, {"photometric"});
 }
 
 TEST(TiffSize, OfAHeaderIsCheckedFirst) {
-    for (const std::uint16_t compression :
-         Tags{COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
+    for (const uint16_t compression : Tags{COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE}) {
         TiffPage page = pageOf(PHOTOMETRIC_RGB, 8, 1, {1, 2, 3}, 3);
         page.compression = compression;
         page.rowsPerStrip = 0xffffffff;
-        const std::vector<std::uint8_t> sound = tiffOf(page);
-        const auto sized = [&sound](std::uint32_t width, std::uint32_t height) {
-            std::vector<std::uint8_t> bytes = sound;
+        const std::vector<uint8_t> sound = tiffOf(page);
+        const auto sized = [&sound](uint32_t width, uint32_t height) {
+            std::vector<uint8_t> bytes = sound;
             patchEntry(bytes, TIFFTAG_IMAGEWIDTH, width);
             patchEntry(bytes, TIFFTAG_IMAGELENGTH, height);
             return bytes;
@@ -384,7 +384,7 @@ TEST(TiffSize, OfAHeaderIsCheckedFirst) {
 TEST(TiffSize, OfATileIsCheckedToo) {
     TiffPage page = pageOf(PHOTOMETRIC_MINISBLACK, 8, 2, {1, 2});
     page.tileWidth = page.tileHeight = 16;
-    std::vector<std::uint8_t> bytes = tiffOf(page);
+    std::vector<uint8_t> bytes = tiffOf(page);
     patchEntry(bytes, TIFFTAG_TILEWIDTH, 0x7ffffff0);
     expectRefused(bytes, {});
     patchEntry(bytes, TIFFTAG_TILEWIDTH, 30000);
@@ -393,18 +393,17 @@ TEST(TiffSize, OfATileIsCheckedToo) {
 }
 
 TEST(TiffSize, MayBeHeldByFewBytesOfFlatColour) {
-    TiffPage page = pageOf(PHOTOMETRIC_MINISBLACK, 8, 3000, std::vector<std::uint32_t>(3000 * 700, 7));
+    TiffPage page = pageOf(PHOTOMETRIC_MINISBLACK, 8, 3000, std::vector<uint32_t>(3000 * 700, 7));
     page.rowsPerStrip = 700;
-    for (const std::uint16_t compression :
-         Tags{COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS, COMPRESSION_LZMA,
-              COMPRESSION_ZSTD, COMPRESSION_JPEG}) {
+    for (const uint16_t compression : Tags{COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS,
+                                           COMPRESSION_LZMA, COMPRESSION_ZSTD, COMPRESSION_JPEG}) {
         page.compression = compression;
         const Picture picture = decode(tiffOf(page));
         EXPECT_EQ(picture.samples.size(), page.values.size()) << compression;
     }
     page.bits = 1;
     page.values.assign(page.values.size(), 0);
-    for (const std::uint16_t compression :
+    for (const uint16_t compression :
          Tags{COMPRESSION_CCITTFAX3, COMPRESSION_CCITTFAX4, COMPRESSION_CCITTRLE}) {
         page.compression = compression;
         const Picture picture = decode(tiffOf(page));
@@ -418,7 +417,7 @@ TEST(TiffKind, IsKnownByItsBeginning) {
     expectRefused({0x89, 'P', 'N', 'G', 13, 10, 26, 10, 0, 0}, {"not a TIFF"});
     expectRefused({'I', 'I', 42, 0, 0, 0}, {"cut short"});
     EXPECT_TRUE(beginsAsTiff(tiffOf(pageOf(PHOTOMETRIC_MINISBLACK, 8, 1, {1}))));
-    EXPECT_FALSE(beginsAsTiff(std::vector<std::uint8_t>{'I', 'I', 0, 42}));
+    EXPECT_FALSE(beginsAsTiff(std::vector<uint8_t>{'I', 'I', 0, 42}));
 }
 
 struct Form {
@@ -431,35 +430,35 @@ std::vector<Form> allForms() {
     std::vector<Form> forms;
     for (const SampleType type : kAllTypes) {
         for (const Channels channels : kAllChannels) {
-            forms.push_back({type, channels, AlphaKind::Straight});
+            forms.push_back({type, channels, AlphaKind::kStraight});
             if (hasAlpha(channels))
-                forms.push_back({type, channels, AlphaKind::Premultiplied});
+                forms.push_back({type, channels, AlphaKind::kPremultiplied});
         }
     }
     return forms;
 }
 
-Picture randomTiff(const Form& form, std::uint32_t width, std::uint32_t height, std::uint32_t seed) {
+Picture randomTiff(const Form& form, uint32_t width, uint32_t height, uint32_t seed) {
     Picture picture = randomPicture(form.type, form.channels, width, height, seed);
     picture.alphaKind = form.alphaKind;
-    picture.format = FileFormat::Tiff;
+    picture.format = FileFormat::kTiff;
     return picture;
 }
 
-std::vector<std::uint8_t> shortBytes(std::uint16_t value) {
-    std::vector<std::uint8_t> bytes(2);
+std::vector<uint8_t> shortBytes(uint16_t value) {
+    std::vector<uint8_t> bytes(2);
     std::memcpy(bytes.data(), &value, 2);
     return bytes;
 }
 
-PictureNote compressionNote(std::uint16_t compression) {
+PictureNote compressionNote(uint16_t compression) {
     return {"259", "3", shortBytes(compression)};
 }
 
 TEST(TiffRoundTrip, IsExact) {
-    std::uint32_t seed = 100;
+    uint32_t seed = 100;
     for (const Form& form : allForms()) {
-        for (const std::uint32_t width : {1U, 2U, 7U, 301U}) {
+        for (const uint32_t width : {1U, 2U, 7U, 301U}) {
             const Picture picture = randomTiff(form, width, 1 + seed % 150, seed);
             ++seed;
             expectSame(decode(encodeTiff(picture)), picture);
@@ -468,13 +467,13 @@ TEST(TiffRoundTrip, IsExact) {
 }
 
 TEST(TiffRoundTrip, KeepsALosslessCompression) {
-    std::uint32_t seed = 300;
-    for (const std::uint16_t compression :
+    uint32_t seed = 300;
+    for (const uint16_t compression :
          Tags{COMPRESSION_NONE, COMPRESSION_LZW, COMPRESSION_PACKBITS, COMPRESSION_LZMA, COMPRESSION_ZSTD}) {
         for (const Form& form : allForms()) {
             Picture picture = randomTiff(form, 33, 17, ++seed);
             picture.notes = {compressionNote(compression)};
-            const std::vector<std::uint8_t> bytes = encodeTiff(picture);
+            const std::vector<uint8_t> bytes = encodeTiff(picture);
             EXPECT_EQ(shortTagOf(bytes, TIFFTAG_COMPRESSION), compression);
             expectSame(decode(bytes), picture);
         }
@@ -487,41 +486,41 @@ TEST(TiffRoundTrip, UsesDeflateForTheOthers) {
     const Picture picture = decode(tiffOf(fax));
     EXPECT_EQ(shortTagOf(encodeTiff(picture), TIFFTAG_COMPRESSION), COMPRESSION_ADOBE_DEFLATE);
     Picture other = picture;
-    other.format = FileFormat::Png;
+    other.format = FileFormat::kPng;
     other.notes = {compressionNote(COMPRESSION_NONE)};
     EXPECT_EQ(shortTagOf(encodeTiff(other), TIFFTAG_COMPRESSION), COMPRESSION_ADOBE_DEFLATE);
 }
 
 TEST(TiffOutput, StoresDifferencesWhereThatHelps) {
-    const auto predictorOf = [](SampleType type, std::uint16_t compression) {
-        Picture picture = randomTiff({type, Channels::Rgb, AlphaKind::Straight}, 5, 5, 1);
+    const auto predictorOf = [](SampleType type, uint16_t compression) {
+        Picture picture = randomTiff({type, Channels::kRgb, AlphaKind::kStraight}, 5, 5, 1);
         picture.notes = {compressionNote(compression)};
         return shortTagOf(encodeTiff(picture), TIFFTAG_PREDICTOR);
     };
-    EXPECT_EQ(predictorOf(SampleType::Uint8, COMPRESSION_LZW), PREDICTOR_HORIZONTAL);
-    EXPECT_EQ(predictorOf(SampleType::Uint16, COMPRESSION_ZSTD), PREDICTOR_HORIZONTAL);
-    EXPECT_EQ(predictorOf(SampleType::Half, COMPRESSION_LZW), PREDICTOR_FLOATINGPOINT);
-    EXPECT_EQ(predictorOf(SampleType::Float, 8), PREDICTOR_FLOATINGPOINT);
+    EXPECT_EQ(predictorOf(SampleType::kUint8, COMPRESSION_LZW), PREDICTOR_HORIZONTAL);
+    EXPECT_EQ(predictorOf(SampleType::kUint16, COMPRESSION_ZSTD), PREDICTOR_HORIZONTAL);
+    EXPECT_EQ(predictorOf(SampleType::kHalf, COMPRESSION_LZW), PREDICTOR_FLOATINGPOINT);
+    EXPECT_EQ(predictorOf(SampleType::kFloat, 8), PREDICTOR_FLOATINGPOINT);
 }
 
 TEST(TiffOutput, SaysWhatTheAlphaIs) {
-    for (const AlphaKind kind : {AlphaKind::Straight, AlphaKind::Premultiplied}) {
-        Picture picture = randomTiff({SampleType::Uint8, Channels::RgbAlpha, kind}, 2, 2, 1);
-        const std::vector<std::uint8_t> bytes = encodeTiff(picture);
+    for (const AlphaKind kind : {AlphaKind::kStraight, AlphaKind::kPremultiplied}) {
+        Picture picture = randomTiff({SampleType::kUint8, Channels::kRgbAlpha, kind}, 2, 2, 1);
+        const std::vector<uint8_t> bytes = encodeTiff(picture);
         const std::size_t entry = entryPlace(bytes, TIFFTAG_EXTRASAMPLES);
         ASSERT_NE(entry, 0U);
-        EXPECT_EQ(bytes[entry + 8], kind == AlphaKind::Premultiplied ? 1 : 2);
+        EXPECT_EQ(bytes[entry + 8], kind == AlphaKind::kPremultiplied ? 1 : 2);
     }
 }
 
-std::vector<std::uint8_t> longs(const std::vector<std::uint32_t>& values) {
-    std::vector<std::uint8_t> bytes(values.size() * 4);
+std::vector<uint8_t> longs(const std::vector<uint32_t>& values) {
+    std::vector<uint8_t> bytes(values.size() * 4);
     std::memcpy(bytes.data(), values.data(), bytes.size());
     return bytes;
 }
 
-std::vector<std::uint8_t> text(const std::string& value) {
-    std::vector<std::uint8_t> bytes(value.begin(), value.end());
+std::vector<uint8_t> text(const std::string& value) {
+    std::vector<uint8_t> bytes(value.begin(), value.end());
     bytes.push_back(0);
     return bytes;
 }
@@ -576,29 +575,29 @@ TEST(TiffNotes, AreTakenFromBothByteOrders) {
 }
 
 TEST(TiffNotes, OfTheTransferFunctionFitTheSamples) {
-    std::vector<std::uint8_t> table;
-    for (std::uint16_t i = 0; i < 3 * 256; ++i) {
-        const std::vector<std::uint8_t> value = shortBytes(static_cast<std::uint16_t>(i * 50));
+    std::vector<uint8_t> table;
+    for (uint16_t i = 0; i < 3 * 256; ++i) {
+        const std::vector<uint8_t> value = shortBytes(static_cast<uint16_t>(i * 50));
         table.insert(table.end(), value.begin(), value.end());
     }
     const PictureNote three{"301", "3", table};
     table.resize(512);
     const PictureNote one{"301", "3", table};
     const auto kept = [](SampleType type, Channels channels, const PictureNote& note) {
-        Picture picture = randomTiff({type, channels, AlphaKind::Straight}, 2, 2, 1);
+        Picture picture = randomTiff({type, channels, AlphaKind::kStraight}, 2, 2, 1);
         picture.notes = {note};
         return decode(encodeTiff(picture)).notes;
     };
-    EXPECT_TRUE(kept(SampleType::Uint8, Channels::Grey, one) == std::vector{one});
-    EXPECT_TRUE(kept(SampleType::Uint8, Channels::GreyAlpha, one) == std::vector{one});
-    EXPECT_TRUE(kept(SampleType::Uint8, Channels::Rgb, three) == std::vector{three});
-    EXPECT_TRUE(kept(SampleType::Uint8, Channels::Grey, three).empty());
-    EXPECT_TRUE(kept(SampleType::Uint16, Channels::Rgb, three).empty());
-    EXPECT_TRUE(kept(SampleType::Float, Channels::Rgb, three).empty());
+    EXPECT_TRUE(kept(SampleType::kUint8, Channels::kGrey, one) == std::vector{one});
+    EXPECT_TRUE(kept(SampleType::kUint8, Channels::kGreyAlpha, one) == std::vector{one});
+    EXPECT_TRUE(kept(SampleType::kUint8, Channels::kRgb, three) == std::vector{three});
+    EXPECT_TRUE(kept(SampleType::kUint8, Channels::kGrey, three).empty());
+    EXPECT_TRUE(kept(SampleType::kUint16, Channels::kRgb, three).empty());
+    EXPECT_TRUE(kept(SampleType::kFloat, Channels::kRgb, three).empty());
 }
 
 TEST(TiffNotes, ThatMakeNoSenseAreLeftOut) {
-    Picture picture = randomTiff({SampleType::Uint8, Channels::Rgb, AlphaKind::Straight}, 2, 2, 1);
+    Picture picture = randomTiff({SampleType::kUint8, Channels::kRgb, AlphaKind::kStraight}, 2, 2, 1);
     picture.notes = {{"274", "3", {}},
                      {"274", "3", shortBytes(99)},
                      {"282", "3", {1, 2}},
@@ -616,9 +615,9 @@ std::vector<TiffPage> tinyPages() {
     plain.extras = {EXTRASAMPLE_ASSOCALPHA};
     plain.moreTags = [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_XRESOLUTION, 72.0); };
     std::vector<TiffPage> pages = {plain};
-    for (const std::uint16_t compression : Tags{COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE,
-                                                COMPRESSION_PACKBITS, COMPRESSION_LZMA, COMPRESSION_ZSTD}) {
-        TiffPage page = randomPage(Channels::GreyAlpha, SampleType::Uint16, compression);
+    for (const uint16_t compression : Tags{COMPRESSION_LZW, COMPRESSION_ADOBE_DEFLATE, COMPRESSION_PACKBITS,
+                                           COMPRESSION_LZMA, COMPRESSION_ZSTD}) {
+        TiffPage page = randomPage(Channels::kGreyAlpha, SampleType::kUint16, compression);
         page.width = 3;
         page.height = 5;
         page.compression = compression;
@@ -631,7 +630,7 @@ std::vector<TiffPage> tinyPages() {
         fillRandomly(page, 8);
         pages.push_back(page);
     }
-    TiffPage tiles = pageOf(PHOTOMETRIC_PALETTE, 1, 18, std::vector<std::uint32_t>(36, 1));
+    TiffPage tiles = pageOf(PHOTOMETRIC_PALETTE, 1, 18, std::vector<uint32_t>(36, 1));
     tiles.palette = {0, 1, 2, 3, 4, 65535};
     tiles.tileWidth = tiles.tileHeight = 16;
     pages.push_back(tiles);
@@ -640,7 +639,7 @@ std::vector<TiffPage> tinyPages() {
     fax.compression = COMPRESSION_CCITTFAX4;
     fillRandomly(fax, 3);
     pages.push_back(fax);
-    TiffPage jpeg = pageOf(PHOTOMETRIC_YCBCR, 8, 8, std::vector<std::uint32_t>(8 * 8 * 3, 100), 3);
+    TiffPage jpeg = pageOf(PHOTOMETRIC_YCBCR, 8, 8, std::vector<uint32_t>(8 * 8 * 3, 100), 3);
     jpeg.rowsPerStrip = 16;
     jpeg.compression = COMPRESSION_JPEG;
     jpeg.moreTags = [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB); };
@@ -652,9 +651,9 @@ class TinyTiff : public testing::TestWithParam<std::size_t> {};
 
 // The tags follow the samples, and the last of them are values and the place of the next page.
 TEST_P(TinyTiff, IsRefusedWhereverItEnds) {
-    const std::vector<std::uint8_t> file = tiffOf(tinyPages()[GetParam()]);
+    const std::vector<uint8_t> file = tiffOf(tinyPages()[GetParam()]);
     EXPECT_EQ(refusalOf(decodeTiff, file), "");
-    std::uint32_t directory = 0;
+    uint32_t directory = 0;
     std::memcpy(&directory, file.data() + 4, 4);
     expectBeginningsRefused(decodeTiff, file, std::min<std::size_t>(directory, file.size()));
 }

@@ -22,41 +22,40 @@ void require(bool holds, const char* what) {
         throw std::runtime_error(what);
 }
 
-// Appends samples to a row: whole ones in this machine's order, others with the highest bit first.
+/// Appends samples to a row: whole ones in this machine's order, others with the highest bit first.
 class Packer {
 public:
     explicit Packer(unsigned bits) : bits_(bits) {}
 
-    void add(std::uint32_t value) {
+    void add(uint32_t value) {
         if (bits_ % 8 == 0 && bits_ <= 32) {
             for (unsigned i = 0; i < bits_ / 8; ++i)
-                bytes.push_back(static_cast<std::uint8_t>(value >> 8 * i));
+                bytes.push_back(static_cast<uint8_t>(value >> 8 * i));
             return;
         }
         for (unsigned i = 0; i < bits_; ++i) {
             if (used_ % 8 == 0)
                 bytes.push_back(0);
             const unsigned bit = i < bits_ - std::min(bits_, 32U) ? 0 : value >> (bits_ - 1 - i) & 1;
-            bytes.back() = static_cast<std::uint8_t>(bytes.back() | bit << (7 - used_ % 8));
+            bytes.back() = static_cast<uint8_t>(bytes.back() | bit << (7 - used_ % 8));
             ++used_;
         }
     }
     void endRow() { used_ = 0; }
 
-    std::vector<std::uint8_t> bytes;
+    std::vector<uint8_t> bytes;
 
 private:
     unsigned bits_;
     unsigned used_ = 0;
 };
 
-// A strip or tile; zeros outside the picture.
-std::vector<std::uint8_t> blockOf(const TiffPage& page, std::uint32_t x0, std::uint32_t y0,
-                                  std::uint32_t width, std::uint32_t height, unsigned firstSample,
-                                  unsigned samples) {
+/// A strip or tile; zeros outside the picture.
+std::vector<uint8_t> blockOf(const TiffPage& page, uint32_t x0, uint32_t y0, uint32_t width, uint32_t height,
+                             unsigned firstSample, unsigned samples) {
     Packer packer(page.bits);
-    for (std::uint32_t y = y0; y < y0 + height; ++y) {
-        for (std::uint32_t x = x0; x < x0 + width; ++x) {
+    for (uint32_t y = y0; y < y0 + height; ++y) {
+        for (uint32_t x = x0; x < x0 + width; ++x) {
             for (unsigned sample = firstSample; sample < firstSample + samples; ++sample) {
                 const bool inside = x < page.width && y < page.height;
                 packer.add(inside ? page.values[(std::size_t{y} * page.width + x) * page.samples + sample]
@@ -97,15 +96,15 @@ void setTags(TIFF* tiff, const TiffPage& page) {
 void writePage(TIFF* tiff, const TiffPage& page) {
     setTags(tiff, page);
     const bool planes = page.planar == PLANARCONFIG_SEPARATE;
-    std::uint32_t index = 0;
+    uint32_t index = 0;
     for (unsigned plane = 0; plane < (planes ? page.samples : 1U); ++plane) {
         const unsigned samples = planes ? 1 : page.samples;
-        const std::uint32_t stepY = page.tileWidth != 0 ? page.tileHeight : page.rowsPerStrip;
-        const std::uint32_t stepX = page.tileWidth != 0 ? page.tileWidth : page.width;
-        for (std::uint32_t y = 0; y < page.height; y += stepY) {
-            for (std::uint32_t x = 0; x < page.width; x += stepX) {
-                const std::uint32_t rows = page.tileWidth != 0 ? stepY : std::min(stepY, page.height - y);
-                std::vector<std::uint8_t> block = blockOf(page, x, y, stepX, rows, plane, samples);
+        const uint32_t stepY = page.tileWidth != 0 ? page.tileHeight : page.rowsPerStrip;
+        const uint32_t stepX = page.tileWidth != 0 ? page.tileWidth : page.width;
+        for (uint32_t y = 0; y < page.height; y += stepY) {
+            for (uint32_t x = 0; x < page.width; x += stepX) {
+                const uint32_t rows = page.tileWidth != 0 ? stepY : std::min(stepY, page.height - y);
+                std::vector<uint8_t> block = blockOf(page, x, y, stepX, rows, plane, samples);
                 const auto size = static_cast<tmsize_t>(block.size());
                 const tmsize_t written = page.tileWidth != 0
                                              ? TIFFWriteEncodedTile(tiff, index, block.data(), size)
@@ -120,14 +119,14 @@ void writePage(TIFF* tiff, const TiffPage& page) {
 
 } // namespace
 
-void fillRandomly(TiffPage& page, std::uint32_t seed) {
+void fillRandomly(TiffPage& page, uint32_t seed) {
     std::mt19937 random(seed);
     page.values.resize(std::size_t{page.width} * page.height * page.samples);
-    for (std::uint32_t& value : page.values)
-        value = static_cast<std::uint32_t>(random()) >> (32 - std::min<unsigned>(page.bits, 32));
+    for (uint32_t& value : page.values)
+        value = static_cast<uint32_t>(random()) >> (32 - std::min<unsigned>(page.bits, 32));
 }
 
-std::vector<std::uint8_t> tiffOf(const std::vector<TiffPage>& pages) {
+std::vector<uint8_t> tiffOf(const std::vector<TiffPage>& pages) {
     const TestFolder folder;
     const std::string file = (folder / "made.tif").string();
     const TIFFErrorHandler warn = TIFFSetWarningHandler(nullptr);
@@ -141,13 +140,13 @@ std::vector<std::uint8_t> tiffOf(const std::vector<TiffPage>& pages) {
     return bytesOf(file);
 }
 
-std::vector<std::uint8_t> tiffOf(const TiffPage& page) {
+std::vector<uint8_t> tiffOf(const TiffPage& page) {
     return tiffOf(std::vector{page});
 }
 
-std::size_t entryPlace(const std::vector<std::uint8_t>& file, std::uint16_t tag) {
-    std::uint32_t offset = 0;
-    std::uint16_t count = 0, found = 0;
+std::size_t entryPlace(const std::vector<uint8_t>& file, uint16_t tag) {
+    uint32_t offset = 0;
+    uint16_t count = 0, found = 0;
     std::memcpy(&offset, file.data() + 4, sizeof offset);
     std::memcpy(&count, file.data() + offset, sizeof count);
     for (std::size_t at = offset + 2; count > 0; --count, at += 12) {
@@ -158,22 +157,22 @@ std::size_t entryPlace(const std::vector<std::uint8_t>& file, std::uint16_t tag)
     return 0;
 }
 
-void patchEntry(std::vector<std::uint8_t>& file, std::uint16_t tag, std::uint32_t value) {
+void patchEntry(std::vector<uint8_t>& file, uint16_t tag, uint32_t value) {
     const std::size_t at = entryPlace(file, tag);
     require(at != 0, "no such entry");
-    const std::uint16_t type = TIFF_LONG;
-    const std::uint32_t count = 1;
+    const uint16_t type = TIFF_LONG;
+    const uint32_t count = 1;
     std::memcpy(file.data() + at + 2, &type, sizeof type);
     std::memcpy(file.data() + at + 4, &count, sizeof count);
     std::memcpy(file.data() + at + 8, &value, sizeof value);
 }
 
-std::uint16_t shortTagOf(const std::vector<std::uint8_t>& file, std::uint32_t tag) {
+uint16_t shortTagOf(const std::vector<uint8_t>& file, uint32_t tag) {
     const TestFolder folder;
     writeBytes(folder / "read.tif", file);
     const Tiff tiff(TIFFOpen((folder / "read.tif").string().c_str(), "r"));
     require(tiff != nullptr, "not readable");
-    std::uint16_t value = 0;
+    uint16_t value = 0;
     TIFFGetFieldDefaulted(tiff.get(), tag, &value);
     return value;
 }
