@@ -85,9 +85,10 @@ CLI::Option* addWhole(CLI::App& command, const std::string& name, int& value, in
                       const std::string& what) {
     const auto set = [name, &value, lowest, highest](const std::string& text) {
         int read = 0;
-        if (!readWhole(text, read) || read < lowest || read > highest)
+        if (!readWhole(text, read) || read < lowest || read > highest) {
             refuse(name, "a whole number, " + std::to_string(lowest) + " to " + std::to_string(highest),
                    text);
+        }
         value = read;
     };
     return command.add_option_function<std::string>(name, set, what)->option_text("N");
@@ -134,8 +135,9 @@ using Choices = std::vector<std::pair<std::string, Value>>;
 template <class Value>
 std::string wordsOf(const Choices<Value>& choices) {
     std::string words;
-    for (std::size_t i = 0; i < choices.size(); ++i)
+    for (std::size_t i = 0; i < choices.size(); ++i) {
         words += (i == 0 ? "" : i + 1 < choices.size() ? ", " : " or ") + choices[i].first;
+    }
     return words;
 }
 
@@ -147,8 +149,9 @@ CLI::Option* addChoice(CLI::App& command, const std::string& name, Value& value,
         const auto choice = std::find_if(choices.begin(), choices.end(), [&text](const auto& known) {
             return equalWithoutCase(known.first, text);
         });
-        if (choice == choices.end())
+        if (choice == choices.end()) {
             refuse(name, wordsOf(choices), text);
+        }
         value = choice->second;
     };
     return command.add_option_function<std::string>(name, choose, what);
@@ -176,8 +179,9 @@ Fraction parsedFraction(const std::string& text) {
     Fraction fraction;
     if (slash == std::string::npos || !readWhole(text.substr(0, slash), fraction.numerator) ||
         !readWhole(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
-        fraction.denominator < fraction.numerator || fraction.denominator > kMost)
+        fraction.denominator < fraction.numerator || fraction.denominator > kMost) {
         refuse("--downsample", "N/D or N/D,N/D with 1 <= N <= D <= " + std::to_string(kMost), text);
+    }
     return fraction;
 }
 
@@ -209,10 +213,11 @@ void addReport(CLI::App& command, ReportArguments& report) {
 
 /// What the parser does not know of them.
 void checkReport(const ReportArguments& report, const EffectArguments& effect) {
-    if (report.strict && effect.plugin)
+    if (report.strict && effect.plugin) {
         throw CLI::ValidationError("--strict",
                                    "needs the built-in effect, since the one of --plugin does not tell "
                                    "what it selects");
+    }
 }
 
 void addView(CLI::App& command, std::optional<std::string>& view) {
@@ -239,15 +244,19 @@ void addRender(CLI::App& command, RenderArguments& arguments) {
 void checkFiles(const RenderArguments& arguments) {
     const ReportArguments& report = arguments.report;
     checkReport(report, arguments.effect);
-    if (report.json && (arguments.printParams || arguments.time))
+    if (report.json && (arguments.printParams || arguments.time)) {
         throw CLI::ValidationError("--json", "prints one document, so leave out --print-params and --time");
+    }
     if (arguments.input.empty() && arguments.output.empty() && arguments.printParams && !report.report &&
-        !report.strict)
+        !report.strict) {
         return;
-    if (arguments.input.empty())
+    }
+    if (arguments.input.empty()) {
         throw CLI::RequiredError("INPUT");
-    if (arguments.output.empty())
+    }
+    if (arguments.output.empty()) {
         throw CLI::RequiredError("--output");
+    }
 }
 
 void addSheet(CLI::App& command, SheetArguments& arguments) {
@@ -331,8 +340,9 @@ void checkAction(const DefaultsArguments& arguments) {
     const EffectArguments& effect = arguments.effect;
     const bool hasValues =
         effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
-    if (arguments.action != DefaultsAction::kSave && hasValues)
+    if (arguments.action != DefaultsAction::kSave && hasValues) {
         throw CLI::ValidationError("only save takes --set, --params, --view and --factory");
+    }
 }
 
 void addInfo(CLI::App& command, InfoArguments& arguments) {
@@ -367,8 +377,9 @@ void addPick(CLI::App& command, PickArguments& arguments) {
             [&arguments](const std::string& text) {
                 const std::size_t comma = text.find(',');
                 if (comma == std::string::npos || !readWhole(text.substr(0, comma), arguments.x) ||
-                    !readWhole(text.substr(comma + 1), arguments.y))
+                    !readWhole(text.substr(comma + 1), arguments.y)) {
                     refuse("PIXEL", "X,Y, two whole numbers from 0,0 at the top left", text);
+                }
             },
             "The pixel, counted from 0,0 at the top left")
         ->required()
@@ -415,18 +426,23 @@ public:
         checkQuotes({words, static_cast<std::size_t>(count)});
         try {
             app_.parse(count, words);
-            if (help_->parsed())
+            if (help_->parsed()) {
                 return ShownText{helpText()};
+            }
             for (const auto& [command, arguments] : commands_) {
-                if (!command->parsed())
+                if (!command->parsed()) {
                     continue;
+                }
                 const Arguments result = arguments();
-                if (const auto* render = std::get_if<RenderArguments>(&result))
+                if (const auto* render = std::get_if<RenderArguments>(&result)) {
                     checkFiles(*render);
-                if (const auto* sheet = std::get_if<SheetArguments>(&result))
+                }
+                if (const auto* sheet = std::get_if<SheetArguments>(&result)) {
                     checkReport(sheet->report, sheet->effect);
-                if (const auto* defaults = std::get_if<DefaultsArguments>(&result))
+                }
+                if (const auto* defaults = std::get_if<DefaultsArguments>(&result)) {
                     checkAction(*defaults);
+                }
                 return result;
             }
         } catch (const CLI::CallForHelp&) {
@@ -459,8 +475,9 @@ private:
     std::string helpText() const {
         const auto isTopic = [this](const CLI::App* command) { return command->get_name() == topic_; };
         const std::vector<const CLI::App*> commands = app_.get_subcommands(isTopic);
-        if (!topic_.empty() && commands.empty())
+        if (!topic_.empty() && commands.empty()) {
             failUnknownCommand(app_, topic_);
+        }
         const std::string program = kProgram;
         return app_.get_formatter()->make_help(topic_.empty() ? &app_ : commands.front(),
                                                topic_.empty() ? program : program + ' ' + topic_,

@@ -25,8 +25,9 @@ bool equalWithoutCase(std::string_view a, std::string_view b) {
 
 std::string_view trimmed(std::string_view text) {
     const std::size_t first = text.find_first_not_of(" \t");
-    if (first == std::string_view::npos)
+    if (first == std::string_view::npos) {
         return {};
+    }
     return text.substr(first, text.find_last_not_of(" \t") - first + 1);
 }
 

@@ -43,11 +43,13 @@ fs::path targetOf(const fs::path& file) {
     fs::path target = file;
     std::error_code error;
     for (int links = 0; fs::is_symlink(target, error); ++links) {
-        if (links == kMostLinks)
+        if (links == kMostLinks) {
             fail(file, ELOOP);
+        }
         const fs::path held = fs::read_symlink(target, error);
-        if (error)
+        if (error) {
             fail(file, error.value());
+        }
         target = target.parent_path() / held;
     }
     return target;
@@ -74,8 +76,9 @@ std::string unusualName() {
 /// The rights of the owner for whoever runs the file are for that owner alone. Another group gets what all others
 /// have: not more, since it is not the one that was meant, and not less, since then it alone were shut out.
 mode_t keptPermissions(mode_t old, bool keepsOwner, bool keepsGroup) {
-    if (keepsOwner)
+    if (keepsOwner) {
         return old & 07777U;
+    }
     return keepsGroup ? old & 0777U : (old & 0707U) | (old & 07U) << 3U;
 }
 
@@ -89,18 +92,22 @@ public:
             path_ = folder / unusualName();
             onSignal_.emplace(path_);
             stream_ = std::fopen(path_.string().c_str(), "wbx");
-            if (stream_ == nullptr && errno != EEXIST)
+            if (stream_ == nullptr && errno != EEXIST) {
                 failInFolder(file_, folder, errno);
+            }
         }
-        if (stream_ == nullptr)
+        if (stream_ == nullptr) {
             failInFolder(file_, folder, EEXIST);
+        }
         // A signal that another thread took may have looked for the file before it was there.
-        if (onSignal_->struck())
+        if (onSignal_->struck()) {
             ::unlink(path_.c_str());
+        }
     }
     ~TemporaryFile() {
-        if (stream_ != nullptr)
+        if (stream_ != nullptr) {
             std::fclose(stream_);
+        }
         if (!renamed_) {
             std::error_code ignored;
             fs::remove(path_, ignored);
@@ -111,20 +118,25 @@ public:
 
     void write(std::span<const uint8_t> bytes) {
         takeOwnerAndPermissions();
-        if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size() || std::fflush(stream_) != 0)
+        if (std::fwrite(bytes.data(), 1, bytes.size(), stream_) != bytes.size() ||
+            std::fflush(stream_) != 0) {
             fail(file_, errno);
+        }
         // Before the name changes hands: after a crash it must not stand for a file that never reached the disk.
-        if (::fsync(::fileno(stream_)) != 0 && !cannotFlush(errno))
+        if (::fsync(::fileno(stream_)) != 0 && !cannotFlush(errno)) {
             fail(file_, errno);
-        if (std::fclose(std::exchange(stream_, nullptr)) != 0)
+        }
+        if (std::fclose(std::exchange(stream_, nullptr)) != 0) {
             fail(file_, errno);
+        }
     }
 
     void place() {
         std::error_code error;
         fs::rename(path_, target_, error);
-        if (error)
+        if (error) {
             fail(file_, error.value());
+        }
         renamed_ = true;
     }
 
@@ -133,8 +145,9 @@ private:
     /// that took the name since it was followed: what that leads to is not what is replaced.
     void takeOwnerAndPermissions() {
         struct stat old {};
-        if (::lstat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode))
+        if (::lstat(target_.c_str(), &old) != 0 || !S_ISREG(old.st_mode)) {
             return;
+        }
         const int descriptor = ::fileno(stream_);
         constexpr auto kSameOwner = static_cast<uid_t>(-1);
         const bool keepsOwner = ::fchown(descriptor, old.st_uid, old.st_gid) == 0;
@@ -155,8 +168,9 @@ private:
 bool isKeptByFolder(const fs::path& target, const fs::path& folder) {
     struct stat file {};
     struct stat around {};
-    if (::lstat(target.c_str(), &file) != 0 || ::stat(folder.c_str(), &around) != 0)
+    if (::lstat(target.c_str(), &file) != 0 || ::stat(folder.c_str(), &around) != 0) {
         return false;
+    }
     const uid_t user = ::geteuid();
     return (around.st_mode & S_ISVTX) != 0 && user != 0 && user != file.st_uid && user != around.st_uid;
 }
@@ -166,8 +180,9 @@ bool isKeptByFolder(const fs::path& target, const fs::path& folder) {
 bool isWriteProtected(const fs::path& file) {
     constexpr mode_t kAnybody = 0222;
     struct stat status {};
-    if (::stat(file.c_str(), &status) != 0)
+    if (::stat(file.c_str(), &status) != 0) {
         return false;
+    }
     return (status.st_mode & kAnybody) == 0 || (::faccessat(AT_FDCWD, file.c_str(), W_OK, AT_EACCESS) != 0 &&
                                                 (errno == EACCES || errno == EPERM));
 }
@@ -175,28 +190,35 @@ bool isWriteProtected(const fs::path& file) {
 void checkWritable(const fs::path& file, bool force) {
     std::error_code error;
     const fs::file_status status = fs::status(file, error);
-    if (status.type() == fs::file_type::none)
+    if (status.type() == fs::file_type::none) {
         fail(file, error.value());
-    if (fs::is_directory(status))
+    }
+    if (fs::is_directory(status)) {
         fail(file, "it is a folder");
-    if (fs::exists(status) && !fs::is_regular_file(status))
+    }
+    if (fs::exists(status) && !fs::is_regular_file(status)) {
         fail(file, "it is not an ordinary file");
+    }
     const fs::path target = targetOf(file);
     const fs::path folder = folderOf(target);
-    if (!fs::is_directory(folder, error))
+    if (!fs::is_directory(folder, error)) {
         fail(file, "there is no folder " + inQuotes(folder.string()));
-    if (isKeptByFolder(target, folder))
+    }
+    if (isKeptByFolder(target, folder)) {
         fail(file, "it is another user's, and in the folder " + inQuotes(folder.string()) +
                        " only owners replace files");
-    if (!force && isWriteProtected(file))
+    }
+    if (!force && isWriteProtected(file)) {
         fail(file, "it is write-protected; --force replaces it all the same");
+    }
     const TemporaryFile attempt(file); // only the system knows whether it will
 }
 
 bool nameOneFile(const fs::path& a, const fs::path& b) {
     std::error_code error;
-    if (fs::equivalent(a, b, error))
+    if (fs::equivalent(a, b, error)) {
         return true;
+    }
     const auto whole = [](const fs::path& file) {
         const fs::path target = targetOf(file);
         std::error_code ignored;
@@ -207,11 +229,13 @@ bool nameOneFile(const fs::path& a, const fs::path& b) {
 
 void writeAtomically(std::span<const FileContent> files) {
     std::deque<TemporaryFile> temporaries;
-    for (const FileContent& each : files)
+    for (const FileContent& each : files) {
         temporaries.emplace_back(each.file).write(each.bytes);
+    }
     const SignalsHeldBack held; // between two renames: the files belong together
-    for (TemporaryFile& temporary : temporaries)
+    for (TemporaryFile& temporary : temporaries) {
         temporary.place();
+    }
 }
 
 void writeAtomically(const fs::path& file, std::span<const uint8_t> bytes) {

@@ -28,8 +28,9 @@ class ColorList {
 public:
     ColorList(const FlatColors& counted, SampleType type, int most)
         : counted_(counted), type_(type), listed_(counted.colors.size()) {
-        if (most > 0)
+        if (most > 0) {
             listed_ = std::min(listed_, static_cast<std::size_t>(most));
+        }
     }
 
     std::string text(TerminalColors terminal) const {
@@ -42,8 +43,9 @@ public:
                      (type_ == SampleType::kUint8 ? "" : "  " + exactText(color, type_)) + '\n';
         }
         lines += moreText();
-        if (counted_.transparent > 0)
+        if (counted_.transparent > 0) {
             lines += shareAndCount(counted_.transparent) + "transparent\n";
+        }
         return lines;
     }
 
@@ -55,8 +57,9 @@ public:
                 {DrawnColor{rgb[0], rgb[1], rgb[2]},
                  hexText(rgb) + ' ' + rightAligned(share(counted_.colors[i].pixels), kShareLetters)});
         }
-        if (counted_.transparent > 0)
+        if (counted_.transparent > 0) {
             patches.push_back({std::nullopt, "transparent " + share(counted_.transparent)});
+        }
         return picturedPatches(patches);
     }
 
@@ -77,11 +80,13 @@ private:
 
     std::string moreText() const {
         const std::size_t more = counted_.colors.size() - listed_;
-        if (more == 0)
+        if (more == 0) {
             return {};
+        }
         std::size_t pixels = 0;
-        for (std::size_t i = listed_; i < counted_.colors.size(); ++i)
+        for (std::size_t i = listed_; i < counted_.colors.size(); ++i) {
             pixels += counted_.colors[i].pixels;
+        }
         return shareAndCount(pixels) + "in " + std::to_string(more) +
                (more == 1 ? " more colour\n" : " more colours\n");
     }
@@ -92,28 +97,32 @@ private:
 };
 
 void draw(const ColorList& list, const std::string& output) {
-    if (!list.fitsAPicture())
+    if (!list.fitsAPicture()) {
         throw Failure(ExitCode::kUsage, "cannot draw more than " + std::to_string(kMostPatches - 1) +
                                             " colours as " + inQuotes(output) + "; --most lists fewer");
+    }
     withMemoryFor(output, [&] { writeAtomically(output, encodeDrawn(output, list.picture())); });
 }
 
 std::string textOf(const ColorsArguments& arguments) {
     Picture picture = readPicture(arguments.input);
-    if (arguments.alphaKind)
+    if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
+    }
     const FlatColors counted = flatColorsOf(picture);
     const ColorList list(counted, picture.sampleType, arguments.most);
-    if (arguments.output)
+    if (arguments.output) {
         draw(list, *arguments.output);
+    }
     return list.text(terminalColors());
 }
 
 } // namespace
 
 std::string colorsText(const ColorsArguments& arguments) {
-    if (arguments.output)
+    if (arguments.output) {
         checkDrawnFile(*arguments.output, {arguments.input}, arguments.force);
+    }
     return withMemoryFor(arguments.input, [&arguments] { return textOf(arguments); });
 }
 

@@ -20,10 +20,11 @@ constexpr DrawnColor kLetters = {235, 235, 235};
 
 void drawPatch(Canvas& canvas, const Patch& patch, int64_t left, int64_t top) {
     const Area area{left, top, kPatchWidth, kPatchHeight};
-    if (patch.color)
+    if (patch.color) {
         canvas.fill(area, *patch.color);
-    else
+    } else {
         canvas.checker(area, kCheckerSide, {255, 255, 255}, {191, 191, 191});
+    }
     const int64_t below = (kPatchHeight - textSize(patch.text, kScale).height) / 2;
     drawText(canvas, left + kPatchWidth + kMargin, top + below, patch.text, kLetters, kScale);
 }
@@ -32,8 +33,9 @@ void drawPatch(Canvas& canvas, const Patch& patch, int64_t left, int64_t top) {
 
 Picture picturedPatches(const std::vector<Patch>& patches) {
     int64_t textWidth = 0;
-    for (const Patch& patch : patches)
+    for (const Patch& patch : patches) {
         textWidth = std::max(textWidth, textSize(patch.text, kScale).width);
+    }
     const int64_t columnWidth = kPatchWidth + kMargin + textWidth + kMargin;
     const std::size_t columns = (patches.size() + kRows - 1) / kRows;
     const std::size_t rows = std::min(patches.size(), kRows);
@@ -41,9 +43,10 @@ Picture picturedPatches(const std::vector<Patch>& patches) {
                   static_cast<uint32_t>(2 * kMargin + kRowHeight * static_cast<int64_t>(rows) -
                                         (kRowHeight - kPatchHeight)),
                   kBackground);
-    for (std::size_t i = 0; i < patches.size(); ++i)
+    for (std::size_t i = 0; i < patches.size(); ++i) {
         drawPatch(canvas, patches[i], kMargin + columnWidth * static_cast<int64_t>(i / kRows),
                   kMargin + kRowHeight * static_cast<int64_t>(i % kRows));
+    }
     return std::move(canvas).picture();
 }
 

@@ -53,8 +53,9 @@ std::string largestText(const PictureDifference& difference, bool sameType) {
 }
 
 std::string differenceText(const Picture& a, const Picture& b, const PictureDifference& difference) {
-    if (difference.pixels == 0)
+    if (difference.pixels == 0) {
         return "same\n";
+    }
     const std::size_t pixels = std::size_t{a.width} * a.height;
     return "different: " + std::to_string(difference.pixels) + " of " + std::to_string(pixels) + " pixels (" +
            shareText(difference.pixels, pixels) + ")\n" + "Largest difference, " +
@@ -68,8 +69,9 @@ std::string differenceText(const Picture& a, const Picture& b, const PictureDiff
 std::string formsText(const CompareArguments& arguments, const Picture& a, const Picture& b) {
     std::string text = "A: " + printable(arguments.first) + ": " + formText(a) +
                        "\nB: " + printable(arguments.second) + ": " + formText(b) + '\n';
-    if (hasAlpha(a.channels) && hasAlpha(b.channels) && a.alphaKind != b.alphaKind)
+    if (hasAlpha(a.channels) && hasAlpha(b.channels) && a.alphaKind != b.alphaKind) {
         text += "The kinds of alpha differ; the values are compared as they stand.\n";
+    }
     return text;
 }
 
@@ -77,8 +79,9 @@ PictureDifference compareAndDraw(const Picture& a, const Picture& b, const std::
     return withMemoryFor(file, [&] {
         Picture drawn = dimmed(a);
         const PictureDifference difference = differenceOf(a, b, [&drawn](std::size_t pixel) {
-            for (std::size_t i = 0; i < kBright.size(); ++i)
+            for (std::size_t i = 0; i < kBright.size(); ++i) {
                 drawn.samples[pixel * 3 + i] = kBright[i];
+            }
         });
         writeAtomically(file, encodeDrawn(file, drawn));
         return difference;
@@ -88,16 +91,18 @@ PictureDifference compareAndDraw(const Picture& a, const Picture& b, const std::
 } // namespace
 
 Comparison compareFiles(const CompareArguments& arguments) {
-    if (arguments.diff)
+    if (arguments.diff) {
         checkDrawnFile(*arguments.diff, {arguments.first, arguments.second}, arguments.force);
+    }
     const Picture a = withMemoryFor(arguments.first, [&] { return readPicture(arguments.first); });
     const Picture b = withMemoryFor(arguments.second, [&] { return readPicture(arguments.second); });
     Comparison result;
     result.text = formsText(arguments, a, b);
     if (a.width != b.width || a.height != b.height) {
         result.text += "different: the sizes\n";
-        if (arguments.diff)
+        if (arguments.diff) {
             result.text += "No picture of the differences is written.\n";
+        }
         return result;
     }
     const PictureDifference difference =

@@ -18,18 +18,21 @@ OpenEffect builtInEffect(bool factory) {
 std::string save(const DefaultsArguments& arguments, const std::string& path) {
     OpenEffect effect = builtInEffect(startsFromFactory(arguments.effect));
     applySettings(effect.session(), arguments.effect, arguments.view);
-    if (isWriteProtected(path))
+    if (isWriteProtected(path)) {
         throw Failure(ExitCode::kFile, "cannot write " + inQuotes(path) + ": it is write-protected");
+    }
     Interrupt interrupt; // the file is written value by value: all or none of them
     int reason = 0;
     const DefaultsResult result = rememberDefaults(path, effect.session().paramsWithValues(), &reason);
     interrupt.release();
-    if (interrupt.came() && result == DefaultsResult::kDone)
+    if (interrupt.came() && result == DefaultsResult::kDone) {
         throw Interruption(interrupt.signalNumber(), "interrupted after saving " + path);
+    }
     interrupt.finish();
-    if (result != DefaultsResult::kDone)
+    if (result != DefaultsResult::kDone) {
         throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(path) + (reason == 0 ? "" : ": " + systemReason(reason)));
+    }
     return "saved " + printable(path) + '\n';
 }
 
@@ -58,8 +61,9 @@ std::string show(const std::string& path) {
 std::string defaultsText(const DefaultsArguments& arguments) {
     // Before the effect is opened: without the remembered defaults, nothing tells where they are.
     const std::string path = defaultsPath();
-    if (path.empty())
+    if (path.empty()) {
         throw Failure(ExitCode::kFile, "there is no folder for settings, or its path is too long");
+    }
     switch (arguments.action) {
     case DefaultsAction::kSave:
         return save(arguments, path);

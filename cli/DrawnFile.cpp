@@ -20,10 +20,11 @@ FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<s
                           bool force) {
     const FileFormat format = checkedOutputFormat(file, force);
     for (const std::string& other : others) {
-        if (nameOneFile(file, other))
+        if (nameOneFile(file, other)) {
             throw Failure(ExitCode::kUsage, "cannot write " + inQuotes(file.string()) +
                                                 ": it is the picture " + inQuotes(other) +
                                                 " of this command");
+        }
     }
     return format;
 }

@@ -65,12 +65,14 @@ std::vector<std::string> namesOf(A_long flags, std::span<const FlagName> names) 
     std::vector<std::string> set;
     const auto bits = static_cast<A_u_long>(flags);
     for (A_u_long bit = 1; bit != 0; bit <<= 1) {
-        if ((bits & bit) == 0)
+        if ((bits & bit) == 0) {
             continue;
+        }
         std::string name = hexNumber(bit);
         for (const FlagName& known : names) {
-            if (static_cast<A_u_long>(known.flag) == bit)
+            if (static_cast<A_u_long>(known.flag) == bit) {
                 name = known.name;
+            }
         }
         set.push_back(name);
     }
@@ -101,8 +103,9 @@ std::string versionText(A_u_long packed) {
 std::string hexNumber(A_u_long number) {
     constexpr char kDigits[] = "0123456789ABCDEF";
     std::string text = "0x";
-    for (int shift = 28; shift >= 0; shift -= 4)
+    for (int shift = 28; shift >= 0; shift -= 4) {
         text += kDigits[(number >> shift) & 0xfU];
+    }
     return text;
 }
 

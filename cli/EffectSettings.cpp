@@ -23,11 +23,13 @@ void refuseDefaults(const host::Session& session) {
     const int count = static_cast<int>(session.params().size());
     for (int index = 1; index < count; ++index) {
         const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
-        if (def.param_type != PF_Param_POPUP)
+        if (def.param_type != PF_Param_POPUP) {
             continue;
+        }
         const std::string refusal = choiceRefusal(def, session.choices(index), session.value(index));
-        if (refusal.empty())
+        if (refusal.empty()) {
             continue;
+        }
         const bool isView = equalWithoutCase(def.name, kViewLabel);
         throw Failure(ExitCode::kUsage, refusal + "; this is the remembered default, which " +
                                             (isView ? "--view" : "--set") + " overrules");
@@ -47,17 +49,20 @@ OpenEffect openEffect(const EffectArguments& arguments) {
 NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
                           const std::optional<std::string>& view) {
     NamedParams named;
-    if (arguments.paramsFile)
+    if (arguments.paramsFile) {
         named = applyParamsFile(session, *arguments.paramsFile);
+    }
     for (const std::string& setting : arguments.settings) {
         const std::size_t equals = setting.find('=');
-        if (equals == std::string::npos)
+        if (equals == std::string::npos) {
             throw Failure(ExitCode::kUsage, "--set takes LABEL=VALUE, not " + inQuotes(setting));
+        }
         const std::string_view text(setting);
         named.insert(setParameter(session, text.substr(0, equals), text.substr(equals + 1)));
     }
-    if (view)
+    if (view) {
         named.insert(setParameter(session, kViewLabel, *view));
+    }
     refuseDefaults(session);
     return named;
 }

@@ -11,11 +11,13 @@ namespace {
 template <class Value>
 std::optional<Value> valueOf(const host::Session& session, const std::string& label) {
     const std::optional<int> index = session.findParam(label);
-    if (!index)
+    if (!index) {
         return std::nullopt;
+    }
     const PF_ParamType type = session.params()[static_cast<std::size_t>(*index)].param_type;
-    if (type == PF_Param_GROUP_START || type == PF_Param_GROUP_END)
+    if (type == PF_Param_GROUP_START || type == PF_Param_GROUP_END) {
         return std::nullopt;
+    }
     const host::ParamValue value = session.value(*index);
     const Value* const known = std::get_if<Value>(&value);
     return known == nullptr ? std::nullopt : std::optional(*known);
@@ -55,8 +57,9 @@ std::optional<bool> isOn(const host::Session& session, const std::string& checkB
 
 std::optional<std::size_t> offStageOf(const host::Session& session, const std::string& view) {
     for (std::size_t stage = 1; stage < kStageCount; ++stage) {
-        if (view == stageName(stage) && isOn(session, stageSwitch(stage)) == false)
+        if (view == stageName(stage) && isOn(session, stageSwitch(stage)) == false) {
             return stage;
+        }
     }
     return std::nullopt;
 }
@@ -64,8 +67,9 @@ std::optional<std::size_t> offStageOf(const host::Session& session, const std::s
 std::optional<ProgressSettings> progressSettings(const host::Session& session, const FrameArguments& frame) {
     ProgressSettings settings;
     const std::optional<A_long> view = valueOf<A_long>(session, std::string(kViewLabel));
-    if (!view)
+    if (!view) {
         return std::nullopt;
+    }
     settings.view = *view;
     settings.downsampleX = scaleOf(frame.downsample[0]);
     settings.downsampleY = scaleOf(frame.downsample[1]);
@@ -74,8 +78,9 @@ std::optional<ProgressSettings> progressSettings(const host::Session& session, c
         const auto amount =
             valueOf<double>(session, labelIn(stage, stage == 0 ? "Blur Amount" : "Boundary Blur"));
         const auto repeat = valueOf<A_long>(session, labelIn(stage, "Blur Repeat Num"));
-        if (!on || !amount || !repeat)
+        if (!on || !amount || !repeat) {
             return std::nullopt;
+        }
         settings.stages[stage] = {*on, *amount, *repeat};
     }
     return settings;

@@ -19,8 +19,9 @@ std::size_t characterSize(std::string_view text) {
                              : first >= 0xe0 && first < 0xf0 ? 3
                              : first >= 0xf0 && first < 0xf5 ? 4
                                                              : 1;
-    if (size > text.size())
+    if (size > text.size()) {
         return 1;
+    }
     const bool whole = std::all_of(text.begin() + 1, text.begin() + static_cast<std::ptrdiff_t>(size),
                                    [](char letter) { return (letter & 0xc0) == 0x80; });
     return whole ? size : 1;
@@ -29,8 +30,9 @@ std::size_t characterSize(std::string_view text) {
 /// ASCII's control characters and those behind it, U+0080 to U+009F, which terminals obey as single bytes too.
 bool isControl(std::string_view character) {
     const auto last = static_cast<unsigned char>(character.back());
-    if (character.size() == 1)
+    if (character.size() == 1) {
         return last < 0x20 || (last >= 0x7f && last < 0xa0);
+    }
     return character.size() == 2 && character.front() == '\xc2' && last < 0xa0;
 }
 
@@ -84,8 +86,9 @@ std::string shown(std::string_view text) {
     constexpr std::size_t kHalf = kMostShownBytes / 2;
     const PrintableText whole = printableText(text);
     const std::string& line = whole.line;
-    if (line.size() <= kMostShownBytes)
+    if (line.size() <= kMostShownBytes) {
         return line;
+    }
     const std::vector<std::size_t>& starts = whole.starts;
     const auto headEnd = std::upper_bound(starts.begin(), starts.end(), kHalf) - 1;
     const auto tail = std::lower_bound(starts.begin(), starts.end(), line.size() - kHalf);
@@ -94,8 +97,9 @@ std::string shown(std::string_view text) {
 
 std::string systemReason(int errorNumber) {
 #ifdef __GLIBC__
-    if (const char* const text = strerrordesc_np(errorNumber))
+    if (const char* const text = strerrordesc_np(errorNumber)) {
         return text;
+    }
 #endif
     return std::generic_category().message(errorNumber);
 }

@@ -26,8 +26,9 @@ public:
     Counter() : slots_(kFirstSlots, kFree) {}
 
     void add(const Bits& bits) {
-        if (colors_.empty() || bits != colors_[last_].bits)
+        if (colors_.empty() || bits != colors_[last_].bits) {
             last_ = placeOf(bits);
+        }
         ++colors_[last_].pixels;
     }
 
@@ -44,16 +45,19 @@ private:
     /// The slot that has this colour, or the free one that it belongs in.
     uint32_t& slotOf(const Bits& bits) {
         std::size_t slot = hashOf(bits) & (slots_.size() - 1);
-        while (slots_[slot] != kFree && colors_[slots_[slot]].bits != bits)
+        while (slots_[slot] != kFree && colors_[slots_[slot]].bits != bits) {
             slot = (slot + 1) & (slots_.size() - 1);
+        }
         return slots_[slot];
     }
 
     std::size_t placeOf(const Bits& bits) {
-        if (uint32_t& slot = slotOf(bits); slot != kFree)
+        if (uint32_t& slot = slotOf(bits); slot != kFree) {
             return slot;
-        if (2 * (colors_.size() + 1) > slots_.size())
+        }
+        if (2 * (colors_.size() + 1) > slots_.size()) {
             grow();
+        }
         slotOf(bits) = static_cast<uint32_t>(colors_.size());
         colors_.push_back({bits, 0});
         return colors_.size() - 1;
@@ -61,8 +65,9 @@ private:
 
     void grow() {
         slots_.assign(slots_.size() * 2, kFree);
-        for (std::size_t place = 0; place < colors_.size(); ++place)
+        for (std::size_t place = 0; place < colors_.size(); ++place) {
             slotOf(colors_[place].bits) = static_cast<uint32_t>(place);
+        }
     }
 
     std::vector<FlatColor> colors_; ///< as they first appear
@@ -111,9 +116,10 @@ FlatColors countedIn(const Picture& picture) {
         Bits bits{};
         for (std::size_t i = 0; i < bits.size(); ++i) {
             auto sample = picture.sample<Sample>(index + i * step);
-            if (divide)
+            if (divide) {
                 sample =
                     recoloured<Scale, Scale>(sample, cover, AlphaKind::kPremultiplied, AlphaKind::kStraight);
+            }
             bits[i] = Scale::toDouble(sample) == 0.0 ? 0 : bitsOf(sample);
         }
         counter.add(bits);

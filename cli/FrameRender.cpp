@@ -16,8 +16,9 @@ namespace kovalune {
 namespace {
 
 PF_PixelFormat formatFor(SampleType type, const FrameArguments& arguments) {
-    if (!arguments.depth)
+    if (!arguments.depth) {
         return workingFormat(type);
+    }
     switch (*arguments.depth) {
     case 8:
         return PF_PixelFormat_ARGB32;
@@ -29,24 +30,28 @@ PF_PixelFormat formatFor(SampleType type, const FrameArguments& arguments) {
 }
 
 bool worksIn(const host::Session& session, PF_PixelFormat format) {
-    if (format == PF_PixelFormat_ARGB64)
+    if (format == PF_PixelFormat_ARGB64) {
         return (session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0;
-    if (format == PF_PixelFormat_ARGB128)
+    }
+    if (format == PF_PixelFormat_ARGB128) {
         return (session.outFlags2() & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0;
+    }
     return true;
 }
 
 void checkDepth(const host::Session& session, PF_PixelFormat format) {
-    if (!worksIn(session, format))
+    if (!worksIn(session, format)) {
         throw Failure(ExitCode::kEffect, "the effect cannot work on pictures of " +
                                              std::to_string(host::bitsPerChannel(format)) + " bits");
+    }
 }
 
 /// By the newer road where the effect knows it and the user does not want the older one.
 host::RenderRequest requestFor(const host::Session& session, const FrameArguments& arguments) {
     host::RenderRequest request;
-    if (arguments.legacy || (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0)
+    if (arguments.legacy || (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) == 0) {
         request.flow = host::RenderFlow::kLegacy;
+    }
     request.downsampleX = scaleOf(arguments.downsample[0]);
     request.downsampleY = scaleOf(arguments.downsample[1]);
     return request;
@@ -88,8 +93,9 @@ SourceFrame readFrame(const std::string& file, const FrameArguments& arguments) 
     SourceFrame frame;
     frame.name = file;
     frame.picture = readPicture(file);
-    if (arguments.alphaKind)
+    if (arguments.alphaKind) {
         frame.picture.alphaKind = *arguments.alphaKind;
+    }
     frame.image = imageOf(frame.picture, formatFor(frame.picture.sampleType, arguments));
     return frame;
 }
@@ -97,8 +103,9 @@ SourceFrame readFrame(const std::string& file, const FrameArguments& arguments) 
 PictureForm outputForm(const Picture& source, FileFormat format, const FrameArguments& arguments) {
     PictureForm form;
     form.sampleType = source.sampleType;
-    if (arguments.depth)
+    if (arguments.depth) {
         form.sampleType = sampleTypeFor(formatFor(source.sampleType, arguments), source.sampleType);
+    }
     form.sampleType = sampleTypeIn(format, form.sampleType);
     form.alphaKind = arguments.alphaKind       ? *arguments.alphaKind
                      : format == source.format ? source.alphaKind
@@ -109,25 +116,30 @@ PictureForm outputForm(const Picture& source, FileFormat format, const FrameArgu
 void noteLeftOut(const SourceFrame& source, std::optional<FileFormat> format) {
     std::vector<std::string> parts = source.picture.leftOut;
     if (format) {
-        for (const std::string& part : notesLeftOut(*format, source.picture))
+        for (const std::string& part : notesLeftOut(*format, source.picture)) {
             parts.push_back(part);
+        }
     }
     std::string list;
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         list += (list.empty() ? "" : ", ") + part;
-    if (!list.empty())
+    }
+    if (!list.empty()) {
         tell("left out of " + inQuotes(source.name) + ": " + shown(list));
+    }
 }
 
 ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,
                             const std::string& title) {
     ProgressFrame frame{title, {}};
     const std::optional<ProgressSettings> settings = progressSettings(session, arguments);
-    if (!settings)
+    if (!settings) {
         return frame;
+    }
     std::size_t stage = 0;
-    for (const int32_t calls : progressCalls(*settings))
+    for (const int32_t calls : progressCalls(*settings)) {
         frame.stages.push_back({stageName(stage++), calls});
+    }
     return frame;
 }
 
@@ -149,8 +161,9 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
         interrupt.during([&] {
             const Watch watch(effect.host(), progress, interrupt);
             std::optional<FrameReportScope> report;
-            if (counts != nullptr)
+            if (counts != nullptr) {
                 report.emplace(*counts);
+            }
             result = session.render(source.image, output, request);
         });
     } catch (const host::HostError& reason) {
@@ -158,11 +171,13 @@ host::Image renderFrame(OpenEffect& effect, const SourceFrame& source, const Fra
     } catch (const std::bad_alloc&) {
         throw noMemory;
     }
-    if (!result.threw && result.code == PF_Err_OUT_OF_MEMORY)
+    if (!result.threw && result.code == PF_Err_OUT_OF_MEMORY) {
         throw lackOfMemory(source, result.returnMsg);
+    }
     requireSuccess(result, "the effect");
-    if (!result.rendered)
+    if (!result.rendered) {
         throw Failure(ExitCode::kEffect, "the effect promised no pixel of the picture that it was to render");
+    }
     return output;
 }
 

@@ -32,8 +32,9 @@ std::string lineOf(const std::string& title, const std::string& value) {
 /// The title stands before the first line only.
 std::string linesOf(const std::string& title, const std::vector<std::string>& values) {
     std::string text;
-    for (const std::string& value : values)
+    for (const std::string& value : values) {
         text += lineOf(text.empty() ? title : "", value);
+    }
     return text.empty() ? lineOf(title, "none") : text;
 }
 
@@ -42,8 +43,9 @@ std::vector<std::string> linesIn(std::string_view text) {
     std::vector<std::string> lines;
     while (!text.empty()) {
         const std::size_t end = text.find_first_of("\r\n");
-        if (end != 0)
+        if (end != 0) {
             lines.emplace_back(text.substr(0, end));
+        }
         text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
     }
     return lines;
@@ -56,10 +58,12 @@ std::string flagsText(const std::string& title, A_long flags, const std::vector<
 
 std::string depthsText(const host::Session& session) {
     std::string text = "8";
-    if ((session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0)
+    if ((session.outFlags() & PF_OutFlag_DEEP_COLOR_AWARE) != 0) {
         text += ", 16";
-    if ((session.outFlags2() & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0)
+    }
+    if ((session.outFlags2() & PF_OutFlag2_FLOAT_COLOR_AWARE) != 0) {
         text += ", 32 (float)";
+    }
     return text + " bits a channel";
 }
 
@@ -88,8 +92,9 @@ std::string compilerText() {
 
 std::string systemText() {
     utsname names{};
-    if (uname(&names) != 0)
+    if (uname(&names) != 0) {
         return "unknown";
+    }
     return std::string(names.sysname) + ' ' + names.release + ' ' + names.machine;
 }
 
@@ -98,8 +103,9 @@ std::string processorName() {
     std::ifstream file("/proc/cpuinfo");
     for (std::string line; std::getline(file, line);) {
         const std::size_t colon = line.find(": ");
-        if (line.starts_with("model name") && colon != std::string::npos)
+        if (line.starts_with("model name") && colon != std::string::npos) {
             return line.substr(colon + 2);
+        }
     }
     return "unknown";
 }
@@ -111,8 +117,9 @@ std::string threadsText() {
 
 std::string buildText() {
     std::vector<std::string> libraries;
-    for (const LibraryVersion& library : pictureLibraries())
+    for (const LibraryVersion& library : pictureLibraries()) {
         libraries.push_back(library.name + ' ' + library.version);
+    }
     return lineOf("Command version", KOVALUNE_VERSION) + lineOf("Compiler", compilerText()) +
            lineOf("Build type", KOVALUNE_BUILD_TYPE) + linesOf("Libraries", libraries) +
            lineOf("System", systemText()) + lineOf("Processor", processorName()) +

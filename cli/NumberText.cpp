@@ -13,8 +13,9 @@ using Letters = std::array<char, 384>;
 
 template <class Number, class... Form>
 std::string written(Number number, Form... form) {
-    if (std::isnan(number))
+    if (std::isnan(number)) {
         return "nan";
+    }
     Letters letters{};
     const auto end = std::to_chars(letters.data(), letters.data() + letters.size(), number, form...);
     return {letters.data(), end.ptr};

@@ -15,21 +15,24 @@ namespace {
 std::string withNameShown(std::string text, const std::string& name) {
     const std::string replacement = shown(name);
     for (std::size_t at = text.find(name); at != std::string::npos;
-         at = text.find(name, at + replacement.size()))
+         at = text.find(name, at + replacement.size())) {
         text.replace(at, name.size(), replacement);
+    }
     return text;
 }
 
 host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
-    if (!plugin)
+    if (!plugin) {
         return host::EffectModule::linked(EntryPointFunc);
+    }
     // The system's loader would look for a name without a folder in the system's folders.
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(*plugin, error);
-    if (error || !std::filesystem::is_regular_file(path, error))
+    if (error || !std::filesystem::is_regular_file(path, error)) {
         throw Failure(ExitCode::kFile,
                       "cannot load the plug-in " + inQuotes(*plugin) +
                           (error ? ": " + systemReason(error.value()) : ": it is not a file"));
+    }
     try {
         return host::EffectModule::load(path.string());
     } catch (const host::HostError& reason) {
@@ -44,8 +47,9 @@ void hideRememberedDefaults() {
 
 /// Before the effect's code is there, which may look at once.
 host::HostOptions optionsFor(int threads, bool factory) {
-    if (factory)
+    if (factory) {
         hideRememberedDefaults();
+    }
     host::HostOptions options;
     options.threads = threads;
     // The effect divides a picture into one band an iteration, and what a band's first pixel becomes behind a
@@ -68,12 +72,14 @@ OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads, bo
 }
 
 void requireSuccess(const host::CommandResult& result, const std::string& action) {
-    if (result.ok())
+    if (result.ok()) {
         return;
+    }
     std::string text = action + (result.threw ? " failed by an exception: " + thrownText(result)
                                               : " failed with code " + std::to_string(result.code));
-    if (!result.returnMsg.empty())
+    if (!result.returnMsg.empty()) {
         text += ": " + result.returnMsg;
+    }
     throw Failure(ExitCode::kEffect, text);
 }
 

@@ -19,8 +19,9 @@ std::string withTightColons(std::string_view label) {
     for (std::size_t start = 0; start <= label.size();) {
         const std::size_t colon = std::min(label.find(':', start), label.size());
         tight += trimmed(label.substr(start, colon - start));
-        if (colon < label.size())
+        if (colon < label.size()) {
             tight += ':';
+        }
         start = colon + 1;
     }
     return tight;
@@ -36,15 +37,17 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
     Matches matches;
     for (std::size_t index = 1; index < params.size(); ++index) {
         const PF_ParamDef& def = params[index];
-        if (!sameLabel(def.name, label) || def.param_type == PF_Param_GROUP_END)
+        if (!sameLabel(def.name, label) || def.param_type == PF_Param_GROUP_END) {
             continue;
+        }
         if (!isSettable(def)) {
             matches.other = &def;
             continue;
         }
         matches.settable.push_back(index);
-        if (label == def.name)
+        if (label == def.name) {
             matches.exact.push_back(index);
+        }
     }
     return matches;
 }
@@ -52,8 +55,9 @@ Matches matchesOf(const std::vector<PF_ParamDef>& params, std::string_view label
 [[noreturn]] void failUnknown(const std::vector<PF_ParamDef>& params, std::string_view label) {
     std::vector<std::string> labels;
     for (const PF_ParamDef& def : params) {
-        if (isSettable(def))
+        if (isSettable(def)) {
             labels.emplace_back(def.name);
+        }
     }
     std::string text = "no parameter is called " + inQuotes(label);
     const std::vector<std::string> nearest = nearestNames(label, labels);
@@ -81,18 +85,23 @@ bool sameLabel(std::string_view a, std::string_view b) {
 
 int findSettable(const std::vector<PF_ParamDef>& params, std::string_view label) {
     const Matches matches = label.empty() ? Matches{} : matchesOf(params, label);
-    if (matches.exact.size() == 1)
+    if (matches.exact.size() == 1) {
         return static_cast<int>(matches.exact.front());
-    if (matches.settable.size() == 1)
+    }
+    if (matches.settable.size() == 1) {
         return static_cast<int>(matches.settable.front());
-    if (matches.settable.size() > 1)
+    }
+    if (matches.settable.size() > 1) {
         throw Failure(ExitCode::kUsage, inQuotes(label) + " is the label of " +
                                             std::to_string(matches.settable.size()) +
                                             " parameters and cannot tell them apart");
-    if (matches.other == nullptr)
+    }
+    if (matches.other == nullptr) {
         failUnknown(params, label);
-    if (matches.other->param_type == PF_Param_GROUP_START)
+    }
+    if (matches.other->param_type == PF_Param_GROUP_START) {
         throw Failure(ExitCode::kUsage, inQuotes(matches.other->name) + " is a group and has no value");
+    }
     throw Failure(ExitCode::kUsage,
                   inQuotes(matches.other->name) + " is of a kind that cannot be set from the command line");
 }

@@ -27,12 +27,14 @@ bool isTiny(std::string_view text) {
     const auto point = static_cast<int64_t>(std::min(digits.find('.'), digits.size()));
     const auto first = static_cast<int64_t>(digits.find_first_of("123456789"));
     std::string_view power = e == std::string_view::npos ? std::string_view("0") : text.substr(e + 1);
-    if (power.starts_with('+'))
+    if (power.starts_with('+')) {
         power.remove_prefix(1);
+    }
     int64_t exponent = 0;
     const auto [stop, error] = std::from_chars(power.data(), power.data() + power.size(), exponent);
-    if (error == std::errc::result_out_of_range)
+    if (error == std::errc::result_out_of_range) {
         return power.starts_with('-');
+    }
     const int64_t place = first < point ? point - first - 1 : point - first;
     // No text is so long that its digits would outweigh this.
     constexpr int64_t kFar = int64_t{1} << 60;
@@ -44,8 +46,9 @@ template <class Number>
 Form parseNumber(std::string_view text, Number& number) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, number);
-    if (stop != end || text.empty() || error == std::errc::invalid_argument)
+    if (stop != end || text.empty() || error == std::errc::invalid_argument) {
         return Form::kWrong;
+    }
     return error == std::errc::result_out_of_range ? Form::kTooLarge : Form::kGood;
 }
 
@@ -69,10 +72,12 @@ std::string numberText(float number) {
 host::ParamValue parseSlider(const PF_ParamDef& def, std::string_view text) {
     A_long number = 0;
     const Form form = parseNumber(text, number);
-    if (form == Form::kWrong)
+    if (form == Form::kWrong) {
         failForm(def, "a whole number", text);
-    if (form == Form::kTooLarge || number < def.u.sd.valid_min || number > def.u.sd.valid_max)
+    }
+    if (form == Form::kTooLarge || number < def.u.sd.valid_min || number > def.u.sd.valid_max) {
         failRange(def, text, rangeText(def, {}));
+    }
     return number;
 }
 
@@ -83,12 +88,14 @@ host::ParamValue parseFloatSlider(const PF_ParamDef& def, std::string_view text)
         form = Form::kGood;
         number = 0.0;
     }
-    if (form == Form::kWrong || std::isnan(number))
+    if (form == Form::kWrong || std::isnan(number)) {
         failForm(def, "a number", text);
+    }
     const auto least = static_cast<double>(def.u.fs_d.valid_min);
     const auto most = static_cast<double>(def.u.fs_d.valid_max);
-    if (form == Form::kTooLarge || number < least || number > most)
+    if (form == Form::kTooLarge || number < least || number > most) {
         failRange(def, text, rangeText(def, {}));
+    }
     return number;
 }
 
@@ -96,10 +103,12 @@ host::ParamValue parseCheckbox(const PF_ParamDef& def, std::string_view text) {
     constexpr std::array<std::string_view, 4> kOn = {"on", "true", "yes", "1"};
     constexpr std::array<std::string_view, 4> kOff = {"off", "false", "no", "0"};
     const auto is = [text](std::string_view word) { return equalWithoutCase(word, text); };
-    if (std::any_of(kOn.begin(), kOn.end(), is))
+    if (std::any_of(kOn.begin(), kOn.end(), is)) {
         return A_long{1};
-    if (std::any_of(kOff.begin(), kOff.end(), is))
+    }
+    if (std::any_of(kOff.begin(), kOff.end(), is)) {
         return A_long{0};
+    }
     failForm(def, "on or off", text);
 }
 
@@ -108,40 +117,47 @@ std::optional<A_u_char> parseHexByte(std::string_view digits) {
         return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
     };
     unsigned byte = 0;
-    if (!std::all_of(digits.begin(), digits.end(), isHex))
+    if (!std::all_of(digits.begin(), digits.end(), isHex)) {
         return std::nullopt;
+    }
     std::from_chars(digits.data(), digits.data() + digits.size(), byte, 16);
     return static_cast<A_u_char>(byte);
 }
 
 std::optional<PF_Pixel> parseHexColor(std::string_view text) {
-    if (text.size() != 7 || text.front() != '#')
+    if (text.size() != 7 || text.front() != '#') {
         return std::nullopt;
+    }
     const auto red = parseHexByte(text.substr(1, 2));
     const auto green = parseHexByte(text.substr(3, 2));
     const auto blue = parseHexByte(text.substr(5, 2));
-    if (!red || !green || !blue)
+    if (!red || !green || !blue) {
         return std::nullopt;
+    }
     return PF_Pixel{255, *red, *green, *blue};
 }
 
 constexpr char kColorForm[] = "a colour as #RRGGBB or red,green,blue";
 
 host::ParamValue parseColor(const PF_ParamDef& def, std::string_view text) {
-    if (const auto color = parseHexColor(text))
+    if (const auto color = parseHexColor(text)) {
         return *color;
+    }
     std::array<A_u_char, 3> channels{};
     std::string_view rest = text;
     for (std::size_t i = 0; i < channels.size(); ++i) {
         const std::size_t comma = rest.find(',');
-        if ((comma == std::string_view::npos) != (i == 2))
+        if ((comma == std::string_view::npos) != (i == 2)) {
             failForm(def, kColorForm, text);
+        }
         int channel = 0;
         const Form form = parseNumber(trimmed(rest.substr(0, comma)), channel);
-        if (form == Form::kWrong)
+        if (form == Form::kWrong) {
             failForm(def, kColorForm, text);
-        if (form == Form::kTooLarge || channel < 0 || channel > 255)
+        }
+        if (form == Form::kTooLarge || channel < 0 || channel > 255) {
             failRange(def, text, "0 to 255 for each channel");
+        }
         channels[i] = static_cast<A_u_char>(channel);
         rest.remove_prefix(i == 2 ? rest.size() : comma + 1);
     }
@@ -170,8 +186,9 @@ bool isSeparator(std::string_view choice) {
 host::ParamValue choose(const PF_ParamDef& def, const std::vector<std::string>& choices, std::size_t place) {
     const auto value = static_cast<A_long>(place + 1);
     const std::string refusal = choiceRefusal(def, choices, value);
-    if (!refusal.empty())
+    if (!refusal.empty()) {
         throw Failure(ExitCode::kUsage, refusal);
+    }
     return value;
 }
 
@@ -179,20 +196,24 @@ host::ParamValue parsePopup(const PF_ParamDef& def, const std::vector<std::strin
                             std::string_view text) {
     const std::size_t count = choiceCount(def, choices);
     for (std::size_t place = 0; place < count; ++place) {
-        if (equalWithoutCase(trimmed(choices[place]), text))
+        if (equalWithoutCase(trimmed(choices[place]), text)) {
             return choose(def, choices, place);
+        }
     }
     A_long number = 0;
-    if (parseNumber(text, number) == Form::kGood && number >= 1 && static_cast<std::size_t>(number) <= count)
+    if (parseNumber(text, number) == Form::kGood && number >= 1 &&
+        static_cast<std::size_t>(number) <= count) {
         return choose(def, choices, static_cast<std::size_t>(number - 1));
+    }
     throw Failure(ExitCode::kUsage, inQuotes(def.name) + " has no choice " + inQuotes(text) + "; it takes " +
                                         rangeText(def, choices));
 }
 
 std::string choiceList(const PF_ParamDef& def, const std::vector<std::string>& choices) {
     std::string list;
-    for (const A_long value : choosable(def, choices))
+    for (const A_long value : choosable(def, choices)) {
         list += (list.empty() ? "" : ", ") + valueText(def, choices, value);
+    }
     return list;
 }
 
@@ -220,38 +241,46 @@ host::ParamValue parseValue(const PF_ParamDef& def, const std::vector<std::strin
 std::vector<A_long> choosable(const PF_ParamDef& def, const std::vector<std::string>& choices) {
     std::vector<A_long> values;
     for (std::size_t place = 0; place < choiceCount(def, choices); ++place) {
-        if (!isSeparator(choices[place]))
+        if (!isSeparator(choices[place])) {
             values.push_back(static_cast<A_long>(place + 1));
+        }
     }
     return values;
 }
 
 std::string choiceRefusal(const PF_ParamDef& def, const std::vector<std::string>& choices,
                           const host::ParamValue& value) {
-    if (def.param_type != PF_Param_POPUP)
+    if (def.param_type != PF_Param_POPUP) {
         return {};
+    }
     const A_long number = std::get<A_long>(value);
-    if (number < 1 || static_cast<std::size_t>(number) > choiceCount(def, choices))
+    if (number < 1 || static_cast<std::size_t>(number) > choiceCount(def, choices)) {
         return {};
+    }
     const std::string& choice = choices[static_cast<std::size_t>(number - 1)];
-    if (!isSeparator(choice))
+    if (!isSeparator(choice)) {
         return {};
+    }
     return inQuotes(def.name) + " cannot be " + inQuotes(choice) +
            ": it only separates the choices; it takes " + rangeText(def, choices);
 }
 
 std::string valueText(const PF_ParamDef& def, const std::vector<std::string>& choices,
                       const host::ParamValue& value) {
-    if (const auto* color = std::get_if<PF_Pixel>(&value))
+    if (const auto* color = std::get_if<PF_Pixel>(&value)) {
         return colorText(*color);
-    if (const auto* number = std::get_if<double>(&value))
+    }
+    if (const auto* number = std::get_if<double>(&value)) {
         return numberText(static_cast<float>(*number));
+    }
     const A_long number = std::get<A_long>(value);
-    if (def.param_type == PF_Param_CHECKBOX)
+    if (def.param_type == PF_Param_CHECKBOX) {
         return number != 0 ? "on" : "off";
+    }
     if (def.param_type == PF_Param_POPUP && number >= 1 &&
-        static_cast<std::size_t>(number) <= choiceCount(def, choices))
+        static_cast<std::size_t>(number) <= choiceCount(def, choices)) {
         return choices[static_cast<std::size_t>(number - 1)];
+    }
     return std::to_string(number);
 }
 

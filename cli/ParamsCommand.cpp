@@ -54,14 +54,16 @@ std::vector<Cells> linesOf(const host::Session& session) {
 std::string aligned(const std::vector<Cells>& lines) {
     std::array<std::size_t, 4> widths{};
     for (const Cells& cells : lines) {
-        for (std::size_t i = 0; i < cells.size(); ++i)
+        for (std::size_t i = 0; i < cells.size(); ++i) {
             widths[i] = std::max(widths[i], cells[i].size());
+        }
     }
     std::string text;
     for (const Cells& cells : lines) {
         std::string line;
-        for (std::size_t i = 0; i < cells.size(); ++i)
+        for (std::size_t i = 0; i < cells.size(); ++i) {
             line += printable(cells[i]) + std::string(widths[i] - cells[i].size() + 2, ' ');
+        }
         line.erase(line.find_last_not_of(' ') + 1);
         text += line + '\n';
     }

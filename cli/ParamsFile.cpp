@@ -42,8 +42,9 @@ const PF_ParamDef& definitionOf(const host::Session& session, int index) {
 
 std::optional<Target> componentOf(const host::Session& session, std::string_view label) {
     constexpr std::string_view kComponents = "rgba";
-    if (label.size() < 3 || label[label.size() - 2] != '.')
+    if (label.size() < 3 || label[label.size() - 2] != '.') {
         return std::nullopt;
+    }
     const char component = foldedCase(label.substr(label.size() - 1)).front();
     const std::string_view color = label.substr(0, label.size() - 2);
     const std::vector<PF_ParamDef>& params = session.params();
@@ -52,8 +53,9 @@ std::optional<Target> componentOf(const host::Session& session, std::string_view
     const bool isColor = std::any_of(params.begin(), params.end(), [color](const PF_ParamDef& def) {
         return def.param_type == PF_Param_COLOR && sameLabel(def.name, color);
     });
-    if (isLabel || !isColor || kComponents.find(component) == std::string_view::npos)
+    if (isLabel || !isColor || kComponents.find(component) == std::string_view::npos) {
         return std::nullopt;
+    }
     return Target{findSettable(params, color), component};
 }
 
@@ -71,19 +73,23 @@ PF_ParamDef componentDefinition(std::string_view label) {
 std::optional<Assignment> assignmentOf(const host::Session& session, std::string_view line) {
     const std::string_view inner = trimmed(line);
     if (inner.empty() || kSayNothing.find(inner.front()) != std::string_view::npos ||
-        equalWithoutCase(inner, kSection))
+        equalWithoutCase(inner, kSection)) {
         return std::nullopt;
-    if (inner.front() == '[')
+    }
+    if (inner.front() == '[') {
         throw Failure(ExitCode::kUsage,
                       "the section " + inQuotes(inner) + " is not " + std::string(kSection));
+    }
     const std::size_t equals = inner.find('=');
     const bool isText = inner.find('\0') == std::string_view::npos;
-    if (equals == std::string_view::npos || !isText)
+    if (equals == std::string_view::npos || !isText) {
         throw Failure(ExitCode::kUsage, "a line takes LABEL=VALUE, not " + inQuotes(inner));
+    }
     const std::string_view label = trimmed(inner.substr(0, equals));
     const std::string_view value = inner.substr(equals + 1);
-    if (const auto component = componentOf(session, label))
+    if (const auto component = componentOf(session, label)) {
         return Assignment{*component, parseValue(componentDefinition(label), {}, value)};
+    }
     const int index = findSettable(session.params(), label);
     return Assignment{{index, kWhole},
                       parseValue(definitionOf(session, index), session.choices(index), value)};
@@ -128,17 +134,19 @@ public:
         for (const char component :
              wholeColor ? std::string_view("rgb") : std::string_view(&target.component, 1)) {
             const auto [place, isNew] = lines_.emplace(std::pair(target.index, component), line);
-            if (!isNew)
+            if (!isNew) {
                 throw Failure(ExitCode::kUsage, inQuotes(definitionOf(session, target.index).name) +
                                                     " was set in line " + std::to_string(place->second) +
                                                     " already");
+            }
         }
     }
 
     std::set<int> indices() const {
         std::set<int> named;
-        for (const auto& [target, line] : lines_)
+        for (const auto& [target, line] : lines_) {
             named.insert(target.first);
+        }
         return named;
     }
 
@@ -149,11 +157,13 @@ private:
 bool same(const host::ParamValue& a, const host::ParamValue& b) {
     const auto* color = std::get_if<PF_Pixel>(&a);
     const auto* other = std::get_if<PF_Pixel>(&b);
-    if (color != nullptr && other != nullptr)
+    if (color != nullptr && other != nullptr) {
         return color->red == other->red && color->green == other->green && color->blue == other->blue &&
                color->alpha == other->alpha;
-    if (const auto* number = std::get_if<double>(&a))
+    }
+    if (const auto* number = std::get_if<double>(&a)) {
         return std::holds_alternative<double>(b) && *number == std::get<double>(b);
+    }
     const auto* number = std::get_if<A_long>(&a);
     return number != nullptr && std::holds_alternative<A_long>(b) && *number == std::get<A_long>(b);
 }
@@ -170,11 +180,13 @@ bool readsBack(const host::Session& session, const std::string& line, int index,
 
 /// The forms that a value has, the best to read first.
 std::vector<std::string> valueTexts(const host::Session& session, int index, const host::ParamValue& value) {
-    if (const auto* number = std::get_if<double>(&value))
+    if (const auto* number = std::get_if<double>(&value)) {
         return {shortestText(*number)};
+    }
     std::vector<std::string> texts = {valueText(definitionOf(session, index), session.choices(index), value)};
-    if (const auto* number = std::get_if<A_long>(&value))
+    if (const auto* number = std::get_if<A_long>(&value)) {
         texts.push_back(std::to_string(*number));
+    }
     return texts;
 }
 
@@ -189,19 +201,22 @@ std::string linesOf(const host::Session& session, int index) {
     const std::vector<std::string> texts = valueTexts(session, index, value);
     for (const std::string& text : texts) {
         const std::string line = label + '=' + text;
-        if (readsBack(session, line, index, value))
+        if (readsBack(session, line, index, value)) {
             return line + '\n' + alphaLine;
+        }
     }
     return std::string(1, kSaysNothing) + ' ' + printable(label + '=' + texts.front()) + '\n';
 }
 
 /// Told by its mark, or by zeros in every other byte, as ASCII has them there.
 bool isUtf16(std::string_view text) {
-    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF"))
+    if (text.starts_with("\xFF\xFE") || text.starts_with("\xFE\xFF")) {
         return true;
+    }
     std::array<std::size_t, 2> zeros{}; // in bytes of even and of odd places
-    for (std::size_t at = 0; at < text.size(); ++at)
+    for (std::size_t at = 0; at < text.size(); ++at) {
         zeros[at % 2] += text[at] == '\0' ? 1U : 0U;
+    }
     constexpr std::size_t kLeastBytes = 4; // a shorter text has no setting
     return text.size() >= kLeastBytes && std::max(zeros[0], zeros[1]) > text.size() / 4 &&
            std::min(zeros[0], zeros[1]) == 0;
@@ -209,9 +224,10 @@ bool isUtf16(std::string_view text) {
 
 std::string textOf(const std::filesystem::path& file) {
     const auto checkSize = [&file](std::span<const uint8_t> beginning) {
-        if (beginning.size() > kMostParamsFileBytes)
+        if (beginning.size() > kMostParamsFileBytes) {
             throw Failure(ExitCode::kFile, "cannot read " + inQuotes(file.string()) + ": it is larger than " +
                                                std::to_string(kMostParamsFileBytes) + " bytes");
+        }
     };
     const std::vector<uint8_t> bytes = fileBytes(file, kMostParamsFileBytes + 1, checkSize);
     return {bytes.begin(), bytes.end()};
@@ -224,24 +240,28 @@ std::set<int> applyParamsFile(host::Session& session, const std::filesystem::pat
 }
 
 std::set<int> applyParamsText(host::Session& session, std::string_view text, const std::string& name) {
-    if (isUtf16(text))
+    if (isUtf16(text)) {
         throw Failure(ExitCode::kFile,
                       "cannot read " + inQuotes(name) +
                           ": it is text in UTF-16, and settings are read in UTF-8; save it as that");
-    if (text.starts_with(kByteOrderMark))
+    }
+    if (text.starts_with(kByteOrderMark)) {
         text.remove_prefix(kByteOrderMark.size());
+    }
     Assigned assigned;
     for (int number = 1; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);
         text.remove_prefix(std::min(end + 1, text.size()));
-        if (line.ends_with('\r'))
+        if (line.ends_with('\r')) {
             line.remove_suffix(1);
+        }
         try {
-            if (line.find('\r') != std::string_view::npos)
+            if (line.find('\r') != std::string_view::npos) {
                 throw Failure(ExitCode::kUsage,
                               "it holds a bare carriage return, which ends no line; lines end as on "
                               "Linux or on Windows");
+            }
             if (const auto assignment = assignmentOf(session, line)) {
                 assigned.note(session, assignment->target, number);
                 assign(session, *assignment);
@@ -262,8 +282,9 @@ std::string paramsFileText(const host::Session& session, const std::function<boo
     std::string text;
     const int count = static_cast<int>(session.params().size());
     for (int index = 1; index < count; ++index) {
-        if (isSettable(definitionOf(session, index)) && chosen(index))
+        if (isSettable(definitionOf(session, index)) && chosen(index)) {
             text += linesOf(session, index);
+        }
     }
     return text;
 }

@@ -64,8 +64,9 @@ void addChoices(Json& json, const PF_ParamDef& def, const std::vector<std::strin
     json["choices"] = Json::array();
     for (A_long value = 1; value <= def.u.pd.num_choices; ++value) {
         const auto place = static_cast<std::size_t>(value - 1);
-        if (place >= choices.size())
+        if (place >= choices.size()) {
             break;
+        }
         json["choices"].push_back({{"value", value},
                                    {"label", choices[place]},
                                    {"selectable", choiceRefusal(def, choices, value).empty()}});
@@ -101,8 +102,9 @@ Json parameterJson(const host::Session& session, int index, const std::vector<in
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
     Json json = {{"index", index},      {"id", def.uu.id},        {"label", def.name},
                  {"kind", kindOf(def)}, {"type", def.param_type}, {"groups", groups}};
-    if (isSettable(def))
+    if (isSettable(def)) {
         addValue(json, session, index, def);
+    }
     return json;
 }
 
@@ -114,11 +116,13 @@ std::string paramsJson(const host::Session& session) {
     const int count = static_cast<int>(session.params().size());
     for (int index = 1; index < count; ++index) {
         const PF_ParamType type = session.params()[static_cast<std::size_t>(index)].param_type;
-        if (type == PF_Param_GROUP_END && !groups.empty())
+        if (type == PF_Param_GROUP_END && !groups.empty()) {
             groups.pop_back();
+        }
         parameters.push_back(parameterJson(session, index, groups));
-        if (type == PF_Param_GROUP_START)
+        if (type == PF_Param_GROUP_START) {
             groups.push_back(index);
+        }
     }
     const Json all = {{"parameters", std::move(parameters)}};
     return all.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';

@@ -26,8 +26,9 @@ struct EffectPixel {
 };
 
 void checkPlace(const PickArguments& arguments, const Picture& picture) {
-    if (arguments.x < picture.width && arguments.y < picture.height)
+    if (arguments.x < picture.width && arguments.y < picture.height) {
         return;
+    }
     throw Failure(ExitCode::kUsage, inQuotes(arguments.input) + " has no pixel " +
                                         std::to_string(arguments.x) + ',' + std::to_string(arguments.y) +
                                         ": X is 0 to " + std::to_string(picture.width - 1) + ", Y is 0 to " +
@@ -58,8 +59,9 @@ uint8_t matchedByte(uint16_t value) {
 uint8_t matchedByte(float value) {
     const double steps = static_cast<double>(value * 255.0F) + 0.5;
     // What no 32 bits hold, NaN too, has 0 for its low bits.
-    if (!(steps > -2147483649.0 && steps < 2147483648.0))
+    if (!(steps > -2147483649.0 && steps < 2147483648.0)) {
         return 0;
+    }
     return static_cast<uint8_t>(static_cast<int32_t>(steps));
 }
 
@@ -77,10 +79,11 @@ uint8_t nearestOf(float value) {
 
 template <class Channel>
 std::string valueOf(Channel value) {
-    if constexpr (std::is_floating_point_v<Channel>)
+    if constexpr (std::is_floating_point_v<Channel>) {
         return shortestText(value);
-    else
+    } else {
         return std::to_string(value);
+    }
 }
 
 template <class Pixel>
@@ -114,8 +117,9 @@ std::string hlsText(const Bytes& rgb) {
 
 std::string textOf(const PickArguments& arguments) {
     Picture picture = readPicture(arguments.input);
-    if (arguments.alphaKind)
+    if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
+    }
     checkPlace(arguments, picture);
     const std::size_t place = std::size_t{arguments.y} * picture.width + arguments.x;
     const Picture cut = cutOut(picture, place);
@@ -123,8 +127,9 @@ std::string textOf(const PickArguments& arguments) {
     std::string text = "Pixel       " + std::to_string(arguments.x) + ',' + std::to_string(arguments.y) +
                        "\nPicture     " + formText(picture) + "\nFile        " + pixelText(cut, 0) +
                        "\nEffect      " + pixel.values + "\nColour      " + hexText(pixel.nearest) + '\n';
-    if (pixel.matched != pixel.nearest)
+    if (pixel.matched != pixel.nearest) {
         text += "Matched as  " + hexText(pixel.matched) + '\n';
+    }
     return text + hlsText(pixel.matched);
 }
 

@@ -38,8 +38,9 @@ std::vector<ComparedChannel> comparedChannels(Channels a, Channels b) {
         compared.push_back({"green", placeOf(1, a), placeOf(1, b)});
         compared.push_back({"blue", placeOf(2, a), placeOf(2, b)});
     }
-    if (hasAlpha(a) || hasAlpha(b))
+    if (hasAlpha(a) || hasAlpha(b)) {
         compared.push_back({"alpha", alphaPlace(a), alphaPlace(b)});
+    }
     return compared;
 }
 
@@ -50,15 +51,17 @@ double valueAt(const Picture& picture, std::size_t pixel, std::size_t place) {
 
 /// Samples and whites are of so few bits that the products are exact.
 bool sameValue(double a, double whiteA, double b, double whiteB) {
-    if (std::isnan(a) || std::isnan(b))
+    if (std::isnan(a) || std::isnan(b)) {
         return std::bit_cast<uint64_t>(a) == std::bit_cast<uint64_t>(b);
+    }
     return a * whiteB == b * whiteA;
 }
 
 /// NaN outweighs every number.
 void keepLarger(double& largest, double other) {
-    if (std::isnan(other) || other > largest)
+    if (std::isnan(other) || other > largest) {
         largest = other;
+    }
 }
 
 class Comparing {
@@ -66,8 +69,9 @@ public:
     Comparing(const Picture& a, const Picture& b)
         : a_(a), b_(b), channels_(comparedChannels(a.channels, b.channels)), whiteA_(whiteOf(a.sampleType)),
           whiteB_(whiteOf(b.sampleType)) {
-        for (const ComparedChannel& channel : channels_)
+        for (const ComparedChannel& channel : channels_) {
             result_.largest.push_back({channel.name, 0.0, 0.0});
+        }
     }
 
     /// Whether the bytes can tell that samples are the same.
@@ -78,14 +82,16 @@ public:
         for (std::size_t i = 0; i < channels_.size(); ++i) {
             const double a = valueAt(a_, pixel, channels_[i].inA);
             const double b = valueAt(b_, pixel, channels_[i].inB);
-            if (sameValue(a, whiteA_, b, whiteB_))
+            if (sameValue(a, whiteA_, b, whiteB_)) {
                 continue;
+            }
             differs = true;
             keepLarger(result_.largest[i].units, std::abs(a - b));
             keepLarger(result_.largest[i].fraction, std::abs(a / whiteA_ - b / whiteB_));
         }
-        if (differs && result_.pixels++ == 0)
+        if (differs && result_.pixels++ == 0) {
             result_.first = pixel;
+        }
         return differs;
     }
 
@@ -109,11 +115,13 @@ PictureDifference differenceOf(const Picture& a, const Picture& b,
     for (std::size_t y = 0; y < a.height; ++y) {
         const std::size_t start = y * rowBytes;
         if (comparing.sameForm() &&
-            std::memcmp(a.samples.data() + start, b.samples.data() + start, rowBytes) == 0)
+            std::memcmp(a.samples.data() + start, b.samples.data() + start, rowBytes) == 0) {
             continue;
+        }
         for (std::size_t pixel = y * a.width; pixel < (y + 1) * a.width; ++pixel) {
-            if (comparing.lookAt(pixel))
+            if (comparing.lookAt(pixel)) {
                 differing(pixel);
+            }
         }
     }
     return comparing.result();

@@ -24,8 +24,9 @@ std::size_t columns() {
 std::string durationText(double seconds) {
     constexpr double kLongest = 360000.0;
     const auto whole = static_cast<int64_t>(std::clamp(seconds, 0.0, kLongest) + 0.5);
-    if (whole < 60)
+    if (whole < 60) {
         return std::to_string(whole) + " s";
+    }
     const bool hours = whole >= 3600;
     const int64_t smaller = hours ? whole / 60 : whole;
     const std::string digits = std::to_string(smaller % 60);
@@ -34,16 +35,18 @@ std::string durationText(double seconds) {
 
 int callsOf(const ProgressFrame& frame) {
     int calls = 0;
-    for (const ProgressStage& stage : frame.stages)
+    for (const ProgressStage& stage : frame.stages) {
         calls += stage.calls;
+    }
     return calls;
 }
 
 int callsOf(const std::vector<ProgressFrame>& frames) {
     int calls = 0;
     for (const ProgressFrame& frame : frames) {
-        if (frame.stages.empty())
+        if (frame.stages.empty()) {
             return 0;
+        }
         calls += callsOf(frame);
     }
     return calls;
@@ -59,8 +62,9 @@ std::string progressText(double reached, uint64_t pixels, double seconds, const 
     percent.insert(0, 3 - std::min<std::size_t>(percent.size(), 3), ' ');
     std::string text =
         '[' + std::string(done, '#') + std::string(kBarLetters - done, '-') + "] " + percent + " %";
-    if (!stage.empty())
+    if (!stage.empty()) {
         text += "  " + stage;
+    }
     if (reached > 0.0 && seconds > 0.0) {
         const double rate = static_cast<double>(pixels) * reached / seconds / kPixelsInMegapixel;
         text += "  " + durationText(seconds) + " gone, " + durationText(seconds * (1.0 - reached) / reached) +
@@ -75,21 +79,24 @@ ProgressLine::ProgressLine(std::vector<ProgressFrame> frames, uint64_t pixels, b
 
 void ProgressLine::clear() {
     const std::scoped_lock lock(mutex_);
-    if (letters_ > 0)
+    if (letters_ > 0) {
         std::fprintf(stderr, "\r%*s\r", static_cast<int>(letters_), "");
+    }
     letters_ = 0;
 }
 
 void ProgressLine::report(int current, int total) {
-    if (!shown_ || total <= 0)
+    if (!shown_ || total <= 0) {
         return;
+    }
     const std::scoped_lock lock(mutex_);
     ++calls_;
     reached_ = std::max(reached_, reached(current, total));
     const Clock::time_point now = Clock::now();
     const bool isLast = isCounted() && callsBefore_ + calls_ == callsInAll_;
-    if (now < next_ && !isLast)
+    if (now < next_ && !isLast) {
         return;
+    }
     next_ = now + kPause;
     const double seconds = std::chrono::duration<double>(now - start_).count();
     const std::string& title = frames_[frame_].title;
@@ -117,12 +124,14 @@ std::string ProgressLine::stage() const {
     int calls = 0;
     std::string name;
     for (const ProgressStage& stage : frames_[frame_].stages) {
-        if (stage.calls == 0)
+        if (stage.calls == 0) {
             continue;
+        }
         calls += stage.calls;
         name = stage.name;
-        if (calls_ < calls)
+        if (calls_ < calls) {
             break;
+        }
     }
     return name;
 }

@@ -30,8 +30,9 @@ std::string valuesOf(const host::Session& session, bool allViews) {
 
 /// Where new instances start, or nowhere.
 std::string fileFor(const EffectArguments& arguments) {
-    if (startsFromFactory(arguments))
+    if (startsFromFactory(arguments)) {
         return {};
+    }
     std::error_code error;
     const std::string path = defaultsPath();
     return std::filesystem::is_regular_file(path, error) ? path : std::string();
@@ -40,8 +41,9 @@ std::string fileFor(const EffectArguments& arguments) {
 bool written(int file, std::string_view text) {
     while (!text.empty()) {
         const ssize_t count = ::write(file, text.data(), text.size());
-        if (count < 0 && errno != EINTR)
+        if (count < 0 && errno != EINTR) {
             return false;
+        }
         text.remove_prefix(count > 0 ? static_cast<std::size_t>(count) : 0);
     }
     return true;
@@ -52,10 +54,11 @@ std::string readToTheEnd(int file) {
     std::array<char, 4096> bytes{};
     for (;;) {
         const ssize_t count = ::read(file, bytes.data(), bytes.size());
-        if (count > 0)
+        if (count > 0) {
             text.append(bytes.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
+        } else if (count == 0 || errno != EINTR) {
             return text;
+        }
     }
 }
 
@@ -77,8 +80,9 @@ std::string readToTheEnd(int file) {
 std::optional<std::string> factoryValues(const EffectArguments& arguments,
                                          const std::optional<std::string>& view, bool allViews) {
     std::array<int, 2> ends{}; // to read from, to write to
-    if (::pipe(ends.data()) != 0)
+    if (::pipe(ends.data()) != 0) {
         return std::nullopt;
+    }
     const pid_t child = ::fork();
     if (child == 0) {
         ::close(ends[0]);
@@ -102,14 +106,16 @@ RememberedDefaults::RememberedDefaults(const EffectArguments& arguments,
 RememberedDefaults::RememberedDefaults(const EffectArguments& arguments,
                                        const std::optional<std::string>& view, bool allViews)
     : file_(fileFor(arguments)), allViews_(allViews) {
-    if (!file_.empty())
+    if (!file_.empty()) {
         withoutThem_ = factoryValues(arguments, view, allViews);
+    }
 }
 
 void RememberedDefaults::tellIfTheyCount(const host::Session& session) const {
-    if (withoutThem_ && valuesOf(session, allViews_) != *withoutThem_)
+    if (withoutThem_ && valuesOf(session, allViews_) != *withoutThem_) {
         tell("note: the defaults remembered in " + inQuotes(file_) +
              " count here; --factory leaves them out");
+    }
 }
 
 } // namespace kovalune

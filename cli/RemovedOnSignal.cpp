@@ -37,8 +37,9 @@ bool isArmed(const RemovedFile& file) {
 extern "C" void removeAndEnd(int signalNumber) {
     signalCame.store(true);
     for (const RemovedFile& file : removedFiles) {
-        if (isArmed(file))
+        if (isArmed(file)) {
             ::unlink(file.name.data());
+        }
     }
     ::raise(signalNumber);
 }
@@ -47,25 +48,30 @@ extern "C" void removeAndEnd(int signalNumber) {
 
 RemovedOnSignal::RemovedOnSignal(const std::filesystem::path& file) {
     const std::string name = file.string();
-    if (name.size() >= kNameBytes)
+    if (name.size() >= kNameBytes) {
         return;
+    }
     auto* const free = std::find_if_not(removedFiles.begin(), removedFiles.end(), isArmed);
-    if (free == removedFiles.end())
+    if (free == removedFiles.end()) {
         throw std::logic_error("too many files are written at once");
+    }
     place_ = static_cast<std::size_t>(free - removedFiles.begin());
     std::memcpy(free->name.data(), name.c_str(), name.size() + 1);
     free->armed.store(true);
-    for (const int signalNumber : kEndingSignals)
+    for (const int signalNumber : kEndingSignals) {
         takeSignal(signalNumber, removeAndEnd);
+    }
 }
 
 RemovedOnSignal::~RemovedOnSignal() {
-    if (!place_)
+    if (!place_) {
         return;
+    }
     const auto others = std::count_if(removedFiles.begin(), removedFiles.end(), isArmed) - 1;
     if (others == 0) {
-        for (const int signalNumber : kEndingSignals)
+        for (const int signalNumber : kEndingSignals) {
             giveSignalBack(signalNumber, removeAndEnd);
+        }
     }
     removedFiles[*place_].armed.store(false);
 }

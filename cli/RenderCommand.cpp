@@ -41,8 +41,9 @@ struct Times {
 std::string timesText(const Times& times) {
     std::string text;
     for (const auto& [what, milliseconds] :
-         {std::pair("reading", times.reading), {"effect", times.effect}, {"writing", times.writing}})
+         {std::pair("reading", times.reading), {"effect", times.effect}, {"writing", times.writing}}) {
         text += std::string(what) + ' ' + fixedText(milliseconds, 3) + " ms\n";
+    }
     return text;
 }
 
@@ -53,8 +54,9 @@ struct Frame {
 
 Frame frameOf(OpenEffect& effect, const SourceFrame& source, const RenderArguments& arguments) {
     Frame frame;
-    if (!arguments.effect.plugin)
+    if (!arguments.effect.plugin) {
         frame.counts = FrameReport{.countsChanges = arguments.report.report};
+    }
     ProgressLine progress({progressFrame(effect.session(), arguments.frame)}, pixelsOf(source),
                           arguments.frame.quiet);
     frame.image =
@@ -87,8 +89,9 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
         encodePicture(format, pictureOf(frame.image, source.image, source.picture, form));
     const std::vector<std::string> notes = selectionNotes(effect.session(), named, frame.counts);
     tellNotes(notes, frame.counts, arguments.report);
-    if (arguments.printParams)
+    if (arguments.printParams) {
         printOut(paramsFileText(effect.session()));
+    }
     if (arguments.report.report) {
         const std::string report =
             selectionText(effect.session(), frame.counts, notes, arguments.report.json);
@@ -97,8 +100,9 @@ void renderFile(OpenEffect& effect, const RenderArguments& arguments, const Name
     checkStrict(notes, arguments.report, arguments.output);
     writeAtomically(arguments.output, bytes);
     times.writing = watch.lap();
-    if (arguments.time)
+    if (arguments.time) {
         printOut(arguments.printParams ? commented(timesText(times)) : timesText(times));
+    }
     noteLeftOut(source, format);
 }
 
@@ -111,12 +115,14 @@ void runRender(const RenderArguments& arguments) {
     const RememberedDefaults remembered(arguments.effect, arguments.view);
     OpenEffect effect = openEffect(arguments.effect);
     const NamedParams named = applySettings(effect.session(), arguments.effect, arguments.view);
-    if (printsOnly)
+    if (printsOnly) {
         printOut(paramsFileText(effect.session()));
-    else
+    } else {
         withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, named, format); });
-    if (!arguments.frame.quiet)
+    }
+    if (!arguments.frame.quiet) {
         remembered.tellIfTheyCount(effect.session());
+    }
 }
 
 } // namespace kovalune

@@ -48,8 +48,9 @@ std::string offNote(const std::string& label, const std::string& checkBox) {
 void addOffNotes(std::vector<std::string>& notes, const host::Session& session, const NamedParams& named) {
     for (std::size_t color = 0; color < kStageColors; ++color) {
         const std::string label = colorLabel(0, color);
-        if (!isOffUnnamed(session, named, colorSwitch(0, color)))
+        if (!isOffUnnamed(session, named, colorSwitch(0, color))) {
             continue;
+        }
         for (const std::string& set : {label, label + " Range"}) {
             if (isNamed(session, named, set)) {
                 notes.push_back(offNote(set, colorSwitch(0, color)));
@@ -58,8 +59,9 @@ void addOffNotes(std::vector<std::string>& notes, const host::Session& session, 
         }
     }
     for (std::size_t stage = 1; stage < kStageCount; ++stage) {
-        if (!isOffUnnamed(session, named, stageSwitch(stage)))
+        if (!isOffUnnamed(session, named, stageSwitch(stage))) {
             continue;
+        }
         const std::string start = std::to_string(stage) + " : ";
         for (const int index : named) {
             const std::string label = session.params()[static_cast<std::size_t>(index)].name;
@@ -74,14 +76,17 @@ void addOffNotes(std::vector<std::string>& notes, const host::Session& session, 
 /// Whoever named the switch too is told all the same: the view is not what it is called.
 void addViewNote(std::vector<std::string>& notes, const host::Session& session) {
     const std::optional<int> index = session.findParam(std::string(kViewLabel));
-    if (!index)
+    if (!index) {
         return;
+    }
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(*index)];
-    if (def.param_type != PF_Param_POPUP)
+    if (def.param_type != PF_Param_POPUP) {
         return;
+    }
     const std::string view = valueText(def, session.choices(*index), session.value(*index));
-    if (const std::optional<std::size_t> stage = offStageOf(session, view))
+    if (const std::optional<std::size_t> stage = offStageOf(session, view)) {
         notes.push_back("View shows " + view + ", but " + inQuotes(stageSwitch(*stage)) + " is off");
+    }
 }
 
 std::string colorNote(const host::Session& session, const StageReport& report, std::size_t stage,
@@ -90,8 +95,9 @@ std::string colorNote(const host::Session& session, const StageReport& report, s
     std::string note = inQuotes(label) + " (" + colorText(session, label) +
                        (isDefault(session, label) ? ", the default" : "") + ") selects no pixel";
     for (std::size_t before = 0; before < color; ++before) {
-        if (report.selected[before] > 0)
+        if (report.selected[before] > 0) {
             return note + " beyond those of the colours before it";
+        }
     }
     return stage == 0 ? note : note + ": " + stageName(stage) + " does nothing";
 }
@@ -99,8 +105,9 @@ std::string colorNote(const host::Session& session, const StageReport& report, s
 void addColorNotes(std::vector<std::string>& notes, const host::Session& session, const StageReport& report,
                    std::size_t stage) {
     for (std::size_t color = 0; color < colorsOf(stage); ++color) {
-        if (report.selected[color] == 0 && isOn(session, colorSwitch(stage, color)) == true)
+        if (report.selected[color] == 0 && isOn(session, colorSwitch(stage, color)) == true) {
             notes.push_back(colorNote(session, report, stage, color));
+        }
     }
 }
 
@@ -139,9 +146,10 @@ std::string tableText(const host::Session& session, const FrameReport& counts) {
                           std::to_string(report.changed));
         for (std::size_t color = 0; stage == 0 && color < kStageColors; ++color) {
             const std::string label = colorLabel(stage, color);
-            if (isOn(session, colorSwitch(stage, color)) == true)
+            if (isOn(session, colorSwitch(stage, color)) == true) {
                 text += tableLine("  " + label, colorText(session, label),
                                   std::to_string(report.selected[color]), "");
+            }
         }
     }
     return text;
@@ -163,10 +171,11 @@ Json stageJson(const host::Session& session, const StageReport& report, std::siz
     json["colors"] = Json::array();
     for (std::size_t color = 0; color < colorsOf(stage); ++color) {
         const std::string label = colorLabel(stage, color);
-        if (isOn(session, colorSwitch(stage, color)) == true)
+        if (isOn(session, colorSwitch(stage, color)) == true) {
             json["colors"].push_back({{"label", label},
                                       {"color", colorText(session, label)},
                                       {"selected", report.selected[color]}});
+        }
     }
     return json;
 }
@@ -177,8 +186,9 @@ std::string jsonText(const host::Session& session, const std::optional<FrameRepo
     if (counts) {
         json["pixels"] = counts->pixels;
         json["stages"] = Json::array();
-        for (std::size_t stage = 0; stage < kStageCount; ++stage)
+        for (std::size_t stage = 0; stage < kStageCount; ++stage) {
             json["stages"].push_back(stageJson(session, counts->stages[stage], stage));
+        }
     } else {
         json["stages"] = nullptr;
         json["reason"] = kNoCounts;
@@ -196,37 +206,43 @@ std::vector<std::string> selectionNotes(const host::Session& session, const Name
     addViewNote(notes, session);
     for (std::size_t stage = 0; counts && stage < kStageCount; ++stage) {
         const StageReport& report = counts->stages[stage];
-        if (!report.ran)
+        if (!report.ran) {
             continue;
+        }
         addColorNotes(notes, session, report, stage);
-        if (report.allSelected() > 0 && report.cut > 0 && report.edge == 0)
+        if (report.allSelected() > 0 && report.cut > 0 && report.edge == 0) {
             notes.push_back(keptNote(report, stage));
+        }
     }
     return notes;
 }
 
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json) {
-    if (json)
+    if (json) {
         return jsonText(session, counts, notes);
+    }
     return counts ? tableText(session, *counts) : std::string(kNoCounts) + '\n';
 }
 
 void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
                const ReportArguments& arguments) {
-    for (const std::string& note : notes)
+    for (const std::string& note : notes) {
         tell("note: " + note);
-    if (!counts && !arguments.report)
+    }
+    if (!counts && !arguments.report) {
         tell(std::string("note: ") + kNoCounts);
+    }
 }
 
 void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
                  const std::string& output) {
-    if (arguments.strict && !notes.empty())
+    if (arguments.strict && !notes.empty()) {
         throw Failure(ExitCode::kEffect,
                       "--strict: " + inQuotes(output) + " is not written, since " +
                           (notes.size() == 1 ? "a setting does nothing"
                                              : std::to_string(notes.size()) + " settings do nothing"));
+    }
 }
 
 } // namespace kovalune

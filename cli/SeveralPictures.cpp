@@ -23,21 +23,25 @@ bool isDigit(char letter) {
 /// Of "%d", "%4d" or "%04d".
 std::optional<Place> printfPlace(std::string_view name) {
     const std::size_t start = name.find('%');
-    if (start == std::string_view::npos)
+    if (start == std::string_view::npos) {
         return std::nullopt;
+    }
     std::size_t end = start + 1;
-    while (end < name.size() && isDigit(name[end]))
+    while (end < name.size() && isDigit(name[end])) {
         ++end;
-    if (end == name.size() || name[end] != 'd')
+    }
+    if (end == name.size() || name[end] != 'd') {
         return std::nullopt;
+    }
     return Place{start, end + 1 - start};
 }
 
 /// Where a name leaves room for a number; a single # may well belong to it.
 std::optional<Place> numberPlace(std::string_view name) {
     const std::size_t start = name.find("##");
-    if (start == std::string_view::npos)
+    if (start == std::string_view::npos) {
         return printfPlace(name);
+    }
     const std::size_t end = std::min(name.find_first_not_of('#', start), name.size());
     return Place{start, end - start};
 }
@@ -54,8 +58,9 @@ std::string patternOf(std::string_view name, const Place& number) {
 }
 
 void checkNoStream(const std::string& name, const std::string& rule) {
-    if (name == "-")
+    if (name == "-") {
         throw Failure(ExitCode::kUsage, rule + "; a file that is called '-' is './-'");
+    }
 }
 
 /// The place of the number in a name that no file has.
@@ -68,30 +73,34 @@ std::optional<Place> openNumber(const std::string& name) {
 
 std::string loopOver(std::string_view pattern, const std::string& command) {
     const std::string start = "for f in " + std::string(pattern) + "; do kovalune " + command + " \"$f\"";
-    if (command == "colors")
+    if (command == "colors") {
         return "; for several: " + start + "; done";
+    }
     const bool makesPictures = command == "render" || command == "sheet" || command == "smooth";
-    if (!makesPictures)
+    if (!makesPictures) {
         return {};
+    }
     return "; for several: mkdir -p out; " + start + " -o \"out/" +
            (pattern.find('/') == std::string_view::npos ? "$f" : "${f##*/}") + "\"; done";
 }
 
 void checkReadName(const std::string& name, const std::string& command) {
     checkNoStream(name, "a picture is read from a file, not from the standard input");
-    if (const std::optional<Place> number = openNumber(name))
+    if (const std::optional<Place> number = openNumber(name)) {
         throw Failure(ExitCode::kFile, "cannot read " + inQuotes(name) +
                                            ": there is no such file, and one command takes one picture" +
                                            loopOver(patternOf(name, *number), command));
+    }
 }
 
 void checkWriteName(const std::string& name, const std::string& command) {
     checkNoStream(name, "a picture is written to a file, not to the standard output");
-    if (openNumber(name))
+    if (openNumber(name)) {
         throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(name) +
                           ": one command writes one picture, and puts no number into its name" +
                           loopOver(kAnyPicture, command));
+    }
 }
 
 void checkParamsName(const std::string& name) {

@@ -41,8 +41,9 @@ struct View {
 void labelOff(const host::Session& session, std::vector<View>& views) {
     for (View& view : views) {
         view.isOff = offStageOf(session, view.name).has_value();
-        if (view.isOff)
+        if (view.isOff) {
             view.name += " (off)";
+        }
     }
 }
 
@@ -52,24 +53,28 @@ std::vector<View> viewsOf(const host::Session& session) {
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
     const std::vector<std::string> choices = session.choices(index);
     std::vector<View> views;
-    for (const A_long value : choosable(def, choices))
+    for (const A_long value : choosable(def, choices)) {
         views.push_back({index, value, valueText(def, choices, value), false});
-    if (views.empty())
+    }
+    if (views.empty()) {
         throw Failure(ExitCode::kUsage, "the effect has no views to draw");
+    }
     return views;
 }
 
 SheetLayout layoutFor(const std::vector<View>& views, const SourceFrame& source) {
     int64_t textWidth = 0;
-    for (const View& view : views)
+    for (const View& view : views) {
         textWidth = std::max(textWidth, textSize(view.name, 1).width);
+    }
     const SheetLayout layout =
         sheetLayout(views.size(), source.picture.width, source.picture.height, textWidth, kMostPixelsASide);
-    if (std::max(layout.width(), layout.height()) > int64_t{kMostPixelsASide})
+    if (std::max(layout.width(), layout.height()) > int64_t{kMostPixelsASide}) {
         throw Failure(ExitCode::kFile, "the sheet of " + inQuotes(source.name) + " would be " +
                                            std::to_string(layout.width()) + " x " +
                                            std::to_string(layout.height()) + " pixels; a side has at most " +
                                            std::to_string(kMostPixelsASide));
+    }
     return layout;
 }
 
@@ -77,8 +82,9 @@ std::vector<ProgressFrame> progressFrames(host::Session& session, const std::vec
                                           const FrameArguments& arguments) {
     std::vector<ProgressFrame> frames;
     for (const View& view : views) {
-        if (view.isOff)
+        if (view.isOff) {
             continue;
+        }
         session.setValue(view.param, view.value);
         frames.push_back(progressFrame(session, arguments, printable(view.name)));
     }
@@ -89,8 +95,9 @@ void tellSelection(const host::Session& session, const SheetArguments& arguments
                    const std::optional<FrameReport>& counts) {
     const std::vector<std::string> notes = selectionNotes(session, named, counts);
     tellNotes(notes, counts, arguments.report);
-    if (arguments.report.report)
+    if (arguments.report.report) {
         printOut(selectionText(session, counts, notes, arguments.report.json));
+    }
     checkStrict(notes, arguments.report, arguments.output);
 }
 
@@ -113,16 +120,19 @@ Picture drawnSheet(OpenEffect& effect, const std::vector<View>& views, const Sou
         }
         effect.session().setValue(view.param, view.value);
         std::optional<FrameReport> counts;
-        if (cell == 0 && !arguments.effect.plugin) // in the first view all stages run
+        if (cell == 0 && !arguments.effect.plugin) { // in the first view all stages run
             counts = FrameReport{.countsChanges = arguments.report.report};
+        }
         const host::Image result =
             renderFrame(effect, source, arguments.frame, progress, counts ? &*counts : nullptr);
         progress.nextFrame();
-        if (cell == 0)
+        if (cell == 0) {
             tellSelection(effect.session(), arguments, named, counts);
+        }
         const Picture drawn = pictureOf(result, source.image, source.picture, {type, AlphaKind::kStraight});
-        if (hasAlpha(drawn.channels))
+        if (hasAlpha(drawn.channels)) {
             canvas.checker(place, (layout.margin + 1) / 2, kDarkSquare, kLightSquare);
+        }
         canvas.draw(drawn, place.left, place.top);
     }
     return std::move(canvas).picture();
@@ -148,8 +158,9 @@ void runSheet(const SheetArguments& arguments) {
     const NamedParams named = applySettings(effect.session(), arguments.effect, views.front().name);
     labelOff(effect.session(), views);
     withMemoryFor(arguments.input, [&] { drawFile(effect, views, arguments, named, format); });
-    if (!arguments.frame.quiet)
+    if (!arguments.frame.quiet) {
         remembered.tellIfTheyCount(effect.session());
+    }
 }
 
 } // namespace kovalune

@@ -19,8 +19,9 @@ SheetLayout sheetLayout(std::size_t count, int64_t width, int64_t height, int64_
     for (std::size_t columns = std::min(count, kMostColumns); columns > 0; --columns) {
         layout.columns = columns;
         layout.rows = (count + columns - 1) / columns;
-        if (layout.width() <= mostASide)
+        if (layout.width() <= mostASide) {
             break;
+        }
     }
     return layout;
 }

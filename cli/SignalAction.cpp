@@ -15,8 +15,9 @@ bool goesTo(int signalNumber, void (*handler)(int)) {
 } // namespace
 
 void takeSignal(int signalNumber, SignalHandler* handler) {
-    if (!goesTo(signalNumber, SIG_DFL))
+    if (!goesTo(signalNumber, SIG_DFL)) {
         return;
+    }
     struct sigaction action {};
     action.sa_handler = handler;
     action.sa_flags = static_cast<int>(SA_RESETHAND | SA_RESTART);
@@ -25,15 +26,17 @@ void takeSignal(int signalNumber, SignalHandler* handler) {
 }
 
 void giveSignalBack(int signalNumber, SignalHandler* handler) {
-    if (goesTo(signalNumber, handler))
+    if (goesTo(signalNumber, handler)) {
         std::signal(signalNumber, SIG_DFL);
+    }
 }
 
 SignalsHeldBack::SignalsHeldBack() {
     sigset_t held;
     ::sigemptyset(&held);
-    for (const int signalNumber : kEndingSignals)
+    for (const int signalNumber : kEndingSignals) {
         ::sigaddset(&held, signalNumber);
+    }
     ::pthread_sigmask(SIG_BLOCK, &held, &before_);
 }
 

@@ -43,9 +43,10 @@ SmoothOptions optionsOf(const SmoothArguments& arguments) {
 /// colour that it could be given would be the one that the user means.
 void checkKey(PF_PixelFormat format, const SmoothOptions& options) {
     if (format == PF_PixelFormat_ARGB32 && options.key != SmoothKey::kNone && options.keyTolerance == 0 &&
-        options.keyRed != options.keyBlue)
+        options.keyRed != options.keyBlue) {
         throw Failure(ExitCode::kUsage, "in 8 bits a --key-color whose red and blue differ needs a "
                                         "--key-tolerance of 1 to 255, or --depth 16");
+    }
 }
 
 template <class View, class Image>
@@ -55,10 +56,12 @@ View viewOf(Image& image) {
 }
 
 void requireSuccess(PF_Err err) {
-    if (err == PF_Err_OUT_OF_MEMORY)
+    if (err == PF_Err_OUT_OF_MEMORY) {
         throw std::bad_alloc();
-    if (err != PF_Err_NONE)
+    }
+    if (err != PF_Err_NONE) {
         throw Failure(ExitCode::kEffect, "the smoothing failed with code " + std::to_string(err));
+    }
 }
 
 struct FlagColor {
@@ -76,8 +79,9 @@ constexpr std::array<FlagColor, 4> kFlagColors = {{{kEdgeRight, {255, 0, 0}},
 DrawnColor colorOf(uint8_t flags) {
     DrawnColor sum;
     for (const auto& [flag, color] : kFlagColors) {
-        if ((flags & flag) == 0)
+        if ((flags & flag) == 0) {
             continue;
+        }
         sum.red = static_cast<uint8_t>(sum.red + color.red);
         sum.green = static_cast<uint8_t>(sum.green + color.green);
         sum.blue = static_cast<uint8_t>(sum.blue + color.blue);
@@ -92,9 +96,10 @@ Picture flagPicture(const host::Image& image, const SmoothOptions& options) {
     requireSuccess(edgeFlags(viewOf<PictureView>(image), options, flags));
     Canvas canvas(width, height, {});
     for (std::size_t at = 0; at < flags.size(); ++at) {
-        if (flags[at] != 0)
+        if (flags[at] != 0) {
             canvas.fill({static_cast<int64_t>(at % width), static_cast<int64_t>(at / width), 1, 1},
                         colorOf(flags[at]));
+        }
     }
     return std::move(canvas).picture();
 }
@@ -122,8 +127,9 @@ void smoothFile(const SmoothArguments& arguments, const SmoothOptions& options, 
 
 void runSmooth(const SmoothArguments& arguments) {
     const FileFormat format = checkedOutputFormat(arguments.output, arguments.force);
-    if (arguments.flagMap)
+    if (arguments.flagMap) {
         checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output}, arguments.force);
+    }
     const SmoothOptions options = optionsOf(arguments);
     withMemoryFor(arguments.input, [&] { smoothFile(arguments, options, format); });
 }

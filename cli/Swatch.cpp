@@ -21,8 +21,9 @@ std::string_view variable(const char* name) {
 
 int distance(const Rgb& a, const Rgb& b) {
     int sum = 0;
-    for (std::size_t i = 0; i < a.size(); ++i)
+    for (std::size_t i = 0; i < a.size(); ++i) {
         sum += (a[i] - b[i]) * (a[i] - b[i]);
+    }
     return sum;
 }
 
@@ -40,8 +41,9 @@ Rgb paletteColor(int index) {
 int nearestIndex(const Rgb& rgb) {
     int best = 16;
     for (int index = 17; index < 256; ++index) {
-        if (distance(paletteColor(index), rgb) < distance(paletteColor(best), rgb))
+        if (distance(paletteColor(index), rgb) < distance(paletteColor(best), rgb)) {
             best = index;
+        }
     }
     return best;
 }
@@ -49,22 +51,26 @@ int nearestIndex(const Rgb& rgb) {
 } // namespace
 
 TerminalColors terminalColors() {
-    if (isatty(STDOUT_FILENO) == 0 || !variable("NO_COLOR").empty())
+    if (isatty(STDOUT_FILENO) == 0 || !variable("NO_COLOR").empty()) {
         return TerminalColors::kNone;
+    }
     const std::string_view kind = variable("COLORTERM");
-    if (kind == "truecolor" || kind == "24bit")
+    if (kind == "truecolor" || kind == "24bit") {
         return TerminalColors::kTrue;
+    }
     return variable("TERM").find("256color") != std::string_view::npos ? TerminalColors::kIndexed256
                                                                        : TerminalColors::kNone;
 }
 
 std::string swatch(const Rgb& rgb, TerminalColors colors) {
-    if (colors == TerminalColors::kNone)
+    if (colors == TerminalColors::kNone) {
         return {};
+    }
     std::string code = "\x1b[48;5;" + std::to_string(nearestIndex(rgb));
-    if (colors == TerminalColors::kTrue)
+    if (colors == TerminalColors::kTrue) {
         code = "\x1b[48;2;" + std::to_string(rgb[0]) + ';' + std::to_string(rgb[1]) + ';' +
                std::to_string(rgb[2]);
+    }
     return code + 'm' + kPatch + kReset;
 }
 

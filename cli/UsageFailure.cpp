@@ -29,8 +29,9 @@ std::string usageHint(const std::string& command) {
 
 std::vector<std::string> commandNames(const CLI::App& app) {
     std::vector<std::string> names;
-    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; }))
+    for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
         names.push_back(command->get_name());
+    }
     return names;
 }
 
@@ -38,8 +39,9 @@ std::vector<std::string> commandNames(const CLI::App& app) {
 std::vector<std::string> optionNames(const CLI::App& command) {
     std::vector<std::string> names;
     for (const CLI::Option* option : command.get_options()) {
-        for (const std::string& name : option->get_lnames())
+        for (const std::string& name : option->get_lnames()) {
             names.push_back("--" + name);
+        }
     }
     return names;
 }
@@ -48,8 +50,9 @@ std::vector<std::string> optionNames(const CLI::App& command) {
 std::string meantBy(const std::string& word, const std::vector<std::string>& names) {
     constexpr std::size_t kLeast = 4; // "--o" may be anything
     for (const std::string& name : names) {
-        if (word.size() >= kLeast && name.starts_with(word))
+        if (word.size() >= kLeast && name.starts_with(word)) {
             return name;
+        }
     }
     const std::vector<std::string> near = nearestNames(word, names, 1);
     return near.empty() ? "" : near.front();
@@ -66,8 +69,9 @@ std::string suggestion(const std::string& word, const std::vector<std::string>& 
 std::string shortNameIn(const std::string& word, const CLI::App& command) {
     for (const CLI::Option* option : command.get_options()) {
         for (const std::string& letter : option->get_snames()) {
-            if (word.starts_with('-' + letter))
+            if (word.starts_with('-' + letter)) {
                 return '-' + letter;
+            }
         }
     }
     return {};
@@ -79,8 +83,9 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
     const std::vector<std::string> names = optionNames(command);
     const bool isLong = std::find(names.begin(), names.end(), name) != names.end();
     const std::string known = isLong ? name : shortNameIn(word, command);
-    if (!known.empty())
+    if (!known.empty()) {
         fail("options stand behind the command: kovalune " + command.get_name() + ' ' + known);
+    }
     fail("'kovalune " + command.get_name() + "' has no option " + inQuotes(name) +
          suggestion(name, names, command.get_name()));
 }
@@ -89,8 +94,9 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
 [[noreturn]] void failExtra(const CLI::App& command, const std::vector<std::string>& words) {
     const std::string& name = command.get_name();
     const std::string several = loopOver(kAnyPicture, name);
-    if (several.empty())
+    if (several.empty()) {
         fail("'kovalune " + name + "' takes no " + inQuotes(words.front()) + " here" + usageHint(name));
+    }
     const std::string text =
         "'kovalune " + name + "' takes one picture, and " + inQuotes(words.front()) + " is one more";
     const CLI::Option* const output = command.get_option_no_throw(kOutput);
@@ -103,12 +109,14 @@ std::string shortNameIn(const std::string& word, const CLI::App& command) {
     const std::string name = text.substr(0, text.find(':'));
     const CLI::Option* const option = command.get_option_no_throw(name);
     const std::string hint = usageHint(command.get_name());
-    if (option == nullptr)
+    if (option == nullptr) {
         fail(text + hint);
-    if (option->count() > 1)
+    }
+    if (option->count() > 1) {
         fail(name + " was given " +
              (option->count() == 2 ? "twice" : std::to_string(option->count()) + " times") +
              ", and counts once" + hint);
+    }
     fail(name + " needs a value behind it" + hint);
 }
 
@@ -127,12 +135,13 @@ struct Setting {
 bool settingAt(std::span<const char* const> words, std::size_t at, Setting& setting) {
     constexpr std::string_view kJoined = "--set=";
     const std::string_view word = words[at];
-    if (word == "--set" && at + 1 < words.size())
+    if (word == "--set" && at + 1 < words.size()) {
         setting = {words[at + 1], at + 2};
-    else if (word.starts_with(kJoined))
+    } else if (word.starts_with(kJoined)) {
         setting = {word.substr(kJoined.size()), at + 1};
-    else
+    } else {
         return false;
+    }
     return true;
 }
 
@@ -140,13 +149,15 @@ bool settingAt(std::span<const char* const> words, std::size_t at, Setting& sett
 std::string uncut(std::span<const char* const> words, const Setting& setting) {
     constexpr std::size_t kMostWords = 6; // as in "1 : Boundary Blur = 3"
     std::string text(setting.value);
-    if (text.find('=') != std::string::npos)
+    if (text.find('=') != std::string::npos) {
         return {};
+    }
     const std::size_t end = std::min(words.size(), setting.behind + kMostWords);
     for (std::size_t at = setting.behind; at < end && words[at][0] != '-'; ++at) {
         text += ' ' + std::string(words[at]);
-        if (text.find('=') != std::string::npos)
+        if (text.find('=') != std::string::npos) {
             return text.back() == '=' && at + 1 < words.size() ? text + ' ' + words[at + 1] : text;
+        }
     }
     return {};
 }
@@ -155,8 +166,9 @@ std::string uncut(std::span<const char* const> words, const Setting& setting) {
 bool isCutProcess(std::string_view value, std::span<const char* const> words, std::size_t behind) {
     constexpr std::string_view kProcess = "process";
     const std::string folded = foldedCase(value);
-    if (!folded.ends_with(kProcess) || behind >= words.size())
+    if (!folded.ends_with(kProcess) || behind >= words.size()) {
         return false;
+    }
     const std::string_view next = words[behind];
     return next.size() == 1 && next.front() >= '1' && next.front() <= '4';
 }
@@ -169,10 +181,12 @@ void checkQuotes(std::span<const char* const> words) {
         Setting setting;
         if (settingAt(words, at, setting)) {
             std::string whole = uncut(words, setting);
-            if (whole.empty() && isCutProcess(setting.value, words, setting.behind))
+            if (whole.empty() && isCutProcess(setting.value, words, setting.behind)) {
                 whole = std::string(setting.value) + ' ' + words[setting.behind];
-            if (!whole.empty())
+            }
+            if (!whole.empty()) {
                 fail("--set" + std::string(kReason) + "--set \"" + shown(whole) + '"');
+            }
         } else if (std::string_view(words[at]) == "--view" && at + 2 < words.size() &&
                    isCutProcess(words[at + 1], words, at + 2)) {
             fail("--view" + std::string(kReason) + "--view \"" + shown(words[at + 1]) + ' ' + words[at + 2] +
@@ -183,27 +197,33 @@ void checkQuotes(std::span<const char* const> words) {
 
 void failUnknownCommand(const CLI::App& app, const std::string& word) {
     std::vector<std::string> names = commandNames(app);
-    for (const std::string& name : optionNames(app))
+    for (const std::string& name : optionNames(app)) {
         names.push_back(name);
+    }
     fail("there is no command or option " + inQuotes(word) + suggestion(word, names, {}));
 }
 
 void failUsage(const CLI::App& app, const CLI::ParseError& error) {
     const std::vector<std::string> unknown = app.remaining(true);
     const std::vector<CLI::App*> used = app.get_subcommands();
-    if (used.empty() && !unknown.empty())
+    if (used.empty() && !unknown.empty()) {
         failUnknownCommand(app, unknown.front());
+    }
     const auto option = std::find_if(unknown.begin(), unknown.end(), [](const std::string& word) {
         return word.size() > 1 && word.front() == '-' && word != "--";
     });
-    if (!used.empty() && option != unknown.end())
+    if (!used.empty() && option != unknown.end()) {
         failUnknownOption(*used.front(), *option);
-    if (!used.empty() && !unknown.empty())
+    }
+    if (!used.empty() && !unknown.empty()) {
         failExtra(*used.front(), unknown);
-    if (!used.empty() && dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr)
+    }
+    if (!used.empty() && dynamic_cast<const CLI::ArgumentMismatch*>(&error) != nullptr) {
         failCount(*used.front(), error.what());
-    if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr)
+    }
+    if (dynamic_cast<const CLI::ConversionError*>(&error) != nullptr) {
         failFlag(error.what());
+    }
     fail(error.what() + usageHint(used.empty() ? "" : used.front()->get_name()));
 }
 

@@ -26,26 +26,27 @@ ExitCode printed(const Comparison& comparison) {
 }
 
 ExitCode run(const Arguments& arguments) {
-    if (const auto* render = std::get_if<RenderArguments>(&arguments))
+    if (const auto* render = std::get_if<RenderArguments>(&arguments)) {
         runRender(*render);
-    else if (const auto* sheet = std::get_if<SheetArguments>(&arguments))
+    } else if (const auto* sheet = std::get_if<SheetArguments>(&arguments)) {
         runSheet(*sheet);
-    else if (const auto* smooth = std::get_if<SmoothArguments>(&arguments))
+    } else if (const auto* smooth = std::get_if<SmoothArguments>(&arguments)) {
         runSmooth(*smooth);
-    else if (const auto* params = std::get_if<ParamsArguments>(&arguments))
+    } else if (const auto* params = std::get_if<ParamsArguments>(&arguments)) {
         printOut(paramsText(*params));
-    else if (const auto* defaults = std::get_if<DefaultsArguments>(&arguments))
+    } else if (const auto* defaults = std::get_if<DefaultsArguments>(&arguments)) {
         printOut(defaultsText(*defaults));
-    else if (const auto* info = std::get_if<InfoArguments>(&arguments))
+    } else if (const auto* info = std::get_if<InfoArguments>(&arguments)) {
         printOut(infoText(*info));
-    else if (const auto* colors = std::get_if<ColorsArguments>(&arguments))
+    } else if (const auto* colors = std::get_if<ColorsArguments>(&arguments)) {
         printOut(colorsText(*colors));
-    else if (const auto* pick = std::get_if<PickArguments>(&arguments))
+    } else if (const auto* pick = std::get_if<PickArguments>(&arguments)) {
         printOut(pickText(*pick));
-    else if (const auto* compare = std::get_if<CompareArguments>(&arguments))
+    } else if (const auto* compare = std::get_if<CompareArguments>(&arguments)) {
         return printed(compareFiles(*compare));
-    else
+    } else {
         printOut(std::get<ShownText>(arguments).text);
+    }
     return ExitCode::kSuccess;
 }
 

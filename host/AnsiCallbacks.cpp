@@ -14,8 +14,9 @@ namespace {
 
 void logPlain(const char* call) noexcept {
     shielded([&] {
-        if (CommandContext* context = currentContext())
+        if (CommandContext* context = currentContext()) {
             logCall(*context, call, noArguments);
+        }
     });
 }
 

@@ -10,8 +10,9 @@ bool AuditReport::clean() const {
 std::string AuditReport::text() const {
     std::string result;
     const auto count = [&result](int number, const char* what) {
-        if (number != 0)
+        if (number != 0) {
             result += std::to_string(number) + " " + what + "\n";
+        }
     };
     count(liveHandles, "handles not disposed of");
     count(liveLocks, "handle locks not undone");
@@ -19,10 +20,12 @@ std::string AuditReport::text() const {
     count(liveWorlds, "worlds not disposed of");
     count(paramCheckouts, "parameters not checked in");
     count(layerCheckouts, "layers not checked in");
-    for (const std::string& line : misuse)
+    for (const std::string& line : misuse) {
         result += "misuse: " + line + "\n";
-    for (const std::string& line : guardDamage)
+    }
+    for (const std::string& line : guardDamage) {
         result += "damage: " + line + "\n";
+    }
     return result;
 }
 

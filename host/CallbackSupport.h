@@ -29,8 +29,9 @@ inline std::string noArguments() {
 /// `arguments` gives the text for the log and is called only where a log is kept.
 template <class Arguments>
 void logCall(CommandContext& context, const char* call, const Arguments& arguments) {
-    if (context.host.options.recordCalls)
+    if (context.host.options.recordCalls) {
         context.host.ledger.addCall(call, arguments());
+    }
 }
 
 /// `body`'s result, or `onException` for what it throws: in practice a lack of memory.
@@ -70,8 +71,9 @@ PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& argu
                    const OnFault& onFault) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = contextOf(reference, call);
-        if (context == nullptr)
+        if (context == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
+        }
         return admitted(*context, call, arguments, body, onFault);
     });
 }
@@ -87,8 +89,9 @@ template <class Arguments, class Body>
 PF_Err countedCall(const char* call, const Arguments& arguments, const Body& body) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = currentContext();
-        if (context == nullptr)
+        if (context == nullptr) {
             return PF_Err_INVALID_CALLBACK;
+        }
         return admitted(*context, call, arguments, body, [](CommandContext&) {});
     });
 }
@@ -97,8 +100,9 @@ PF_Err countedCall(const char* call, const Arguments& arguments, const Body& bod
 template <std::size_t Size>
 struct CallName {
     consteval CallName(const char (&letters)[Size]) {
-        for (std::size_t i = 0; i < Size; ++i)
+        for (std::size_t i = 0; i < Size; ++i) {
             text[i] = letters[i];
+        }
     }
     char text[Size];
 };

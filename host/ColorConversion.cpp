@@ -32,14 +32,16 @@ void rgbToHls(const PF_Pixel& colour, PF_Fixed hls[3]) {
     }
     hls[2] = roundedFixed(spread * kFixedOne / (sum <= 255 ? sum : 510 - sum));
     double degrees = 0.0;
-    if (r == largest)
+    if (r == largest) {
         degrees = 60.0 * (g - b) / spread;
-    else if (g == largest)
+    } else if (g == largest) {
         degrees = 120.0 + 60.0 * (b - r) / spread;
-    else
+    } else {
         degrees = 240.0 + 60.0 * (r - g) / spread;
-    if (degrees < 0.0)
+    }
+    if (degrees < 0.0) {
         degrees += 360.0;
+    }
     const PF_Fixed hue = roundedFixed(degrees * kFixedOne);
     hls[0] = hue >= kFullTurn ? hue - kFullTurn : hue;
 }

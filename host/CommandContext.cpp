@@ -57,16 +57,19 @@ CommandContext::~CommandContext() {
 }
 
 void CommandContext::fillLayer(PF_ParamDef& def) const {
-    if (inputLayer != nullptr)
+    if (inputLayer != nullptr) {
         def.u.ld = *inputLayer;
-    if (const std::optional<uint32_t> word = host.options.firstLayerWord)
+    }
+    if (const std::optional<uint32_t> word = host.options.firstLayerWord) {
         std::memcpy(&def.u, &*word, sizeof *word);
+    }
 }
 
 PF_ParamDef CommandContext::definitionAt(A_long index, A_long time) const {
     PF_ParamDef def = params.definitionAt(index, time);
-    if (index == 0)
+    if (index == 0) {
         fillLayer(def);
+    }
     return def;
 }
 
@@ -83,21 +86,24 @@ void CommandContext::paramCheckedOut(const PF_ParamDef* record) {
 bool CommandContext::paramCheckedIn(const PF_ParamDef* record) {
     const std::lock_guard lock(mutex_);
     const auto found = checkouts_.find(record);
-    if (found == checkouts_.end())
+    if (found == checkouts_.end()) {
         return false;
+    }
     Checkouts& checkouts = found->second;
     --checkouts.open;
     checkouts.excused = std::min(checkouts.excused, checkouts.open);
-    if (checkouts.open == 0)
+    if (checkouts.open == 0) {
         checkouts_.erase(found);
+    }
     return true;
 }
 
 void CommandContext::paramExcused(const PF_ParamDef* record) {
     const std::lock_guard lock(mutex_);
     const auto found = checkouts_.find(record);
-    if (found != checkouts_.end())
+    if (found != checkouts_.end()) {
         found->second.excused = std::min(found->second.excused + 1, found->second.open);
+    }
 }
 
 CommandContext* currentContext() {
@@ -113,8 +119,9 @@ ContextScope::~ContextScope() {
 
 CommandContext* contextOf(PF_ProgPtr reference, const char* call) {
     CommandContext* current = threadContext;
-    if (current != nullptr && current->reference() == reference)
+    if (current != nullptr && current->reference() == reference) {
         return current;
+    }
     if (current != nullptr) {
         current->host.ledger.addMisuse(std::string(call) + " with a wrong effect reference");
         return nullptr;

@@ -50,8 +50,9 @@ bool carriesParams(PF_Cmd command) {
 
 std::vector<PF_ParamDef> paramsFor(const CommandTarget& target, const CommandContext& context,
                                    const Invocation& invocation) {
-    if (!carriesParams(invocation.command))
+    if (!carriesParams(invocation.command)) {
         return {};
+    }
     std::vector<PF_ParamDef> params = target.params.definitionsAt(invocation.time);
     context.fillLayer(params.front());
     return params;
@@ -59,8 +60,9 @@ std::vector<PF_ParamDef> paramsFor(const CommandTarget& target, const CommandCon
 
 void enterEffect(PF_EntryPoint entry, CommandFrame& frame, PF_Cmd command, CommandResult& result) {
     std::vector<PF_ParamDef*> list;
-    for (PF_ParamDef& param : frame.params)
+    for (PF_ParamDef& param : frame.params) {
         list.push_back(&param);
+    }
     list.push_back(nullptr);
     PF_ParamDef** params = frame.params.empty() ? nullptr : list.data();
     result.threw = true;
@@ -85,8 +87,9 @@ std::string textOf(const A_char (&message)[PF_MAX_EFFECT_MSG_LEN + 1]) {
 }
 
 std::unique_lock<std::mutex> commandLock(const CommandTarget& target, PF_Cmd command) {
-    if (command == PF_Cmd_SMART_RENDER)
+    if (command == PF_Cmd_SMART_RENDER) {
         return {};
+    }
     return std::unique_lock(target.module.commandMutex());
 }
 
@@ -116,13 +119,15 @@ CommandResult sendCommand(const CommandTarget& target, Operation& operation, con
     {
         const std::unique_lock<std::mutex> lock = commandLock(target, invocation.command);
         const ContextScope scope(&context);
-        if (invocation.prepare)
+        if (invocation.prepare) {
             invocation.prepare(frame);
+        }
         context.shown = params;
         const auto start = std::chrono::steady_clock::now();
         enterEffect(target.module.entry(), frame, invocation.command, result);
-        if (seconds != nullptr)
+        if (seconds != nullptr) {
             *seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+        }
     }
     result.returnMsg = textOf(result.out.return_msg);
     result.callsCounted = operation.callsCounted();

@@ -81,18 +81,21 @@ EffectModule& EffectModule::operator=(EffectModule&& other) noexcept = default;
 EffectModule::~EffectModule() = default;
 
 EffectModule EffectModule::linked(PF_EntryPoint entry) {
-    if (entry == nullptr)
+    if (entry == nullptr) {
         throw HostError("an effect module needs an entry point");
+    }
     return EffectModule(entry, nullptr, {});
 }
 
 EffectModule EffectModule::load(const std::string& path) {
     std::unique_ptr<void, Unload> library(openLibrary(path));
-    if (!library)
+    if (!library) {
         throw HostError("cannot load " + path + ": " + systemReason());
+    }
     const PF_EntryPoint entry = findEntry(library.get());
-    if (entry == nullptr)
+    if (entry == nullptr) {
         throw HostError(path + " has no " + kEntryName);
+    }
     return EffectModule(entry, std::move(library), path);
 }
 

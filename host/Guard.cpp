@@ -19,8 +19,9 @@
 namespace kovalune::host {
 
 void fillBytes(std::byte* bytes, std::size_t count, std::byte value) {
-    if (count != 0)
+    if (count != 0) {
         std::memset(bytes, std::to_integer<int>(value), count);
+    }
 }
 
 bool bytesIntact(const std::byte* bytes, std::size_t count, std::byte value) {

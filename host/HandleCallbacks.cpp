@@ -30,8 +30,9 @@ PF_Handle newHandle(A_HandleSize size) {
     countedCall(
         "host_new_handle", [&] { return joined(size); },
         [&](CommandContext& context) -> PF_Err {
-            if (fitsMemory(size))
+            if (fitsMemory(size)) {
                 handle = context.host.handles.make(static_cast<std::size_t>(size), context.host.options);
+            }
             return PF_Err_NONE;
         });
     return handle;
@@ -64,10 +65,12 @@ PF_Err resizeHandle(A_HandleSize size, PF_Handle* handle) {
     return countedCall(
         "host_resize_handle", [&] { return joined(size); },
         [&](CommandContext& context) -> PF_Err {
-            if (handle == nullptr)
+            if (handle == nullptr) {
                 return PF_Err_BAD_CALLBACK_PARAM;
-            if (!fitsMemory(size))
+            }
+            if (!fitsMemory(size)) {
                 return PF_Err_OUT_OF_MEMORY;
+            }
             return context.host.handles.resize(*handle, static_cast<std::size_t>(size), context.host.options);
         });
 }

@@ -43,8 +43,9 @@ struct HandleStore::Block {
 HandleStore::HandleStore(MemoryPool& pool, Ledger& ledger) : pool_(pool), ledger_(ledger) {}
 
 HandleStore::~HandleStore() {
-    for (const auto& [key, block] : blocks_)
+    for (const auto& [key, block] : blocks_) {
         pool_.give(block->memory, {});
+    }
 }
 
 HandleStore::Block* HandleStore::locate(PF_Handle handle) const {
@@ -59,11 +60,13 @@ void HandleStore::bookUnknown(const char* what) const {
 PF_Handle HandleStore::make(std::size_t bytes, const HostOptions& options) {
     auto block = std::make_unique<Block>();
     block->memory = pool_.take(bytes, blockPolicy(options));
-    if (block->memory.payload == nullptr)
+    if (block->memory.payload == nullptr) {
         return nullptr;
+    }
     block->data = block->memory.payload;
-    if (options.poisonNewWorlds)
+    if (options.poisonNewWorlds) {
         fillBytes(block->memory.payload, bytes, kPoisonByte);
+    }
     const PF_Handle handle = &block->data;
     const std::lock_guard lock(mutex_);
     blocks_.emplace(handle, std::move(block));
@@ -84,12 +87,13 @@ void* HandleStore::lock(PF_Handle handle) {
 void HandleStore::unlock(PF_Handle handle) {
     const std::lock_guard guard(mutex_);
     Block* block = locate(handle);
-    if (block == nullptr)
+    if (block == nullptr) {
         bookUnknown("unlock");
-    else if (block->locks == 0)
+    } else if (block->locks == 0) {
         ledger_.addMisuse("unlock of a handle that is not locked");
-    else
+    } else {
         --block->locks;
+    }
 }
 
 void HandleStore::dispose(PF_Handle handle, const HostOptions& options) {
@@ -99,12 +103,15 @@ void HandleStore::dispose(PF_Handle handle, const HostOptions& options) {
         bookUnknown("dispose");
         return;
     }
-    if (block->locks != 0)
+    if (block->locks != 0) {
         ledger_.addMisuse("dispose of a locked handle");
-    if (!block->memory.guardsIntact())
+    }
+    if (!block->memory.guardsIntact()) {
         ledger_.addGuardDamage(damageText(block->memory));
-    if (options.audit)
+    }
+    if (options.audit) {
         dead_.emplace_back();
+    }
     pool_.give(block->memory, blockPolicy(options));
     auto node = blocks_.extract(handle);
     if (options.audit) {
@@ -135,15 +142,19 @@ PF_Err HandleStore::resize(PF_Handle handle, std::size_t bytes, const HostOption
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     const MemoryBlock grown = pool_.take(bytes, blockPolicy(options));
-    if (grown.payload == nullptr)
+    if (grown.payload == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
+    }
     const std::size_t kept = std::min(bytes, block->memory.payloadBytes);
-    if (kept != 0)
+    if (kept != 0) {
         std::memcpy(grown.payload, block->memory.payload, kept);
-    if (options.poisonNewWorlds)
+    }
+    if (options.poisonNewWorlds) {
         fillBytes(grown.payload + kept, bytes - kept, kPoisonByte);
-    if (!block->memory.guardsIntact())
+    }
+    if (!block->memory.guardsIntact()) {
         ledger_.addGuardDamage(damageText(block->memory));
+    }
     pool_.give(block->memory, blockPolicy(options));
     block->memory = grown;
     block->data = grown.payload;
@@ -157,15 +168,17 @@ bool HandleStore::isLive(PF_Handle handle) const {
 
 void HandleStore::setHostOwned(PF_Handle handle, bool owned) {
     const std::lock_guard guard(mutex_);
-    if (Block* block = locate(handle))
+    if (Block* block = locate(handle)) {
         block->hostOwned = owned;
+    }
 }
 
 std::vector<std::byte> HandleStore::contents(PF_Handle handle) const {
     const std::lock_guard guard(mutex_);
     const Block* block = locate(handle);
-    if (block == nullptr)
+    if (block == nullptr) {
         return {};
+    }
     return {block->memory.payload, block->memory.payload + block->memory.payloadBytes};
 }
 
@@ -183,8 +196,9 @@ std::vector<std::string> HandleStore::findDamage() const {
     const std::lock_guard guard(mutex_);
     std::vector<std::string> result;
     for (const auto& [key, block] : blocks_) {
-        if (!block->memory.guardsIntact())
+        if (!block->memory.guardsIntact()) {
             result.push_back(damageText(block->memory));
+        }
     }
     return result;
 }

@@ -14,8 +14,9 @@ constexpr int kMostThreads = 64;
 constexpr int kLargestPadding = 1 << 16;
 
 void require(bool condition, const char* text) {
-    if (!condition)
+    if (!condition) {
         throw HostError(text);
+    }
 }
 
 bool layoutNumber(int bytes) {
@@ -36,8 +37,9 @@ void checkOptions(const HostOptions& options) {
 }
 
 int HostState::threadCount() const {
-    if (options.threads > 0)
+    if (options.threads > 0) {
         return std::min(options.threads, kMostThreads);
+    }
     return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
 }
 
@@ -104,8 +106,9 @@ AuditReport Host::audit() const {
     const WorldBalance worlds = state_->worlds.balance();
     report.liveWorlds = worlds.live;
     report.leftByFault += worlds.leftByFault;
-    for (std::vector<std::string> damage : {state_->worlds.findDamage(), state_->handles.findDamage()})
+    for (std::vector<std::string> damage : {state_->worlds.findDamage(), state_->handles.findDamage()}) {
         report.guardDamage.insert(report.guardDamage.end(), damage.begin(), damage.end());
+    }
     return report;
 }
 

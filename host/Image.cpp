@@ -27,11 +27,13 @@ short bitsPerChannel(PF_PixelFormat format) {
 Image::Image(PF_PixelFormat format, A_long width, A_long height)
     : format_(format), width_(width), height_(height) {
     const std::size_t pixelBytes = bytesPerPixel(format);
-    if (width < 0 || height < 0)
+    if (width < 0 || height < 0) {
         throw HostError("a picture cannot have a negative side");
+    }
     const auto bytes = static_cast<uint64_t>(width) * static_cast<uint64_t>(height) * pixelBytes;
-    if (bytes > std::numeric_limits<std::size_t>::max() / 2)
+    if (bytes > std::numeric_limits<std::size_t>::max() / 2) {
         throw HostError("a picture of this size does not fit in memory");
+    }
     rowBytes_ = static_cast<std::size_t>(width) * pixelBytes;
     bytes_.resize(rowBytes_ * static_cast<std::size_t>(height));
 }

@@ -11,8 +11,9 @@ namespace {
 
 /// A time in another scale in units of the host's own, towards the past.
 A_long hostTime(A_long time, A_u_long scale, A_u_long hostScale) {
-    if (scale == hostScale)
+    if (scale == hostScale) {
         return time;
+    }
     const int64_t scaled = int64_t{time} * hostScale;
     const int64_t floored = scaled / scale - (scaled % scale < 0 ? 1 : 0);
     return static_cast<A_long>(
@@ -23,10 +24,12 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long st
                      PF_ParamDef* param) {
     const auto arguments = [&] { return joined(index, time, step, scale); };
     return countedCall("checkout_param", ref, arguments, [&](CommandContext& context) -> PF_Err {
-        if (param == nullptr || scale == 0)
+        if (param == nullptr || scale == 0) {
             return PF_Err_BAD_CALLBACK_PARAM;
-        if (index < 0 || index >= context.params.size())
+        }
+        if (index < 0 || index >= context.params.size()) {
             return PF_Err_INVALID_INDEX;
+        }
         *param = context.definitionAt(index, hostTime(time, scale, context.host.options.timeScale));
         writeExtraBytes(context, param);
         context.paramCheckedOut(param);
@@ -36,12 +39,14 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long st
 
 PF_Err checkinParam(PF_ProgPtr ref, PF_ParamDef* param) {
     const auto body = [&](CommandContext& context) -> PF_Err {
-        if (context.paramCheckedIn(param))
+        if (context.paramCheckedIn(param)) {
             return PF_Err_NONE;
-        if (context.operation.faultStruck())
+        }
+        if (context.operation.faultStruck()) {
             context.host.ledger.addStrayCheckin();
-        else
+        } else {
             context.host.ledger.addMisuse("check-in of a parameter that is not checked out");
+        }
         return PF_Err_BAD_CALLBACK_PARAM;
     };
     return countedCall("checkin_param", ref, noArguments, body,
@@ -62,8 +67,9 @@ PF_Err addParam(PF_ProgPtr ref, PF_ParamIndex index, PF_ParamDef* def) {
 PF_Err abortRequested(PF_ProgPtr ref) {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         const CommandContext* context = contextOf(ref, "abort");
-        if (context == nullptr)
+        if (context == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
+        }
         return context->operation.cancelled() ? PF_Interrupt_CANCEL : PF_Err_NONE;
     });
 }
@@ -72,8 +78,9 @@ PF_Err progress(PF_ProgPtr ref, A_long current, A_long total) {
     const auto arguments = [&] { return joined(current, total); };
     return countedCall("progress", ref, arguments, [&](CommandContext& context) -> PF_Err {
         const auto& observer = context.host.options.onProgress;
-        if (observer && !observer(current, total))
+        if (observer && !observer(current, total)) {
             context.operation.cancel();
+        }
         return context.operation.progressCancelled() ? PF_Interrupt_CANCEL : PF_Err_NONE;
     });
 }

@@ -15,14 +15,16 @@ namespace {
 
 /// Empty: the passes run in the order of their numbers.
 std::vector<A_long> passOrder(CommandContext& context, A_long count) {
-    if (!context.host.options.shuffleIterations)
+    if (!context.host.options.shuffleIterations) {
         return {};
+    }
     std::vector<A_long> order(static_cast<std::size_t>(count));
     std::iota(order.begin(), order.end(), 0);
     // std::shuffle is left to each library; this order is the same with all of them.
     std::mt19937_64 random(context.host.options.shuffleSeed + context.operation.nextIterateCall());
-    for (std::size_t left = order.size(); left > 1; --left)
+    for (std::size_t left = order.size(); left > 1; --left) {
         std::swap(order[left - 1], order[static_cast<std::size_t>(random() % left)]);
+    }
     return order;
 }
 
@@ -67,12 +69,14 @@ PF_Err runPasses(CommandContext& context, A_long count, void* refcon, PF_Iterate
     const int helpers = context.host.options.threaded ? context.host.threadCount() - 1 : 0;
     FirstFailure failure;
     context.host.threads.run(count, helpers, [&](int slot, int piece) {
-        if (failure.any())
+        if (failure.any()) {
             return;
+        }
         const ContextScope scope(&context);
         const A_long number = order.empty() ? piece : order[static_cast<std::size_t>(piece)];
-        if (const PF_Err code = runPass(context, pass, refcon, slot, number, count); code != PF_Err_NONE)
+        if (const PF_Err code = runPass(context, pass, refcon, slot, number, count); code != PF_Err_NONE) {
             failure.note(number, code);
+        }
     });
     return failure.code();
 }
@@ -82,14 +86,17 @@ PF_Err runPasses(CommandContext& context, A_long count, void* refcon, PF_Iterate
 PF_Err iterateGeneric(A_long iterations, void* refcon, PF_IterateGenericFunc pass) {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = currentContext();
-        if (context == nullptr)
+        if (context == nullptr) {
             return PF_Err_INVALID_CALLBACK;
+        }
         logCall(*context, "iterate_generic", [&] { return joined(iterations); });
         const std::optional<PF_Err> fault = context->operation.strike("iterate_generic");
-        if (fault && !context->operation.failsIterateAfter())
+        if (fault && !context->operation.failsIterateAfter()) {
             return *fault;
-        if (pass == nullptr || iterations < PF_Iterations_ONCE_PER_PROCESSOR)
+        }
+        if (pass == nullptr || iterations < PF_Iterations_ONCE_PER_PROCESSOR) {
             return PF_Err_BAD_CALLBACK_PARAM;
+        }
         const A_long count =
             iterations == PF_Iterations_ONCE_PER_PROCESSOR ? context->host.iterationCount() : iterations;
         const PF_Err code = runPasses(*context, count, refcon, pass);

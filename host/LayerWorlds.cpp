@@ -14,25 +14,30 @@ PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& pla
     // Every pixel that the picture covers is about to be written anyway.
     request.clear = !isInside(place, wholeLongRect(picture.width(), picture.height()));
     const PF_Err code = host.worlds.make(request, host.options, world);
-    if (code != PF_Err_NONE)
+    if (code != PF_Err_NONE) {
         return code;
-    if (const std::optional<WorldInfo> info = host.worlds.find(&world))
+    }
+    if (const std::optional<WorldInfo> info = host.worlds.find(&world)) {
         pictureToWorld(picture, place, *info);
+    }
     return PF_Err_NONE;
 }
 
 void requireWorld(PF_Err code) {
-    if (code == PF_Err_OUT_OF_MEMORY)
+    if (code == PF_Err_OUT_OF_MEMORY) {
         throw std::bad_alloc();
-    if (code != PF_Err_NONE)
+    }
+    if (code != PF_Err_NONE) {
         throw HostError("no world can be made for the render");
+    }
 }
 
 void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
                     const PF_EffectWorld& world) {
     const std::optional<WorldInfo> info = host.worlds.find(&world);
-    if (host.options.audit && info && !worldEqualsPicture(*info, place, picture))
+    if (host.options.audit && info && !worldEqualsPicture(*info, place, picture)) {
         host.ledger.addGuardDamage("the input's pixels were written");
+    }
     host.worlds.dispose(world, false, host.options);
 }
 
@@ -54,8 +59,9 @@ void LegacyWorlds::make(const Image& output) {
 }
 
 void LegacyWorlds::takeOutput(Image& output) const {
-    if (const std::optional<WorldInfo> info = host_.worlds.find(&outputWorld))
+    if (const std::optional<WorldInfo> info = host_.worlds.find(&outputWorld)) {
         worldToPicture(*info, place_, output);
+    }
 }
 
 void LegacyWorlds::drop() {

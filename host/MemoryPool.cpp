@@ -37,8 +37,9 @@ void closeGuards(const MemoryBlock& block) {
 } // namespace
 
 bool MemoryBlock::guardsIntact() const {
-    if (!guarded)
+    if (!guarded) {
         return true;
+    }
     openGuards(*this);
     const bool intact = bytesIntact(base, frontBytes(*this), kGuardByte) &&
                         bytesIntact(payload + payloadBytes, kGuardBytes, kGuardByte);
@@ -47,16 +48,18 @@ bool MemoryBlock::guardsIntact() const {
 }
 
 MemoryPool::~MemoryPool() {
-    for (const auto& [capacity, base] : free_)
+    for (const auto& [capacity, base] : free_) {
         release(base);
+    }
 }
 
 std::byte* MemoryPool::takePooled(std::size_t needed, std::size_t& capacity) {
     const std::lock_guard lock(mutex_);
     const auto found = free_.lower_bound(needed);
     // A much larger block is left for the request it fits.
-    if (found == free_.end() || found->first - needed > needed / 4 + kAlignment)
+    if (found == free_.end() || found->first - needed > needed / 4 + kAlignment) {
         return nullptr;
+    }
     std::byte* base = found->second;
     capacity = found->first;
     freeBytes_ -= capacity;
@@ -67,17 +70,21 @@ std::byte* MemoryPool::takePooled(std::size_t needed, std::size_t& capacity) {
 MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
     const std::size_t front = (policy.audit ? kGuardBytes : 0) + policy.dataOffset;
     const std::size_t back = policy.audit ? kGuardBytes : 0;
-    if (bytes > std::numeric_limits<std::size_t>::max() / 2)
+    if (bytes > std::numeric_limits<std::size_t>::max() / 2) {
         return {};
+    }
     const std::size_t needed = front + bytes + back;
     MemoryBlock block;
     block.capacity = needed == 0 ? 1 : needed;
-    if (!policy.audit)
+    if (!policy.audit) {
         block.base = takePooled(block.capacity, block.capacity);
-    if (block.base == nullptr)
+    }
+    if (block.base == nullptr) {
         block.base = allocate(block.capacity);
-    if (block.base == nullptr)
+    }
+    if (block.base == nullptr) {
         return {};
+    }
     block.payload = block.base + front;
     block.payloadBytes = bytes;
     block.guarded = policy.audit;
@@ -90,8 +97,9 @@ MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
 }
 
 void MemoryPool::give(const MemoryBlock& block, const BlockPolicy& policy) {
-    if (block.base == nullptr)
+    if (block.base == nullptr) {
         return;
+    }
     if (block.guarded) {
         openGuards(block);
     } else if (!policy.audit) {

@@ -4,8 +4,9 @@ namespace kovalune::host {
 
 std::optional<PF_Err> Operation::strike(const char* call) {
     const int number = counted_.fetch_add(1) + 1;
-    if (number != plan_.failCall)
+    if (number != plan_.failCall) {
         return std::nullopt;
+    }
     const std::lock_guard lock(mutex_);
     failedCall_ = call;
     faultStruck_ = true;
@@ -14,8 +15,9 @@ std::optional<PF_Err> Operation::strike(const char* call) {
 
 bool Operation::progressCancelled() {
     const int number = progressCalls_.fetch_add(1) + 1;
-    if (plan_.cancelAtProgress > 0 && number >= plan_.cancelAtProgress)
+    if (plan_.cancelAtProgress > 0 && number >= plan_.cancelAtProgress) {
         cancelled_ = true;
+    }
     return cancelled_;
 }
 

@@ -90,8 +90,9 @@ ParamValue valueOf(const PF_ParamDef& def) {
 
 /// A key holds until the next one, and the first one holds before itself too.
 const ParamValue& ParamTable::Track::at(A_long time) const {
-    if (keys.empty())
+    if (keys.empty()) {
         return constant;
+    }
     const auto after = std::upper_bound(keys.begin(), keys.end(), time,
                                         [](A_long t, const auto& key) { return t < key.first; });
     return after == keys.begin() ? after->second : std::prev(after)->second;
@@ -110,16 +111,20 @@ const A_char* ParamTable::keepText(const A_char* text) {
 
 PF_Err ParamTable::add(PF_ParamIndex index, const PF_ParamDef& def) {
     const std::lock_guard lock(mutex_);
-    if (index != -1 && index != static_cast<PF_ParamIndex>(definitions_.size()))
+    if (index != -1 && index != static_cast<PF_ParamIndex>(definitions_.size())) {
         return PF_Err_INVALID_INDEX;
-    if (!knownType(def.param_type))
+    }
+    if (!knownType(def.param_type)) {
         return PF_Err_UNRECOGNIZED_PARAM_TYPE;
+    }
     PF_ParamDef kept = def;
     kept.name[PF_MAX_EFFECT_PARAM_NAME_LEN] = '\0';
-    if (kept.param_type == PF_Param_CHECKBOX)
+    if (kept.param_type == PF_Param_CHECKBOX) {
         kept.u.bd.u.nameptr = keepText(def.u.bd.u.nameptr);
-    if (kept.param_type == PF_Param_POPUP)
+    }
+    if (kept.param_type == PF_Param_POPUP) {
         kept.u.pd.u.namesptr = keepText(def.u.pd.u.namesptr);
+    }
     Track track;
     if (holdsValue(kept.param_type)) {
         track.constant = defaultOf(kept);
@@ -132,8 +137,9 @@ PF_Err ParamTable::add(PF_ParamIndex index, const PF_ParamDef& def) {
 
 PF_Err ParamTable::updateUi(PF_ParamIndex index, const PF_ParamDef& def) {
     const std::lock_guard lock(mutex_);
-    if (index < 0 || index >= static_cast<PF_ParamIndex>(definitions_.size()))
+    if (index < 0 || index >= static_cast<PF_ParamIndex>(definitions_.size())) {
         return PF_Err_INVALID_INDEX;
+    }
     takeUi(definitions_[static_cast<std::size_t>(index)], def);
     return PF_Err_NONE;
 }
@@ -145,8 +151,9 @@ A_long ParamTable::size() const {
 
 PF_ParamDef ParamTable::filled(std::size_t index, A_long time) const {
     PF_ParamDef def = definitions_[index];
-    if (holdsValue(def.param_type))
+    if (holdsValue(def.param_type)) {
         putValue(def, tracks_[index].at(time));
+    }
     return def;
 }
 
@@ -159,21 +166,24 @@ std::vector<PF_ParamDef> ParamTable::definitionsAt(A_long time) const {
     const std::lock_guard lock(mutex_);
     std::vector<PF_ParamDef> result;
     result.reserve(definitions_.size());
-    for (std::size_t index = 0; index < definitions_.size(); ++index)
+    for (std::size_t index = 0; index < definitions_.size(); ++index) {
         result.push_back(filled(index, time));
+    }
     return result;
 }
 
 std::size_t ParamTable::checkedIndex(int index) const {
-    if (index < 0 || static_cast<std::size_t>(index) >= definitions_.size())
+    if (index < 0 || static_cast<std::size_t>(index) >= definitions_.size()) {
         throw HostError("no parameter " + std::to_string(index));
+    }
     return static_cast<std::size_t>(index);
 }
 
 std::size_t ParamTable::checkedValue(int index, const ParamValue& value) const {
     const std::size_t place = checkedIndex(index);
-    if (defaultOf(definitions_[place]).index() != value.index())
+    if (defaultOf(definitions_[place]).index() != value.index()) {
         throw HostError("a value of the wrong type for parameter " + std::to_string(index));
+    }
     return place;
 }
 
@@ -187,15 +197,17 @@ void ParamTable::setValue(int index, ParamValue value) {
 void ParamTable::setKey(int index, A_long time, ParamValue value) {
     const std::lock_guard lock(mutex_);
     const std::size_t place = checkedValue(index, value);
-    if ((definitions_[place].flags & PF_ParamFlag_CANNOT_TIME_VARY) != 0)
+    if ((definitions_[place].flags & PF_ParamFlag_CANNOT_TIME_VARY) != 0) {
         throw HostError("parameter " + std::to_string(index) + " cannot vary with time");
+    }
     auto& keys = tracks_[place].keys;
     const auto found = std::lower_bound(keys.begin(), keys.end(), time,
                                         [](const auto& key, A_long t) { return key.first < t; });
-    if (found != keys.end() && found->first == time)
+    if (found != keys.end() && found->first == time) {
         found->second = value;
-    else
+    } else {
         keys.insert(found, {time, value});
+    }
 }
 
 ParamValue ParamTable::value(int index, A_long time) const {

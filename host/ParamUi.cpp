@@ -111,14 +111,16 @@ void takeUi(PF_ParamDef& kept, const PF_ParamDef& given) {
     kept.ui_height = given.ui_height;
     std::memcpy(kept.name, given.name, sizeof kept.name);
     kept.name[PF_MAX_EFFECT_PARAM_NAME_LEN] = '\0';
-    if (given.param_type != kept.param_type)
+    if (given.param_type != kept.param_type) {
         return;
-    if (kept.param_type == PF_Param_SLIDER)
+    }
+    if (kept.param_type == PF_Param_SLIDER) {
         takeSliderLimits(kept.u.sd, given.u.sd);
-    else if (kept.param_type == PF_Param_FIX_SLIDER)
+    } else if (kept.param_type == PF_Param_FIX_SLIDER) {
         takeSliderLook(kept.u.fd, given.u.fd);
-    else if (kept.param_type == PF_Param_FLOAT_SLIDER)
+    } else if (kept.param_type == PF_Param_FLOAT_SLIDER) {
         takeSliderLook(kept.u.fs_d, given.u.fs_d);
+    }
 }
 
 bool changesUiOnly(const PF_ParamDef& shown, const PF_ParamDef& given) {

@@ -12,19 +12,23 @@ namespace kovalune::host {
 void Session::State::adopt(PF_Handle& kept, PF_Handle given, bool ended) {
     const PF_Handle old = kept;
     if (given != nullptr && !host.handles.isLive(given)) {
-        if (given != old)
+        if (given != old) {
             host.ledger.addMisuse("data handed to the host that is no handle");
+        }
         given = nullptr;
     }
     kept = ended ? nullptr : given;
-    if (given != nullptr)
+    if (given != nullptr) {
         host.handles.setHostOwned(given, !ended);
-    if (old == nullptr || old == given || !host.handles.isLive(old))
+    }
+    if (old == nullptr || old == given || !host.handles.isLive(old)) {
         return;
-    if (given != nullptr)
+    }
+    if (given != nullptr) {
         host.handles.dispose(old, host.options);
-    else
+    } else {
         host.handles.setHostOwned(old, false);
+    }
 }
 
 EffectHandles Session::State::currentHandles() const {
@@ -63,8 +67,9 @@ CommandResult Session::State::send(Operation& operation, Invocation invocation) 
 }
 
 void Session::State::requireOpen() const {
-    if (closed)
+    if (closed) {
         throw HostError("the session is closed");
+    }
 }
 
 Session::Session(Host& host, EffectModule& module) : state_(std::make_unique<State>(host.state(), module)) {
@@ -80,8 +85,9 @@ Session::Session(Host& host, EffectModule& module) : state_(std::make_unique<Sta
         state_->outFlags2 = state_->setup.out.out_flags2;
         invocation.command = PF_Cmd_PARAMS_SETUP;
         state_->setup = state_->send(operation, invocation);
-        if (state_->setup.ok() && state_->setup.out.num_params != state_->params.size())
+        if (state_->setup.ok() && state_->setup.out.num_params != state_->params.size()) {
             state_->host.ledger.addMisuse("num_params is not the number of registered parameters");
+        }
     }
     state_->host.noteEnded(operation);
 }
@@ -96,13 +102,16 @@ Session::~Session() {
 }
 
 CommandResult Session::close() {
-    if (state_->closed)
+    if (state_->closed) {
         return {};
+    }
     CommandResult result;
-    if (sequenceData() != nullptr)
+    if (sequenceData() != nullptr) {
         result = run(PF_Cmd_SEQUENCE_SETDOWN);
-    if (state_->globalUp && state_->host.options.globalSetdownAtEnd)
+    }
+    if (state_->globalUp && state_->host.options.globalSetdownAtEnd) {
         result = run(PF_Cmd_GLOBAL_SETDOWN);
+    }
     state_->closed = true;
     return result;
 }
@@ -149,15 +158,17 @@ void Session::setSequenceBytes(const std::vector<std::byte>& bytes) {
     PF_Handle made = nullptr;
     if (!bytes.empty()) {
         made = handles.make(bytes.size(), state_->host.options);
-        if (made == nullptr)
+        if (made == nullptr) {
             throw HostError("no memory for sequence data");
+        }
         std::memcpy(handles.lock(made), bytes.data(), bytes.size());
         handles.unlock(made);
         handles.setHostOwned(made, true);
     }
     const std::lock_guard lock(state_->mutex);
-    if (state_->handles.sequence != nullptr)
+    if (state_->handles.sequence != nullptr) {
         handles.dispose(state_->handles.sequence, state_->host.options);
+    }
     state_->handles.sequence = made;
 }
 
@@ -172,8 +183,9 @@ std::vector<PF_ParamDef> Session::paramsWithValues(A_long time) const {
 std::optional<int> Session::findParam(const std::string& name) const {
     const std::vector<PF_ParamDef>& all = params();
     for (std::size_t index = 1; index < all.size(); ++index) {
-        if (name == all[index].name)
+        if (name == all[index].name) {
             return static_cast<int>(index);
+        }
     }
     return std::nullopt;
 }
@@ -181,26 +193,30 @@ std::optional<int> Session::findParam(const std::string& name) const {
 std::optional<int> Session::findParamById(A_long id) const {
     const std::vector<PF_ParamDef>& all = params();
     for (std::size_t index = 1; index < all.size(); ++index) {
-        if (id == all[index].uu.id)
+        if (id == all[index].uu.id) {
             return static_cast<int>(index);
+        }
     }
     return std::nullopt;
 }
 
 std::vector<std::string> Session::choices(int index) const {
     const std::vector<PF_ParamDef>& all = params();
-    if (index < 0 || static_cast<std::size_t>(index) >= all.size())
+    if (index < 0 || static_cast<std::size_t>(index) >= all.size()) {
         throw HostError("no parameter " + std::to_string(index));
+    }
     const PF_ParamDef& def = all[static_cast<std::size_t>(index)];
     std::vector<std::string> result;
-    if (def.param_type != PF_Param_POPUP || def.u.pd.u.namesptr == nullptr)
+    if (def.param_type != PF_Param_POPUP || def.u.pd.u.namesptr == nullptr) {
         return result;
+    }
     result.emplace_back();
     for (const A_char* letter = def.u.pd.u.namesptr; *letter != '\0'; ++letter) {
-        if (*letter == '|')
+        if (*letter == '|') {
             result.emplace_back();
-        else
+        } else {
             result.back() += *letter;
+        }
     }
     return result;
 }

@@ -12,26 +12,31 @@ namespace kovalune::host {
 namespace {
 
 void checkSide(A_long side, const HostOptions& options) {
-    if (side == 0 && !options.allowEmpty)
+    if (side == 0 && !options.allowEmpty) {
         throw HostError("an empty picture cannot be rendered");
-    if (side > PF_MAX_WORLD_WIDTH && !options.allowHuge)
+    }
+    if (side > PF_MAX_WORLD_WIDTH && !options.allowHuge) {
         throw HostError("a picture of more than " + std::to_string(PF_MAX_WORLD_WIDTH) +
                         " pixels on a side cannot be rendered");
+    }
 }
 
 void checkPictures(const Image& input, Image& output, const HostOptions& options) {
     checkSide(input.width(), options);
     checkSide(input.height(), options);
-    if (output.empty())
+    if (output.empty()) {
         output = Image(input.format(), input.width(), input.height());
+    }
     if (output.format() != input.format() || output.width() != input.width() ||
-        output.height() != input.height())
+        output.height() != input.height()) {
         throw HostError("input and output differ in format or size");
+    }
 }
 
 void checkScale(const PF_RationalScale& scale) {
-    if (scale.num <= 0 || scale.den == 0)
+    if (scale.num <= 0 || scale.den == 0) {
         throw HostError("a downsample factor must be above 0");
+    }
 }
 
 A_long fullSize(A_long reduced, const PF_RationalScale& scale) {
@@ -66,8 +71,9 @@ public:
     PreRenderData(const CommandTarget& target, Operation& operation, const PF_PreRenderOutput& output)
         : target_(target), operation_(operation), data_(output.pre_render_data),
           remove_(output.delete_pre_render_data_func) {
-        if (remove_ == nullptr)
+        if (remove_ == nullptr) {
             target_.host.handles.setHostOwned(handle(), true);
+        }
     }
     PreRenderData(const PreRenderData&) = delete;
     PreRenderData& operator=(const PreRenderData&) = delete;
@@ -83,15 +89,17 @@ private:
     PF_Handle handle() const { return static_cast<PF_Handle>(data_); }
 
     void drop() {
-        if (data_ == nullptr)
+        if (data_ == nullptr) {
             return;
-        if (remove_ != nullptr)
+        }
+        if (remove_ != nullptr) {
             callWithContext(target_, operation_, PF_Cmd_SMART_PRE_RENDER, [this] { remove_(data_); });
-        else if (target_.host.handles.isLive(handle()))
+        } else if (target_.host.handles.isLive(handle())) {
             target_.host.handles.dispose(handle(), target_.host.options);
-        else
+        } else {
             target_.host.ledger.addMisuse("pre-render data that are neither a live handle nor come with a "
                                           "delete function");
+        }
     }
 
     CommandTarget target_;
@@ -115,15 +123,19 @@ PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_L
         host.ledger.addMisuse(text);
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     };
-    if (!cornersWithinReach(result))
+    if (!cornersWithinReach(result)) {
         return refused("the pre-render's result is out of all bounds");
-    if (!worldSizeAllowed(result.right - result.left, result.bottom - result.top, host.options))
+    }
+    if (!worldSizeAllowed(result.right - result.left, result.bottom - result.top, host.options)) {
         return refused("the pre-render's result is of a size that no world has");
+    }
     const bool extraPixels = (output.flags & PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS) != 0;
-    if (!extraPixels && !isInside(result, request))
+    if (!extraPixels && !isInside(result, request)) {
         host.ledger.addMisuse("the pre-render's result exceeds the request");
-    if (!isInside(result, output.max_result_rect))
+    }
+    if (!isInside(result, output.max_result_rect)) {
         host.ledger.addMisuse("the pre-render's result exceeds its largest result");
+    }
     return PF_Err_NONE;
 }
 
@@ -144,11 +156,13 @@ public:
         result_.resultRect = promised.result_rect;
         result_.maxResultRect = promised.max_result_rect;
         result_.layerRequest = frame_.lastRequest();
-        if (!result_.ok() || !rendersResult(target_.host.options, promised))
+        if (!result_.ok() || !rendersResult(target_.host.options, promised)) {
             return result_;
+        }
         result_.code = acceptRects(target_.host, promised, request.rect);
-        if (result_.code == PF_Err_NONE)
+        if (result_.code == PF_Err_NONE) {
             render(request, data.get());
+        }
         return result_;
     }
 
@@ -211,8 +225,9 @@ RenderResult Session::render(const Image& input, Image& output, const RenderRequ
     checkPictures(input, output, options);
     checkScale(request.downsampleX);
     checkScale(request.downsampleY);
-    if (request.rect && !withinReach(*request.rect))
+    if (request.rect && !withinReach(*request.rect)) {
         throw HostError("the request is out of all bounds");
+    }
 
     Invocation base;
     base.time = request.time;
@@ -226,11 +241,12 @@ RenderResult Session::render(const Image& input, Image& output, const RenderRequ
 
     Operation operation(state_->host.takePlan());
     RenderResult result;
-    if (request.flow == RenderFlow::kLegacy)
+    if (request.flow == RenderFlow::kLegacy) {
         result = legacyRender(state_->target(), operation, base, input, output);
-    else
+    } else {
         result =
             SmartRender(state_->target(), operation, base, input, output).run(smartRequest(input, request));
+    }
     result.callsCounted = operation.callsCounted();
     result.failedCall = operation.failedCall();
     state_->host.noteEnded(operation);

@@ -11,13 +11,15 @@ SmartFrame::~SmartFrame() {
     int open = 0;
     int excused = 0;
     for (auto& [id, layer] : layers_) {
-        if (layer.out)
+        if (layer.out) {
             ++(layer.excused ? excused : open);
+        }
         dropPixels(layer);
     }
     host_.ledger.leaveLayerCheckouts(open, excused);
-    if (hasOutput_)
+    if (hasOutput_) {
         host_.worlds.dispose(output_, false, host_.options);
+    }
 }
 
 PF_Err SmartFrame::makeOutput(const Image& output, const PF_LRect& place) {
@@ -33,8 +35,9 @@ PF_Err SmartFrame::makeOutput(const Image& output, const PF_LRect& place) {
 /// Only what was promised counts, even if the world was made larger.
 void SmartFrame::takeOutput(Image& output, const PF_LRect& place) const {
     std::optional<WorldInfo> info = host_.worlds.find(&output_);
-    if (!info)
+    if (!info) {
         return;
+    }
     info->width = std::min(info->width, place.right - place.left);
     info->height = std::min(info->height, place.bottom - place.top);
     worldToPicture(*info, place, output);
@@ -47,8 +50,9 @@ PF_LRect SmartFrame::lastRequest() const {
 
 PF_Err SmartFrame::checkoutLayer(PF_ParamIndex index, A_long id, const PF_RenderRequest& request,
                                  const PF_ParamDef& param, PF_CheckoutResult& result) {
-    if (param.param_type != PF_Param_LAYER)
+    if (param.param_type != PF_Param_LAYER) {
         return PF_Err_BAD_CALLBACK_PARAM;
+    }
     // A layer parameter other than the input has no layer here.
     const PF_LRect whole = index == 0 ? wholeLongRect(input_.width(), input_.height()) : wholeLongRect(0, 0);
     const std::lock_guard lock(mutex_);
@@ -70,8 +74,9 @@ PF_Err SmartFrame::checkoutLayer(PF_ParamIndex index, A_long id, const PF_Render
 }
 
 PF_Err SmartFrame::makePixels(Layer& layer) {
-    if (isEmpty(layer.place) && !host_.options.allowEmpty)
+    if (isEmpty(layer.place) && !host_.options.allowEmpty) {
         return PF_Err_NONE;
+    }
     const PF_Err code = makeLayerWorld(host_, input_, layer.place, layer.world);
     layer.hasWorld = code == PF_Err_NONE;
     layer.world.origin_x = layer.place.left;
@@ -80,8 +85,9 @@ PF_Err SmartFrame::makePixels(Layer& layer) {
 }
 
 void SmartFrame::dropPixels(Layer& layer) {
-    if (layer.hasWorld)
+    if (layer.hasWorld) {
         dropInputWorld(host_, input_, layer.place, layer.world);
+    }
     layer.hasWorld = false;
 }
 
@@ -94,8 +100,9 @@ PF_Err SmartFrame::checkoutPixels(A_long id, PF_EffectWorld*& pixels) {
     }
     Layer& layer = found->second;
     if (!host_.options.nullInputWorld) {
-        if (const PF_Err code = makePixels(layer); code != PF_Err_NONE)
+        if (const PF_Err code = makePixels(layer); code != PF_Err_NONE) {
             return code;
+        }
     }
     layer.out = true;
     layer.excused = false;
@@ -118,8 +125,9 @@ PF_Err SmartFrame::checkinPixels(A_long id) {
 void SmartFrame::excuse(A_long id) {
     const std::lock_guard lock(mutex_);
     const auto found = layers_.find(id);
-    if (found != layers_.end())
+    if (found != layers_.end()) {
         found->second.excused = found->second.out;
+    }
 }
 
 } // namespace kovalune::host

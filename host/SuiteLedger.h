@@ -20,18 +20,21 @@ public:
     bool released(const std::string& name, int32_t version) {
         const std::lock_guard lock(mutex_);
         const auto found = counts_.find({name, version});
-        if (found == counts_.end())
+        if (found == counts_.end()) {
             return false;
-        if (--found->second == 0)
+        }
+        if (--found->second == 0) {
             counts_.erase(found);
+        }
         return true;
     }
 
     int live() const {
         const std::lock_guard lock(mutex_);
         int sum = 0;
-        for (const auto& [suite, count] : counts_)
+        for (const auto& [suite, count] : counts_) {
             sum += count;
+        }
         return sum;
     }
 

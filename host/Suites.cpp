@@ -23,14 +23,16 @@ PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def
         return joined(index, disabled ? "disabled" : "enabled");
     };
     return countedCall("PF_UpdateParamUI", ref, arguments, [&](CommandContext& context) -> PF_Err {
-        if (def == nullptr)
+        if (def == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
+        }
         // The interface promises nothing of the caller's copy after the call.
         writeExtraBytes(context, const_cast<PF_ParamDef*>(def));
         const PF_Err code = context.params.updateUi(index, *def);
-        if (code == PF_Err_NONE && !changesUiOnly(context.shownAt(index), *def))
+        if (code == PF_Err_NONE && !changesUiOnly(context.shownAt(index), *def)) {
             context.host.ledger.addMisuse(
                 joined("PF_UpdateParamUI changes more than the look of parameter", index));
+        }
         return code;
     });
 }
@@ -110,8 +112,9 @@ Table paramUtilsSlots() {
 const PFParamUtilsSuite1& paramUtilsSuite1() {
     static const PFParamUtilsSuite1 suite = [] {
         auto made = paramUtilsSlots<PFParamUtilsSuite1>();
-        for (PF_UnusedSlot& slot : made.obsolete_state_functions)
+        for (PF_UnusedSlot& slot : made.obsolete_state_functions) {
             slot = Unsupported<"obsolete state function">::call;
+        }
         return made;
     }();
     return suite;
@@ -174,8 +177,9 @@ int32_t acquireSuite(const char* name, int32_t version, const void** suite) {
             const SuiteEntry* entry = findSuite(suiteName, version);
             const HostOptions& options = context.host.options;
             if (suite == nullptr || entry == nullptr || withheld(options, suiteName, version) ||
-                !(entry->ofThisEra || options.everySuiteVersion))
+                !(entry->ofThisEra || options.everySuiteVersion)) {
                 return kSuiteNotFound;
+            }
             context.host.suites.acquired(std::string(suiteName), version);
             *suite = entry->table;
             return PF_Err_NONE;
@@ -185,12 +189,14 @@ int32_t acquireSuite(const char* name, int32_t version, const void** suite) {
 int32_t releaseSuite(const char* name, int32_t version) {
     return shielded(int32_t{PF_Err_OUT_OF_MEMORY}, [&]() -> int32_t {
         CommandContext* context = currentContext();
-        if (context == nullptr)
+        if (context == nullptr) {
             return PF_Err_INVALID_CALLBACK;
+        }
         const std::string_view suiteName = nameOrNull(name);
         logCall(*context, "ReleaseSuite", [&] { return joined(suiteName, version); });
-        if (context->host.suites.released(std::string(suiteName), version))
+        if (context->host.suites.released(std::string(suiteName), version)) {
             return 0;
+        }
         context->host.ledger.addMisuse("release of a suite that is not acquired: " +
                                        joined(suiteName, version));
         return kSuiteNotFound;

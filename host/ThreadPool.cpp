@@ -16,8 +16,9 @@ struct ThreadPool::Job {
     std::atomic<int> next{0};
 
     void drain(int slot) {
-        for (int piece = next.fetch_add(1); piece < count; piece = next.fetch_add(1))
+        for (int piece = next.fetch_add(1); piece < count; piece = next.fetch_add(1)) {
             work(slot, piece);
+        }
     }
 };
 
@@ -27,14 +28,16 @@ ThreadPool::~ThreadPool() {
         stopping_ = true;
     }
     wake_.notify_all();
-    for (std::thread& worker : workers_)
+    for (std::thread& worker : workers_) {
         worker.join();
+    }
 }
 
 void ThreadPool::startWorkers(int wanted) {
     try {
-        while (static_cast<int>(workers_.size()) < wanted)
+        while (static_cast<int>(workers_.size()) < wanted) {
             workers_.emplace_back([this] { workerLoop(); });
+        }
     } catch (const std::system_error&) {
         // The caller does the work alone if the system gives no more threads.
         return;
@@ -53,15 +56,17 @@ void ThreadPool::workerLoop() {
     for (;;) {
         Job* job = nullptr;
         wake_.wait(lock, [&] { return stopping_ || (job = openJob()) != nullptr; });
-        if (job == nullptr)
+        if (job == nullptr) {
             return;
+        }
         const int slot = job->slots++;
         ++job->helpersInside;
         lock.unlock();
         job->drain(slot);
         lock.lock();
-        if (--job->helpersInside == 0)
+        if (--job->helpersInside == 0) {
             left_.notify_all();
+        }
     }
 }
 

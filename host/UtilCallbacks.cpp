@@ -12,8 +12,9 @@ namespace kovalune::host {
 
 void bookUnsupported(const char* call) noexcept {
     shielded([&] {
-        if (CommandContext* context = currentContext())
+        if (CommandContext* context = currentContext()) {
             context->host.ledger.addMisuse(std::string(call) + " is not a function of this host");
+        }
     });
 }
 
@@ -23,16 +24,18 @@ constexpr std::size_t kPathBytes = 260; // of the effect's buffer, the end inclu
 
 PF_Err convertToHls(PF_ProgPtr ref, PF_Pixel* rgb, PF_Fixed* hls) {
     return countedCall("RGBtoHLS", ref, noArguments, [&](CommandContext&) -> PF_Err {
-        if (rgb == nullptr || hls == nullptr)
+        if (rgb == nullptr || hls == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
+        }
         rgbToHls(*rgb, hls);
         return PF_Err_NONE;
     });
 }
 
 PF_Err givePath(const std::string& path, void* data) {
-    if (path.size() >= kPathBytes)
+    if (path.size() >= kPathBytes) {
         return PF_Err_BAD_CALLBACK_PARAM;
+    }
     std::memcpy(data, path.c_str(), path.size() + 1);
     return PF_Err_NONE;
 }
@@ -42,8 +45,9 @@ PF_Err platformData(PF_ProgPtr ref, PF_PlatDataID which, void* data) {
         "get_platform_data", ref, [&] { return joined(which); },
         [&](CommandContext& context) -> PF_Err {
             const HostOptions& options = context.host.options;
-            if (data == nullptr)
+            if (data == nullptr) {
                 return PF_Err_BAD_CALLBACK_PARAM;
+            }
             switch (which) {
             case PF_PlatData_MAIN_WND:
                 std::memcpy(data, &options.mainWindow, sizeof options.mainWindow);

@@ -24,8 +24,9 @@ PF_Err misused(CommandContext& context, const std::string& text) {
 PF_Err newWorld(const char* call, PF_ProgPtr ref, WorldRequest request, PF_EffectWorld* world) {
     const auto arguments = [&] { return joined(request.width, request.height, request.clear); };
     return countedCall(call, ref, arguments, [&](CommandContext& context) -> PF_Err {
-        if (world == nullptr || !pictureFormat(request.format))
+        if (world == nullptr || !pictureFormat(request.format)) {
             return misused(context, joined(call, "with a null world or an unknown format"));
+        }
         request.effectMade = true;
         writeExtraBytes(context, world);
         return context.host.worlds.make(request, context.host.options, *world);
@@ -35,14 +36,16 @@ PF_Err newWorld(const char* call, PF_ProgPtr ref, WorldRequest request, PF_Effec
 PF_Err dispose(const char* call, PF_ProgPtr ref, PF_EffectWorld* world) {
     const auto arguments = [&] { return sizeText(world); };
     const auto body = [&](CommandContext& context) -> PF_Err {
-        if (world == nullptr || !context.host.worlds.dispose(*world, true, context.host.options))
+        if (world == nullptr || !context.host.worlds.dispose(*world, true, context.host.options)) {
             return misused(context, joined(call, "of an unknown world"));
+        }
         *world = PF_EffectWorld{};
         return PF_Err_NONE;
     };
     return countedCall(call, ref, arguments, body, [&](CommandContext& context) {
-        if (world != nullptr)
+        if (world != nullptr) {
             context.host.worlds.excuse(*world);
+        }
     });
 }
 
@@ -52,8 +55,9 @@ PF_Err copyWorlds(const char* call, const char* source, PF_ProgPtr ref, const PF
     return countedCall(call, ref, arguments, [&](CommandContext& context) -> PF_Err {
         const std::optional<WorldInfo> fromInfo = context.host.worlds.find(from);
         const std::optional<WorldInfo> toInfo = context.host.worlds.find(to);
-        if (!fromInfo || !toInfo)
+        if (!fromInfo || !toInfo) {
             return misused(context, joined(call, "with an unknown world"));
+        }
         return copyPixels(*fromInfo, *toInfo, fromRect, toRect);
     });
 }
@@ -65,8 +69,9 @@ PF_Err fill(const char* source, PF_ProgPtr ref, const PF_Pixel* colour, const PF
     };
     return countedCall("fill", ref, arguments, [&](CommandContext& context) -> PF_Err {
         const std::optional<WorldInfo> info = context.host.worlds.find(world);
-        if (!info)
+        if (!info) {
             return misused(context, "fill of an unknown world");
+        }
         fillPixels(*info, colour, area);
         return PF_Err_NONE;
     });
@@ -99,8 +104,9 @@ PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
     const auto arguments = [&] { return sizeText(world); };
     return countedCall("PF_GetPixelFormat", arguments, [&](CommandContext& context) -> PF_Err {
         const std::optional<WorldInfo> info = context.host.worlds.find(world);
-        if (!info || format == nullptr)
+        if (!info || format == nullptr) {
             return misused(context, "PF_GetPixelFormat of an unknown world");
+        }
         *format = context.host.options.forcePixelFormat.value_or(info->format);
         return PF_Err_NONE;
     });

@@ -49,9 +49,10 @@ void forSharedRows(const WorldInfo& world, const PF_LRect& place, Picture& pictu
                      movedBy(wholeLongRect(world.width, world.height), place.left, place.top));
     const std::size_t pixelBytes = bytesPerPixel(world.format);
     const std::size_t count = static_cast<std::size_t>(within.right - within.left) * pixelBytes;
-    for (A_long y = within.top; y < within.bottom; ++y)
+    for (A_long y = within.top; y < within.bottom; ++y) {
         row(pixelAt(world, within.left - place.left, y - place.top),
             picture.row(y) + static_cast<std::size_t>(within.left) * pixelBytes, count);
+    }
 }
 
 } // namespace
@@ -61,8 +62,9 @@ PF_Err copyPixels(const WorldInfo& from, const WorldInfo& to, const PF_Rect* fro
     const PF_LRect source = rectOrWhole(fromRect, from);
     const PF_LRect target = rectOrWhole(toRect, to);
     if (from.format != to.format || source.right - source.left != target.right - target.left ||
-        source.bottom - source.top != target.bottom - target.top)
+        source.bottom - source.top != target.bottom - target.top) {
         return PF_Err_BAD_CALLBACK_PARAM;
+    }
     const A_long dx = target.left - source.left;
     const A_long dy = target.top - source.top;
     const PF_LRect part =
@@ -85,10 +87,12 @@ void fillPixels(const WorldInfo& world, const PF_Pixel* colour, const PF_Rect* r
     const std::size_t pixelBytes = bytesPerPixel(world.format);
     const std::size_t count = static_cast<std::size_t>(part.right - part.left) * pixelBytes;
     std::byte* const first = pixelAt(world, part.left, part.top);
-    for (std::size_t at = 0; at < count; at += pixelBytes)
+    for (std::size_t at = 0; at < count; at += pixelBytes) {
         std::memcpy(first + at, bytes.data(), pixelBytes);
-    for (A_long y = part.top + 1; y < part.bottom; ++y)
+    }
+    for (A_long y = part.top + 1; y < part.bottom; ++y) {
         std::memcpy(pixelAt(world, part.left, y), first, count);
+    }
 }
 
 void pictureToWorld(const Image& picture, const PF_LRect& place, const WorldInfo& world) {

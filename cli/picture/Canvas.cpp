@@ -10,18 +10,20 @@ namespace {
 
 template <class Sample>
 constexpr Sample fullOf() {
-    if constexpr (std::is_floating_point_v<Sample>)
+    if constexpr (std::is_floating_point_v<Sample>) {
         return Sample{1};
-    else
+    } else {
         return std::numeric_limits<Sample>::max();
+    }
 }
 
 template <class Sample>
 Sample widened(uint8_t value) {
-    if constexpr (std::is_floating_point_v<Sample>)
+    if constexpr (std::is_floating_point_v<Sample>) {
         return static_cast<Sample>(value) / Sample{255};
-    else
+    } else {
         return static_cast<Sample>(value * (fullOf<Sample>() / 255));
+    }
 }
 
 /// `upper` with this alpha over `lower`.
@@ -39,12 +41,13 @@ Sample over(Sample upper, Sample lower, Sample alpha) {
 /// Calls `work` with a value of the type that samples of `type` have.
 template <class Work>
 void withSample(SampleType type, const Work& work) {
-    if (type == SampleType::kUint8)
+    if (type == SampleType::kUint8) {
         work(uint8_t{});
-    else if (type == SampleType::kUint16)
+    } else if (type == SampleType::kUint16) {
         work(uint16_t{});
-    else
+    } else {
         work(float{});
+    }
 }
 
 } // namespace
@@ -76,8 +79,9 @@ void Canvas::fillOf(const Area& inside, DrawnColor color) {
     for (int64_t y = inside.top; y < inside.top + inside.height; ++y) {
         std::size_t at = indexOf(inside.left, y);
         for (int64_t x = 0; x < inside.width; ++x) {
-            for (const Sample channel : channels)
+            for (const Sample channel : channels) {
                 picture_.setSample(at++, channel);
+            }
         }
     }
 }

@@ -60,8 +60,9 @@ enum VersionFlag : uint32_t { kTiled = 0x200, kDeep = 0x800, kMultiPart = 0x1000
 bool isStringVector(ExrBytes value) {
     while (value.size() >= 4) {
         const int32_t length = exrInt(value, 0);
-        if (length < 0 || static_cast<std::size_t>(length) > value.size() - 4)
+        if (length < 0 || static_cast<std::size_t>(length) > value.size() - 4) {
             return false;
+        }
         value = value.subspan(4 + static_cast<std::size_t>(length));
     }
     return value.empty();
@@ -69,8 +70,9 @@ bool isStringVector(ExrBytes value) {
 
 bool isPreview(ExrBytes value) {
     constexpr int32_t kMostSide = 1 << 14;
-    if (value.size() < 8)
+    if (value.size() < 8) {
         return false;
+    }
     const int64_t width = exrInt(value, 0), height = exrInt(value, 4);
     return width >= 0 && width <= kMostSide && height >= 0 && height <= kMostSide &&
            uint64_t(width * height * 4) == value.size() - 8;
@@ -104,8 +106,9 @@ public:
             readTiles(part);
             checkPlaces(part);
             parts.push_back(std::move(part));
-            if (isMultiPart)
+            if (isMultiPart) {
                 need(1);
+            }
         } while (isMultiPart && bytes_[at_] != 0);
         return parts;
     }
@@ -116,8 +119,9 @@ private:
     }
 
     void need(std::size_t count) const {
-        if (count > bytes_.size() - at_)
+        if (count > bytes_.size() - at_) {
             failReading(name_, "it is cut short");
+        }
     }
 
     /// Up to a zero byte.
@@ -126,10 +130,12 @@ private:
         const ExrBytes rest = bytes_.subspan(at_);
         const auto end = std::find(rest.begin(), rest.end(), uint8_t{0});
         const auto length = static_cast<std::size_t>(end - rest.begin());
-        if (length > kMostLength)
+        if (length > kMostLength) {
             failDamaged("a name has no end");
-        if (end == rest.end())
+        }
+        if (end == rest.end()) {
             failReading(name_, "it is cut short");
+        }
         at_ += length + 1;
         return {rest.begin(), end};
     }
@@ -141,8 +147,9 @@ private:
             need(4);
             const int32_t size = exrInt(bytes_, at_);
             at_ += 4;
-            if (size < 0)
+            if (size < 0) {
                 failDamaged("attribute " + shown(name) + " is of negative length");
+            }
             need(static_cast<std::size_t>(size));
             attribute.value = bytes_.subspan(at_, static_cast<std::size_t>(size));
             at_ += static_cast<std::size_t>(size);
@@ -150,19 +157,22 @@ private:
                 std::find_if(std::begin(kKnownAttributes), std::end(kKnownAttributes),
                              [&name](const KnownAttribute& each) { return each.name == name; });
             if (part.find(name) != nullptr || !exrValueFits(attribute.type, attribute.value) ||
-                (known != std::end(kKnownAttributes) && known->type != attribute.type))
+                (known != std::end(kKnownAttributes) && known->type != attribute.type)) {
                 failDamaged("attribute " + shown(name) + " is wrong");
+            }
             part.attributes.push_back(std::move(attribute));
         }
         for (const KnownAttribute& known : kKnownAttributes) {
-            if (known.isNeeded && part.find(known.name) == nullptr)
+            if (known.isNeeded && part.find(known.name) == nullptr) {
                 failDamaged("attribute " + std::string(known.name) + " is missing");
+            }
         }
         part.dataWindow = boxOf(part.find("dataWindow")->value);
         part.compression = part.find("compression")->value[0];
-        if (part.compression >= kExrCompressions.size())
+        if (part.compression >= kExrCompressions.size()) {
             failReading(name_, "it is compressed in a way that is not known, number " +
                                    std::to_string(part.compression));
+        }
         readChannels(part);
         return part;
     }
@@ -177,35 +187,41 @@ private:
             channel.name.assign(list.begin() + static_cast<std::ptrdiff_t>(at), end);
             at += channel.name.size() + 1;
             constexpr std::size_t kRest = 16; // type, a byte on linearity and three empty ones, sampling
-            if (at > list.size() || list.size() - at < kRest)
+            if (at > list.size() || list.size() - at < kRest) {
                 failDamaged("its list of channels has no end");
+            }
             const int32_t type = exrInt(list, at);
             channel.type = static_cast<ExrType>(type);
             channel.xSampling = exrInt(list, at + 8);
             channel.ySampling = exrInt(list, at + 12);
             at += kRest;
             if (type < 0 || type > 2 || channel.xSampling < 1 || channel.ySampling < 1 ||
-                channel.name.size() > 255 || part.channel(channel.name) != nullptr)
+                channel.name.size() > 255 || part.channel(channel.name) != nullptr) {
                 failDamaged("channel " + shown(channel.name) + " is wrong");
+            }
             part.channels.push_back(std::move(channel));
         }
-        if (at + 1 != list.size())
+        if (at + 1 != list.size()) {
             failDamaged("its list of channels has no end");
+        }
     }
 
     void readTiles(ExrPart& part) const {
-        if (!part.tiled)
+        if (!part.tiled) {
             return;
+        }
         const ExrAttribute* const tiles = part.find("tiles");
-        if (tiles == nullptr)
+        if (tiles == nullptr) {
             failDamaged("attribute tiles is missing");
+        }
         part.tileWidth = static_cast<uint32_t>(exrInt(tiles->value, 0));
         part.tileHeight = static_cast<uint32_t>(exrInt(tiles->value, 4));
         constexpr uint32_t kMostOfSmallPictures = 2048;
         if (part.tileWidth == 0 || part.tileHeight == 0 ||
             part.tileWidth > std::max(part.dataWindow.width(), kMostOfSmallPictures) ||
-            part.tileHeight > std::max(part.dataWindow.height(), kMostOfSmallPictures))
+            part.tileHeight > std::max(part.dataWindow.height(), kMostOfSmallPictures)) {
             failDamaged("its tiles are " + sizeText(part.tileWidth, part.tileHeight));
+        }
     }
 
     /// Each block of rows and each tile has its place in the file noted in eight bytes.
@@ -216,10 +232,11 @@ private:
             blocks(part.dataWindow.height(),
                    part.tiled ? part.tileHeight : kExrCompressions[part.compression].linesOfABlock);
         const uint64_t left = bytes_.size() / 8 - places_;
-        if (across != 0 && down > left / across)
+        if (across != 0 && down > left / across) {
             failReading(name_,
                         "it is cut short: " + sizeText(part.dataWindow.width(), part.dataWindow.height()) +
                             " need more bytes");
+        }
         places_ += across * down;
     }
 
@@ -259,22 +276,27 @@ const ExrChannel* ExrPart::channel(std::string_view name) const {
 
 int32_t exrInt(ExrBytes bytes, std::size_t place) {
     uint32_t value = 0;
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         value |= uint32_t{bytes[place + i]} << 8 * i;
+    }
     return static_cast<int32_t>(value);
 }
 
 bool exrValueFits(std::string_view type, ExrBytes value) {
     const auto fixed = std::find_if(std::begin(kFixedTypes), std::end(kFixedTypes),
                                     [type](const FixedType& each) { return each.name == type; });
-    if (fixed != std::end(kFixedTypes))
+    if (fixed != std::end(kFixedTypes)) {
         return value.size() == fixed->bytes;
-    if (type == "stringvector")
+    }
+    if (type == "stringvector") {
         return isStringVector(value);
-    if (type == "floatvector")
+    }
+    if (type == "floatvector") {
         return value.size() % 4 == 0;
-    if (type == "preview")
+    }
+    if (type == "preview") {
         return isPreview(value);
+    }
     return !type.empty();
 }
 

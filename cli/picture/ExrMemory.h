@@ -29,8 +29,9 @@ public:
             ended_ = true;
             throw std::out_of_range("end of file");
         }
-        if (count > 0)
+        if (count > 0) {
             std::memcpy(to, bytes_.data() + position_, static_cast<std::size_t>(count));
+        }
         position_ += static_cast<uint64_t>(count);
         return position_ < bytes_.size();
     }
@@ -49,12 +50,15 @@ public:
 
     void write(const char from[], int count) override {
         const std::size_t end = position_ + static_cast<std::size_t>(count);
-        if (end > bytes_.capacity())
+        if (end > bytes_.capacity()) {
             bytes_.reserve(std::max(end, 2 * bytes_.capacity()));
-        if (end > bytes_.size())
+        }
+        if (end > bytes_.size()) {
             bytes_.resize(end);
-        if (count > 0)
+        }
+        if (count > 0) {
             std::memcpy(bytes_.data() + position_, from, static_cast<std::size_t>(count));
+        }
         position_ = end;
     }
     uint64_t tellp() override { return position_; }

@@ -65,8 +65,9 @@ std::vector<uint8_t> valueOf(const Imf::Attribute& attribute) {
 bool isUsual(const ExrAttribute& attribute, const Imf::Header& plain) {
     const auto always = std::find_if(std::begin(kAlways), std::end(kAlways),
                                      [&](const Always& each) { return each.name == attribute.name; });
-    if (always == std::end(kAlways))
+    if (always == std::end(kAlways)) {
         return false;
+    }
     const std::vector<uint8_t> usual = valueOf(plain[attribute.name]);
     return std::equal(usual.begin(), usual.end(), attribute.value.begin(), attribute.value.end());
 }
@@ -75,14 +76,17 @@ bool isUsual(const ExrAttribute& attribute, const Imf::Header& plain) {
 bool fits(const PictureNote& note, const Picture& picture) {
     constexpr std::size_t kMostName = 255;
     if (note.name.empty() || note.name.size() > kMostName || note.type.size() > kMostName ||
-        !isNote(note.name) || !exrValueFits(note.type, note.bytes))
+        !isNote(note.name) || !exrValueFits(note.type, note.bytes)) {
         return false;
+    }
     const auto always = std::find_if(std::begin(kAlways), std::end(kAlways),
                                      [&](const Always& each) { return each.name == note.name; });
-    if (always != std::end(kAlways) && always->type != note.type)
+    if (always != std::end(kAlways) && always->type != note.type) {
         return false;
-    if (note.name != "dataWindow")
+    }
+    if (note.name != "dataWindow") {
         return true;
+    }
     const ExrBytes value = note.bytes;
     const ExrBox box{exrInt(value, 0), exrInt(value, 4), exrInt(value, 8), exrInt(value, 12)};
     return box.width() == picture.width && box.height() == picture.height;
@@ -105,9 +109,10 @@ std::vector<PictureNote> exrNotes(const ExrPart& part, SampleType type) {
     for (const ExrAttribute& attribute : part.attributes) {
         const bool isKeptCompression = attribute.name == "compression" && keeps(part.compression, type) &&
                                        part.compression != kUsualExrCompression;
-        if ((isNote(attribute.name) && !isUsual(attribute, plain)) || isKeptCompression)
+        if ((isNote(attribute.name) && !isUsual(attribute, plain)) || isKeptCompression) {
             notes.push_back(
                 {attribute.name, attribute.type, {attribute.value.begin(), attribute.value.end()}});
+        }
     }
     return notes;
 }
@@ -115,14 +120,16 @@ std::vector<PictureNote> exrNotes(const ExrPart& part, SampleType type) {
 Imf::Header exrHeader(const Picture& picture) {
     Imf::Header header = plainHeader(picture.width, picture.height);
     header.compression() = static_cast<Imf::Compression>(kUsualExrCompression);
-    if (picture.format != FileFormat::kExr)
+    if (picture.format != FileFormat::kExr) {
         return header;
+    }
     for (const PictureNote& note : picture.notes) {
-        if (fits(note, picture))
+        if (fits(note, picture)) {
             header.insert(note.name, *attributeOf(note));
-        else if (note.name == "compression" && note.bytes.size() == 1 &&
-                 note.bytes[0] < kExrCompressions.size() && keeps(note.bytes[0], picture.sampleType))
+        } else if (note.name == "compression" && note.bytes.size() == 1 &&
+                   note.bytes[0] < kExrCompressions.size() && keeps(note.bytes[0], picture.sampleType)) {
             header.compression() = static_cast<Imf::Compression>(note.bytes[0]);
+        }
     }
     return header;
 }

@@ -32,15 +32,17 @@ bool hasColour(const ExrPart& part) {
 
 std::string listOf(const std::vector<std::string>& names) {
     std::string text;
-    for (const std::string& name : names)
+    for (const std::string& name : names) {
         text += (text.empty() ? "" : ", ") + name;
+    }
     return text.empty() ? "none" : text;
 }
 
 std::string channelNames(const ExrPart& part) {
     std::vector<std::string> names;
-    for (const ExrChannel& channel : part.channels)
+    for (const ExrChannel& channel : part.channels) {
         names.push_back(channel.name);
+    }
     return listOf(names);
 }
 
@@ -49,19 +51,22 @@ std::vector<const ExrChannel*> coloursOf(const ExrPart& part, const std::string&
     std::vector<const ExrChannel*> colours;
     std::vector<std::string> missing;
     for (const char* const colour : {"R", "G", "B"}) {
-        if (const ExrChannel* const channel = part.channel(colour))
+        if (const ExrChannel* const channel = part.channel(colour)) {
             colours.push_back(channel);
-        else
+        } else {
             missing.emplace_back(colour);
+        }
     }
     if (colours.empty()) {
-        if (part.channel("RY") != nullptr || part.channel("BY") != nullptr)
+        if (part.channel("RY") != nullptr || part.channel("BY") != nullptr) {
             failReading(name, "it holds luminance and chroma (channels Y, RY and BY), which are not read");
+        }
         return {part.channel("Y")};
     }
-    if (!missing.empty())
+    if (!missing.empty()) {
         failReading(name, "it has no channel " + listOf(missing) + "; its channels are " +
                               shown(channelNames(part)));
+    }
     return colours;
 }
 
@@ -69,22 +74,27 @@ Chosen chosenOf(const std::vector<ExrPart>& parts, const std::string& name) {
     const auto found = std::find_if(parts.begin(), parts.end(),
                                     [](const ExrPart& part) { return !part.deep && hasColour(part); });
     if (found == parts.end()) {
-        if (std::all_of(parts.begin(), parts.end(), [](const ExrPart& part) { return part.deep; }))
+        if (std::all_of(parts.begin(), parts.end(), [](const ExrPart& part) { return part.deep; })) {
             failReading(name, "it holds deep data, which are not read");
+        }
         std::vector<std::string> names;
-        for (const ExrPart& part : parts)
+        for (const ExrPart& part : parts) {
             names.push_back(channelNames(part));
+        }
         failReading(name,
                     "it has neither channels R, G and B nor Y; its channels are " + shown(listOf(names)));
     }
     Chosen chosen{static_cast<std::size_t>(found - parts.begin()), coloursOf(*found, name)};
-    if (const ExrChannel* const alpha = found->channel("A"))
+    if (const ExrChannel* const alpha = found->channel("A")) {
         chosen.channels.push_back(alpha);
+    }
     for (const ExrChannel* const channel : chosen.channels) {
-        if (channel->type == ExrType::kUint)
+        if (channel->type == ExrType::kUint) {
             failReading(name, "channel " + channel->name + " is of whole numbers, which are not read");
-        if (channel->isSubsampled())
+        }
+        if (channel->isSubsampled()) {
             failReading(name, "channel " + channel->name + " is subsampled, which is not read");
+        }
     }
     return chosen;
 }
@@ -99,12 +109,14 @@ std::string partName(const ExrPart& part, std::size_t index) {
 std::vector<std::string> leftOutOf(const std::vector<ExrPart>& parts, const Chosen& chosen) {
     std::vector<std::string> names;
     for (const ExrChannel& channel : parts[chosen.part].channels) {
-        if (std::find(chosen.channels.begin(), chosen.channels.end(), &channel) == chosen.channels.end())
+        if (std::find(chosen.channels.begin(), chosen.channels.end(), &channel) == chosen.channels.end()) {
             names.push_back("channel " + channel.name);
+        }
     }
     for (std::size_t i = 0; i < parts.size(); ++i) {
-        if (i != chosen.part)
+        if (i != chosen.part) {
             names.push_back(partName(parts[i], i));
+        }
     }
     return names;
 }
@@ -114,13 +126,15 @@ void checkExpansion(const ExrPart& part, std::size_t fileBytes, const std::strin
     const uint64_t width = part.dataWindow.width(), height = part.dataWindow.height();
     const uint64_t most = uint64_t{fileBytes} * kExrCompressions[part.compression].mostExpansion;
     uint64_t needed = 0;
-    for (const ExrChannel& channel : part.channels)
+    for (const ExrChannel& channel : part.channels) {
         needed += width / static_cast<uint32_t>(channel.xSampling) *
                   (height / static_cast<uint32_t>(channel.ySampling)) *
                   (channel.type == ExrType::kHalf ? 2 : 4);
-    if (needed > most)
+    }
+    if (needed > most) {
         failReading(name, "it is cut short: " + sizeText(part.dataWindow.width(), part.dataWindow.height()) +
                               " need more bytes");
+    }
 }
 
 void readSamples(Imf::IStream& input, const ExrPart& part, const Chosen& chosen, Picture& picture) {
@@ -132,10 +146,11 @@ void readSamples(Imf::IStream& input, const ExrPart& part, const Chosen& chosen,
     const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     Imf::FrameBuffer buffer;
-    for (std::size_t i = 0; i < chosen.channels.size(); ++i)
+    for (std::size_t i = 0; i < chosen.channels.size(); ++i) {
         buffer.insert(chosen.channels[i]->name,
                       Imf::Slice::Make(type, picture.samples.data() + i * bytes, window,
                                        bytes * chosen.channels.size(), picture.rowBytes()));
+    }
     source.setFrameBuffer(buffer);
     source.readPixels(box.yMin, box.yMax);
 }
@@ -151,8 +166,9 @@ std::string reasonOf(const std::exception& exception) {
 } // namespace
 
 Picture decodeExr(std::span<const uint8_t> bytes, const std::string& name) {
-    if (!beginsAsExr(bytes))
+    if (!beginsAsExr(bytes)) {
         failReading(name, bytes.empty() ? "it is empty" : "it is not an OpenEXR file");
+    }
     const std::vector<ExrPart> parts = exrParts(bytes, name);
     const Chosen chosen = chosenOf(parts, name);
     const ExrPart& part = parts[chosen.part];
@@ -177,8 +193,9 @@ Picture decodeExr(std::span<const uint8_t> bytes, const std::string& name) {
         throw;
     } catch (const std::exception& exception) {
         const std::string reason = reasonOf(exception);
-        if (tellsOfMemory(reason))
+        if (tellsOfMemory(reason)) {
             throw std::bad_alloc();
+        }
         failReading(name, input.ended() ? "it is cut short" : "it is damaged: " + reason);
     }
     return picture;

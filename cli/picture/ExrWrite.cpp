@@ -16,8 +16,9 @@ namespace {
 
 std::vector<const char*> channelNames(Channels channels) {
     std::vector<const char*> names = isGrey(channels) ? std::vector{"Y"} : std::vector{"R", "G", "B"};
-    if (hasAlpha(channels))
+    if (hasAlpha(channels)) {
         names.push_back("A");
+    }
     return names;
 }
 
@@ -48,15 +49,17 @@ std::vector<uint8_t> encodeExr(const Picture& picture) {
     const auto fail = [](const std::string& reason) {
         throw Failure(ExitCode::kFile, "cannot make an OpenEXR file: " + reason);
     };
-    if (!isFloat(picture.sampleType))
+    if (!isFloat(picture.sampleType)) {
         fail("its samples are half or float");
+    }
     try {
         return encoded(picture);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& exception) {
-        if (tellsOfMemory(exception.what()))
+        if (tellsOfMemory(exception.what())) {
             throw std::bad_alloc();
+        }
         fail(exception.what());
     }
     return {};

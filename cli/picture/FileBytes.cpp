@@ -33,8 +33,9 @@ void appendBytes(std::vector<uint8_t>& bytes, std::size_t count, std::FILE* sour
     const std::size_t taken = std::fread(bytes.data() + before, 1, count, source);
     const int error = errno;
     bytes.resize(before + taken);
-    if (std::ferror(source) != 0)
+    if (std::ferror(source) != 0) {
         failReading(file.string(), systemReason(error));
+    }
 }
 
 /// Asks for one byte more; stands where it stood if there is one.
@@ -49,8 +50,9 @@ std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t co
                                const std::function<void(std::span<const uint8_t>)>& checkBeginning) {
     constexpr std::size_t kBlock = std::size_t{1} << 20;
     const OpenFile source(std::fopen(file.string().c_str(), "rb"));
-    if (!source)
+    if (!source) {
         failReading(file.string(), systemReason(errno));
+    }
     std::vector<uint8_t> bytes;
     appendBytes(bytes, count, source.get(), file);
     checkBeginning(bytes);
@@ -60,8 +62,9 @@ std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t co
         const std::size_t left = size > bytes.size() ? size - bytes.size() : kBlock;
         appendBytes(bytes, std::min(left, kBlock), source.get(), file);
     }
-    if (std::ferror(source.get()) != 0)
+    if (std::ferror(source.get()) != 0) {
         failReading(file.string(), systemReason(errno));
+    }
     return bytes;
 }
 

@@ -30,8 +30,9 @@ struct EndInflate {
 /// The bytes that `packed` stands for; nothing if it is damaged or too much.
 std::optional<Bytes> unpacked(const uint8_t* packed, std::size_t count) {
     z_stream stream{};
-    if (inflateInit(&stream) != Z_OK)
+    if (inflateInit(&stream) != Z_OK) {
         throw std::bad_alloc();
+    }
     const std::unique_ptr<z_stream, EndInflate> end(&stream);
     Bytes bytes;
     stream.next_in = const_cast<uint8_t*>(packed); // it reads only
@@ -39,16 +40,19 @@ std::optional<Bytes> unpacked(const uint8_t* packed, std::size_t count) {
     for (int state = Z_OK; state != Z_STREAM_END;) {
         constexpr std::size_t kBlock = std::size_t{1} << 14;
         const std::size_t before = bytes.size();
-        if (before + kBlock > kMostProfileBytes)
+        if (before + kBlock > kMostProfileBytes) {
             return std::nullopt;
+        }
         bytes.resize(before + kBlock);
         stream.next_out = bytes.data() + before;
         stream.avail_out = kBlock;
         state = inflate(&stream, Z_NO_FLUSH);
-        if (state == Z_MEM_ERROR)
+        if (state == Z_MEM_ERROR) {
             throw std::bad_alloc();
-        if (state != Z_OK && state != Z_STREAM_END)
+        }
+        if (state != Z_OK && state != Z_STREAM_END) {
             return std::nullopt;
+        }
         bytes.resize(before + kBlock - stream.avail_out);
     }
     return bytes;
@@ -58,8 +62,9 @@ Bytes packed(const Bytes& bytes) {
     uLongf count = compressBound(static_cast<uLong>(bytes.size()));
     Bytes result(count);
     if (compress2(result.data(), &count, bytes.data(), static_cast<uLong>(bytes.size()),
-                  Z_BEST_COMPRESSION) != Z_OK)
+                  Z_BEST_COMPRESSION) != Z_OK) {
         throw std::bad_alloc();
+    }
     result.resize(count);
     return result;
 }
@@ -69,22 +74,27 @@ std::optional<Bytes> profileOf(const Picture& picture) {
     const auto note = std::find_if(picture.notes.begin(), picture.notes.end(), [&picture](const auto& each) {
         return isColourProfile(each, picture.format);
     });
-    if (note == picture.notes.end() || note->bytes.size() > kMostProfileBytes)
+    if (note == picture.notes.end() || note->bytes.size() > kMostProfileBytes) {
         return std::nullopt;
-    if (picture.format == FileFormat::kTiff)
+    }
+    if (picture.format == FileFormat::kTiff) {
         return note->bytes;
+    }
     const auto zero = std::find(note->bytes.begin(), note->bytes.end(), 0);
     const std::ptrdiff_t left = note->bytes.end() - zero;
-    if (left < 3 || zero[1] != 0)
+    if (left < 3 || zero[1] != 0) {
         return std::nullopt;
+    }
     return unpacked(&zero[2], static_cast<std::size_t>(left - 2));
 }
 
 std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) {
-    if (format == FileFormat::kTiff)
+    if (format == FileFormat::kTiff) {
         return PictureNote{kTiffProfile, kTiffBytes, profile};
-    if (format != FileFormat::kPng)
+    }
+    if (format != FileFormat::kPng) {
         return std::nullopt;
+    }
     constexpr std::string_view kNameAndPacking("ICC Profile\0\0", 13);
     PictureNote note{kPngProfile, {}, {kNameAndPacking.begin(), kNameAndPacking.end()}};
     const Bytes data = packed(profile);
@@ -106,16 +116,19 @@ std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture)
 }
 
 std::vector<PictureNote> notesFor(FileFormat format, const Picture& picture) {
-    if (format == picture.format)
+    if (format == picture.format) {
         return picture.notes;
+    }
     std::vector<PictureNote> notes;
     if (const std::optional<Bytes> profile = profileOf(picture); profile && !profile->empty()) {
-        if (const std::optional<PictureNote> note = profileNote(format, *profile))
+        if (const std::optional<PictureNote> note = profileNote(format, *profile)) {
             notes.push_back(*note);
+        }
     }
     if (const std::optional<Resolution> resolution = resolutionOf(picture)) {
-        for (const PictureNote& note : resolutionNotes(format, *resolution))
+        for (const PictureNote& note : resolutionNotes(format, *resolution)) {
             notes.push_back(note);
+        }
     }
     return notes;
 }

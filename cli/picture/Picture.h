@@ -37,8 +37,9 @@ constexpr bool hasAlpha(Channels channels) {
 }
 
 constexpr Channels channelsOf(bool grey, bool alpha) {
-    if (grey)
+    if (grey) {
         return alpha ? Channels::kGreyAlpha : Channels::kGrey;
+    }
     return alpha ? Channels::kRgbAlpha : Channels::kRgb;
 }
 
@@ -90,8 +91,9 @@ struct Picture {
     /// Of all samples. Throws std::bad_alloc where so many bytes cannot be counted.
     std::size_t byteCount() const {
         const uint64_t count = uint64_t{rowBytes()} * height;
-        if (count > std::numeric_limits<std::size_t>::max())
+        if (count > std::numeric_limits<std::size_t>::max()) {
             throw std::bad_alloc();
+        }
         return static_cast<std::size_t>(count);
     }
 

@@ -55,8 +55,9 @@ FilePixel<typename Scale::Sample> filePixel(const Picture& picture, std::size_t 
     const auto sample = [&](std::size_t index) { return picture.sample<Sample>(first + index); };
     const std::size_t last = channelCount(picture.channels) - 1;
     const Sample alpha = hasAlpha(picture.channels) ? sample(last) : rescaled<FileScale8, Scale>(255);
-    if (isGrey(picture.channels))
+    if (isGrey(picture.channels)) {
         return {sample(0), sample(0), sample(0), alpha};
+    }
     return {sample(0), sample(1), sample(2), alpha};
 }
 
@@ -69,8 +70,9 @@ void setFilePixel(Picture& picture, std::size_t pixel, const FilePixel<Sample>& 
         picture.setSample(next++, value.green);
         picture.setSample(next++, value.blue);
     }
-    if (hasAlpha(picture.channels))
+    if (hasAlpha(picture.channels)) {
         picture.setSample(next, value.alpha);
+    }
 }
 
 std::size_t pixelIndex(const host::Image& image, A_long x, A_long y) {
@@ -105,10 +107,11 @@ void fillImage(host::Image& image, const Picture& picture) {
 
 template <class Host>
 bool isFull(typename Host::Channel alpha) {
-    if constexpr (Host::kIsFloat)
+    if constexpr (Host::kIsFloat) {
         return alpha == 1.0F;
-    else
+    } else {
         return alpha >= Host::kWhite;
+    }
 }
 
 template <class Host>
@@ -139,8 +142,9 @@ public:
         const bool alphaStays = sameBits(now.alpha, before.alpha);
         const bool coloursMayStay = alphaStays || !eitherMultiplied_;
         const auto colour = [&](auto sampleNow, auto sampleBefore, auto sampleInFile) {
-            if (coloursMayStay && sameBits(sampleNow, sampleBefore))
+            if (coloursMayStay && sameBits(sampleNow, sampleBefore)) {
                 return recoloured<From, To>(sampleInFile, inFile.alpha, from_, to_);
+            }
             return recoloured<Host, To>(sampleOf(sampleNow), sampleOf(now.alpha), AlphaKind::kStraight, to_);
         };
         return {colour(now.red, before.red, inFile.red), colour(now.green, before.green, inFile.green),
@@ -176,8 +180,9 @@ void fillPicture(Picture& picture, const host::Image& result, const host::Image&
 std::vector<PictureNote> fittingNotes(const Picture& source, Channels channels) {
     std::vector<PictureNote> notes;
     for (const PictureNote& note : source.notes) {
-        if (isGrey(source.channels) == isGrey(channels) || !isColourProfile(note, source.format))
+        if (isGrey(source.channels) == isGrey(channels) || !isColourProfile(note, source.format)) {
             notes.push_back(note);
+        }
     }
     return notes;
 }

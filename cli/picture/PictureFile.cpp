@@ -88,8 +88,9 @@ const Format* formatBeginning(Bytes bytes) {
 std::string oneOf(const std::vector<std::string>& texts) {
     std::string result;
     for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (i > 0)
+        if (i > 0) {
             result += i + 1 < texts.size() ? ", " : " or ";
+        }
         result += texts[i];
     }
     return result;
@@ -98,8 +99,9 @@ std::string oneOf(const std::vector<std::string>& texts) {
 std::vector<std::string> nameEnds() {
     std::vector<std::string> ends;
     for (const NameEnd& each : kNameEnds) {
-        if (formatOf(each.format).isBuiltIn())
+        if (formatOf(each.format).isBuiltIn()) {
             ends.emplace_back(each.text);
+        }
     }
     return ends;
 }
@@ -110,16 +112,20 @@ std::string notBuiltIn(const Format& format) {
 
 /// The format to read it as: `named`, or what it begins as.
 const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
-    if (bytes.empty())
+    if (bytes.empty()) {
         failReading(name, "it is empty");
+    }
     const Format* const begun = named != nullptr && named->begins(bytes) ? named : formatBeginning(bytes);
-    if (named != nullptr && begun != named)
+    if (named != nullptr && begun != named) {
         failReading(name, std::string("it is not ") + named->described +
                               (begun == nullptr ? "" : std::string(" but ") + begun->described));
-    if (begun == nullptr)
+    }
+    if (begun == nullptr) {
         failReading(name, "it is not a picture of a known kind (" + formatNames() + ")");
-    if (!begun->isBuiltIn())
+    }
+    if (!begun->isBuiltIn()) {
         failReading(name, notBuiltIn(*begun));
+    }
     return *begun;
 }
 
@@ -132,8 +138,9 @@ const char* formatName(FileFormat format) {
 std::string formatNames() {
     std::vector<std::string> names;
     for (const Format& each : kFormats) {
-        if (each.isBuiltIn())
+        if (each.isBuiltIn()) {
             names.emplace_back(each.name);
+        }
     }
     return oneOf(names);
 }
@@ -143,8 +150,9 @@ std::string usualNameEnds() {
     const Format* last = nullptr;
     for (const NameEnd& each : kNameEnds) {
         const Format* const format = &formatOf(each.format);
-        if (format->isBuiltIn() && format != last)
+        if (format->isBuiltIn() && format != last) {
             result += (last == nullptr ? "" : " ") + std::string(each.text);
+        }
         last = format;
     }
     return result;
@@ -153,26 +161,30 @@ std::string usualNameEnds() {
 std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
     const std::string end = file.extension().string();
     for (const NameEnd& each : kNameEnds) {
-        if (equalWithoutCase(end, each.text))
+        if (equalWithoutCase(end, each.text)) {
             return each.format;
+        }
     }
     return std::nullopt;
 }
 
 FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) {
     std::error_code error;
-    if (std::filesystem::is_directory(output, error) || !output.has_filename())
+    if (std::filesystem::is_directory(output, error) || !output.has_filename()) {
         throw Failure(ExitCode::kFile, "cannot write " + inQuotes(output.string()) +
                                            ": it is a folder; name the file too, as in " +
                                            inQuotes((output / "soft.png").string()));
+    }
     const std::optional<FileFormat> format = formatOfName(output);
-    if (!format)
+    if (!format) {
         throw Failure(ExitCode::kFile, "cannot write " + inQuotes(output.string()) +
                                            ": the end of its name says what is written, and must be " +
                                            oneOf(nameEnds()));
-    if (!formatOf(*format).isBuiltIn())
+    }
+    if (!formatOf(*format).isBuiltIn()) {
         throw Failure(ExitCode::kFile,
                       "cannot write " + inQuotes(output.string()) + ": " + notBuiltIn(formatOf(*format)));
+    }
     checkWritable(output, force);
     return *format;
 }
@@ -192,13 +204,16 @@ Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const s
 
 std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture) {
     const Coder& coder = formatOf(format).coder;
-    if (coder.encode == nullptr)
+    if (coder.encode == nullptr) {
         throw Failure(ExitCode::kFile, "cannot write the picture: " + notBuiltIn(formatOf(format)));
+    }
     std::vector<PictureNote> notes;
-    if (picture.format != format)
+    if (picture.format != format) {
         notes = notesFor(format, picture);
-    if (notes.empty()) // those of another format are nothing to an encoder
+    }
+    if (notes.empty()) { // those of another format are nothing to an encoder
         return coder.encode(picture);
+    }
     Picture carried = picture;
     carried.format = format;
     carried.notes = std::move(notes);

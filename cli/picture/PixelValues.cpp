@@ -12,11 +12,13 @@ namespace {
 constexpr char kHexDigits[] = "0123456789abcdef";
 
 std::string floatText(float value, uint32_t bits, int digits) {
-    if (!std::isnan(value))
+    if (!std::isnan(value)) {
         return shortestText(value);
+    }
     std::string text;
-    for (int digit = digits; digit-- > 0;)
+    for (int digit = digits; digit-- > 0;) {
         text += kHexDigits[(bits >> (4 * digit)) & 0xfU];
+    }
     return "nan(0x" + text + ")";
 }
 
@@ -94,8 +96,9 @@ std::string pixelText(const Picture& picture, std::size_t pixel) {
 std::string formText(const Picture& picture) {
     std::string text = std::to_string(picture.width) + 'x' + std::to_string(picture.height) + ", " +
                        channelsText(picture.channels) + ", " + depthText(picture.sampleType);
-    if (hasAlpha(picture.channels))
+    if (hasAlpha(picture.channels)) {
         text += picture.alphaKind == AlphaKind::kStraight ? ", straight alpha" : ", premultiplied alpha";
+    }
     return text;
 }
 

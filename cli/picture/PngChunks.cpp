@@ -26,8 +26,9 @@ constexpr NoteKind kNotes[] = {
 const std::vector<std::string_view>& PngChunks::names() {
     static const std::vector<std::string_view> names = [] {
         std::vector<std::string_view> all(kPngTexts.begin(), kPngTexts.end());
-        for (const NoteKind& kind : kNotes)
+        for (const NoteKind& kind : kNotes) {
             all.push_back(kind.name);
+        }
         return all;
     }();
     return names;
@@ -40,11 +41,13 @@ bool PngChunks::keeps(std::string_view name) {
 bool PngChunks::take(std::string_view name, std::span<const uint8_t> bytes, bool isBeforeSamples) noexcept {
     static_assert(std::size(kNotes) == kKinds);
     try {
-        if (std::find(kPngTexts.begin(), kPngTexts.end(), name) != kPngTexts.end())
+        if (std::find(kPngTexts.begin(), kPngTexts.end(), name) != kPngTexts.end()) {
             texts_.push_back({std::string(name), {}, {bytes.begin(), bytes.end()}});
+        }
         for (std::size_t i = 0; i < kKinds; ++i) {
-            if (isBeforeSamples && kNotes[i].name == name && !first_[i])
+            if (isBeforeSamples && kNotes[i].name == name && !first_[i]) {
                 first_[i].emplace(bytes.begin(), bytes.end());
+            }
         }
     } catch (const std::bad_alloc&) {
         return false;
@@ -56,8 +59,9 @@ std::vector<PictureNote> PngChunks::takeNotes() {
     std::vector<PictureNote> notes;
     for (std::size_t i = 0; i < kKinds; ++i) {
         const NoteKind& kind = kNotes[i];
-        if (first_[i] && first_[i]->size() >= kind.leastBytes && first_[i]->size() <= kind.mostBytes)
+        if (first_[i] && first_[i]->size() >= kind.leastBytes && first_[i]->size() <= kind.mostBytes) {
             notes.push_back({std::string(kind.name), {}, *std::exchange(first_[i], std::nullopt)});
+        }
     }
     notes.insert(notes.end(), std::move_iterator(texts_.begin()), std::move_iterator(texts_.end()));
     texts_.clear();

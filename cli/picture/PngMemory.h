@@ -13,8 +13,9 @@ public:
 
     static png_voidp take(png_structp png, png_alloc_size_t bytes) {
         void* const memory = std::malloc(bytes);
-        if (memory == nullptr)
+        if (memory == nullptr) {
             static_cast<PngMemory*>(png_get_mem_ptr(png))->refused_ = true;
+        }
         return memory;
     }
 

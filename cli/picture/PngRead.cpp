@@ -37,8 +37,9 @@ public:
     explicit PngReader(std::span<const uint8_t> source) : rest_(source) {
         png_ = png_create_read_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, &memory_,
                                         PngMemory::take, PngMemory::giveBack);
-        if (png_ != nullptr)
+        if (png_ != nullptr) {
             info_ = png_create_info_struct(png_);
+        }
         if (info_ == nullptr) {
             png_destroy_read_struct(&png_, nullptr, nullptr);
             throw std::bad_alloc();
@@ -50,8 +51,9 @@ public:
 
     /// Up to the first samples.
     bool readHeader() {
-        if (setjmp(png_jmpbuf(png_)) != 0)
+        if (setjmp(png_jmpbuf(png_)) != 0) {
             return false;
+        }
         png_set_read_fn(png_, this, onRead);
         // The size is looked at by the caller, and zero sides are refused by the library.
         png_set_user_limits(png_, PNG_UINT_31_MAX, PNG_UINT_31_MAX);
@@ -70,11 +72,13 @@ public:
 
     /// Decides how samples come: whole bytes in this machine's order, no palette, no transparent colour.
     bool startSamples() {
-        if (setjmp(png_jmpbuf(png_)) != 0)
+        if (setjmp(png_jmpbuf(png_)) != 0) {
             return false;
+        }
         png_set_expand(png_);
-        if constexpr (std::endian::native == std::endian::little)
+        if constexpr (std::endian::native == std::endian::little) {
             png_set_swap(png_);
+        }
         png_set_interlace_handling(png_);
         png_read_update_info(png_, info_);
         return true;
@@ -82,8 +86,9 @@ public:
 
     /// `rows` has the picture's height.
     bool readSamples(png_bytepp rows) {
-        if (setjmp(png_jmpbuf(png_)) != 0)
+        if (setjmp(png_jmpbuf(png_)) != 0) {
             return false;
+        }
         png_read_image(png_, rows);
         png_read_end(png_, info_);
         return true;
@@ -114,8 +119,9 @@ public:
 
     /// Throws std::bad_alloc where the lack of memory is the reason.
     std::string reason() const {
-        if (outOfMemory_ || memory_.refused())
+        if (outOfMemory_ || memory_.refused()) {
             throw std::bad_alloc();
+        }
         return ended_ ? "it is cut short" : "it is damaged: " + std::string(error_);
     }
 
@@ -134,8 +140,9 @@ private:
         constexpr png_byte kMayBeUnknown = 0x20; // in the first letter
         auto* reader = static_cast<PngReader*>(png_get_user_chunk_ptr(png));
         const std::string_view name(static_cast<const char*>(static_cast<const void*>(chunk->name)), 4);
-        if (chunk->location == 0 && PngChunks::keeps(name)) // before the header
+        if (chunk->location == 0 && PngChunks::keeps(name)) { // before the header
             png_chunk_error(png, "out of place");
+        }
         if (!reader->chunks_.take(name, {chunk->data, chunk->size}, reader->isBeforeSamples_)) {
             reader->outOfMemory_ = true;
             return -1;
@@ -174,10 +181,12 @@ bool canHold(std::size_t fileBytes, const PngReader& reader) {
 std::vector<uint8_t> samplesOf(PngReader& reader, const Picture& picture) {
     std::vector<uint8_t> samples(picture.byteCount());
     std::vector<png_bytep> rows(picture.height);
-    for (std::size_t y = 0; y < rows.size(); ++y)
+    for (std::size_t y = 0; y < rows.size(); ++y) {
         rows[y] = samples.data() + y * picture.rowBytes();
-    if (!reader.readSamples(rows.data()))
+    }
+    if (!reader.readSamples(rows.data())) {
         samples.clear();
+    }
     return samples;
 }
 
@@ -190,24 +199,29 @@ bool beginsAsPng(std::span<const uint8_t> bytes) {
 
 Picture decodePng(std::span<const uint8_t> bytes, const std::string& name) {
     PngReader reader(bytes);
-    if (!reader.readHeader())
+    if (!reader.readHeader()) {
         failReading(name, reader.reason());
+    }
     Picture picture;
     picture.width = reader.width();
     picture.height = reader.height();
     checkSize(picture.width, picture.height, name);
-    if (!canHold(bytes.size(), reader))
+    if (!canHold(bytes.size(), reader)) {
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
+    }
     picture.format = FileFormat::kPng;
-    if (!reader.startSamples())
+    if (!reader.startSamples()) {
         failReading(name, reader.reason());
+    }
     picture.channels = reader.channels();
     picture.sampleType = reader.sampleType();
-    if (reader.rowBytes() != picture.rowBytes())
+    if (reader.rowBytes() != picture.rowBytes()) {
         failReading(name, "its rows have an unexpected length");
+    }
     picture.samples = samplesOf(reader, picture);
-    if (picture.samples.empty())
+    if (picture.samples.empty()) {
         failReading(name, reader.reason());
+    }
     picture.notes = reader.takeNotes();
     return picture;
 }

@@ -15,8 +15,9 @@ bool isLetter(uint8_t byte) {
 }
 
 std::string utf8(uint8_t byte) {
-    if (byte < 0x80)
+    if (byte < 0x80) {
         return {static_cast<char>(byte)};
+    }
     return {static_cast<char>(0xc0 | byte >> 6), static_cast<char>(0x80 | (byte & 0x3f))};
 }
 
@@ -29,11 +30,13 @@ std::string keywordOf(const PictureNote& text) {
     constexpr std::ptrdiff_t kMostLetters = 79;
     const auto end = std::find(text.bytes.begin(), text.bytes.end(), 0);
     const std::ptrdiff_t length = end - text.bytes.begin();
-    if (length == 0 || length > kMostLetters || !std::all_of(text.bytes.begin(), end, isLetter))
+    if (length == 0 || length > kMostLetters || !std::all_of(text.bytes.begin(), end, isLetter)) {
         return "unnamed";
+    }
     std::string keyword;
-    for (auto letter = text.bytes.begin(); letter != end; ++letter)
+    for (auto letter = text.bytes.begin(); letter != end; ++letter) {
         keyword += utf8(*letter);
+    }
     return keyword;
 }
 
@@ -45,14 +48,17 @@ std::string pngTextsNamed(const Picture& picture) {
     std::vector<std::string> keywords;
     for (const PictureNote& note : picture.notes) {
         const std::string keyword = isText(note) ? keywordOf(note) : "";
-        if (!keyword.empty() && known.insert(keyword).second)
+        if (!keyword.empty() && known.insert(keyword).second) {
             keywords.push_back(keyword);
+        }
     }
     std::string list;
-    for (std::size_t i = 0; i < std::min(keywords.size(), kMostNamed); ++i)
+    for (std::size_t i = 0; i < std::min(keywords.size(), kMostNamed); ++i) {
         list += (i == 0 ? "" : ", ") + keywords[i];
-    if (keywords.size() > kMostNamed)
+    }
+    if (keywords.size() > kMostNamed) {
         list += " and " + std::to_string(keywords.size() - kMostNamed) + " more";
+    }
     return list.empty() ? list : "texts (" + list + ')';
 }
 

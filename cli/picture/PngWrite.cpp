@@ -35,8 +35,9 @@ public:
     PngWriter() {
         png_ = png_create_write_struct_2(PNG_LIBPNG_VER_STRING, this, onError, onWarning, &memory_,
                                          PngMemory::take, PngMemory::giveBack);
-        if (png_ != nullptr)
+        if (png_ != nullptr) {
             info_ = png_create_info_struct(png_);
+        }
         if (info_ == nullptr) {
             png_destroy_write_struct(&png_, nullptr);
             throw std::bad_alloc();
@@ -48,19 +49,23 @@ public:
 
     /// False after an error.
     bool write(const Picture& picture) {
-        if (setjmp(png_jmpbuf(png_)) != 0)
+        if (setjmp(png_jmpbuf(png_)) != 0) {
             return false;
+        }
         png_set_write_fn(png_, this, onWrite, nullptr);
         png_set_IHDR(png_, info_, picture.width, picture.height,
                      static_cast<int>(8 * bytesPerSample(picture.sampleType)), colorTypeOf(picture.channels),
                      PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_write_info(png_, info_);
-        if (picture.format == FileFormat::kPng)
+        if (picture.format == FileFormat::kPng) {
             writeNotes(picture);
-        if constexpr (std::endian::native == std::endian::little)
+        }
+        if constexpr (std::endian::native == std::endian::little) {
             png_set_swap(png_);
-        for (std::size_t y = 0; y < picture.height; ++y)
+        }
+        for (std::size_t y = 0; y < picture.height; ++y) {
             png_write_row(png_, picture.samples.data() + y * picture.rowBytes());
+        }
         png_write_end(png_, nullptr);
         return true;
     }
@@ -88,8 +93,9 @@ private:
 
     static void onWrite(png_structp png, png_bytep source, std::size_t count) {
         auto* writer = static_cast<PngWriter*>(png_get_io_ptr(png));
-        if (!writer->append(source, count))
+        if (!writer->append(source, count)) {
             png_error(png, "out of memory");
+        }
     }
 
     bool append(const uint8_t* source, std::size_t count) noexcept {
@@ -114,8 +120,9 @@ private:
 std::vector<uint8_t> encodePng(const Picture& picture) {
     PngWriter writer;
     if (!writer.write(picture)) {
-        if (writer.outOfMemory())
+        if (writer.outOfMemory()) {
             throw std::bad_alloc();
+        }
         throw Failure(ExitCode::kFile, "cannot make a PNG file: " + std::string(writer.error()));
     }
     return writer.takeBytes();

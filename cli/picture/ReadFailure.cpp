@@ -14,11 +14,13 @@ std::string sizeText(uint32_t width, uint32_t height) {
 }
 
 void checkSize(uint32_t width, uint32_t height, const std::string& name) {
-    if (width == 0 || height == 0)
+    if (width == 0 || height == 0) {
         failReading(name, "it is damaged: a picture of " + sizeText(width, height));
-    if (width > kMostPixelsASide || height > kMostPixelsASide)
+    }
+    if (width > kMostPixelsASide || height > kMostPixelsASide) {
         failReading(name, "it is " + sizeText(width, height) + ", and the largest picture is " +
                               sizeText(kMostPixelsASide, kMostPixelsASide));
+    }
 }
 
 } // namespace kovalune

@@ -51,22 +51,25 @@ void append(Bytes& bytes, Value value) {
 /// PNG has the high byte first, OpenEXR the low one.
 uint32_t numberAt(const Bytes& bytes, std::size_t place, bool highFirst) {
     uint32_t number = 0;
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         number = number << 8 | bytes[place + (highFirst ? i : 3 - i)];
+    }
     return number;
 }
 
 void appendNumber(Bytes& bytes, uint32_t number, bool highFirst) {
-    for (uint32_t i = 0; i < 4; ++i)
+    for (uint32_t i = 0; i < 4; ++i) {
         bytes.push_back(static_cast<uint8_t>(number >> 8 * (highFirst ? 3 - i : i)));
+    }
 }
 
 // --- PNG: whole numbers a metre
 
 std::optional<Resolution> ofPng(const Picture& picture) {
     const PictureNote* const note = findNote(picture, "pHYs", "", 9);
-    if (note == nullptr)
+    if (note == nullptr) {
         return std::nullopt;
+    }
     return Resolution{static_cast<double>(numberAt(note->bytes, 0, true)),
                       static_cast<double>(numberAt(note->bytes, 4, true)),
                       note->bytes[8] == 1 ? Unit::kMetre : Unit::kNone};
@@ -80,8 +83,9 @@ std::vector<PictureNote> pngNotes(const Resolution& resolution) {
                                                           : 1.0;
     const double across = std::round(resolution.across * scale);
     const double down = std::round(resolution.down * scale);
-    if (!(across >= 1 && down >= 1 && across <= kMost && down <= kMost))
+    if (!(across >= 1 && down >= 1 && across <= kMost && down <= kMost)) {
         return {};
+    }
     PictureNote note{"pHYs", {}, {}};
     appendNumber(note.bytes, static_cast<uint32_t>(across), true);
     appendNumber(note.bytes, static_cast<uint32_t>(down), true);
@@ -95,8 +99,9 @@ std::optional<Resolution> ofTiff(const Picture& picture) {
     const PictureNote* const across = findNote(picture, kAcrossTag, kFractionType, 8);
     const PictureNote* const down = findNote(picture, kDownTag, kFractionType, 8);
     const PictureNote* const unitNote = findNote(picture, kUnitTag, kShortType, 2);
-    if (across == nullptr || down == nullptr)
+    if (across == nullptr || down == nullptr) {
         return std::nullopt;
+    }
     const uint16_t unit = unitNote == nullptr ? kInch : valueAt<uint16_t>(unitNote->bytes, 0);
     const auto value = [unit](const Bytes& fraction) {
         return static_cast<double>(valueAt<uint32_t>(fraction, 0)) * (unit == kCentimetre ? 100 : 1) /
@@ -113,8 +118,9 @@ std::optional<PictureNote> fractionNote(const char* name, double value) {
     constexpr double kMost = 0xffffffffU;
     for (const double below : {10000.0, 100.0, 1.0}) {
         const double above = std::round(value * below);
-        if (!(above >= 1 && above <= kMost))
+        if (!(above >= 1 && above <= kMost)) {
             continue;
+        }
         PictureNote note{name, kFractionType, {}};
         append(note.bytes, static_cast<uint32_t>(above));
         append(note.bytes, static_cast<uint32_t>(below));
@@ -127,8 +133,9 @@ std::vector<PictureNote> tiffNotes(const Resolution& resolution) {
     const bool metre = resolution.unit == Unit::kMetre;
     const auto across = fractionNote(kAcrossTag, resolution.across / (metre ? 100 : 1));
     const auto down = fractionNote(kDownTag, resolution.down / (metre ? 100 : 1));
-    if (!across || !down)
+    if (!across || !down) {
         return {};
+    }
     PictureNote unit{kUnitTag, kShortType, {}};
     append(unit.bytes, metre ? kCentimetre : resolution.unit == Unit::kInch ? kInch : kNoUnit);
     return {*across, *down, unit};
@@ -138,8 +145,9 @@ std::vector<PictureNote> tiffNotes(const Resolution& resolution) {
 
 std::optional<float> floatNote(const Picture& picture, std::string_view name) {
     const PictureNote* const note = findNote(picture, name, "float", 4);
-    if (note == nullptr)
+    if (note == nullptr) {
         return std::nullopt;
+    }
     return std::bit_cast<float>(numberAt(note->bytes, 0, false));
 }
 
@@ -152,10 +160,12 @@ PictureNote exrNote(const char* name, double value) {
 std::optional<Resolution> ofExr(const Picture& picture) {
     const std::optional<float> density = floatNote(picture, "xDensity");
     const auto aspect = static_cast<double>(floatNote(picture, "pixelAspectRatio").value_or(1.0F));
-    if (density)
+    if (density) {
         return Resolution{static_cast<double>(*density), static_cast<double>(*density) * aspect, Unit::kInch};
-    if (aspect != 1.0)
+    }
+    if (aspect != 1.0) {
         return Resolution{1.0, aspect, Unit::kNone};
+    }
     return std::nullopt;
 }
 
@@ -165,8 +175,9 @@ std::vector<PictureNote> exrNotes(const Resolution& resolution) {
         const bool metre = resolution.unit == Unit::kMetre;
         notes.push_back(exrNote("xDensity", resolution.across / (metre ? kInchesAMetre : 1.0)));
     }
-    if (resolution.across != resolution.down)
+    if (resolution.across != resolution.down) {
         notes.push_back(exrNote("pixelAspectRatio", resolution.down / resolution.across));
+    }
     return notes;
 }
 

@@ -25,8 +25,9 @@ struct WholeScale {
     /// `value` is in units of this scale. NaN becomes 0.
     static Sample fromDouble(double value) {
         constexpr double kMost = white;
-        if (!(value > 0.0))
+        if (!(value > 0.0)) {
             return 0;
+        }
         return static_cast<Sample>(std::floor(std::min(value, kMost) + 0.5));
     }
 };
@@ -101,10 +102,12 @@ typename To::Sample recoloured(typename From::Sample colour, typename From::Samp
     constexpr double kFrom = From::kWhite;
     constexpr double kTo = To::kWhite;
     const double share = From::toDouble(alpha);
-    if (from != to && to == AlphaKind::kStraight && share > 0.0)
+    if (from != to && to == AlphaKind::kStraight && share > 0.0) {
         return To::fromDouble(From::toDouble(colour) * kTo / share);
-    if (from != to && to == AlphaKind::kPremultiplied && share >= 0.0)
+    }
+    if (from != to && to == AlphaKind::kPremultiplied && share >= 0.0) {
         return To::fromDouble(From::toDouble(colour) * share * kTo / (kFrom * kFrom));
+    }
     return rescaled<From, To>(colour);
 }
 

@@ -25,10 +25,11 @@ std::string drawable(std::string_view text) {
     for (const char letter : text) {
         const auto byte = static_cast<unsigned char>(letter);
         const bool continuation = (byte & 0xC0U) == 0x80U;
-        if (byte >= ' ' && byte <= '~')
+        if (byte >= ' ' && byte <= '~') {
             letters += letter;
-        else if (!continuation)
+        } else if (!continuation) {
             letters += '?';
+        }
     }
     return letters;
 }

@@ -25,14 +25,18 @@ constexpr uint8_t kMultipliedAlpha = 4;
 
 void checkHeader(const TgaHeader& header, Bytes bytes, const std::string& name) {
     checkSize(header.width, header.height, name);
-    if (header.hasPalette && header.paletteLength == 0)
+    if (header.hasPalette && header.paletteLength == 0) {
         failReading(name, "it is damaged: its palette is empty");
-    if (header.hasPalette && header.paletteStart != 0)
+    }
+    if (header.hasPalette && header.paletteStart != 0) {
         failReading(name, "its palette starts at entry " + std::to_string(header.paletteStart) +
                               ", and only those that start at 0 are read");
-    if (header.pixelCount() * channelCount(header.channels()) > kMostTgaBytes || bytes.size() > kMostTgaBytes)
+    }
+    if (header.pixelCount() * channelCount(header.channels()) > kMostTgaBytes ||
+        bytes.size() > kMostTgaBytes) {
         failReading(name, "it is " + sizeText(header.width, header.height) +
                               ", and a TGA file of 2 GiB or more is not read");
+    }
 }
 
 void checkPixels(const TgaHeader& header, Bytes bytes, const std::string& name) {
@@ -65,8 +69,9 @@ void mirrorRows(Picture& picture) {
 bool alphaIsZero(const Picture& picture) {
     const std::size_t channels = channelCount(picture.channels);
     for (std::size_t place = channels - 1; place < picture.samples.size(); place += channels) {
-        if (picture.samples[place] != 0)
+        if (picture.samples[place] != 0) {
             return false;
+        }
     }
     return true;
 }
@@ -75,8 +80,9 @@ void dropAlpha(Picture& picture) {
     const std::size_t channels = channelCount(picture.channels);
     std::size_t kept = 0;
     for (std::size_t place = 0; place < picture.samples.size(); ++place) {
-        if (place % channels != channels - 1)
+        if (place % channels != channels - 1) {
             picture.samples[kept++] = picture.samples[place];
+        }
     }
     picture.samples.resize(kept);
     picture.channels = channelsOf(isGrey(picture.channels), false);
@@ -88,12 +94,13 @@ std::vector<uint8_t> extensionFor(const Picture& picture) {
     const auto note = std::find_if(picture.notes.begin(), picture.notes.end(),
                                    [](const PictureNote& each) { return each.name == kExtensionNote; });
     const bool multiplied = hasAlpha(picture.channels) && picture.alphaKind == AlphaKind::kPremultiplied;
-    if (picture.format == FileFormat::kTga && note != picture.notes.end())
+    if (picture.format == FileFormat::kTga && note != picture.notes.end()) {
         extension = note->bytes;
-    else if (multiplied)
+    } else if (multiplied) {
         extension = {kTgaExtensionBytes & 0xff, kTgaExtensionBytes >> 8};
-    else
+    } else {
         return {};
+    }
     extension.resize(kTgaExtensionBytes);
     std::fill(extension.begin() + kTablePlaces, extension.begin() + kAlphaType, uint8_t{0});
     extension[kAlphaType] = multiplied                   ? kMultipliedAlpha
@@ -106,8 +113,9 @@ void appendExtension(std::vector<uint8_t>& bytes, const std::vector<uint8_t>& ex
     constexpr std::string_view kSignature("TRUEVISION-XFILE.\0", 18);
     const std::size_t place = bytes.size();
     bytes.insert(bytes.end(), extension.begin(), extension.end());
-    for (std::size_t shift = 0; shift < 32; shift += 8)
+    for (std::size_t shift = 0; shift < 32; shift += 8) {
         bytes.push_back(static_cast<uint8_t>(place >> shift));
+    }
     bytes.insert(bytes.end(), 4, 0); // no developer's area
     bytes.insert(bytes.end(), kSignature.begin(), kSignature.end());
 }
@@ -120,9 +128,10 @@ bool beginsAsTga(Bytes bytes) {
 
 Picture decodeTga(Bytes bytes, const std::string& name) {
     const std::optional<TgaHeader> header = tgaHeader(bytes);
-    if (!header)
+    if (!header) {
         failReading(name, bytes.size() < TgaHeader::kBytes ? "it is cut short"
                                                            : "it is not a TGA file of a kind that is read");
+    }
     checkHeader(*header, bytes, name);
     checkPixels(*header, bytes, name);
     Picture picture;
@@ -131,30 +140,36 @@ Picture decodeTga(Bytes bytes, const std::string& name) {
     picture.channels = header->channels();
     picture.samples = loadTga(bytes);
     picture.format = FileFormat::kTga;
-    if (picture.samples.size() != picture.byteCount())
+    if (picture.samples.size() != picture.byteCount()) {
         failReading(name, "it is damaged");
-    if (header->fromRight)
+    }
+    if (header->fromRight) {
         mirrorRows(picture);
-    if (hasAlpha(picture.channels) && header->alphaBits == 0 && alphaIsZero(picture))
+    }
+    if (hasAlpha(picture.channels) && header->alphaBits == 0 && alphaIsZero(picture)) {
         dropAlpha(picture);
+    }
     const Bytes extension = tgaExtension(bytes);
     if (!extension.empty()) {
         picture.notes.push_back({kExtensionNote, {}, {extension.begin(), extension.end()}});
-        if (extension[kAlphaType] == kMultipliedAlpha)
+        if (extension[kAlphaType] == kMultipliedAlpha) {
             picture.alphaKind = AlphaKind::kPremultiplied;
+        }
     }
     return picture;
 }
 
 std::vector<uint8_t> encodeTga(const Picture& picture) {
-    if (picture.byteCount() > kMostTgaBytes || picture.width > 0xffff || picture.height > 0xffff)
+    if (picture.byteCount() > kMostTgaBytes || picture.width > 0xffff || picture.height > 0xffff) {
         throw Failure(ExitCode::kFile, "cannot make a TGA file of " +
                                            sizeText(picture.width, picture.height) +
                                            ": it would have 2 GiB or more");
+    }
     std::vector<uint8_t> bytes = saveTga(picture);
     const std::vector<uint8_t> extension = extensionFor(picture);
-    if (!extension.empty())
+    if (!extension.empty()) {
         appendExtension(bytes, extension);
+    }
     return bytes;
 }
 

@@ -37,27 +37,33 @@ bool isKnown(unsigned type, const TgaHeader& header) {
 
 /// Pixels in a row; false if one of them is beyond the palette.
 bool areInPalette(const TgaHeader& header, Bytes pixels) {
-    if (!header.hasPalette)
+    if (!header.hasPalette) {
         return true;
+    }
     for (std::size_t place = 0; place < pixels.size(); place += header.bytesPerPixel()) {
-        if ((header.depth == 8 ? pixels[place] : number16(pixels, place)) >= header.paletteLength)
+        if ((header.depth == 8 ? pixels[place] : number16(pixels, place)) >= header.paletteLength) {
             return false;
+        }
     }
     return true;
 }
 
 TgaPixels checkRuns(const TgaHeader& header, Bytes rest) {
     for (uint64_t left = header.pixelCount(); left > 0;) {
-        if (rest.empty())
+        if (rest.empty()) {
             return TgaPixels::kCutShort;
+        }
         const std::size_t count = rest[0] % 128U + 1;
         const std::size_t stored = (rest[0] >= 128 ? 1 : count) * header.bytesPerPixel();
-        if (count > left)
+        if (count > left) {
             return TgaPixels::kRunTooLong;
-        if (stored > rest.size() - 1)
+        }
+        if (stored > rest.size() - 1) {
             return TgaPixels::kCutShort;
-        if (!areInPalette(header, rest.subspan(1, stored)))
+        }
+        if (!areInPalette(header, rest.subspan(1, stored))) {
             return TgaPixels::kBeyondPalette;
+        }
         rest = rest.subspan(1 + stored);
         left -= count;
     }
@@ -67,8 +73,9 @@ TgaPixels checkRuns(const TgaHeader& header, Bytes rest) {
 } // namespace
 
 std::optional<TgaHeader> tgaHeader(Bytes bytes) {
-    if (bytes.size() < TgaHeader::kBytes || bytes[1] > 1)
+    if (bytes.size() < TgaHeader::kBytes || bytes[1] > 1) {
         return std::nullopt;
+    }
     constexpr unsigned kRunLengths = 8;
     const unsigned type = bytes[2];
     const unsigned descriptor = bytes[17];
@@ -88,20 +95,24 @@ std::optional<TgaHeader> tgaHeader(Bytes bytes) {
     header.alphaBits = descriptor & 15U;
     header.fromRight = (descriptor & 16U) != 0;
     const bool interleaved = descriptor >= 64;
-    if (interleaved || !isKnown(type & ~kRunLengths, header))
+    if (interleaved || !isKnown(type & ~kRunLengths, header)) {
         return std::nullopt;
+    }
     return header;
 }
 
 TgaPixels checkTgaPixels(const TgaHeader& header, Bytes bytes) {
-    if (bytes.size() < header.pixelPlace())
+    if (bytes.size() < header.pixelPlace()) {
         return TgaPixels::kCutShort;
+    }
     const Bytes rest = bytes.subspan(header.pixelPlace());
-    if (header.runLengthCoded)
+    if (header.runLengthCoded) {
         return checkRuns(header, rest);
+    }
     const uint64_t needed = header.pixelCount() * header.bytesPerPixel();
-    if (rest.size() < needed)
+    if (rest.size() < needed) {
         return TgaPixels::kCutShort;
+    }
     return areInPalette(header, rest.first(static_cast<std::size_t>(needed))) ? TgaPixels::kComplete
                                                                               : TgaPixels::kBeyondPalette;
 }
@@ -109,16 +120,19 @@ TgaPixels checkTgaPixels(const TgaHeader& header, Bytes bytes) {
 Bytes tgaExtension(Bytes bytes) {
     constexpr std::string_view kSignature("TRUEVISION-XFILE.\0", 18);
     constexpr std::size_t kFooterBytes = 8 + kSignature.size();
-    if (bytes.size() < kFooterBytes)
+    if (bytes.size() < kFooterBytes) {
         return {};
+    }
     const Bytes footer = bytes.last(kFooterBytes);
-    if (!std::equal(kSignature.begin(), kSignature.end(), footer.begin() + 8))
+    if (!std::equal(kSignature.begin(), kSignature.end(), footer.begin() + 8)) {
         return {};
+    }
     const std::size_t place = number32(footer, 0);
     const std::size_t end = bytes.size() - kFooterBytes;
     if (place < TgaHeader::kBytes || place > end || end - place < kTgaExtensionBytes ||
-        number16(bytes, place) < kTgaExtensionBytes)
+        number16(bytes, place) < kTgaExtensionBytes) {
         return {};
+    }
     return bytes.subspan(place, kTgaExtensionBytes);
 }
 

@@ -42,8 +42,9 @@ std::vector<uint8_t> loadTga(std::span<const uint8_t> bytes) {
     const std::unique_ptr<stbi_uc, FreeSamples> samples(
         stbi_load_from_memory(bytes.data(), static_cast<int>(bytes.size()), &width, &height, &channels, 0));
     if (!samples) {
-        if (std::string_view(stbi_failure_reason()) == "outofmem")
+        if (std::string_view(stbi_failure_reason()) == "outofmem") {
             throw std::bad_alloc();
+        }
         return {};
     }
     const std::size_t count = static_cast<std::size_t>(width) * static_cast<std::size_t>(height) *

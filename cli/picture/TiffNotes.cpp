@@ -48,8 +48,9 @@ const Kind* kindOf(const PictureNote& note) {
     const bool fits = found != kKinds.end() && !note.bytes.empty() &&
                       note.bytes.size() % tiffTypeBytes(found->type) == 0 &&
                       (found->count == 0 || note.bytes.size() / tiffTypeBytes(found->type) == found->count);
-    if (!fits)
+    if (!fits) {
         return nullptr;
+    }
     const uint16_t value = found->most != 0 ? valuesOf<uint16_t>(note).front() : 0;
     return found->most == 0 || (value >= 1 && value <= found->most) ? &*found : nullptr;
 }
@@ -72,14 +73,16 @@ bool lacksOther(const PictureNote& note, const std::vector<PictureNote>& notes) 
 /// One table for all colours or one for each, of a value for each value of a sample.
 void setTransferFunction(TIFF* tiff, const std::vector<uint16_t>& tables, const Picture& picture) {
     const std::size_t length = std::size_t{1} << 8 * bytesPerSample(picture.sampleType);
-    if (picture.sampleType == SampleType::kFloat || tables.size() % length != 0)
+    if (picture.sampleType == SampleType::kFloat || tables.size() % length != 0) {
         return;
+    }
     const std::size_t count = tables.size() / length;
-    if (isGrey(picture.channels) && count == 1)
+    if (isGrey(picture.channels) && count == 1) {
         TIFFSetField(tiff, TIFFTAG_TRANSFERFUNCTION, tables.data());
-    else if (!isGrey(picture.channels) && (count == 1 || count == 3))
+    } else if (!isGrey(picture.channels) && (count == 1 || count == 3)) {
         TIFFSetField(tiff, TIFFTAG_TRANSFERFUNCTION, tables.data(), tables.data() + (count == 3 ? length : 0),
                      tables.data() + (count == 3 ? 2 * length : 0));
+    }
 }
 
 void setNote(TIFF* tiff, const Kind& kind, const PictureNote& note, const Picture& picture) {
@@ -88,10 +91,11 @@ void setNote(TIFF* tiff, const Kind& kind, const PictureNote& note, const Pictur
         TIFFSetField(tiff, kind.tag, std::string(note.bytes.begin(), note.bytes.end()).c_str());
         break;
     case TIFF_SHORT:
-        if (kind.tag == TIFFTAG_TRANSFERFUNCTION)
+        if (kind.tag == TIFFTAG_TRANSFERFUNCTION) {
             setTransferFunction(tiff, valuesOf<uint16_t>(note), picture);
-        else
+        } else {
             TIFFSetField(tiff, kind.tag, valuesOf<uint16_t>(note).front());
+        }
         break;
     case TIFF_LONG:
         TIFFSetField(tiff, kind.tag, valuesOf<uint32_t>(note).front());
@@ -99,10 +103,11 @@ void setNote(TIFF* tiff, const Kind& kind, const PictureNote& note, const Pictur
     case TIFF_RATIONAL: {
         // Places for restoreFractions.
         const std::array<float, 6> ones = {1, 1, 1, 1, 1, 1};
-        if (kind.count == 1)
+        if (kind.count == 1) {
             TIFFSetField(tiff, kind.tag, 1.0);
-        else
+        } else {
             TIFFSetField(tiff, kind.tag, ones.data());
+        }
         break;
     }
     default:
@@ -118,17 +123,20 @@ std::vector<PictureNote> tiffNotes(const TiffDirectory& directory) {
         const TiffEntry* const entry = directory.find(kind.tag);
         // A profile of single bytes is the same by another name.
         if (entry == nullptr ||
-            (entry->type != kind.type && !(kind.type == TIFF_UNDEFINED && entry->type == TIFF_BYTE)))
+            (entry->type != kind.type && !(kind.type == TIFF_UNDEFINED && entry->type == TIFF_BYTE))) {
             continue;
+        }
         PictureNote note{std::to_string(kind.tag), std::to_string(kind.type), directory.nativeBytes(*entry)};
         if (kind.type == TIFF_ASCII) {
             note.bytes.erase(std::find(note.bytes.begin(), note.bytes.end(), 0), note.bytes.end());
-            if (note.bytes.empty())
+            if (note.bytes.empty()) {
                 continue;
+            }
             note.bytes.push_back(0);
         }
-        if (kindOf(note) != nullptr)
+        if (kindOf(note) != nullptr) {
             notes.push_back(std::move(note));
+        }
     }
     const std::vector<PictureNote> all = notes;
     std::erase_if(notes, [&all](const PictureNote& note) { return lacksOther(note, all); });
@@ -138,8 +146,9 @@ std::vector<PictureNote> tiffNotes(const TiffDirectory& directory) {
 void setTiffNotes(TIFF* tiff, const Picture& picture) {
     for (const PictureNote& note : picture.notes) {
         const Kind* const kind = kindOf(note);
-        if (kind != nullptr && !lacksOther(note, picture.notes))
+        if (kind != nullptr && !lacksOther(note, picture.notes)) {
             setNote(tiff, *kind, note, picture);
+        }
     }
 }
 
@@ -147,11 +156,13 @@ void restoreFractions(std::vector<uint8_t>& file, const std::vector<PictureNote>
     const TiffDirectory directory(file);
     for (const PictureNote& note : notes) {
         const Kind* const kind = kindOf(note);
-        if (kind == nullptr || kind->type != TIFF_RATIONAL)
+        if (kind == nullptr || kind->type != TIFF_RATIONAL) {
             continue;
+        }
         const TiffEntry* const entry = directory.find(kind->tag);
-        if (entry != nullptr && entry->type == TIFF_RATIONAL && entry->count == kind->count)
+        if (entry != nullptr && entry->type == TIFF_RATIONAL && entry->count == kind->count) {
             std::memcpy(file.data() + entry->place, note.bytes.data(), note.bytes.size());
+        }
     }
 }
 

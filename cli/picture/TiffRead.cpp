@@ -18,8 +18,9 @@ namespace {
 using Palette = std::array<std::vector<uint16_t>, 3>;
 
 [[noreturn]] void failDamaged(const TiffMemory& memory, const std::string& name) {
-    if (memory.outOfMemory)
+    if (memory.outOfMemory) {
         throw std::bad_alloc();
+    }
     const char* const text = memory.error[0] != 0 ? memory.error : memory.warning;
     failReading(name, memory.ended ? "it is cut short" : "it is damaged: " + std::string(text));
 }
@@ -61,8 +62,9 @@ void checkBlocks(TIFF* tiff, const TiffForm& form, std::size_t fileBytes, const 
         const uint64_t offset = TIFFGetStrileOffset(tiff, block.index);
         const uint64_t count = TIFFGetStrileByteCount(tiff, block.index);
         const uint64_t inFile = offset < fileBytes ? std::min(count, fileBytes - offset) : 0;
-        if (inFile == 0 || rowBytes > inFile * expansion / block.rows)
+        if (inFile == 0 || rowBytes > inFile * expansion / block.rows) {
             failReading(name, "it is cut short: " + sizeText(form.width, form.height) + " need more bytes");
+        }
     });
 }
 
@@ -74,24 +76,29 @@ bool narrow(Palette& palette) {
             return std::all_of(table.begin(), table.end(), holds);
         });
     };
-    if (all([](uint16_t value) { return value < 256; }))
+    if (all([](uint16_t value) { return value < 256; })) {
         return true;
+    }
     if (!all([](uint16_t value) { return value % 257 == 0; }) &&
-        !all([](uint16_t value) { return value % 256 == 0; }))
+        !all([](uint16_t value) { return value % 256 == 0; })) {
         return false;
-    for (std::vector<uint16_t>& table : palette)
+    }
+    for (std::vector<uint16_t>& table : palette) {
         std::transform(table.begin(), table.end(), table.begin(),
                        [](uint16_t value) { return static_cast<uint16_t>(value >> 8); });
+    }
     return true;
 }
 
 Palette paletteOf(TIFF* tiff, const TiffForm& form, const std::string& name) {
     std::array<uint16_t*, 3> tables{};
-    if (TIFFGetField(tiff, TIFFTAG_COLORMAP, &tables[0], &tables[1], &tables[2]) == 0)
+    if (TIFFGetField(tiff, TIFFTAG_COLORMAP, &tables[0], &tables[1], &tables[2]) == 0) {
         failReading(name, "it is damaged: its palette is missing");
+    }
     Palette palette;
-    for (std::size_t i = 0; i < 3; ++i)
+    for (std::size_t i = 0; i < 3; ++i) {
         palette[i].assign(tables[i], tables[i] + (std::size_t{1} << form.bits));
+    }
     return palette;
 }
 
@@ -109,8 +116,9 @@ class PageReader {
 public:
     PageReader(TIFF* tiff, TiffMemory& memory, const TiffForm& form, const std::string& name)
         : tiff_(tiff), memory_(memory), form_(form), name_(name) {
-        if (form.colours == TiffColours::kPalette)
+        if (form.colours == TiffColours::kPalette) {
             palette_ = paletteOf(tiff, form, name);
+        }
     }
 
     Picture read() {
@@ -121,8 +129,9 @@ public:
         picture_.alphaKind = form_.alphaKind;
         const bool isPalette = form_.colours == TiffColours::kPalette;
         picture_.channels = channelsOf(form_.colourSamples() == 1 && !isPalette, form_.alpha.has_value());
-        if (isPalette && !narrow(palette_))
+        if (isPalette && !narrow(palette_)) {
             picture_.sampleType = SampleType::kUint16;
+        }
         picture_.leftOut = form_.leftOut;
         picture_.samples.resize(picture_.byteCount());
         block_.resize(static_cast<std::size_t>(blockRowBytes(form_)) * form_.blockHeight);
@@ -130,8 +139,9 @@ public:
             decode(block);
             place(block);
         });
-        if (form_.colours == TiffColours::kMinIsWhite)
+        if (form_.colours == TiffColours::kMinIsWhite) {
             turnRound();
+        }
         return std::move(picture_);
     }
 
@@ -143,8 +153,9 @@ private:
         const tmsize_t taken = form_.tiled ? TIFFReadEncodedTile(tiff_, block.index, block_.data(), size)
                                            : TIFFReadEncodedStrip(tiff_, block.index, block_.data(), size);
         const bool warned = form_.compression->goesOn && memory_.warning[0] != 0;
-        if (taken != size || memory_.error[0] != 0 || warned)
+        if (taken != size || memory_.error[0] != 0 || warned) {
             failDamaged(memory_, name_);
+        }
     }
 
     void place(const Block& block) {
@@ -158,14 +169,15 @@ private:
                 source = unpacked_.data();
             }
             const std::size_t pixel = (std::size_t{block.y} + row) * form_.width + block.x;
-            if (form_.colours == TiffColours::kPalette)
+            if (form_.colours == TiffColours::kPalette) {
                 placeIndices(block, source, pixel);
-            else if (bytesPerSample(form_.sampleType) == 1)
+            } else if (bytesPerSample(form_.sampleType) == 1) {
                 placeSamples<uint8_t>(block, source, pixel);
-            else if (bytesPerSample(form_.sampleType) == 2)
+            } else if (bytesPerSample(form_.sampleType) == 2) {
                 placeSamples<uint16_t>(block, source, pixel);
-            else
+            } else {
                 placeSamples<uint32_t>(block, source, pixel);
+            }
         }
     }
 
@@ -181,8 +193,9 @@ private:
         }
         for (std::size_t channel = 0; channel < channels; ++channel) {
             const std::size_t sample = channel < form_.colourSamples() ? channel : *form_.alpha;
-            if (form_.planes && sample != block.plane)
+            if (form_.planes && sample != block.plane) {
                 continue;
+            }
             const uint8_t* from = source + (form_.planes ? 0 : sample) * sizeof(Sample);
             uint8_t* to = picture_.samples.data() + (pixel * channels + channel) * sizeof(Sample);
             for (uint32_t x = 0; x < block.width; ++x) {
@@ -198,19 +211,22 @@ private:
         const std::size_t stride = form_.samplesOfABlock();
         const bool isWide = picture_.sampleType == SampleType::kUint16;
         const auto set = [&](std::size_t index, unsigned value) {
-            if (isWide)
+            if (isWide) {
                 picture_.setSample(index, static_cast<uint16_t>(value));
-            else
+            } else {
                 picture_.setSample(index, static_cast<uint8_t>(value));
+            }
         };
         for (std::size_t x = 0; x < block.width; ++x) {
             const std::size_t first = (pixel + x) * channels;
             if (!form_.planes || block.plane == 0) {
-                for (std::size_t i = 0; i < 3; ++i)
+                for (std::size_t i = 0; i < 3; ++i) {
                     set(first + i, palette_[i][source[x * stride]]);
+                }
             }
-            if (form_.alpha && (!form_.planes || block.plane == *form_.alpha))
+            if (form_.alpha && (!form_.planes || block.plane == *form_.alpha)) {
                 set(first + 3, source[x * stride + (form_.planes ? 0 : *form_.alpha)] * (isWide ? 257U : 1U));
+            }
         }
     }
 
@@ -218,8 +234,9 @@ private:
     void turnRound() {
         const std::size_t pixelBytes = channelCount(picture_.channels) * bytesPerSample(picture_.sampleType);
         for (std::size_t at = 0; at < picture_.samples.size(); at += pixelBytes) {
-            for (std::size_t i = 0; i < bytesPerSample(picture_.sampleType); ++i)
+            for (std::size_t i = 0; i < bytesPerSample(picture_.sampleType); ++i) {
                 picture_.samples[at + i] = static_cast<uint8_t>(~picture_.samples[at + i]);
+            }
         }
     }
 
@@ -234,15 +251,18 @@ private:
 };
 
 TiffDirectory checkedDirectory(std::span<const uint8_t> bytes, const std::string& name) {
-    if (!beginsAsTiff(bytes))
+    if (!beginsAsTiff(bytes)) {
         failReading(name, bytes.empty() ? "it is empty" : "it is not a TIFF file");
+    }
     TiffDirectory directory(bytes);
-    if (!directory.isWhole())
+    if (!directory.isWhole()) {
         failReading(name, "it is cut short");
+    }
     const auto width = directory.number(TIFFTAG_IMAGEWIDTH);
     const auto height = directory.number(TIFFTAG_IMAGELENGTH);
-    if (!width || !height)
+    if (!width || !height) {
         failReading(name, "it is damaged: its size is missing");
+    }
     constexpr uint64_t kMost = 0xffffffff;
     checkSize(static_cast<uint32_t>(std::min(*width, kMost)), static_cast<uint32_t>(std::min(*height, kMost)),
               name);
@@ -258,18 +278,21 @@ Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name) {
     TiffMemory memory;
     memory.source = bytes;
     const OpenTiff tiff = openTiff(memory, "rm", std::max(kMostBytes, 2 * bytes.size()));
-    if (!tiff)
+    if (!tiff) {
         failDamaged(memory, name);
+    }
     const TiffForm form = tiffForm(tiff.get(), name);
     checkSize(form.width, form.height, name);
     checkBlocks(tiff.get(), form, bytes.size(), name);
     Picture picture = PageReader(tiff.get(), memory, form, name).read();
     picture.notes = tiffNotes(directory);
     const uint16_t compression = form.compression->tag;
-    if (form.compression->isKept && compression != kUsualTiffCompression)
+    if (form.compression->isKept && compression != kUsualTiffCompression) {
         picture.notes.push_back(tiffCompressionNote(compression));
-    if (directory.hasNext())
+    }
+    if (directory.hasNext()) {
         picture.leftOut.emplace_back("further pages");
+    }
     return picture;
 }
 

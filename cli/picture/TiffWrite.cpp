@@ -33,20 +33,23 @@ void setForm(TIFF* tiff, const Picture& picture) {
 void setCompression(TIFF* tiff, const Picture& picture) {
     uint16_t tag =
         picture.format == FileFormat::kTiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
-    if (TIFFIsCODECConfigured(tag) == 0)
+    if (TIFFIsCODECConfigured(tag) == 0) {
         tag = kUsualTiffCompression;
+    }
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
-    if (tiffCompression(tag)->hasPredictor)
+    if (tiffCompression(tag)->hasPredictor) {
         TIFFSetField(tiff, TIFFTAG_PREDICTOR,
                      isFloat(picture.sampleType) ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
+    }
 }
 
 bool write(TIFF* tiff, const Picture& picture) {
     constexpr std::size_t kStripBytes = std::size_t{128} << 10;
     setForm(tiff, picture);
     setCompression(tiff, picture);
-    if (picture.format == FileFormat::kTiff)
+    if (picture.format == FileFormat::kTiff) {
         setTiffNotes(tiff, picture);
+    }
     const std::size_t rowBytes = picture.rowBytes();
     const std::size_t rows = std::clamp<std::size_t>(kStripBytes / std::max<std::size_t>(rowBytes, 1), 1,
                                                      std::max<std::size_t>(picture.height, 1));
@@ -56,8 +59,9 @@ bool write(TIFF* tiff, const Picture& picture) {
         const auto size = static_cast<tmsize_t>(std::min(rows, picture.height - y) * rowBytes);
         // The library writes no samples back to where it takes them from.
         auto* const samples = const_cast<uint8_t*>(picture.samples.data() + y * rowBytes);
-        if (TIFFWriteEncodedStrip(tiff, strip, samples, size) != size)
+        if (TIFFWriteEncodedStrip(tiff, strip, samples, size) != size) {
             return false;
+        }
     }
     return TIFFWriteDirectory(tiff) != 0;
 }
@@ -73,13 +77,15 @@ std::vector<uint8_t> encodeTiff(const Picture& picture) {
         const OpenTiff tiff =
             openTiff(memory, isBig ? "w8m" : "wm", 2 * picture.byteCount() + (std::size_t{64} << 20));
         if (!tiff || !write(tiff.get(), picture)) {
-            if (memory.outOfMemory)
+            if (memory.outOfMemory) {
                 throw std::bad_alloc();
+            }
             throw Failure(ExitCode::kFile, "cannot make a TIFF file: " + std::string(memory.error));
         }
     }
-    if (picture.format == FileFormat::kTiff)
+    if (picture.format == FileFormat::kTiff) {
         restoreFractions(memory.target, picture.notes);
+    }
     return std::move(memory.target);
 }
 
