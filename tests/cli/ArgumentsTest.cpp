@@ -9,8 +9,9 @@ namespace {
 
 Arguments parsed(const std::vector<const char*>& words) {
     std::vector<const char*> line = {"kovalune"};
-    for (const char* word : words)
+    for (const char* word : words) {
         line.push_back(word);
+    }
     return parseArguments(static_cast<int>(line.size()), line.data());
 }
 
@@ -101,8 +102,9 @@ TEST(Arguments, HelpShowsTheHelpOfACommand) {
         return std::get<ShownText>(parsed(words)).text;
     };
     EXPECT_EQ(shownBy({"help"}), shownBy({"--help"}));
-    for (const char* command : {"render", "defaults", "info", "help"})
+    for (const char* command : {"render", "defaults", "info", "help"}) {
         EXPECT_EQ(shownBy({"help", command}), shownBy({command, "--help"})) << command;
+    }
 }
 
 TEST(Arguments, ThreadsGoFromOneToSixtyFour) {

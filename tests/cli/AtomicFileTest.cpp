@@ -31,11 +31,13 @@ off_t flushedBytes = 0;
 
 extern "C" int fsync(int file) {
     struct stat status {};
-    if (fstat(file, &status) == 0)
+    if (fstat(file, &status) == 0) {
         flushedBytes = status.st_size;
+    }
     ++flushes;
-    if (flushes == signalAtFlush)
+    if (flushes == signalAtFlush) {
         raise(SIGTERM);
+    }
     errno = flushErrorFrom != 0 && flushes >= flushErrorFrom ? EIO : flushError;
     return errno == 0 ? 0 : -1;
 }
@@ -140,8 +142,9 @@ std::string refusalOfPlainUser(const std::function<void()>& body) {
     EXPECT_EQ(pipe(ends), 0);
     const pid_t child = fork();
     if (child == 0) {
-        if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0))
+        if (geteuid() == 0 && (setgroups(0, nullptr) != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
             _exit(1);
+        }
         const std::string text = refusalOf(body);
         _exit(write(ends[1], text.data(), text.size()) == static_cast<ssize_t>(text.size()) ? 0 : 1);
     }
@@ -174,8 +177,9 @@ TEST_F(AtomicFile, LeavesNothingOfTheLookBehind) {
 }
 
 TEST_F(AtomicFile, OfSomebodyElseIsWriteProtected) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root makes files of two users";
+    }
     ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
     ASSERT_EQ(chmod(file_.c_str(), 04755), 0);
     EXPECT_EQ(refusalOf([&] { checkWritable(file_); }), "");
@@ -192,8 +196,9 @@ TEST_F(AtomicFile, OfSomebodyElseIsWriteProtected) {
 }
 
 TEST_F(AtomicFile, GivesAnotherGroupNoMoreThanAllOthersHave) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root makes files of two users";
+    }
     constexpr gid_t kTheirs = 4321;
     constexpr gid_t kOwn = 65534;
     ASSERT_EQ(chmod(folder_.path().c_str(), 0777), 0);
@@ -213,8 +218,9 @@ TEST_F(AtomicFile, GivesAnotherGroupNoMoreThanAllOthersHave) {
 }
 
 TEST_F(AtomicFile, OfSomebodyElseIsNotReplacedInAFolderWhereOnlyOwnersDo) {
-    if (geteuid() != 0)
+    if (geteuid() != 0) {
         GTEST_SKIP() << "only root makes files of two users";
+    }
     constexpr uid_t kNobody = 65534;
     const std::string reason = "cannot write " + inQuotes(file_.string()) +
                                ": it is another user's, and in the folder " +

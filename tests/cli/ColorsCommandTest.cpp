@@ -48,8 +48,9 @@ TEST_F(ColorsCommand, TellsHowManyMoreThereAre) {
 
 TEST_F(ColorsCommand, ListsAllOnDemand) {
     std::vector<uint8_t> ramp(100);
-    for (std::size_t i = 0; i < ramp.size(); ++i)
+    for (std::size_t i = 0; i < ramp.size(); ++i) {
         ramp[i] = static_cast<uint8_t>(i);
+    }
     write("a.png", PngColor::kGrey, 8, 100, ramp);
     const auto lines = [](const std::string& text) { return std::count(text.begin(), text.end(), '\n'); };
     EXPECT_EQ(lines(colors({"a.png"})), 33);
@@ -83,12 +84,14 @@ class ManyColors : public ColorsCommand, public testing::WithParamInterface<uint
 
 TEST_P(ManyColors, AreCountedAsASlowCountDoes) {
     PngPicture png = randomPng(PngColor::kRgb, 8, 60, 50, 5);
-    for (uint8_t& byte : png.rows)
+    for (uint8_t& byte : png.rows) {
         byte &= GetParam();
+    }
     writePng(folder_ / "a.png", png);
     std::map<std::array<uint8_t, 3>, int> counts;
-    for (std::size_t i = 0; i < png.rows.size(); i += 3)
+    for (std::size_t i = 0; i < png.rows.size(); i += 3) {
         ++counts[{png.rows[i], png.rows[i + 1], png.rows[i + 2]}];
+    }
     const std::string text = colors({"a.png", "--most", "0"});
     EXPECT_EQ(static_cast<std::size_t>(std::count(text.begin(), text.end(), '\n')), counts.size());
     for (const auto& [rgb, count] : counts) {
@@ -109,9 +112,10 @@ TEST_F(ColorsCommand, DrawsThemAsAPicture) {
         const Picture picture = readPicture(folder_ / name);
         ASSERT_EQ(picture.channels, Channels::kRgb) << name;
         std::map<std::array<uint8_t, 3>, int> found;
-        for (std::size_t pixel = 0; pixel < std::size_t{picture.width} * picture.height; ++pixel)
+        for (std::size_t pixel = 0; pixel < std::size_t{picture.width} * picture.height; ++pixel) {
             ++found[{nearestByte(picture, 3 * pixel), nearestByte(picture, 3 * pixel + 1),
                      nearestByte(picture, 3 * pixel + 2)}];
+        }
         // Two patches of one size, and a checkerboard of that size for the transparent pixels.
         const int patch = found[{200, 10, 20}];
         EXPECT_GT(patch, 500) << name;

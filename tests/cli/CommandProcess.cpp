@@ -29,17 +29,20 @@ void splitNotes(const std::string& text, CommandOutcome& outcome) {
 }
 
 void limit(decltype(RLIMIT_AS) what, std::size_t bytes) {
-    if (bytes == 0)
+    if (bytes == 0) {
         return;
+    }
     const rlimit value{bytes, bytes};
-    if (setrlimit(what, &value) != 0)
+    if (setrlimit(what, &value) != 0) {
         _exit(kCannotStart);
+    }
 }
 
 void sendTo(const std::string& file, int stream) {
     const int target = open(file.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
-    if (target < 0 || dup2(target, stream) < 0)
+    if (target < 0 || dup2(target, stream) < 0) {
         _exit(kCannotStart);
+    }
 }
 
 /// In the new process; never comes back.
@@ -47,20 +50,24 @@ void sendTo(const std::string& file, int stream) {
                                 const std::string& config, const std::string& out, const std::string& err,
                                 int terminal) {
     setenv("XDG_CONFIG_HOME", config.c_str(), 1);
-    for (const auto& [name, value] : setting.environment)
+    for (const auto& [name, value] : setting.environment) {
         setenv(name.c_str(), value.c_str(), 1);
+    }
     sendTo(out, STDOUT_FILENO);
-    if (terminal < 0)
+    if (terminal < 0) {
         sendTo(err, STDERR_FILENO);
-    else if (dup2(terminal, STDERR_FILENO) < 0 || close(terminal) != 0)
+    } else if (dup2(terminal, STDERR_FILENO) < 0 || close(terminal) != 0) {
         _exit(kCannotStart);
-    if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0)
+    }
+    if (!setting.folder.empty() && chdir(setting.folder.c_str()) != 0) {
         _exit(kCannotStart);
+    }
     limit(RLIMIT_FSIZE, setting.mostFileBytes);
     limit(RLIMIT_AS, setting.mostMemoryBytes);
     const rlimit noCore{0, 0}; // that SIGQUIT would leave in the folder
-    if (setrlimit(RLIMIT_CORE, &noCore) != 0 || (setting.ownGroup && setpgid(0, 0) != 0))
+    if (setrlimit(RLIMIT_CORE, &noCore) != 0 || (setting.ownGroup && setpgid(0, 0) != 0)) {
         _exit(kCannotStart);
+    }
     execv(words.front(), words.data());
     _exit(kCannotStart);
 }
@@ -76,10 +83,11 @@ std::string terminalText(int terminal) {
     std::array<char, 4096> letters{};
     for (;;) {
         const ssize_t count = read(terminal, letters.data(), letters.size());
-        if (count > 0)
+        if (count > 0) {
             text.append(letters.data(), static_cast<std::size_t>(count));
-        else if (count == 0 || errno != EINTR)
+        } else if (count == 0 || errno != EINTR) {
             return text;
+        }
     }
 }
 
@@ -99,27 +107,33 @@ RunningCommand::RunningCommand(const std::vector<std::string>& arguments, const 
     texts.insert(texts.end(), arguments.begin(), arguments.end());
     std::vector<char*> words;
     words.reserve(texts.size() + 1);
-    for (std::string& text : texts)
+    for (std::string& text : texts) {
         words.push_back(text.data());
+    }
     words.push_back(nullptr);
 
     int far = -1;
     if (setting.errorColumns > 0) {
         const winsize size{24, static_cast<unsigned short>(setting.errorColumns), 0, 0};
-        if (openpty(&terminal_, &far, nullptr, nullptr, &size) != 0)
+        if (openpty(&terminal_, &far, nullptr, nullptr, &size) != 0) {
             throw std::runtime_error("no terminal for the command");
+        }
         fcntl(terminal_, F_SETFD, FD_CLOEXEC);
     }
     child_ = fork();
-    if (child_ < 0)
+    if (child_ < 0) {
         throw std::runtime_error("no process for the command");
-    if (child_ == 0)
+    }
+    if (child_ == 0) {
         becomeCommand(words, setting, config, out, err, far);
-    if (setting.ownGroup)
+    }
+    if (setting.ownGroup) {
         setpgid(child_, child_); // here too, so that it is done whoever comes first
+    }
     target_ = setting.ownGroup ? -child_ : child_;
-    if (far >= 0)
+    if (far >= 0) {
         close(far);
+    }
 }
 
 RunningCommand::~RunningCommand() {
@@ -127,8 +141,9 @@ RunningCommand::~RunningCommand() {
         kill(target_, SIGKILL);
         waitpid(child_, &status_, 0);
     }
-    if (terminal_ >= 0)
+    if (terminal_ >= 0) {
         close(terminal_);
+    }
 }
 
 void RunningCommand::send(int signalNumber) const {
@@ -142,16 +157,20 @@ bool RunningCommand::hasEnded() {
 
 CommandOutcome RunningCommand::wait() {
     CommandOutcome outcome;
-    if (terminal_ >= 0)
+    if (terminal_ >= 0) {
         outcome.err = terminalText(terminal_);
-    if (!ended_ && waitpid(child_, &status_, 0) != child_)
+    }
+    if (!ended_ && waitpid(child_, &status_, 0) != child_) {
         throw std::runtime_error("the command got lost");
+    }
     ended_ = true;
     outcome.exitCode = WIFEXITED(status_) ? WEXITSTATUS(status_) : -WTERMSIG(status_);
-    if (outIsCaught_)
+    if (outIsCaught_) {
         outcome.out = textOf(scratch_ / "out");
-    if (terminal_ < 0)
+    }
+    if (terminal_ < 0) {
         splitNotes(textOf(scratch_ / "err"), outcome);
+    }
     return outcome;
 }
 

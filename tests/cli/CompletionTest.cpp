@@ -32,8 +32,9 @@ protected:
         const std::string replies = (scratch_ / "offered.txt").string();
         const pid_t child = fork();
         if (child == 0) {
-            if (chdir(folder_.path().c_str()) != 0)
+            if (chdir(folder_.path().c_str()) != 0) {
                 _exit(126);
+            }
             setenv("XDG_CONFIG_HOME", scratch_.path().c_str(), 1);
             setenv("LC_ALL", "C.UTF-8", 1);
             execlp("bash", "bash", "--norc", "--noprofile", "-c", kScript, "bash", KOVALUNE_COMPLETION,
@@ -47,8 +48,9 @@ protected:
         std::istringstream lines(std::string(bytes.begin(), bytes.end()));
         Words words;
         for (std::string word; std::getline(lines, word);) {
-            if (!word.empty())
+            if (!word.empty()) {
                 words.push_back(word);
+            }
         }
         std::sort(words.begin(), words.end());
         return words;
@@ -67,8 +69,9 @@ Words optionsOf(const Words& command) {
     Words options;
     for (std::sregex_iterator match(help.begin(), help.end(), line), end; match != end; ++match) {
         std::istringstream names((*match)[1].str());
-        for (std::string name; std::getline(names, name, ',');)
+        for (std::string name; std::getline(names, name, ',');) {
             options.push_back(name);
+        }
     }
     std::sort(options.begin(), options.end());
     return options;
@@ -122,8 +125,9 @@ TEST_F(Completion, OfferedValuesAreTaken) {
 
 TEST_F(Completion, OffersViewsAndLabelsOfTheCommandItself) {
     const Words views = offered("kovalune render --view ");
-    for (const char* view : {"Normal", "Extract", "Base"})
+    for (const char* view : {"Normal", "Extract", "Base"}) {
         EXPECT_TRUE(std::binary_search(views.begin(), views.end(), view)) << view;
+    }
     EXPECT_FALSE(std::binary_search(views.begin(), views.end(), "(-"));
     EXPECT_EQ(offered("kovalune render --set \"Blur"), (Words{"Blur Amount=", "Blur Repeat Num="}));
     EXPECT_EQ(offered("kovalune render --set \"Enable 2="), (Words{"Enable 2=off", "Enable 2=on"}));
@@ -150,8 +154,9 @@ TEST_F(Completion, QuotesWhatIsNotQuotedYet) {
 }
 
 TEST_F(Completion, OffersFilesByTheirEnds) {
-    for (const char* name : {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "f.txt", "g.so", "絵 1.png"})
+    for (const char* name : {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "f.txt", "g.so", "絵 1.png"}) {
         writeBytes(folder_ / name, {});
+    }
     std::filesystem::create_directory(folder_ / "sub");
     const Words pictures = {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "sub", "絵 1.png"};
     EXPECT_EQ(offered("kovalune render "), pictures);

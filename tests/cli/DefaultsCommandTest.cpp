@@ -38,8 +38,10 @@ TEST_F(DefaultsCommand, SaveMakesTheValuesThoseOfEveryNewInstance) {
         content().starts_with("[Version=1.0]\r\nView=4\r\nBlur Amount=12.500000\r\nBlur Repeat Num=5\r\n"))
         << content();
     const std::string params = done({"render", "--print-params", "--quiet"});
-    for (const char* line : {"View=Base\n", "Blur Amount=12.5\n", "Color 1=#F0C8A0\n", "Blur Repeat Num=5\n"})
+    for (const char* line :
+         {"View=Base\n", "Blur Amount=12.5\n", "Color 1=#F0C8A0\n", "Blur Repeat Num=5\n"}) {
         EXPECT_NE(params.find(line), std::string::npos) << line;
+    }
     EXPECT_EQ(done({"defaults", "show"}), heading() + params);
 }
 
@@ -65,8 +67,9 @@ TEST_F(DefaultsCommand, SaveTakesAFileOfParameters) {
 }
 
 TEST_F(DefaultsCommand, SaveRefusesWhatTheEffectDoesNotTakeAndWritesNothing) {
-    for (const char* setting : {"Blur=3", "Blur Amount=x", "Blur Amount=1001", "View=(-", "Blur Amount"})
+    for (const char* setting : {"Blur=3", "Blur Amount=x", "Blur Amount=1001", "View=(-", "Blur Amount"}) {
         expectFailure({"defaults", "save", "--set", setting}, 2, {}, setting_);
+    }
     EXPECT_FALSE(std::filesystem::exists(file()));
 }
 
@@ -158,8 +161,9 @@ TEST_F(DefaultsCommand, ShowIsAFileOfParameters) {
 
 TEST_F(DefaultsCommand, TellsWhereThereIsNoPlaceForSettings) {
     setting_.environment["XDG_CONFIG_HOME"] = "/" + std::string(250, 'x');
-    for (const char* action : {"save", "forget", "show"})
+    for (const char* action : {"save", "forget", "show"}) {
         expectFailure({"defaults", action}, 3, {"folder for settings"}, setting_);
+    }
 }
 
 TEST_F(DefaultsCommand, WrongUsageIsNamed) {

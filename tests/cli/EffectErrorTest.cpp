@@ -61,9 +61,10 @@ TEST_F(EffectError, ComesAfterThatOfAFolderThatTakesNoFiles) {
     const TestFolder marks;
     CommandSetting setting = mode("render");
     setting.environment["TEST_EFFECT_FRAME"] = marks / "frame";
-    for (const char* const command : {"render", "sheet"})
+    for (const char* const command : {"render", "sheet"}) {
         expectFailure({command, "in.png", "-o", "/proc/new.png", "--plugin", KOVALUNE_TEST_EFFECT}, 3,
                       {"cannot write '/proc/new.png': the folder '/proc' takes no new file: "}, setting);
+    }
     expectFailure({"smooth", "missing.png", "-o", "new.png", "--flag-map", "/proc/new.png"}, 3,
                   {"cannot write '/proc/new.png'"});
     expectFailure({"colors", "missing.png", "-o", "/proc/new.png"}, 3, {"cannot write '/proc/new.png'"});

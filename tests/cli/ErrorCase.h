@@ -28,8 +28,9 @@ protected:
         EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
         EXPECT_TRUE(outcome.hasOneErrorLine()) << outcome.err;
         EXPECT_EQ(outcome.out, "");
-        for (const std::string& part : named)
+        for (const std::string& part : named) {
             EXPECT_NE(outcome.err.find(part), std::string::npos) << part << " is not in " << outcome.err;
+        }
         EXPECT_EQ(folder_.names(), before);
         EXPECT_EQ(bytesOf(folder_ / "old.png"), oldBytes());
     }

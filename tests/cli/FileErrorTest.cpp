@@ -12,8 +12,9 @@ namespace {
 using FileError = ErrorCase;
 
 void putNumber(std::vector<uint8_t>& bytes, std::size_t place, uint32_t number) {
-    for (std::size_t i = 0; i < 4; ++i)
+    for (std::size_t i = 0; i < 4; ++i) {
         bytes[place + i] = static_cast<uint8_t>(number >> (24 - 8 * i));
+    }
 }
 
 /// A sound file but for its size, which stands in the first chunk, with a check sum that fits.
@@ -49,8 +50,9 @@ TEST_F(FileError, OfAFolderThatTakesNoFiles) {
 }
 
 TEST_F(FileError, OfAnInputThatMayNotBeRead) {
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         GTEST_SKIP() << "root may read everything";
+    }
     writePng(folder_ / "locked.png", randomPng(PngColor::kRgb, 8, 2, 2, 1));
     chmod((folder_ / "locked.png").c_str(), 0);
     expectFailure({"render", "locked.png", "-o", "old.png"}, 3, {"'locked.png'"});
@@ -116,14 +118,16 @@ TEST_F(FileError, OfOutputNamesThatCannotBe) {
     expectFailure({"render", "in.png", "-o", "nowhere.png"}, 3, {"'nowhere.png'", "folder 'missing'"});
     std::filesystem::create_symlink("round.png", folder_ / "round.png");
     expectFailure({"render", "in.png", "-o", "round.png"}, 3, {"'round.png'", "symbolic links"});
-    for (const char* link : {"nowhere.png", "round.png"})
+    for (const char* link : {"nowhere.png", "round.png"}) {
         EXPECT_TRUE(std::filesystem::is_symlink(folder_ / link));
+    }
     expectFailure({"render", "in.png", "-o", std::string(300, 'x') + ".png"}, 3, {"xxx.png'"});
 }
 
 TEST_F(FileError, OfAFolderThatMayNotBeWrittenTo) {
-    if (geteuid() == 0)
+    if (geteuid() == 0) {
         GTEST_SKIP() << "root may write everywhere";
+    }
     std::filesystem::create_directory(folder_ / "locked");
     chmod((folder_ / "locked").c_str(), 0500);
     expectFailure({"render", "in.png", "-o", "locked/new.png"}, 3, {"'locked/new.png'"});
@@ -134,8 +138,9 @@ TEST_F(FileError, OfADiskThatIsFullLeavesNothingBehind) {
     writePng(folder_ / "in.png", randomPng(PngColor::kRgbAlpha, 16, 64, 64, 1));
     CommandSetting setting;
     setting.mostFileBytes = 10000;
-    for (const char* output : {"old.png", "new.png"})
+    for (const char* output : {"old.png", "new.png"}) {
         expectFailure({"render", "in.png", "-o", output}, 3, {output, "File too large"}, setting);
+    }
     const std::vector<uint8_t> before = bytesOf(folder_ / "in.png");
     expectFailure({"render", "in.png", "-o", "in.png"}, 3, {"'in.png'"}, setting);
     EXPECT_EQ(bytesOf(folder_ / "in.png"), before);
@@ -158,8 +163,9 @@ protected:
     static std::size_t enoughToStart() {
         for (CommandSetting setting; setting.mostMemoryBytes < std::size_t{1} << 30;) {
             setting.mostMemoryBytes += kStep;
-            if (runCommand({"--version"}, setting).ok())
+            if (runCommand({"--version"}, setting).ok()) {
                 return setting.mostMemoryBytes;
+            }
         }
         throw std::runtime_error("no memory is enough for the program");
     }
@@ -176,12 +182,14 @@ TEST_P(LittleMemory, EndsWithOneLineThatNamesThePicture) {
     for (setting.mostMemoryBytes = enoughToStart();; setting.mostMemoryBytes += kStep) {
         ASSERT_LT(setting.mostMemoryBytes, std::size_t{1} << 32);
         const CommandOutcome outcome = runCommand(words, setting);
-        if (outcome.ok())
+        if (outcome.ok()) {
             break;
+        }
         ASSERT_EQ(folder_.names(), before);
         ASSERT_TRUE(outcome.hasOneErrorLine()) << outcome.exitCode << ": " << outcome.err;
-        if (outcome.exitCode == 4 && outcome.err.starts_with(effectsText))
+        if (outcome.exitCode == 4 && outcome.err.starts_with(effectsText)) {
             continue;
+        }
         ASSERT_EQ(outcome.exitCode, 3) << outcome.err;
         ASSERT_NE(outcome.err.find("'in.png'"), std::string::npos) << outcome.err;
         ++refusals;

@@ -16,8 +16,9 @@ std::vector<std::string> commandFor(const FrameVector& vector, const TestFolder&
         "-o",           folder / "out.tif",
         "--downsample", vector.settings.at("downsample_x") + "," + vector.settings.at("downsample_y")};
     for (const auto& [label, value] : vector.settings) {
-        if (label == "iterations" || label.starts_with("downsample_"))
+        if (label == "iterations" || label.starts_with("downsample_")) {
             continue;
+        }
         words.emplace_back("--set");
         words.push_back(std::string(label).append("=").append(value));
     }
@@ -29,8 +30,9 @@ class FrameVectorCommand : public testing::TestWithParam<std::string> {};
 TEST_P(FrameVectorCommand, GivesTheKnownPictures) {
     int rendered = 0;
     for (const std::string& name : vectorNames(KOVALUNE_VECTORS)) {
-        if (!name.starts_with(GetParam()))
+        if (!name.starts_with(GetParam())) {
             continue;
+        }
         const FrameVector vector = readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
         const TestFolder folder;
         writeImage(folder / "in.tif", vector.input);

@@ -8,8 +8,9 @@ namespace {
 
 void expectLines(const std::string& text, const std::vector<std::string>& lines) {
     std::string all = "\n";
-    for (const std::string& line : lines)
+    for (const std::string& line : lines) {
         all += line + '\n';
+    }
     EXPECT_NE(("\n" + text).find(all), std::string::npos) << all << "is not in\n" << text;
 }
 
@@ -39,8 +40,9 @@ TEST(InfoCommand, TellsWhatTheBuildRunsOn) {
     for (const char* start :
          {"\nCompiler        ", "\nBuild type      ", "\nLibraries       libpng 1.",
           "\n                libtiff 4.", "\n                OpenEXR 3.", "\n                stb_image 2.",
-          "\nSystem          Linux ", "\nProcessor       ", "\nThreads         "})
+          "\nSystem          Linux ", "\nProcessor       ", "\nThreads         "}) {
         EXPECT_NE(text.find(start), std::string::npos) << start << " is not in\n" << text;
+    }
 }
 
 TEST(InfoCommand, ShowsAnEffectsTextLineByLineWithoutControlBytes) {

@@ -14,8 +14,9 @@ TEST_F(InspectMemory, OfAPictureThatDoesNotFitIsAFileError) {
     for (const std::vector<std::string>& words : {std::vector<std::string>{"colors", "large.png"},
                                                   {"pick", "large.png", "0,0"},
                                                   {"compare", "in.png", "large.png"},
-                                                  {"compare", "large.png", "in.png", "--diff", "old.png"}})
+                                                  {"compare", "large.png", "in.png", "--diff", "old.png"}}) {
         expectFailure(words, 3, {"'large.png'", "memory"}, setting);
+    }
 }
 
 } // namespace

@@ -23,8 +23,9 @@ template <class Thrown>
 void throwDuring(const Thrown& thrown, int signalNumber) {
     Interrupt interrupt;
     interrupt.during([&] {
-        if (signalNumber != 0)
+        if (signalNumber != 0) {
             std::raise(signalNumber);
+        }
         throw thrown;
     });
 }
@@ -66,8 +67,9 @@ protected:
 
     /// Until the effect is in the frame, or the command is at its end.
     void awaitFrame(RunningCommand& command) const {
-        while (!std::filesystem::exists(marks_ / "frame") && !command.hasEnded())
+        while (!std::filesystem::exists(marks_ / "frame") && !command.hasEnded()) {
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
         ASSERT_TRUE(std::filesystem::exists(marks_ / "frame"));
     }
 

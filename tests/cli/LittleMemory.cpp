@@ -35,9 +35,9 @@ bool setLimit(std::size_t bytes) {
 void useUpFreeMemory() {
     for (std::size_t size = std::size_t{1} << 20; size >= 16; size /= 2) {
         void* volatile block = nullptr;
-        do
+        do {
             block = std::malloc(size);
-        while (block != nullptr);
+        } while (block != nullptr);
     }
 }
 
@@ -49,12 +49,14 @@ LittleMemoryEnd endWithLittleMemory(const std::function<void()>& body) {
     if (child == 0) {
         int lacks = 0;
         std::size_t limit = bytesInUse();
-        if (!setLimit(limit))
+        if (!setLimit(limit)) {
             _exit(endCode(LittleMemoryEnd::kCannotLimit));
+        }
         useUpFreeMemory();
         for (;; limit += kStep) {
-            if (!setLimit(limit))
+            if (!setLimit(limit)) {
                 _exit(endCode(LittleMemoryEnd::kCannotLimit));
+            }
             try {
                 body();
                 _exit(lacks > 3 ? endCode(LittleMemoryEnd::kSuccess)

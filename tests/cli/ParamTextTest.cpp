@@ -81,9 +81,10 @@ TEST(ParamText, SlidersTakeWholeNumbersOfTheirRange) {
     EXPECT_EQ(failure(slider(), "-4"), "'Repeat' cannot be -4: its valid range is -3 to 10");
     EXPECT_EQ(failure(slider(), "99999999999"),
               "'Repeat' cannot be 99999999999: its valid range is -3 to 10");
-    for (const char* wrong : {"", "1.5", "2x", "x", "0x3", "1 2"})
+    for (const char* wrong : {"", "1.5", "2x", "x", "0x3", "1 2"}) {
         EXPECT_EQ(failure(slider(), wrong),
                   "'Repeat' takes a whole number, not '" + std::string(wrong) + "'");
+    }
 }
 
 TEST(ParamText, FloatSlidersTakeNumbersWithADecimalPoint) {
@@ -92,26 +93,31 @@ TEST(ParamText, FloatSlidersTakeNumbersWithADecimalPoint) {
     EXPECT_EQ(number("-.5"), -0.5);
     EXPECT_EQ(number("1e3"), 1000.0);
     for (const char* tiny : {"1e-400", "-1E-400", "0.001e-330", "12345.6e-999", "1e-99999999999999999999",
-                             ".5e-400", "100e-9223372036854775807"})
+                             ".5e-400", "100e-9223372036854775807"}) {
         EXPECT_EQ(number(tiny), 0.0) << tiny;
+    }
     EXPECT_EQ(number("0." + std::string(400, '0') + "1"), 0.0);
     EXPECT_EQ(number("0." + std::string(400, '0') + "1e402"), 10.0);
-    for (const std::string huge : {"0.001e400", "1e99999999999999999999", "1e+400"})
+    for (const std::string huge : {"0.001e400", "1e99999999999999999999", "1e+400"}) {
         EXPECT_EQ(failure(floatSlider(), huge),
                   "'Amount' cannot be " + huge + ": its valid range is -0.5 to 100000");
+    }
     EXPECT_NE(failure(floatSlider(), std::string(400, '9')), "");
     EXPECT_EQ(failure(floatSlider(), "-0.51"), "'Amount' cannot be -0.51: its valid range is -0.5 to 100000");
     EXPECT_EQ(failure(floatSlider(), "1e999"), "'Amount' cannot be 1e999: its valid range is -0.5 to 100000");
     EXPECT_EQ(failure(floatSlider(), "inf"), "'Amount' cannot be inf: its valid range is -0.5 to 100000");
-    for (const char* wrong : {"", "1,5", "nan", "much", "1.5%"})
+    for (const char* wrong : {"", "1,5", "nan", "much", "1.5%"}) {
         EXPECT_EQ(failure(floatSlider(), wrong), "'Amount' takes a number, not '" + std::string(wrong) + "'");
+    }
 }
 
 TEST(ParamText, CheckBoxesTakeWordsWithoutCase) {
-    for (const char* on : {"on", "On", "TRUE", "1", "yes"})
+    for (const char* on : {"on", "On", "TRUE", "1", "yes"}) {
         EXPECT_EQ(whole(checkbox(), on), 1) << on;
-    for (const char* off : {"off", "False", "0", "NO"})
+    }
+    for (const char* off : {"off", "False", "0", "NO"}) {
         EXPECT_EQ(whole(checkbox(), off), 0) << off;
+    }
     EXPECT_EQ(failure(checkbox(), "2"), "'Keep' takes on or off, not '2'");
     EXPECT_EQ(failure(checkbox(), ""), "'Keep' takes on or off, not ''");
 }
@@ -120,13 +126,15 @@ TEST(ParamText, ColoursTakeHexAndThreeNumbers) {
     EXPECT_EQ(channels("#03b4F5"), (std::vector<int>{255, 3, 180, 245}));
     EXPECT_EQ(channels("0,128,255"), (std::vector<int>{255, 0, 128, 255}));
     EXPECT_EQ(channels(" 1 , 2 , 3 "), (std::vector<int>{255, 1, 2, 3}));
-    for (const char* large : {"256,0,0", "0,-1,0", "0,0,99999999999"})
+    for (const char* large : {"256,0,0", "0,-1,0", "0,0,99999999999"}) {
         EXPECT_EQ(failure(color(), large), "'Colour' cannot be " + std::string(large) +
                                                ": its valid range is 0 to 255 for each channel");
+    }
     for (const char* wrong : {"", "#03b4f", "#03b4f55", "#03b4fg", "#+1+1+1", "03b4f5", "1,2", "1,2,3,4",
-                              "1,,3", "1,2,", "1.0,2,3", "red"})
+                              "1,,3", "1,2,", "1.0,2,3", "red"}) {
         EXPECT_EQ(failure(color(), wrong),
                   "'Colour' takes a colour as #RRGGBB or red,green,blue, not '" + std::string(wrong) + "'");
+    }
 }
 
 TEST(ParamText, PopupsTakeTheirTextOrItsNumber) {
@@ -134,20 +142,23 @@ TEST(ParamText, PopupsTakeTheirTextOrItsNumber) {
     EXPECT_EQ(whole(popup(), "3"), 3);
     EXPECT_EQ(whole(popup(), "1"), 1);
     EXPECT_EQ(whole(popup(), "Process 1"), 4);
-    for (const char* wrong : {"0", "5", "-1", "", "plai", "1.0"})
+    for (const char* wrong : {"0", "5", "-1", "", "plai", "1.0"}) {
         EXPECT_EQ(failure(popup(), wrong),
                   "'Mode' has no choice '" + std::string(wrong) + "'; it takes Plain, Fancy, Process 1");
+    }
 }
 
 TEST(ParamText, SeparatorsOfPopupsCannotBeChosen) {
-    for (const char* separator : {"2", "(-"})
+    for (const char* separator : {"2", "(-"}) {
         EXPECT_NE(failure(popup(), separator).find("only separates"), std::string::npos) << separator;
+    }
 }
 
 TEST(ParamText, ValuesThatCouldNotBeChosenAreKnown) {
     const PF_ParamDef view = popup("View");
-    for (const A_long good : {1, 3, 4, 0, 5, 99})
+    for (const A_long good : {1, 3, 4, 0, 5, 99}) {
         EXPECT_EQ(choiceRefusal(view, kChoices, good), "") << good;
+    }
     EXPECT_NE(choiceRefusal(view, kChoices, A_long{2}), "");
     EXPECT_EQ(choiceRefusal(slider(), {}, A_long{2}), "");
     EXPECT_EQ(choiceRefusal(floatSlider(), {}, 2.0), "");

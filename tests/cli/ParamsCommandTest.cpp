@@ -17,14 +17,17 @@ TEST(ParamsCommand, ListsEveryLabelInItsGroup) {
     const CommandOutcome outcome = runCommand({"params"});
     ASSERT_TRUE(outcome.ok()) << outcome.err;
     EXPECT_TRUE(hasLineStarting(outcome.out, "View  "));
-    for (const char* group : {"Base", "Process 1", "Process 2", "Process 3", "Process 4"})
+    for (const char* group : {"Base", "Process 1", "Process 2", "Process 3", "Process 4"}) {
         EXPECT_TRUE(hasLine(outcome.out, group)) << group;
-    for (const char* label : {"Blur Amount", "Blur Repeat Num", "Keep Division"})
+    }
+    for (const char* label : {"Blur Amount", "Blur Repeat Num", "Keep Division"}) {
         EXPECT_TRUE(hasLineStarting(outcome.out, "  " + std::string(label) + "  ")) << label;
+    }
     for (const char* number : {"1", "2", "3", "4"}) {
         const std::string n(number);
-        for (const std::string& label : {"Enable " + n, "Color " + n, "Color " + n + " Range"})
+        for (const std::string& label : {"Enable " + n, "Color " + n, "Color " + n + " Range"}) {
             EXPECT_TRUE(hasLineStarting(outcome.out, "  " + label + "  ")) << label;
+        }
         for (const char* rest : {"Enable Process", "Color", "Color Range", "Boundary Blur", "Blur Repeat Num",
                                  "Boundary Bias", "Keep Division", "Keep Process"}) {
             const std::string label = n + " : " + rest;

@@ -45,8 +45,9 @@ TEST_F(ParamsFile, SetsLabelsToValues) {
     const std::string text = printedWith("Blur Amount=2.5\nview=extract\n Color 2 = 1, 2, 3\nEnable 3=on\n"
                                          "2 : Boundary Blur=7\n1 : Enable Process=off");
     for (const char* line : {"View=Extract", "Blur Amount=2.5", "Color 2=#010203", "Enable 3=on",
-                             "2 : Boundary Blur=7", "1 : Enable Process=off", "Blur Repeat Num=5"})
+                             "2 : Boundary Blur=7", "1 : Enable Process=off", "Blur Repeat Num=5"}) {
         EXPECT_TRUE(hasLine(text, line)) << line << " is not in\n" << text;
+    }
 }
 
 TEST_F(ParamsFile, MayHaveAMarkBlankLinesRemarksAndAnyLineEnds) {
@@ -69,8 +70,9 @@ TEST_F(ParamsFile, MayHaveOtherBlanksAroundColons) {
     const std::string text =
         printedWith("1: Color=1,2,3\n2 :Boundary Blur=7\n3:Color.g=17\n4  :  color = #040506\n");
     for (const char* line :
-         {"1 : Color=#010203", "2 : Boundary Blur=7", "3 : Color=#0311F5", "4 : Color=#040506"})
+         {"1 : Color=#010203", "2 : Boundary Blur=7", "3 : Color=#0311F5", "4 : Color=#040506"}) {
         EXPECT_TRUE(hasLine(text, line)) << line << " is not in\n" << text;
+    }
     EXPECT_EQ(printed({"--set", "1: Color=1,2,3"}), printed({"--set", "1 : Color=1,2,3"}));
     expectRefused("1 : Color=1,2,3\n1:Color=1,2,3\n", 2, {"'1 : Color' was set in line 1"});
     expectRefused("1 Color=1,2,3\n", 1, {"'1 Color'", "'1 : Color'"});
@@ -79,8 +81,9 @@ TEST_F(ParamsFile, MayHaveOtherBlanksAroundColons) {
 TEST_F(ParamsFile, OfAnotherEncodingIsNamedSo) {
     const auto wide = [](const std::string& text, bool bigEndian) {
         std::string bytes;
-        for (const char letter : text)
+        for (const char letter : text) {
             bytes += bigEndian ? std::string{'\0', letter} : std::string{letter, '\0'};
+        }
         return bytes;
     };
     const auto expectNamed = [this](const std::string& text) {
@@ -106,9 +109,10 @@ TEST_F(ParamsFile, TakesTheFormOfTheDefaultsFile) {
         printedWith("[Version=1.0]\r\nView=3\r\nBlur Amount=12.500000\r\nKeep Division=0\r\n"
                     "Color 1.r=3\r\nColor 1.g=180\r\nColor 1.b=0\r\nColor 1.a=255\r\n"
                     "3 : Color.g=17\r\n2 : Keep Process=1\r\nColor 4 Range=0.000000\r\n");
-    for (const char* line :
-         {"View=Extract", "Blur Amount=12.5", "Keep Division=off", "Color 1=#03B400", "2 : Keep Process=on"})
+    for (const char* line : {"View=Extract", "Blur Amount=12.5", "Keep Division=off", "Color 1=#03B400",
+                             "2 : Keep Process=on"}) {
         EXPECT_TRUE(hasLine(text, line)) << line << " is not in\n" << text;
+    }
     EXPECT_EQ(text.find(".a="), std::string::npos);
     EXPECT_EQ(printedWith("3 : Color.G=17"), printed({"--set", "3 : Color=3,17,245"}));
 }
@@ -124,8 +128,9 @@ TEST_F(ParamsFile, ComesAfterTheEffectsOwnDefaultsAndBeforeTheSettingsAndTheView
     const std::string all = printed({"--view", "Base", "--set", "Color 1 Range=3", "--params",
                                      file("Color 1 Range=4\nBlur Amount=4\nView=Extract\n")},
                                     setting);
-    for (const char* line : {"Blur Repeat Num=5", "Blur Amount=4", "Color 1 Range=3", "View=Base"})
+    for (const char* line : {"Blur Repeat Num=5", "Blur Amount=4", "Color 1 Range=3", "View=Base"}) {
         EXPECT_TRUE(hasLine(all, line)) << line << " is not in\n" << all;
+    }
 }
 
 TEST_F(ParamsFile, IsWhatIsRenderedWith) {
@@ -148,8 +153,9 @@ TEST_F(ParamsFile, ThatWasPrintedReadsBackTheSame) {
                  "Color 2 Range=1e-300", "--set", "Color 3 Range=0.30000001", "--set", "Color 1=#0A0b0C",
                  "--set", "Enable 4=on", "--view", "Base"});
     for (const char* line : {"Blur Amount=0.1", "Color 1 Range=3.141592653589793", "Color 2 Range=1e-300",
-                             "Color 3 Range=0.30000001", "Color 1=#0A0B0C", "Enable 4=on", "View=Base"})
+                             "Color 3 Range=0.30000001", "Color 1=#0A0B0C", "Enable 4=on", "View=Base"}) {
         EXPECT_TRUE(hasLine(mixed, line)) << line << " is not in\n" << mixed;
+    }
     EXPECT_EQ(printedWith(mixed), mixed);
 }
 
@@ -218,8 +224,9 @@ TEST_F(ParamsFile, PrintedBesideAPictureIsThereWithIt) {
 }
 
 TEST_F(ParamsFile, ThatCannotBePrintedLeavesNothing) {
-    if (!std::filesystem::exists("/dev/full"))
+    if (!std::filesystem::exists("/dev/full")) {
         GTEST_SKIP() << "there is no /dev/full here";
+    }
     CommandSetting full;
     full.standardOutput = "/dev/full";
     expectFailure({"render", "in.png", "-o", "old.png", "--print-params"}, 3, {"standard output"}, full);

@@ -19,8 +19,9 @@ json parametersOf(std::vector<std::string> words, const CommandSetting& setting 
 
 json labelled(const json& parameters, const std::string& label) {
     for (const json& parameter : parameters) {
-        if (parameter.at("label") == label)
+        if (parameter.at("label") == label) {
             return parameter;
+        }
     }
     ADD_FAILURE() << "no parameter " << label;
     return {};
@@ -28,8 +29,9 @@ json labelled(const json& parameters, const std::string& label) {
 
 TEST(ParamsJson, HasEveryParameterInOrder) {
     const json parameters = parametersOf({});
-    for (std::size_t i = 0; i < parameters.size(); ++i)
+    for (std::size_t i = 0; i < parameters.size(); ++i) {
         EXPECT_EQ(parameters[i].at("index"), i + 1);
+    }
     const json view = parameters.at(0);
     EXPECT_EQ(view.at("label"), "View");
     EXPECT_EQ(view.at("kind"), "popup");
@@ -79,8 +81,9 @@ TEST_F(KindsInJson, NumbersAreNumbersWithTheDigitsThatTheEffectGave) {
 TEST_F(KindsInJson, GroupsNest) {
     const std::vector<json> groups = {{}, {}, {2}, {2}, {2, 4}, {2}, {2}, {}, {}, {}};
     ASSERT_EQ(parameters_.size(), groups.size());
-    for (std::size_t i = 0; i < groups.size(); ++i)
+    for (std::size_t i = 0; i < groups.size(); ++i) {
         EXPECT_EQ(parameters_[i].at("groups"), groups[i].is_null() ? json::array() : groups[i]) << i;
+    }
     EXPECT_EQ(parameters_.at(5).at("kind"), "group end");
 }
 
@@ -101,8 +104,9 @@ TEST_F(KindsInJson, ColoursHaveTheirAlpha) {
 
 TEST_F(KindsInJson, WhatHasNoValueHasNoDefault) {
     EXPECT_EQ(parameters_.at(8).at("kind"), "other");
-    for (const std::size_t place : {1U, 3U, 5U, 8U})
+    for (const std::size_t place : {1U, 3U, 5U, 8U}) {
         EXPECT_FALSE(parameters_.at(place).contains("default")) << place;
+    }
 }
 
 TEST(ParamsFactory, HidesTheRememberedDefaults) {

@@ -77,8 +77,9 @@ TEST_F(PickCommand, PlacesOutsideNameTheRange) {
 }
 
 TEST_F(PickCommand, PlacesOfWrongFormAreRefused) {
-    for (const char* place : {"3", "3,", ",4", "a,b", "-1,0", "1,-1", "1,2,3", "1.5,2", ""})
+    for (const char* place : {"3", "3,", ",4", "a,b", "-1,0", "1,-1", "1,2,3", "1.5,2", ""}) {
         expectFailure({"pick", "in.png", place}, 2, {"two whole numbers", place});
+    }
     expectFailure({"pick", "in.png"}, 2, {"PIXEL"});
     expectFailure({"pick", "in.png", "1,1", "--alpha", "strait"}, 2, {"strait"});
 }

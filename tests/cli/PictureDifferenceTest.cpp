@@ -47,8 +47,9 @@ TEST(PictureDifference, WholeNumbersOfOneFractionAreTheSame) {
         all16[v] = static_cast<uint16_t>(v * 257);
     }
     EXPECT_EQ(difference(bytes(all8), words(all16)).pixels, 0U);
-    for (uint16_t& value : all16)
+    for (uint16_t& value : all16) {
         value ^= 1;
+    }
     EXPECT_EQ(difference(bytes(all8), words(all16)).pixels, 256U);
 }
 
@@ -93,8 +94,9 @@ TEST(PixelValues, TextsReadBackAsTheSameSample) {
     const Picture picture =
         floats({0.1F, -0.0F, 1e-45F, 3.4028235e38F, -kInfinity, std::bit_cast<float>(0xffc12345U)});
     const std::vector<std::string> texts = {"0.1", "-0", "1e-45", "3.4028235e+38", "-inf", "nan(0xffc12345)"};
-    for (std::size_t i = 0; i < texts.size(); ++i)
+    for (std::size_t i = 0; i < texts.size(); ++i) {
         EXPECT_EQ(sampleText(picture, i), texts[i]);
+    }
     EXPECT_EQ(sampleText(words({0x2e66}, SampleType::kHalf), 0), "0.099975586");
     EXPECT_EQ(sampleText(words({0x7e01}, SampleType::kHalf), 0), "nan(0x7e01)");
     EXPECT_EQ(sampleText(words({65535}), 0), "65535");

@@ -31,9 +31,10 @@ Picture pictureOf(const Kind& kind, Channels channels, uint32_t width = 37, uint
     if (isFloat(kind.type)) {
         std::mt19937 random(2);
         std::vector<double> values = valuesOf(picture);
-        for (std::size_t i = 0; i < values.size(); ++i)
+        for (std::size_t i = 0; i < values.size(); ++i) {
             values[i] =
                 i % 5 == 4 ? static_cast<double>(i % 2) : static_cast<double>(random() % 4096) / 1024.0 - 1.0;
+        }
         picture = pictureWith(kind.type, channels, width, values);
     }
     picture.alphaKind = usualAlphaKind(kind.format);
@@ -154,9 +155,10 @@ TEST_F(WrongTga, EndsTheCommandAtEveryByteOfItsHeader) {
     const std::vector<uint8_t> bytes =
         encodePicture(FileFormat::kTga, randomPicture(SampleType::kUint8, Channels::kRgb, 3, 2, 1));
     expectFailure({}, "empty");
-    for (std::size_t count = 1; count < 24; ++count)
+    for (std::size_t count = 1; count < 24; ++count) {
         expectFailure({bytes.begin(), bytes.begin() + static_cast<std::ptrdiff_t>(count)},
                       count < 18 ? "not a TGA file" : "cut short");
+    }
 }
 
 TEST_F(WrongTga, NamesASizeThatCannotBe) {
@@ -168,8 +170,9 @@ TEST_F(WrongTga, NamesASizeThatCannotBe) {
 #ifndef KOVALUNE_SANITIZED // the sanitizers need their address space for themselves
 TEST_F(WrongTga, TakesNoMemoryForASizeThatItsFileCannotHold) {
     setting_.mostMemoryBytes = std::size_t{256} << 20;
-    for (const int type : {2, 10})
+    for (const int type : {2, 10}) {
         expectFailure(tgaHeaderBytes(type, 25000, 25000), "cut short: 25000 x 25000 pixels");
+    }
 }
 #endif
 

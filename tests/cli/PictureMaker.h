@@ -19,8 +19,9 @@ Picture pictureOfSamples(uint32_t width, uint32_t height, Channels channels, Sam
     picture.channels = channels;
     picture.sampleType = type;
     picture.samples = std::vector<uint8_t>(picture.byteCount());
-    for (std::size_t i = 0; i < samples.size(); ++i)
+    for (std::size_t i = 0; i < samples.size(); ++i) {
         picture.setSample(i, samples[i]);
+    }
     return picture;
 }
 

@@ -33,8 +33,9 @@ struct Source {
 
 void takeFrom(png_structp png, png_bytep target, std::size_t count) {
     auto* source = static_cast<Source*>(png_get_io_ptr(png));
-    if (count > source->bytes.size() - source->place)
+    if (count > source->bytes.size() - source->place) {
         png_error(png, "too short");
+    }
     std::memcpy(target, source->bytes.data() + source->place, count);
     source->place += count;
 }
@@ -47,8 +48,9 @@ void writeChunk(png_structp png, const std::string& name, const std::vector<uint
 
 std::vector<png_bytep> rowsOf(PngPicture& picture) {
     std::vector<png_bytep> rows;
-    for (uint32_t y = 0; y < picture.height; ++y)
+    for (uint32_t y = 0; y < picture.height; ++y) {
         rows.push_back(picture.rows.data() + y * picture.rowBytes());
+    }
     return rows;
 }
 
@@ -85,8 +87,9 @@ std::size_t PngPicture::rowBytes() const {
 
 uint16_t PngPicture::sample(uint32_t y, std::size_t index) const {
     const uint8_t* const row = rows.data() + y * rowBytes();
-    if (depth == 16)
+    if (depth == 16) {
         return static_cast<uint16_t>(row[2 * index] << 8 | row[2 * index + 1]);
+    }
     const auto bits = static_cast<std::size_t>(depth);
     const std::size_t firstBit = index * bits;
     const std::size_t shift = 8 - bits - firstBit % 8;
@@ -106,8 +109,9 @@ PngPicture blankPng(PngColor color, int depth, uint32_t width, uint32_t height) 
 PngPicture randomPng(PngColor color, int depth, uint32_t width, uint32_t height, uint32_t seed) {
     PngPicture picture = blankPng(color, depth, width, height);
     std::mt19937 random(seed);
-    for (uint8_t& byte : picture.rows)
+    for (uint8_t& byte : picture.rows) {
         byte = static_cast<uint8_t>(random() >> 24);
+    }
     return picture;
 }
 
@@ -122,16 +126,19 @@ void writePng(const std::filesystem::path& file, const PngPicture& picture) {
                  PNG_FILTER_TYPE_DEFAULT);
     if (!picture.palette.empty()) {
         std::vector<png_color> colors;
-        for (std::size_t i = 0; i + 2 < picture.palette.size(); i += 3)
+        for (std::size_t i = 0; i + 2 < picture.palette.size(); i += 3) {
             colors.push_back({picture.palette[i], picture.palette[i + 1], picture.palette[i + 2]});
+        }
         png_set_PLTE(png, info, colors.data(), static_cast<int>(colors.size()));
     }
     png_write_info_before_PLTE(png, info);
-    for (const auto& [name, data] : picture.notes)
+    for (const auto& [name, data] : picture.notes) {
         writeChunk(png, name, data);
+    }
     png_write_info(png, info);
-    if (!picture.transparency.empty())
+    if (!picture.transparency.empty()) {
         writeChunk(png, "tRNS", picture.transparency);
+    }
     png_write_image(png, rowsOf(copy).data());
     png_write_end(png, nullptr);
     png_destroy_write_struct(&png, &info);

@@ -24,8 +24,9 @@ uint32_t numberAt(const std::vector<uint8_t>& bytes, std::size_t place) {
 }
 
 void append(std::vector<uint8_t>& bytes, uint32_t number) {
-    for (int shift = 24; shift >= 0; shift -= 8)
+    for (int shift = 24; shift >= 0; shift -= 8) {
         bytes.push_back(static_cast<uint8_t>(number >> shift));
+    }
 }
 
 std::vector<uint8_t> inFile(const Chunk& chunk) {
@@ -57,8 +58,9 @@ std::vector<Chunk> textsOf(const std::filesystem::path& file) {
     for (std::size_t at = kSignatureBytes; at < bytes.size(); at += numberAt(bytes, at) + kChunkBytes) {
         const auto data = bytes.begin() + static_cast<std::ptrdiff_t>(at) + 8;
         const std::string name(data - 4, data);
-        if (name.ends_with("Xt") || name == "iTXt")
+        if (name.ends_with("Xt") || name == "iTXt") {
             texts.push_back({name, {data, data + numberAt(bytes, at)}});
+        }
     }
     return texts;
 }
@@ -102,8 +104,9 @@ TEST_F(PngTexts, AreKeptByteForByteFromPngToPng) {
 
 TEST_F(PngTexts, AreKeptHoweverManyAndLongTheyAre) {
     std::vector<Chunk> many;
-    for (int number = 0; number < 1500; ++number)
+    for (int number = 0; number < 1500; ++number) {
         many.push_back(text("tEXt", "Number\0"s + std::to_string(number)));
+    }
     many.push_back(text("tEXt", "Long\0"s + std::string(9000000, 'x')));
     write({}, many);
     EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
@@ -115,8 +118,9 @@ constexpr int kVeryMany = 200000;
 
 TEST_F(PngTexts, AreKeptInOrderWhereThereAreVeryMany) {
     std::vector<Chunk> before, after;
-    for (int number = 0; number < kVeryMany; ++number)
+    for (int number = 0; number < kVeryMany; ++number) {
         (number % 2 == 0 ? before : after).push_back(text("tEXt", std::to_string(number) + '\0'));
+    }
     write(before, after);
     before.insert(before.end(), after.begin(), after.end());
     EXPECT_TRUE(run({"smooth", "in.png", "-o", "out.png"}).ok());
@@ -163,8 +167,9 @@ TEST_F(PngTexts, AreNamedWhereTheOtherFormatHasNoPlaceForThem) {
 
 TEST_F(PngTexts, AreNamedByTheFirstFewOfMany) {
     std::vector<Chunk> many;
-    for (char letter = 'a'; letter < 'j'; ++letter)
+    for (char letter = 'a'; letter < 'j'; ++letter) {
         many.push_back(text("tEXt", std::string(1, letter) + '\0'));
+    }
     write(many, {});
     EXPECT_EQ(run({"smooth", "in.png", "-o", "out.tga"}).err,
               "kovalune: left out of 'in.png': texts (a, b, c, d, e and 4 more)\n");

@@ -100,8 +100,9 @@ TEST_F(Progress, NamesTheStageAndEndsAtTheLastReport) {
     EXPECT_TRUE(lines.front().starts_with("[#-------------------]   7 %  Base  "))
         << lines.front() << ": one of 7 calls for Base and 7 for Process 1";
     EXPECT_TRUE(lines.back().starts_with("[####################] 100 %  Process 1  ")) << lines.back();
-    for (const std::string& line : lines)
+    for (const std::string& line : lines) {
         EXPECT_NE(line.find(" gone, "), std::string::npos) << line;
+    }
 }
 
 TEST_F(Progress, IsOneBarOverAllViewsOfASheet) {

@@ -55,8 +55,9 @@ protected:
         EXPECT_TRUE(outcome.ok()) << outcome.err;
         std::istringstream notes(outcome.notes);
         std::string told;
-        for (std::string line; std::getline(notes, line);)
+        for (std::string line; std::getline(notes, line);) {
             told += line.find("remembered") == std::string::npos ? "" : line + '\n';
+        }
         return told;
     }
 
@@ -168,8 +169,9 @@ TEST_F(RememberedDefaults, AreToldWithTheirFileWhereTheyCount) {
         {"sheet", "in.png", "-o", "out.png"},
         {"params"},
         {"params", "--json"}};
-    for (const std::vector<std::string>& words : commands)
+    for (const std::vector<std::string>& words : commands) {
         EXPECT_EQ(told(words), "");
+    }
     remember("[Version=1.0]\nBlur Amount=2.5\n");
     for (const std::vector<std::string>& words : commands) {
         EXPECT_EQ(told(words), line) << words.front();

@@ -93,8 +93,9 @@ TEST_F(RenderFormats, NameWhatIsLeftOut) {
     ExrSheet sheet;
     sheet.width = 2;
     sheet.height = 1;
-    for (const char* name : {"B", "G", "R", "Z"})
+    for (const char* name : {"B", "G", "R", "Z"}) {
         sheet.layers.push_back({name, Imf::HALF, halves({0.5F, 0.25F})});
+    }
     writeBytes(folder_ / "a.exr", exrOf(sheet));
     for (const char* command : {"render", "sheet"}) {
         const CommandOutcome outcome = run({command, "a.exr", "-o", "b.exr", "--quiet"});
@@ -127,8 +128,9 @@ TEST_F(RenderFormats, SheetOfHalvesHasHalves) {
     EXPECT_EQ(sheet.sampleType, SampleType::kHalf);
     const Picture source = readPicture(folder_ / "a.exr");
     const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
-    for (std::size_t channel = 0; channel < 3; ++channel)
+    for (std::size_t channel = 0; channel < 3; ++channel) {
         EXPECT_EQ(sheet.sample<uint16_t>(first + channel), source.sample<uint16_t>(channel));
+    }
 }
 
 } // namespace

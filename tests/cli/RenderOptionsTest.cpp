@@ -94,8 +94,9 @@ TEST_F(RenderOptions, DepthIsThatOfTheEffectsWork) {
     const PngPicture floating = render("reds.png", with(kBlurReds, {"--depth", "32"}));
     // Values between those of 8 bits.
     bool between = false;
-    for (std::size_t at = 0; at < deep.rows.size(); at += 2)
+    for (std::size_t at = 0; at < deep.rows.size(); at += 2) {
         between = between || deep.rows[at] != deep.rows[at + 1];
+    }
     EXPECT_TRUE(between);
     EXPECT_FALSE(deep.rows == floating.rows);
 }
@@ -136,10 +137,11 @@ TEST_F(RenderOptions, LegacyIsTheOldRoad) {
 
 TEST_F(RenderOptions, LegacyIsTheSamePictureInEveryDepth) {
     writePng(folder_ / "reds.png", reds(8));
-    for (const char* depth : {"8", "16", "32"})
+    for (const char* depth : {"8", "16", "32"}) {
         EXPECT_TRUE(render("reds.png", with(kBlurReds, {"--legacy", "--depth", depth})).rows ==
                     render("reds.png", with(kBlurReds, {"--depth", depth})).rows)
             << depth;
+    }
 }
 
 TEST_F(RenderOptions, PremultipliedAlphaIsDividedForTheEffectAndMultipliedInTheFile) {
@@ -172,11 +174,13 @@ TEST_F(RenderOptions, QuietChangesNothingElse) {
 
 TEST_F(RenderOptions, OfOtherFormsAreRefused) {
     const std::vector<std::string> words = {"render", "in.png", "-o", "old.png"};
-    for (const char* depth : {"10", "", "08", "-8", "Auto16"})
+    for (const char* depth : {"10", "", "08", "-8", "Auto16"}) {
         expectFailure(with(words, {"--depth", depth}), 2, {"--depth"});
+    }
     for (const char* factor :
-         {"2/1", "0/1", "1/0", "1", "", "1/2/3", "1/2,", "1/2,1/2,1/2", "1/40000", "-1/2"})
+         {"2/1", "0/1", "1/0", "1", "", "1/2/3", "1/2,", "1/2,1/2,1/2", "1/40000", "-1/2"}) {
         expectFailure(with(words, {"--downsample", factor}), 2, {"--downsample"});
+    }
     expectFailure(with(words, {"--alpha", "both"}), 2, {"--alpha", "both"});
     expectFailure({"render", "in.png", "--print-params"}, 2, {"--output"});
     expectFailure({"render", "-o", "old.png", "--print-params"}, 2, {"INPUT"});

@@ -26,8 +26,9 @@ PngPicture drawing(PngColor color = PngColor::kRgb) {
             const std::vector<uint8_t> rgb =
                 inside ? std::vector<uint8_t>{red, 30, 30} : std::vector<uint8_t>{0, 160, 0};
             picture.rows.insert(picture.rows.end(), rgb.begin(), rgb.end());
-            if (color == PngColor::kRgbAlpha)
+            if (color == PngColor::kRgbAlpha) {
                 picture.rows.push_back(255);
+            }
         }
     }
     return picture;
@@ -59,8 +60,9 @@ TEST_F(Render, BlursTheRegionAndLeavesTheRest) {
     const PngPicture after = render({});
     EXPECT_EQ(after.color, PngColor::kRgb);
     EXPECT_FALSE(after.rows == before.rows);
-    for (uint32_t x = 0; x < 3 * kWidth; ++x)
+    for (uint32_t x = 0; x < 3 * kWidth; ++x) {
         ASSERT_EQ(after.sample(2, x), before.sample(2, x)) << x;
+    }
     // In the middle, at 22 and 26 across, the two reds have come nearer to each other.
     const auto [least, most] = std::minmax({after.sample(20, 66), after.sample(20, 78)});
     EXPECT_GT(least, 200);
@@ -82,8 +84,9 @@ TEST_F(Render, FindsAPlugInFileOfTheCurrentFolder) {
 
 TEST_F(Render, IsTheSameForEveryThreadCount) {
     const PngPicture one = render({"--threads", "1"});
-    for (const char* threads : {"2", "5", "64"})
+    for (const char* threads : {"2", "5", "64"}) {
         EXPECT_TRUE(render({"--threads", threads}).rows == one.rows) << threads;
+    }
 }
 
 // The pixel behind a transparent one comes out by the bands that the picture is divided into.
@@ -134,8 +137,9 @@ TEST_F(Render, ValuesOfTheProcessStagesMayBeSet) {
 
 TEST_F(Render, ReadsNumbersWithAPointWhereTheLocaleHasAComma) {
     const std::string locale = folder_ / "de_DE.UTF-8";
-    if (std::system(("localedef -i de_DE -f UTF-8 '" + locale + "' >/dev/null 2>&1").c_str()) != 0)
+    if (std::system(("localedef -i de_DE -f UTF-8 '" + locale + "' >/dev/null 2>&1").c_str()) != 0) {
         GTEST_SKIP() << "no locale with a decimal comma can be made here";
+    }
     CommandSetting comma;
     comma.environment = {{"LOCPATH", folder_.path()}, {"LC_ALL", "de_DE.UTF-8"}, {"LANG", "de_DE.UTF-8"}};
     EXPECT_TRUE(render({"--set", "Blur Amount=3.5"}, comma).rows ==

@@ -62,8 +62,9 @@ TEST(ReportingDeathTest, EndsByTheSignalThatInterrupted) {
         setrlimit(RLIMIT_CORE, &noCore);
         reporting([signalNumber]() -> ExitCode { throw Interruption(signalNumber); });
     };
-    for (const int signalNumber : kEndingSignals)
+    for (const int signalNumber : kEndingSignals) {
         EXPECT_EXIT(endBy(signalNumber), testing::KilledBySignal(signalNumber), "^kovalune: interrupted\n$");
+    }
 }
 
 // What is ignored is not what interrupted, but nothing may hold up the end.
@@ -81,8 +82,9 @@ TEST(ReportingDeathTest, EndsByTheSignalWhateverItsMeaningHasBecome) {
 TEST(ReportingDeathTest, EndsByTheSignalWhereNobodyReadsTheMessage) {
     const auto endWithBrokenPipe = [] {
         int ends[2];
-        if (pipe(ends) != 0 || close(ends[0]) != 0 || dup2(ends[1], STDERR_FILENO) < 0)
+        if (pipe(ends) != 0 || close(ends[0]) != 0 || dup2(ends[1], STDERR_FILENO) < 0) {
             _exit(1);
+        }
         reporting([]() -> ExitCode { throw Interruption(SIGTERM); });
     };
     EXPECT_EXIT(endWithBrokenPipe(), testing::KilledBySignal(SIGTERM), "");
@@ -108,8 +110,9 @@ TEST(Reporting, OfALongTextOfTheUserTwoEndsAreShown) {
 
 TEST(Reporting, NoCharacterOfALongTextIsCut) {
     std::string text;
-    for (int i = 0; i < 300; ++i)
+    for (int i = 0; i < 300; ++i) {
         text += "ほ";
+    }
     for (const char* const before : {"", "x", "xx"}) {
         const std::string line = shown(before + text + before);
         EXPECT_LE(line.size(), kMostShownBytes + 3);

@@ -92,8 +92,9 @@ PngPicture widened(const PngPicture& picture, int key) {
         for (uint32_t x = 0; x < picture.width; ++x) {
             const int sample = picture.sample(y, x);
             wide.rows.push_back(static_cast<uint8_t>(sample * 255 / white));
-            if (key >= 0)
+            if (key >= 0) {
                 wide.rows.push_back(sample == key ? 0 : 255);
+            }
         }
     }
     return wide;
@@ -135,10 +136,12 @@ protected:
         for (uint32_t y = 0; y < from.height; ++y) {
             for (uint32_t x = 0; x < from.width; ++x) {
                 const std::size_t entry = from.sample(y, x);
-                for (std::size_t channel = 0; channel < 3; ++channel)
+                for (std::size_t channel = 0; channel < 3; ++channel) {
                     to.rows.push_back(from.palette[3 * entry + channel]);
-                if (alpha)
+                }
+                if (alpha) {
                     to.rows.push_back(entry < from.transparency.size() ? from.transparency[entry] : 255);
+                }
             }
         }
         return to;
@@ -169,10 +172,12 @@ PngPicture withKey(PngColor color, int depth) {
     PngPicture picture = randomPng(color, depth, 32, 8, 6);
     const std::size_t pixelBytes = picture.rowBytes() / picture.width;
     for (std::size_t pixel = 0; pixel < 256; pixel += 2) {
-        for (std::size_t i = 0; i < pixelBytes; ++i)
+        for (std::size_t i = 0; i < pixelBytes; ++i) {
             picture.rows[pixel * pixelBytes + i] = picture.rows[i];
-        if (pixel % 4 == 2)
+        }
+        if (pixel % 4 == 2) {
             picture.rows[(pixel + 1) * pixelBytes - 1] ^= 1;
+        }
     }
     for (std::size_t i = 0; i < picture.channels(); ++i) {
         const uint16_t sample = picture.sample(0, i);
@@ -209,17 +214,19 @@ TEST(RoundTrip, ColourUnderFullTransparencyStays) {
     for (const int depth : {8, 16}) {
         PngPicture picture = randomPng(PngColor::kRgbAlpha, depth, 40, 40, 7);
         const std::size_t pixelBytes = depth == 16 ? 8 : 4;
-        for (std::size_t at = pixelBytes; at <= picture.rows.size(); at += 2 * pixelBytes)
+        for (std::size_t at = pixelBytes; at <= picture.rows.size(); at += 2 * pixelBytes) {
             std::fill_n(picture.rows.begin() + static_cast<std::ptrdiff_t>(at - pixelBytes / 4),
                         pixelBytes / 4, uint8_t{0});
+        }
         expectSame(passedThrough(picture), picture);
     }
 }
 
 TEST(RoundTrip, AllValuesOfSixteenBitsStay) {
     PngPicture picture = blankPng(PngColor::kGrey, 16, 256, 256);
-    for (std::size_t i = 0; i < picture.rows.size(); ++i)
+    for (std::size_t i = 0; i < picture.rows.size(); ++i) {
         picture.rows[i] = static_cast<uint8_t>(i % 2 == 0 ? i / 512 : i / 2 % 256);
+    }
     expectSame(passedThrough(picture), picture);
 }
 
@@ -244,8 +251,9 @@ TEST(RoundTrip, APictureOfOnePixelStays) {
 TEST(RoundTrip, WhatTheFileSaysAboutColourAndResolutionStays) {
     PngPicture picture = randomPng(PngColor::kRgb, 8, 5, 4, 9);
     std::vector<uint8_t> chromaticities(32, 0);
-    for (std::size_t i = 0; i < 8; ++i)
+    for (std::size_t i = 0; i < 8; ++i) {
         chromaticities[4 * i + 2] = static_cast<uint8_t>(0x50 + i);
+    }
     picture.notes = {{"cHRM", chromaticities},
                      {"gAMA", {0, 0, 0xff, 0xff}},
                      {"sRGB", {1}},
@@ -258,8 +266,9 @@ TEST(RoundTrip, WhatTheFileSaysAboutColourAndResolutionStays) {
 TEST(RoundTrip, AColourProfileStays) {
     PngPicture picture = randomPng(PngColor::kRgbAlpha, 16, 5, 4, 10);
     std::vector<uint8_t> profile = {'a', 'n', 'y', 0, 0};
-    for (int i = 0; i < 3000; ++i)
+    for (int i = 0; i < 3000; ++i) {
         profile.push_back(static_cast<uint8_t>(i * 7));
+    }
     picture.notes = {{"iCCP", profile}};
     const PngPicture out = passedThrough(picture);
     expectSame(out, picture);

@@ -13,8 +13,9 @@ using Json = nlohmann::json;
 PngPicture stripes() {
     constexpr uint8_t kColors[4][3] = {{200, 0, 0}, {100, 0, 0}, {0, 0, 200}, {90, 90, 90}};
     PngPicture picture = blankPng(PngColor::kRgb, 8, 40, 10);
-    for (std::size_t at = 0; at < picture.rows.size(); ++at)
+    for (std::size_t at = 0; at < picture.rows.size(); ++at) {
         picture.rows[at] = kColors[at / 3 % 40 / 10][at % 3];
+    }
     return picture;
 }
 
@@ -32,8 +33,9 @@ protected:
     CommandOutcome run(const std::string& command,
                        std::initializer_list<std::vector<std::string>> parts) const {
         std::vector<std::string> words = {command, "art.png", "-o", "out.png"};
-        for (const std::vector<std::string>& part : parts)
+        for (const std::vector<std::string>& part : parts) {
             words.insert(words.end(), part.begin(), part.end());
+        }
         CommandSetting setting;
         setting.folder = folder_.path();
         return runCommand(words, setting);
@@ -41,8 +43,9 @@ protected:
 
     Json report(std::initializer_list<std::vector<std::string>> parts) const {
         std::vector<std::string> words = {"--report", "--json"};
-        for (const std::vector<std::string>& part : parts)
+        for (const std::vector<std::string>& part : parts) {
             words.insert(words.end(), part.begin(), part.end());
+        }
         const CommandOutcome outcome = run("render", {words});
         EXPECT_TRUE(outcome.ok()) << outcome.err;
         return Json::parse(outcome.out);

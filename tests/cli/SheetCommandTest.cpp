@@ -45,8 +45,9 @@ protected:
     static std::vector<std::string> labels() {
         std::vector<std::string> names = views();
         for (std::string& name : names) {
-            if (name >= "Process 2")
+            if (name >= "Process 2") {
                 name += " (off)";
+            }
         }
         return names;
     }
@@ -59,8 +60,9 @@ protected:
         line.erase(0, line.find("Normal", line.find("Normal") + 1)); // behind the default
         std::vector<std::string> names;
         std::istringstream list(line);
-        for (std::string name; std::getline(list >> std::ws, name, ',');)
+        for (std::string name; std::getline(list >> std::ws, name, ',');) {
             names.push_back(name);
+        }
         return names;
     }
 
@@ -89,17 +91,19 @@ protected:
 
     static SheetLayout layoutOf(const std::vector<std::string>& names, const PngPicture& picture) {
         int64_t textWidth = 0;
-        for (const std::string& name : labels())
+        for (const std::string& name : labels()) {
             textWidth = std::max(textWidth, textSize(name, 1).width);
+        }
         return sheetLayout(names.size(), picture.width, picture.height, textWidth, 30000);
     }
 };
 
 std::vector<uint16_t> colorAt(const PngPicture& picture, int64_t x, int64_t y) {
     std::vector<uint16_t> color;
-    for (std::size_t channel = 0; channel < 3; ++channel)
+    for (std::size_t channel = 0; channel < 3; ++channel) {
         color.push_back(picture.sample(static_cast<uint32_t>(y),
                                        static_cast<std::size_t>(x) * picture.channels() + channel));
+    }
     return color;
 }
 
@@ -116,8 +120,9 @@ PngPicture art(int depth) {
     for (std::size_t at = 0; at < picture.rows.size(); ++at) {
         const std::size_t x = at / pixelBytes % 100;
         const std::size_t y = at / pixelBytes / 100;
-        if (x < 60)
+        if (x < 60) {
             picture.rows[at] = (x / 4 + y / 4) % 2 == 0 ? 120 : 136;
+        }
     }
     return picture;
 }
@@ -125,8 +130,9 @@ PngPicture art(int depth) {
 /// Bytes as something that sets hold well.
 std::string textOf(const std::vector<uint8_t>& bytes) {
     std::string text;
-    for (const uint8_t byte : bytes)
+    for (const uint8_t byte : bytes) {
         text += static_cast<char>(byte);
+    }
     return text;
 }
 
@@ -143,8 +149,9 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
     EXPECT_EQ(drawn.color, PngColor::kRgb);
     std::set<std::string> different;
     for (std::size_t cell = 0; cell < names.size(); ++cell) {
-        if (names[cell] >= "Process 2")
+        if (names[cell] >= "Process 2") {
             continue; // switched off
+        }
         const PngPicture picture = view("art.png", names[cell], kSettings);
         different.insert(textOf(picture.rows));
         const SheetLayout layout = layoutOf(names, picture);
@@ -174,9 +181,10 @@ TEST_P(SheetOfDepth, LeavesViewsOfStagesThatAreOffEmpty) {
     for (std::size_t cell = 4; cell < views().size(); ++cell) {
         std::set<std::vector<uint16_t>> colors;
         for (int64_t y = 0; y < 40; ++y) {
-            for (int64_t x = 0; x < 100; ++x)
+            for (int64_t x = 0; x < 100; ++x) {
                 colors.insert(
                     colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y));
+            }
         }
         const auto grey = [byte](int level) {
             return std::vector<uint16_t>(3, static_cast<uint16_t>(level * byte));
@@ -217,9 +225,10 @@ TEST_F(Sheet, HasANameAboveEveryView) {
     for (std::size_t cell = 0; cell < names.size(); ++cell) {
         std::vector<uint8_t> line;
         for (int64_t y = 0; y < layout.lineHeight; ++y) {
-            for (int64_t x = 0; x < layout.columnWidth; ++x)
+            for (int64_t x = 0; x < layout.columnWidth; ++x) {
                 line.push_back(
                     static_cast<uint8_t>(colorAt(drawn, layout.left(cell) + x, layout.top(cell) + y)[0]));
+            }
         }
         EXPECT_GT(std::count(line.begin(), line.end(), 240), 10) << names[cell];
         lines.insert(textOf(line));

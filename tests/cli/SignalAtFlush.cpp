@@ -7,7 +7,8 @@ extern "C" __attribute__((visibility("default"))) int fsync(int) {
     static int flushes = 0;
     const char* const signalNumber = std::getenv("TEST_FLUSH_SIGNAL");
     const char* const flush = std::getenv("TEST_FLUSH_NUMBER");
-    if (signalNumber != nullptr && ++flushes == (flush != nullptr ? std::atoi(flush) : 1))
+    if (signalNumber != nullptr && ++flushes == (flush != nullptr ? std::atoi(flush) : 1)) {
         std::raise(std::atoi(signalNumber));
+    }
     return 0;
 }

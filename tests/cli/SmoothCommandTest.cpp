@@ -52,8 +52,9 @@ protected:
         PngPicture picture = blankPng(PngColor::kRgb, 8, 10, 8);
         for (std::size_t y = 0; y < 8; ++y) {
             for (std::size_t x = 0; x < 10; ++x) {
-                for (std::size_t c = 0; c < 3; ++c)
+                for (std::size_t c = 0; c < 3; ++c) {
                     picture.rows[(y * 10 + x) * 3 + c] = isDark(x, y) ? 20 : 255;
+                }
             }
         }
         return picture;
@@ -73,8 +74,9 @@ protected:
     std::vector<int> pixel(const std::string& file, uint32_t x, uint32_t y) const {
         const PngPicture picture = readPngFile(folder_ / file);
         std::vector<int> samples;
-        for (std::size_t c = 0; c < picture.channels(); ++c)
+        for (std::size_t c = 0; c < picture.channels(); ++c) {
             samples.push_back(picture.sample(y, x * picture.channels() + c));
+        }
         return samples;
     }
 };

@@ -24,8 +24,9 @@ std::string readAll(int stream) {
     std::string text;
     std::array<char, 4096> part{};
     // The other side's end is an error of a pseudo-terminal, EIO.
-    for (ssize_t count = 0; (count = read(stream, part.data(), part.size())) > 0;)
+    for (ssize_t count = 0; (count = read(stream, part.data(), part.size())) > 0;) {
         text.append(part.data(), static_cast<std::size_t>(count));
+    }
     return text;
 }
 
@@ -33,13 +34,16 @@ std::string readAll(int stream) {
 std::string onTerminal(const std::string& picture, const Variables& variables) {
     int terminal = -1;
     const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
-    if (child < 0)
+    if (child < 0) {
         throw std::runtime_error("no pseudo-terminal");
+    }
     if (child == 0) {
-        for (const char* name : {"NO_COLOR", "COLORTERM", "TERM"})
+        for (const char* name : {"NO_COLOR", "COLORTERM", "TERM"}) {
             unsetenv(name);
-        for (const auto& [name, value] : variables)
+        }
+        for (const auto& [name, value] : variables) {
             setenv(name.c_str(), value.c_str(), 1);
+        }
         execl(KOVALUNE_COMMAND, KOVALUNE_COMMAND, "colors", picture.c_str(), static_cast<char*>(nullptr));
         _exit(127);
     }

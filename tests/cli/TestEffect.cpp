@@ -65,32 +65,38 @@ PF_Err addParams(PF_InData* in, PF_OutData* out) {
 }
 
 PF_Err setUp(PF_OutData* out) {
-    if (told("throw at setup"))
+    if (told("throw at setup")) {
         throw 7;
-    if (told("setup"))
+    }
+    if (told("setup")) {
         return failWith(out, 512);
-    if (told("empty") || told("old road only"))
+    }
+    if (told("empty") || told("old road only")) {
         out->out_flags2 |= PF_OutFlag2_SUPPORTS_SMART_RENDER;
+    }
     return PF_Err_NONE;
 }
 
 [[noreturn]] void throwNumber(PF_OutData* out) {
-    if (told("throw with message"))
+    if (told("throw with message")) {
         failWith(out, PF_Err_NONE);
+    }
     throw 516L;
 }
 
 void paint(PF_LayerDef* output) {
     auto* bytes = static_cast<unsigned char*>(static_cast<void*>(output->data));
-    for (A_long y = 0; y < output->height; ++y, bytes += output->rowbytes)
+    for (A_long y = 0; y < output->height; ++y, bytes += output->rowbytes) {
         std::memset(bytes, 0x77, static_cast<std::size_t>(output->width) * sizeof(PF_Pixel));
+    }
 }
 
 /// Appears under its name with all that is in it.
 void noteFrame(const PF_InData* in, const PF_LayerDef* output) {
     const char* const name = std::getenv("TEST_EFFECT_FRAME");
-    if (name == nullptr)
+    if (name == nullptr) {
         return;
+    }
     const std::string unfinished = std::string(name) + ".part";
     std::FILE* const file = std::fopen(unfinished.c_str(), "w");
     std::fprintf(file, "%dx%d of %dx%d, %d/%u, %d/%u", output->width, output->height, in->width, in->height,
@@ -116,8 +122,9 @@ void awaitGo() {
 
 PF_Err reportSteps(PF_InData* in) {
     PF_Err err = PF_Err_NONE;
-    for (int step = 0; step < 300 && err == PF_Err_NONE; ++step)
+    for (int step = 0; step < 300 && err == PF_Err_NONE; ++step) {
         err = in->inter.progress(in->effect_ref, (step / 100 + 1) * 25, 100);
+    }
     return err;
 }
 
@@ -132,23 +139,31 @@ PF_Err awaitCancel(PF_InData* in) {
 
 PF_Err render(PF_InData* in, PF_OutData* out, PF_LayerDef* output) {
     noteFrame(in, output);
-    if (told("throw"))
+    if (told("throw")) {
         throw std::runtime_error("thrown by the effect");
-    if (told("throw number") || told("throw with message"))
+    }
+    if (told("throw number") || told("throw with message")) {
         throwNumber(out);
-    if (told("render"))
+    }
+    if (told("render")) {
         return failWith(out, 512);
-    if (told("no memory"))
+    }
+    if (told("no memory")) {
         return failWith(out, 4);
-    if (told("no memory, no words"))
+    }
+    if (told("no memory, no words")) {
         return 4;
-    if (told("cancel"))
+    }
+    if (told("cancel")) {
         return awaitCancel(in);
-    if (told("deaf"))
+    }
+    if (told("deaf")) {
         awaitGo();
+    }
     paint(output);
-    if (told("late failure"))
+    if (told("late failure")) {
         return reportSteps(in) == PF_Err_NONE ? failWith(out, 512) : 5;
+    }
     return told("steps") || told("views") ? reportSteps(in) : PF_Err_NONE;
 }
 

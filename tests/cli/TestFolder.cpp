@@ -10,8 +10,9 @@ namespace kovalune::tests {
 
 TestFolder::TestFolder() {
     std::string name = (std::filesystem::temp_directory_path() / "kovalune-cli-XXXXXX").string();
-    if (mkdtemp(name.data()) == nullptr)
+    if (mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("no folder for the test");
+    }
     path_ = name;
 }
 
@@ -22,26 +23,30 @@ TestFolder::~TestFolder() {
 
 std::vector<std::string> TestFolder::names() const {
     std::vector<std::string> names;
-    for (const auto& entry : std::filesystem::directory_iterator(path_))
+    for (const auto& entry : std::filesystem::directory_iterator(path_)) {
         names.push_back(entry.path().filename().string());
+    }
     std::sort(names.begin(), names.end());
     return names;
 }
 
 std::vector<uint8_t> bytesOf(const std::filesystem::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot read " + file.string());
+    }
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
 }
 
 void writeBytes(const std::filesystem::path& file, const std::vector<uint8_t>& bytes) {
     std::ofstream stream(file, std::ios::binary);
-    for (const uint8_t byte : bytes)
+    for (const uint8_t byte : bytes) {
         stream.put(static_cast<char>(byte));
+    }
     stream.close();
-    if (!stream)
+    if (!stream) {
         throw std::runtime_error("cannot write " + file.string());
+    }
 }
 
 } // namespace kovalune::tests

@@ -81,10 +81,11 @@ TEST_F(UsageError, StandardStreamsAreNoFiles) {
 TEST_F(UsageError, AFolderIsNoPicture) {
     std::filesystem::create_directory(folder_ / "out");
     std::filesystem::create_directory(folder_ / "out.png");
-    for (const std::string name : {"out", "out/", "out.png", "gone/"})
+    for (const std::string name : {"out", "out/", "out.png", "gone/"}) {
         expectFailure({"render", "in.png", "-o", name}, 3,
                       {"cannot write '" + name + "': it is a folder",
                        (std::filesystem::path(name) / "soft.png").string()});
+    }
 }
 
 TEST_F(UsageError, SettingsThatTheShellCut) {
@@ -200,8 +201,9 @@ protected:
         const std::string name(200, 'Z');
         std::filesystem::create_directory(folder_ / name);
         std::string folders;
-        for (int i = 0; i < 8; ++i)
+        for (int i = 0; i < 8; ++i) {
             folders += name + "/../";
+        }
         return folders;
     }
 
@@ -214,10 +216,12 @@ protected:
         ExrSheet sheet;
         sheet.width = 2;
         sheet.height = 1;
-        for (const char letter : letters)
+        for (const char letter : letters) {
             sheet.layers.push_back({std::string(1, letter), Imf::HALF, halves({0.5F, 0.25F})});
-        for (int layer = 0; layer < longLayers; ++layer)
+        }
+        for (int layer = 0; layer < longLayers; ++layer) {
             sheet.layers.push_back({longName(layer), Imf::HALF, halves({0.5F, 0.25F})});
+        }
         return sheet;
     }
 
@@ -252,8 +256,9 @@ TEST_F(LongTexts, OfTheCommandLineAreCut) {
         {"render", "in.png", "-o", longText + '/' + longText + ".png"},
         {"pick", "in.png", longText},
         {"defaults", longText}};
-    for (const std::vector<std::string>& words : commands)
+    for (const std::vector<std::string>& words : commands) {
         EXPECT_NE(exitCodeOfCut(words), 0);
+    }
     expectFailure({"render", "in.png", "-o", "old.png", "--quiet=" + longText}, 2,
                   {"kovalune: --quiet takes no value\n"});
 }
@@ -261,8 +266,9 @@ TEST_F(LongTexts, OfTheCommandLineAreCut) {
 TEST_F(LongTexts, OfPicturesAreCut) {
     const std::string folders = longFolder();
     for (const auto& [name, layers] : std::initializer_list<std::pair<const char*, std::string>>{
-             {"left.exr", "RGB"}, {"some.exr", "R"}, {"none.exr", ""}})
+             {"left.exr", "RGB"}, {"some.exr", "R"}, {"none.exr", ""}}) {
         writeBytes(folder_ / name, exrOf(sheetWith(layers, kMany)));
+    }
     std::vector<ExrSheet> parts;
     for (int part = 0; part < kMany; ++part) {
         parts.push_back(sheetWith("RGB", 0));
@@ -279,10 +285,12 @@ TEST_F(LongTexts, OfPicturesAreCut) {
         picture.notes.push_back({"tEXt", {keyword.begin(), keyword.end()}});
     }
     writePng(folder_ / "texts.png", picture);
-    for (const std::string name : {"left.exr", "parts.exr", "texts.png"})
+    for (const std::string name : {"left.exr", "parts.exr", "texts.png"}) {
         EXPECT_EQ(exitCodeOfCut({"render", folders + name, "-o", "new.tga"}), 0) << name;
-    for (const std::string name : {"some.exr", "none.exr", "damaged.exr"})
+    }
+    for (const std::string name : {"some.exr", "none.exr", "damaged.exr"}) {
         EXPECT_EQ(exitCodeOfCut({"render", folders + name, "-o", "new.tga"}), 3) << name;
+    }
 }
 
 } // namespace

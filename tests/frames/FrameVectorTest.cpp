@@ -113,12 +113,15 @@ TEST_P(FrameVectors, MatchInHostsWhoseRecordsAreLonger) {
     HostOptions options = auditedOptions(frame.iterations());
     options.extraRecordBytes = 32;
     for (const bool older : {false, true}) {
-        if (older)
+        if (older) {
             options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
-        if (older && frame.input.format() == PF_PixelFormat_ARGB128)
+        }
+        if (older && frame.input.format() == PF_PixelFormat_ARGB128) {
             continue; // such hosts have no float worlds
-        for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy})
+        }
+        for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
             renderAndCompare(frame, options, flow);
+        }
     }
 }
 
@@ -144,8 +147,9 @@ TEST(LongerRecords, AreBorneByTheGreyingOfControlsToo) {
         EXPECT_TRUE(session.updateParamsUI().ok());
         EXPECT_TRUE(host.audit().clean()) << host.audit().text();
         std::vector<A_long> flags;
-        for (int index = 0; index < static_cast<int>(session.params().size()); ++index)
+        for (int index = 0; index < static_cast<int>(session.params().size()); ++index) {
             flags.push_back(session.uiFlags(index));
+        }
         return flags;
     };
     EXPECT_EQ(greyed(0), greyed(32));

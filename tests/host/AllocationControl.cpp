@@ -14,8 +14,9 @@ thread_local std::size_t largestRequest = 0;
 void* operator new(std::size_t bytes) {
     largestRequest = std::max(largestRequest, bytes);
     void* memory = memoryRefused ? nullptr : std::malloc(bytes != 0 ? bytes : 1);
-    if (memory == nullptr)
+    if (memory == nullptr) {
         throw std::bad_alloc();
+    }
     return memory;
 }
 

@@ -36,8 +36,9 @@ TEST(Callback, EverySlotOfTheTablesIsFilled) {
 template <class Suite>
 int emptySuiteSlots(const Call& c, const char* name, int32_t version) {
     const Suite* suite = c.acquire<Suite>(name, version);
-    if (suite == nullptr)
+    if (suite == nullptr) {
         return -1;
+    }
     const int empty = emptySlots(suite, suite + 1);
     c.release(name, version);
     return empty;

@@ -24,9 +24,11 @@ struct Inverting {
 
 PF_Err invertRows(void* refcon, A_long, A_long i, A_long iterations) {
     const Inverting& work = *static_cast<Inverting*>(refcon);
-    for (A_long y = i; y < work.to->height; y += iterations)
-        for (A_long x = 0; x < work.to->width * 4; ++x)
+    for (A_long y = i; y < work.to->height; y += iterations) {
+        for (A_long x = 0; x < work.to->width * 4; ++x) {
             worldRow(*work.to, y)[x] = ~worldRow(*work.from, y)[x];
+        }
+    }
     return PF_Err_NONE;
 }
 
@@ -50,9 +52,11 @@ PF_Err invert(Call& c) {
 }
 
 void expectInverted(const Image& input, const Image& output) {
-    for (A_long y = 0; y < input.height(); ++y)
-        for (std::size_t x = 0; x < input.rowBytes(); ++x)
+    for (A_long y = 0; y < input.height(); ++y) {
+        for (std::size_t x = 0; x < input.rowBytes(); ++x) {
             ASSERT_EQ(output.row(y)[x], ~input.row(y)[x]);
+        }
+    }
 }
 
 TEST(Concurrency, FramesOfOneSessionRenderAtOnce) {
@@ -61,7 +65,7 @@ TEST(Concurrency, FramesOfOneSessionRenderAtOnce) {
     Session& session = stage.session();
     std::vector<std::thread> threads;
     threads.reserve(4);
-    for (A_long t = 0; t < 4; ++t)
+    for (A_long t = 0; t < 4; ++t) {
         threads.emplace_back([&session, t] {
             const Image input = patterned(PF_PixelFormat_ARGB32, 20 + t, 17);
             for (int frame = 0; frame < 10; ++frame) {
@@ -70,8 +74,10 @@ TEST(Concurrency, FramesOfOneSessionRenderAtOnce) {
                 expectInverted(input, output);
             }
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
 }
 
@@ -81,8 +87,9 @@ TEST(Concurrency, SmartRendersOverlap) {
     std::atomic<int> inside{0};
     stage.script[PF_Cmd_SMART_RENDER] = [&inside](Call&) -> PF_Err {
         ++inside;
-        while (inside < 2)
+        while (inside < 2) {
             std::this_thread::yield();
+        }
         return PF_Err_NONE;
     };
     Session& session = stage.session();
@@ -116,7 +123,7 @@ TEST_P(Serialised, CommandsThatReadParametersNeverOverlap) {
     EffectModule otherModule = EffectModule::linked(scriptedEntry);
     Session otherSession(otherHost, otherModule);
     std::vector<std::thread> threads;
-    for (Session* session : {&stage.session(), &stage.session(), &otherSession})
+    for (Session* session : {&stage.session(), &stage.session(), &otherSession}) {
         threads.emplace_back([session] {
             RenderRequest request;
             request.flow = GetParam();
@@ -125,8 +132,10 @@ TEST_P(Serialised, CommandsThatReadParametersNeverOverlap) {
                 session->render(Image(PF_PixelFormat_ARGB32, 2, 2), output, request);
             }
         });
-    for (std::thread& thread : threads)
+    }
+    for (std::thread& thread : threads) {
         thread.join();
+    }
     EXPECT_FALSE(overlapped);
 }
 
@@ -159,8 +168,9 @@ TEST(Concurrency, ValuesMayChangeWhileFramesRender) {
     };
     Session& session = stage.session();
     std::thread setter([&session] {
-        for (int i = 0; i < 100; ++i)
+        for (int i = 0; i < 100; ++i) {
             session.setValue(1, A_long{5 + i % 2});
+        }
     });
     for (int frame = 0; frame < 50; ++frame) {
         Image output;

@@ -29,8 +29,9 @@ TEST(Fault, TheNthCallOfTheNextOperationFailsOnce) {
     stage.session();
     const Handler three = [](Call& c) -> PF_Err {
         PF_Err sum = 0;
-        for (A_long i = 0; i < 3; ++i)
+        for (A_long i = 0; i < 3; ++i) {
             sum = sum * 1000 + c.in.inter.progress(c.ref(), i, 3);
+        }
         return sum;
     };
     stage.host.armFaults(failing(2, 77));
@@ -50,9 +51,11 @@ TEST(Fault, APlanIsSpentWithItsOperationWhetherItStruckOrNot) {
     stage.host.armFaults(failing(100));
     stage.during([](Call&) -> PF_Err { return PF_Err_NONE; });
     const CommandResult result = stage.during([](Call& c) -> PF_Err {
-        for (A_long i = 0; i < 150; ++i)
-            if (const PF_Err err = c.in.inter.progress(c.ref(), i, 150))
+        for (A_long i = 0; i < 150; ++i) {
+            if (const PF_Err err = c.in.inter.progress(c.ref(), i, 150)) {
                 return err;
+            }
+        }
         return PF_Err_NONE;
     });
     EXPECT_EQ(result.code, PF_Err_NONE);

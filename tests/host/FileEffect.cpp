@@ -13,18 +13,21 @@ extern "C" EXPORTED PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData*, PF_OutData* ou
                                           PF_LayerDef* output, void*) {
     static int calls = 0;
     ++calls;
-    if (cmd == PF_Cmd_GLOBAL_SETUP)
+    if (cmd == PF_Cmd_GLOBAL_SETUP) {
         out_data->my_version = 77;
-    if (cmd == PF_Cmd_PARAMS_SETUP)
+    }
+    if (cmd == PF_Cmd_PARAMS_SETUP) {
         out_data->num_params = 1;
+    }
     if (cmd == PF_Cmd_ABOUT) {
         std::memcpy(out_data->return_msg, "loaded", 7);
         out_data->out_flags = calls;
     }
     if (cmd == PF_Cmd_RENDER) {
         auto* bytes = static_cast<unsigned char*>(static_cast<void*>(output->data));
-        for (A_long y = 0; y < output->height; ++y, bytes += output->rowbytes)
+        for (A_long y = 0; y < output->height; ++y, bytes += output->rowbytes) {
             std::memset(bytes, 0x77, static_cast<std::size_t>(output->width) * sizeof(PF_Pixel));
+        }
     }
     return PF_Err_NONE;
 }

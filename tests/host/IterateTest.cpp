@@ -42,8 +42,9 @@ struct Pairs {
     static PF_Err pass(void* refcon, A_long thread, A_long i, A_long iterations) {
         Pairs& self = *static_cast<Pairs*>(refcon);
         const int pairEnd = (self.arrived.fetch_add(1) / 2 + 1) * 2;
-        while (self.arrived < pairEnd)
+        while (self.arrived < pairEnd) {
             std::this_thread::yield();
+        }
         return Passes::pass(&self.passes, thread, i, iterations);
     }
 };
@@ -105,8 +106,9 @@ TEST(Iterate, TwoThreadsAreInsideAtOnce) {
     const PF_IterateGenericFunc meet = [](void* refcon, A_long, A_long, A_long) -> PF_Err {
         auto& count = *static_cast<std::atomic<int>*>(refcon);
         ++count;
-        while (count < 2)
+        while (count < 2) {
             std::this_thread::yield();
+        }
         return PF_Err_NONE;
     };
     const CommandResult result =
@@ -179,8 +181,9 @@ TEST(Iterate, HostFunctionsWorkInsideAPass) {
     static PF_UtilCallbacks* utils;
     const PF_IterateGenericFunc pass = [](void*, A_long, A_long, A_long) -> PF_Err {
         PF_Handle handle = utils->host_new_handle(8);
-        if (handle == nullptr)
+        if (handle == nullptr) {
             return PF_Err_OUT_OF_MEMORY;
+        }
         ++made;
         utils->host_dispose_handle(handle);
         return PF_Err_NONE;

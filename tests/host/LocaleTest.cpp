@@ -26,10 +26,12 @@ protected:
             "localedef -i de_DE -f UTF-8 '" + folder + "/comma' >/dev/null 2>&1 </dev/null";
         static_cast<void>(std::system(make.c_str()));
         const char* set = std::setlocale(LC_ALL, (folder + "/comma").c_str());
-        if (set == nullptr)
+        if (set == nullptr) {
             set = std::setlocale(LC_ALL, "comma");
-        if (set == nullptr || printed() != "0,5")
+        }
+        if (set == nullptr || printed() != "0,5") {
             GTEST_SKIP() << "no locale with a decimal comma can be made here";
+        }
     }
     void TearDown() override {
         std::setlocale(LC_ALL, "C");

@@ -74,10 +74,12 @@ TEST(MemoryShortage, AThrowingPassOnAHelpersThreadEndsNothing) {
     const PF_IterateGenericFunc pass = [](void* refcon, A_long, A_long, A_long) -> PF_Err {
         Meeting& both = *static_cast<Meeting*>(refcon);
         ++both.inside;
-        while (both.inside < 2)
+        while (both.inside < 2) {
             std::this_thread::yield();
-        if (std::this_thread::get_id() == both.caller)
+        }
+        if (std::this_thread::get_id() == both.caller) {
             return PF_Err_NONE;
+        }
         refuseMemory(true); // of the helper, which ends with its host
         throw 5;
     };

@@ -33,9 +33,10 @@ Seen lookAtWorlds(const HostOptions& options, Image& output) {
         if (outputWorld != nullptr) {
             seen.outputWidth = outputWorld->width;
             seen.outputHeight = outputWorld->height;
-            for (A_long y = 0; y < outputWorld->height; ++y)
+            for (A_long y = 0; y < outputWorld->height; ++y) {
                 std::memset(worldRow(*outputWorld, y), 0x22,
                             static_cast<std::size_t>(outputWorld->width) * 4);
+            }
         }
         return cb.checkin_layer_pixels(c.ref(), 0);
     };

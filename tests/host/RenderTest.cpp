@@ -29,8 +29,9 @@ RenderRequest legacy() {
 PF_Err paintOutput(Call& c) {
     PF_EffectWorld* output = nullptr;
     const PF_Err err = c.smartRender().cb->checkout_output(c.ref(), &output);
-    for (A_long y = 0; err == 0 && y < output->height; ++y)
+    for (A_long y = 0; err == 0 && y < output->height; ++y) {
         std::memset(worldRow(*output, y), 0x11, static_cast<std::size_t>(output->width) * 4);
+    }
     return err;
 }
 
@@ -380,8 +381,9 @@ TEST(SmartRender, TheDeleteFunctionTakesItsTurnWithTheCommands) {
         c.preRender().output->delete_pre_render_data_func = [](void*) {
             std::thread([] {
                 free = module->commandMutex().try_lock();
-                if (free)
+                if (free) {
                     module->commandMutex().unlock();
+                }
             }).join();
         };
         return 1;
@@ -489,8 +491,9 @@ TEST(LegacyRender, NoOtherCommandIsSentAroundIt) {
         return PF_Err_NONE;
     };
     for (const PF_Cmd command : {PF_Cmd_FRAME_SETUP, PF_Cmd_FRAME_SETDOWN, PF_Cmd_SEQUENCE_SETUP,
-                                 PF_Cmd_SEQUENCE_RESETUP, PF_Cmd_SEQUENCE_SETDOWN})
+                                 PF_Cmd_SEQUENCE_RESETUP, PF_Cmd_SEQUENCE_SETDOWN}) {
         stage.script[command] = counting;
+    }
     Image output;
     EXPECT_TRUE(stage.session().render(patterned(PF_PixelFormat_ARGB32, 6, 4), output, legacy()).rendered);
     EXPECT_EQ(others, 0);

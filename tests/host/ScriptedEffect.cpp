@@ -14,8 +14,9 @@ PF_Err addParam(const Call& call, A_long id, const char* name, PF_ParamType type
     def.uu.id = id;
     def.param_type = type;
     std::memcpy(def.name, name, std::strlen(name) + 1);
-    if (fill)
+    if (fill) {
         fill(def);
+    }
     return call.in.inter.add_param(call.ref(), -1, &def);
 }
 
@@ -46,22 +47,25 @@ PF_Err registerParams(Call& call) {
         def.u.sd.value = 5;
         def.u.sd.dephault = 5;
     });
-    if (err == 0)
+    if (err == 0) {
         err = addParam(call, 12, "Amount", PF_Param_FLOAT_SLIDER, [](PF_ParamDef& def) {
             def.u.fs_d.valid_max = 100.0F;
             def.u.fs_d.value = 2.5;
             def.u.fs_d.dephault = 2.5F;
         });
-    if (err == 0)
+    }
+    if (err == 0) {
         err = addParam(call, 13, "Enable", PF_Param_CHECKBOX, [](PF_ParamDef& def) {
             def.u.bd.value = 1;
             def.u.bd.dephault = 1;
         });
-    if (err == 0)
+    }
+    if (err == 0) {
         err = addParam(call, 14, "Colour", PF_Param_COLOR, [](PF_ParamDef& def) {
             def.u.cd.value = {255, 1, 2, 3};
             def.u.cd.dephault = {255, 1, 2, 3};
         });
+    }
     if (err == 0) {
         const std::string choices = "One|Two|Three"; // gone when the host lists them
         err = addParam(call, 15, "View", PF_Param_POPUP, [&choices](PF_ParamDef& def) {
@@ -72,10 +76,12 @@ PF_Err registerParams(Call& call) {
             def.u.pd.u.namesptr = choices.c_str();
         });
     }
-    if (err == 0)
+    if (err == 0) {
         err = addParam(call, 16, "Group", PF_Param_GROUP_START);
-    if (err == 0)
+    }
+    if (err == 0) {
         err = addParam(call, 17, "", PF_Param_GROUP_END);
+    }
     call.out.num_params = 8;
     return err;
 }
@@ -83,8 +89,9 @@ PF_Err registerParams(Call& call) {
 PF_Err askForLayer(Call& call) {
     PF_PreRenderExtra& extra = call.preRender();
     extra.output->pre_render_data = call.utils().host_new_handle(16);
-    if (extra.output->pre_render_data == nullptr)
+    if (extra.output->pre_render_data == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
+    }
     PF_CheckoutResult result{};
     const PF_Err err =
         extra.cb->checkout_layer(call.ref(), 0, 0, &extra.input->output_request, call.in.current_time,
@@ -99,12 +106,15 @@ PF_Err copyThrough(Call& call) {
     PF_EffectWorld* input = nullptr;
     PF_EffectWorld* output = nullptr;
     PF_Err err = cb.checkout_layer_pixels(call.ref(), 0, &input);
-    if (err == 0)
+    if (err == 0) {
         err = cb.checkout_output(call.ref(), &output);
-    if (err == 0 && input != nullptr && output != nullptr)
+    }
+    if (err == 0 && input != nullptr && output != nullptr) {
         err = call.utils().copy(call.ref(), input, output, nullptr, nullptr);
-    if (err == 0)
+    }
+    if (err == 0) {
         err = cb.checkin_layer_pixels(call.ref(), 0);
+    }
     return err;
 }
 
@@ -123,8 +133,9 @@ Stage::Stage(HostOptions options) : host(std::move(options)) {
 }
 
 Session& Stage::session() {
-    if (!session_)
+    if (!session_) {
         session_ = std::make_unique<Session>(host, module);
+    }
     return *session_;
 }
 
@@ -144,8 +155,9 @@ Image patterned(PF_PixelFormat format, A_long width, A_long height) {
                 image.at<PF_PixelFloat>(x, y) = {value, value / 2, value / 4, value / 8};
             } else {
                 std::byte* pixel = image.row(y) + static_cast<std::size_t>(x) * bytesPerPixel(format);
-                for (std::size_t i = 0; i < bytesPerPixel(format); ++i)
+                for (std::size_t i = 0; i < bytesPerPixel(format); ++i) {
                     pixel[i] = static_cast<std::byte>(step * 7 + i * 31);
+                }
             }
         }
     }

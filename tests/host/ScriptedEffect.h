@@ -37,8 +37,9 @@ struct Call {
     template <class Suite>
     const Suite& need(const char* name, int32_t version) const {
         const Suite* suite = acquire<Suite>(name, version);
-        if (suite == nullptr)
+        if (suite == nullptr) {
             throw std::runtime_error(std::string("no suite ") + name);
+        }
         return *suite;
     }
     void release(const char* name, int32_t version) const { in.pica_basicP->ReleaseSuite(name, version); }

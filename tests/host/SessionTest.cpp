@@ -12,11 +12,12 @@ namespace {
 class CommandLog {
 public:
     explicit CommandLog(Stage& stage) {
-        for (const PF_Cmd command : {PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_GLOBAL_SETDOWN})
+        for (const PF_Cmd command : {PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_GLOBAL_SETDOWN}) {
             stage.script[command] = [this, command](Call&) -> PF_Err {
                 commands.push_back(command);
                 return PF_Err_NONE;
             };
+        }
         stage.script[PF_Cmd_PARAMS_SETUP] = [this](Call& c) -> PF_Err {
             commands.push_back(PF_Cmd_PARAMS_SETUP);
             return registerParams(c);
@@ -125,8 +126,9 @@ PF_Err makeSequence(Call& c, const char* text) {
 
 std::string sequenceText(const Session& session) {
     std::string text;
-    for (const std::byte b : session.sequenceBytes())
+    for (const std::byte b : session.sequenceBytes()) {
         text += static_cast<char>(b);
+    }
     return text;
 }
 

@@ -17,8 +17,9 @@ TEST(Suite, TheSixSuitesAreFound) {
     stage.during([](Call& c) {
         const auto present = [&c](const char* name, int32_t version) {
             const bool found = c.acquire<void*>(name, version) != nullptr;
-            if (found)
+            if (found) {
                 c.release(name, version);
+            }
             return found;
         };
         EXPECT_TRUE(present(kPFWorldSuite, 1));
@@ -43,8 +44,9 @@ TEST(Suite, EveryVersionIsFoundWhereTheHostIsToldSo) {
     stage.during([](Call& c) {
         const auto present = [&c](const char* name, int32_t version) {
             const bool found = c.acquire<void*>(name, version) != nullptr;
-            if (found)
+            if (found) {
                 c.release(name, version);
+            }
             return found;
         };
         for (const int32_t version : {1, 2}) {

@@ -15,8 +15,9 @@ TEST(ThreadPool, RunsEveryPieceOnce) {
     ThreadPool pool;
     std::vector<std::atomic<int>> hits(200);
     pool.run(200, 3, [&](int, int piece) { ++hits[static_cast<std::size_t>(piece)]; });
-    for (const std::atomic<int>& hit : hits)
+    for (const std::atomic<int>& hit : hits) {
         EXPECT_EQ(hit, 1);
+    }
 }
 
 TEST(ThreadPool, WithoutHelpersTheCallerWorksInOrder) {
@@ -39,8 +40,9 @@ TEST(ThreadPool, HelpersAndCallerWorkAtOnceInSlotsOfTheirOwn) {
     std::set<int> slots;
     pool.run(4, 3, [&](int slot, int) {
         ++inside;
-        while (inside < 4)
+        while (inside < 4) {
             std::this_thread::yield();
+        }
         const std::lock_guard lock(mutex);
         slots.insert(slot);
     });
@@ -52,8 +54,9 @@ void startSevenWorkers(ThreadPool& pool) {
     std::atomic<int> inside{0};
     pool.run(8, 7, [&](int, int) {
         ++inside;
-        while (inside < 8)
+        while (inside < 8) {
             std::this_thread::yield();
+        }
     });
 }
 
@@ -87,10 +90,12 @@ TEST(ThreadPool, WhatTheCallersPieceThrowsComesOutAfterTheHelpersHaveLeft) {
     std::atomic<int> left{0};
     const auto work = [&](int slot, int) {
         ++inside;
-        while (inside < 4)
+        while (inside < 4) {
             std::this_thread::yield();
-        if (slot == 0)
+        }
+        if (slot == 0) {
             throw std::runtime_error("the caller's piece");
+        }
         std::this_thread::sleep_for(std::chrono::milliseconds(50));
         ++left;
     };
@@ -113,13 +118,16 @@ TEST(ThreadPool, SeveralCallersShareTheWorkers) {
     std::atomic<int> done{0};
     std::vector<std::thread> callers;
     callers.reserve(3);
-    for (int i = 0; i < 3; ++i)
+    for (int i = 0; i < 3; ++i) {
         callers.emplace_back([&] {
-            for (int round = 0; round < 20; ++round)
+            for (int round = 0; round < 20; ++round) {
                 pool.run(8, 2, [&](int, int) { ++done; });
+            }
         });
-    for (std::thread& caller : callers)
+    }
+    for (std::thread& caller : callers) {
         caller.join();
+    }
     EXPECT_EQ(done, 3 * 20 * 8);
 }
 

@@ -41,9 +41,11 @@ TEST_P(WorldFormats, ANewWorldHasTheFormatSizeAndClearPixelsAskedFor) {
         EXPECT_EQ(world.world_flags, GetParam().flags);
         EXPECT_EQ(world.extent_hint.right, 7);
         EXPECT_EQ(world.extent_hint.bottom, 5);
-        for (A_long y = 0; y < 5; ++y)
-            for (A_long i = 0; i < 7 * GetParam().pixelBytes; ++i)
+        for (A_long y = 0; y < 5; ++y) {
+            for (A_long i = 0; i < 7 * GetParam().pixelBytes; ++i) {
                 EXPECT_EQ(worldRow(world, y)[i], std::byte{0});
+            }
+        }
         PF_PixelFormat format = 0;
         EXPECT_EQ(suite2(c).PF_GetPixelFormat(&world, &format), PF_Err_NONE);
         EXPECT_EQ(format, GetParam().format);
@@ -187,9 +189,11 @@ public:
     explicit Pair(Call& call, A_long width = 4, A_long height = 3) : call_(call) {
         call.utils().new_world(call.ref(), width, height, PF_NewWorldFlag_CLEAR_PIXELS, &from);
         call.utils().new_world(call.ref(), width, height, PF_NewWorldFlag_CLEAR_PIXELS, &to);
-        for (A_long y = 0; y < height; ++y)
-            for (A_long i = 0; i < width * 4; ++i)
+        for (A_long y = 0; y < height; ++y) {
+            for (A_long i = 0; i < width * 4; ++i) {
                 worldRow(from, y)[i] = static_cast<std::byte>(y * 16 + i + 1);
+            }
+        }
     }
     Pair(const Pair&) = delete;
     Pair& operator=(const Pair&) = delete;
@@ -219,8 +223,9 @@ TEST(WorldCopy, NullRectanglesCopyTheWholeWorld) {
     stage.during([&](Call& c) {
         Pair pair(c);
         EXPECT_EQ(c.utils().copy(c.ref(), &pair.from, &pair.to, nullptr, nullptr), PF_Err_NONE);
-        for (A_long y = 0; y < 3; ++y)
+        for (A_long y = 0; y < 3; ++y) {
             EXPECT_EQ(std::memcmp(worldRow(pair.from, y), worldRow(pair.to, y), 16), 0);
+        }
         return PF_Err_NONE;
     });
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
@@ -287,9 +292,11 @@ TEST(WorldFill, NullColourIsTransparentBlack) {
     stage.during([&](Call& c) {
         Pair pair(c);
         EXPECT_EQ(c.utils().fill(c.ref(), nullptr, nullptr, &pair.from), PF_Err_NONE);
-        for (A_long y = 0; y < 3; ++y)
-            for (A_long i = 0; i < 16; ++i)
+        for (A_long y = 0; y < 3; ++y) {
+            for (A_long i = 0; i < 16; ++i) {
                 EXPECT_EQ(worldRow(pair.from, y)[i], std::byte{0});
+            }
+        }
         return PF_Err_NONE;
     });
 }
@@ -316,15 +323,17 @@ TEST(WorldFill, AnEmptyRectangleTakesNothing) {
         Pair pair(c);
         const auto content = [&pair] {
             std::vector<std::byte> bytes;
-            for (A_long y = 0; y < 3; ++y)
+            for (A_long y = 0; y < 3; ++y) {
                 bytes.insert(bytes.end(), worldRow(pair.from, y), worldRow(pair.from, y) + 16);
+            }
             return bytes;
         };
         const std::vector<std::byte> before = content();
         EXPECT_NE(before, std::vector<std::byte>(before.size()));
         for (const PF_Rect& rect :
-             {rectOf(2, 1, 2, 3), rectOf(3, 1, 1, 3), rectOf(0, 2, 4, 1), rectOf(50, 0, 60, 3)})
+             {rectOf(2, 1, 2, 3), rectOf(3, 1, 1, 3), rectOf(0, 2, 4, 1), rectOf(50, 0, 60, 3)}) {
             EXPECT_EQ(c.utils().fill(c.ref(), nullptr, &rect, &pair.from), PF_Err_NONE);
+        }
         EXPECT_EQ(content(), before);
         return PF_Err_NONE;
     });

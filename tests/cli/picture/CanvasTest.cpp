@@ -19,8 +19,9 @@ std::string drawing(const Canvas& canvas) {
     std::string text;
     for (std::size_t at = 0; at < canvas.picture().samples.size(); at += 3) {
         text += canvas.picture().samples[at] == 0 ? '.' : '#';
-        if ((at / 3 + 1) % canvas.width() == 0)
+        if ((at / 3 + 1) % canvas.width() == 0) {
             text += '\n';
+        }
     }
     return text;
 }
@@ -66,8 +67,9 @@ Picture onePixel(Channels channels, SampleType type, const std::vector<Sample>& 
     picture.channels = channels;
     picture.sampleType = type;
     picture.samples = std::vector<uint8_t>(picture.byteCount());
-    for (std::size_t i = 0; i < samples.size(); ++i)
+    for (std::size_t i = 0; i < samples.size(); ++i) {
         picture.setSample(i, samples[i]);
+    }
     return picture;
 }
 
@@ -123,9 +125,10 @@ TEST(TextDrawing, MagnifiesByWholeNumbers) {
     drawText(small, 0, 0, "Base", kWhite, 1);
     drawText(large, 0, 0, "Base", kWhite, 3);
     for (std::size_t y = 0; y < large.height(); ++y) {
-        for (std::size_t x = 0; x < large.width(); ++x)
+        for (std::size_t x = 0; x < large.width(); ++x) {
             ASSERT_EQ(large.picture().samples[(y * large.width() + x) * 3],
                       small.picture().samples[(y / 3 * small.width() + x / 3) * 3]);
+        }
     }
 }
 

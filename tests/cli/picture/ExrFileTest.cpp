@@ -36,8 +36,9 @@ Imf::PixelType pixelType(SampleType type) {
 std::vector<std::string> namesOf(Channels channels) {
     std::vector<std::string> names =
         isGrey(channels) ? std::vector<std::string>{"Y"} : std::vector<std::string>{"R", "G", "B"};
-    if (hasAlpha(channels))
+    if (hasAlpha(channels)) {
         names.emplace_back("A");
+    }
     return names;
 }
 
@@ -50,8 +51,9 @@ ExrSheet sheetOf(int width, int height) {
 
 void addLayers(ExrSheet& sheet, Channels channels, SampleType type, uint32_t seed) {
     sheet.layers.clear();
-    for (const std::string& name : namesOf(channels))
+    for (const std::string& name : namesOf(channels)) {
         sheet.layers.push_back(randomLayer(name, pixelType(type), sheet, ++seed));
+    }
 }
 
 /// Expects the bits of the layers in the order that the picture has them.
@@ -70,8 +72,9 @@ void expectSamples(const Picture& picture, const std::vector<ExrLayer>& layers) 
 void expectRefused(const std::vector<uint8_t>& bytes, const std::vector<std::string>& parts) {
     const std::string text = refusalOf(decodeExr, bytes);
     EXPECT_NE(text, "");
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         EXPECT_NE(text.find(part), std::string::npos) << text << " lacks " << part;
+    }
 }
 
 void expectSame(const Picture& picture, const Picture& expected) {
@@ -98,8 +101,9 @@ class ExrStorage : public testing::TestWithParam<Storage> {};
 TEST_P(ExrStorage, GivesTheSamplesOfEveryKind) {
     uint32_t seed = 1;
     for (const SampleType type : kTypes) {
-        if (GetParam().compression == Imf::PXR24_COMPRESSION && type == SampleType::kFloat)
+        if (GetParam().compression == Imf::PXR24_COMPRESSION && type == SampleType::kFloat) {
             continue; // cuts floats
+        }
         for (const Channels channels : kAllChannels) {
             ExrSheet sheet = sheetOf(37, 41);
             sheet.compression = GetParam().compression;
@@ -140,12 +144,14 @@ TEST_P(ExrLossy, IsReadNearlyAndWrittenWithoutLoss) {
         ExrSheet sheet = sheetOf(20, 20);
         sheet.compression = GetParam();
         const std::vector<float> values(400, 0.3F);
-        for (const char* const name : {"R", "G", "B", "A"})
+        for (const char* const name : {"R", "G", "B", "A"}) {
             sheet.layers.push_back(
                 {name, pixelType(type), type == SampleType::kHalf ? halves(values) : floats(values)});
+        }
         const Picture picture = decode(exrOf(sheet));
-        for (const double value : valuesOf(picture))
+        for (const double value : valuesOf(picture)) {
             ASSERT_NEAR(value, 0.3, 0.002);
+        }
         const bool isKept = GetParam() == Imf::PXR24_COMPRESSION && type == SampleType::kHalf;
         EXPECT_EQ(picture.notes.size(), isKept ? 1U : 0U);
         const std::vector<uint8_t> bytes = encodeExr(picture);
@@ -214,8 +220,9 @@ TEST(ExrParts, TheFirstWithColoursIsReadAndTheOthersNamed) {
 TEST(ExrRefusal, NamesTheChannels) {
     const auto with = [](const std::vector<std::string>& names, Imf::PixelType type = Imf::HALF) {
         ExrSheet sheet = sheetOf(4, 2);
-        for (const std::string& name : names)
+        for (const std::string& name : names) {
             sheet.layers.push_back(randomLayer(name, type, sheet, 1));
+        }
         return sheet;
     };
     expectRefused(exrOf(with({"R", "B"})), {"no channel G", "its channels are B, R"});
@@ -293,8 +300,9 @@ TEST(ExrSize, MayBeHeldByFewBytesOfFlatColour) {
         for (const Imf::PixelType type : {Imf::HALF, Imf::FLOAT}) {
             ExrSheet sheet = sheetOf(1500, 300);
             sheet.compression = static_cast<Imf::Compression>(compression);
-            for (const char* const name : {"R", "G", "B", "A"})
+            for (const char* const name : {"R", "G", "B", "A"}) {
                 sheet.layers.push_back({name, type, std::vector<uint32_t>(1500 * 300, 0)});
+            }
             const Picture picture = decode(exrOf(sheet));
             EXPECT_EQ(picture.samples.size(), picture.byteCount());
             EXPECT_TRUE(std::all_of(picture.samples.begin(), picture.samples.end(),
@@ -389,8 +397,9 @@ TEST(ExrNotes, AreTheAttributesAndGoThroughUnchanged) {
     addLayers(sheet, Channels::kRgbAlpha, SampleType::kHalf, 1);
     const Picture first = decode(exrOf(sheet));
     std::vector<std::string> names;
-    for (const PictureNote& note : first.notes)
+    for (const PictureNote& note : first.notes) {
         names.push_back(note.name + " " + note.type);
+    }
     std::sort(names.begin(), names.end());
     EXPECT_EQ(names,
               (std::vector<std::string>{
@@ -450,11 +459,13 @@ std::vector<std::vector<uint8_t>> tinyFiles() {
         sheet.tileWidth = sheet.tileHeight = isTiled ? 4 : 0;
         const SampleType type = compression % 2 == 0 ? SampleType::kHalf : SampleType::kFloat;
         const std::vector<float> values(15, 0.5F);
-        for (const char* const name : {"R", "G", "B", "A"})
+        for (const char* const name : {"R", "G", "B", "A"}) {
             sheet.layers.push_back(
                 {name, pixelType(type), type == SampleType::kHalf ? halves(values) : floats(values)});
-        if (compression == Imf::ZIP_COMPRESSION)
+        }
+        if (compression == Imf::ZIP_COMPRESSION) {
             sheet.moreAttributes = addAttributes;
+        }
         files.push_back(exrOf(sheet));
     }
     ExrSheet first = sheetOf(2, 2), second = sheetOf(2, 2);

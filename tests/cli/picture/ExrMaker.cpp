@@ -29,17 +29,20 @@ Imf::Header headerFor(const ExrSheet& sheet) {
     Imf::Header header(window, window);
     header.compression() = sheet.compression;
     header.lineOrder() = sheet.lineOrder;
-    for (const ExrLayer& layer : sheet.layers)
+    for (const ExrLayer& layer : sheet.layers) {
         header.channels().insert(layer.name, Imf::Channel(layer.type, layer.sampling, layer.sampling));
-    if (sheet.tileWidth != 0)
+    }
+    if (sheet.tileWidth != 0) {
         header.setTileDescription(Imf::TileDescription(static_cast<unsigned>(sheet.tileWidth),
                                                        static_cast<unsigned>(sheet.tileHeight)));
+    }
     if (!sheet.name.empty()) {
         header.setName(sheet.name);
         header.setType(sheet.tileWidth != 0 ? Imf::TILEDIMAGE : Imf::SCANLINEIMAGE);
     }
-    if (sheet.moreAttributes)
+    if (sheet.moreAttributes) {
         sheet.moreAttributes(header);
+    }
     return header;
 }
 
@@ -54,8 +57,9 @@ public:
             const auto height = static_cast<std::size_t>(sheet.height) / sampling;
             std::vector<char>& plane = planes_[layer.name];
             plane.resize(width * height * bytes);
-            for (std::size_t i = 0; i < layer.values.size(); ++i)
+            for (std::size_t i = 0; i < layer.values.size(); ++i) {
                 std::memcpy(plane.data() + i * bytes, &layer.values[i], bytes); // low bytes first
+            }
             buffer_.insert(layer.name,
                            Imf::Slice::Make(layer.type, plane.data(), Imath::V2i(sheet.x, sheet.y),
                                             sheet.width, sheet.height, bytes, width * bytes, layer.sampling,
@@ -89,15 +93,17 @@ void writeLines(LineFile& file, const ExrSheet& sheet) {
 ExrLayer randomLayer(const std::string& name, Imf::PixelType type, const ExrSheet& sheet, uint32_t seed) {
     std::mt19937 random(seed);
     ExrLayer layer{name, type, {}};
-    for (int i = 0; i < sheet.width * sheet.height; ++i)
+    for (int i = 0; i < sheet.width * sheet.height; ++i) {
         layer.values.push_back(static_cast<uint32_t>(random()) >> (type == Imf::HALF ? 16 : 0));
+    }
     return layer;
 }
 
 std::vector<uint32_t> halves(const std::vector<float>& values) {
     std::vector<uint32_t> bits;
-    for (const float value : values)
+    for (const float value : values) {
         bits.push_back(Imath::half(value).bits());
+    }
     return bits;
 }
 
@@ -125,8 +131,9 @@ std::vector<uint8_t> exrOf(const std::vector<ExrSheet>& parts) {
     const std::string file = (folder / "made.exr").string();
     {
         std::vector<Imf::Header> headers;
-        for (const ExrSheet& part : parts)
+        for (const ExrSheet& part : parts) {
             headers.push_back(headerFor(part));
+        }
         Imf::MultiPartOutputFile output(file.c_str(), headers.data(), static_cast<int>(headers.size()), false,
                                         0);
         for (std::size_t i = 0; i < parts.size(); ++i) {
@@ -158,10 +165,11 @@ std::vector<uint8_t> deepExr(int width, int height) {
         Imf::DeepFrameBuffer buffer;
         buffer.insertSampleCountSlice(Imf::Slice(Imf::UINT, reinterpret_cast<char*>(counts.data()),
                                                  sizeof(unsigned), sizeof(unsigned) * stride));
-        for (const char* const name : {"R", "Z"})
+        for (const char* const name : {"R", "Z"}) {
             buffer.insert(name, Imf::DeepSlice(*name == 'R' ? Imf::HALF : Imf::FLOAT,
                                                reinterpret_cast<char*>(samples.data()), sizeof(float*),
                                                sizeof(float*) * stride, sizeof(float)));
+        }
         Imf::DeepScanLineOutputFile output(file.c_str(), header, 0);
         output.setFrameBuffer(buffer);
         output.writePixels(height);
@@ -173,8 +181,9 @@ std::size_t valuePlace(const std::vector<uint8_t>& file, const std::string& name
     const std::string key = name + '\0' + type + '\0';
     const auto found = std::search(file.begin(), file.end(), key.begin(), key.end(),
                                    [](uint8_t a, char b) { return a == static_cast<uint8_t>(b); });
-    if (found == file.end())
+    if (found == file.end()) {
         throw std::runtime_error("no attribute " + name);
+    }
     return static_cast<std::size_t>(found - file.begin()) + key.size() + 4;
 }
 

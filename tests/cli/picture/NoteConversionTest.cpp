@@ -49,15 +49,17 @@ const Bytes kPngSize = {0, 0, 0x0b, 0x13, 0, 0, 0x16, 0x26, 1};
 
 Bytes anyProfile() {
     Bytes profile(3000);
-    for (std::size_t i = 0; i < profile.size(); ++i)
+    for (std::size_t i = 0; i < profile.size(); ++i) {
         profile[i] = static_cast<uint8_t>(i * i / 7);
+    }
     return profile;
 }
 
 TEST(NoteConversion, TheSameFormatKeepsItsNotesByteForByte) {
     const std::vector<PictureNote> notes = {{"any", "thing", {1, 2}}, pngSize({9})};
-    for (const FileFormat format : kAll)
+    for (const FileFormat format : kAll) {
         EXPECT_EQ(notesFor(format, noted(format, notes)), notes);
+    }
 }
 
 TEST(NoteConversion, WhatOneFormatAloneHasIsLeftOut) {
@@ -81,8 +83,9 @@ TEST(NoteConversion, PixelsAMetreBecomeFractionsACentimetreAndComeBack) {
 TEST(NoteConversion, EveryResolutionOfAPngComesBackFromATiff) {
     for (uint32_t value : {1U, 2U, 99U, 11811U, 3937008U, 0x7fffffffU}) {
         Bytes bytes = kPngSize;
-        for (uint32_t i = 0; i < 4; ++i)
+        for (uint32_t i = 0; i < 4; ++i) {
             bytes[i] = static_cast<uint8_t>(value >> (24 - 8 * i));
+        }
         const auto tiff = notesFor(FileFormat::kTiff, noted(FileFormat::kPng, {pngSize(bytes)}));
         EXPECT_EQ(notesFor(FileFormat::kPng, noted(FileFormat::kTiff, tiff)), std::vector{pngSize(bytes)})
             << value;

@@ -158,12 +158,14 @@ TEST(PictureConversion, StraightFloatsAreTheHostsToTheBit) {
     std::vector<uint32_t> bits = {0x80000000U, 0x7f800000U, 0xff800000U, 0x7fc12345U,
                                   0x7f812345U, 0xffc00001U, 0x00000001U, 0x3f800001U};
     Picture source = pictureWith(SampleType::kFloat, Channels::kGrey, 8, {});
-    for (std::size_t i = 0; i < bits.size(); ++i)
+    for (std::size_t i = 0; i < bits.size(); ++i) {
         source.setSample(i, bits[i]);
+    }
     const Image image = imageIn(source);
-    for (A_long x = 0; x < 8; ++x)
+    for (A_long x = 0; x < 8; ++x) {
         EXPECT_EQ(std::bit_cast<uint32_t>(image.at<PF_PixelFloat>(x, 0).green),
                   bits[static_cast<std::size_t>(x)]);
+    }
     EXPECT_EQ(pictureOf(image, image, source, formOf(source)).samples, source.samples);
     // What the effect wrote comes out to the bit as well.
     Image result = image;
@@ -172,14 +174,16 @@ TEST(PictureConversion, StraightFloatsAreTheHostsToTheBit) {
         pixel.red = pixel.green = pixel.blue = image.at<PF_PixelFloat>(7 - x, 0).red;
     }
     const Picture out = pictureOf(result, image, source, formOf(source));
-    for (std::size_t i = 0; i < bits.size(); ++i)
+    for (std::size_t i = 0; i < bits.size(); ++i) {
         EXPECT_EQ(out.sample<uint32_t>(i), bits[7 - i]);
+    }
 }
 
 TEST(PictureConversion, EveryHalfGoesInExactlyAndComesBack) {
     Picture source = pictureWith(SampleType::kHalf, Channels::kGrey, 65536, {});
-    for (std::size_t i = 0; i < 65536; ++i)
+    for (std::size_t i = 0; i < 65536; ++i) {
         source.setSample(i, static_cast<uint16_t>(i));
+    }
     const Image image = imageIn(source);
     EXPECT_EQ(red(image, 0x3c00), 1.0);
     EXPECT_EQ(red(image, 0x0001), std::ldexp(1.0, -24));
@@ -224,8 +228,9 @@ TEST(PictureConversion, FloatsBecomeTheNearestWholeNumbersFromBlackToWhite) {
 
 TEST(PictureConversion, EveryPremultipliedColourIsDividedByItsAlpha) {
     Picture source = pictureWith(SampleType::kUint8, Channels::kGreyAlpha, 65536, {});
-    for (std::size_t i = 0; i < 131072; ++i)
+    for (std::size_t i = 0; i < 131072; ++i) {
         source.samples[i] = static_cast<uint8_t>(i % 2 == 0 ? i / 512 : i / 2);
+    }
     source.alphaKind = AlphaKind::kPremultiplied;
     const Image in8 = imageOf(source, PF_PixelFormat_ARGB32);
     const Image in16 = imageOf(source, PF_PixelFormat_ARGB64);
@@ -325,8 +330,9 @@ TEST(PictureConversion, WhatTheEffectLeftComesFromTheFileInAnotherTypeToo) {
     const Picture source = pictureWith(SampleType::kUint16, Channels::kGrey, 65536, countedValues(65536));
     const Image image = imageOf(source, PF_PixelFormat_ARGB32);
     const Picture out = pictureOf(image, image, source, {SampleType::kFloat, AlphaKind::kStraight});
-    for (std::size_t i = 0; i < 65536; ++i)
+    for (std::size_t i = 0; i < 65536; ++i) {
         ASSERT_EQ(out.sample<float>(i), static_cast<float>(static_cast<double>(i) / 65535.0));
+    }
 }
 
 TEST(PictureConversion, AlphaIsAddedOnlyWhereTheResultNeedsIt) {

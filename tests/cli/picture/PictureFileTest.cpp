@@ -49,17 +49,20 @@ TEST(PictureFile, TheEndOfANameTellsItsFormatWithoutCase) {
     EXPECT_EQ(formatOfName("b.Tiff"), FileFormat::kTiff);
     EXPECT_EQ(formatOfName("b.exr"), FileFormat::kExr);
     EXPECT_EQ(formatOfName("絵 1.TGA"), FileFormat::kTga);
-    for (const char* other : {"png", ".png", "a.jpg", "a.png/b", "a.pn", "", "a."})
+    for (const char* other : {"png", ".png", "a.jpg", "a.png/b", "a.pn", "", "a."}) {
         EXPECT_FALSE(formatOfName(other)) << other;
+    }
 }
 
 TEST(PictureFile, AnOutputNeedsANameThatTellsAFormat) {
     const TestFolder folder;
-    for (const FileFormat format : kAll)
+    for (const FileFormat format : kAll) {
         EXPECT_EQ(checkedOutputFormat(folder / ("new" + endOf(format))), format);
+    }
     const std::string text = failureOf([&] { checkedOutputFormat(folder / "new.jpg"); });
-    for (const char* part : {"new.jpg'", ".png", ".tif", ".tiff", ".exr", ".tga"})
+    for (const char* part : {"new.jpg'", ".png", ".tif", ".tiff", ".exr", ".tga"}) {
         EXPECT_NE(text.find(part), std::string::npos) << text;
+    }
     EXPECT_TRUE(folder.names().empty());
 }
 
@@ -70,8 +73,9 @@ TEST(PictureFile, EveryFormatHasANearestTypeForEverySample) {
                                        {kHalf, kFloat, kHalf, kFloat},
                                        {kUint8, kUint8, kUint8, kUint8}};
     for (const FileFormat format : kAll) {
-        for (const SampleType type : kTypes)
+        for (const SampleType type : kTypes) {
             EXPECT_EQ(sampleTypeIn(format, type), expected[static_cast<int>(format)][static_cast<int>(type)]);
+        }
         EXPECT_EQ(usualAlphaKind(format),
                   format == FileFormat::kExr ? AlphaKind::kPremultiplied : AlphaKind::kStraight);
     }
@@ -81,8 +85,9 @@ class EachFormat : public testing::TestWithParam<FileFormat> {};
 
 TEST_P(EachFormat, KeepsEverySampleOfEveryTypeAndKindOfPicture) {
     for (const SampleType type : kTypes) {
-        if (sampleTypeIn(GetParam(), type) != type)
+        if (sampleTypeIn(GetParam(), type) != type) {
             continue;
+        }
         for (const Channels channels :
              {Channels::kGrey, Channels::kGreyAlpha, Channels::kRgb, Channels::kRgbAlpha}) {
             Picture picture = randomPicture(type, channels, 33, 17, 3);
@@ -113,8 +118,9 @@ TEST_P(EachFormat, IsReadUnderItsNameAndUnderOneThatTellsNothing) {
 TEST_P(EachFormat, IsRefusedUnderTheNameOfAnother) {
     const TestFolder folder;
     for (const FileFormat other : kAll) {
-        if (other == GetParam())
+        if (other == GetParam()) {
             continue;
+        }
         const std::filesystem::path file = folder / ("wrong" + endOf(other));
         writeBytes(file, fileOf(GetParam()));
         const std::string text = failureOf([&] { readPicture(file); });
@@ -147,8 +153,9 @@ INSTANTIATE_TEST_SUITE_P(PictureFile, EachFormat, testing::ValuesIn(kAll));
 
 TEST(PictureFile, AnUnknownKindNamesThoseThatAreKnown) {
     const std::string text = failureOf([] { readPicture("/dev/zero"); });
-    for (const FileFormat format : kAll)
+    for (const FileFormat format : kAll) {
         EXPECT_NE(text.find(formatName(format)), std::string::npos) << text;
+    }
 }
 
 TEST(PictureFile, NotesOfAnotherFormatAreNothingToAFile) {
@@ -157,8 +164,9 @@ TEST(PictureFile, NotesOfAnotherFormatAreNothingToAFile) {
             Picture picture = smallPicture(to);
             picture.format = from;
             picture.notes = {{"nonsense", "7", {1, 2, 3}}};
-            if (from == to)
+            if (from == to) {
                 continue;
+            }
             const Picture again = decodePicture(to, encodePicture(to, picture), "in");
             EXPECT_EQ(again.samples, picture.samples);
             EXPECT_TRUE(std::none_of(again.notes.begin(), again.notes.end(),

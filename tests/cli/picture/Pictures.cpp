@@ -62,26 +62,30 @@ Picture pictureWith(SampleType type, Channels channels, uint32_t width, const st
     const std::size_t rowSamples = width * channelCount(channels);
     const std::size_t rows = std::max<std::size_t>(1, values.size() / rowSamples);
     Picture picture = blank(type, channels, width, static_cast<uint32_t>(rows));
-    for (std::size_t i = 0; i < values.size(); ++i)
+    for (std::size_t i = 0; i < values.size(); ++i) {
         setValue(picture, i, values[i]);
+    }
     return picture;
 }
 
 Picture randomPicture(SampleType type, Channels channels, uint32_t width, uint32_t height, uint32_t seed) {
     Picture picture = blank(type, channels, width, height);
     std::mt19937 random(seed);
-    for (uint8_t& byte : picture.samples)
+    for (uint8_t& byte : picture.samples) {
         byte = static_cast<uint8_t>(random() >> 24);
+    }
     const std::size_t count = channelCount(channels);
-    for (std::size_t pixel = 0; hasAlpha(channels) && pixel < std::size_t{width} * height; pixel += 3)
+    for (std::size_t pixel = 0; hasAlpha(channels) && pixel < std::size_t{width} * height; pixel += 3) {
         setValue(picture, pixel * count + count - 1, pixel % 2 == 0 ? 0.0 : white(type));
+    }
     return picture;
 }
 
 std::vector<double> valuesOf(const Picture& picture) {
     std::vector<double> values(picture.samples.size() / bytesPerSample(picture.sampleType));
-    for (std::size_t i = 0; i < values.size(); ++i)
+    for (std::size_t i = 0; i < values.size(); ++i) {
         values[i] = valueOf(picture, i);
+    }
     return values;
 }
 

@@ -77,8 +77,9 @@ TEST_P(OutAndIn, KeepsEverySample) {
         // Runs of every length, with all that random samples have between them.
         const std::size_t step = channelCount(channels);
         for (std::size_t place = step; place < picture.samples.size(); ++place) {
-            if (picture.samples[place / step / 7] % 3 != 0)
+            if (picture.samples[place / step / 7] % 3 != 0) {
                 picture.samples[place] = picture.samples[place - step];
+            }
         }
         picture.alphaKind = kind;
         picture.format = FileFormat::kTga;
@@ -161,10 +162,11 @@ TEST(TgaFile, APaletteComesOutAsItsColours) {
 TEST(TgaFile, RunsMayGoOverTheEndOfARow) {
     const Picture picture = decoded(tgaFile(runs()));
     ASSERT_EQ(picture.samples.size(), 40U);
-    for (std::size_t i = 0; i < 7; ++i)
+    for (std::size_t i = 0; i < 7; ++i) {
         EXPECT_EQ((Bytes{picture.samples.begin() + 4 * static_cast<std::ptrdiff_t>(i),
                          picture.samples.begin() + 4 * static_cast<std::ptrdiff_t>(i) + 4}),
                   (Bytes{1, 2, 3, 0}));
+    }
     EXPECT_EQ((Bytes{picture.samples.begin() + 28, picture.samples.end()}),
               (Bytes{4, 5, 6, 7, 7, 8, 9, 0, 1, 1, 1, 255}));
 }
@@ -233,8 +235,9 @@ TEST(TgaFile, AnAreaThatIsNotWhereTheFooterSaysIsNone) {
     const std::size_t place = sound.size() - 26;
     for (const uint32_t wrong : {0U, 17U, 0xffffffffU, static_cast<uint32_t>(place - 494)}) {
         Bytes bytes = sound;
-        for (std::size_t i = 0; i < 4; ++i)
+        for (std::size_t i = 0; i < 4; ++i) {
             bytes[place + i] = static_cast<uint8_t>(wrong >> 8 * i);
+        }
         EXPECT_EQ(decoded(bytes).alphaKind, AlphaKind::kStraight) << wrong;
         EXPECT_TRUE(decoded(bytes).notes.empty()) << wrong;
     }
@@ -285,10 +288,12 @@ TEST(TgaFile, AHeaderThatIsWrongIsRefused) {
     expectRefusal(withByte(sound, 1, 1), "not a TGA file");   // a palette of colours
     expectRefusal(withByte(sound, 1, 2), "not a TGA file");   // neither with nor without one
     expectRefusal(withByte(palette, 1, 0), "not a TGA file"); // no palette
-    for (const uint8_t type : Bytes{0, 1, 4, 8, 32, 255})
+    for (const uint8_t type : Bytes{0, 1, 4, 8, 32, 255}) {
         expectRefusal(withByte(sound, 2, type), "not a TGA file");
-    for (const uint8_t depth : Bytes{0, 1, 8, 23, 64})
+    }
+    for (const uint8_t depth : Bytes{0, 1, 8, 23, 64}) {
         expectRefusal(withByte(sound, 16, depth), "not a TGA file");
+    }
     expectRefusal(withByte(sound, 17, 0x60), "not a TGA file"); // rows in another order
     expectRefusal(withByte(palette, 7, 9), "not a TGA file");
     expectRefusal(withByte(palette, 3, 1), "starts at entry 1");

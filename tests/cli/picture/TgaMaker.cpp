@@ -7,8 +7,9 @@ namespace kovalune::tests {
 namespace {
 
 void append(std::vector<uint8_t>& bytes, std::size_t number, int count) {
-    for (int i = 0; i < count; ++i)
+    for (int i = 0; i < count; ++i) {
         bytes.push_back(static_cast<uint8_t>(number >> 8 * i));
+    }
 }
 
 void append(std::vector<uint8_t>& bytes, const std::vector<uint8_t>& more) {

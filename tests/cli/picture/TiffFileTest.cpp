@@ -16,8 +16,9 @@ namespace {
 std::vector<uint32_t> bitsOf(const Picture& picture) {
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     std::vector<uint32_t> bits(picture.samples.size() / bytes);
-    for (std::size_t i = 0; i < bits.size(); ++i)
+    for (std::size_t i = 0; i < bits.size(); ++i) {
         std::memcpy(&bits[i], picture.samples.data() + i * bytes, bytes); // low bytes first
+    }
     return bits;
 }
 
@@ -51,8 +52,9 @@ bool holds(const std::string& text, const std::string& part) {
 void expectRefused(const std::vector<uint8_t>& bytes, const std::vector<std::string>& parts) {
     const std::string text = refusalOf(decodeTiff, bytes);
     EXPECT_NE(text, "");
-    for (const std::string& part : parts)
+    for (const std::string& part : parts) {
         EXPECT_TRUE(holds(text, part)) << text << " lacks " << part;
+    }
 }
 
 void expectSame(const Picture& picture, const Picture& expected) {
@@ -79,8 +81,9 @@ TiffPage randomPage(Channels channels, SampleType type, uint32_t seed) {
     page.format = isFloat(type) ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT;
     page.samples = static_cast<uint16_t>(channelCount(channels));
     page.photometric = isGrey(channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB;
-    if (hasAlpha(channels))
+    if (hasAlpha(channels)) {
         page.extras = {EXTRASAMPLE_UNASSALPHA};
+    }
     fillRandomly(page, seed);
     return page;
 }
@@ -200,8 +203,9 @@ TEST_P(TiffFax, IsRead) {
     fillRandomly(page, 5);
     const Picture picture = decode(tiffOf(page));
     ASSERT_EQ(picture.samples.size(), page.values.size());
-    for (std::size_t i = 0; i < page.values.size(); ++i)
+    for (std::size_t i = 0; i < page.values.size(); ++i) {
         ASSERT_EQ(picture.samples[i], page.values[i] != 0 ? 0 : 255);
+    }
     EXPECT_TRUE(picture.notes.empty());
 }
 
@@ -214,8 +218,9 @@ TEST(TiffPalette, GivesItsColours) {
     // Bytes repeated, bytes in the high half, bytes as they are.
     for (const int factor : {257, 256, 1}) {
         page.palette.clear();
-        for (const int value : {0, 10, 20, 255, 1, 11, 21, 254, 2, 12, 22, 253})
+        for (const int value : {0, 10, 20, 255, 1, 11, 21, 254, 2, 12, 22, 253}) {
             page.palette.push_back(static_cast<uint16_t>(value * factor));
+        }
         const Picture picture = decode(tiffOf(page));
         EXPECT_EQ(picture.channels, Channels::kRgb);
         EXPECT_EQ(picture.sampleType, SampleType::kUint8);
@@ -305,13 +310,15 @@ TEST(TiffJpeg, IsReadAsGreyOrRgb) {
             TIFFSetField(tiff, TIFFTAG_JPEGCOLORMODE, JPEGCOLORMODE_RGB);
         };
         const uint32_t colour[] = {200, 90, 30};
-        for (std::size_t i = 0; i < std::size_t{40} * 35 * each.samples; ++i)
+        for (std::size_t i = 0; i < std::size_t{40} * 35 * each.samples; ++i) {
             page.values.push_back(colour[i % each.samples]);
+        }
         const Picture picture = decode(tiffOf(page));
         EXPECT_EQ(picture.channels, each.samples == 1 ? Channels::kGrey : Channels::kRgb);
         ASSERT_EQ(picture.samples.size(), page.values.size());
-        for (std::size_t i = 0; i < page.values.size(); ++i)
+        for (std::size_t i = 0; i < page.values.size(); ++i) {
             ASSERT_NEAR(picture.samples[i], static_cast<int>(colour[i % each.samples]), 2) << i;
+        }
         EXPECT_TRUE(picture.notes.empty());
     }
 }
@@ -431,8 +438,9 @@ std::vector<Form> allForms() {
     for (const SampleType type : kAllTypes) {
         for (const Channels channels : kAllChannels) {
             forms.push_back({type, channels, AlphaKind::kStraight});
-            if (hasAlpha(channels))
+            if (hasAlpha(channels)) {
                 forms.push_back({type, channels, AlphaKind::kPremultiplied});
+            }
         }
     }
     return forms;
@@ -625,8 +633,9 @@ std::vector<TiffPage> tinyPages() {
         page.mode = compression == COMPRESSION_LZW        ? "wb"
                     : compression == COMPRESSION_PACKBITS ? "wl8"
                                                           : "wl";
-        if (compression == COMPRESSION_ADOBE_DEFLATE)
+        if (compression == COMPRESSION_ADOBE_DEFLATE) {
             page.moreTags = [](TIFF* tiff) { TIFFSetField(tiff, TIFFTAG_PREDICTOR, PREDICTOR_HORIZONTAL); };
+        }
         fillRandomly(page, 8);
         pages.push_back(page);
     }

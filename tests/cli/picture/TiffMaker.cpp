@@ -18,8 +18,9 @@ struct Close {
 using Tiff = std::unique_ptr<TIFF, Close>;
 
 void require(bool holds, const char* what) {
-    if (!holds)
+    if (!holds) {
         throw std::runtime_error(what);
+    }
 }
 
 /// Appends samples to a row: whole ones in this machine's order, others with the highest bit first.
@@ -29,13 +30,15 @@ public:
 
     void add(uint32_t value) {
         if (bits_ % 8 == 0 && bits_ <= 32) {
-            for (unsigned i = 0; i < bits_ / 8; ++i)
+            for (unsigned i = 0; i < bits_ / 8; ++i) {
                 bytes.push_back(static_cast<uint8_t>(value >> 8 * i));
+            }
             return;
         }
         for (unsigned i = 0; i < bits_; ++i) {
-            if (used_ % 8 == 0)
+            if (used_ % 8 == 0) {
                 bytes.push_back(0);
+            }
             const unsigned bit = i < bits_ - std::min(bits_, 32U) ? 0 : value >> (bits_ - 1 - i) & 1;
             bytes.back() = static_cast<uint8_t>(bytes.back() | bit << (7 - used_ % 8));
             ++used_;
@@ -76,8 +79,9 @@ void setTags(TIFF* tiff, const TiffPage& page) {
     TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC, page.photometric);
     TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, page.planar);
     require(TIFFSetField(tiff, TIFFTAG_COMPRESSION, page.compression) != 0, "no such compression");
-    if (!page.extras.empty())
+    if (!page.extras.empty()) {
         TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, static_cast<int>(page.extras.size()), page.extras.data());
+    }
     if (!page.palette.empty()) {
         const std::size_t length = page.palette.size() / 3;
         TIFFSetField(tiff, TIFFTAG_COLORMAP, page.palette.data(), page.palette.data() + length,
@@ -89,8 +93,9 @@ void setTags(TIFF* tiff, const TiffPage& page) {
     } else {
         TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, page.rowsPerStrip);
     }
-    if (page.moreTags)
+    if (page.moreTags) {
         page.moreTags(tiff);
+    }
 }
 
 void writePage(TIFF* tiff, const TiffPage& page) {
@@ -122,8 +127,9 @@ void writePage(TIFF* tiff, const TiffPage& page) {
 void fillRandomly(TiffPage& page, uint32_t seed) {
     std::mt19937 random(seed);
     page.values.resize(std::size_t{page.width} * page.height * page.samples);
-    for (uint32_t& value : page.values)
+    for (uint32_t& value : page.values) {
         value = static_cast<uint32_t>(random()) >> (32 - std::min<unsigned>(page.bits, 32));
+    }
 }
 
 std::vector<uint8_t> tiffOf(const std::vector<TiffPage>& pages) {
@@ -133,8 +139,9 @@ std::vector<uint8_t> tiffOf(const std::vector<TiffPage>& pages) {
     {
         const Tiff tiff(TIFFOpen(file.c_str(), pages.front().mode.c_str()));
         require(tiff != nullptr, "no file made");
-        for (const TiffPage& page : pages)
+        for (const TiffPage& page : pages) {
             writePage(tiff.get(), page);
+        }
     }
     TIFFSetWarningHandler(warn);
     return bytesOf(file);
@@ -151,8 +158,9 @@ std::size_t entryPlace(const std::vector<uint8_t>& file, uint16_t tag) {
     std::memcpy(&count, file.data() + offset, sizeof count);
     for (std::size_t at = offset + 2; count > 0; --count, at += 12) {
         std::memcpy(&found, file.data() + at, sizeof found);
-        if (found == tag)
+        if (found == tag) {
             return at;
+        }
     }
     return 0;
 }
