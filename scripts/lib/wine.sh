@@ -1,9 +1,8 @@
-# Runs what was built for Windows under Wine. Sourced by scripts that stand at the project's root; needs packages.sh.
+# Where the Wine comes from that runs what was built for Windows. Sourced by scripts that stand at the project's root; needs
+# packages.sh to make one ready.
 #
-#   wine_suite 32 build/win32       runs the programs of wine_programs, built there before, and sets wine_passed, wine_failed
-#                                   and wine_skipped; where no Wine can be had it says so and counts one test as skipped, or
-#                                   with CI=true as failed
 #   wine_ready 32                   whether there is a Wine of this width, made if it has to be; else wine_obstacle says why
+#   wine_screen_ready 32            the same for what windows need
 #   in_wine 32 build/win32 COMMAND  runs a command on the system with that Wine: this project and the build folder are in
 #                                   their places there
 #
@@ -14,14 +13,6 @@
 wine32_folder=${XDG_CACHE_HOME:-$HOME/.cache}/kovalune/wine32
 wine_screen_packages="locales fonts-vlgothic fonts-wine xvfb xauth"
 wine32_packages="wine32 $wine_screen_packages"
-
-# Each is a target too. No more of them than say something of Windows: each costs a build. frames_tests compares all
-# pictures, with the code linked in and with the plug-in's file loaded.
-wine_programs="frames_tests faults_tests platform_tests load_tests frame_tests params_tests"
-wine_programs_each="frame_tests params_tests"        # whose tests need a process each
-wine_programs_japanese="platform_tests params_tests" # with names in code page 932, of which a byte may look like '\'
-wine_window_programs="dialog_tests show_dialog" # these need a screen; the targets of wine-dialogs
-wine_seconds=400 # a program may take; up to forty are usual
 
 declare -A wine_obstacles=() # what became of either width when it was first asked for
 declare -A wine_screen_obstacles=()
@@ -148,85 +139,4 @@ in_wine32_folder() {
         chroot "$root" env -i --chdir="$project" PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 "$@" </dev/null &
         wait $!
     ' enter "$wine32_folder" "$PWD" "$@"
-}
-
-wine_suite() {
-    local bits=$1 build=$2 program log runs=()
-    wine_passed=0
-    wine_failed=0
-    wine_skipped=0
-    echo "== Windows, $bits bits, under Wine: run"
-    if ! wine_ready "$bits"; then
-        wine_not_tested "the $bits-bit plug-in for Windows was not run"
-        return
-    fi
-    build=$(realpath "$build")
-    for program in $wine_programs; do
-        case " $wine_programs_japanese " in *" $program "*) runs+=(--japanese) ;; esac
-        case " $wine_programs_each " in *" $program "*) runs+=(--each) ;; esac
-        runs+=("$program" "$wine_seconds")
-    done
-    in_wine "$bits" "$build" "$PWD/scripts/lib/wine-run" "$bits" "$build" "${runs[@]}"
-    case $? in
-    0) ;;
-    130) exit 130 ;;
-    *)
-        echo "FAILED: Wine of $bits bits does not start"
-        wine_failed=1
-        return
-        ;;
-    esac
-    for program in $wine_programs; do
-        wine_count "$build/wine/$program.log"
-    done
-    if ! wine_screen_ready "$bits"; then
-        wine_not_tested "the $bits-bit plug-in's dialog was not shown"
-    elif in_wine "$bits" "$build" "$PWD/scripts/lib/wine-dialogs" "$bits" "$build" tests; then
-        for log in "$build"/wine-dialogs/dialog_tests-*.log; do
-            wine_count "$log"
-        done
-    else
-        echo "FAILED: Wine of $bits bits shows no windows"
-        wine_failed=$((wine_failed + 1))
-    fi
-    echo "Windows, $bits bits: $wine_passed passed, $wine_failed failed, $wine_skipped skipped"
-}
-
-# Says it loudly; with CI=true it is a failure.
-wine_not_tested() {
-    echo "NOT TESTED: $1: $wine_obstacle" >&2
-    if [ "${CI:-}" = true ]; then
-        wine_failed=$((wine_failed + 1))
-    else
-        wine_skipped=$((wine_skipped + 1))
-    fi
-}
-
-# Adds what a program says of its tests. One that ends too early, or with a failure that no test reports, is one more.
-wine_count() {
-    local text ok bad skips
-    text=$(tr -d '\r' <"$1")
-    ok=$(sed -nE 's/^\[  PASSED  \] ([0-9]+) tests?\.$/\1/p' <<<"$text")
-    bad=$(sed -nE 's/^\[  FAILED  \] ([0-9]+) tests?, listed below:$/\1/p' <<<"$text")
-    skips=$(sed -nE 's/^\[  SKIPPED \] ([0-9]+) tests?, listed below:$/\1/p' <<<"$text")
-    if ! grep -aqE '^\[==========\] [1-9][0-9]* tests? from .* ran\.' <<<"$text"; then
-        ok=$(grep -ac '^\[       OK \] ' <<<"$text")
-        bad=$(($(grep -acE '^\[  FAILED  \] .* \([0-9]+ ms\)$' <<<"$text") + 1))
-    elif [ -z "$bad" ] && ! grep -aqx 'exit code 0' <<<"$text"; then
-        bad=1
-    fi
-    if [ -n "$bad" ]; then
-        cat <<<"$text"
-        echo "FAILED: ${1##*/} above"
-    fi
-    # Nothing that these programs test is missing under Wine.
-    if [ "${CI:-}" = true ] && [ -n "$skips" ]; then
-        cat <<<"$text"
-        echo "FAILED: ${1##*/} above skips tests"
-        bad=$((${bad:-0} + skips))
-        skips=
-    fi
-    wine_passed=$((wine_passed + ${ok:-0}))
-    wine_failed=$((wine_failed + ${bad:-0}))
-    wine_skipped=$((wine_skipped + ${skips:-0}))
 }
