@@ -23,7 +23,7 @@ if(CMAKE_SYSTEM_PROCESSOR MATCHES "^(i[3-6]86|x86)$" OR (CMAKE_SIZEOF_VOID_P EQU
    CMAKE_SYSTEM_PROCESSOR MATCHES "^(x86_64|AMD64)$"))
   target_compile_options(kovalune_arithmetic INTERFACE -msse2 -mfpmath=sse -mstackrealign)
 endif()
-# GCC would otherwise mark some template statics as unique in the process, which keeps a plug-in from unloading.
+# GCC would otherwise mark some static variables of templates as unique in the process, which keeps a plug-in from unloading.
 check_cxx_compiler_flag(-fno-gnu-unique KOVALUNE_HAS_NO_GNU_UNIQUE)
 if(KOVALUNE_HAS_NO_GNU_UNIQUE)
   target_compile_options(kovalune_arithmetic INTERFACE -fno-gnu-unique)
@@ -60,9 +60,14 @@ endif()
 
 add_library(kovalune_common INTERFACE)
 target_compile_features(kovalune_common INTERFACE cxx_std_20)
-target_include_directories(kovalune_common INTERFACE ${PROJECT_SOURCE_DIR})
+target_include_directories(kovalune_common INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<INSTALL_INTERFACE:${KOVALUNE_HEADER_FOLDER}>)
 if(KOVALUNE_HOST_LAYOUT STREQUAL "x64")
   target_compile_definitions(kovalune_common INTERFACE KOVALUNE_HOST_LONG_RECTS)
 endif()
+# How the project compiles is no matter of programs that use an installed library.
 target_link_libraries(kovalune_common INTERFACE
-  kovalune_warnings kovalune_arithmetic kovalune_sanitizers kovalune_windows)
+  $<BUILD_INTERFACE:kovalune_warnings> $<BUILD_INTERFACE:kovalune_arithmetic>
+  $<BUILD_INTERFACE:kovalune_sanitizers> $<BUILD_INTERFACE:kovalune_windows>)
+set_target_properties(kovalune_common PROPERTIES EXPORT_NAME common)
+install(TARGETS kovalune_common EXPORT Kovalune COMPONENT development)

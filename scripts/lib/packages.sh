@@ -1,11 +1,14 @@
+# shellcheck shell=bash disable=SC2034
 # Installs Debian packages that are missing, as root or through sudo, and says what it does. Sourced by the scripts.
 
-build_packages="g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libstb-dev nlohmann-json3-dev libcli11-dev"
-room_packages="$build_packages libgtest-dev"
+build_packages=(g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libstb-dev nlohmann-json3-dev libcli11-dev)
+room_packages=("${build_packages[@]}" libgtest-dev)
 # Two thread models: one for what ships, one for the tests.
-windows_packages="g++-mingw-w64-i686-win32 g++-mingw-w64-x86-64-win32 g++-mingw-w64-i686-posix g++-mingw-w64-x86-64-posix"
-test_packages="$build_packages libgtest-dev clang libclang-rt-14-dev clang-format locales binutils
-               $windows_packages googletest zip unzip"
+windows_packages=(g++-mingw-w64-{i686,x86-64}-{win32,posix})
+package_packages=(zip dpkg-dev file)
+lint_packages=(clang-format shellcheck codespell)
+test_packages=("${room_packages[@]}" clang libclang-rt-14-dev locales binutils "${windows_packages[@]}" googletest
+    "${package_packages[@]}" unzip "${lint_packages[@]}" zsh fish)
 
 ensure_packages() {
     local missing=() package

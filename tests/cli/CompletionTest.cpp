@@ -1,12 +1,12 @@
 // The completion for bash: what it offers is what the command takes, file by file and word by word.
 
+#include "tests/cli/CommandHelp.h"
 #include "tests/cli/CommandProcess.h"
 #include "tests/cli/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <regex>
 #include <sstream>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -60,37 +60,17 @@ protected:
     const TestFolder scratch_;
 };
 
-/// Every word of the help that begins with a dash at the start of an option's line.
-Words optionsOf(const Words& command) {
-    Words words = command;
-    words.emplace_back("--help");
-    const std::string help = runCommand(words).out;
-    static const std::regex line(R"((?:^|\n)  (-[^ \n]*))");
-    Words options;
-    for (std::sregex_iterator match(help.begin(), help.end(), line), end; match != end; ++match) {
-        std::istringstream names((*match)[1].str());
-        for (std::string name; std::getline(names, name, ',');) {
-            options.push_back(name);
-        }
-    }
-    std::sort(options.begin(), options.end());
-    return options;
-}
-
-const Words kCommands = {"colors", "compare", "defaults", "help",  "info",
-                         "params", "pick",    "render",   "sheet", "smooth"};
-
 TEST_F(Completion, OffersTheSubCommands) {
-    EXPECT_EQ(offered("kovalune "), kCommands);
+    EXPECT_EQ(offered("kovalune "), subCommands());
     EXPECT_EQ(offered("kovalune p"), (Words{"params", "pick"}));
     EXPECT_EQ(offered("kovalune x"), Words{});
-    EXPECT_EQ(offered("kovalune help "), kCommands);
-    EXPECT_EQ(offered("kovalune -"), optionsOf({}));
+    EXPECT_EQ(offered("kovalune help "), subCommands());
+    EXPECT_EQ(offered("kovalune -"), optionsOf());
 }
 
 TEST_F(Completion, OffersTheOptionsOfEverySubCommandAndNoOther) {
-    for (const std::string& command : kCommands) {
-        const Words options = optionsOf({command});
+    for (const std::string& command : subCommands()) {
+        const Words options = optionsOf(command);
         EXPECT_TRUE(std::binary_search(options.begin(), options.end(), "--help")) << command;
         EXPECT_EQ(offered("kovalune " + command + " -"), options) << command;
     }
