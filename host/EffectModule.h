@@ -29,7 +29,7 @@ public:
     void* systemHandle() const { return library_.get(); } ///< null if linked
 
     /// Taken for every command but PF_Cmd_SMART_RENDER: effects read their parameters unguarded. All modules
-    /// with the same entry point share one, since they share the effect's statics.
+    /// with the same entry point share one, since they share the effect's static variables.
     std::mutex& commandMutex() const { return *commandMutex_; }
 
 private:

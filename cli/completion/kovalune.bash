@@ -4,7 +4,7 @@
 # Splits the line up to the cursor as the shell would. Sets `words`, without their quotes, the last of them the one
 # that is typed, and `quote`, the quote that is still open in it.
 _kovalune_split() {
-    local line=${COMP_LINE:0:COMP_POINT} char word= any= escaped= i
+    local line=${COMP_LINE:0:COMP_POINT} char word='' any='' escaped='' i
     words=()
     quote=
     for ((i = 0; i < ${#line}; i++)); do
@@ -34,7 +34,7 @@ _kovalune_split() {
 
 # The lines of a section of the command's help, without their margin. Takes the section and the sub-command.
 _kovalune_help() {
-    local section=$1 line inside=
+    local section=$1 line inside=''
     shift
     while IFS= read -r line; do
         if [[ $line == "$section:" ]]; then
@@ -147,7 +147,7 @@ _kovalune_value() {
 }
 
 _kovalune() {
-    local program=${1/#~\//$HOME/} words quote sub= subs typed before i
+    local program=${1/#~\//$HOME/} words quote sub='' subs typed before i
     COMPREPLY=()
     _kovalune_split
     typed=${words[-1]}

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # A Wine prefix that lives as long as the script that sources this:
 #   wine_prefix 32|64 FOLDER   makes FOLDER anew, a prefix in FOLDER/prefix, and sets wine to the program that runs others
 #   wine_run SECONDS COMMAND   a command with a limit

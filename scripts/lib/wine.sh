@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Where the Wine comes from that runs what was built for Windows. Sourced by scripts that stand at the project's root; needs
 # packages.sh to make one ready.
 #
@@ -11,8 +12,8 @@
 # what a window in Japanese needs: locale, font and a display in memory.
 
 wine32_folder=${XDG_CACHE_HOME:-$HOME/.cache}/kovalune/wine32
-wine_screen_packages="locales fonts-vlgothic fonts-wine xvfb xauth"
-wine32_packages="wine32 $wine_screen_packages"
+wine_screen_packages=(locales fonts-vlgothic fonts-wine xvfb xauth)
+wine32_packages=(wine32 "${wine_screen_packages[@]}")
 
 declare -A wine_obstacles=() # what became of either width when it was first asked for
 declare -A wine_screen_obstacles=()
@@ -32,8 +33,8 @@ wine_screen_ready() {
     if [ -z "${wine_screen_obstacles[$1]+tried}" ]; then
         wine_obstacle=
         if [ "$1" -eq 64 ] || [ -x /usr/lib/wine/wine ]; then
-            ensure_packages $wine_screen_packages ||
-                wine_obstacle="the packages $wine_screen_packages could not be installed"
+            ensure_packages "${wine_screen_packages[@]}" ||
+                wine_obstacle="the packages ${wine_screen_packages[*]} could not be installed"
         fi
         wine_screen_obstacles[$1]=$wine_obstacle
     fi
@@ -73,7 +74,7 @@ wine32_make_folder() (
     mkdir -p "${wine32_folder%/*}"
     exec {lock}>"$wine32_folder.lock"
     flock "$lock"
-    if [ "$(cat "$wine32_folder/etc/kovalune" 2>/dev/null)" = "$wine32_packages" ]; then
+    if [ "$(cat "$wine32_folder/etc/kovalune" 2>/dev/null)" = "${wine32_packages[*]}" ]; then
         exit 0
     fi
     local log=$wine32_folder.log new=$wine32_folder.new
@@ -102,14 +103,15 @@ wine32_fill_folder() {
     export http_proxy
     # What is mounted in the new system while it is made is seen by these processes alone.
     unshare --mount debootstrap --arch=i386 --variant=minbase \
-        --include="${wine32_packages// /,}" "$release" "$1" "$mirror" &&
+        --include="$(IFS=,; echo "${wine32_packages[*]}")" "$release" "$1" "$mirror" &&
         chroot "$1" localedef -i ja_JP -f UTF-8 ja_JP.UTF-8 &&
         rm -f "$1"/var/cache/apt/archives/*.deb &&
-        echo "$wine32_packages" >"$1/etc/kovalune"
+        echo "${wine32_packages[*]}" >"$1/etc/kovalune"
 }
 
 # The machine's own Debian and where apt takes it from.
 debian_release_and_mirror() {
+    # shellcheck disable=SC2016 # apt puts in the names
     apt-get indextargets --format '$(CODENAME) $(REPO_URI)' 'Created-By: Packages' 'Origin: Debian' 'Label: Debian' \
         'Component: main' | grep -v -m 1 '^[a-z]*-'
 }
@@ -128,6 +130,7 @@ in_wine() {
 # The mounts are in a namespace of the command's own and end with it, and so do all processes: --kill-child ends the
 # first of them when unshare itself is ended, however that happens.
 in_wine32_folder() {
+    # shellcheck disable=SC2016 # a script of its own
     unshare --mount --pid --fork --kill-child bash -c '
         trap "exit 130" INT TERM HUP
         root=$1 project=$2 build=$3
