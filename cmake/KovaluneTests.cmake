@@ -43,9 +43,11 @@ function(kovalune_add_tests program)
     set(arg_TIMEOUT 900)
   endif()
   if(arg_EACH)
-    # A list in a list.
-    string(REPLACE ";" "\\;" labels "${labels}")
-    string(REPLACE ";" "\\;" arg_ENVIRONMENT "${arg_ENVIRONMENT}")
+    # A list does not get through the discovery: one label, one variable. Windows has no use for the others.
+    list(GET labels -1 labels)
+    if(arg_ENVIRONMENT)
+      list(GET arg_ENVIRONMENT -1 arg_ENVIRONMENT)
+    endif()
     gtest_discover_tests(${program} NO_PRETTY_VALUES DISCOVERY_TIMEOUT 240 PROPERTIES
       LABELS "${labels}" ${lock} TIMEOUT ${arg_TIMEOUT} ENVIRONMENT "${arg_ENVIRONMENT}")
     set_target_properties(${program} PROPERTIES KOVALUNE_EACH " each")
