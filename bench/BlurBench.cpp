@@ -39,7 +39,8 @@ void singlePass(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         const GaussKernel kernel =
             makeGaussKernel(static_cast<int32_t>(std::ceil(amount)), amount * amount * 0.125);
-        BlurPassRecord record{&worlds.dst, &worlds.src, kWhole, regionMask(inData, state.range(0)), kernel};
+        const MaskPlane mask = regionMask(inData, state.range(0));
+        BlurPassRecord record{&worlds.dst, &worlds.src, kWhole, mask, kernel};
         for (auto step : state) {
             iterate(inData, record, pass);
         }
@@ -93,8 +94,9 @@ void boundaryPass(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         const GaussKernel kernel =
             makeGaussKernel(static_cast<int32_t>(std::ceil(amount)), amount * amount * 0.125);
-        BoundaryPassRecord record{&worlds.dst,    &worlds.src, kWhole, regionMask(inData, state.range(0)),
-                                  noMask(inData), kernel};
+        const MaskPlane mask = regionMask(inData, state.range(0));
+        const MaskPlane keep = noMask(inData);
+        BoundaryPassRecord record{&worlds.dst, &worlds.src, kWhole, mask, keep, kernel};
         for (auto step : state) {
             iterate(inData, record, pass);
         }

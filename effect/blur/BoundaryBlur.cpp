@@ -84,7 +84,7 @@ struct BoundaryPass {
     static constexpr bool kSkipsIdleRows = kIsRunScan;
     using Sums = BoundarySums<T, !kIsRunScan>;
 
-    static const MaskPlane& mask(const Record& record) { return record.regionMask; }
+    static const MaskView& mask(const Record& record) { return record.regionMask; }
     static BoundaryLine<Pixel> row(const Record& record, int32_t y) {
         return {rowLine<T>(record, record.regionMask, y), record.alphaKeepMask.row(y)};
     }

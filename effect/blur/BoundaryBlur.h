@@ -24,9 +24,9 @@ struct BoundaryPassRecord {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
     FrameRect rect;
-    MaskPlane regionMask;    ///< which pixels are computed and which count; its row and column bytes gate the
-                             ///< lines, but for the rows of a window scan
-    MaskPlane alphaKeepMask; ///< where not 0 a pixel keeps its alpha; only the elements are read
+    MaskView regionMask;    ///< which pixels are computed and which count; its row and column bytes gate the
+                            ///< lines, but for the rows of a window scan
+    MaskView alphaKeepMask; ///< where not 0 a pixel keeps its alpha; only the elements are read
     GaussKernel kernel;
 };
 

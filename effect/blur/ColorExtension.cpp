@@ -47,7 +47,7 @@ PF_Err spreadRows(void* refcon, A_long i, A_long n) {
     auto* const from = objectAt<int32_t>(scratch.memory(), 0);
     for (int32_t y = band.first; y < band.end; ++y) {
         const uint8_t* const seed = record.seedMask.row(y);
-        if (record.limitMask.rowActive[y] == 0 || !holdsAny(seed, width)) {
+        if (!record.limitMask.rowActive(y) || !holdsAny(seed, width)) {
             continue;
         }
         spreadLine({record.limitMask.row(y), seed, width, wholeReach(record.reach)}, record.stopAtGap, from);
@@ -126,7 +126,7 @@ void storeSpread(ExtendRecord& record, const ColumnTile& tile, int32_t left, int
     for (int32_t y = 0; y < height; ++y) {
         auto* const out = rowOf<Format>(*record.spreadWorld, record.rect, y) + left;
         uint16_t* const distances = record.verticalReach.row(y) + left;
-        const bool coreStands = record.limitMask.rowActive[y] != 0;
+        const bool coreStands = record.limitMask.rowActive(y);
         for (int32_t c = 0; c < columns; ++c) {
             const int32_t from = tile.positions(c)[y];
             const bool isCore = tile.seed(c)[y] != 0;
@@ -247,7 +247,7 @@ PF_Err resolveRows(void* refcon, A_long i, A_long n) {
     PassedEntries passed(
         objectAt<PassedEntries::Entry>(scratch.memory(), static_cast<std::ptrdiff_t>(nearestBytes)));
     for (int32_t y = band.first; y < band.end; ++y) {
-        if (record.limitMask.rowActive[y] == 0) {
+        if (!record.limitMask.rowActive(y)) {
             continue;
         }
         const ExtendLine line = {record.limitMask.row(y), record.seedMask.row(y), width, reach};

@@ -19,8 +19,8 @@ struct ExtendRecord {
     PF_EffectWorld* src;
     PF_EffectWorld* spreadWorld; ///< colours where a spread left a distance
     FrameRect rect;
-    MaskPlane limitMask; ///< its row bytes gate the rows of spreadH and resolve
-    MaskPlane seedMask;
+    MaskView limitMask; ///< its row bytes gate the rows of spreadH and resolve
+    MaskView seedMask;
     MaskPlane16 horizontalReach; ///< distance from the core along the row; 0 in the core
     MaskPlane16 verticalReach;   ///< along the column; in the core that of a stretch above it, not 0
     MaskPlane16 nearestInColumn; ///< row of the nearest entry of horizontalReach, or kNoRow

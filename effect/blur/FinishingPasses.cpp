@@ -22,7 +22,7 @@ PF_Err finishPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const Band band = bandOf(record.rect.height(), i, n);
     Step step(record);
     for (int32_t y = band.first; y < band.end; ++y) {
-        if (Step::kSkipsIdleRows && record.mask.rowActive[y] == 0) {
+        if (Step::kSkipsIdleRows && !record.mask.rowActive(y)) {
             continue;
         }
         Pixel* const dst = rowOf<Format>(*record.dst, record.rect, y);
@@ -191,11 +191,11 @@ PF_Err applyBoundaryBias32(PF_InData* inData, PF_EffectWorld* dst, const FrameRe
 }
 
 PF_Err composeOver16(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect) {
-    return finish<Argb16, ComposeOver<Argb16, Mix16>>(inData, {dst, src, rect, MaskPlane()});
+    return finish<Argb16, ComposeOver<Argb16, Mix16>>(inData, {dst, src, rect, {}});
 }
 
 PF_Err composeOver32(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect) {
-    return finish<Argb32, ComposeOver<Argb32, Mix32>>(inData, {dst, src, rect, MaskPlane()});
+    return finish<Argb32, ComposeOver<Argb32, Mix32>>(inData, {dst, src, rect, {}});
 }
 
 } // namespace kovalune

@@ -14,7 +14,7 @@ struct FinishPassRecord {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
     FrameRect rect;
-    MaskPlane mask;
+    MaskView mask;
     double bias = 0.0;
 };
 

@@ -26,7 +26,7 @@ public:
     bool ready() const { return block_.memory() != nullptr; }
 
     /// Copies column `x` of the rectangle and its mask bytes.
-    void gather(const PF_EffectWorld& world, const FrameRect& rect, const MaskPlane& mask, int32_t x) {
+    void gather(const PF_EffectWorld& world, const FrameRect& rect, const MaskView& mask, int32_t x) {
         gatherMask(mask, x);
         Pixel* const out = objectAt<Pixel>(block_.memory(), pixelsAt());
         for (int32_t y = 0; y < height_; ++y) {
@@ -35,7 +35,7 @@ public:
     }
 
     /// The mask bytes alone.
-    void gatherMask(const MaskPlane& mask, int32_t x) {
+    void gatherMask(const MaskView& mask, int32_t x) {
         uint8_t* const out = block_.memory();
         for (int32_t y = 0; y < height_; ++y) {
             out[y] = mask.row(y)[x];

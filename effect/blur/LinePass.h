@@ -30,7 +30,7 @@ inline int32_t reachOf(const GaussKernel& kernel, int32_t lineLength) {
 
 /// Row `y` of what a record reads.
 template <class Traits, class Record>
-Line<typename Traits::Pixel> rowLine(const Record& record, const MaskPlane& mask, int32_t y) {
+Line<typename Traits::Pixel> rowLine(const Record& record, const MaskView& mask, int32_t y) {
     const int32_t width = record.rect.width();
     return {rowOf<Traits>(*record.src, record.rect, y), mask.row(y), width, reachOf(record.kernel, width)};
 }
@@ -60,7 +60,7 @@ PF_Err horizontalPass(void* refcon, A_long i, A_long n) {
     auto& record = *static_cast<typename Blur::Record*>(refcon);
     const Band band = bandOf(record.rect.height(), i, n);
     for (int32_t y = band.first; y < band.end; ++y) {
-        if (Blur::kSkipsIdleRows && Blur::mask(record).rowActive[y] == 0) {
+        if (Blur::kSkipsIdleRows && !Blur::mask(record).rowActive(y)) {
             continue;
         }
         auto* const dst = rowOf<typename Blur::Traits>(*record.dst, record.rect, y);
@@ -83,7 +83,7 @@ PF_Err verticalPass(void* refcon, A_long i, A_long n) {
         return PF_Err_OUT_OF_MEMORY;
     }
     for (int32_t x = band.first; x < band.end; ++x) {
-        if (Blur::mask(record).colActive[x] == 0) {
+        if (!Blur::mask(record).colActive(x)) {
             continue;
         }
         Blur::blur(

@@ -75,7 +75,7 @@ struct RegionPass {
     using PixelLine = Line<typename T::Pixel>;
     static constexpr bool kSkipsIdleRows = true;
 
-    static const MaskPlane& mask(const Record& record) { return record.mask; }
+    static const MaskView& mask(const Record& record) { return record.mask; }
     static PixelLine row(const Record& record, int32_t y) { return rowLine<T>(record, record.mask, y); }
 
     class Columns {

@@ -21,7 +21,7 @@ struct BlurPassRecord {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
     FrameRect rect;
-    MaskPlane mask; ///< its row and column bytes gate the lines
+    MaskView mask; ///< its row and column bytes gate the lines
     GaussKernel kernel;
 };
 

@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <bit>
+#include <utility>
 
 namespace kovalune {
 namespace {
@@ -90,9 +91,9 @@ PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
 
 /// Counts the places in the list that the pass has written, and puts the plane's own value in their stead.
 void countMatches(ExtractRecord& record, MatchCounts& counts) {
-    for (int32_t y = 0; y < record.mask.height; ++y) {
+    for (int32_t y = 0; y < record.mask.height(); ++y) {
         uint8_t* const row = record.mask.row(y);
-        uint8_t* const end = row + record.mask.width;
+        uint8_t* const end = row + record.mask.width();
         for (std::size_t place = 0; place < record.matches.size(); ++place) {
             counts[place] += std::count(row, end, static_cast<uint8_t>(place + 1));
         }
@@ -117,7 +118,7 @@ PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, co
         countMatches(record, *counts);
     }
     record.mask.refreshActivity();
-    mask = record.mask;
+    mask = std::move(record.mask);
     return err;
 }
 

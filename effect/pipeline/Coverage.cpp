@@ -4,6 +4,8 @@
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
 
+#include <utility>
+
 namespace kovalune {
 namespace {
 
@@ -20,15 +22,14 @@ PF_Err coveragePass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
         for (int32_t x = 0; x < width; ++x) {
             if (src[x].alpha != 0) {
                 elements[x] = record.value;
-                markShared(mask.colActive[x]);
+                mask.markColumn(x);
                 marked = 1;
             } else {
                 elements[x] = 0;
             }
         }
         if (marked != 0) {
-            mask.rowActive[y] = 1;
-            markShared(mask.boundsStale);
+            mask.markRow(y);
         }
     }
     return PF_Err_NONE;
@@ -43,7 +44,7 @@ PF_Err coverage(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const F
     record.mask.resize(inData, rect.width(), rect.height());
     record.mask.clearTo(0);
     const PF_Err err = iterate(inData, record, coveragePass<Format>);
-    mask = record.mask;
+    mask = std::move(record.mask);
     return err;
 }
 

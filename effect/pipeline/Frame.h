@@ -18,7 +18,7 @@ struct FramePlanes {
     explicit FramePlanes(const RenderSettings& settings);
 
     MaskPlane extractMask;      ///< result of the latest colour extraction
-    MaskPlane extendLimitMask;  ///< second handle on `regionMask` for the colour extension
+    MaskPlane extendLimitMask;  ///< shares the bytes of `regionMask`, for the colour extension
     MaskPlane processUnionMask; ///< union of all Process extractions
     MaskPlane sparePlane0;
     MaskPlane sparePlane1;

@@ -83,12 +83,10 @@ private:
             report_->selected[0] = counts[0];
         }
         planes_.processUnionMask.unionWith(planes_.extractMask);
-        planes_.stageMask.clearTo(0);
-        planes_.stageMask.unionWith(planes_.extractMask);
+        planes_.stageMask.copyFrom(planes_.extractMask);
         mergeStageMask(frame_);
-        planes_.stageCopyMask.clearTo(0);
-        planes_.stageCopyMask.unionWith(planes_.extractMask);
-        planes_.extendLimitMask = planes_.regionMask;
+        planes_.stageCopyMask.copyFrom(planes_.extractMask);
+        planes_.extendLimitMask.shareOf(planes_.regionMask);
     }
 
     void extendRegion() {
@@ -115,8 +113,7 @@ private:
     }
 
     void blurIntoLayer() {
-        planes_.outsideMask.clearTo(0);
-        planes_.outsideMask.unionWith(planes_.extractMask);
+        planes_.outsideMask.copyFrom(planes_.extractMask);
         planes_.outsideMask.invert();
         const auto blur = stage_.keepDivision != 0 ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
         frame_.err = blur(worlds_.layerWorld.get(), inData(), worlds_.extendedWorld.get(),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <utility>
 
 namespace kovalune {
 namespace {
@@ -32,11 +33,26 @@ LineRange activeRange(const uint8_t* active, int32_t count) {
 } // namespace
 
 template <class Element>
-PlaneStorage<Element>::PlaneStorage() : owner(emptyOwner()) {}
+PlaneStorage<Element>::PlaneStorage() : owner_(emptyOwner()) {}
 
 template <class Element>
 PlaneStorage<Element>::PlaneStorage(PF_InData* inData, int32_t w, int32_t h) {
     allocate(inData, w, h);
+}
+
+template <class Element>
+PlaneStorage<Element>& PlaneStorage<Element>::operator=(PlaneStorage&& other) noexcept(false) {
+    layout_ = std::exchange(other.layout_, {});
+    marks_ = std::exchange(other.marks_, {});
+    owner_ = std::move(other.owner_);
+    return *this;
+}
+
+template <class Element>
+void PlaneStorage<Element>::shareOf(const PlaneStorage& other) {
+    layout_ = other.layout_;
+    marks_ = other.marks_;
+    owner_ = other.owner_;
 }
 
 template <class Element>
@@ -54,18 +70,16 @@ void PlaneStorage<Element>::allocate(PF_InData* inData, int32_t w, int32_t h) {
         fits ? static_cast<std::size_t>(bytes) : std::numeric_limits<std::size_t>::max(), basic));
     AEUtil::SharedCount fresh = AEUtil::SharedCount::adopt(storage, AEUtil::array_deleterAE<uint8_t>{basic});
 
-    owner = std::move(fresh);
-    data = static_cast<Element*>(static_cast<void*>(storage));
-    byteSize = static_cast<uint32_t>(bytes);
-    width = w;
-    height = h;
-    rowBytes = static_cast<int32_t>(bytesPerRow);
-    rowStride = static_cast<int32_t>(rowWords * 4);
-    rowActive = storage != nullptr ? storage + elementBytes : nullptr;
-    colActive = storage != nullptr ? rowActive + rowSummaryBytes : nullptr;
-    bounds = wholeBounds();
-    activityStale = 1;
-    boundsStale = 1;
+    uint8_t* const rowActive = storage != nullptr ? storage + elementBytes : nullptr;
+    layout_ = {static_cast<Element*>(static_cast<void*>(storage)),
+               rowActive,
+               storage != nullptr ? rowActive + rowSummaryBytes : nullptr,
+               static_cast<uint32_t>(bytes),
+               w,
+               h,
+               static_cast<int32_t>(rowWords * 4)};
+    marks_ = {wholeBounds(), 1, 1};
+    owner_ = std::move(fresh);
 }
 
 template <class Element>
@@ -74,71 +88,71 @@ void PlaneStorage<Element>::resize(PF_InData* inData, int32_t w, int32_t h) {
         allocate(inData, w, h);
         return;
     }
-    owner = emptyOwner();
-    data = nullptr;
-    byteSize = 0;
-    width = 0;
-    height = 0;
-    rowBytes = 0;
-    rowStride = 0;
-    rowActive = nullptr;
-    colActive = nullptr;
-    bounds = {};
-    activityStale = 1;
-    boundsStale = 1;
+    AEUtil::SharedCount none = emptyOwner();
+    layout_ = {};
+    marks_ = {{}, 1, 1};
+    owner_ = std::move(none);
 }
 
 template <class Element>
 void PlaneStorage<Element>::setActivity(uint8_t value) {
-    std::fill_n(colActive, width, value);
-    std::fill_n(rowActive, height, value);
+    std::fill_n(layout_.colActive, width(), value);
+    std::fill_n(layout_.rowActive, height(), value);
 }
 
 template <class Element>
 FrameRect PlaneStorage<Element>::wholeBounds() const {
-    return {0, 0, static_cast<int16_t>(height), static_cast<int16_t>(width)};
+    return {0, 0, static_cast<int16_t>(height()), static_cast<int16_t>(width())};
 }
 
 template class PlaneStorage<uint8_t>;
 template class PlaneStorage<uint16_t>;
 
 void MaskPlane::clearTo(uint8_t value) {
-    for (int32_t y = 0; y < height; ++y) {
-        std::fill_n(row(y), width, value);
+    for (int32_t y = 0; y < height(); ++y) {
+        std::fill_n(row(y), width(), value);
     }
     setActivity(value != 0 ? 1 : 0);
-    bounds = value != 0 ? wholeBounds() : FrameRect{};
-    activityStale = 0;
-    boundsStale = 0;
+    marks() = {value != 0 ? wholeBounds() : FrameRect{}, 0, 0};
 }
 
 void MaskPlane::invert() {
+    uint8_t* const colActive = layout().colActive;
     setActivity(0);
-    for (int32_t y = 0; y < height; ++y) {
+    for (int32_t y = 0; y < height(); ++y) {
         uint8_t* const elements = row(y);
         uint8_t marked = 0;
-        for (int32_t x = 0; x < width; ++x) {
+        for (int32_t x = 0; x < width(); ++x) {
             const auto inverted = static_cast<uint8_t>(elements[x] == 0);
             elements[x] = inverted;
             colActive[x] |= inverted;
             marked |= inverted;
         }
-        rowActive[y] = marked;
+        layout().rowActive[y] = marked;
     }
-    activityStale = 0;
-    boundsStale = 1;
+    marks().activityStale = 0;
+    marks().boundsStale = 1;
+}
+
+void MaskPlane::copyFrom(const MaskPlane& other) {
+    if (other.layout().data == layout().data) {
+        return;
+    }
+    clearTo(0);
+    unionWith(other);
 }
 
 void MaskPlane::unionWith(const MaskPlane& other) {
-    const int32_t columns = std::min(width, other.width);
-    const int32_t rows = std::min(height, other.height);
+    const int32_t columns = std::min(width(), other.width());
+    const int32_t rows = std::min(height(), other.height());
+    uint8_t* const colActive = layout().colActive;
     for (int32_t y = 0; y < rows; ++y) {
-        if (other.activityStale == 0 && other.rowActive[y] == 0) {
+        if (!other.activityStale() && !other.rowActive(y)) {
             continue;
         }
         uint8_t* const elements = row(y);
         const uint8_t* const added = other.row(y);
-        bool marked = rowActive[y] != 0;
+        bool marked = rowActive(y);
         for (int32_t x = 0; x < columns; ++x) {
             if (added[x] != 0) {
                 elements[x] = added[x];
@@ -146,55 +160,54 @@ void MaskPlane::unionWith(const MaskPlane& other) {
                 marked = true;
             }
         }
-        rowActive[y] = marked ? 1 : 0;
+        layout().rowActive[y] = marked ? 1 : 0;
     }
-    boundsStale = 1;
+    marks().boundsStale = 1;
 }
 
 void MaskPlane::refreshActivity() {
+    uint8_t* const colActive = layout().colActive;
     setActivity(0);
-    for (int32_t y = 0; y < height; ++y) {
+    for (int32_t y = 0; y < height(); ++y) {
         const uint8_t* const elements = row(y);
         uint8_t marked = 0;
-        for (int32_t x = 0; x < width; ++x) {
+        for (int32_t x = 0; x < width(); ++x) {
             const auto held = static_cast<uint8_t>(elements[x] != 0);
             colActive[x] |= held;
             marked |= held;
         }
-        rowActive[y] = marked;
-        boundsStale = 1;
+        layout().rowActive[y] = marked;
+        marks().boundsStale = 1;
     }
-    activityStale = 0;
-    if (boundsStale == 0) {
+    marks().activityStale = 0;
+    if (!boundsStale()) {
         refreshBounds();
     }
 }
 
 bool MaskPlane::refreshBounds() {
-    if (activityStale != 0) {
+    if (activityStale()) {
         refreshActivity();
     }
-    const LineRange rows = activeRange(rowActive, height);
-    const LineRange columns = activeRange(colActive, width);
+    const LineRange rows = activeRange(layout().rowActive, height());
+    const LineRange columns = activeRange(layout().colActive, width());
     if (rows.first < rows.end && columns.first < columns.end) {
-        bounds = {static_cast<int16_t>(rows.first), static_cast<int16_t>(columns.first),
-                  static_cast<int16_t>(rows.end), static_cast<int16_t>(columns.end)};
-        boundsStale = 0;
+        marks().bounds = {static_cast<int16_t>(rows.first), static_cast<int16_t>(columns.first),
+                          static_cast<int16_t>(rows.end), static_cast<int16_t>(columns.end)};
+        marks().boundsStale = 0;
         return true;
     }
-    bounds = {};
-    boundsStale = 1;
+    marks().bounds = {};
+    marks().boundsStale = 1;
     return false;
 }
 
 void MaskPlane16::fillFar() {
-    for (int32_t y = 0; y < height; ++y) {
-        std::fill_n(row(y), width, kFar);
+    for (int32_t y = 0; y < height(); ++y) {
+        std::fill_n(row(y), width(), kFar);
     }
     setActivity(1);
-    bounds = wholeBounds();
-    activityStale = 0;
-    boundsStale = 0;
+    marks() = {wholeBounds(), 0, 0};
 }
 
 } // namespace kovalune

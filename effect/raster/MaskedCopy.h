@@ -13,7 +13,7 @@ struct MaskedPassRecord {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
     FrameRect rect;
-    MaskPlane mask;
+    MaskView mask;
     bool clearOutside; ///< pixels of `dst` inside `rect` that the mask leaves out become all zero bytes
 };
 

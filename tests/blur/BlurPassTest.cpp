@@ -74,8 +74,8 @@ TEST_P(BlurPass, LeavesLinesWithoutActivityAlone) {
     const BlurDriver driver = GetParam();
     Random random(9);
     BlurScene scene(driver, Mask(6, 6, 1), random);
-    scene.plane.rowActive[2] = 0;
-    scene.plane.colActive[3] = 0;
+    summariesOf(scene.plane).rows[2] = 0;
+    summariesOf(scene.plane).columns[3] = 0;
     BlurPassRecord record = recordOf(scene, makeGaussKernel(3, 2.0));
     PlainBlur job = scene.plainJob(driver, 1, 3.0);
     PlainPicture expected = read(scene.dst);

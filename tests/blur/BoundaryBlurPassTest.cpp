@@ -87,7 +87,7 @@ TEST_P(BoundaryPasses, LookAtRowActivityInTheRunScanOnly) {
     const BoundaryDriver driver = GetParam();
     Random random(213);
     BoundaryScene scene(driver, Mask(6, 6, 1), random);
-    scene.plane.rowActive[2] = 0;
+    summariesOf(scene.plane).rows[2] = 0;
     BoundaryPassRecord record = scene.record(makeGaussKernel(3, 2.0));
     PlainBoundaryBlur job = scene.plainJob(driver, 1, 3.0);
     for (int32_t x = 0; x < 6 && driver.keepDivision; ++x) {
@@ -103,7 +103,7 @@ TEST_P(BoundaryPasses, LeaveColumnsWithoutActivityAlone) {
     const BoundaryDriver driver = GetParam();
     Random random(214);
     BoundaryScene scene(driver, Mask(6, 6, 1), random);
-    scene.plane.colActive[3] = 0;
+    summariesOf(scene.plane).columns[3] = 0;
     BoundaryPassRecord record = scene.record(makeGaussKernel(3, 2.0));
     PlainBoundaryBlur job = scene.plainJob(driver, 1, 3.0);
     for (int32_t y = 0; y < 6; ++y) {
@@ -121,8 +121,8 @@ TEST_P(BoundaryPasses, DoNotLookAtTheActivityOfTheKeepMask) {
     for (const bool horizontal : {true, false}) {
         BoundaryScene scene(driver, Mask(6, 6, 1), Mask(6, 6, 1), random);
         for (int32_t line = 0; line < 6; ++line) {
-            scene.keepPlane.rowActive[line] = 0;
-            scene.keepPlane.colActive[line] = 0;
+            summariesOf(scene.keepPlane).rows[line] = 0;
+            summariesOf(scene.keepPlane).columns[line] = 0;
         }
         BoundaryPassRecord record = scene.record(makeGaussKernel(3, 2.0));
         EXPECT_EQ((horizontal ? driver.horizontal : driver.vertical)(&record, 0, 0, 1), PF_Err_NONE);

@@ -299,8 +299,8 @@ TEST_P(ExtensionEdges, RowsThatTheSummaryCallsEmptyAreLeftAlone) {
     Random random(3);
     ExtensionScene scene(GetParam(), strictOptions(), job, random);
     const PlainPicture before = read(scene.dst);
-    scene.limit.rowActive[1] = 0;
-    scene.seed.colActive[1] = 0; // gates nothing
+    summariesOf(scene.limit).rows[1] = 0;
+    summariesOf(scene.seed).columns[1] = 0; // gates nothing
     ASSERT_EQ(scene.run(GetParam()), PF_Err_NONE);
     const PlainPicture after = read(scene.dst);
     for (int32_t x = 0; x < 3; ++x) {

@@ -20,7 +20,7 @@ struct Call {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
     FrameRect rect;
-    MaskPlane mask;
+    const MaskPlane& mask;
     double bias;
 };
 
@@ -160,7 +160,7 @@ PlainPixel onePixel(const Finishing& pass, const PlainPixel& under, const PlainP
     picture.at(0, 0) = under;
     write(picture, dst);
     MaskPlane mask = planeOf(host, Mask(1, 1, element));
-    mask.rowActive[0] = active ? 1 : 0;
+    summariesOf(mask).rows[0] = active ? 1 : 0;
     EXPECT_EQ(pass.run({host.in(), dst.get(), src.get(), wholeRect(1, 1), mask, bias}), PF_Err_NONE);
     return read(dst).at(0, 0);
 }

@@ -12,28 +12,35 @@ namespace {
 
 constexpr uint8_t kGarbage = 0x3C;
 
-/// A plane of the mask's elements, its padding and summaries full of garbage and both flags up.
-MaskPlane stalePlaneOf(StrictHost& host, const Mask& mask) {
-    MaskPlane plane(host.in(), mask.width, mask.height);
-    std::fill_n(plane.data, plane.byteSize, kGarbage);
+/// The plane becomes the mask's elements, its padding and summaries full of garbage.
+void fillWithGarbageAround(MaskPlane& plane, const Mask& mask) {
+    std::fill_n(plane.row(0), plane.byteSize(), kGarbage);
     for (int32_t y = 0; y < mask.height; ++y) {
         for (int32_t x = 0; x < mask.width; ++x) {
             plane.row(y)[x] = mask.at(x, y);
         }
     }
+}
+
+/// Of garbage, and stale.
+MaskPlane stalePlaneOf(StrictHost& host, const Mask& mask) {
+    MaskPlane plane(host.in(), mask.width, mask.height);
+    fillWithGarbageAround(plane, mask);
     return plane;
 }
 
-void expectPaddingUntouched(const MaskPlane& plane) {
-    for (int32_t y = 0; y < plane.height; ++y) {
-        for (int32_t x = plane.width; x < plane.rowStride; ++x) {
+void expectPaddingUntouched(MaskPlane& plane) {
+    const PlaneSummaries summaries = summariesOf(plane);
+    for (int32_t y = 0; y < plane.height(); ++y) {
+        for (int32_t x = plane.width(); x < plane.rowStride(); ++x) {
             ASSERT_EQ(plane.row(y)[x], kGarbage) << "padding of row " << y;
         }
     }
-    for (const uint8_t* byte = plane.rowActive + plane.height; byte != plane.colActive; ++byte) {
+    for (const uint8_t* byte = summaries.rows + plane.height(); byte != summaries.columns; ++byte) {
         ASSERT_EQ(*byte, kGarbage) << "padding of the row summary";
     }
-    for (const uint8_t* byte = plane.colActive + plane.width; byte != plane.data + plane.byteSize; ++byte) {
+    for (const uint8_t* byte = summaries.columns + plane.width(); byte != plane.row(0) + plane.byteSize();
+         ++byte) {
         ASSERT_EQ(*byte, kGarbage) << "padding of the column summary";
     }
 }
@@ -65,9 +72,9 @@ TEST(MaskPlaneOperations, ClearToZeroEmptiesElementsSummariesAndBounds) {
         plane.clearTo(0);
         ASSERT_EQ(elementsOf(plane), Mask(mask.width, mask.height, 0));
         ASSERT_EQ(summaryFault(plane), "");
-        ASSERT_TRUE(isZero(plane.bounds));
-        ASSERT_EQ(plane.activityStale, 0);
-        ASSERT_EQ(plane.boundsStale, 0);
+        ASSERT_TRUE(isZero(plane.bounds()));
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_FALSE(plane.boundsStale());
         expectPaddingUntouched(plane);
     });
 }
@@ -78,14 +85,15 @@ TEST(MaskPlaneOperations, ClearToAValueFillsEverything) {
         MaskPlane plane = stalePlaneOf(host, mask);
         plane.clearTo(200);
         ASSERT_EQ(elementsOf(plane), Mask(mask.width, mask.height, 200));
-        ASSERT_EQ(std::count(plane.rowActive, plane.rowActive + plane.height, 1), mask.height);
-        ASSERT_EQ(std::count(plane.colActive, plane.colActive + plane.width, 1), mask.width);
-        ASSERT_EQ(plane.bounds.top, 0);
-        ASSERT_EQ(plane.bounds.left, 0);
-        ASSERT_EQ(plane.bounds.bottom, mask.height);
-        ASSERT_EQ(plane.bounds.right, mask.width);
-        ASSERT_EQ(plane.activityStale, 0);
-        ASSERT_EQ(plane.boundsStale, 0);
+        const PlaneSummaries summaries = summariesOf(plane);
+        ASSERT_EQ(std::count(summaries.rows, summaries.rows + plane.height(), 1), mask.height);
+        ASSERT_EQ(std::count(summaries.columns, summaries.columns + plane.width(), 1), mask.width);
+        ASSERT_EQ(plane.bounds().top, 0);
+        ASSERT_EQ(plane.bounds().left, 0);
+        ASSERT_EQ(plane.bounds().bottom, mask.height);
+        ASSERT_EQ(plane.bounds().right, mask.width);
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_FALSE(plane.boundsStale());
         expectPaddingUntouched(plane);
     });
 }
@@ -101,8 +109,8 @@ TEST(MaskPlaneOperations, InvertSwapsInAndOutAndRebuildsTheSummaries) {
         }
         ASSERT_EQ(elementsOf(plane), inverted);
         ASSERT_EQ(summaryFault(plane), "");
-        ASSERT_EQ(plane.activityStale, 0);
-        ASSERT_EQ(plane.boundsStale, 1);
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_TRUE(plane.boundsStale());
         expectPaddingUntouched(plane);
     });
 }
@@ -113,8 +121,9 @@ TEST(MaskPlaneOperations, InvertOfAllZeroGivesAllOneWithAllSummaryBytesOne) {
     plane.clearTo(0);
     plane.invert();
     EXPECT_EQ(elementsOf(plane), Mask(6, 5, 1));
-    EXPECT_EQ(std::count(plane.rowActive, plane.rowActive + 5, 1), 5);
-    EXPECT_EQ(std::count(plane.colActive, plane.colActive + 6, 1), 6);
+    const PlaneSummaries summaries = summariesOf(plane);
+    EXPECT_EQ(std::count(summaries.rows, summaries.rows + 5, 1), 5);
+    EXPECT_EQ(std::count(summaries.columns, summaries.columns + 6, 1), 6);
 }
 
 TEST(MaskPlaneOperations, InvertTakesAnyValueForIn) {
@@ -124,34 +133,36 @@ TEST(MaskPlaneOperations, InvertTakesAnyValueForIn) {
     plane.row(0)[1] = 0;
     plane.invert();
     EXPECT_EQ(elementsOf(plane).elements, (std::vector<uint8_t>{0, 1, 0}));
-    EXPECT_EQ(plane.colActive[0], 0);
-    EXPECT_EQ(plane.colActive[1], 1);
+    EXPECT_FALSE(plane.colActive(0));
+    EXPECT_TRUE(plane.colActive(1));
 }
 
 TEST(MaskPlaneOperations, RefreshActivityRebuildsTheSummariesOnly) {
     StrictHost host;
     forManyMasks([&](const Mask& mask) {
-        MaskPlane plane = stalePlaneOf(host, mask);
-        plane.boundsStale = 0;
+        MaskPlane plane(host.in(), mask.width, mask.height);
+        plane.clearTo(0);
+        ASSERT_FALSE(plane.boundsStale());
+        fillWithGarbageAround(plane, mask);
         plane.refreshActivity();
         ASSERT_EQ(elementsOf(plane), mask);
         ASSERT_EQ(summaryFault(plane), "");
-        ASSERT_LE(*std::max_element(plane.rowActive, plane.rowActive + plane.height), 1);
-        ASSERT_LE(*std::max_element(plane.colActive, plane.colActive + plane.width), 1);
-        ASSERT_EQ(plane.activityStale, 0);
-        ASSERT_EQ(plane.boundsStale, 1);
+        const PlaneSummaries summaries = summariesOf(plane);
+        ASSERT_LE(*std::max_element(summaries.rows, summaries.rows + plane.height()), 1);
+        ASSERT_LE(*std::max_element(summaries.columns, summaries.columns + plane.width()), 1);
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_TRUE(plane.boundsStale());
         expectPaddingUntouched(plane);
     });
 }
 
 TEST(MaskPlaneOperations, RefreshActivityOfAPlaneWithoutRowsRefreshesTheBounds) {
     MaskPlane plane;
-    plane.activityStale = 1;
-    plane.bounds = {1, 2, 3, 4};
+    ASSERT_FALSE(plane.boundsStale());
     plane.refreshActivity();
-    EXPECT_EQ(plane.activityStale, 0);
-    EXPECT_EQ(plane.boundsStale, 1);
-    EXPECT_TRUE(isZero(plane.bounds));
+    EXPECT_FALSE(plane.activityStale());
+    EXPECT_TRUE(plane.boundsStale());
+    EXPECT_TRUE(isZero(plane.bounds()));
 }
 
 FrameRect plainBounds(const Mask& mask) {
@@ -180,15 +191,15 @@ TEST(MaskPlaneOperations, RefreshBoundsFindsTheElementsAlsoOfAStalePlane) {
         const FrameRect plain = plainBounds(mask);
         const bool holds = plain.top < plain.bottom;
         ASSERT_EQ(plane.refreshBounds(), holds);
-        ASSERT_EQ(plane.activityStale, 0);
-        ASSERT_EQ(plane.boundsStale, holds ? 0 : 1);
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_EQ(plane.boundsStale(), !holds);
         if (holds) {
-            ASSERT_EQ(plane.bounds.top, plain.top);
-            ASSERT_EQ(plane.bounds.left, plain.left);
-            ASSERT_EQ(plane.bounds.bottom, plain.bottom);
-            ASSERT_EQ(plane.bounds.right, plain.right);
+            ASSERT_EQ(plane.bounds().top, plain.top);
+            ASSERT_EQ(plane.bounds().left, plain.left);
+            ASSERT_EQ(plane.bounds().bottom, plain.bottom);
+            ASSERT_EQ(plane.bounds().right, plain.right);
         } else {
-            ASSERT_TRUE(isZero(plane.bounds));
+            ASSERT_TRUE(isZero(plane.bounds()));
         }
     });
 }
@@ -199,13 +210,50 @@ TEST(MaskPlaneOperations, RefreshBoundsTrustsSummariesThatAreNotStale) {
     plane.clearTo(0);
     plane.row(6)[6] = 1;
     EXPECT_FALSE(plane.refreshBounds());
-    plane.rowActive[3] = 1;
-    plane.colActive[5] = 1;
+    summariesOf(plane).rows[3] = 1;
+    summariesOf(plane).columns[5] = 1;
     EXPECT_TRUE(plane.refreshBounds());
-    EXPECT_EQ(plane.bounds.top, 3);
-    EXPECT_EQ(plane.bounds.bottom, 4);
-    EXPECT_EQ(plane.bounds.left, 5);
-    EXPECT_EQ(plane.bounds.right, 6);
+    EXPECT_EQ(plane.bounds().top, 3);
+    EXPECT_EQ(plane.bounds().bottom, 4);
+    EXPECT_EQ(plane.bounds().left, 5);
+    EXPECT_EQ(plane.bounds().right, 6);
+}
+
+TEST(MaskPlaneOperations, CopyFromTakesElementsSummariesAndNothingElse) {
+    StrictHost host;
+    forManyMasks([&](const Mask& mask) {
+        MaskPlane plane = stalePlaneOf(host, mask);
+        const MaskPlane other = planeOf(host, mask);
+        plane.copyFrom(other);
+        ASSERT_EQ(elementsOf(plane), mask);
+        ASSERT_EQ(summaryFault(plane), "");
+        ASSERT_FALSE(plane.activityStale());
+        ASSERT_TRUE(plane.boundsStale());
+        ASSERT_EQ(plane.useCount(), 1) << "no second handle on the other's bytes";
+        expectPaddingUntouched(plane);
+    });
+}
+
+TEST(MaskPlaneOperations, CopyFromASmallerPlaneLeavesTheRestEmpty) {
+    StrictHost host;
+    MaskPlane plane(host.in(), 3, 2);
+    plane.clearTo(9);
+    MaskPlane other(host.in(), 2, 1);
+    other.clearTo(7);
+    plane.copyFrom(other);
+    EXPECT_EQ(elementsOf(plane).elements, (std::vector<uint8_t>{7, 7, 0, 0, 0, 0}));
+    EXPECT_EQ(summaryFault(plane), "");
+}
+
+TEST(MaskPlaneOperations, CopyFromItsOwnBytesChangesNothing) {
+    StrictHost host;
+    MaskPlane plane(host.in(), 3, 2);
+    plane.clearTo(9);
+    MaskPlane second;
+    second.shareOf(plane);
+    plane.copyFrom(second);
+    EXPECT_EQ(elementsOf(plane), Mask(3, 2, 9));
+    EXPECT_EQ(summaryFault(plane), "");
 }
 
 } // namespace

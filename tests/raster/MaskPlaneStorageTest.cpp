@@ -1,17 +1,15 @@
 #include "effect/raster/MaskPlane.h"
 
 #include "effect/share/AEUtil/AEException.h"
+#include "tests/support/MaskShapes.h"
 #include "tests/support/StrictHost.h"
 
 #include <gtest/gtest.h>
+#include <type_traits>
 #include <utility>
 
 namespace kovalune::test {
 namespace {
-
-std::ptrdiff_t distance(const uint8_t* from, const uint8_t* to) {
-    return to - from;
-}
 
 void expectBounds(const FrameRect& bounds, int32_t top, int32_t left, int32_t bottom, int32_t right) {
     EXPECT_EQ(bounds.top, top);
@@ -21,38 +19,35 @@ void expectBounds(const FrameRect& bounds, int32_t top, int32_t left, int32_t bo
 }
 
 void expectEmpty(const MaskPlane& plane) {
-    EXPECT_EQ(plane.data, nullptr);
-    EXPECT_EQ(plane.byteSize, 0U);
-    EXPECT_EQ(plane.width, 0);
-    EXPECT_EQ(plane.height, 0);
-    EXPECT_EQ(plane.rowBytes, 0);
-    EXPECT_EQ(plane.rowStride, 0);
-    EXPECT_EQ(plane.rowActive, nullptr);
-    EXPECT_EQ(plane.colActive, nullptr);
-    expectBounds(plane.bounds, 0, 0, 0, 0);
+    EXPECT_EQ(plane.row(0), nullptr);
+    EXPECT_EQ(plane.byteSize(), 0U);
+    EXPECT_EQ(plane.width(), 0);
+    EXPECT_EQ(plane.height(), 0);
+    EXPECT_EQ(plane.rowBytes(), 0);
+    EXPECT_EQ(plane.rowStride(), 0);
+    expectBounds(plane.bounds(), 0, 0, 0, 0);
     EXPECT_EQ(plane.useCount(), 1) << "an empty plane has an owner of its own";
 }
 
 TEST(MaskPlaneStorage, DefaultPlaneIsEmptyWithBothFlagsDown) {
     const MaskPlane plane;
     expectEmpty(plane);
-    EXPECT_EQ(plane.activityStale, 0);
-    EXPECT_EQ(plane.boundsStale, 0);
+    EXPECT_FALSE(plane.activityStale());
+    EXPECT_FALSE(plane.boundsStale());
 }
 
 TEST(MaskPlaneStorage, OfFiveByThreeTakes36Bytes) {
     StrictHost host;
-    const MaskPlane plane(host.in(), 5, 3);
-    EXPECT_EQ(plane.width, 5);
-    EXPECT_EQ(plane.height, 3);
-    EXPECT_EQ(plane.rowBytes, 8);
-    EXPECT_EQ(plane.rowStride, 8);
-    EXPECT_EQ(plane.byteSize, 36U);
-    EXPECT_EQ(distance(plane.data, plane.rowActive), 24);
-    EXPECT_EQ(distance(plane.rowActive, plane.colActive), 4);
-    expectBounds(plane.bounds, 0, 0, 3, 5);
-    EXPECT_EQ(plane.activityStale, 1);
-    EXPECT_EQ(plane.boundsStale, 1);
+    MaskPlane plane(host.in(), 5, 3);
+    EXPECT_EQ(plane.width(), 5);
+    EXPECT_EQ(plane.height(), 3);
+    EXPECT_EQ(plane.rowBytes(), 8);
+    EXPECT_EQ(plane.rowStride(), 8);
+    EXPECT_EQ(plane.byteSize(), 36U);
+    EXPECT_EQ(layoutFault(plane), "");
+    expectBounds(plane.bounds(), 0, 0, 3, 5);
+    EXPECT_TRUE(plane.activityStale());
+    EXPECT_TRUE(plane.boundsStale());
     EXPECT_EQ(plane.useCount(), 1);
 }
 
@@ -60,14 +55,12 @@ TEST(MaskPlaneStorage, FollowsTheFormulaForAllSmallSizes) {
     StrictHost host;
     for (int32_t w = 1; w <= 20; ++w) {
         for (int32_t h = 1; h <= 20; ++h) {
-            const MaskPlane plane(host.in(), w, h);
+            MaskPlane plane(host.in(), w, h);
             const int32_t rowWords = (w + 3) / 4;
             const int32_t colWords = (h + 3) / 4;
-            ASSERT_EQ(plane.rowBytes, rowWords * 4);
-            ASSERT_EQ(plane.byteSize, static_cast<uint32_t>(((h + 1) * rowWords + colWords) * 4));
-            ASSERT_EQ(distance(plane.data, plane.rowActive), h * rowWords * 4);
-            ASSERT_EQ(distance(plane.rowActive, plane.colActive), colWords * 4);
-            ASSERT_EQ(distance(plane.colActive, plane.data + plane.byteSize), rowWords * 4);
+            ASSERT_EQ(plane.rowBytes(), rowWords * 4);
+            ASSERT_EQ(plane.byteSize(), static_cast<uint32_t>(((h + 1) * rowWords + colWords) * 4));
+            ASSERT_EQ(layoutFault(plane), "") << w << " by " << h;
         }
     }
 }
@@ -83,48 +76,82 @@ TEST(MaskPlaneStorage, IsOneHostHandleOfItsSizeAndIsNotCleared) {
     EXPECT_EQ(plane.row(1)[2], 0xCD) << "what the host left in fresh memory";
 }
 
-TEST(MaskPlaneStorage, CopiesShareTheElements) {
+static_assert(!std::is_copy_constructible_v<MaskPlane> && !std::is_copy_assignable_v<MaskPlane>,
+              "a second handle has to be asked for");
+static_assert(!std::is_constructible_v<MaskView, MaskPlane>, "a view on a plane that ends at once");
+
+TEST(MaskPlaneStorage, HandlesShareTheElements) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(0);
-    MaskPlane copy = plane;
-    EXPECT_EQ(copy.data, plane.data);
+    MaskPlane second;
+    second.shareOf(plane);
+    EXPECT_EQ(second.row(0), plane.row(0));
     EXPECT_EQ(plane.useCount(), 2);
-    copy.row(2)[1] = 9;
+    second.row(2)[1] = 9;
     EXPECT_EQ(plane.row(2)[1], 9);
-    copy.clearTo(3);
+    second.clearTo(3);
     EXPECT_EQ(plane.row(0)[0], 3);
-    EXPECT_EQ(plane.rowActive[3], 1);
+    EXPECT_TRUE(plane.rowActive(3));
     EXPECT_EQ(host.audit().liveHandles, 1);
 }
 
-TEST(MaskPlaneStorage, AssignmentTakesAllFieldsAndReleasesTheOldBytes) {
+TEST(MaskPlaneStorage, SharingTakesAllMarksAndReleasesTheOldBytes) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 4);
     MaskPlane other(host.in(), 7, 2);
     other.clearTo(1);
     EXPECT_EQ(host.audit().liveHandles, 2);
-    plane = other;
+    plane.shareOf(other);
     EXPECT_EQ(host.audit().liveHandles, 1);
-    EXPECT_EQ(plane.data, other.data);
-    EXPECT_EQ(plane.width, 7);
-    EXPECT_EQ(plane.height, 2);
-    EXPECT_EQ(plane.rowActive, other.rowActive);
-    EXPECT_EQ(plane.colActive, other.colActive);
-    EXPECT_EQ(plane.byteSize, other.byteSize);
-    EXPECT_EQ(plane.activityStale, 0);
-    EXPECT_EQ(plane.boundsStale, 0);
-    expectBounds(plane.bounds, 0, 0, 2, 7);
+    EXPECT_EQ(plane.row(0), other.row(0));
+    EXPECT_EQ(plane.width(), 7);
+    EXPECT_EQ(plane.height(), 2);
+    summariesOf(plane).rows[1] = 0;
+    summariesOf(plane).columns[6] = 0;
+    EXPECT_FALSE(other.rowActive(1));
+    EXPECT_FALSE(other.colActive(6));
+    EXPECT_EQ(plane.byteSize(), other.byteSize());
+    EXPECT_FALSE(plane.activityStale());
+    EXPECT_FALSE(plane.boundsStale());
+    expectBounds(plane.bounds(), 0, 0, 2, 7);
 }
 
-TEST(MaskPlaneStorage, SurvivesAssignmentToItself) {
+TEST(MaskPlaneStorage, SurvivesSharingItself) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(5);
-    const MaskPlane& same = plane;
-    plane = same;
+    plane.shareOf(plane);
     EXPECT_EQ(plane.useCount(), 1);
     EXPECT_EQ(plane.row(3)[3], 5);
+}
+
+TEST(MaskPlaneStorage, MarksBelongToTheHandle) {
+    StrictHost host;
+    MaskPlane plane(host.in(), 4, 4);
+    MaskPlane second;
+    second.shareOf(plane);
+    plane.clearTo(5);
+    EXPECT_FALSE(plane.activityStale());
+    EXPECT_TRUE(second.activityStale());
+    EXPECT_TRUE(second.rowActive(3)) << "the bytes themselves are shared";
+}
+
+TEST(MaskPlaneStorage, MovingHandsTheBytesOver) {
+    StrictHost host;
+    MaskPlane plane(host.in(), 4, 4);
+    plane.clearTo(5);
+    MaskPlane taken(std::move(plane));
+    EXPECT_EQ(taken.useCount(), 1);
+    EXPECT_EQ(taken.row(3)[3], 5);
+    EXPECT_FALSE(taken.activityStale());
+    MaskPlane other(host.in(), 7, 2);
+    EXPECT_EQ(host.audit().liveHandles, 2);
+    other = std::move(taken);
+    EXPECT_EQ(host.audit().liveHandles, 1);
+    EXPECT_EQ(other.width(), 4);
+    EXPECT_EQ(other.useCount(), 1);
+    EXPECT_EQ(other.row(3)[3], 5);
 }
 
 TEST(MaskPlaneStorage, LivesAsLongAsItsLastHandle) {
@@ -134,7 +161,7 @@ TEST(MaskPlaneStorage, LivesAsLongAsItsLastHandle) {
         {
             MaskPlane plane(host.in(), 4, 4);
             plane.clearTo(8);
-            kept = plane;
+            kept.shareOf(plane);
         }
         EXPECT_EQ(kept.useCount(), 1);
         EXPECT_EQ(kept.row(3)[0], 8);
@@ -147,16 +174,17 @@ TEST(MaskPlaneStorage, ResizeLeavesOtherHandlesOnTheOldBytes) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(6);
-    const MaskPlane old = plane;
+    MaskPlane old;
+    old.shareOf(plane);
     plane.resize(host.in(), 5, 3);
-    EXPECT_NE(plane.data, old.data);
-    EXPECT_EQ(plane.byteSize, 36U);
-    EXPECT_EQ(plane.activityStale, 1);
-    EXPECT_EQ(plane.boundsStale, 1);
-    expectBounds(plane.bounds, 0, 0, 3, 5);
+    EXPECT_NE(plane.row(0), old.row(0));
+    EXPECT_EQ(plane.byteSize(), 36U);
+    EXPECT_TRUE(plane.activityStale());
+    EXPECT_TRUE(plane.boundsStale());
+    expectBounds(plane.bounds(), 0, 0, 3, 5);
     EXPECT_EQ(old.useCount(), 1);
     EXPECT_EQ(old.row(3)[3], 6);
-    EXPECT_EQ(old.width, 4);
+    EXPECT_EQ(old.width(), 4);
 }
 
 TEST(MaskPlaneStorage, ResizeToNothingLeavesAnEmptyPlaneWithBothFlagsUp) {
@@ -166,8 +194,8 @@ TEST(MaskPlaneStorage, ResizeToNothingLeavesAnEmptyPlaneWithBothFlagsUp) {
         plane.clearTo(1);
         plane.resize(host.in(), w, h);
         expectEmpty(plane);
-        EXPECT_EQ(plane.activityStale, 1);
-        EXPECT_EQ(plane.boundsStale, 1);
+        EXPECT_TRUE(plane.activityStale());
+        EXPECT_TRUE(plane.boundsStale());
         EXPECT_EQ(host.audit().liveHandles, 0);
     }
 }
@@ -208,7 +236,7 @@ TEST(MaskPlaneStorage, FailedResizeLeavesThePlaneAsItWas) {
     host.arm(plan);
     EXPECT_THROW(plane.resize(host.in(), 50, 50), AEUtil::AEException);
     EXPECT_EQ(host.struckCall(), "host_new_handle");
-    EXPECT_EQ(plane.width, 4);
+    EXPECT_EQ(plane.width(), 4);
     EXPECT_EQ(plane.row(3)[3], 2);
     EXPECT_EQ(plane.useCount(), 1);
 }

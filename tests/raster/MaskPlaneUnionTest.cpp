@@ -22,6 +22,14 @@ Mask plainUnion(const Mask& mask, const Mask& other) {
     return result;
 }
 
+/// All bytes 0, but a summary that counts as stale.
+MaskPlane staleEmptyPlane(StrictHost& host, int32_t w, int32_t h) {
+    MaskPlane plane(host.in(), w, h);
+    std::fill_n(plane.row(0), plane.byteSize(), uint8_t{0});
+    EXPECT_TRUE(plane.activityStale());
+    return plane;
+}
+
 TEST(MaskPlaneUnion, AddsTheOthersElementsOverTheSmallerSize) {
     StrictHost host;
     Random random(5);
@@ -35,32 +43,28 @@ TEST(MaskPlaneUnion, AddsTheOthersElementsOverTheSmallerSize) {
         ASSERT_EQ(elementsOf(plane), plainUnion(mask, added)) << "round " << round;
         ASSERT_EQ(summaryFault(plane), "") << "round " << round;
         ASSERT_EQ(elementsOf(other), added) << "the other one is only read";
-        ASSERT_EQ(plane.boundsStale, 1);
-        ASSERT_EQ(plane.activityStale, 0);
+        ASSERT_TRUE(plane.boundsStale());
+        ASSERT_FALSE(plane.activityStale());
     }
 }
 
 TEST(MaskPlaneUnion, LeavesAStaleSummaryStale) {
     StrictHost host;
-    MaskPlane plane(host.in(), 4, 4);
-    plane.clearTo(0);
-    plane.activityStale = 1;
+    MaskPlane plane = staleEmptyPlane(host, 4, 4);
     MaskPlane other(host.in(), 4, 4);
     other.clearTo(1);
     plane.unionWith(other);
-    EXPECT_EQ(plane.activityStale, 1);
-    EXPECT_EQ(plane.boundsStale, 1);
+    EXPECT_TRUE(plane.activityStale());
+    EXPECT_TRUE(plane.boundsStale());
 }
 
 TEST(MaskPlaneUnion, VisitsAllRowsOfAPlaneWithAStaleSummary) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 3);
     plane.clearTo(0);
-    MaskPlane other(host.in(), 4, 3);
-    other.clearTo(0);
+    MaskPlane other = staleEmptyPlane(host, 4, 3);
     other.row(1)[2] = 7;
-    other.rowActive[0] = 99;
-    other.activityStale = 1;
+    summariesOf(other).rows[0] = 99;
     plane.unionWith(other);
     EXPECT_EQ(plane.row(1)[2], 7);
     EXPECT_EQ(summaryFault(plane), "");
@@ -74,11 +78,11 @@ TEST(MaskPlaneUnion, TrustsASummaryThatIsNotStaleAndSoLosesRows) {
     other.clearTo(0);
     other.row(1)[2] = 7;
     other.row(2)[3] = 7;
-    other.rowActive[2] = 1;
+    summariesOf(other).rows[2] = 1;
     plane.unionWith(other);
     EXPECT_EQ(plane.row(1)[2], 0);
     EXPECT_EQ(plane.row(2)[3], 7);
-    EXPECT_EQ(plane.colActive[2], 0);
+    EXPECT_FALSE(plane.colActive(2));
 }
 
 TEST(MaskPlaneUnion, CopiesValuesAsTheyAre) {
@@ -97,14 +101,15 @@ TEST(MaskPlaneUnion, StartsARowsMarkFromItsOwnSummary) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 2);
     plane.clearTo(0);
-    plane.rowActive[0] = 55;
-    plane.rowActive[1] = 55;
+    const PlaneSummaries summaries = summariesOf(plane);
+    summaries.rows[0] = 55;
+    summaries.rows[1] = 55;
     MaskPlane other(host.in(), 4, 2);
     other.clearTo(0);
-    other.rowActive[0] = 1;
+    summariesOf(other).rows[0] = 1;
     plane.unionWith(other);
-    EXPECT_EQ(plane.rowActive[0], 1) << "visited: marked before, so marked still";
-    EXPECT_EQ(plane.rowActive[1], 55) << "skipped";
+    EXPECT_EQ(summaries.rows[0], 1) << "visited: marked before, so marked still";
+    EXPECT_EQ(summaries.rows[1], 55) << "skipped";
 }
 
 TEST(MaskPlaneUnion, WithAnEmptyPlaneChangesNothing) {
@@ -113,7 +118,7 @@ TEST(MaskPlaneUnion, WithAnEmptyPlaneChangesNothing) {
     plane.clearTo(3);
     plane.unionWith(MaskPlane());
     EXPECT_EQ(elementsOf(plane), Mask(4, 2, 3));
-    EXPECT_EQ(plane.boundsStale, 1);
+    EXPECT_TRUE(plane.boundsStale());
 }
 
 } // namespace

@@ -80,9 +80,9 @@ MaskPlane planeOf(StrictHost& host, const Mask& mask) {
 }
 
 Mask elementsOf(const MaskPlane& plane) {
-    Mask mask(plane.width, plane.height);
-    for (int32_t y = 0; y < plane.height; ++y) {
-        for (int32_t x = 0; x < plane.width; ++x) {
+    Mask mask(plane.width(), plane.height());
+    for (int32_t y = 0; y < plane.height(); ++y) {
+        for (int32_t x = 0; x < plane.width(); ++x) {
             mask.at(x, y) = plane.row(y)[x];
         }
     }
@@ -91,22 +91,24 @@ Mask elementsOf(const MaskPlane& plane) {
 
 std::string summaryFault(const MaskPlane& plane) {
     const Mask mask = elementsOf(plane);
-    for (int32_t y = 0; y < plane.height; ++y) {
+    for (int32_t y = 0; y < plane.height(); ++y) {
         bool held = false;
-        for (int32_t x = 0; x < plane.width; ++x) {
+        for (int32_t x = 0; x < plane.width(); ++x) {
             held = held || mask.at(x, y) != 0;
         }
-        if ((plane.rowActive[y] != 0) != held) {
-            return "row " + std::to_string(y) + " says " + std::to_string(plane.rowActive[y]);
+        if (plane.rowActive(y) != held) {
+            return "row " + std::to_string(y) +
+                   (held ? " says that it is empty" : " says that it holds something");
         }
     }
-    for (int32_t x = 0; x < plane.width; ++x) {
+    for (int32_t x = 0; x < plane.width(); ++x) {
         bool held = false;
-        for (int32_t y = 0; y < plane.height; ++y) {
+        for (int32_t y = 0; y < plane.height(); ++y) {
             held = held || mask.at(x, y) != 0;
         }
-        if ((plane.colActive[x] != 0) != held) {
-            return "column " + std::to_string(x) + " says " + std::to_string(plane.colActive[x]);
+        if (plane.colActive(x) != held) {
+            return "column " + std::to_string(x) +
+                   (held ? " says that it is empty" : " says that it holds something");
         }
     }
     return {};

@@ -8,6 +8,8 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <string>
 #include <vector>
 
 namespace kovalune::test {
@@ -45,6 +47,42 @@ MaskPlane planeOf(StrictHost& host, const Mask& mask);
 
 /// The elements of a plane.
 Mask elementsOf(const MaskPlane& plane);
+
+/// The summary bytes themselves, found by where the storage has them, for tests that make them lie.
+struct PlaneSummaries {
+    uint8_t* rows;
+    uint8_t* columns;
+};
+
+template <class Element>
+PlaneSummaries summariesOf(PlaneStorage<Element>& plane) {
+    uint8_t* const storage = static_cast<uint8_t*>(static_cast<void*>(plane.row(0)));
+    uint8_t* const rows = storage + static_cast<std::ptrdiff_t>(plane.height()) * plane.rowBytes();
+    return {rows, rows + (plane.height() + 3) / 4 * 4};
+}
+
+/// Which summary byte the plane does not find at its place in the storage, as a text; empty where it finds all. Zeroes
+/// the storage first.
+template <class Element>
+std::string layoutFault(PlaneStorage<Element>& plane) {
+    std::memset(plane.row(0), 0, plane.byteSize());
+    const PlaneSummaries summaries = summariesOf(plane);
+    for (int32_t y = 0; y < plane.height(); ++y) {
+        const bool before = plane.rowActive(y);
+        summaries.rows[y] = 1;
+        if (before || !plane.rowActive(y)) {
+            return "row " + std::to_string(y);
+        }
+    }
+    for (int32_t x = 0; x < plane.width(); ++x) {
+        const bool before = plane.colActive(x);
+        summaries.columns[x] = 1;
+        if (before || !plane.colActive(x)) {
+            return "column " + std::to_string(x);
+        }
+    }
+    return {};
+}
 
 /// Where the summaries do not agree with the elements, as a text; empty when they do.
 std::string summaryFault(const MaskPlane& plane);
