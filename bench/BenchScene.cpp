@@ -1,12 +1,12 @@
 #include "bench/BenchScene.h"
 
-#include "cli/picture/PictureConversion.h"
-#include "cli/picture/PictureFile.h"
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/DepthConversion.h"
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Session.h"
+#include "pictures/PictureConversion.h"
+#include "pictures/PictureFile.h"
 
 #include <map>
 #include <random>
@@ -20,7 +20,8 @@ namespace {
 constexpr uint32_t kSeed = 20090101;
 
 host::Image drawing() {
-    host::Image image = imageOf(readPicture(KOVALUNE_EXAMPLES "/cel1.png"), PF_PixelFormat_ARGB32);
+    host::Image image =
+        pictures::imageOf(pictures::readPicture(KOVALUNE_EXAMPLES "/cel1.png"), PF_PixelFormat_ARGB32);
     if (image.width() != kWidth || image.height() != kHeight) {
         throw std::runtime_error("the sample picture is not what the benchmarks expect");
     }

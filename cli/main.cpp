@@ -1,24 +1,16 @@
 // The command `kovalune`: parses the command line and runs what it asks for.
 
-#include "cli/Arguments.h"
-#include "cli/ColorsCommand.h"
-#include "cli/CompareCommand.h"
-#include "cli/DefaultsCommand.h"
-#include "cli/Failure.h"
-#include "cli/InfoCommand.h"
-#include "cli/ParamsCommand.h"
-#include "cli/PickCommand.h"
-#include "cli/RenderCommand.h"
-#include "cli/Reporting.h"
-#include "cli/SheetCommand.h"
-#include "cli/SmoothCommand.h"
-#include "cli/StandardOutput.h"
+#include "cli/Commands.h"
+#include "cli/ExitCode.h"
+#include "cli/arguments/Arguments.h"
+#include "cli/text/Reporting.h"
+#include "cli/text/StandardOutput.h"
 
 #include <csignal>
 
 namespace {
 
-using namespace kovalune;
+using namespace kovalune::cli;
 
 ExitCode printed(const Comparison& comparison) {
     printOut(comparison.text);

@@ -1,10 +1,15 @@
-#include "cli/Arguments.h"
-#include "cli/Failure.h"
+#include "cli/arguments/Arguments.h"
 #include "host/Host.h"
+#include "text/Failure.h"
 
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+using namespace render;
+using namespace text;
+
 namespace {
 
 Arguments parsed(const std::vector<const char*>& words) {
@@ -19,7 +24,7 @@ std::string failure(const std::vector<const char*>& words) {
     try {
         parsed(words);
     } catch (const Failure& failure) {
-        EXPECT_EQ(failure.code(), ExitCode::kUsage);
+        EXPECT_EQ(failure.kind(), FailureKind::kUsage);
         return failure.what();
     }
     return {};
@@ -127,4 +132,4 @@ TEST(Arguments, MessagesHaveOneLine) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,13 +1,16 @@
-#include "cli/picture/PixelValues.h"
+#include "pictures/PixelValues.h"
 #include "tests/cli/ErrorCase.h"
-#include "tests/cli/PictureMaker.h"
+#include "tests/pictures/PictureMaker.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 class ColorsCommand : public ErrorCase {
@@ -147,4 +150,4 @@ TEST_F(ColorsCommand, FailuresNameTheFile) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

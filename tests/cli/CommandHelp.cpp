@@ -5,7 +5,7 @@
 #include <regex>
 #include <sstream>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 std::vector<std::string> subCommands() {
     return {"colors", "compare", "defaults", "help", "info", "params", "pick", "render", "sheet", "smooth"};
@@ -30,4 +30,4 @@ std::vector<std::string> optionsOf(const std::string& subCommand) {
     return options;
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 /// Sorted.
 std::vector<std::string> subCommands();
@@ -13,4 +13,4 @@ std::vector<std::string> subCommands();
 /// the command itself.
 std::vector<std::string> optionsOf(const std::string& subCommand = {});
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -12,7 +12,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 namespace {
 
@@ -178,4 +178,4 @@ CommandOutcome runCommand(const std::vector<std::string>& arguments, const Comma
     return RunningCommand(arguments, setting).wait();
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

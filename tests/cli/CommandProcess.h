@@ -1,7 +1,7 @@
 // The command run as a user runs it: a process with arguments, an environment, an exit code and two streams.
 #pragma once
 
-#include "tests/cli/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <cstddef>
 #include <filesystem>
@@ -10,7 +10,7 @@
 #include <sys/types.h>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 struct CommandSetting {
     std::map<std::string, std::string> environment; ///< beside the test's own
@@ -61,4 +61,4 @@ private:
 
 CommandOutcome runCommand(const std::vector<std::string>& arguments, const CommandSetting& setting = {});
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

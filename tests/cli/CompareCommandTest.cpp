@@ -1,9 +1,12 @@
 #include "tests/cli/ErrorCase.h"
-#include "tests/cli/PictureMaker.h"
+#include "tests/pictures/PictureMaker.h"
 
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 class CompareCommand : public ErrorCase {
@@ -152,4 +155,4 @@ TEST_F(CompareCommand, FailuresNameTheFile) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

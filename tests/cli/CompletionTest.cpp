@@ -2,7 +2,7 @@
 
 #include "tests/cli/CommandHelp.h"
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -150,4 +150,4 @@ TEST_F(Completion, OffersFilesByTheirEnds) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

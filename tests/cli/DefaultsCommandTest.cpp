@@ -1,8 +1,12 @@
 // `kovalune defaults` as a user runs it: the file that it writes and deletes, and what the other commands make of it.
 
 #include "tests/cli/ErrorCase.h"
+#include "text/MessageText.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace text;
+
 namespace {
 
 class DefaultsCommand : public ErrorCase {
@@ -181,4 +185,4 @@ TEST_F(DefaultsCommand, WrongUsageIsNamed) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

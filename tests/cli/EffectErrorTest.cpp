@@ -1,6 +1,6 @@
 #include "tests/cli/ErrorCase.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 class EffectError : public ErrorCase {
@@ -86,4 +86,4 @@ TEST_F(EffectError, PlugInsThatCannotBeLoadedAreFiles) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

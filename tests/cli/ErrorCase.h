@@ -2,12 +2,12 @@
 #pragma once
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/PngMaker.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 /// Has "in.png", a sound picture, and "old.png", something that must survive.
 class ErrorCase : public testing::Test {
@@ -38,4 +38,4 @@ protected:
     TestFolder folder_;
 };
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,12 +1,15 @@
-#include "cli/Failure.h"
 #include "tests/cli/ErrorCase.h"
+#include "text/MessageText.h"
 
 #include <stdexcept>
 #include <sys/stat.h>
 #include <unistd.h>
 #include <zlib.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace text;
+
 namespace {
 
 using FileError = ErrorCase;
@@ -201,4 +204,4 @@ INSTANTIATE_TEST_SUITE_P(FileError, LittleMemory, testing::Values("1", "4"));
 #endif
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,13 +1,13 @@
 // Frames with known results through the command: the settings as --set, the pictures as files.
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/TestFolder.h"
 #include "tests/cli/VectorPictures.h"
 #include "tests/frames/VectorFile.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 std::vector<std::string> commandFor(const FrameVector& vector, const TestFolder& folder) {
@@ -55,4 +55,4 @@ INSTANTIATE_TEST_SUITE_P(All, FrameVectorCommand,
                          groupName);
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

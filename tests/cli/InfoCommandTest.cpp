@@ -1,9 +1,12 @@
 #include "tests/cli/ErrorCase.h"
 
-#include "cli/EffectFlags.h"
+#include "cli/text/EffectFlags.h"
 #include "hostapi/Constants.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+
 namespace {
 
 void expectLines(const std::string& text, const std::vector<std::string>& lines) {
@@ -82,4 +85,4 @@ TEST_F(InfoError, HasItsExitCode) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

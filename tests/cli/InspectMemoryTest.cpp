@@ -2,7 +2,7 @@
 
 #include "tests/cli/ErrorCase.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using InspectMemory = ErrorCase;
@@ -20,4 +20,4 @@ TEST_F(InspectMemory, OfAPictureThatDoesNotFitIsAFileError) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,14 +1,14 @@
 // What is installed, where, and that it works there.
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 int shell(const std::string& line) {
@@ -80,4 +80,4 @@ TEST(Installation, DocumentsAndExampleLieSideBySide) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,8 +1,7 @@
 // Ctrl-C and its like at every point of a command: nothing is written, whatever the effect makes of it, and the command
 // ends by the signal, so that the loop that called it ends too.
 
-#include "cli/Interrupt.h"
-#include "cli/SignalAction.h"
+#include "render/shots/EndingSignals.h"
 #include "tests/cli/ErrorCase.h"
 
 #include <chrono>
@@ -16,42 +15,11 @@
 #include <unistd.h>
 #include <utility>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace shots;
+
 namespace {
-
-template <class Thrown>
-void throwDuring(const Thrown& thrown, int signalNumber) {
-    Interrupt interrupt;
-    interrupt.during([&] {
-        if (signalNumber != 0) {
-            std::raise(signalNumber);
-        }
-        throw thrown;
-    });
-}
-
-/// Each in a process of its own: the thread sanitizer does not see that a signal has its default meaning again.
-class InterruptBySignal : public testing::TestWithParam<int> {};
-
-INSTANTIATE_TEST_SUITE_P(Ending, InterruptBySignal, testing::ValuesIn(kEndingSignals),
-                         testing::PrintToStringParamName());
-
-TEST_P(InterruptBySignal, TakesThePlaceOfAnException) {
-    EXPECT_THROW(throwDuring(std::logic_error("a mistake"), GetParam()), Interruption);
-}
-
-TEST_P(InterruptBySignal, TakesThePlaceOfALackOfMemory) {
-    EXPECT_THROW(throwDuring(std::bad_alloc(), GetParam()), Interruption);
-}
-
-TEST_P(InterruptBySignal, TakesThePlaceOfANumberThatIsThrown) {
-    EXPECT_THROW(throwDuring(516L, GetParam()), Interruption);
-}
-
-TEST(Interrupt, LeavesWhatIsThrownAsItIsWithoutASignal) {
-    EXPECT_THROW(throwDuring(std::logic_error("a mistake"), 0), std::logic_error);
-    EXPECT_THROW(throwDuring(516L, 0), long);
-}
 
 class Interrupted : public ErrorCase {
 protected:
@@ -282,4 +250,4 @@ TEST_F(Interrupted, TheProgressLineIsGoneFromTheTerminal) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -10,7 +10,7 @@
 #include <set>
 #include <sstream>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 std::vector<std::string> pageLines() {
@@ -86,4 +86,4 @@ TEST(ManualPage, UsesTheMacrosOfManualPagesAlone) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,14 +1,14 @@
 // The file that the command writes: where it goes, what it replaces, what stays as it was.
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/PngMaker.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 class OutputFile : public testing::Test {
@@ -127,4 +127,4 @@ TEST_F(OutputFile, MayHaveTheLongestNameThereIs) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

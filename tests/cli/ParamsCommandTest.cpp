@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 bool hasLine(const std::string& text, const std::string& line) {
@@ -77,4 +77,4 @@ TEST(ParamsCommand, VersionAndHelpGoToTheStandardOutput) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

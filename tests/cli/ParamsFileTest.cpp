@@ -2,7 +2,7 @@
 
 #include "tests/cli/ErrorCase.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 class ParamsFile : public ErrorCase {
@@ -234,4 +234,4 @@ TEST_F(ParamsFile, ThatCannotBePrintedLeavesNothing) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using nlohmann::json;
@@ -123,4 +123,4 @@ TEST(ParamsFactory, HidesTheRememberedDefaults) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

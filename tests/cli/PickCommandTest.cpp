@@ -1,7 +1,10 @@
 #include "tests/cli/ErrorCase.h"
-#include "tests/cli/PictureMaker.h"
+#include "tests/pictures/PictureMaker.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 class PickCommand : public ErrorCase {
@@ -93,4 +96,4 @@ TEST_F(PickCommand, FilesThatCannotBeReadAreNamed) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

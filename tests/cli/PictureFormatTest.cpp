@@ -1,18 +1,21 @@
 // The command on files of every format: what the effect leaves comes out as it went in, names of any kind, and
 // what must not leave anything behind.
 
-#include "cli/picture/PictureFile.h"
+#include "pictures/PictureFile.h"
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/TestFolder.h"
-#include "tests/cli/picture/Pictures.h"
-#include "tests/cli/picture/TgaMaker.h"
+#include "tests/pictures/Pictures.h"
+#include "tests/pictures/TgaMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <random>
 #include <stdexcept>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 struct Kind {
@@ -177,4 +180,4 @@ TEST_F(WrongTga, TakesNoMemoryForASizeThatItsFileCannotHold) {
 #endif
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <zlib.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 struct Chunk {
@@ -176,4 +176,4 @@ TEST_F(PngTexts, AreNamedByTheFirstFewOfMany) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,12 +1,15 @@
 // The progress of a frame on a terminal, and that nobody else sees it.
 
-#include "cli/ProgressLine.h"
+#include "cli/text/ProgressLine.h"
 #include "tests/cli/ErrorCase.h"
 
 #include <algorithm>
 #include <chrono>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+
 namespace {
 
 TEST(ProgressText, HasABarThePercentageTheStageTheTimesAndTheRate) {
@@ -164,4 +167,4 @@ TEST_F(Progress, LeavesTheLineToAFailure) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -5,7 +5,8 @@
 #include <algorithm>
 #include <sstream>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
 namespace {
 
 class RememberedDefaults : public ErrorCase {
@@ -212,4 +213,4 @@ TEST_F(RememberedDefaults, DoNotCountBehindAFileOfParameters) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

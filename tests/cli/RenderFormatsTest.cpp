@@ -1,12 +1,15 @@
 // What `kovalune render` and `kovalune sheet` write from one format into another: the type of the samples, the
 // kind of alpha, and the word about what is left out.
 
-#include "cli/picture/PictureFile.h"
+#include "pictures/PictureFile.h"
 #include "tests/cli/ErrorCase.h"
-#include "tests/cli/picture/ExrMaker.h"
-#include "tests/cli/picture/Pictures.h"
+#include "tests/pictures/ExrMaker.h"
+#include "tests/pictures/Pictures.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 class RenderFormats : public ErrorCase {
@@ -134,4 +137,4 @@ TEST_F(RenderFormats, SheetOfHalvesHasHalves) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <regex>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 class RenderOptions : public ErrorCase {
@@ -188,4 +188,4 @@ TEST_F(RenderOptions, OfOtherFormsAreRefused) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

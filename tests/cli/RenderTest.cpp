@@ -1,15 +1,15 @@
 // What the options of `kovalune render` do to a picture that the effect really changes.
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/PngMaker.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <cstdlib>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 constexpr uint32_t kWidth = 48;
@@ -158,4 +158,4 @@ TEST_F(Render, APlugInOfTheOldRoadAndEightBitsWorks) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,7 +1,9 @@
-#include "cli/Reporting.h"
-#include "cli/Failure.h"
-#include "cli/Interrupt.h"
-#include "cli/SignalAction.h"
+#include "cli/text/Reporting.h"
+#include "cli/ExitCode.h"
+#include "render/shots/EndingSignals.h"
+#include "render/shots/SignalWatch.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
 
 #include <gtest/gtest.h>
 
@@ -10,8 +12,14 @@
 #include <stdexcept>
 #include <sys/resource.h>
 #include <unistd.h>
+#include <utility>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+using namespace shots;
+using namespace text;
+
 namespace {
 
 struct Report {
@@ -40,9 +48,10 @@ TEST(Reporting, HandsOnTheCodeOfWhatEndsWithoutAFailure) {
 }
 
 TEST(Reporting, TakesTheCodeOfAFailureAndMakesItOneLine) {
-    for (const ExitCode code : {ExitCode::kUsage, ExitCode::kFile, ExitCode::kEffect}) {
-        const Report report = reportOf([code]() -> ExitCode { throw Failure(code, "first\nsecond"); });
-        EXPECT_EQ(report.exitCode, static_cast<int>(code));
+    for (const auto& each :
+         {std::pair(FailureKind::kUsage, 2), {FailureKind::kFile, 3}, {FailureKind::kEffect, 4}}) {
+        const Report report = reportOf([&each]() -> ExitCode { throw Failure(each.first, "first\nsecond"); });
+        EXPECT_EQ(report.exitCode, each.second);
         EXPECT_EQ(report.text, "kovalune: first\\nsecond\n");
     }
 }
@@ -91,10 +100,11 @@ TEST(ReportingDeathTest, EndsByTheSignalWhereNobodyReadsTheMessage) {
 }
 
 TEST(Reporting, NoControlCharacterReachesATerminal) {
-    const Report report = reportOf(
-        []() -> ExitCode { throw Failure(ExitCode::kFile, "\x1b[2J \x9b\x31m \xc2\x9b \x7f \xe2\x9b \r"); });
+    const Report report = reportOf([]() -> ExitCode {
+        throw Failure(FailureKind::kFile, "\x1b[2J \x9b\x31m \xc2\x9b \x7f \xe2\x9b \r");
+    });
     EXPECT_EQ(report.text, "kovalune: \\x1b[2J \\x9b1m \\xc2\\x9b \\x7f \xe2\\x9b \\r\n");
-    const Report words = reportOf([]() -> ExitCode { throw Failure(ExitCode::kFile, "ほこり é \xe9"); });
+    const Report words = reportOf([]() -> ExitCode { throw Failure(FailureKind::kFile, "ほこり é \xe9"); });
     EXPECT_EQ(words.text, "kovalune: ほこり é \xe9\n");
 }
 
@@ -125,4 +135,4 @@ TEST(Reporting, NoCharacterOfALongTextIsCut) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -2,14 +2,14 @@
 // in, sample for sample.
 
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/PngMaker.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <algorithm>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 PngPicture passedThrough(const PngPicture& picture) {
@@ -276,4 +276,4 @@ TEST(RoundTrip, AColourProfileStays) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

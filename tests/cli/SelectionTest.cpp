@@ -4,7 +4,7 @@
 
 #include <nlohmann/json.hpp>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using Json = nlohmann::json;
@@ -227,4 +227,4 @@ TEST_F(Selection, IsNotReportedBesideOtherText) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

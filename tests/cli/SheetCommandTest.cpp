@@ -1,14 +1,18 @@
 // `kovalune sheet`: every view is in it as `kovalune render` draws it, at its place.
 
-#include "cli/SheetLayout.h"
-#include "cli/picture/TextDrawing.h"
+#include "cli/files/SheetLayout.h"
+#include "pictures/TextDrawing.h"
 #include "tests/cli/ErrorCase.h"
 
 #include <algorithm>
 #include <set>
 #include <sstream>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+using namespace pictures;
+
 namespace {
 
 TEST(SheetLayout, PutsUpToFourInARowWithMarginsAround) {
@@ -272,4 +276,4 @@ TEST_F(Sheet, FailsAsARenderDoes) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

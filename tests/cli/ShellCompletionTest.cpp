@@ -2,7 +2,7 @@
 
 #include "tests/cli/CommandHelp.h"
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -11,7 +11,7 @@
 #include <fstream>
 #include <sstream>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using Words = std::vector<std::string>;
@@ -176,4 +176,4 @@ INSTANTIATE_TEST_SUITE_P(Shells, ShellCompletion, testing::ValuesIn(kShells),
                          [](const auto& tested) { return std::string(tested.param.name); });
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,13 +1,16 @@
 // `kovalune smooth` as a user runs it: known results, the map of the edges, and every wrong option.
 
-#include "cli/picture/PictureFile.h"
+#include "pictures/PictureFile.h"
 #include "tests/cli/ErrorCase.h"
 #include "tests/cli/VectorPictures.h"
 #include "tests/frames/VectorFile.h"
 
 #include <map>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+
 namespace {
 
 std::vector<std::string> commandFor(const std::map<std::string, std::string>& settings,
@@ -209,4 +212,4 @@ TEST_F(SmoothFiles, AreBothLeftAloneWhenOneDoesNotFitTheDisk) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

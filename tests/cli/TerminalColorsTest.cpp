@@ -1,9 +1,9 @@
 // The swatches of `kovalune colors`, with the command's standard output on a terminal.
 
-#include "cli/Swatch.h"
+#include "cli/text/Swatch.h"
 #include "tests/cli/CommandProcess.h"
-#include "tests/cli/PngMaker.h"
-#include "tests/cli/TestFolder.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>
 
@@ -15,7 +15,10 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace cli;
+
 namespace {
 
 using Variables = std::map<std::string, std::string>;
@@ -105,7 +108,7 @@ TEST_F(TerminalColors, AreLeftOutInFiles) {
 
 TEST(Swatch, GreysOf256AreNearerThanTheCube) {
     const auto index = [](uint8_t grey) {
-        return swatch({grey, grey, grey}, kovalune::TerminalColors::kIndexed256);
+        return swatch({grey, grey, grey}, cli::TerminalColors::kIndexed256);
     };
     EXPECT_TRUE(index(0).starts_with("\x1b[48;5;16m"));
     EXPECT_TRUE(index(8).starts_with("\x1b[48;5;232m"));
@@ -114,4 +117,4 @@ TEST(Swatch, GreysOf256AreNearerThanTheCube) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,10 +1,14 @@
-#include "cli/Failure.h"
-#include "cli/picture/PngFile.h"
+#include "pictures/png/PngFile.h"
 #include "tests/cli/ErrorCase.h"
+#include "text/Failure.h"
 
 #include <span>
 
-namespace kovalune::tests {
+namespace kovalune::test {
+
+using namespace pictures;
+using namespace text;
+
 namespace {
 
 std::vector<PngPicture> tinyPictures() {
@@ -28,7 +32,7 @@ TEST(TruncatedFile, IsRefusedWhereverItEnds) {
                 decodePng(std::span(bytes).first(count), "tiny.png");
                 ADD_FAILURE() << count << " of " << bytes.size() << " bytes were enough";
             } catch (const Failure& failure) {
-                EXPECT_EQ(failure.code(), ExitCode::kFile);
+                EXPECT_EQ(failure.kind(), FailureKind::kFile);
                 EXPECT_NE(std::string(failure.what()).find("'tiny.png': it is cut short"), std::string::npos)
                     << count << ": " << failure.what();
             }
@@ -52,7 +56,7 @@ TEST(TruncatedFile, AnyByteMayBeWrong) {
                     EXPECT_EQ(read.width, 3U);
                     EXPECT_EQ(read.height, 2U);
                 } catch (const Failure& failure) {
-                    EXPECT_EQ(failure.code(), ExitCode::kFile);
+                    EXPECT_EQ(failure.kind(), FailureKind::kFile);
                 }
             }
         }
@@ -71,4 +75,4 @@ TEST_F(TruncatedInput, EndsTheCommandAtEveryByte) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

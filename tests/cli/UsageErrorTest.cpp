@@ -1,9 +1,9 @@
 #include "tests/cli/ErrorCase.h"
-#include "tests/cli/picture/ExrMaker.h"
+#include "tests/pictures/ExrMaker.h"
 
 #include <algorithm>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 class UsageError : public ErrorCase {
@@ -294,4 +294,4 @@ TEST_F(LongTexts, OfPicturesAreCut) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -1,31 +1,31 @@
 // The pictures of vectors as files that hold every value of theirs: TIFF, RGBA with straight alpha.
 #pragma once
 
-#include "cli/picture/PictureConversion.h"
-#include "cli/picture/PictureFile.h"
-#include "tests/cli/TestFolder.h"
+#include "pictures/PictureConversion.h"
+#include "pictures/PictureFile.h"
+#include "tests/support/TestFolder.h"
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 /// What the file holds for white is 255, 65535 or 1; it reads back as the same image.
-inline Picture filePicture(const host::Image& image) {
-    Picture blank;
+inline pictures::Picture filePicture(const host::Image& image) {
+    pictures::Picture blank;
     blank.width = static_cast<uint32_t>(image.width());
     blank.height = static_cast<uint32_t>(image.height());
-    blank.channels = Channels::kRgbAlpha;
-    blank.sampleType = sampleTypeFor(image.format(), SampleType::kFloat);
+    blank.channels = pictures::Channels::kRgbAlpha;
+    blank.sampleType = pictures::sampleTypeFor(image.format(), pictures::SampleType::kFloat);
     blank.samples.assign(blank.byteCount(), 0);
     const host::Image none(image.format(), image.width(), image.height());
-    return pictureOf(image, none, blank, {blank.sampleType, AlphaKind::kStraight});
+    return pictures::pictureOf(image, none, blank, {blank.sampleType, pictures::AlphaKind::kStraight});
 }
 
 inline void writeImage(const std::filesystem::path& file, const host::Image& image) {
-    writeBytes(file, encodePicture(FileFormat::kTiff, filePicture(image)));
+    writeBytes(file, pictures::encodePicture(pictures::FileFormat::kTiff, filePicture(image)));
 }
 
 inline host::Image readImage(const std::filesystem::path& file) {
-    const Picture picture = readPicture(file);
-    return imageOf(picture, workingFormat(picture.sampleType));
+    const pictures::Picture picture = pictures::readPicture(file);
+    return pictures::imageOf(picture, pictures::workingFormat(picture.sampleType));
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <gtest/gtest.h>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using platform::contentOf;
@@ -107,4 +107,4 @@ TEST_F(Defaults, TellOfWhatCannotBeWrittenOrDeleted) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <set>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using host::CallRecord;
@@ -149,4 +149,4 @@ std::size_t FaultExpectation::countBefore(std::size_t at, const std::string& cal
                       [&](const CallRecord& record) { return record.call == call; }));
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

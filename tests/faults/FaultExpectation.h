@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 inline constexpr PF_Err kFault = PF_Err_INVALID_INDEX;
 
@@ -41,4 +41,4 @@ private:
         colours_; ///< places of the conversions of listed colours: two of Base, one a stage
 };
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

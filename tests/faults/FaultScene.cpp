@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 constexpr A_long kNormal = 1;
@@ -129,4 +129,4 @@ host::RenderRequest requestOf(const FaultScene& scene) {
     return request;
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 struct FaultScene {
     std::string name;
@@ -46,4 +46,4 @@ void applyScene(host::Session& session, const FaultScene& scene);
 
 host::RenderRequest requestOf(const FaultScene& scene);
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

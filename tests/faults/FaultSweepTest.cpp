@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using host::AuditReport;
@@ -233,4 +233,4 @@ TEST(FaultSweepOfCommands, TheOthersNeedNothingThatCanFail) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

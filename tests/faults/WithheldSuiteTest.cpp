@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using host::EffectModule;
@@ -180,4 +180,4 @@ TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

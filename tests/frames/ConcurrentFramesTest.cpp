@@ -15,7 +15,7 @@
 #include <thread>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 struct Frames {
@@ -132,4 +132,4 @@ TEST(LoadedPlugIn, FillsNoReport) {
 }
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

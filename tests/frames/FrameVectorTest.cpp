@@ -12,7 +12,7 @@
 
 #include <algorithm>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using host::EffectModule;
@@ -164,4 +164,4 @@ std::string testName(const testing::TestParamInfo<std::string>& info) {
 INSTANTIATE_TEST_SUITE_P(All, FrameVectors, testing::ValuesIn(vectorNames(KOVALUNE_VECTORS)), testName);
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -9,7 +9,7 @@
 #include <sstream>
 #include <stdexcept>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using host::Image;
@@ -191,4 +191,4 @@ std::string firstDifference(const Image& actual, const Image& expected) {
     return {};
 }
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 
 struct FrameVector {
     std::string name;
@@ -37,4 +37,4 @@ std::vector<std::string> vectorNames(const std::filesystem::path& folder);
 /// Where two pictures differ first, and by what; empty where they are equal to the last bit.
 std::string firstDifference(const host::Image& actual, const host::Image& expected);
 
-} // namespace kovalune::tests
+} // namespace kovalune::test

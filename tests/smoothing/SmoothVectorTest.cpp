@@ -13,7 +13,7 @@
 #include <cstring>
 #include <stdexcept>
 
-namespace kovalune::tests {
+namespace kovalune::test {
 namespace {
 
 using test::StrictHost;
@@ -96,4 +96,4 @@ std::string testName(const testing::TestParamInfo<std::string>& info) {
 INSTANTIATE_TEST_SUITE_P(All, SmoothVectors, testing::ValuesIn(vectorNames(KOVALUNE_VECTORS)), testName);
 
 } // namespace
-} // namespace kovalune::tests
+} // namespace kovalune::test

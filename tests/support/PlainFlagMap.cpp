@@ -1,4 +1,5 @@
 #include "tests/support/PlainSmooth.h"
+#include "text/MessageText.h"
 
 #include <bit>
 #include <cmath>

@@ -19,16 +19,16 @@
 namespace kovalune::test {
 namespace {
 
-tests::FrameVector vectorNamed(const char* name) {
-    return tests::readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
+test::FrameVector vectorNamed(const char* name) {
+    return test::readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
 }
 
-void expectFrame(host::Session& session, const tests::FrameVector& vector) {
+void expectFrame(host::Session& session, const test::FrameVector& vector) {
     vector.applyTo(session);
     host::Image output;
     const host::RenderResult result = session.render(vector.input, output, vector.request());
     EXPECT_TRUE(result.ok()) << result.code << ": " << result.returnMsg;
-    EXPECT_EQ(tests::firstDifference(output, vector.expected), "");
+    EXPECT_EQ(test::firstDifference(output, vector.expected), "");
 }
 
 /// What 100 turns of something add to what the process holds, after some that fill what is kept for later.
@@ -62,7 +62,7 @@ protected:
     static constexpr char kFile[] = "Kovalune.aex";
 
 private:
-    const tests::FrameVector vector_ = vectorNamed("process-many-argb-0");
+    const test::FrameVector vector_ = vectorNamed("process-many-argb-0");
 };
 
 TEST_P(ManyLoads, LeaveNothingBehind) {
@@ -124,7 +124,7 @@ TEST(LoadedPlugIn, AnswersEveryCommandThatAsksForNothing) {
 }
 
 TEST(LoadedPlugIn, KeepsNothingOfThreadsThatHaveEnded) {
-    const tests::FrameVector vector = vectorNamed("process-many-argb-0");
+    const test::FrameVector vector = vectorNamed("process-many-argb-0");
     host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
     host::HostOptions options;
     options.threads = 3;
@@ -148,7 +148,7 @@ TEST(LoadedPlugIn, KeepsNothingOfThreadsThatHaveEnded) {
 }
 
 TEST(LoadedPlugIn, LivesOnAfterItsSetdownAndStartsAnewWithTheNextLoad) {
-    const tests::FrameVector vector = vectorNamed("base-smooth-ae16-0");
+    const test::FrameVector vector = vectorNamed("base-smooth-ae16-0");
     {
         host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
         host::Host host;

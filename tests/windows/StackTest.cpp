@@ -24,13 +24,13 @@ TEST_P(StackOfTheHost, NeedsNoMoreThanFourBytesOfAlignment) {
          {"process-many-argb-0", "process-many-ae16-0", "process-many-ae32-0", "base-smooth-argb-0",
           "base-smooth-ae16-0", "base-smooth-ae32-0", "process-one-argb-3"}) {
         SCOPED_TRACE(name);
-        const tests::FrameVector vector =
-            tests::readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
+        const test::FrameVector vector =
+            test::readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / name);
         vector.applyTo(session);
         host::Image output;
         const host::RenderResult result = session.render(vector.input, output, vector.request());
         EXPECT_TRUE(result.ok()) << result.code << ": " << result.returnMsg;
-        EXPECT_EQ(tests::firstDifference(output, vector.expected), "");
+        EXPECT_EQ(test::firstDifference(output, vector.expected), "");
     }
     EXPECT_TRUE(session.updateParamsUI().ok());
     EXPECT_TRUE(session.run(PF_Cmd_GLOBAL_SETDOWN).ok());

@@ -1,0 +1,130 @@
+// The command line as plain records, one for each sub-command. It is parsed once, before anything else happens.
+#pragma once
+
+#include "effect/Kovalune.h"
+#include "pictures/Picture.h"
+#include "render/FrameRequest.h"
+#include "render/OpenEffect.h"
+#include "render/shots/FrameForm.h"
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <variant>
+#include <vector>
+
+namespace kovalune::cli {
+
+/// Which effect, and what its parameters are set to: first its defaults, then the file, then the settings, then
+/// the view.
+struct EffectArguments {
+    std::optional<std::string> plugin;
+    bool factory = false; ///< not the user's remembered defaults
+    int threads = 0;      ///< to render::kMostThreads; 0: what the machine has
+    std::optional<std::string> paramsFile;
+    std::vector<std::string> settings; ///< "LABEL=VALUE", in order
+};
+
+/// How a frame is made of a picture.
+struct FrameArguments {
+    shots::FrameForm form;
+    render::Downsample downsample{};
+    bool legacy = false;
+    bool quiet = false;
+};
+
+/// What is told of the settings that a frame is made with.
+struct ReportArguments {
+    bool strict = false; ///< one that does nothing is an error
+    bool report = false;
+    bool json = false; ///< the report's form
+};
+
+/// Of every record, `force` lets write-protected files be replaced.
+struct RenderArguments {
+    EffectArguments effect;
+    FrameArguments frame;
+    ReportArguments report;
+    std::string input; ///< both empty: nothing is rendered, the parameters are printed
+    std::string output;
+    bool force = false;
+    std::optional<std::string> view;
+    bool printParams = false;
+    bool time = false;
+};
+
+struct SheetArguments {
+    EffectArguments effect;
+    FrameArguments frame;
+    ReportArguments report;
+    std::string input;
+    std::string output;
+    bool force = false;
+};
+
+/// The boundary smoothing alone.
+struct SmoothArguments {
+    std::string input;
+    std::string output;
+    bool force = false;
+    SmoothOptions options; ///< but for the key's colour
+    std::optional<std::string> keyColor;
+    std::optional<std::string> flagMap; ///< a picture of the edge flags
+    shots::FrameForm form;
+};
+
+struct ParamsArguments {
+    std::optional<std::string> plugin;
+    bool factory = false;
+    bool json = false;
+};
+
+enum class DefaultsAction { kSave, kForget, kShow };
+
+/// What new instances start with.
+struct DefaultsArguments {
+    DefaultsAction action = DefaultsAction::kShow;
+    EffectArguments effect; ///< with kSave; plugin and threads do not count
+    std::optional<std::string> view;
+};
+
+struct InfoArguments {
+    std::optional<std::string> plugin;
+};
+
+struct ColorsArguments {
+    std::string input;
+    std::optional<std::string> output; ///< a picture of the colours
+    bool force = false;
+    std::optional<pictures::AlphaKind> alphaKind;
+    int most = 32; ///< colours listed; 0: all
+};
+
+struct PickArguments {
+    std::string input;
+    uint32_t x = 0;
+    uint32_t y = 0;
+    std::optional<pictures::AlphaKind> alphaKind;
+};
+
+struct CompareArguments {
+    std::string first;
+    std::string second;
+    std::optional<std::string> diff; ///< a picture of the differences
+    bool force = false;
+};
+
+/// What --help and --version ask for.
+struct ShownText {
+    std::string text;
+};
+
+using Arguments =
+    std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments, DefaultsArguments,
+                 InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
+
+/// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
+/// of parameters are looked at later.
+Arguments parseArguments(int count, const char* const* words);
+
+} // namespace kovalune::cli

@@ -1,0 +1,24 @@
+// What each command takes: its options and places, which fill its record, and what the parser cannot check.
+#pragma once
+
+#include "cli/arguments/Arguments.h"
+#include "cli/arguments/Parser.h"
+
+namespace kovalune::cli {
+
+void addRender(CommandSyntax& command, RenderArguments& arguments);
+void addSheet(CommandSyntax& command, SheetArguments& arguments);
+void addSmooth(CommandSyntax& command, SmoothArguments& arguments);
+void addColors(CommandSyntax& command, ColorsArguments& arguments);
+void addPick(CommandSyntax& command, PickArguments& arguments);
+void addCompare(CommandSyntax& command, CompareArguments& arguments);
+void addParams(CommandSyntax& command, ParamsArguments& arguments);
+void addDefaults(CommandSyntax& command, DefaultsArguments& arguments);
+void addInfo(CommandSyntax& command, InfoArguments& arguments);
+
+// Throw UsageMistake for options that do not go together.
+void checkTogether(const RenderArguments& arguments);
+void checkTogether(const SheetArguments& arguments);
+void checkTogether(const DefaultsArguments& arguments);
+
+} // namespace kovalune::cli

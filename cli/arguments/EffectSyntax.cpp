@@ -1,0 +1,49 @@
+// The commands about the effect itself.
+
+#include "cli/arguments/CommandSyntaxes.h"
+#include "cli/arguments/OptionKinds.h"
+
+namespace kovalune::cli {
+
+void addParams(CommandSyntax& command, ParamsArguments& arguments) {
+    command.describe("List the effect's parameters");
+    command.addFlag("--json", arguments.json, "As JSON, for programs");
+    addFactory(command, arguments.factory);
+    addPlugin(command, arguments.plugin);
+    command.addFooter(example("params --plugin build/release/bin/Kovalune.so"));
+}
+
+void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {
+    command.describe("Remember, forget or show what new instances of the effect start with");
+    addChoice<DefaultsAction>(command, "ACTION", arguments.action,
+                              {{"save", DefaultsAction::kSave},
+                               {"forget", DefaultsAction::kForget},
+                               {"show", DefaultsAction::kShow}},
+                              "What to do: save, forget, show")
+        .required();
+    addSettings(command, arguments.effect);
+    addView(command, arguments.view);
+    command.addFooter(
+        example("defaults save --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
+                "save remembers every parameter, with the values of the options; the others stay as "
+                "they are,\nor become the effect's own with --factory or --params.\nshow prints what is "
+                "remembered, as --params takes it. Hosts read the "
+                "file when they start."));
+}
+
+void checkTogether(const DefaultsArguments& arguments) {
+    const EffectArguments& effect = arguments.effect;
+    const bool hasValues =
+        effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
+    if (arguments.action != DefaultsAction::kSave && hasValues) {
+        throw UsageMistake("only save takes --set, --params, --view and --factory");
+    }
+}
+
+void addInfo(CommandSyntax& command, InfoArguments& arguments) {
+    command.describe("Tell what the effect says of itself and what this build runs on");
+    addPlugin(command, arguments.plugin);
+    command.addFooter(example("info"));
+}
+
+} // namespace kovalune::cli

@@ -1,0 +1,128 @@
+#include "cli/arguments/OptionKinds.h"
+
+#include "cli/files/PictureNames.h"
+#include "pictures/PictureFile.h"
+#include "text/AsciiText.h"
+#include "text/MessageText.h"
+
+#include <algorithm>
+
+namespace kovalune::cli {
+
+namespace {
+
+using pictures::AlphaKind;
+
+/// "a, b or c"
+std::string listOf(const std::vector<std::string>& words) {
+    std::string list;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        list += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + words[i];
+    }
+    return list;
+}
+
+} // namespace
+
+std::string example(const std::string& line, const std::string& more) {
+    return "Example:\n  kovalune " + line + (more.empty() ? "" : "\n\n" + more);
+}
+
+void refuse(const std::string& name, const std::string& takes, const std::string& text) {
+    throw UsageMistake(name + " takes " + takes + ", not " + text::inQuotes(text));
+}
+
+OptionSyntax addWhole(CommandSyntax& command, const std::string& name, int& value, int lowest, int highest,
+                      const std::string& what) {
+    const auto set = [name, &value, lowest, highest](const std::string& text) {
+        int read = 0;
+        if (!readWhole(text, read) || read < lowest || read > highest) {
+            refuse(name, "a whole number, " + std::to_string(lowest) + " to " + std::to_string(highest),
+                   text);
+        }
+        value = read;
+    };
+    return command.addTaker(name, set, what).shownAs("N");
+}
+
+void checkedAsRead(const CommandSyntax& command, OptionSyntax option) {
+    option.checkedBy([name = command.name()](const std::string& text) { checkReadName(text, name); });
+}
+
+void checkedAsWritten(const CommandSyntax& command, OptionSyntax option) {
+    option.checkedBy([name = command.name()](const std::string& text) { checkWriteName(text, name); });
+}
+
+OptionSyntax addInput(CommandSyntax& command, std::string& input) {
+    const OptionSyntax option =
+        command.addText("INPUT", input, "The picture to read: " + pictures::formatNames());
+    checkedAsRead(command, option);
+    return option;
+}
+
+void addForce(CommandSyntax& command, bool& force) {
+    command.addFlag("--force", force, "Replace a write-protected file too");
+}
+
+OptionSyntax addOutput(CommandSyntax& command, std::string& output, bool& force, const std::string& asInput) {
+    OptionSyntax option = command.addText("-o,--output", output,
+                                          "The picture to write; its name's end (" +
+                                              pictures::usualNameEnds() + ") says the format; " + asInput);
+    checkedAsWritten(command, option);
+    addForce(command, force);
+    return option.shownAs("FILE");
+}
+
+void addPlugin(CommandSyntax& command, std::optional<std::string>& plugin) {
+    command.addText("--plugin", plugin, "Use the effect of this shared object").shownAs("FILE");
+}
+
+void addFactory(CommandSyntax& command, bool& factory) {
+    command.addFlag("--factory", factory, "Start from the effect's own defaults, not the remembered ones");
+}
+
+void addSettings(CommandSyntax& command, EffectArguments& effect) {
+    command
+        .addTexts("--set", effect.settings,
+                  "Set a parameter; may be given again. Colours are #RRGGBB or r,g,b, check boxes on or off")
+        .shownAs("LABEL=VALUE");
+    command
+        .addText("--params", effect.paramsFile,
+                 "Set the parameters of this file first, one LABEL=VALUE a line; implies --factory")
+        .checkedBy(checkParamsName)
+        .shownAs("FILE");
+    addFactory(command, effect.factory);
+}
+
+void addView(CommandSyntax& command, std::optional<std::string>& view) {
+    command.addText("--view", view, "Choose the View; wins over --set View=...").shownAs("NAME");
+}
+
+void addAlpha(CommandSyntax& command, std::optional<pictures::AlphaKind>& alphaKind) {
+    addChoice<std::optional<pictures::AlphaKind>>(
+        command, "--alpha", alphaKind,
+        {{"premultiplied", pictures::AlphaKind::kPremultiplied},
+         {"straight", pictures::AlphaKind::kStraight}},
+        "Take the files' alpha as this, whatever they say: straight, premultiplied")
+        .shownAs("KIND");
+}
+
+void addDepth(CommandSyntax& command, std::optional<int>& depth) {
+    addChoice<std::optional<int>>(
+        command, "--depth", depth, {{"8", 8}, {"16", 16}, {"32", 32}, {"auto", std::nullopt}},
+        "Bits a channel to work in: 8, 16, 32 or auto (the file's); the written file has the nearest depth")
+        .shownAs("N");
+}
+
+std::size_t placeOfChoice(const std::string& name, const std::vector<std::string>& words,
+                          const std::string& text) {
+    const auto found = std::find_if(words.begin(), words.end(), [&text](const std::string& word) {
+        return text::equalWithoutCase(word, text);
+    });
+    if (found == words.end()) {
+        refuse(name, listOf(words), text);
+    }
+    return static_cast<std::size_t>(found - words.begin());
+}
+
+} // namespace kovalune::cli

@@ -1,0 +1,116 @@
+// The commands that put a picture through the effect.
+
+#include "cli/arguments/CommandSyntaxes.h"
+#include "cli/arguments/OptionKinds.h"
+
+namespace kovalune::cli {
+
+namespace {
+
+void addEffect(CommandSyntax& command, EffectArguments& effect) {
+    addSettings(command, effect);
+    addWhole(command, "--threads", effect.threads, 1, render::kMostThreads,
+             "Threads to work on, 1 to " + std::to_string(render::kMostThreads) + "; default: the machine's");
+    addPlugin(command, effect.plugin);
+}
+
+/// "N/D" with 1 <= N <= D.
+render::Fraction parsedFraction(const std::string& text) {
+    constexpr int32_t kMost = 32767;
+    const std::size_t slash = text.find('/');
+    render::Fraction fraction;
+    if (slash == std::string::npos || !readWhole(text.substr(0, slash), fraction.numerator) ||
+        !readWhole(text.substr(slash + 1), fraction.denominator) || fraction.numerator < 1 ||
+        fraction.denominator < fraction.numerator || fraction.denominator > kMost) {
+        refuse("--downsample", "N/D or N/D,N/D with 1 <= N <= D <= " + std::to_string(kMost), text);
+    }
+    return fraction;
+}
+
+void addDownsample(CommandSyntax& command, render::Downsample& downsample) {
+    const auto set = [&downsample](const std::string& text) {
+        const std::size_t comma = text.find(',');
+        downsample[0] = parsedFraction(text.substr(0, comma));
+        downsample[1] = comma == std::string::npos ? downsample[0] : parsedFraction(text.substr(comma + 1));
+    };
+    command
+        .addTaker("--downsample", set,
+                  "The picture is a proxy of this factor (across,down); nothing is shrunk")
+        .shownAs("N/D[,N/D]");
+}
+
+void addFrame(CommandSyntax& command, FrameArguments& frame) {
+    addDepth(command, frame.form.depth);
+    addDownsample(command, frame.downsample);
+    command.addFlag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
+    addAlpha(command, frame.form.alphaKind);
+    command.addFlag("--quiet", frame.quiet, "No progress, and no word of remembered defaults");
+}
+
+void addReport(CommandSyntax& command, ReportArguments& report) {
+    command.addFlag("--strict", report.strict, "Write nothing, exit code 4, if a setting selects nothing");
+    const OptionSyntax table = command.addFlag(
+        "--report", report.report,
+        "Print the pixels that each stage selected and changed; the built-in effect alone counts "
+        "them");
+    command.addFlag("--json", report.json, "The report as JSON, for programs").needs(table);
+}
+
+void checkReport(const ReportArguments& report, const EffectArguments& effect) {
+    if (report.strict && effect.plugin) {
+        throw UsageMistake(
+            "--strict: needs the built-in effect, since the one of --plugin does not tell what it "
+            "selects");
+    }
+}
+
+} // namespace
+
+void addRender(CommandSyntax& command, RenderArguments& arguments) {
+    command.describe("Put a picture through the effect");
+    addInput(command, arguments.input);
+    addOutput(command, arguments.output, arguments.force, kMayBeInput);
+    addEffect(command, arguments.effect);
+    addView(command, arguments.view);
+    command.addFlag("--print-params", arguments.printParams,
+                    "Print the parameters in use, as --params takes them; INPUT and output may be left out");
+    addFrame(command, arguments.frame);
+    addReport(command, arguments.report);
+    command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
+    command.addFooter(
+        example("render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
+                "'kovalune params' lists the labels and the values they take."));
+}
+
+void checkTogether(const RenderArguments& arguments) {
+    const ReportArguments& report = arguments.report;
+    checkReport(report, arguments.effect);
+    if (report.json && (arguments.printParams || arguments.time)) {
+        throw UsageMistake("--json: prints one document, so leave out --print-params and --time");
+    }
+    if (arguments.input.empty() && arguments.output.empty() && arguments.printParams && !report.report &&
+        !report.strict) {
+        return;
+    }
+    if (arguments.input.empty()) {
+        throw UsageMistake("INPUT is required");
+    }
+    if (arguments.output.empty()) {
+        throw UsageMistake("--output is required");
+    }
+}
+
+void addSheet(CommandSyntax& command, SheetArguments& arguments) {
+    command.describe("Draw all views of a picture side by side with their names");
+    addRequiredFiles(command, arguments, "may not be INPUT");
+    addEffect(command, arguments.effect);
+    addFrame(command, arguments.frame);
+    addReport(command, arguments.report);
+    command.addFooter(example("sheet drawing.png -o views.png --params jacket.txt"));
+}
+
+void checkTogether(const SheetArguments& arguments) {
+    checkReport(arguments.report, arguments.effect);
+}
+
+} // namespace kovalune::cli

@@ -1,0 +1,24 @@
+// What a command line says about the effect, brought into a session: its defaults, then the file of
+// parameters, then the single settings, then the view.
+#pragma once
+
+#include "cli/arguments/Arguments.h"
+#include "render/OpenEffect.h"
+#include "render/Settings.h"
+
+#include <optional>
+#include <string>
+
+namespace kovalune::cli {
+
+/// Whether the user's remembered defaults stay out of it: a file of parameters means the same for every user.
+bool startsFromFactory(const EffectArguments& arguments);
+
+render::OpenEffect openEffect(const EffectArguments& arguments);
+
+/// Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
+/// be chosen and was not overruled.
+render::NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
+                                  const std::optional<std::string>& view);
+
+} // namespace kovalune::cli

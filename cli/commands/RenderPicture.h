@@ -1,0 +1,28 @@
+// A picture through the effect with progress on the terminal, to be ended by Ctrl-C.
+#pragma once
+
+#include "cli/arguments/Arguments.h"
+#include "cli/text/ProgressLine.h"
+#include "render/OpenEffect.h"
+#include "render/shots/SourceFrame.h"
+
+#include <optional>
+#include <string>
+
+namespace kovalune::cli {
+
+/// Names on standard error what the file has and the picture has not, if anything; with `format`, also what a file of
+/// that format cannot take over.
+void noteLeftOut(const shots::SourceFrame& source, std::optional<pictures::FileFormat> format = std::nullopt);
+
+/// What the effect will report of the frame that the session's values make.
+ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,
+                            const std::string& title = {});
+
+/// Throws Failure as render::renderFrame does, and Interruption for a frame that the user interrupted. `counts`, where it
+/// is not null, is what the built-in effect reports.
+host::Image renderPicture(render::OpenEffect& effect, const shots::SourceFrame& source,
+                          const FrameArguments& arguments, ProgressLine& progress,
+                          FrameReport* counts = nullptr);
+
+} // namespace kovalune::cli

@@ -1,0 +1,152 @@
+#include "cli/Commands.h"
+
+#include "cli/commands/RenderPicture.h"
+#include "effect/Kovalune.h"
+#include "pictures/Canvas.h"
+#include "pictures/PictureFile.h"
+#include "pictures/PictureMemory.h"
+#include "render/ParamText.h"
+#include "render/shots/AtomicFile.h"
+#include "render/shots/DrawnFile.h"
+#include "render/shots/OutputFile.h"
+#include "text/Failure.h"
+
+#include <algorithm>
+#include <array>
+#include <new>
+#include <optional>
+
+namespace kovalune::cli {
+
+namespace {
+
+/// The colour as --set takes one.
+PF_Pixel keyColorOf(const std::string& text) {
+    PF_ParamDef def{};
+    def.param_type = PF_Param_COLOR;
+    constexpr char kName[] = "--key-color";
+    std::copy(std::begin(kName), std::end(kName), def.name);
+    return std::get<PF_Pixel>(render::parseValue(def, {}, text));
+}
+
+SmoothOptions optionsOf(const SmoothArguments& arguments) {
+    SmoothOptions options = arguments.options;
+    if (arguments.keyColor) {
+        const PF_Pixel color = keyColorOf(*arguments.keyColor);
+        options.keyRed = color.red;
+        options.keyGreen = color.green;
+        options.keyBlue = color.blue;
+    }
+    return options;
+}
+
+/// At tolerance 0 the pass tests 8-bit pixels with red and blue exchanged in one place and not in another, so no
+/// colour that it could be given would be the one that the user means.
+void checkKey(PF_PixelFormat format, const SmoothOptions& options) {
+    if (format == PF_PixelFormat_ARGB32 && options.key != SmoothKey::kNone && options.keyTolerance == 0 &&
+        options.keyRed != options.keyBlue) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "in 8 bits a --key-color whose red and blue differ needs a "
+                            "--key-tolerance of 1 to 255, or --depth 16");
+    }
+}
+
+template <class View, class Image>
+View viewOf(Image& image) {
+    return {image.format(), image.width(), image.height(), static_cast<int32_t>(image.rowBytes()),
+            image.row(0)};
+}
+
+void requireNoError(PF_Err err) {
+    if (err == PF_Err_OUT_OF_MEMORY) {
+        throw std::bad_alloc();
+    }
+    if (err != PF_Err_NONE) {
+        throw text::Failure(text::FailureKind::kEffect,
+                            "the smoothing failed with code " + std::to_string(err));
+    }
+}
+
+struct FlagColor {
+    uint8_t flag;
+    pictures::DrawnColor color;
+};
+
+/// Sums stay within white: no pixel has more of a channel than three of the four give.
+constexpr std::array<FlagColor, 4> kFlagColors = {{{kEdgeRight, {255, 0, 0}},
+                                                   {kEdgeDown, {0, 255, 0}},
+                                                   {kEdgeFalling, {0, 0, 127}},
+                                                   {kEdgeRising, {0, 0, 128}}}};
+
+/// Red for a step to the right, green for one downward, blue for the diagonals.
+pictures::DrawnColor colorOf(uint8_t flags) {
+    pictures::DrawnColor sum;
+    for (const auto& [flag, color] : kFlagColors) {
+        if ((flags & flag) == 0) {
+            continue;
+        }
+        sum.red = static_cast<uint8_t>(sum.red + color.red);
+        sum.green = static_cast<uint8_t>(sum.green + color.green);
+        sum.blue = static_cast<uint8_t>(sum.blue + color.blue);
+    }
+    return sum;
+}
+
+pictures::Picture flagPicture(const host::Image& image, const SmoothOptions& options) {
+    const auto width = static_cast<uint32_t>(image.width());
+    const auto height = static_cast<uint32_t>(image.height());
+    std::vector<uint8_t> flags(std::size_t{width} * height);
+    requireNoError(edgeFlags(viewOf<PictureView>(image), options, flags));
+    pictures::Canvas canvas(width, height, {});
+    for (std::size_t at = 0; at < flags.size(); ++at) {
+        if (flags[at] != 0) {
+            canvas.fill({static_cast<int64_t>(at % width), static_cast<int64_t>(at / width), 1, 1},
+                        colorOf(flags[at]));
+        }
+    }
+    return std::move(canvas).picture();
+}
+
+/// What is to be done, as far as it is known before a picture is read.
+struct SmoothPlan {
+    pictures::FileFormat format = pictures::FileFormat::kPng; ///< of the output
+    SmoothOptions options;
+};
+
+SmoothPlan planOf(const SmoothArguments& arguments) {
+    SmoothPlan plan;
+    plan.format = shots::checkedOutputFormat(arguments.output, arguments.force);
+    if (arguments.flagMap) {
+        shots::checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output}, arguments.force);
+    }
+    plan.options = optionsOf(arguments);
+    return plan;
+}
+
+void smoothFile(const SmoothArguments& arguments, const SmoothPlan& plan) {
+    const shots::SourceFrame source = shots::readFrame(arguments.input, arguments.form);
+    checkKey(source.image.format(), plan.options);
+    host::Image result(source.image.format(), source.image.width(), source.image.height());
+    requireNoError(
+        smoothPicture(viewOf<PictureView>(source.image), viewOf<WritablePictureView>(result), plan.options));
+    const pictures::PictureForm form = shots::outputForm(source.picture, plan.format, arguments.form);
+    const std::vector<uint8_t> bytes =
+        pictures::encodePicture(plan.format, pictures::pictureOf(result, source.image, source.picture, form));
+    std::vector<shots::FileContent> files = {{arguments.output, bytes}};
+    std::vector<uint8_t> mapBytes;
+    if (arguments.flagMap) {
+        mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, plan.options));
+        files.push_back({*arguments.flagMap, mapBytes});
+    }
+    shots::writeAtomically(files);
+    noteLeftOut(source, plan.format);
+}
+
+} // namespace
+
+void runSmooth(const SmoothArguments& arguments) {
+    const SmoothPlan plan = planOf(arguments);
+    pictures::withMemoryFor(arguments.input, [&] { smoothFile(arguments, plan); });
+}
+
+} // namespace kovalune::cli

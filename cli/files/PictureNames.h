@@ -1,0 +1,22 @@
+// The names of files on the command line that stand for none or for several, and what to write instead.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace kovalune::cli {
+
+inline constexpr char kAnyPicture[] = "*.png";
+
+/// "; for several: ..." with a loop of the shell that runs `command` on each picture that `pattern` stands for;
+/// empty for a command that does not make something of each picture.
+std::string loopOver(std::string_view pattern, const std::string& command);
+
+/// Throw Failure for the name of a picture to read or to write that is "-", or that stands for the pictures of a
+/// numbered sequence ("####", "%04d") while there is no file of that very name.
+void checkReadName(const std::string& name, const std::string& command);
+void checkWriteName(const std::string& name, const std::string& command);
+/// The same of a file of settings that is called "-".
+void checkParamsName(const std::string& name);
+
+} // namespace kovalune::cli

@@ -1,0 +1,130 @@
+#include "cli/text/SelectionText.h"
+
+#include "cli/text/Reporting.h"
+#include "render/ParamText.h"
+#include "render/Stages.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+
+#include <nlohmann/json.hpp>
+
+namespace kovalune::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+constexpr char kNoCounts[] = "no counts: only the built-in effect tells what it selects and changes";
+
+std::string padded(std::string text, std::size_t width, bool right) {
+    text.insert(right ? 0 : text.size(), width - std::min(text.size(), width), ' ');
+    return text;
+}
+
+std::string tableLine(const std::string& what, const std::string& color, const std::string& selected,
+                      const std::string& changed) {
+    std::string line = padded(what, 13, false) + padded(color, 9, false) + padded(selected, 10, true) +
+                       padded(changed, 11, true);
+    return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+}
+
+/// Why a stage has no counts.
+std::string restText(const host::Session& session, std::size_t stage) {
+    return render::isOn(session, render::stageSwitch(stage)) == false ? "off" : "not in this view";
+}
+
+std::string tableText(const host::Session& session, const FrameReport& counts) {
+    std::string text = tableLine("Stage", "Colour", "Selected", "Changed");
+    for (std::size_t stage = 0; stage < kStageCount; ++stage) {
+        const StageReport& report = counts.stages[stage];
+        if (!report.ran) {
+            text += tableLine(render::stageName(stage), restText(session, stage), "", "");
+            continue;
+        }
+        const std::string own = stage == 0 ? "" : render::colorText(session, render::colorLabel(stage, 0));
+        text += tableLine(render::stageName(stage), own, std::to_string(report.allSelected()),
+                          std::to_string(report.changed));
+        for (std::size_t color = 0; stage == 0 && color < kStageColors; ++color) {
+            const std::string label = render::colorLabel(stage, color);
+            if (render::isOn(session, render::colorSwitch(stage, color)) == true) {
+                text += tableLine("  " + label, render::colorText(session, label),
+                                  std::to_string(report.selected[color]), "");
+            }
+        }
+    }
+    return text;
+}
+
+Json stageJson(const host::Session& session, const StageReport& report, std::size_t stage) {
+    Json json = {{"stage", render::stageName(stage)}};
+    if (!report.ran) {
+        json["state"] = restText(session, stage);
+        return json;
+    }
+    json["state"] = "run";
+    json["selected"] = report.allSelected();
+    json["changed"] = report.changed;
+    if (stage > 0) {
+        json["softEdge"] = report.edge;
+        json["cutByKeepProcess"] = report.cut;
+    }
+    json["colors"] = Json::array();
+    for (std::size_t color = 0; color < render::colorsOf(stage); ++color) {
+        const std::string label = render::colorLabel(stage, color);
+        if (render::isOn(session, render::colorSwitch(stage, color)) == true) {
+            json["colors"].push_back({{"label", label},
+                                      {"color", render::colorText(session, label)},
+                                      {"selected", report.selected[color]}});
+        }
+    }
+    return json;
+}
+
+std::string jsonText(const host::Session& session, const std::optional<FrameReport>& counts,
+                     const std::vector<std::string>& notes) {
+    Json json = Json::object();
+    if (counts) {
+        json["pixels"] = counts->pixels;
+        json["stages"] = Json::array();
+        for (std::size_t stage = 0; stage < kStageCount; ++stage) {
+            json["stages"].push_back(stageJson(session, counts->stages[stage], stage));
+        }
+    } else {
+        json["stages"] = nullptr;
+        json["reason"] = kNoCounts;
+    }
+    json["notes"] = notes;
+    return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
+}
+
+} // namespace
+
+std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
+                          const std::vector<std::string>& notes, bool json) {
+    if (json) {
+        return jsonText(session, counts, notes);
+    }
+    return counts ? tableText(session, *counts) : std::string(kNoCounts) + '\n';
+}
+
+void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
+               const ReportArguments& arguments) {
+    for (const std::string& note : notes) {
+        tell("note: " + note);
+    }
+    if (!counts && !arguments.report) {
+        tell(std::string("note: ") + kNoCounts);
+    }
+}
+
+void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
+                 const std::string& output) {
+    if (arguments.strict && !notes.empty()) {
+        throw text::Failure(text::FailureKind::kEffect,
+                            "--strict: " + text::inQuotes(output) + " is not written, since " +
+                                (notes.size() == 1 ? "a setting does nothing"
+                                                   : std::to_string(notes.size()) + " settings do nothing"));
+    }
+}
+
+} // namespace kovalune::cli

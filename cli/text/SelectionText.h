@@ -1,0 +1,29 @@
+// What settings select and change in a picture: a note for each that does nothing, and the counts that the effect
+// reports.
+#pragma once
+
+#include "cli/arguments/Arguments.h"
+#include "cli/commands/EffectSettings.h"
+#include "effect/Kovalune.h"
+#include "host/Session.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kovalune::cli {
+
+/// A table, or JSON.
+std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
+                          const std::vector<std::string>& notes, bool json);
+
+/// Writes the notes to standard error, and that there are no counts unless a report says so.
+void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
+               const ReportArguments& arguments);
+
+/// Throws Failure if there are notes and `arguments` are strict: `output` is then not to be written. The report, which
+/// shows what is wrong, is printed before.
+void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
+                 const std::string& output);
+
+} // namespace kovalune::cli

@@ -1,0 +1,48 @@
+// Floats of 16 bits, kept as their bits: sign, five bits of exponent, ten of mantissa. A NaN keeps its sign and the upper
+// bits of what it carries.
+#pragma once
+
+#include <bit>
+#include <cstdint>
+
+namespace kovalune::pictures {
+
+/// Exact: every such value is one of 32 bits.
+inline float floatOfHalf(uint16_t half) {
+    const uint32_t sign = (half & 0x8000U) << 16;
+    const uint32_t magnitude = half & 0x7fffU;
+    constexpr uint32_t kRebias = (127 - 15) << 23;
+    if (magnitude >= 0x7c00) { // infinity and NaN
+        return std::bit_cast<float>(sign | 0x7f800000U | (magnitude << 13));
+    }
+    if (magnitude >= 0x0400) {
+        return std::bit_cast<float>(sign | ((magnitude << 13) + kRebias));
+    }
+    const float small = static_cast<float>(magnitude) * 0x1p-24F;
+    return std::bit_cast<float>(sign | std::bit_cast<uint32_t>(small));
+}
+
+/// To the nearest, to the even one of two; from 65520 on infinity.
+inline uint16_t halfOfFloat(float value) {
+    const uint32_t bits = std::bit_cast<uint32_t>(value);
+    const uint32_t sign = (bits >> 16) & 0x8000U;
+    const uint32_t magnitude = bits & 0x7fffffffU;
+    constexpr uint32_t kInfinity = 0x7f800000;
+    constexpr uint32_t kRebias = (127 - 15) << 23;
+    uint32_t half = 0;
+    if (magnitude > kInfinity) {
+        half = 0x7c00U | ((magnitude >> 13) & 0x3ffU);
+        half += half == 0x7c00U ? 1 : 0; // it would be infinity
+    } else if (magnitude >= std::bit_cast<uint32_t>(65520.0F)) {
+        half = 0x7c00;
+    } else if (magnitude >= std::bit_cast<uint32_t>(0x1p-14F)) {
+        half = (magnitude - kRebias + 0xfffU + ((magnitude >> 13) & 1U)) >> 13;
+    } else {
+        // Beside a half, floats are as far apart as the smallest values of 16 bits: the sum is rounded to one of them.
+        half =
+            std::bit_cast<uint32_t>(std::bit_cast<float>(magnitude) + 0.5F) - std::bit_cast<uint32_t>(0.5F);
+    }
+    return static_cast<uint16_t>(sign | half);
+}
+
+} // namespace kovalune::pictures

@@ -1,0 +1,242 @@
+#include "pictures/PictureFile.h"
+
+#include "pictures/FileBytes.h"
+#include "pictures/NoteConversion.h"
+#include "pictures/ReadFailure.h"
+#include "pictures/exr/ExrFile.h"
+#include "pictures/png/PngFile.h"
+#include "pictures/tga/TgaFile.h"
+#include "pictures/tiff/TiffFile.h"
+#include "text/AsciiText.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+#include <system_error>
+
+namespace kovalune::pictures {
+
+namespace {
+
+using Bytes = std::span<const uint8_t>;
+
+/// Null where the format's library is not built in.
+struct Coder {
+    Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
+    std::vector<uint8_t> (*encode)(const Picture& picture) = nullptr;
+};
+
+#ifdef KOVALUNE_HAS_TIFF
+constexpr Coder kTiffCoder = {decodeTiff, encodeTiff};
+#else
+constexpr Coder kTiffCoder;
+#endif
+#ifdef KOVALUNE_HAS_EXR
+constexpr Coder kExrCoder = {decodeExr, encodeExr};
+#else
+constexpr Coder kExrCoder;
+#endif
+
+/// What is told of a format to all that is not its own.
+struct Format {
+    FileFormat format;
+    const char* name;
+    const char* described; ///< "a PNG file"
+    AlphaKind usualAlphaKind;
+    bool (*begins)(Bytes bytes); ///< whether a file with these first bytes may be one
+    Coder coder;
+
+    bool isBuiltIn() const { return coder.decode != nullptr; }
+};
+
+/// Those that are known by a signature come first.
+constexpr std::array kFormats = {
+    Format{FileFormat::kPng, "PNG", "a PNG file", AlphaKind::kStraight, beginsAsPng, {decodePng, encodePng}},
+    Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
+    Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
+    Format{FileFormat::kTga, "TGA", "a TGA file", AlphaKind::kStraight, beginsAsTga, {decodeTga, encodeTga}},
+};
+
+struct NameEnd {
+    std::string_view text;
+    FileFormat format;
+};
+
+constexpr std::array kNameEnds = {
+    NameEnd{".png", FileFormat::kPng},   NameEnd{".tif", FileFormat::kTiff},
+    NameEnd{".tiff", FileFormat::kTiff}, NameEnd{".exr", FileFormat::kExr},
+    NameEnd{".tga", FileFormat::kTga},
+};
+
+/// The longest beginning that any format wants to see.
+constexpr std::size_t kBeginning = 18;
+
+const Format& formatOf(FileFormat format) {
+    return *std::find_if(kFormats.begin(), kFormats.end(),
+                         [format](const Format& each) { return each.format == format; });
+}
+
+const Format* formatBeginning(Bytes bytes) {
+    const auto found = std::find_if(kFormats.begin(), kFormats.end(),
+                                    [bytes](const Format& each) { return each.begins(bytes); });
+    return found == kFormats.end() ? nullptr : &*found;
+}
+
+/// "A, B or C"
+std::string oneOf(const std::vector<std::string>& texts) {
+    std::string result;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (i > 0) {
+            result += i + 1 < texts.size() ? ", " : " or ";
+        }
+        result += texts[i];
+    }
+    return result;
+}
+
+std::vector<std::string> nameEnds() {
+    std::vector<std::string> ends;
+    for (const NameEnd& each : kNameEnds) {
+        if (formatOf(each.format).isBuiltIn()) {
+            ends.emplace_back(each.text);
+        }
+    }
+    return ends;
+}
+
+std::string notBuiltIn(const Format& format) {
+    return std::string("this command was built without ") + format.name;
+}
+
+/// The format to read it as: `named`, or what it begins as.
+const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
+    if (bytes.empty()) {
+        failReading(name, "it is empty");
+    }
+    const Format* const begun = named != nullptr && named->begins(bytes) ? named : formatBeginning(bytes);
+    if (named != nullptr && begun != named) {
+        failReading(name, std::string("it is not ") + named->described +
+                              (begun == nullptr ? "" : std::string(" but ") + begun->described));
+    }
+    if (begun == nullptr) {
+        failReading(name, "it is not a picture of a known kind (" + formatNames() + ")");
+    }
+    if (!begun->isBuiltIn()) {
+        failReading(name, notBuiltIn(*begun));
+    }
+    return *begun;
+}
+
+} // namespace
+
+const char* formatName(FileFormat format) {
+    return formatOf(format).name;
+}
+
+std::string formatNames() {
+    std::vector<std::string> names;
+    for (const Format& each : kFormats) {
+        if (each.isBuiltIn()) {
+            names.emplace_back(each.name);
+        }
+    }
+    return oneOf(names);
+}
+
+std::string usualNameEnds() {
+    std::string result;
+    const Format* last = nullptr;
+    for (const NameEnd& each : kNameEnds) {
+        const Format* const format = &formatOf(each.format);
+        if (format->isBuiltIn() && format != last) {
+            result += (last == nullptr ? "" : " ") + std::string(each.text);
+        }
+        last = format;
+    }
+    return result;
+}
+
+std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
+    const std::string end = file.extension().string();
+    for (const NameEnd& each : kNameEnds) {
+        if (text::equalWithoutCase(end, each.text)) {
+            return each.format;
+        }
+    }
+    return std::nullopt;
+}
+
+FileFormat formatToWrite(const std::filesystem::path& output) {
+    std::error_code error;
+    if (std::filesystem::is_directory(output, error) || !output.has_filename()) {
+        throw text::Failure(text::FailureKind::kFile, "cannot write " + text::inQuotes(output.string()) +
+                                                          ": it is a folder; name the file too, as in " +
+                                                          text::inQuotes((output / "soft.png").string()));
+    }
+    const std::optional<FileFormat> format = formatOfName(output);
+    if (!format) {
+        throw text::Failure(text::FailureKind::kFile,
+                            "cannot write " + text::inQuotes(output.string()) +
+                                ": the end of its name says what is written, and must be " +
+                                oneOf(nameEnds()));
+    }
+    if (!formatOf(*format).isBuiltIn()) {
+        throw text::Failure(text::FailureKind::kFile, "cannot write " + text::inQuotes(output.string()) +
+                                                          ": " + notBuiltIn(formatOf(*format)));
+    }
+    return *format;
+}
+
+Picture readPicture(const std::filesystem::path& file) {
+    const std::optional<FileFormat> named = formatOfName(file);
+    const Format* format = named ? &formatOf(*named) : nullptr;
+    const std::vector<uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
+        format = &checkedFormat(beginning, format, file.string());
+    });
+    return format->coder.decode(bytes, file.string());
+}
+
+Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name) {
+    return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name);
+}
+
+std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture) {
+    const Coder& coder = formatOf(format).coder;
+    if (coder.encode == nullptr) {
+        throw text::Failure(text::FailureKind::kFile,
+                            "cannot write the picture: " + notBuiltIn(formatOf(format)));
+    }
+    std::vector<PictureNote> notes;
+    if (picture.format != format) {
+        notes = notesFor(format, picture);
+    }
+    if (notes.empty()) { // those of another format are nothing to an encoder
+        return coder.encode(picture);
+    }
+    Picture carried = picture;
+    carried.format = format;
+    carried.notes = std::move(notes);
+    return coder.encode(carried);
+}
+
+SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
+    switch (format) {
+    case FileFormat::kPng:
+        return wanted == SampleType::kUint8 ? SampleType::kUint8 : SampleType::kUint16;
+    case FileFormat::kExr:
+        return wanted == SampleType::kUint8 || wanted == SampleType::kHalf ? SampleType::kHalf
+                                                                           : SampleType::kFloat;
+    case FileFormat::kTga:
+        return SampleType::kUint8;
+    default:
+        return wanted;
+    }
+}
+
+AlphaKind usualAlphaKind(FileFormat format) {
+    return formatOf(format).usualAlphaKind;
+}
+
+} // namespace kovalune::pictures

@@ -1,0 +1,56 @@
+// Picture files by their names: which format a name stands for, and a picture from or for such a file. Formats whose
+// library is not built in are known by name and content, and are refused with a message that says so.
+#pragma once
+
+#include "hostapi/Constants.h"
+#include "pictures/Picture.h"
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kovalune::pictures {
+
+inline constexpr uint32_t kMostPixelsASide = PF_MAX_WORLD_WIDTH;
+
+/// "PNG", "TIFF", "OpenEXR" or "TGA".
+const char* formatName(FileFormat format);
+
+/// "PNG, TIFF, OpenEXR or TGA": those that are built in.
+std::string formatNames();
+
+/// ".png .tif .exr .tga": one end of a name for each format that is built in.
+std::string usualNameEnds();
+
+/// By the end of the name, without case: .png, .tif, .tiff, .exr, .tga.
+std::optional<FileFormat> formatOfName(const std::filesystem::path& file);
+
+/// The format of a file to write. Throws Failure if its name is that of a folder, or names no format or one that is not
+/// built in.
+FileFormat formatToWrite(const std::filesystem::path& output);
+
+/// A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
+/// missing, cannot be read, is of another format than its name says, is damaged or cut short, is of a kind that
+/// is not read, or is more than kMostPixelsASide wide or high. A size that so short a file cannot hold is
+/// refused before memory is taken for it.
+Picture readPicture(const std::filesystem::path& file);
+
+/// `name` is for messages only. Throws as readPicture does.
+Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name);
+
+/// The bytes of a whole file. The picture's sample type must be one that the format has (see sampleTypeIn). Notes of
+/// another format are carried over as far as this one has them. Throws Failure if the picture cannot be written.
+std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture);
+
+/// The type nearest to `wanted` that files of this format have: PNG Uint8 and Uint16, TIFF all, OpenEXR Half and
+/// Float, TGA Uint8. In OpenEXR Uint8 becomes Half and Uint16 becomes Float, so that no value is lost; in PNG the
+/// float types become Uint16.
+SampleType sampleTypeIn(FileFormat format, SampleType wanted);
+
+/// The kind that files of this format hold unless they or the user say otherwise.
+AlphaKind usualAlphaKind(FileFormat format);
+
+} // namespace kovalune::pictures

@@ -1,0 +1,114 @@
+// The scales of samples, of picture files and of the host, and one sample from any of them to any other.
+// Whole numbers round to the nearest, halves up; floats are cut to 0 to white where they become whole numbers.
+#pragma once
+
+#include "hostapi/HostApi.h"
+#include "pictures/HalfFloat.h"
+#include "pictures/Picture.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <type_traits>
+
+namespace kovalune::pictures {
+
+/// Whole numbers with white at kWhite; larger values of the type are no colours of a file.
+template <class Stored, uint64_t white>
+struct WholeScale {
+    using Sample = Stored;
+    static constexpr bool kIsFloat = false;
+    static constexpr uint64_t kWhite = white;
+    static double toDouble(Sample sample) { return sample; }
+
+    /// `value` is in units of this scale. NaN becomes 0.
+    static Sample fromDouble(double value) {
+        constexpr double kMost = white;
+        if (!(value > 0.0)) {
+            return 0;
+        }
+        return static_cast<Sample>(std::floor(std::min(value, kMost) + 0.5));
+    }
+};
+
+struct FloatScale {
+    using Sample = float;
+    static constexpr bool kIsFloat = true;
+    static constexpr uint64_t kWhite = 1;
+    static double toDouble(Sample sample) { return static_cast<double>(sample); }
+    static Sample fromDouble(double value) { return static_cast<float>(value); }
+};
+
+/// The bits of a float. What must stay to the bit goes by this: compilers may change a NaN that is a number.
+struct FloatBitsScale {
+    using Sample = uint32_t;
+    static constexpr bool kIsFloat = true;
+    static constexpr uint64_t kWhite = 1;
+    static double toDouble(Sample sample) { return static_cast<double>(std::bit_cast<float>(sample)); }
+    static Sample fromDouble(double value) { return std::bit_cast<Sample>(static_cast<float>(value)); }
+};
+
+/// The bits of a float of 16 bits.
+struct HalfScale {
+    using Sample = uint16_t;
+    static constexpr bool kIsFloat = true;
+    static constexpr uint64_t kWhite = 1;
+    static float toFloat(Sample sample) { return floatOfHalf(sample); }
+    static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
+    static Sample fromFloat(float value) { return halfOfFloat(value); }
+    static Sample fromDouble(double value) { return fromFloat(static_cast<float>(value)); }
+};
+
+// In files ...
+using FileScale8 = WholeScale<uint8_t, 255>;
+using FileScale16 = WholeScale<uint16_t, 65535>;
+
+/// ... and in the host, whose pixels have channels of a type of their own.
+struct HostScale8 : WholeScale<A_u_char, 255> {
+    using Pixel = PF_Pixel;
+    using Channel = A_u_char;
+};
+struct HostScale16 : WholeScale<A_u_short, 32768> {
+    using Pixel = PF_Pixel16;
+    using Channel = A_u_short;
+};
+struct HostScale32 : FloatBitsScale {
+    using Pixel = PF_PixelFloat;
+    using Channel = PF_FpShort;
+};
+
+template <class From, class To>
+typename To::Sample rescaled(typename From::Sample sample) {
+    using Target = typename To::Sample;
+    if constexpr (From::kIsFloat && To::kIsFloat && std::is_same_v<typename From::Sample, Target>) {
+        return sample;
+    } else if constexpr (From::kIsFloat || To::kIsFloat) {
+        constexpr double kFrom = From::kWhite;
+        constexpr double kTo = To::kWhite;
+        return To::fromDouble(From::toDouble(sample) * kTo / kFrom);
+    } else {
+        return static_cast<Target>(
+            std::min((uint64_t{sample} * To::kWhite + From::kWhite / 2) / From::kWhite, To::kWhite));
+    }
+}
+
+/// A colour that has been multiplied by `alpha` or not (`from`), multiplied or not (`to`). Both in double,
+/// rounded once. Without an alpha that says what to divide by (0, negative or NaN) the colour is taken as it stands;
+/// multiplied by a negative alpha or NaN it would not come back, so it stands there too.
+template <class From, class To>
+typename To::Sample recoloured(typename From::Sample colour, typename From::Sample alpha, AlphaKind from,
+                               AlphaKind to) {
+    constexpr double kFrom = From::kWhite;
+    constexpr double kTo = To::kWhite;
+    const double share = From::toDouble(alpha);
+    if (from != to && to == AlphaKind::kStraight && share > 0.0) {
+        return To::fromDouble(From::toDouble(colour) * kTo / share);
+    }
+    if (from != to && to == AlphaKind::kPremultiplied && share >= 0.0) {
+        return To::fromDouble(From::toDouble(colour) * share * kTo / (kFrom * kFrom));
+    }
+    return rescaled<From, To>(colour);
+}
+
+} // namespace kovalune::pictures

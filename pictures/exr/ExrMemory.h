@@ -1,0 +1,74 @@
+// Files in memory for the OpenEXR library.
+#pragma once
+
+#include <ImfIO.h>
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <span>
+#include <stdexcept>
+#include <utility>
+#include <vector>
+
+namespace kovalune::pictures {
+
+/// In the library's messages, where a file would be named.
+inline constexpr char kExrStreamName[] = "stream";
+
+class ExrInput : public Imf::IStream {
+public:
+    explicit ExrInput(std::span<const uint8_t> bytes) : Imf::IStream(kExrStreamName), bytes_(bytes) {}
+
+    /// Whether bytes behind the end were asked for.
+    bool ended() const { return ended_; }
+
+    bool read(char to[], int count) override {
+        const uint64_t left = bytes_.size() - std::min<uint64_t>(position_, bytes_.size());
+        if (count < 0 || static_cast<uint64_t>(count) > left) {
+            ended_ = true;
+            throw std::out_of_range("end of file");
+        }
+        if (count > 0) {
+            std::memcpy(to, bytes_.data() + position_, static_cast<std::size_t>(count));
+        }
+        position_ += static_cast<uint64_t>(count);
+        return position_ < bytes_.size();
+    }
+    uint64_t tellg() override { return position_; }
+    void seekg(uint64_t position) override { position_ = position; }
+
+private:
+    std::span<const uint8_t> bytes_;
+    uint64_t position_ = 0;
+    bool ended_ = false;
+};
+
+class ExrOutput : public Imf::OStream {
+public:
+    ExrOutput() : Imf::OStream(kExrStreamName) {}
+
+    void write(const char from[], int count) override {
+        const std::size_t end = position_ + static_cast<std::size_t>(count);
+        if (end > bytes_.capacity()) {
+            bytes_.reserve(std::max(end, 2 * bytes_.capacity()));
+        }
+        if (end > bytes_.size()) {
+            bytes_.resize(end);
+        }
+        if (count > 0) {
+            std::memcpy(bytes_.data() + position_, from, static_cast<std::size_t>(count));
+        }
+        position_ = end;
+    }
+    uint64_t tellp() override { return position_; }
+    void seekp(uint64_t position) override { position_ = static_cast<std::size_t>(position); }
+
+    std::vector<uint8_t> takeBytes() { return std::move(bytes_); }
+
+private:
+    std::vector<uint8_t> bytes_;
+    std::size_t position_ = 0;
+};
+
+} // namespace kovalune::pictures

@@ -1,0 +1,26 @@
+// PNG files in and out, bit for bit: no gamma, no change of depth but the widening of 1, 2 and 4 bits to 8.
+// Palettes come out as RGB, transparent colours as alpha; interlaced files are read and never written.
+#pragma once
+
+#include "pictures/Picture.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kovalune::pictures {
+
+/// Whether a file with these first bytes may be a PNG.
+bool beginsAsPng(std::span<const uint8_t> bytes);
+
+/// `name` is for messages only. Throws Failure with it if this is not a PNG, damaged or cut short, or more than
+/// kMostPixelsASide wide or high. A size that so few bytes cannot hold is refused before memory is taken for it.
+/// Notes are chunks as they stand in the file.
+Picture decodePng(std::span<const uint8_t> bytes, const std::string& name);
+
+/// The bytes of a whole file. The picture has samples of Uint8 or Uint16; notes of other formats are left out.
+/// Throws Failure if the picture cannot be written as a PNG.
+std::vector<uint8_t> encodePng(const Picture& picture);
+
+} // namespace kovalune::pictures

@@ -1,0 +1,93 @@
+#include "pictures/tiff/TiffFile.h"
+
+#include "pictures/tiff/TiffCompression.h"
+#include "pictures/tiff/TiffMemory.h"
+#include "pictures/tiff/TiffNotes.h"
+#include "text/Failure.h"
+
+#include <algorithm>
+#include <new>
+
+namespace kovalune::pictures {
+
+namespace {
+
+void setForm(TIFF* tiff, const Picture& picture) {
+    const bool alpha = hasAlpha(picture.channels);
+    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, picture.width);
+    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, picture.height);
+    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, static_cast<int>(8 * bytesPerSample(picture.sampleType)));
+    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(channelCount(picture.channels)));
+    TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT,
+                 isFloat(picture.sampleType) ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT);
+    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
+    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
+                 isGrey(picture.channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB);
+    if (alpha) {
+        const uint16_t kind =
+            picture.alphaKind == AlphaKind::kPremultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
+        TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind);
+    }
+}
+
+void setCompression(TIFF* tiff, const Picture& picture) {
+    uint16_t tag =
+        picture.format == FileFormat::kTiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
+    if (TIFFIsCODECConfigured(tag) == 0) {
+        tag = kUsualTiffCompression;
+    }
+    TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
+    if (tiffCompression(tag)->hasPredictor) {
+        TIFFSetField(tiff, TIFFTAG_PREDICTOR,
+                     isFloat(picture.sampleType) ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
+    }
+}
+
+bool write(TIFF* tiff, const Picture& picture) {
+    constexpr std::size_t kStripBytes = std::size_t{128} << 10;
+    setForm(tiff, picture);
+    setCompression(tiff, picture);
+    if (picture.format == FileFormat::kTiff) {
+        setTiffNotes(tiff, picture);
+    }
+    const std::size_t rowBytes = picture.rowBytes();
+    const std::size_t rows = std::clamp<std::size_t>(kStripBytes / std::max<std::size_t>(rowBytes, 1), 1,
+                                                     std::max<std::size_t>(picture.height, 1));
+    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rows));
+    uint32_t strip = 0;
+    for (std::size_t y = 0; y < picture.height; y += rows, ++strip) {
+        const auto size = static_cast<tmsize_t>(std::min(rows, picture.height - y) * rowBytes);
+        // The library writes no samples back to where it takes them from.
+        auto* const samples = const_cast<uint8_t*>(picture.samples.data() + y * rowBytes);
+        if (TIFFWriteEncodedStrip(tiff, strip, samples, size) != size) {
+            return false;
+        }
+    }
+    return TIFFWriteDirectory(tiff) != 0;
+}
+
+} // namespace
+
+std::vector<uint8_t> encodeTiff(const Picture& picture) {
+    // A classic TIFF has offsets of 32 bits; compressed samples may be a little longer than plain ones.
+    constexpr std::size_t kMostClassicBytes = 0xe0000000;
+    const bool isBig = picture.byteCount() > kMostClassicBytes;
+    TiffMemory memory;
+    {
+        const OpenTiff tiff =
+            openTiff(memory, isBig ? "w8m" : "wm", 2 * picture.byteCount() + (std::size_t{64} << 20));
+        if (!tiff || !write(tiff.get(), picture)) {
+            if (memory.outOfMemory) {
+                throw std::bad_alloc();
+            }
+            throw text::Failure(text::FailureKind::kFile,
+                                "cannot make a TIFF file: " + std::string(memory.error));
+        }
+    }
+    if (picture.format == FileFormat::kTiff) {
+        restoreFractions(memory.target, picture.notes);
+    }
+    return std::move(memory.target);
+}
+
+} // namespace kovalune::pictures

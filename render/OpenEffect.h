@@ -1,0 +1,34 @@
+// The effect that a command works with, set up in the reference host: the built-in one or one from a file.
+#pragma once
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+#include "host/Session.h"
+
+#include <optional>
+#include <string>
+
+namespace kovalune::render {
+
+/// The host's limit too.
+inline constexpr int kMostThreads = 64;
+
+class OpenEffect {
+public:
+    /// `threads` 0 is what the machine has. `factory`: without the user's remembered defaults, for this process
+    /// from here on. Throws Failure if the file cannot be loaded or the effect's set-up fails.
+    explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0, bool factory = false);
+
+    host::Host& host() { return host_; }
+    host::Session& session() { return session_; }
+
+private:
+    host::Host host_; ///< made first
+    host::EffectModule module_;
+    host::Session session_;
+};
+
+/// Throws Failure if the effect reported an error; `action` is what it did, as in "the effect's set-up".
+void requireSuccess(const host::CommandResult& result, const std::string& action);
+
+} // namespace kovalune::render

@@ -1,0 +1,42 @@
+#include "render/shots/DrawnFile.h"
+
+#include "pictures/PictureConversion.h"
+#include "pictures/PictureFile.h"
+#include "render/shots/AtomicFile.h"
+#include "render/shots/OutputFile.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+
+namespace kovalune::shots {
+
+namespace {
+
+pictures::Picture withSampleType(const pictures::Picture& drawn, pictures::SampleType type) {
+    const host::Image image = pictures::imageOf(drawn, pictures::workingFormat(type));
+    return pictures::pictureOf(image, image, drawn, {type, drawn.alphaKind});
+}
+
+} // namespace
+
+pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others,
+                                    bool force) {
+    const pictures::FileFormat format = checkedOutputFormat(file, force);
+    for (const std::string& other : others) {
+        if (nameOneFile(file, other)) {
+            throw text::Failure(text::FailureKind::kUsage, "cannot write " + text::inQuotes(file.string()) +
+                                                               ": it is the picture " +
+                                                               text::inQuotes(other) + " of this command");
+        }
+    }
+    return format;
+}
+
+std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
+                                 pictures::SampleType wanted) {
+    const pictures::FileFormat format = pictures::formatOfName(file).value();
+    const pictures::SampleType type = pictures::sampleTypeIn(format, wanted);
+    return type == drawn.sampleType ? pictures::encodePicture(format, drawn)
+                                    : pictures::encodePicture(format, withSampleType(drawn, type));
+}
+
+} // namespace kovalune::shots

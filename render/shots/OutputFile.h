@@ -1,0 +1,15 @@
+// The file that a picture is to be written to.
+#pragma once
+
+#include "pictures/Picture.h"
+
+#include <filesystem>
+
+namespace kovalune::shots {
+
+/// The format of a file of this name. Throws Failure if no picture can be written under it: its end names no format or
+/// one that is not built in, its folder is missing or takes no files, it is a folder or a device, or without `force` it
+/// is write-protected. Leaves nothing behind.
+pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force = false);
+
+} // namespace kovalune::shots

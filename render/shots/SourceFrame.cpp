@@ -1,0 +1,55 @@
+#include "render/shots/SourceFrame.h"
+
+#include "pictures/NoteConversion.h"
+#include "pictures/PictureFile.h"
+#include "render/RenderFrame.h"
+
+namespace kovalune::shots {
+
+namespace {
+
+using pictures::Picture;
+
+PF_PixelFormat formatFor(pictures::SampleType type, const FrameForm& form) {
+    return form.depth ? render::formatOfDepth(*form.depth) : pictures::workingFormat(type);
+}
+
+} // namespace
+
+SourceFrame readFrame(const std::string& file, const FrameForm& form) {
+    SourceFrame frame;
+    frame.name = file;
+    frame.picture = pictures::readPicture(file);
+    if (form.alphaKind) {
+        frame.picture.alphaKind = *form.alphaKind;
+    }
+    frame.image = pictures::imageOf(frame.picture, formatFor(frame.picture.sampleType, form));
+    return frame;
+}
+
+pictures::PictureForm outputForm(const pictures::Picture& source, pictures::FileFormat format,
+                                 const FrameForm& form) {
+    pictures::PictureForm result;
+    result.sampleType = source.sampleType;
+    if (form.depth) {
+        result.sampleType = pictures::sampleTypeFor(formatFor(source.sampleType, form), source.sampleType);
+    }
+    result.sampleType = pictures::sampleTypeIn(format, result.sampleType);
+    result.alphaKind = form.alphaKind            ? *form.alphaKind
+                       : format == source.format ? source.alphaKind
+                                                 : pictures::usualAlphaKind(format);
+    return result;
+}
+
+std::vector<std::string> leftOutOf(const pictures::Picture& source,
+                                   std::optional<pictures::FileFormat> format) {
+    std::vector<std::string> parts = source.leftOut;
+    if (format) {
+        for (const std::string& part : pictures::notesLeftOut(*format, source)) {
+            parts.push_back(part);
+        }
+    }
+    return parts;
+}
+
+} // namespace kovalune::shots

@@ -1,0 +1,42 @@
+#include "text/NumberText.h"
+
+#include <array>
+#include <charconv>
+#include <cmath>
+
+namespace kovalune::text {
+
+namespace {
+
+/// Room for the largest double with all its digits before the point.
+using Letters = std::array<char, 384>;
+
+template <class Number, class... Form>
+std::string written(Number number, Form... form) {
+    if (std::isnan(number)) {
+        return "nan";
+    }
+    Letters letters{};
+    const auto end = std::to_chars(letters.data(), letters.data() + letters.size(), number, form...);
+    return {letters.data(), end.ptr};
+}
+
+} // namespace
+
+std::string fixedText(double number, int digits) {
+    return written(number, std::chars_format::fixed, digits);
+}
+
+std::string shortestText(float number) {
+    return written(number);
+}
+
+std::string shortestText(double number) {
+    return written(number);
+}
+
+std::string roundedText(double number, int digits) {
+    return written(number, std::chars_format::general, digits);
+}
+
+} // namespace kovalune::text
