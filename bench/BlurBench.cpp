@@ -42,7 +42,7 @@ void singlePass(benchmark::State& state) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         BlurPassRecord record{&worlds.dst, &worlds.src, kWhole, mask, kernel};
         for (auto step : state) {
-            iterate(inData, record, pass);
+            benchmark::DoNotOptimize(iterate(inData, record, pass));
         }
     });
     report(state, state.range(0));
@@ -56,8 +56,13 @@ void wholeBlur(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         for (auto step : state) {
-            blur(&worlds.dst, inData, PF_Iterations_ONCE_PER_PROCESSOR, &worlds.src, &worlds.tmp, kWhole,
-                 mask, 5, nullptr, amount);
+            benchmark::DoNotOptimize(blur(inData, {.dst = &worlds.dst,
+                                                   .src = &worlds.src,
+                                                   .tmp = &worlds.tmp,
+                                                   .rect = kWhole,
+                                                   .mask = mask,
+                                                   .repeat = 5,
+                                                   .amount = amount}));
         }
     });
     report(state, state.range(0));
@@ -73,7 +78,14 @@ void extension(benchmark::State& state) {
         MaskPlane limit(inData, kWidth, kHeight);
         limit.clearTo(1);
         for (auto step : state) {
-            extend(&worlds.src, &worlds.dst, &worlds.tmp, inData, kWhole, true, seed, limit, reach);
+            benchmark::DoNotOptimize(extend(inData, {.dst = &worlds.dst,
+                                                     .src = &worlds.src,
+                                                     .spreadWorld = &worlds.tmp,
+                                                     .rect = kWhole,
+                                                     .limitMask = limit,
+                                                     .seedMask = seed,
+                                                     .reach = reach,
+                                                     .stopAtGap = true}));
         }
     });
     report(state, state.range(0));
@@ -98,7 +110,7 @@ void boundaryPass(benchmark::State& state) {
         const MaskPlane keep = noMask(inData);
         BoundaryPassRecord record{&worlds.dst, &worlds.src, kWhole, mask, keep, kernel};
         for (auto step : state) {
-            iterate(inData, record, pass);
+            benchmark::DoNotOptimize(iterate(inData, record, pass));
         }
     });
     report(state, state.range(0));
@@ -113,7 +125,14 @@ void wholeBoundaryBlur(benchmark::State& state) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         const MaskPlane keep = noMask(inData);
         for (auto step : state) {
-            blur(&worlds.dst, inData, &worlds.src, &worlds.tmp, kWhole, mask, keep, 5, nullptr, amount);
+            benchmark::DoNotOptimize(blur(inData, {.dst = &worlds.dst,
+                                                   .src = &worlds.src,
+                                                   .tmp = &worlds.tmp,
+                                                   .rect = kWhole,
+                                                   .regionMask = mask,
+                                                   .alphaKeepMask = keep,
+                                                   .repeat = 5,
+                                                   .amount = amount}));
         }
     });
     report(state, state.range(0));
@@ -126,7 +145,7 @@ void gain(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         AlphaGainRecord record{&worlds.dst, kWhole, 5.5};
         for (auto step : state) {
-            iterate(inData, record, pass);
+            benchmark::DoNotOptimize(iterate(inData, record, pass));
         }
     });
     report(state, state.range(0));
@@ -148,42 +167,45 @@ void soften(PF_EffectWorld& world) {
 }
 
 /// Argument: source.
-template <PF_PixelFormat format, class Format, MaskedFinish* pass>
+template <PF_PixelFormat format, class Format, FinishingPass* pass>
 void maskedFinish(benchmark::State& state) {
     BlurWorlds<format> worlds(state.range(0));
     soften<Format>(worlds.src);
     runInHost([&](PF_InData* inData) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         for (auto step : state) {
-            pass(inData, &worlds.dst, &worlds.src, kWhole, mask);
+            benchmark::DoNotOptimize(pass(inData, {&worlds.dst, &worlds.src, kWhole, mask}));
         }
     });
     report(state, state.range(0));
 }
 
 /// Arguments: source, bias. Alpha is put back before each run, which costs a copy under the mask.
-template <PF_PixelFormat format, class Format, MaskedFinish* putBack, BoundaryBias* pass>
+template <PF_PixelFormat format, class Format, FinishingPass* putBack, FinishingPass* pass>
 void bias(benchmark::State& state) {
     BlurWorlds<format> worlds(state.range(0));
     soften<Format>(worlds.src);
     runInHost([&](PF_InData* inData) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         for (auto step : state) {
-            putBack(inData, &worlds.dst, &worlds.src, kWhole, mask);
-            pass(inData, &worlds.dst, kWhole, mask, static_cast<double>(state.range(1)));
+            benchmark::DoNotOptimize(putBack(inData, {&worlds.dst, &worlds.src, kWhole, mask}));
+            benchmark::DoNotOptimize(pass(inData, {.dst = &worlds.dst,
+                                                   .rect = kWhole,
+                                                   .mask = mask,
+                                                   .bias = static_cast<double>(state.range(1))}));
         }
     });
     report(state, state.range(0));
 }
 
 /// Argument: source.
-template <PF_PixelFormat format, class Format, LayerOver* pass>
+template <PF_PixelFormat format, class Format, FinishingPass* pass>
 void layerOver(benchmark::State& state) {
     BlurWorlds<format> worlds(state.range(0));
     soften<Format>(worlds.src);
     runInHost([&](PF_InData* inData) {
         for (auto step : state) {
-            pass(inData, &worlds.dst, &worlds.src, kWhole);
+            benchmark::DoNotOptimize(pass(inData, {.dst = &worlds.dst, .src = &worlds.src, .rect = kWhole}));
         }
     });
     report(state, state.range(0));

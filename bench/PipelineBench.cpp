@@ -48,7 +48,7 @@ void masked(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         for (auto step : state) {
-            pass(inData, &dst, &src, kWhole, mask, false);
+            benchmark::DoNotOptimize(pass(inData, {&dst, &src, kWhole, mask}));
         }
     });
     report(state, state.range(0));
@@ -61,7 +61,7 @@ void alphaCut(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         const MaskPlane mask = regionMask(inData, state.range(0));
         for (auto step : state) {
-            pass(inData, &world, kWhole, mask);
+            benchmark::DoNotOptimize(pass(inData, {.dst = &world, .rect = kWhole, .mask = mask}));
         }
     });
     report(state, state.range(0));

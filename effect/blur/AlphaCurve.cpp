@@ -3,6 +3,7 @@
 #include "effect/share/ExactMath.h"
 #include "effect/share/Truncate.h"
 
+#include <limits>
 #include <new>
 
 namespace kovalune {
@@ -11,6 +12,11 @@ namespace {
 constexpr double kPi = 3.141592653589793;
 constexpr int32_t kFull16 = Argb16::kFullScale;
 
+// A bias of 100 percent narrows the curve by one step of the format less than full scale, so that its span is never 0.
+constexpr int32_t kNarrowest16 = kFull16 - 1;
+constexpr float kNarrowest32 = Argb32::kFullScale - std::numeric_limits<float>::epsilon();
+static_assert(kNarrowest32 == 0.99999988F && static_cast<double>(kNarrowest32) == 0.9999998807907104);
+
 /// Rises from 0 at `distance` 0 to 1 at `span`.
 double raisedCosine(double distance, double span) {
     return (exact::cos(distance / span * kPi) - 1.0) * -0.5;
@@ -18,12 +24,12 @@ double raisedCosine(double distance, double span) {
 
 } // namespace
 
-AlphaCurve16::AlphaCurve16(double bias) : isRamp_(bias < 0.0) {
+AlphaCurveOf<Argb16>::AlphaCurveOf(double bias) : isRamp_(bias < 0.0) {
     if (isRamp_) {
-        rampWidth_ = truncToInt32((bias + 100.0) / 100.0 * 32767.0 + 0.5);
+        rampWidth_ = truncToInt32((bias + 100.0) / 100.0 * kNarrowest16 + 0.5);
         return;
     }
-    const float scaled = static_cast<float>(bias) / 100.0F * 32767.0F;
+    const float scaled = static_cast<float>(bias) / 100.0F * static_cast<float>(kNarrowest16);
     const auto narrowing = static_cast<uint16_t>(truncToInt32(static_cast<double>(scaled) + 0.5));
     low_ = narrowing / 10;
     high_ = kFull16 - narrowing * 9 / 10;
@@ -31,11 +37,11 @@ AlphaCurve16::AlphaCurve16(double bias) : isRamp_(bias < 0.0) {
     known_.reset(new (std::nothrow) uint16_t[Argb16::kFullScale]());
 }
 
-uint16_t AlphaCurve16::operator()(uint16_t alpha) {
+uint16_t AlphaCurveOf<Argb16>::operator()(uint16_t alpha) {
     return isRamp_ ? onRamp(alpha) : onCosine(alpha);
 }
 
-uint16_t AlphaCurve16::onCosine(uint16_t alpha) {
+uint16_t AlphaCurveOf<Argb16>::onCosine(uint16_t alpha) {
     if (alpha < low_) {
         return 0;
     }
@@ -52,11 +58,11 @@ uint16_t AlphaCurve16::onCosine(uint16_t alpha) {
     return static_cast<uint16_t>(known - 1);
 }
 
-int32_t AlphaCurve16::cosineAt(uint16_t alpha) const {
-    return truncToInt32(raisedCosine(alpha - low_, span_) * 32768.0);
+int32_t AlphaCurveOf<Argb16>::cosineAt(uint16_t alpha) const {
+    return truncToInt32(raisedCosine(alpha - low_, span_) * kFull16);
 }
 
-uint16_t AlphaCurve16::onRamp(uint16_t alpha) const {
+uint16_t AlphaCurveOf<Argb16>::onRamp(uint16_t alpha) const {
     const int32_t below = kFull16 - alpha;
     int32_t fallen = kFull16;
     // A ramp without width leaves nothing, not even an alpha beyond full scale.
@@ -67,18 +73,18 @@ uint16_t AlphaCurve16::onRamp(uint16_t alpha) const {
     return static_cast<uint16_t>(kFull16 - fallen);
 }
 
-AlphaCurve32::AlphaCurve32(double bias) : isRamp_(bias < 0.0) {
+AlphaCurveOf<Argb32>::AlphaCurveOf(double bias) : isRamp_(bias < 0.0) {
     if (isRamp_) {
-        rampWidth_ = (bias + 100.0) / 100.0 * 0.9999998807907104;
+        rampWidth_ = (bias + 100.0) / 100.0 * static_cast<double>(kNarrowest32);
         return;
     }
-    const float narrowing = static_cast<float>(bias) / 100.0F * 0.99999988F;
+    const float narrowing = static_cast<float>(bias) / 100.0F * kNarrowest32;
     low_ = narrowing / 10.0F;
     high_ = 1.0F - narrowing * 9.0F / 10.0F;
     span_ = 1.0F - narrowing;
 }
 
-float AlphaCurve32::operator()(float alpha) const {
+float AlphaCurveOf<Argb32>::operator()(float alpha) const {
     if (isRamp_) {
         const auto below = static_cast<double>(1.0F - alpha);
         const double fallen = below >= rampWidth_ ? 1.0 : below / rampWidth_;

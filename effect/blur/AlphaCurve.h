@@ -8,11 +8,16 @@
 
 namespace kovalune {
 
+/// Undefined for formats that no layer has.
+template <class Format>
+class AlphaCurveOf;
+
 /// Integer results are exact. A cosine is costly and alphas come back again and again, so each is computed once; where there
 /// is no memory to keep them, each is computed anew.
-class AlphaCurve16 {
+template <>
+class AlphaCurveOf<Argb16> {
 public:
-    explicit AlphaCurve16(double bias);
+    explicit AlphaCurveOf(double bias);
     uint16_t operator()(uint16_t alpha);
 
 private:
@@ -30,9 +35,10 @@ private:
     std::unique_ptr<uint16_t[]> known_;
 };
 
-class AlphaCurve32 {
+template <>
+class AlphaCurveOf<Argb32> {
 public:
-    explicit AlphaCurve32(double bias);
+    explicit AlphaCurveOf(double bias);
     float operator()(float alpha) const;
 
 private:

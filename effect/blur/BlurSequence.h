@@ -14,11 +14,8 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <utility>
 
 namespace kovalune {
-
-enum class Direction { kHorizontal, kVertical };
 
 /// Below this amount, and for a repeat of 0, a blur is the masked copy.
 inline constexpr double kSmallestBlur = 2.0;
@@ -27,82 +24,75 @@ inline bool blurIsCopy(double amount, int32_t repeat) {
     return kSmallestBlur > amount || repeat == 0;
 }
 
-/// What a sequence needs to know of a blur.
-struct BlurSequence {
-    PF_EffectWorld* dst;
-    PF_EffectWorld* src;
-    PF_EffectWorld* tmp;
-    int32_t repeat;
-    double amount; ///< pixels
-    const ProgressCounter* progress;
+/// The kernels of a blur's passes, one after the other.
+class KernelSequence {
+public:
+    KernelSequence(double amount, int32_t repeat)
+        : amount_(amount),
+          divisor_(repeat > 1 ? exact::pow(amount, 1.0 / static_cast<double>(repeat)) : amount) {}
+
+    /// Of the first pass and of the second.
+    GaussKernel first() const { return kernelOf(amount_ * amount_ * 0.125); }
+
+    /// Of the next pass. The later kernels are eight times wider in variance for their length than the first:
+    /// flat-topped.
+    GaussKernel next() {
+        amount_ = std::max(amount_ / divisor_, 1.0);
+        return kernelOf(amount_ * amount_);
+    }
+
+private:
+    GaussKernel kernelOf(double variance) const {
+        return makeGaussKernel(truncToInt32(std::ceil(amount_)), variance);
+    }
+
+    double amount_;
+    double divisor_;
 };
-
-/// Runs the passes of a blur of at least `kSmallestBlur` and a repeat that is not 0. `Record` has `dst`,
-/// `src` and `kernel`, which are set anew before each pass; `runPass(direction)` returns the pass's code.
-/// Every pass is followed by a progress report, whose answer counts as the pass's. `afterFirst()` may work
-/// over what the first pass wrote, the record's `dst`; its code counts too, but it is not reported. Returns the
-/// first error.
-template <class Record, class RunPass, class AfterFirst>
-PF_Err runBlurSequence(const BlurSequence& blur, Record& record, RunPass&& runPass, AfterFirst&& afterFirst) {
-    const auto passAndReport = [&](Direction direction) {
-        const PF_Err err = runPass(direction);
-        return err != PF_Err_NONE || blur.progress == nullptr ? err : blur.progress->report();
-    };
-    const auto kernelFor = [](double amount, double variance) {
-        return makeGaussKernel(truncToInt32(std::ceil(amount)), variance);
-    };
-    const bool startsInTmp = (blur.repeat & 1) != 0;
-    record.src = blur.src;
-    record.dst = startsInTmp ? blur.tmp : blur.dst;
-    record.kernel = kernelFor(blur.amount, blur.amount * blur.amount * 0.125);
-
-    PF_Err err = passAndReport(Direction::kHorizontal);
-    if (err == PF_Err_NONE) {
-        err = afterFirst();
-    }
-    if (err != PF_Err_NONE) {
-        return err;
-    }
-    record.src = record.dst;
-    record.dst = startsInTmp ? blur.dst : blur.tmp;
-    err = passAndReport(Direction::kVertical);
-
-    double amount = blur.amount;
-    const double divisor =
-        blur.repeat > 1 ? exact::pow(amount, 1.0 / static_cast<double>(blur.repeat)) : amount;
-    for (int32_t k = 1; k < blur.repeat && err == PF_Err_NONE; ++k) {
-        amount = std::max(amount / divisor, 1.0);
-        // The later kernels are eight times wider in variance for their length than the first: flat-topped.
-        record.kernel = kernelFor(amount, amount * amount);
-        std::swap(record.src, record.dst);
-        err = passAndReport(k % 2 != 0 ? Direction::kHorizontal : Direction::kVertical);
-    }
-    return err;
-}
 
 /// The passes that a blur of one depth and scan is made of.
 struct BlurPasses {
     PassFunction horizontal;
     PassFunction vertical;
-    decltype(&copyMasked16) copyMasked;
+    MaskedPass* copyMasked;
 };
 
-/// A whole blur over the record's `rect`, or the copy of the pixels under `mask` that stands for a blur too
-/// small. PF_Err_OUT_OF_MEMORY where a world that is needed is missing.
-template <class Record, class AfterFirst>
-PF_Err runBlur(const BlurPasses& passes, PF_InData* inData, A_long iterations, const BlurSequence& blur,
-               Record& record, const MaskPlane& mask, AfterFirst&& afterFirst) {
-    if (blurIsCopy(blur.amount, blur.repeat)) {
-        return passes.copyMasked(inData, blur.dst, blur.src, record.rect, mask, false);
+/// A whole blur of `job` over the record's `rect`, or the copy of the pixels under `mask` that stands for a blur too
+/// small. `Job` has what both blurs' jobs have; the record's `dst`, `src` and `kernel` are set anew before each pass.
+/// Every pass is followed by a progress report, whose answer counts as the pass's. `afterFirst()` may work over what the
+/// first pass wrote, the record's `dst`; its code counts too, but it is not reported. Returns the first error, or
+/// PF_Err_OUT_OF_MEMORY where a world that is needed is missing.
+template <class Job, class Record, class AfterFirst>
+PF_Err runBlur(const BlurPasses& passes, PF_InData* inData, const Job& job, const MaskView& mask,
+               Record& record, const AfterFirst& afterFirst) {
+    if (blurIsCopy(job.amount, job.repeat)) {
+        return passes.copyMasked(inData, {.dst = job.dst, .src = job.src, .rect = job.rect, .mask = mask});
     }
-    if (blur.dst == nullptr || blur.src == nullptr || blur.tmp == nullptr) {
+    if (job.dst == nullptr || job.src == nullptr || job.tmp == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    const auto runPass = [&](Direction direction) {
-        return iterate(inData, iterations, record,
-                       direction == Direction::kHorizontal ? passes.horizontal : passes.vertical);
-    };
-    return runBlurSequence(blur, record, runPass, afterFirst);
+    const bool startsInTmp = (job.repeat & 1) != 0;
+    PF_EffectWorld* const evenDst = startsInTmp ? job.tmp : job.dst;
+    PF_EffectWorld* const oddDst = startsInTmp ? job.dst : job.tmp;
+    KernelSequence kernels(job.amount, job.repeat);
+    record.kernel = kernels.first();
+    PF_Err err = PF_Err_NONE;
+    for (int32_t pass = 0; pass <= std::max(job.repeat, 1) && err == PF_Err_NONE; ++pass) {
+        const bool isEven = pass % 2 == 0;
+        record.dst = isEven ? evenDst : oddDst;
+        record.src = pass == 0 ? job.src : (isEven ? oddDst : evenDst);
+        if (pass > 1) {
+            record.kernel = kernels.next();
+        }
+        err = iterate(inData, job.iterations, record, isEven ? passes.horizontal : passes.vertical);
+        if (err == PF_Err_NONE && job.progress != nullptr) {
+            err = job.progress->report();
+        }
+        if (err == PF_Err_NONE && pass == 0) {
+            err = afterFirst();
+        }
+    }
+    return err;
 }
 
 } // namespace kovalune

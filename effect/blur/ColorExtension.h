@@ -7,50 +7,69 @@
 #pragma once
 
 #include "effect/raster/MaskPlane.h"
+#include "effect/raster/PixelTraits.h"
 #include "effect/share/FrameRect.h"
 #include "hostapi/HostApi.h"
 
 namespace kovalune {
 
-/// Handed to the three steps, which run in this order: spreadH, spreadV, resolve. A distance of
-/// MaskPlane16::kFar means that a spread did not get there.
+/// What a colour extension is to do, and what the host iterates over in its three steps, which run in this order: spreadH,
+/// spreadV, resolve. It extends the colour of `seedMask` over `limitMask`, both with the origin of `rect`, from `src` to
+/// `dst`; pixels outside both masks are not written. A distance of MaskPlane16::kFar means that a spread did not get there.
 struct ExtendRecord {
     PF_EffectWorld* dst;
     PF_EffectWorld* src;
-    PF_EffectWorld* spreadWorld; ///< colours where a spread left a distance
+    /// A scratch world as large as `dst`, of colours where a spread left a distance. Where a pixel finds no core, it takes
+    /// the colour that this one holds at the rectangle's first pixel.
+    PF_EffectWorld* spreadWorld;
     FrameRect rect;
     MaskView limitMask; ///< its row bytes gate the rows of spreadH and resolve
     MaskView seedMask;
-    MaskPlane16 horizontalReach; ///< distance from the core along the row; 0 in the core
-    MaskPlane16 verticalReach;   ///< along the column; in the core that of a stretch above it, not 0
-    MaskPlane16 nearestInColumn; ///< row of the nearest entry of horizontalReach, or kNoRow
-    double reach;
+    // The driver makes these three.
+    MaskPlane16 horizontalReach = {}; ///< distance from the core along the row; 0 in the core
+    MaskPlane16 verticalReach = {};   ///< along the column; in the core that of a stretch above it, not 0
+    MaskPlane16 nearestInColumn = {}; ///< row of the nearest entry of horizontalReach, or kNoRow
+    double reach; ///< the distance in pixels at which alpha reaches zero, also the limit of every walk
+    /// Colour does not cross what lies outside the area; otherwise it passes under it, but a pixel still looks no further
+    /// than to the next gap.
     bool stopAtGap;
 
     static constexpr uint16_t kNoRow = 0xFFFF;
 };
 
-// Extends the colour of `seedMask` over `limitMask`, both with the origin of `rect`, from `src` to `dst`.
-//   spreadWorld  a scratch world as large as `dst`. Where a pixel finds no core, it takes the colour that this
-//                one holds at the rectangle's first pixel
-//   stopAtGap    colour does not cross what lies outside the area; otherwise it passes under it, but a pixel
-//                still looks no further than to the next gap
-//   reach        the distance in pixels at which alpha reaches zero, also the limit of every walk
-// Pixels outside both masks are not written. Returns the first error of the host's iteration calls, or
-// PF_Err_OUT_OF_MEMORY where a world is missing or a step found no scratch memory. Throws what the planes'
-// construction throws; nothing stays behind then.
-using ColorExtension = PF_Err(PF_EffectWorld* src, PF_EffectWorld* dst, PF_EffectWorld* spreadWorld,
-                              PF_InData* inData, const FrameRect& rect, bool stopAtGap,
-                              const MaskPlane& seedMask, const MaskPlane& limitMask, double reach);
-ColorExtension extendColors16;
-ColorExtension extendColors32;
+using ColorExtension = PF_Err(PF_InData* inData, ExtendRecord record);
+
+/// Returns the first error of the host's iteration calls, or PF_Err_OUT_OF_MEMORY where a world is missing or a step
+/// found no scratch memory. Throws what the planes' construction throws; nothing stays behind then.
+template <class Format>
+[[nodiscard]] PF_Err extendColors(PF_InData* inData, ExtendRecord record);
+
+extern template PF_Err extendColors<Argb16>(PF_InData*, ExtendRecord);
+extern template PF_Err extendColors<Argb32>(PF_InData*, ExtendRecord);
+
+inline constexpr ColorExtension& extendColors16 = extendColors<Argb16>;
+inline constexpr ColorExtension& extendColors32 = extendColors<Argb32>;
 
 // The single steps, in the form that the host iterates over an ExtendRecord.
-PF_Err spreadH16(void* record, A_long thread, A_long i, A_long n);
-PF_Err spreadV16(void* record, A_long thread, A_long i, A_long n);
-PF_Err resolve16(void* record, A_long thread, A_long i, A_long n);
-PF_Err spreadH32(void* record, A_long thread, A_long i, A_long n);
-PF_Err spreadV32(void* record, A_long thread, A_long i, A_long n);
-PF_Err resolve32(void* record, A_long thread, A_long i, A_long n);
+template <class Format>
+PF_Err spreadRows(void* record, A_long thread, A_long i, A_long n);
+template <class Format>
+PF_Err spreadColumns(void* record, A_long thread, A_long i, A_long n);
+template <class Format>
+PF_Err resolveRows(void* record, A_long thread, A_long i, A_long n);
+
+extern template PF_Err spreadRows<Argb16>(void*, A_long, A_long, A_long);
+extern template PF_Err spreadColumns<Argb16>(void*, A_long, A_long, A_long);
+extern template PF_Err resolveRows<Argb16>(void*, A_long, A_long, A_long);
+extern template PF_Err spreadRows<Argb32>(void*, A_long, A_long, A_long);
+extern template PF_Err spreadColumns<Argb32>(void*, A_long, A_long, A_long);
+extern template PF_Err resolveRows<Argb32>(void*, A_long, A_long, A_long);
+
+inline constexpr auto& spreadH16 = spreadRows<Argb16>;
+inline constexpr auto& spreadV16 = spreadColumns<Argb16>;
+inline constexpr auto& resolve16 = resolveRows<Argb16>;
+inline constexpr auto& spreadH32 = spreadRows<Argb32>;
+inline constexpr auto& spreadV32 = spreadColumns<Argb32>;
+inline constexpr auto& resolve32 = resolveRows<Argb32>;
 
 } // namespace kovalune

@@ -14,7 +14,7 @@ uint16_t toWeight(int32_t value) {
 }
 
 uint16_t truncateWeight(double weight) {
-    return toWeight(truncToInt32(weight * 32768.0));
+    return toWeight(truncToInt32(weight * kWeightOne));
 }
 
 /// Samples of the Gaussian at 0 to n - 1, scaled so that the symmetric sum is 1.

@@ -13,7 +13,8 @@ namespace kovalune {
 inline constexpr int32_t kMaxTaps = 300;
 
 /// Fixed-point 1.0 of weights.
-inline constexpr int32_t kWeightOne = 32768;
+inline constexpr int32_t kWeightBits = 15;
+inline constexpr int32_t kWeightOne = 1 << kWeightBits;
 
 /// Copies share the table. For a kernel made by `makeGaussKernel` with a length of 2 and more,
 /// `(2 * length - 1) * tail + 2 * sum(taps) - taps[0]` is exactly 32768.
@@ -30,6 +31,6 @@ struct GaussKernel {
 
 /// The kernel of half-length `n` (at least 1; less counts as 1) and `variance` (pixels squared, above 0). A
 /// kernel of length 1 has its one tap at 32768. Throws std::bad_alloc.
-GaussKernel makeGaussKernel(int32_t n, double variance);
+[[nodiscard]] GaussKernel makeGaussKernel(int32_t n, double variance);
 
 } // namespace kovalune

@@ -1,5 +1,5 @@
 // The two scans of a blur along one line: which pixels around the current one count, and the sums that run
-// along with them. The scans know nothing of what is summed: `Sums` adds and subtracts pixels.
+// along with them. The scans know nothing of what is summed: a blur's `Sums` adds and subtracts pixels.
 //
 //   run scan      a masked-out pixel ends the window: nothing beyond a gap counts
 //   window scan   a masked-out pixel is a hole in the window: pixels beyond it count
@@ -10,14 +10,14 @@
 
 namespace kovalune {
 
-/// One line (row or column) as a scan sees it. `reach` is how far a window extends to either side, at most
-/// `count`.
+/// One line (row or column) as a blur reads it.
 template <class Pixel>
 struct Line {
     const Pixel* pixels;
     const uint8_t* mask;
+    const uint8_t* keep; ///< where not 0 a pixel keeps its alpha; null in a blur that leaves alpha alone
     int32_t count;
-    int32_t reach;
+    int32_t reach; ///< how far a window extends to either side, at most `count`
 };
 
 /// The window around a pixel, both ends inclusive.
@@ -30,10 +30,12 @@ struct RunScan {
     /// Inside a window every pixel is masked in.
     static constexpr bool kWindowHasHoles = false;
 
-    /// Calls `emit(x, span, sums)` for every masked-in pixel, in order. The pixel that leaves is subtracted
-    /// before the one that enters is added, and a new run starts its sums anew.
-    template <class Pixel, class Sums, class Emit>
-    static void scan(const Line<Pixel>& line, Sums& sums, Emit&& emit) {
+    /// Calls `blur(x, span, sums)` for every masked-in pixel of its line, in order. The pixel that leaves is
+    /// subtracted before the one that enters is added, and a new run starts its sums anew.
+    template <class Blur>
+    static void scan(const Blur& blur) {
+        const auto& line = blur.line;
+        typename Blur::Sums sums;
         int32_t runStart = 0;
         int32_t runEnd = -1;
         for (int32_t x = 0; x < line.count; ++x) {
@@ -42,7 +44,7 @@ struct RunScan {
             }
             const int32_t right = x + std::min(line.reach, line.count - 1 - x);
             if (runEnd < x) {
-                sums = Sums();
+                sums = {};
                 runStart = x;
                 for (int32_t j = x; j <= right && line.mask[j] != 0; ++j) {
                     sums.add(line.pixels[j]);
@@ -59,7 +61,7 @@ struct RunScan {
                     sums.add(line.pixels[right]);
                 }
             }
-            emit(x, Span{runStart, runEnd}, sums);
+            blur(x, Span{runStart, runEnd}, sums);
         }
     }
 };
@@ -67,12 +69,13 @@ struct RunScan {
 struct WindowScan {
     static constexpr bool kWindowHasHoles = true;
 
-    /// Calls `emit(x, span, sums)` for every masked-in pixel, in order. The pixel that enters is added before
-    /// the one that leaves is subtracted.
-    template <class Pixel, class Sums, class Emit>
-    static void scan(const Line<Pixel>& line, Sums& sums, Emit&& emit) {
+    /// Calls `blur(x, span, sums)` for every masked-in pixel of its line, in order. The pixel that enters is
+    /// added before the one that leaves is subtracted.
+    template <class Blur>
+    static void scan(const Blur& blur) {
+        const auto& line = blur.line;
         const int32_t prefilled = std::min(line.reach, line.count - 1);
-        sums = Sums();
+        typename Blur::Sums sums;
         for (int32_t j = 0; j < prefilled; ++j) {
             if (line.mask[j] != 0) {
                 sums.add(line.pixels[j]);
@@ -94,7 +97,7 @@ struct WindowScan {
                 window.first = x - line.reach;
             }
             if (line.mask[x] != 0 && sums.count != 0) {
-                emit(x, window, sums);
+                blur(x, window, sums);
             }
         }
     }

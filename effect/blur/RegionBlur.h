@@ -7,6 +7,7 @@
 #pragma once
 
 #include "effect/blur/GaussKernel.h"
+#include "effect/blur/LinePassNames.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
 #include "effect/share/FrameRect.h"
@@ -15,6 +16,9 @@
 #include <cstdint>
 
 namespace kovalune {
+
+template <class Format, class Scan>
+struct RegionPass;
 
 /// Handed to every iteration of a pass. The border of `rect` acts like a masked-out pixel.
 struct BlurPassRecord {
@@ -25,31 +29,59 @@ struct BlurPassRecord {
     GaussKernel kernel;
 };
 
-// A region blur. Each blurs the masked-in pixels of `rect` from `src` into `dst`; `tmp`, a second world of the size and
-// depth of `dst`, holds an intermediate state. `src` is never written. `dst` and `tmp` must already hold what
-// is to remain in pixels that the blur does not write: masked-out pixels, and the alpha of masked-in ones.
-//   iterations  what the host is asked for, PF_Iterations_ONCE_PER_PROCESSOR in a frame
-//   repeat      "Blur Repeat Num", not negative: `repeat` + 1 passes; 0 copies the masked-in pixels instead
-//   progress    reported to after each pass, or null
-//   amount      half-length of the first kernel in pixels; below 2.0 copies the masked-in pixels instead
-// Returns the first error of the host's iteration or progress calls, or PF_Err_OUT_OF_MEMORY where a world
-// that the blur needs is missing or a pass found no scratch memory; `dst` then holds a partial result.
-using RegionBlur = PF_Err(PF_EffectWorld* dst, PF_InData* inData, A_long iterations, PF_EffectWorld* src,
-                          PF_EffectWorld* tmp, const FrameRect& rect, const MaskPlane& mask, int32_t repeat,
-                          const ProgressCounter* progress, double amount);
-RegionBlur blurRegionRun16;
-RegionBlur blurRegionWindow16;
-RegionBlur blurRegionRun32;
-RegionBlur blurRegionWindow32;
+/// What a region blur is to do. It blurs the masked-in pixels of `rect` from `src` into `dst`; `tmp`, a second world of
+/// the size and depth of `dst`, holds an intermediate state. `src` is never written. `dst` and `tmp` must already hold
+/// what is to remain in pixels that the blur does not write: masked-out pixels, and the alpha of masked-in ones.
+struct RegionBlurJob {
+    PF_EffectWorld* dst;
+    PF_EffectWorld* src;
+    PF_EffectWorld* tmp;
+    FrameRect rect;
+    MaskView mask;
+    /// "Blur Repeat Num", not negative: `repeat` + 1 passes; 0 copies the masked-in pixels instead.
+    int32_t repeat;
+    /// Half-length of the first kernel in pixels; below 2.0 copies the masked-in pixels instead.
+    double amount;
+    /// Reported to after each pass, or null.
+    const ProgressCounter* progress = nullptr;
+    /// What the host is asked for.
+    A_long iterations = PF_Iterations_ONCE_PER_PROCESSOR;
+};
+
+using RegionBlur = PF_Err(PF_InData* inData, const RegionBlurJob& job);
+
+/// Returns the first error of the host's iteration or progress calls, or PF_Err_OUT_OF_MEMORY where a world
+/// that the blur needs is missing or a pass found no scratch memory; `dst` then holds a partial result.
+template <class Format, class Scan>
+[[nodiscard]] PF_Err blurRegion(PF_InData* inData, const RegionBlurJob& job);
+
+extern template PF_Err blurRegion<Argb16, RunScan>(PF_InData*, const RegionBlurJob&);
+extern template PF_Err blurRegion<Argb16, WindowScan>(PF_InData*, const RegionBlurJob&);
+extern template PF_Err blurRegion<Argb32, RunScan>(PF_InData*, const RegionBlurJob&);
+extern template PF_Err blurRegion<Argb32, WindowScan>(PF_InData*, const RegionBlurJob&);
+
+inline constexpr RegionBlur& blurRegionRun16 = blurRegion<Argb16, RunScan>;
+inline constexpr RegionBlur& blurRegionWindow16 = blurRegion<Argb16, WindowScan>;
+inline constexpr RegionBlur& blurRegionRun32 = blurRegion<Argb32, RunScan>;
+inline constexpr RegionBlur& blurRegionWindow32 = blurRegion<Argb32, WindowScan>;
+
+extern template PF_Err blurRows<RegionPass<Argb16, RunScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurColumns<RegionPass<Argb16, RunScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurRows<RegionPass<Argb16, WindowScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurColumns<RegionPass<Argb16, WindowScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurRows<RegionPass<Argb32, RunScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurColumns<RegionPass<Argb32, RunScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurRows<RegionPass<Argb32, WindowScan>>(void*, A_long, A_long, A_long);
+extern template PF_Err blurColumns<RegionPass<Argb32, WindowScan>>(void*, A_long, A_long, A_long);
 
 // The single passes, in the form that the host iterates over a BlurPassRecord.
-PF_Err passRunH16(void* record, A_long thread, A_long i, A_long n);
-PF_Err passRunV16(void* record, A_long thread, A_long i, A_long n);
-PF_Err passWindowH16(void* record, A_long thread, A_long i, A_long n);
-PF_Err passWindowV16(void* record, A_long thread, A_long i, A_long n);
-PF_Err passRunH32(void* record, A_long thread, A_long i, A_long n);
-PF_Err passRunV32(void* record, A_long thread, A_long i, A_long n);
-PF_Err passWindowH32(void* record, A_long thread, A_long i, A_long n);
-PF_Err passWindowV32(void* record, A_long thread, A_long i, A_long n);
+inline constexpr auto& passRunH16 = blurRows<RegionPass<Argb16, RunScan>>;
+inline constexpr auto& passRunV16 = blurColumns<RegionPass<Argb16, RunScan>>;
+inline constexpr auto& passWindowH16 = blurRows<RegionPass<Argb16, WindowScan>>;
+inline constexpr auto& passWindowV16 = blurColumns<RegionPass<Argb16, WindowScan>>;
+inline constexpr auto& passRunH32 = blurRows<RegionPass<Argb32, RunScan>>;
+inline constexpr auto& passRunV32 = blurColumns<RegionPass<Argb32, RunScan>>;
+inline constexpr auto& passWindowH32 = blurRows<RegionPass<Argb32, WindowScan>>;
+inline constexpr auto& passWindowV32 = blurColumns<RegionPass<Argb32, WindowScan>>;
 
 } // namespace kovalune

@@ -61,9 +61,14 @@ StageEnd runBaseStage(Frame& frame) {
         return StageEnd::kAbandon;
     }
     const auto blur = base.keepDivision != 0 ? frame.passes.blurRegionRun : frame.passes.blurRegionWindow;
-    frame.err = blur(frame.target, frame.inData(), PF_Iterations_ONCE_PER_PROCESSOR, blurInput,
-                     frame.worlds.maskedWorld.get(), frame.rect(), frame.planes.stageMask, base.repeat,
-                     &frame.progress, amount);
+    frame.err = blur(frame.inData(), {.dst = frame.target,
+                                      .src = blurInput,
+                                      .tmp = frame.worlds.maskedWorld.get(),
+                                      .rect = frame.rect(),
+                                      .mask = frame.planes.stageMask,
+                                      .repeat = base.repeat,
+                                      .amount = amount,
+                                      .progress = &frame.progress});
     reportChanged(frame);
     return frame.settings.view == kViewBase ? StageEnd::kFinish : StageEnd::kNextStage;
 }

@@ -16,14 +16,12 @@ PF_Pixel narrowPixel(const PF_Pixel16& p) {
 
 } // namespace
 
-PF_Err widenTo16(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                 const MaskPlane& mask, bool clearOutside) {
-    return runMaskedPass(inData, dst, src, rect, mask, clearOutside, maskedPass<Argb16, Argb8, widenPixel>);
+PF_Err widenTo16(PF_InData* inData, MaskedPassRecord record) {
+    return runMasked<Argb16, Argb8, widenPixel>(inData, record);
 }
 
-PF_Err narrowTo8(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                 const MaskPlane& mask, bool clearOutside) {
-    return runMaskedPass(inData, dst, src, rect, mask, clearOutside, maskedPass<Argb8, Argb16, narrowPixel>);
+PF_Err narrowTo8(PF_InData* inData, MaskedPassRecord record) {
+    return runMasked<Argb8, Argb16, narrowPixel>(inData, record);
 }
 
 } // namespace kovalune

@@ -2,8 +2,7 @@
 // full scale 32768. Narrowing after widening gives every 8-bit value back unchanged.
 #pragma once
 
-#include "effect/raster/MaskPlane.h"
-#include "effect/share/FrameRect.h"
+#include "effect/raster/MaskedCopy.h"
 #include "hostapi/HostApi.h"
 
 #include <cstdint>
@@ -12,19 +11,18 @@ namespace kovalune {
 
 /// 0 becomes 0, 1 becomes 129, 255 becomes 32768. The 128 is the constant of the conversion, not half of 255.
 inline uint16_t widenChannel(uint8_t c) {
-    return static_cast<uint16_t>((uint32_t{c} * 32768 + 128) / 255);
+    return static_cast<uint16_t>((uint32_t{c} * Argb16::kFullScale + 128) / Argb8::kFullScale);
 }
 
 /// For values up to 32768; a larger one wraps at the store.
 inline uint8_t narrowChannel(uint16_t c) {
-    return static_cast<uint8_t>((uint32_t{c} * 255 + 16384) >> 15);
+    return static_cast<uint8_t>((uint32_t{c} * Argb8::kFullScale + Argb16::kFullScale / 2) >>
+                                Argb16::kScaleBits);
 }
 
-/// Convert all four channels under the mask; other pixels of `dst` become zero where `clearOutside` is set
-/// and stay otherwise. Each returns the host's code, or PF_Err_OUT_OF_MEMORY where a world is missing.
-PF_Err widenTo16(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                 const MaskPlane& mask, bool clearOutside);
-PF_Err narrowTo8(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                 const MaskPlane& mask, bool clearOutside);
+// Convert all four channels under the mask; other pixels of `dst` become zero where `clearOutside` is set
+// and stay otherwise. Each returns the host's code, or PF_Err_OUT_OF_MEMORY where a world is missing.
+[[nodiscard]] PF_Err widenTo16(PF_InData* inData, MaskedPassRecord record);
+[[nodiscard]] PF_Err narrowTo8(PF_InData* inData, MaskedPassRecord record);
 
 } // namespace kovalune

@@ -20,18 +20,18 @@ struct FramePasses {
     decltype(&coverage8) coverageOfInput;
     decltype(&extractColors8) extractColors;
     decltype(&coverage16) coverageOfWork;
-    decltype(&copyMasked16) copyMasked;
+    MaskedPass* copyMasked;
     RegionBlur* blurRegionRun;
     RegionBlur* blurRegionWindow;
     BoundaryBlur* blurBoundaryRun;
     BoundaryBlur* blurBoundaryWindow;
-    decltype(&extendColors16) extendColors;
-    decltype(&restoreMasked16) restoreMasked;
-    decltype(&applyBoundaryBias16) applyBoundaryBias;
-    decltype(&clearAlphaOutside16) clearAlphaOutsideLayer;
-    decltype(&multiplyAlphaOutside16) multiplyAlphaOutside;
-    decltype(&composeOver16) composeOver;
-    decltype(&clearAlphaOutside8) clearAlphaOutsideOutput;
+    ColorExtension* extendColors;
+    FinishingPass* restoreMasked;
+    FinishingPass* applyBoundaryBias;
+    FinishingPass* clearAlphaOutsideLayer;
+    FinishingPass* multiplyAlphaOutside;
+    FinishingPass* composeOver;
+    FinishingPass* clearAlphaOutsideOutput;
     // For a report.
     PixelCopy* copyPixels;
     ChangeCount* countChanged;

@@ -47,12 +47,17 @@ FrameStart scaledStart(const RenderSettings& settings) {
 void widen(Frame& frame) {
     PF_EffectWorld* const wideSource = frame.worlds.wideSource.get();
     PF_EffectWorld* const wideTarget = frame.worlds.wideTarget.get();
-    const MaskPlane& all = frame.planes.fullMask;
     frame.attempt([&] {
-        return widenTo16(frame.inData(), wideSource, frame.settings.inputWorld, frame.rect(), all, false);
+        return widenTo16(frame.inData(), {.dst = wideSource,
+                                          .src = frame.settings.inputWorld,
+                                          .rect = frame.rect(),
+                                          .mask = frame.planes.fullMask});
     });
     frame.attempt([&] {
-        return widenTo16(frame.inData(), wideTarget, frame.settings.outputWorld, frame.rect(), all, false);
+        return widenTo16(frame.inData(), {.dst = wideTarget,
+                                          .src = frame.settings.outputWorld,
+                                          .rect = frame.rect(),
+                                          .mask = frame.planes.fullMask});
     });
     frame.source = wideSource;
     frame.target = wideTarget;
@@ -60,8 +65,10 @@ void widen(Frame& frame) {
 
 void narrow(Frame& frame, PF_EffectWorld* from) {
     frame.attempt([&] {
-        return narrowTo8(frame.inData(), frame.settings.outputWorld, from, frame.rect(),
-                         frame.planes.fullMask, false);
+        return narrowTo8(frame.inData(), {.dst = frame.settings.outputWorld,
+                                          .src = from,
+                                          .rect = frame.rect(),
+                                          .mask = frame.planes.fullMask});
     });
 }
 
@@ -71,8 +78,8 @@ void cutToRegion(Frame& frame) {
     const int32_t view = frame.settings.view;
     if (view == kViewBase || view == kViewExtract) {
         const MaskPlane& region = view == kViewBase ? frame.planes.stageMask : frame.planes.allColorsMask;
-        frame.passes.clearAlphaOutsideOutput(frame.inData(), frame.settings.outputWorld, frame.rect(),
-                                             region);
+        frame.passes.clearAlphaOutsideOutput(
+            frame.inData(), {.dst = frame.settings.outputWorld, .rect = frame.rect(), .mask = region});
     }
 }
 

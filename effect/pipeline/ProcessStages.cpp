@@ -91,9 +91,14 @@ private:
 
     void extendRegion() {
         frame_.attempt([&] {
-            return passes_.extendColors(
-                frame_.source, worlds_.extendedWorld.get(), worlds_.extendScratchWorld.get(), inData(),
-                rect(), stage_.keepDivision != 0, planes_.stageCopyMask, planes_.extendLimitMask, reach_);
+            return passes_.extendColors(inData(), {.dst = worlds_.extendedWorld.get(),
+                                                   .src = frame_.source,
+                                                   .spreadWorld = worlds_.extendScratchWorld.get(),
+                                                   .rect = rect(),
+                                                   .limitMask = planes_.extendLimitMask,
+                                                   .seedMask = planes_.stageCopyMask,
+                                                   .reach = reach_,
+                                                   .stopAtGap = stage_.keepDivision != 0});
         });
         frame_.attempt([&] {
             return passes_.coverageOfWork(planes_.extendedCoverage, inData(), worlds_.extendedWorld.get(),
@@ -107,8 +112,10 @@ private:
         PF_EffectWorld* const extended = worlds_.extendedWorld.get();
         PF_EffectWorld* const smoothed = worlds_.smoothedWorld.get();
         smoothMasked(frame_, extended, planes_.extendedCoverage, smoothed);
-        frame_.attempt(
-            [&] { return passes_.restoreMasked(inData(), smoothed, extended, rect(), planes_.extractMask); });
+        frame_.attempt([&] {
+            return passes_.restoreMasked(
+                inData(), {.dst = smoothed, .src = extended, .rect = rect(), .mask = planes_.extractMask});
+        });
         frame_.attempt([&] { return copyWhole(frame_, smoothed, extended); });
     }
 
@@ -116,12 +123,20 @@ private:
         planes_.outsideMask.copyFrom(planes_.extractMask);
         planes_.outsideMask.invert();
         const auto blur = stage_.keepDivision != 0 ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
-        frame_.err = blur(worlds_.layerWorld.get(), inData(), worlds_.extendedWorld.get(),
-                          worlds_.blurScratchWorld.get(), rect(), planes_.regionMask, planes_.stageMask,
-                          stage_.repeat, &frame_.progress, boundaryAmount(reach_));
+        frame_.err = blur(inData(), {.dst = worlds_.layerWorld.get(),
+                                     .src = worlds_.extendedWorld.get(),
+                                     .tmp = worlds_.blurScratchWorld.get(),
+                                     .rect = rect(),
+                                     .regionMask = planes_.regionMask,
+                                     .alphaKeepMask = planes_.stageMask,
+                                     .repeat = stage_.repeat,
+                                     .amount = boundaryAmount(reach_),
+                                     .progress = &frame_.progress});
         frame_.attempt([&] {
-            return passes_.applyBoundaryBias(inData(), worlds_.layerWorld.get(), rect(), planes_.outsideMask,
-                                             stage_.boundaryBias);
+            return passes_.applyBoundaryBias(inData(), {.dst = worlds_.layerWorld.get(),
+                                                        .rect = rect(),
+                                                        .mask = planes_.outsideMask,
+                                                        .bias = stage_.boundaryBias});
         });
     }
 
@@ -129,10 +144,13 @@ private:
     /// whatever has failed, and its own failure is ignored.
     void limitToLastLayer() {
         PF_EffectWorld* const layer = worlds_.layerWorld.get();
-        passes_.clearAlphaOutsideLayer(inData(), layer, rect(), planes_.layerLimitMask);
+        passes_.clearAlphaOutsideLayer(inData(),
+                                       {.dst = layer, .rect = rect(), .mask = planes_.layerLimitMask});
         frame_.attempt([&] {
-            return passes_.multiplyAlphaOutside(inData(), layer, worlds_.previousLayerWorld.get(), rect(),
-                                                planes_.extractMask);
+            return passes_.multiplyAlphaOutside(inData(), {.dst = layer,
+                                                           .src = worlds_.previousLayerWorld.get(),
+                                                           .rect = rect(),
+                                                           .mask = planes_.extractMask});
         });
     }
 
@@ -141,7 +159,9 @@ private:
         PF_EffectWorld* const layer = worlds_.layerWorld.get();
         frame_.attempt([&] { return copyWhole(frame_, layer, worlds_.previousLayerWorld.get()); });
         reportBeforeLayer();
-        frame_.attempt([&] { return passes_.composeOver(inData(), frame_.target, layer, rect()); });
+        frame_.attempt([&] {
+            return passes_.composeOver(inData(), {.dst = frame_.target, .src = layer, .rect = rect()});
+        });
         reportBehindLayer();
         frame_.attempt(
             [&] { return passes_.coverageOfWork(planes_.layerLimitMask, inData(), layer, rect()); });

@@ -27,14 +27,17 @@ void mergeStageMask(Frame& frame) {
 
 void smoothMasked(Frame& frame, PF_EffectWorld* from, const MaskPlane& mask, PF_EffectWorld* smoothed) {
     PF_EffectWorld* const masked = frame.worlds.maskedWorld.get();
-    frame.attempt(
-        [&] { return frame.passes.copyMasked(frame.inData(), masked, from, frame.rect(), mask, true); });
+    frame.attempt([&] {
+        return frame.passes.copyMasked(
+            frame.inData(),
+            {.dst = masked, .src = from, .rect = frame.rect(), .mask = mask, .clearOutside = true});
+    });
     SmoothParams params;
     params.inData = frame.inData();
     params.pixelFormat = frame.passes.workFormat;
     params.srcWorld = masked;
     params.dstWorld = smoothed;
-    smoothBoundaries(params);
+    static_cast<void>(smoothBoundaries(params));
 }
 
 } // namespace kovalune

@@ -31,12 +31,12 @@ using PassFunction = PF_Err (*)(void*, A_long, A_long, A_long);
 /// Runs `pass` over `record`, spread over `iterations` iterations (PF_Iterations_ONCE_PER_PROCESSOR: one a
 /// processor). Returns when all are done; the record is shared read-only by all of them.
 template <class Record>
-PF_Err iterate(PF_InData* inData, A_long iterations, Record& record, PassFunction pass) {
+[[nodiscard]] PF_Err iterate(PF_InData* inData, A_long iterations, Record& record, PassFunction pass) {
     return inData->utils->iterate_generic(iterations, &record, pass);
 }
 
 template <class Record>
-PF_Err iterate(PF_InData* inData, Record& record, PassFunction pass) {
+[[nodiscard]] PF_Err iterate(PF_InData* inData, Record& record, PassFunction pass) {
     return iterate(inData, PF_Iterations_ONCE_PER_PROCESSOR, record, pass);
 }
 

@@ -1,7 +1,6 @@
 #include "effect/raster/MaskedCopy.h"
 
 #include "effect/raster/MaskedPass.h"
-#include "effect/raster/PixelTraits.h"
 
 namespace kovalune {
 namespace {
@@ -13,16 +12,12 @@ typename Format::Pixel samePixel(const typename Format::Pixel& pixel) {
 
 } // namespace
 
-PF_Err copyMasked16(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                    const MaskPlane& mask, bool clearOutside) {
-    return runMaskedPass(inData, dst, src, rect, mask, clearOutside,
-                         maskedPass<Argb16, Argb16, samePixel<Argb16>>);
+template <class Format>
+PF_Err copyMasked(PF_InData* inData, MaskedPassRecord record) {
+    return runMasked<Format, Format, samePixel<Format>>(inData, record);
 }
 
-PF_Err copyMasked32(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src, const FrameRect& rect,
-                    const MaskPlane& mask, bool clearOutside) {
-    return runMaskedPass(inData, dst, src, rect, mask, clearOutside,
-                         maskedPass<Argb32, Argb32, samePixel<Argb32>>);
-}
+template PF_Err copyMasked<Argb16>(PF_InData*, MaskedPassRecord);
+template PF_Err copyMasked<Argb32>(PF_InData*, MaskedPassRecord);
 
 } // namespace kovalune

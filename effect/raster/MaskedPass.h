@@ -11,7 +11,7 @@ namespace kovalune {
 /// Every pixel under the mask becomes `convert` of its source pixel.
 template <class DstFormat, class SrcFormat, auto convert>
 PF_Err maskedPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
-    auto& record = *static_cast<MaskedPassRecord*>(refcon);
+    const auto& record = *static_cast<const MaskedPassRecord*>(refcon);
     const int32_t width = record.rect.width();
     const Band band = bandOf(record.rect.height(), i, n);
     for (int32_t y = band.first; y < band.end; ++y) {
@@ -29,14 +29,12 @@ PF_Err maskedPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     return PF_Err_NONE;
 }
 
-inline PF_Err runMaskedPass(PF_InData* inData, PF_EffectWorld* dst, PF_EffectWorld* src,
-                            const FrameRect& rect, const MaskPlane& mask, bool clearOutside,
-                            PassFunction pass) {
-    if (dst == nullptr || src == nullptr) {
+template <class DstFormat, class SrcFormat, auto convert>
+[[nodiscard]] PF_Err runMasked(PF_InData* inData, MaskedPassRecord& record) {
+    if (record.dst == nullptr || record.src == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    MaskedPassRecord record{dst, src, rect, mask, clearOutside};
-    return iterate(inData, record, pass);
+    return iterate(inData, record, maskedPass<DstFormat, SrcFormat, convert>);
 }
 
 } // namespace kovalune

@@ -18,7 +18,8 @@ struct Argb8 {
 struct Argb16 {
     using Pixel = PF_Pixel16;
     using Channel = uint16_t;
-    static constexpr Channel kFullScale = 32768;
+    static constexpr int kScaleBits = 15;
+    static constexpr Channel kFullScale = 1 << kScaleBits;
 };
 
 struct Argb32 {

@@ -18,7 +18,7 @@ struct ProgressCounter {
     int32_t current = 0;
 
     /// Tells the host the percentage reached, at most 100. A non-zero answer ends the frame.
-    PF_Err report() const {
+    [[nodiscard]] PF_Err report() const {
         if (in_data == nullptr) {
             return PF_Err_NONE;
         }
@@ -28,7 +28,7 @@ struct ProgressCounter {
     }
 
     /// One step more, and the host's answer to it.
-    PF_Err tick() {
+    [[nodiscard]] PF_Err tick() {
         if (in_data == nullptr) {
             return PF_Err_NONE;
         }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effect/blur/RegionBlur.h"
+#include "effect/raster/Bands.h"
 #include "tests/support/MaskShapes.h"
 #include "tests/support/PlainBlur.h"
 #include "tests/support/PlainPicture.h"
@@ -17,9 +18,9 @@ struct BlurDriver {
     const char* name;
     PF_PixelFormat format;
     bool keepDivision;
-    decltype(&blurRegionRun16) run;
-    PF_Err (*horizontal)(void*, A_long, A_long, A_long);
-    PF_Err (*vertical)(void*, A_long, A_long, A_long);
+    RegionBlur* run;
+    PassFunction horizontal;
+    PassFunction vertical;
 };
 
 inline constexpr std::array<BlurDriver, 4> kBlurDrivers = {{
@@ -61,8 +62,14 @@ struct BlurScene {
 
     PF_Err run(const BlurDriver& driver, int32_t repeat, double amount,
                const ProgressCounter* progress = nullptr) {
-        return driver.run(dst.get(), host.in(), PF_Iterations_ONCE_PER_PROCESSOR, src.get(), tmp.get(), rect,
-                          plane, repeat, progress, amount);
+        return driver.run(host.in(), {.dst = dst.get(),
+                                      .src = src.get(),
+                                      .tmp = tmp.get(),
+                                      .rect = rect,
+                                      .mask = plane,
+                                      .repeat = repeat,
+                                      .amount = amount,
+                                      .progress = progress});
     }
 
     PlainBlur plainJob(const BlurDriver& driver, int32_t repeat, double amount) const {

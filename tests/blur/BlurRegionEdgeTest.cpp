@@ -183,8 +183,13 @@ TEST_P(BlurEdges, MissingWorldIsOutOfMemory) {
     BlurScene scene(driver, Mask(6, 6, 1), random);
     PF_InData* const in = scene.host.in();
     const auto run = [&](PF_EffectWorld* dst, PF_EffectWorld* src, PF_EffectWorld* tmp, int32_t repeat) {
-        return driver.run(dst, in, PF_Iterations_ONCE_PER_PROCESSOR, src, tmp, scene.rect, scene.plane,
-                          repeat, nullptr, 5.0);
+        return driver.run(in, {.dst = dst,
+                               .src = src,
+                               .tmp = tmp,
+                               .rect = scene.rect,
+                               .mask = scene.plane,
+                               .repeat = repeat,
+                               .amount = 5.0});
     };
     PF_EffectWorld* const dst = scene.dst.get();
     PF_EffectWorld* const src = scene.src.get();

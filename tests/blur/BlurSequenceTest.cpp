@@ -103,8 +103,14 @@ TEST_P(BlurPasses, AskForAsManyIterationsAsTheyAreGiven) {
     BlurScene scene(driver, Mask(4, 4, 1), random);
     seenPasses().clear();
     scene.host.utils().iterate_generic = notePass;
-    EXPECT_EQ(driver.run(scene.dst.get(), scene.host.in(), 6, scene.src.get(), scene.tmp.get(), scene.rect,
-                         scene.plane, 1, nullptr, 5.0),
+    EXPECT_EQ(driver.run(scene.host.in(), {.dst = scene.dst.get(),
+                                           .src = scene.src.get(),
+                                           .tmp = scene.tmp.get(),
+                                           .rect = scene.rect,
+                                           .mask = scene.plane,
+                                           .repeat = 1,
+                                           .amount = 5.0,
+                                           .iterations = 6}),
               PF_Err_NONE);
     ASSERT_EQ(seenPasses().size(), 2U);
     EXPECT_EQ(seenPasses()[0].iterations, 6);

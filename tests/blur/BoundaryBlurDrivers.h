@@ -59,8 +59,15 @@ struct BoundaryScene : BlurScene {
 
     PF_Err run(const BoundaryDriver& driver, int32_t repeat, double amount,
                const ProgressCounter* progress = nullptr) {
-        return driver.run(dst.get(), host.in(), src.get(), tmp.get(), rect, plane, keepPlane, repeat,
-                          progress, amount);
+        return driver.run(host.in(), {.dst = dst.get(),
+                                      .src = src.get(),
+                                      .tmp = tmp.get(),
+                                      .rect = rect,
+                                      .regionMask = plane,
+                                      .alphaKeepMask = keepPlane,
+                                      .repeat = repeat,
+                                      .amount = amount,
+                                      .progress = progress});
     }
 
     PlainBoundaryBlur plainJob(const BoundaryDriver& driver, int32_t repeat, double amount) const {

@@ -208,8 +208,14 @@ TEST_P(BoundaryEdges, MissingWorldIsOutOfMemory) {
     Random random(242);
     BoundaryScene scene(driver, Mask(6, 6, 1), random);
     const auto run = [&](PF_EffectWorld* dst, PF_EffectWorld* src, PF_EffectWorld* tmp, int32_t repeat) {
-        return driver.run(dst, scene.host.in(), src, tmp, scene.rect, scene.plane, scene.keepPlane, repeat,
-                          nullptr, 5.0);
+        return driver.run(scene.host.in(), {.dst = dst,
+                                            .src = src,
+                                            .tmp = tmp,
+                                            .rect = scene.rect,
+                                            .regionMask = scene.plane,
+                                            .alphaKeepMask = scene.keepPlane,
+                                            .repeat = repeat,
+                                            .amount = 5.0});
     };
     PF_EffectWorld* const dst = scene.dst.get();
     PF_EffectWorld* const src = scene.src.get();

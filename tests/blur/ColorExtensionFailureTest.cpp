@@ -80,8 +80,14 @@ TEST_P(ExtensionFailure, OfAMissingWorldIsOutOfMemory) {
     for (int missing = 0; missing < 3; ++missing) {
         PF_EffectWorld* worlds[] = {scene.src.get(), scene.dst.get(), scene.spread.get()};
         worlds[missing] = nullptr;
-        EXPECT_EQ(GetParam().run(worlds[0], worlds[1], worlds[2], scene.host.in(), scene.job.rect, false,
-                                 scene.seed, scene.limit, 8.0),
+        EXPECT_EQ(GetParam().run(scene.host.in(), {.dst = worlds[1],
+                                                   .src = worlds[0],
+                                                   .spreadWorld = worlds[2],
+                                                   .rect = scene.job.rect,
+                                                   .limitMask = scene.limit,
+                                                   .seedMask = scene.seed,
+                                                   .reach = 8.0,
+                                                   .stopAtGap = false}),
                   PF_Err_OUT_OF_MEMORY);
     }
 }

@@ -51,8 +51,14 @@ struct ExtensionScene {
     }
 
     PF_Err run(const ExtensionDriver& driver) {
-        return driver.run(src.get(), dst.get(), spread.get(), host.in(), job.rect, job.stopAtGap, seed, limit,
-                          job.reach);
+        return driver.run(host.in(), {.dst = dst.get(),
+                                      .src = src.get(),
+                                      .spreadWorld = spread.get(),
+                                      .rect = job.rect,
+                                      .limitMask = limit,
+                                      .seedMask = seed,
+                                      .reach = job.reach,
+                                      .stopAtGap = job.stopAtGap});
     }
 };
 

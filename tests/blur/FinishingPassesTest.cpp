@@ -14,42 +14,15 @@
 namespace kovalune::test {
 namespace {
 
-/// What every pass is given; each takes what it needs.
-struct Call {
-    PF_InData* in;
-    PF_EffectWorld* dst;
-    PF_EffectWorld* src;
-    FrameRect rect;
-    const MaskPlane& mask;
-    double bias;
-};
-
 /// A pass by name, with its plain twin.
 struct Finishing {
     const char* name;
     PF_PixelFormat format;
     bool readsSource;
-    PF_Err (*run)(const Call& call);
+    FinishingPass* run;
     void (*plain)(const FrameRect& rect, const Mask& mask, double bias, const PlainPicture& src,
                   PlainPicture& dst);
 };
-
-template <auto pass>
-PF_Err withSource(const Call& c) {
-    return pass(c.in, c.dst, c.src, c.rect, c.mask);
-}
-template <auto pass>
-PF_Err withoutSource(const Call& c) {
-    return pass(c.in, c.dst, c.rect, c.mask);
-}
-template <auto pass>
-PF_Err withBias(const Call& c) {
-    return pass(c.in, c.dst, c.rect, c.mask, c.bias);
-}
-template <auto pass>
-PF_Err withoutMask(const Call& c) {
-    return pass(c.in, c.dst, c.src, c.rect);
-}
 
 void plainRestore(const FrameRect& rect, const Mask& mask, double /*bias*/, const PlainPicture& src,
                   PlainPicture& dst) {
@@ -77,25 +50,25 @@ constexpr PF_PixelFormat k16 = PF_PixelFormat_ARGB64;
 constexpr PF_PixelFormat k32 = PF_PixelFormat_ARGB128;
 
 constexpr std::array<Finishing, 11> kPasses = {{
-    {"restoreMasked16", k16, true, withSource<restoreMasked16>, plainRestore},
-    {"restoreMasked32", k32, true, withSource<restoreMasked32>, plainRestore},
-    {"clearAlphaOutside8", k8, false, withoutSource<clearAlphaOutside8>, plainClear},
-    {"clearAlphaOutside16", k16, false, withoutSource<clearAlphaOutside16>, plainClear},
-    {"clearAlphaOutside32", k32, false, withoutSource<clearAlphaOutside32>, plainClear},
-    {"multiplyAlphaOutside16", k16, true, withSource<multiplyAlphaOutside16>, plainMultiply},
-    {"multiplyAlphaOutside32", k32, true, withSource<multiplyAlphaOutside32>, plainMultiply},
-    {"applyBoundaryBias16", k16, false, withBias<applyBoundaryBias16>, plainBias},
-    {"applyBoundaryBias32", k32, false, withBias<applyBoundaryBias32>, plainBias},
-    {"composeOver16", k16, true, withoutMask<composeOver16>, plainCompose},
-    {"composeOver32", k32, true, withoutMask<composeOver32>, plainCompose},
+    {"restoreMasked16", k16, true, restoreMasked16, plainRestore},
+    {"restoreMasked32", k32, true, restoreMasked32, plainRestore},
+    {"clearAlphaOutside8", k8, false, clearAlphaOutside8, plainClear},
+    {"clearAlphaOutside16", k16, false, clearAlphaOutside16, plainClear},
+    {"clearAlphaOutside32", k32, false, clearAlphaOutside32, plainClear},
+    {"multiplyAlphaOutside16", k16, true, multiplyAlphaOutside16, plainMultiply},
+    {"multiplyAlphaOutside32", k32, true, multiplyAlphaOutside32, plainMultiply},
+    {"applyBoundaryBias16", k16, false, applyBoundaryBias16, plainBias},
+    {"applyBoundaryBias32", k32, false, applyBoundaryBias32, plainBias},
+    {"composeOver16", k16, true, composeOver16, plainCompose},
+    {"composeOver32", k32, true, composeOver32, plainCompose},
 }};
 
-class FinishingPass : public testing::TestWithParam<Finishing> {};
+class FinishingPassTest : public testing::TestWithParam<Finishing> {};
 
-INSTANTIATE_TEST_SUITE_P(Passes, FinishingPass, testing::ValuesIn(kPasses),
+INSTANTIATE_TEST_SUITE_P(Passes, FinishingPassTest, testing::ValuesIn(kPasses),
                          [](const auto& test) { return std::string(test.param.name); });
 
-TEST_P(FinishingPass, DoesWhatThePlainOneDoes) {
+TEST_P(FinishingPassTest, DoesWhatThePlainOneDoes) {
     const Finishing pass = GetParam();
     Random random(71);
     for (int round = 0; round < 90; ++round) {
@@ -117,13 +90,14 @@ TEST_P(FinishingPass, DoesWhatThePlainOneDoes) {
         const double biases[] = {0.0, 100.0, -100.0, random.unit() * 100.0, random.unit() * -100.0};
         const double bias = biases[random.below(5)];
         pass.plain(rect, mask, bias, source, expected);
-        EXPECT_EQ(pass.run({host.in(), dst.get(), src.get(), rect, planeOf(host, mask), bias}), PF_Err_NONE);
+        const MaskPlane plane = planeOf(host, mask);
+        EXPECT_EQ(pass.run(host.in(), {dst.get(), src.get(), rect, plane, bias}), PF_Err_NONE);
         ASSERT_EQ(difference(expected, dst), "") << "round " << round << ", bias " << bias;
         ASSERT_EQ(difference(source, src), "") << "the source was written";
     }
 }
 
-TEST_P(FinishingPass, HandsBackTheHostsCode) {
+TEST_P(FinishingPassTest, HandsBackTheHostsCode) {
     const Finishing pass = GetParam();
     StrictHost host;
     TestWorld dst(host, pass.format, 3, 3);
@@ -134,17 +108,17 @@ TEST_P(FinishingPass, HandsBackTheHostsCode) {
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);
-    EXPECT_EQ(pass.run({host.in(), dst.get(), src.get(), wholeRect(3, 3), mask, 10.0}), 99);
+    EXPECT_EQ(pass.run(host.in(), {dst.get(), src.get(), wholeRect(3, 3), mask, 10.0}), 99);
 }
 
-TEST_P(FinishingPass, OfAMissingWorldIsOutOfMemory) {
+TEST_P(FinishingPassTest, OfAMissingWorldIsOutOfMemory) {
     const Finishing pass = GetParam();
     StrictHost host;
     TestWorld world(host, pass.format, 3, 3);
     MaskPlane mask(host.in(), 3, 3);
     mask.clearTo(0);
-    EXPECT_EQ(pass.run({host.in(), nullptr, world.get(), wholeRect(3, 3), mask, 10.0}), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(pass.run({host.in(), world.get(), nullptr, wholeRect(3, 3), mask, 10.0}),
+    EXPECT_EQ(pass.run(host.in(), {nullptr, world.get(), wholeRect(3, 3), mask, 10.0}), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(pass.run(host.in(), {world.get(), nullptr, wholeRect(3, 3), mask, 10.0}),
               pass.readsSource ? PF_Err_OUT_OF_MEMORY : PF_Err_NONE);
 }
 
@@ -161,7 +135,7 @@ PlainPixel onePixel(const Finishing& pass, const PlainPixel& under, const PlainP
     write(picture, dst);
     MaskPlane mask = planeOf(host, Mask(1, 1, element));
     summariesOf(mask).rows[0] = active ? 1 : 0;
-    EXPECT_EQ(pass.run({host.in(), dst.get(), src.get(), wholeRect(1, 1), mask, bias}), PF_Err_NONE);
+    EXPECT_EQ(pass.run(host.in(), {dst.get(), src.get(), wholeRect(1, 1), mask, bias}), PF_Err_NONE);
     return read(dst).at(0, 0);
 }
 

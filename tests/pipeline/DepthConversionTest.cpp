@@ -47,7 +47,7 @@ protected:
     bool widens() const { return GetParam(); }
     PF_PixelFormat from() const { return widens() ? PF_PixelFormat_ARGB32 : PF_PixelFormat_ARGB64; }
     PF_PixelFormat to() const { return widens() ? PF_PixelFormat_ARGB64 : PF_PixelFormat_ARGB32; }
-    decltype(&widenTo16) convert() const { return widens() ? widenTo16 : narrowTo8; }
+    MaskedPass* convert() const { return widens() ? widenTo16 : narrowTo8; }
 };
 
 INSTANTIATE_TEST_SUITE_P(Ways, DepthConversion, testing::Bool(),
@@ -79,8 +79,8 @@ TEST_P(DepthConversion, ConvertsAllChannelsUnderTheMask) {
                 }
             }
         }
-        EXPECT_EQ(convert()(host.in(), dst.get(), src.get(), rect, planeOf(host, mask), clearOutside),
-                  PF_Err_NONE);
+        const MaskPlane plane = planeOf(host, mask);
+        EXPECT_EQ(convert()(host.in(), {dst.get(), src.get(), rect, plane, clearOutside}), PF_Err_NONE);
         ASSERT_EQ(difference(expected, dst), "") << "round " << round;
         ASSERT_EQ(difference(source, src), "") << "round " << round;
     }
@@ -96,7 +96,7 @@ TEST_P(DepthConversion, HandsBackTheHostsCode) {
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);
-    EXPECT_EQ(convert()(host.in(), dst.get(), src.get(), wholeRect(3, 3), mask, false), 99);
+    EXPECT_EQ(convert()(host.in(), {dst.get(), src.get(), wholeRect(3, 3), mask}), 99);
 }
 
 TEST_P(DepthConversion, OfAMissingWorldIsOutOfMemory) {
@@ -105,8 +105,8 @@ TEST_P(DepthConversion, OfAMissingWorldIsOutOfMemory) {
     TestWorld dst(host, to(), 3, 3);
     MaskPlane mask(host.in(), 3, 3);
     mask.clearTo(1);
-    EXPECT_EQ(convert()(host.in(), nullptr, src.get(), wholeRect(3, 3), mask, false), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(convert()(host.in(), dst.get(), nullptr, wholeRect(3, 3), mask, false), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(convert()(host.in(), {nullptr, src.get(), wholeRect(3, 3), mask}), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(convert()(host.in(), {dst.get(), nullptr, wholeRect(3, 3), mask}), PF_Err_OUT_OF_MEMORY);
 }
 
 } // namespace

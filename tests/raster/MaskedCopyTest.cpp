@@ -10,11 +10,9 @@
 namespace kovalune::test {
 namespace {
 
-using CopyFunction = decltype(&copyMasked16);
-
 struct Depth {
     PF_PixelFormat format;
-    CopyFunction copy;
+    MaskedPass* copy;
 };
 
 class MaskedCopy : public testing::TestWithParam<Depth> {};
@@ -44,8 +42,8 @@ TEST_P(MaskedCopy, MovesWholePixelsUnderTheMaskAndNothingElse) {
         const Mask mask =
             makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))], width, height, random);
         const bool clearOutside = random.chance(50);
-        EXPECT_EQ(depth.copy(host.in(), dst.get(), src.get(), rect, planeOf(host, mask), clearOutside),
-                  PF_Err_NONE);
+        const MaskPlane plane = planeOf(host, mask);
+        EXPECT_EQ(depth.copy(host.in(), {dst.get(), src.get(), rect, plane, clearOutside}), PF_Err_NONE);
         plainMaskedCopy(rect, mask, clearOutside, source, expected);
         ASSERT_EQ(difference(expected, dst), "") << "round " << round;
         ASSERT_EQ(difference(source, src), "") << "round " << round;
@@ -63,7 +61,7 @@ TEST_P(MaskedCopy, VisitsRowsWhateverTheSummarySays) {
     MaskPlane mask(host.in(), 4, 2);
     mask.clearTo(0);
     mask.row(0)[1] = 1;
-    EXPECT_EQ(depth.copy(host.in(), dst.get(), src.get(), wholeRect(4, 2), mask, true), PF_Err_NONE);
+    EXPECT_EQ(depth.copy(host.in(), {dst.get(), src.get(), wholeRect(4, 2), mask, true}), PF_Err_NONE);
     PlainPicture expected(depth.format, 4, 2);
     expected.at(1, 0) = read(src).at(1, 0);
     EXPECT_EQ(difference(expected, dst), "");
@@ -79,7 +77,7 @@ TEST_P(MaskedCopy, HandsBackTheHostsCode) {
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);
-    EXPECT_EQ(depth.copy(host.in(), world.get(), world.get(), wholeRect(4, 2), mask, false), 99);
+    EXPECT_EQ(depth.copy(host.in(), {world.get(), world.get(), wholeRect(4, 2), mask}), 99);
     EXPECT_EQ(host.struckCall(), "iterate_generic");
 }
 
@@ -89,10 +87,8 @@ TEST_P(MaskedCopy, OfAMissingWorldIsOutOfMemory) {
     TestWorld world(host, depth.format, 4, 2);
     MaskPlane mask(host.in(), 4, 2);
     mask.clearTo(1);
-    EXPECT_EQ(depth.copy(host.in(), nullptr, world.get(), wholeRect(4, 2), mask, false),
-              PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(depth.copy(host.in(), world.get(), nullptr, wholeRect(4, 2), mask, false),
-              PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(depth.copy(host.in(), {nullptr, world.get(), wholeRect(4, 2), mask}), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(depth.copy(host.in(), {world.get(), nullptr, wholeRect(4, 2), mask}), PF_Err_OUT_OF_MEMORY);
 }
 
 } // namespace

@@ -9,9 +9,15 @@
 
 namespace kovalune {
 
+/// Undefined for formats that no blur works in: 8-bit frames are worked on in 16 bits.
+template <class Format>
+struct BlurOf;
+
 /// Weights and sums of 16-bit pixels are unsigned 32-bit numbers; every sum of a frame's sizes fits.
-struct Blur16 : Argb16 {
+template <>
+struct BlurOf<Argb16> {
     using Sum = uint32_t;
+    using Channel = Argb16::Channel;
     static Sum weight(uint16_t tap) { return tap; }
 
     /// The mask-normalised mean of the core alone.
@@ -23,7 +29,7 @@ struct Blur16 : Argb16 {
     static Channel mixedMean(Sum boxSum, int32_t boxCount, Sum acc, uint32_t wsum, uint16_t tailWeight) {
         const uint32_t box = boxSum / static_cast<uint32_t>(boxCount) * tailWeight;
         const uint32_t core = wsum != 0 ? acc / wsum * static_cast<uint32_t>(kWeightOne - tailWeight) : 0;
-        return static_cast<Channel>((box + core + 16384) >> 15);
+        return static_cast<Channel>((box + core + kWeightOne / 2) >> kWeightBits);
     }
 
     /// The unweighted mean of `count` pixels, which may be so many that the sum wraps: it counts as signed.
@@ -33,22 +39,24 @@ struct Blur16 : Argb16 {
 };
 
 /// Sums of float pixels are doubles; a result is rounded to float at the store and never clamped.
-struct Blur32 : Argb32 {
+template <>
+struct BlurOf<Argb32> {
     using Sum = double;
-    static constexpr double kWeightUnit = 3.0517578125e-5;
-    static Sum weight(uint16_t tap) { return static_cast<double>(tap) * kWeightUnit; }
+    using Channel = Argb32::Channel;
+    static constexpr double kOne = kWeightOne;
+    static Sum weight(uint16_t tap) { return static_cast<double>(tap) * (1.0 / kOne); }
 
     static Channel coreMean(Sum acc, uint32_t wsum) {
-        return static_cast<Channel>(acc * (32768.0 / static_cast<double>(wsum)));
+        return static_cast<Channel>(acc * (kOne / static_cast<double>(wsum)));
     }
 
     static Channel mixedMean(Sum boxSum, int32_t boxCount, Sum acc, uint32_t wsum, uint16_t tailWeight) {
-        const double tailShare = static_cast<double>(tailWeight) * kWeightUnit;
+        const double tailShare = weight(tailWeight);
         const double box = boxSum / static_cast<double>(boxCount) * tailShare;
         if (wsum == 0) {
             return static_cast<Channel>(box);
         }
-        return static_cast<Channel>(acc * (32768.0 / static_cast<double>(wsum) * (1.0 - tailShare)) + box);
+        return static_cast<Channel>(acc * (kOne / static_cast<double>(wsum) * (1.0 - tailShare)) + box);
     }
 
     static Channel flatMean(Sum sum, int32_t count) {
