@@ -55,35 +55,35 @@ private:
     ScratchBlock cells_;
 };
 
-template <class Traits>
+template <class Format>
 void fill(EdgeFlagMap& map, const SmoothParams& params) {
-    fillEdgeFlags<Traits>(map, *params.dstWorld, Traits::limitOf(params.threshold));
+    fillEdgeFlags<Format>(map, *params.dstWorld, SmoothOf<Format>::limitOf(params.threshold));
 }
 
 /// Arguments: source, scale.
-template <PF_PixelFormat format, class Traits>
+template <PF_PixelFormat format, class Format>
 void edgeFlagMap(benchmark::State& state) {
     SmoothScene scene(format, state);
     for (auto step : state) {
         EdgeFlagMap map = scene.emptyMap();
-        fill<Traits>(map, scene.params);
+        fill<Format>(map, scene.params);
         benchmark::ClobberMemory();
     }
     report(state, state.range(0), state.range(1));
 }
 
 /// Arguments: source, scale. The destination is a fresh copy each time, which does not count.
-template <PF_PixelFormat format, class Traits>
+template <PF_PixelFormat format, class Format>
 void visit(benchmark::State& state) {
     SmoothScene scene(format, state);
     EdgeFlagMap map = scene.emptyMap();
-    fill<Traits>(map, scene.params);
-    const PixelSource<Traits, KeyMode::kPlain> source(scene.params);
+    fill<Format>(map, scene.params);
+    const PixelSource<Format, KeyMode::kPlain> source(scene.params);
     for (auto step : state) {
         state.PauseTiming();
         scene.restoreDestination();
         state.ResumeTiming();
-        visitFlagged(SmoothContext<Traits, KeyMode::kPlain>(scene.params, source, map));
+        visitFlagged(SmoothContext<Format, KeyMode::kPlain>(scene.params, source, map));
         benchmark::ClobberMemory();
     }
     report(state, state.range(0), state.range(1));
@@ -119,12 +119,12 @@ constexpr PF_PixelFormat k8 = PF_PixelFormat_ARGB32;
 constexpr PF_PixelFormat k16 = PF_PixelFormat_ARGB64;
 constexpr PF_PixelFormat k32 = PF_PixelFormat_ARGB128;
 
-BENCHMARK((edgeFlagMap<k8, Smooth8>))->Name("edgeFlagMap8")->Apply(onAll);
-BENCHMARK((edgeFlagMap<k16, Smooth16>))->Name("edgeFlagMap16")->Apply(onAll);
-BENCHMARK((edgeFlagMap<k32, Smooth32>))->Name("edgeFlagMap32")->Apply(onAll);
-BENCHMARK((visit<k8, Smooth8>))->Name("visitFlagged8")->Apply(onAll);
-BENCHMARK((visit<k16, Smooth16>))->Name("visitFlagged16")->Apply(onAll);
-BENCHMARK((visit<k32, Smooth32>))->Name("visitFlagged32")->Apply(onAll);
+BENCHMARK((edgeFlagMap<k8, Argb8>))->Name("edgeFlagMap8")->Apply(onAll);
+BENCHMARK((edgeFlagMap<k16, Argb16>))->Name("edgeFlagMap16")->Apply(onAll);
+BENCHMARK((edgeFlagMap<k32, Argb32>))->Name("edgeFlagMap32")->Apply(onAll);
+BENCHMARK((visit<k8, Argb8>))->Name("visitFlagged8")->Apply(onAll);
+BENCHMARK((visit<k16, Argb16>))->Name("visitFlagged16")->Apply(onAll);
+BENCHMARK((visit<k32, Argb32>))->Name("visitFlagged32")->Apply(onAll);
 BENCHMARK(wholeCall<k8>)->Name("smoothPicture8")->Apply(onAll);
 BENCHMARK(wholeCall<k16>)->Name("smoothPicture16")->Apply(onAll);
 BENCHMARK(wholeCall<k32>)->Name("smoothPicture32")->Apply(onAll);

@@ -4,7 +4,7 @@
 #include "effect/raster/ScratchBlock.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/SmoothBoundaries.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 
 #include <cstring>
 #include <new>
@@ -177,10 +177,10 @@ PF_EffectWorld worldOn(const BasicPictureView<Memory>& picture) {
 }
 
 /// The map of a picture that is keyed already; `cells` has room for it.
-template <class Traits>
+template <class Format>
 void mapEdges(const PF_EffectWorld& keyed, int32_t threshold, const PF_EffectWorld& cells, uint8_t* flags) {
     EdgeFlagMap map(cells, keyed.width, keyed.height);
-    fillEdgeFlags<Traits>(map, keyed, Traits::limitOf(threshold));
+    fillEdgeFlags<Format>(map, keyed, SmoothOf<Format>::limitOf(threshold));
     for (int32_t y = 0; y < keyed.height; ++y) {
         for (int32_t x = 0; x < keyed.width; ++x) {
             *flags++ = map(x, y);
@@ -200,13 +200,13 @@ PF_Err mapEdgesIn(PF_PixelFormat format, const PF_EffectWorld& keyed, int32_t th
     cells.rowbytes = stride;
     switch (format) {
     case PF_PixelFormat_ARGB32:
-        mapEdges<Smooth8>(keyed, threshold, cells, flags);
+        mapEdges<Argb8>(keyed, threshold, cells, flags);
         break;
     case PF_PixelFormat_ARGB64:
-        mapEdges<Smooth16>(keyed, threshold, cells, flags);
+        mapEdges<Argb16>(keyed, threshold, cells, flags);
         break;
     default:
-        mapEdges<Smooth32>(keyed, threshold, cells, flags);
+        mapEdges<Argb32>(keyed, threshold, cells, flags);
         break;
     }
     return PF_Err_NONE;

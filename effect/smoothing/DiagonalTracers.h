@@ -58,14 +58,14 @@ int32_t staircaseLength(const Context& c, const DiagonalTracer& t, int32_t x, in
 /// ramp would go on beyond the last cell, and behind that the picture may end.
 template <class Context>
 bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t y) {
-    using Traits = typename Context::Traits;
+    using Smooth = typename Context::Smooth;
     const int32_t n = staircaseLength(c, t, x, y);
     if (n < 1) {
         return false;
     }
-    const auto step = Traits::rampStep(rampDivisor(c.strength, n));
-    RampOf<Context> inner(Traits::kThird, step, c.curve);
-    RampOf<Context> outer(Traits::kHalf, step, c.curve);
+    const auto step = Smooth::rampStep(rampDivisor(c.strength, n));
+    RampOf<Context> inner(Smooth::kThird, step, c.curve);
+    RampOf<Context> outer(Smooth::kHalf, step, c.curve);
     for (int32_t i = 0; i <= n && !inner.finished; ++i) {
         const auto color = c.src(x + t.source.x, y + t.source.y);
         c.blend(x + t.inner.x, y + t.inner.y, color, nextWeight(inner));

@@ -1,7 +1,6 @@
 #include "effect/smoothing/EdgeFlagMap.h"
 
 #include "effect/raster/Rows.h"
-#include "effect/smoothing/SmoothTraits.h"
 
 #include <cstring>
 
@@ -39,12 +38,12 @@ constexpr Comparison kGroup[] = {
     {3, 0, 4, 1, 3, EDGE_FALLING, false},
 };
 
-template <class Traits>
+template <class Format>
 class Filler {
 public:
-    using Pixel = typename Traits::Pixel;
+    using Pixel = typename Format::Pixel;
 
-    Filler(EdgeFlagMap& map, const PF_EffectWorld& world, typename Traits::Limit limit)
+    Filler(EdgeFlagMap& map, const PF_EffectWorld& world, typename SmoothOf<Format>::Limit limit)
         : map_(map), world_(world), limit_(limit) {}
 
     void fill() {
@@ -89,7 +88,7 @@ private:
         bool marked = false;
         for (const Comparison& c : kGroup) {
             if ((!c.onlyIfMarked || marked) &&
-                pixelsDiffer<Traits>(rows[c.ay][x + c.ax], rows[c.by][x + c.bx], limit_)) {
+                pixelsDiffer<Format>(rows[c.ay][x + c.ax], rows[c.by][x + c.bx], limit_)) {
                 map_.add(x + c.column, y, c.flag);
                 marked = true;
             }
@@ -97,17 +96,17 @@ private:
     }
 
     void mark(int32_t x, int32_t y, EdgeFlag flag, const Pixel& a, const Pixel& b) {
-        if (pixelsDiffer<Traits>(a, b, limit_)) {
+        if (pixelsDiffer<Format>(a, b, limit_)) {
             map_.add(x, y, flag);
         }
     }
 
-    const Pixel* row(int32_t y) const { return rowOf<Traits>(world_, FrameRect{}, y); }
+    const Pixel* row(int32_t y) const { return rowOf<Format>(world_, FrameRect{}, y); }
     const Pixel& at(int32_t x, int32_t y) const { return row(y)[x]; }
 
     EdgeFlagMap& map_;
     const PF_EffectWorld& world_;
-    typename Traits::Limit limit_;
+    typename SmoothOf<Format>::Limit limit_;
 };
 
 } // namespace
@@ -121,13 +120,13 @@ EdgeFlagMap::EdgeFlagMap(const PF_EffectWorld& memory, int32_t width, int32_t he
     origin_ = first + stride_ + kLeftMargin;
 }
 
-template <class Traits>
-void fillEdgeFlags(EdgeFlagMap& map, const PF_EffectWorld& world, typename Traits::Limit limit) {
-    Filler<Traits>(map, world, limit).fill();
+template <class Format>
+void fillEdgeFlags(EdgeFlagMap& map, const PF_EffectWorld& world, typename SmoothOf<Format>::Limit limit) {
+    Filler<Format>(map, world, limit).fill();
 }
 
-template void fillEdgeFlags<Smooth8>(EdgeFlagMap&, const PF_EffectWorld&, int32_t);
-template void fillEdgeFlags<Smooth16>(EdgeFlagMap&, const PF_EffectWorld&, int32_t);
-template void fillEdgeFlags<Smooth32>(EdgeFlagMap&, const PF_EffectWorld&, float);
+template void fillEdgeFlags<Argb8>(EdgeFlagMap&, const PF_EffectWorld&, int32_t);
+template void fillEdgeFlags<Argb16>(EdgeFlagMap&, const PF_EffectWorld&, int32_t);
+template void fillEdgeFlags<Argb32>(EdgeFlagMap&, const PF_EffectWorld&, float);
 
 } // namespace kovalune

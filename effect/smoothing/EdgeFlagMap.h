@@ -2,6 +2,7 @@
 // differ. Built once a call from pixels on which no blend has acted, and read-only afterwards.
 #pragma once
 
+#include "effect/smoothing/SmoothOf.h"
 #include "hostapi/HostApi.h"
 
 #include <cstddef>
@@ -77,8 +78,8 @@ private:
 };
 
 /// Fills a zeroed map from a world of the map's size.
-///   limit  the colour difference above which a pair counts, in the format's scale (SmoothTraits.h)
-template <class Traits>
-void fillEdgeFlags(EdgeFlagMap& map, const PF_EffectWorld& world, typename Traits::Limit limit);
+///   limit  the colour difference above which a pair counts, in the format's scale (SmoothOf.h)
+template <class Format>
+void fillEdgeFlags(EdgeFlagMap& map, const PF_EffectWorld& world, typename SmoothOf<Format>::Limit limit);
 
 } // namespace kovalune

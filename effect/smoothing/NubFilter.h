@@ -8,11 +8,16 @@
 
 namespace kovalune {
 
+/// Undefined for unknown formats.
+template <class Format>
+struct NubSumsOf;
+
 /// In signed 32-bit integers: the 16-bit shift drops the colour of a neighbour of little alpha, which is part of the
 /// format's result.
-struct NubSums8 {
+template <>
+struct NubSumsOf<Argb8> {
     using Weight = int32_t;
-    static constexpr Weight kOwn = 65535;
+    static constexpr Weight kOwn = SmoothOf<Argb8>::kFull;
     static Weight neighbourWeight(int32_t crossWeight) { return crossWeight; }
 
     int32_t wsum = 0, alpha = 0, red = 0, green = 0, blue = 0;
@@ -55,8 +60,11 @@ struct NubSumsFloat {
     }
 };
 
-struct NubSums16 : NubSumsFloat<PF_Pixel16> {
-    static Weight neighbourWeight(int32_t crossWeight) { return static_cast<float>(crossWeight) / 65535.0F; }
+template <>
+struct NubSumsOf<Argb16> : NubSumsFloat<PF_Pixel16> {
+    static Weight neighbourWeight(int32_t crossWeight) {
+        return static_cast<float>(crossWeight) / static_cast<float>(SmoothOf<Argb16>::kFull);
+    }
 
     static A_u_short rounded(float sum, float by) {
         return static_cast<A_u_short>(truncToInt32(static_cast<double>((by * 0.5F + sum) / by)));
@@ -71,7 +79,8 @@ struct NubSums16 : NubSumsFloat<PF_Pixel16> {
     }
 };
 
-struct NubSums32 : NubSumsFloat<PF_PixelFloat> {
+template <>
+struct NubSumsOf<Argb32> : NubSumsFloat<PF_PixelFloat> {
     static Weight neighbourWeight(float crossWeight) { return crossWeight; }
 
     void store(PF_PixelFloat& p) const {
@@ -84,25 +93,10 @@ struct NubSums32 : NubSumsFloat<PF_PixelFloat> {
     }
 };
 
-template <class Traits>
-struct NubSumsOf;
-template <>
-struct NubSumsOf<Smooth8> {
-    using Type = NubSums8;
-};
-template <>
-struct NubSumsOf<Smooth16> {
-    using Type = NubSums16;
-};
-template <>
-struct NubSumsOf<Smooth32> {
-    using Type = NubSums32;
-};
-
 /// Neighbours outside the image are left out; without any, nothing happens.
 template <class Context>
 void softenNub(const Context& c, int32_t x, int32_t y) {
-    using Sums = typename NubSumsOf<typename Context::Traits>::Type;
+    using Sums = NubSumsOf<typename Context::Format>;
     const auto m = Sums::neighbourWeight(c.crossWeight);
     Sums sums;
     if (x > 0) {

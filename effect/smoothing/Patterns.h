@@ -32,7 +32,7 @@ void mend(const Context& c, const RestorePattern (&patterns)[count], int32_t x, 
     for (const RestorePattern& p : patterns) {
         if (patternHolds(c, p, x, y)) {
             c.blend(x + p.targetX, y + p.targetY, c.src(x + p.targetX, y + p.targetY),
-                    Context::Traits::kHalf);
+                    Context::Smooth::kHalf);
             return;
         }
     }
@@ -95,7 +95,7 @@ void restore(const Context& c, const RestorePattern& p, int32_t x, int32_t y) {
     const int32_t tx = x + p.targetX;
     const int32_t ty = y + p.targetY;
     if (tx > 0) {
-        c.blend(tx, ty, c.src(tx, ty), Context::Traits::kThreeQuarters);
+        c.blend(tx, ty, c.src(tx, ty), Context::Smooth::kThreeQuarters);
     }
 }
 
@@ -139,7 +139,7 @@ void blendShoulders(const Context& c, const ShoulderPair (&pairs)[2], int32_t x,
         for (const ShoulderWrite& w : pair.writes) {
             if (c.lacks(x + w.unlessX, y + w.unlessY, w.unlessFlag)) {
                 c.blend(x + w.targetX, y + w.targetY, c.src(x + w.sourceX, y + w.sourceY),
-                        Context::Traits::kSixth);
+                        Context::Smooth::kSixth);
             }
         }
     }

@@ -9,7 +9,7 @@
 namespace kovalune {
 
 template <class Context>
-using RampOf = WeightRamp<typename Context::Traits>;
+using RampOf = WeightRamp<typename Context::Format>;
 
 /// Blends one colour into pixel after pixel, until the ramp or the image ends.
 template <class Context>
@@ -42,15 +42,15 @@ void blendRunDown(const Context& c, int32_t x, int32_t y, const RampOf<Context>&
 /// Starts at half weight beside a step; `stretch` in percent.
 template <class Context>
 RampOf<Context> runRamp(const Context& c, int32_t length, int32_t stretch) {
-    using Traits = typename Context::Traits;
-    return {Traits::kHalf, Traits::rampStep(rampDivisor(stretch, length)), c.curve};
+    using Smooth = typename Context::Smooth;
+    return {Smooth::kHalf, Smooth::rampStep(rampDivisor(stretch, length)), c.curve};
 }
 
 /// Starts at full weight at a line's blunt end.
 template <class Context>
 RampOf<Context> taperRamp(const Context& c, int32_t length) {
-    using Traits = typename Context::Traits;
-    return {Traits::kFull, Traits::rampStep(rampDivisor(c.strength, length)) * 2, c.curveThird};
+    using Smooth = typename Context::Smooth;
+    return {Smooth::kFull, Smooth::rampStep(rampDivisor(c.strength, length)) * 2, c.curveThird};
 }
 
 } // namespace kovalune

@@ -35,11 +35,11 @@ private:
     PF_Err err_;
 };
 
-template <class Traits, KeyMode mode>
+template <class Format, KeyMode mode>
 PF_Err smooth(const SmoothParams& params) {
     AEUtil::SuiteHolder suites(params.inData->pica_basicP);
     const PF_ProgPtr effectRef = params.inData->effect_ref;
-    const PixelSource<Traits, mode> source(params);
+    const PixelSource<Format, mode> source(params);
     if constexpr (mode == KeyMode::kPlain) {
         const PF_Err err =
             suites.worldTransform().copy(effectRef, params.srcWorld, params.dstWorld, nullptr, nullptr);
@@ -59,20 +59,20 @@ PF_Err smooth(const SmoothParams& params) {
         return memory.err();
     }
     EdgeFlagMap map(memory.world(), width, height);
-    fillEdgeFlags<Traits>(map, *params.dstWorld, Traits::limitOf(params.threshold));
-    visitFlagged(SmoothContext<Traits, mode>(params, source, map));
+    fillEdgeFlags<Format>(map, *params.dstWorld, SmoothOf<Format>::limitOf(params.threshold));
+    visitFlagged(SmoothContext<Format, mode>(params, source, map));
     return PF_Err_NONE;
 }
 
-template <class Traits>
+template <class Format>
 PF_Err smoothInMode(const SmoothParams& params) {
     switch (keyModeOf(params)) {
     case KeyMode::kRemoved:
-        return smooth<Traits, KeyMode::kRemoved>(params);
+        return smooth<Format, KeyMode::kRemoved>(params);
     case KeyMode::kOnly:
-        return smooth<Traits, KeyMode::kOnly>(params);
+        return smooth<Format, KeyMode::kOnly>(params);
     default:
-        return smooth<Traits, KeyMode::kPlain>(params);
+        return smooth<Format, KeyMode::kPlain>(params);
     }
 }
 
@@ -89,13 +89,13 @@ PF_Err smoothBoundaries(const SmoothParams& params) {
     PF_Err (*smoothFormat)(const SmoothParams&) = nullptr;
     switch (params.pixelFormat) {
     case PF_PixelFormat_ARGB32:
-        smoothFormat = smoothInMode<Smooth8>;
+        smoothFormat = smoothInMode<Argb8>;
         break;
     case PF_PixelFormat_ARGB64:
-        smoothFormat = smoothInMode<Smooth16>;
+        smoothFormat = smoothInMode<Argb16>;
         break;
     case PF_PixelFormat_ARGB128:
-        smoothFormat = smoothInMode<Smooth32>;
+        smoothFormat = smoothInMode<Argb32>;
         break;
     default:
         return PF_Err_UNRECOGNIZED_PARAM_TYPE;

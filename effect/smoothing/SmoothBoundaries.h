@@ -40,6 +40,6 @@ struct SmoothParams {
 /// - PF_Err_BAD_CALLBACK_PARAM: the worlds differ in size, are the same one, or one is missing. Nothing was written.
 /// - The host's code of its copy or of the memory for the flag map; the destination then holds what the copy left.
 /// Throws where the host lacks a suite.
-PF_Err smoothBoundaries(const SmoothParams& params);
+[[nodiscard]] PF_Err smoothBoundaries(const SmoothParams& params);
 
 } // namespace kovalune

@@ -5,20 +5,21 @@
 #include "effect/raster/Rows.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/PixelSource.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 
 #include <cstdint>
 
 namespace kovalune {
 
-template <class TraitsType, KeyMode mode>
+template <class FormatType, KeyMode mode>
 struct SmoothContext {
-    using Traits = TraitsType;
-    using Weight = typename Traits::Weight;
-    using Pixel = typename Traits::Pixel;
+    using Format = FormatType;
+    using Smooth = SmoothOf<Format>;
+    using Weight = typename Smooth::Weight;
+    using Pixel = typename Format::Pixel;
 
     const EdgeFlagMap& map;
-    PixelSource<Traits, mode> source;
+    PixelSource<Format, mode> source;
     const PF_EffectWorld& destination;
     int32_t strength;
     int32_t curve;
@@ -26,12 +27,12 @@ struct SmoothContext {
     Weight crossWeight;
     Weight smallWeight;
 
-    SmoothContext(const SmoothParams& params, const PixelSource<Traits, mode>& pixels,
+    SmoothContext(const SmoothParams& params, const PixelSource<Format, mode>& pixels,
                   const EdgeFlagMap& flags)
         : map(flags), source(pixels), destination(*params.dstWorld), strength(params.strength),
           curve(params.curve), curveThird(params.curve / 3),
-          crossWeight(Traits::crossWeight(params.strength)),
-          smallWeight(Traits::smallWeight(params.strength)) {}
+          crossWeight(Smooth::crossWeight(params.strength)),
+          smallWeight(Smooth::smallWeight(params.strength)) {}
 
     bool has(int32_t x, int32_t y, int flags) const { return (map(x, y) & flags) != 0; }
     bool lacks(int32_t x, int32_t y, int flags) const { return (map(x, y) & flags) == 0; }
@@ -39,10 +40,10 @@ struct SmoothContext {
     int32_t height() const { return map.height(); }
 
     Pixel src(int32_t x, int32_t y) const { return source(x, y); }
-    Pixel& dst(int32_t x, int32_t y) const { return rowOf<Traits>(destination, FrameRect{}, y)[x]; }
+    Pixel& dst(int32_t x, int32_t y) const { return rowOf<Format>(destination, FrameRect{}, y)[x]; }
 
     void blend(int32_t x, int32_t y, const Pixel& color, Weight weight) const {
-        blendPixel<Traits>(dst(x, y), color, weight);
+        blendPixel<Format>(dst(x, y), color, weight);
     }
 };
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effect/share/Wrapping.h"
+#include "effect/smoothing/SmoothOf.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -14,9 +15,9 @@ inline int32_t rampDivisor(int32_t stretch, int32_t length) {
     return wrappingMul(std::max(stretch, 1), length + 1);
 }
 
-template <class Traits>
+template <class Format>
 struct WeightRamp {
-    using Weight = typename Traits::Weight;
+    using Weight = typename SmoothOf<Format>::Weight;
 
     bool finished = false; ///< the ramp has reached zero
     Weight peak;           ///< start value; the unit of the curve
@@ -29,13 +30,13 @@ struct WeightRamp {
 };
 
 /// The mean weight over the next pixel; advances the ramp.
-template <class Traits>
-typename Traits::Weight nextWeight(WeightRamp<Traits>& ramp) {
+template <class Format>
+typename SmoothOf<Format>::Weight nextWeight(WeightRamp<Format>& ramp) {
     const auto before = ramp.level;
     ramp.level = before - ramp.step;
-    ramp.finished = Traits::isSpent(ramp.level);
-    const auto weight =
-        ramp.finished ? Traits::lastTriangle(before, ramp.step) : Traits::meanOfFall(before, ramp.step);
+    ramp.finished = SmoothOf<Format>::isSpent(ramp.level);
+    const auto weight = ramp.finished ? SmoothOf<Format>::lastTriangle(before, ramp.step)
+                                      : SmoothOf<Format>::meanOfFall(before, ramp.step);
     if (ramp.curve == 0) {
         return weight;
     }
@@ -43,11 +44,11 @@ typename Traits::Weight nextWeight(WeightRamp<Traits>& ramp) {
     const float t = static_cast<float>(weight) / peak;
     const auto bend = static_cast<float>(ramp.curve);
     if (ramp.curve > 0) {
-        return Traits::fromCurve(peak *
-                                 ((t * t * t * bend + static_cast<float>(100 - ramp.curve) * t) / 100.0F));
+        return SmoothOf<Format>::fromCurve(
+            peak * ((t * t * t * bend + static_cast<float>(100 - ramp.curve) * t) / 100.0F));
     }
     const float u = 1.0F - t;
-    return Traits::fromCurve(
+    return SmoothOf<Format>::fromCurve(
         peak * (1.0F - (u * u * u * -bend + static_cast<float>(ramp.curve + 100) * u) / 100.0F));
 }
 

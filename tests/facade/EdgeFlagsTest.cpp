@@ -3,7 +3,7 @@
 #include "tests/facade/OwnPicture.h"
 
 #include "effect/smoothing/EdgeFlagMap.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 
 namespace kovalune::test {
 namespace {
@@ -14,14 +14,14 @@ std::size_t areaOf(int32_t width, int32_t height) {
     return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
 }
 
-template <class Traits>
+template <class Format>
 Flags mapOf(StrictHost& host, const TestWorld& keyed, int32_t threshold) {
     const int32_t width = keyed.width();
     const int32_t height = keyed.height();
     const TestWorld memory(host, PF_PixelFormat_ARGB32, EdgeFlagMap::rowCells(width) / 4,
                            EdgeFlagMap::rowCount(height));
     EdgeFlagMap map(memory.world(), width, height);
-    fillEdgeFlags<Traits>(map, keyed.world(), Traits::limitOf(threshold));
+    fillEdgeFlags<Format>(map, keyed.world(), SmoothOf<Format>::limitOf(threshold));
     Flags flags;
     for (int32_t y = 0; y < height; ++y) {
         for (int32_t x = 0; x < width; ++x) {
@@ -34,11 +34,11 @@ Flags mapOf(StrictHost& host, const TestWorld& keyed, int32_t threshold) {
 Flags mapOf(StrictHost& host, const TestWorld& keyed, int32_t threshold) {
     switch (keyed.format()) {
     case PF_PixelFormat_ARGB32:
-        return mapOf<Smooth8>(host, keyed, threshold);
+        return mapOf<Argb8>(host, keyed, threshold);
     case PF_PixelFormat_ARGB64:
-        return mapOf<Smooth16>(host, keyed, threshold);
+        return mapOf<Argb16>(host, keyed, threshold);
     default:
-        return mapOf<Smooth32>(host, keyed, threshold);
+        return mapOf<Argb32>(host, keyed, threshold);
     }
 }
 

@@ -1,6 +1,6 @@
 // The one write operation of the smoothing, in the three formats.
 
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 #include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
@@ -10,94 +10,93 @@
 namespace kovalune::test {
 namespace {
 
-template <class Traits>
-void expectPixel(const typename Traits::Pixel& found, const typename Traits::Pixel& expected) {
+template <class Format>
+void expectPixel(const typename Format::Pixel& found, const typename Format::Pixel& expected) {
     EXPECT_EQ(found.alpha, expected.alpha);
     EXPECT_EQ(found.red, expected.red);
     EXPECT_EQ(found.green, expected.green);
     EXPECT_EQ(found.blue, expected.blue);
 }
 
-template <class Traits>
-void expectBlend(typename Traits::Pixel target, const typename Traits::Pixel& colour,
-                 typename Traits::Weight weight, const typename Traits::Pixel& expected) {
-    blendPixel<Traits>(target, colour, weight);
-    expectPixel<Traits>(target, expected);
+template <class Format>
+void expectBlend(typename Format::Pixel target, const typename Format::Pixel& colour,
+                 typename SmoothOf<Format>::Weight weight, const typename Format::Pixel& expected) {
+    blendPixel<Format>(target, colour, weight);
+    expectPixel<Format>(target, expected);
 }
 
 TEST(Blend8, OfEqualAlphasIsAMeanThatRounds) {
-    expectBlend<Smooth8>({255, 100, 0, 255}, {255, 200, 255, 0}, 32767, {255, 150, 127, 128});
-    expectBlend<Smooth8>({9, 100, 0, 255}, {9, 200, 1, 0}, 6553, {9, 110, 0, 229});
-    expectBlend<Smooth8>({0, 100, 0, 255}, {0, 200, 255, 0}, 32767, {0, 150, 127, 128});
+    expectBlend<Argb8>({255, 100, 0, 255}, {255, 200, 255, 0}, 32767, {255, 150, 127, 128});
+    expectBlend<Argb8>({9, 100, 0, 255}, {9, 200, 1, 0}, 6553, {9, 110, 0, 229});
+    expectBlend<Argb8>({0, 100, 0, 255}, {0, 200, 255, 0}, 32767, {0, 150, 127, 128});
 }
 
 TEST(Blend16, OfEqualAlphasIsAMeanThatRounds) {
-    expectBlend<Smooth16>({32768, 0, 32768, 1}, {32768, 32768, 0, 2}, 32767, {32768, 16384, 16384, 1});
-    expectBlend<Smooth16>({5, 1000, 0, 0}, {5, 2000, 1, 0}, 49151, {5, 1750, 1, 0});
+    expectBlend<Argb16>({32768, 0, 32768, 1}, {32768, 32768, 0, 2}, 32767, {32768, 16384, 16384, 1});
+    expectBlend<Argb16>({5, 1000, 0, 0}, {5, 2000, 1, 0}, 49151, {5, 1750, 1, 0});
 }
 
 TEST(Blend32, OfEqualAlphasIsAMean) {
-    expectBlend<Smooth32>({1.0F, 0.5F, -2.0F, 8.0F}, {1.0F, 1.0F, 2.0F, 0.0F}, 0.25F,
-                          {1.0F, 0.625F, -1.0F, 6.0F});
+    expectBlend<Argb32>({1.0F, 0.5F, -2.0F, 8.0F}, {1.0F, 1.0F, 2.0F, 0.0F}, 0.25F,
+                        {1.0F, 0.625F, -1.0F, 6.0F});
 }
 
 TEST(Blend8, OfATransparentColourLowersAlphaAlone) {
-    expectBlend<Smooth8>({200, 1, 2, 3}, {0, 90, 91, 92}, 32767, {100, 1, 2, 3});
-    expectBlend<Smooth8>({200, 1, 2, 3}, {0, 90, 91, 92}, 65535, {0, 1, 2, 3});
-    expectBlend<Smooth8>({3, 1, 2, 3}, {0, 90, 91, 92}, 32767, {2, 1, 2, 3});
+    expectBlend<Argb8>({200, 1, 2, 3}, {0, 90, 91, 92}, 32767, {100, 1, 2, 3});
+    expectBlend<Argb8>({200, 1, 2, 3}, {0, 90, 91, 92}, 65535, {0, 1, 2, 3});
+    expectBlend<Argb8>({3, 1, 2, 3}, {0, 90, 91, 92}, 32767, {2, 1, 2, 3});
 }
 
 TEST(Blend16, OfATransparentColourLowersAlphaAlone) {
-    expectBlend<Smooth16>({32768, 1, 2, 3}, {0, 90, 91, 92}, 16384, {24576, 1, 2, 3});
+    expectBlend<Argb16>({32768, 1, 2, 3}, {0, 90, 91, 92}, 16384, {24576, 1, 2, 3});
 }
 
 TEST(Blend32, OfATransparentColourLowersAlphaAlone) {
-    expectBlend<Smooth32>({0.5F, 1.0F, 2.0F, 3.0F}, {0.0F, 9.0F, 9.0F, 9.0F}, 0.25F,
-                          {0.375F, 1.0F, 2.0F, 3.0F});
+    expectBlend<Argb32>({0.5F, 1.0F, 2.0F, 3.0F}, {0.0F, 9.0F, 9.0F, 9.0F}, 0.25F,
+                        {0.375F, 1.0F, 2.0F, 3.0F});
 }
 
 TEST(Blend8, OverATransparentPixelTakesTheColourWhole) {
-    expectBlend<Smooth8>({0, 1, 2, 3}, {200, 90, 91, 92}, 32767, {100, 90, 91, 92});
-    expectBlend<Smooth8>({0, 1, 2, 3}, {200, 90, 91, 92}, 0, {0, 90, 91, 92});
+    expectBlend<Argb8>({0, 1, 2, 3}, {200, 90, 91, 92}, 32767, {100, 90, 91, 92});
+    expectBlend<Argb8>({0, 1, 2, 3}, {200, 90, 91, 92}, 0, {0, 90, 91, 92});
 }
 
 TEST(Blend16, OverATransparentPixelTakesTheColourWhole) {
-    expectBlend<Smooth16>({0, 1, 2, 3}, {32768, 900, 910, 32768}, 10922, {5461, 900, 910, 32768});
-    expectBlend<Smooth16>({0, 1, 2, 3}, {32768, 900, 910, 32768}, 0, {0, 900, 910, 32768});
+    expectBlend<Argb16>({0, 1, 2, 3}, {32768, 900, 910, 32768}, 10922, {5461, 900, 910, 32768});
+    expectBlend<Argb16>({0, 1, 2, 3}, {32768, 900, 910, 32768}, 0, {0, 900, 910, 32768});
 }
 
 TEST(Blend32, OverATransparentPixelTakesTheColourWhole) {
-    expectBlend<Smooth32>({0.0F, 1.0F, 2.0F, 3.0F}, {0.5F, 9.0F, 8.0F, 7.0F}, 0.25F,
-                          {0.125F, 9.0F, 8.0F, 7.0F});
-    expectBlend<Smooth32>({0.0F, 1.0F, 2.0F, 3.0F}, {0.5F, 9.0F, 8.0F, 7.0F}, 0.0F, {0.0F, 9.0F, 8.0F, 7.0F});
+    expectBlend<Argb32>({0.0F, 1.0F, 2.0F, 3.0F}, {0.5F, 9.0F, 8.0F, 7.0F}, 0.25F,
+                        {0.125F, 9.0F, 8.0F, 7.0F});
+    expectBlend<Argb32>({0.0F, 1.0F, 2.0F, 3.0F}, {0.5F, 9.0F, 8.0F, 7.0F}, 0.0F, {0.0F, 9.0F, 8.0F, 7.0F});
 }
 
 TEST(Blend8, OfTwoAlphasWeighsColoursByWhatEachLends) {
     // Shares 100 * 32768 and 200 * 32767: two thirds of the colour.
-    expectBlend<Smooth8>({100, 30, 0, 255}, {200, 60, 255, 0}, 32767, {150, 50, 170, 85});
-    expectBlend<Smooth8>({1, 0, 0, 0}, {255, 255, 255, 255}, 65535, {255, 255, 255, 255});
-    expectBlend<Smooth8>({255, 0, 7, 255}, {1, 255, 255, 0}, 65535, {1, 255, 255, 0});
+    expectBlend<Argb8>({100, 30, 0, 255}, {200, 60, 255, 0}, 32767, {150, 50, 170, 85});
+    expectBlend<Argb8>({1, 0, 0, 0}, {255, 255, 255, 255}, 65535, {255, 255, 255, 255});
+    expectBlend<Argb8>({255, 0, 7, 255}, {1, 255, 255, 0}, 65535, {1, 255, 255, 0});
 }
 
 TEST(Blend16, OfTwoAlphasWeighsColoursByWhatEachLends) {
-    expectBlend<Smooth16>({8192, 0, 32768, 16384}, {24576, 32768, 0, 16384}, 32767,
-                          {16384, 24576, 8192, 16384});
-    expectBlend<Smooth16>({1, 0, 0, 0}, {32768, 32768, 32768, 32768}, 65535, {32768, 32768, 32768, 32768});
+    expectBlend<Argb16>({8192, 0, 32768, 16384}, {24576, 32768, 0, 16384}, 32767,
+                        {16384, 24576, 8192, 16384});
+    expectBlend<Argb16>({1, 0, 0, 0}, {32768, 32768, 32768, 32768}, 65535, {32768, 32768, 32768, 32768});
 }
 
 TEST(Blend32, OfTwoAlphasWeighsColoursByWhatEachLends) {
     // 0.75 * 0.5 against 0.25 * 0.5.
-    expectBlend<Smooth32>({0.75F, 1.0F, 4.0F, 0.0F}, {0.25F, 5.0F, 0.0F, 8.0F}, 0.5F,
-                          {0.5F, 2.0F, 3.0F, 2.0F});
+    expectBlend<Argb32>({0.75F, 1.0F, 4.0F, 0.0F}, {0.25F, 5.0F, 0.0F, 8.0F}, 0.5F, {0.5F, 2.0F, 3.0F, 2.0F});
 }
 
 TEST(Blend8, OfNoWeightKeepsEveryValue) {
     for (int value = 0; value <= 255; ++value) {
         const auto v = static_cast<uint8_t>(value);
-        expectBlend<Smooth8>({255, v, v, v}, {255, 1, 128, 254}, 0, {255, v, v, v});
+        expectBlend<Argb8>({255, v, v, v}, {255, 1, 128, 254}, 0, {255, v, v, v});
         if (value != 0) {
-            expectBlend<Smooth8>({v, v, 7, v}, {128, 1, 128, 254}, 0, {v, v, 7, v});
-            expectBlend<Smooth8>({v, v, 7, v}, {0, 1, 128, 254}, 0, {v, v, 7, v});
+            expectBlend<Argb8>({v, v, 7, v}, {128, 1, 128, 254}, 0, {v, v, 7, v});
+            expectBlend<Argb8>({v, v, 7, v}, {0, 1, 128, 254}, 0, {v, v, 7, v});
         }
     }
 }
@@ -105,30 +104,30 @@ TEST(Blend8, OfNoWeightKeepsEveryValue) {
 TEST(Blend16, OfNoWeightKeepsEveryValue) {
     for (int value = 1; value <= 32768; value += 7) {
         const auto v = static_cast<uint16_t>(value);
-        expectBlend<Smooth16>({32768, v, v, v}, {32768, 1, 128, 254}, 0, {32768, v, v, v});
-        expectBlend<Smooth16>({v, v, 7, v}, {128, 1, 128, 254}, 0, {v, v, 7, v});
-        expectBlend<Smooth16>({v, v, 7, v}, {0, 1, 128, 254}, 0, {v, v, 7, v});
+        expectBlend<Argb16>({32768, v, v, v}, {32768, 1, 128, 254}, 0, {32768, v, v, v});
+        expectBlend<Argb16>({v, v, 7, v}, {128, 1, 128, 254}, 0, {v, v, 7, v});
+        expectBlend<Argb16>({v, v, 7, v}, {0, 1, 128, 254}, 0, {v, v, 7, v});
     }
 }
 
 TEST(Blend8, OfFullWeightTakesEveryValue) {
     for (int value = 0; value <= 255; ++value) {
         const auto v = static_cast<uint8_t>(value);
-        expectBlend<Smooth8>({255, 7, 8, 9}, {255, v, v, v}, 65535, {255, v, v, v});
-        expectBlend<Smooth8>({0, 7, 8, 9}, {255, v, v, v}, 65535, {255, v, v, v});
+        expectBlend<Argb8>({255, 7, 8, 9}, {255, v, v, v}, 65535, {255, v, v, v});
+        expectBlend<Argb8>({0, 7, 8, 9}, {255, v, v, v}, 65535, {255, v, v, v});
     }
 }
 
-template <class Traits>
+template <class Format>
 class BlendAgainstTwin : public testing::Test {};
 
-using AllTraits = testing::Types<Smooth8, Smooth16, Smooth32>;
-TYPED_TEST_SUITE(BlendAgainstTwin, AllTraits);
+using AllFormats = testing::Types<Argb8, Argb16, Argb32>;
+TYPED_TEST_SUITE(BlendAgainstTwin, AllFormats);
 
 TYPED_TEST(BlendAgainstTwin, AgreesOnRandomPixels) {
     using Pixel = typename TypeParam::Pixel;
     using Channel = typename TypeParam::Channel;
-    using Weight = typename TypeParam::Weight;
+    using Weight = typename SmoothOf<TypeParam>::Weight;
     const bool isFloat = sizeof(Channel) == sizeof(float);
     const double full = static_cast<double>(TypeParam::kFullScale);
     Random random(5);
@@ -161,20 +160,20 @@ TYPED_TEST(BlendAgainstTwin, AgreesOnRandomPixels) {
 }
 
 TEST(SmallWeight, GrowsWithTheStrengthUpToSeventy) {
-    EXPECT_EQ(Smooth8::smallWeight(70), 6553);
-    EXPECT_EQ(Smooth16::smallWeight(100), 6553);
-    EXPECT_EQ(Smooth16::smallWeight(35), 3276);
-    EXPECT_EQ(Smooth8::smallWeight(1), 93);
-    EXPECT_EQ(Smooth32::smallWeight(70), 0.1F);
-    EXPECT_EQ(Smooth32::smallWeight(100), 0.1F);
-    EXPECT_EQ(Smooth32::smallWeight(35), 0.05F);
+    EXPECT_EQ(SmoothOf<Argb8>::smallWeight(70), 6553);
+    EXPECT_EQ(SmoothOf<Argb16>::smallWeight(100), 6553);
+    EXPECT_EQ(SmoothOf<Argb16>::smallWeight(35), 3276);
+    EXPECT_EQ(SmoothOf<Argb8>::smallWeight(1), 93);
+    EXPECT_EQ(SmoothOf<Argb32>::smallWeight(70), 0.1F);
+    EXPECT_EQ(SmoothOf<Argb32>::smallWeight(100), 0.1F);
+    EXPECT_EQ(SmoothOf<Argb32>::smallWeight(35), 0.05F);
 }
 
 TEST(CrossWeight, IsAQuarterOfAPixelAtHalfStrength) {
-    EXPECT_EQ(Smooth8::crossWeight(100), 16383);
-    EXPECT_EQ(Smooth16::crossWeight(70), 11468);
-    EXPECT_EQ(Smooth32::crossWeight(100), 0.25F);
-    EXPECT_EQ(Smooth32::crossWeight(70), 0.175F);
+    EXPECT_EQ(SmoothOf<Argb8>::crossWeight(100), 16383);
+    EXPECT_EQ(SmoothOf<Argb16>::crossWeight(70), 11468);
+    EXPECT_EQ(SmoothOf<Argb32>::crossWeight(100), 0.25F);
+    EXPECT_EQ(SmoothOf<Argb32>::crossWeight(70), 0.175F);
 }
 
 } // namespace

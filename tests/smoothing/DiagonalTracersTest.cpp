@@ -57,8 +57,8 @@ std::vector<MarkedCell> cellsFor(const Tracer& t, int cells) {
     return marked;
 }
 
-template <class Traits>
-bool trace(const HandScene<Traits>& scene, bool vertical) {
+template <class Format>
+bool trace(const HandScene<Format>& scene, bool vertical) {
     return vertical ? traceVerticalDiagonals(scene.context(), kX, kY)
                     : traceHorizontalDiagonals(scene.context(), kX, kY);
 }
@@ -73,8 +73,8 @@ constexpr Weights kOfTwoInteger[] = {{13653, 24576}, {910, 8193}};
 constexpr Weights kOfThreeInteger[] = {{16383, 27306}, {5461, 16384}};
 
 /// Lays these weights along the tracer's places.
-template <class Traits, std::size_t count>
-void walk(PlainPicture& expected, const HandScene<Traits>& scene, const Tracer& t,
+template <class Format, std::size_t count>
+void walk(PlainPicture& expected, const HandScene<Format>& scene, const Tracer& t,
           const Weights (&weights)[count]) {
     for (int i = 0; i < static_cast<int>(count); ++i) {
         const Place source = {kX + t.source.x + i * t.move.x, kY + t.source.y + i * t.move.y};
@@ -87,11 +87,11 @@ void walk(PlainPicture& expected, const HandScene<Traits>& scene, const Tracer& 
     }
 }
 
-template <class Traits>
+template <class Format>
 class DiagonalTracers : public testing::Test {};
 
-using AllTraits = testing::Types<Smooth8, Smooth16, Smooth32>;
-TYPED_TEST_SUITE(DiagonalTracers, AllTraits);
+using AllFormats = testing::Types<Argb8, Argb16, Argb32>;
+TYPED_TEST_SUITE(DiagonalTracers, AllFormats);
 
 TYPED_TEST(DiagonalTracers, LayARampAlongAStaircaseOfTwo) {
     for (const Tracer& t : kTracers) {
@@ -111,7 +111,7 @@ TYPED_TEST(DiagonalTracers, LayARampAlongAStaircaseOfTwo) {
 
 TEST(DiagonalTracersOfThree, GoOnWithASlowerFall) {
     for (const Tracer& t : kTracers) {
-        const HandScene<Smooth16> scene(cellsFor(t, 3), kStrength);
+        const HandScene<Argb16> scene(cellsFor(t, 3), kStrength);
         PlainPicture expected = scene.result();
         walk(expected, scene, t, kOfThreeInteger);
         EXPECT_TRUE(trace(scene, t.vertical)) << t.name;
@@ -122,7 +122,7 @@ TEST(DiagonalTracersOfThree, GoOnWithASlowerFall) {
 class DiagonalConditions : public testing::TestWithParam<Tracer> {
 protected:
     static bool fires(const std::vector<MarkedCell>& cells) {
-        const HandScene<Smooth8> scene(cells, kStrength);
+        const HandScene<Argb8> scene(cells, kStrength);
         const PlainPicture before = scene.result();
         const bool fired = trace(scene, GetParam().vertical);
         EXPECT_EQ(difference(before, scene.result()).empty(), !fired);
@@ -180,7 +180,7 @@ TEST(DiagonalTracersTogether, AllRunInTheirOrder) {
                 cells.insert(cells.end(), more.begin(), more.end());
             }
         }
-        const HandScene<Smooth16> scene(cells, kStrength);
+        const HandScene<Argb16> scene(cells, kStrength);
         PlainPicture expected = scene.result();
         for (const Tracer& t : kTracers) {
             if (t.vertical == vertical) {
@@ -196,7 +196,7 @@ TEST(DiagonalTracersTogether, AllRunInTheirOrder) {
 TEST(DiagonalTracersAtTheBorder, EndWithThePicture) {
     for (const Tracer& t : kTracers) {
         for (int cells = 2; cells <= 5; ++cells) {
-            const HandScene<Smooth8> scene(cellsFor(t, cells), kStrength);
+            const HandScene<Argb8> scene(cellsFor(t, cells), kStrength);
             EXPECT_TRUE(trace(scene, t.vertical)) << t.name;
         }
     }

@@ -16,18 +16,18 @@ constexpr int kDown = 2;
 constexpr int kFalling = 4;
 constexpr int kRising = 8;
 
-template <class Traits>
+template <class Format>
 void fill(HandMap& map, HandPicture& picture, int32_t threshold) {
-    fillEdgeFlags<Traits>(map.map(), picture.world(), Traits::limitOf(threshold));
+    fillEdgeFlags<Format>(map.map(), picture.world(), SmoothOf<Format>::limitOf(threshold));
 }
 
 void fillAny(PF_PixelFormat format, HandMap& map, HandPicture& picture, int32_t threshold) {
     if (format == PF_PixelFormat_ARGB32) {
-        fill<Smooth8>(map, picture, threshold);
+        fill<Argb8>(map, picture, threshold);
     } else if (format == PF_PixelFormat_ARGB64) {
-        fill<Smooth16>(map, picture, threshold);
+        fill<Argb16>(map, picture, threshold);
     } else {
-        fill<Smooth32>(map, picture, threshold);
+        fill<Argb32>(map, picture, threshold);
     }
 }
 
@@ -177,12 +177,12 @@ TEST(EdgeFlagMapFloat, SettlesPixelsThatAreTheSameInAllBits) {
     picture.set(1, 0, {1.0, nan, 0.0, 0.0});
     picture.set(2, 0, {1.0, nan, 0.0, -0.0});
     HandMap map(3, 1);
-    fillEdgeFlags<Smooth32>(map.map(), picture.world(), -1.0F);
+    fillEdgeFlags<Argb32>(map.map(), picture.world(), -1.0F);
     EXPECT_EQ(map.map()(0, 0), 0);
     EXPECT_EQ(map.map()(1, 0), 0) << "a difference that is no number is below no limit";
     picture.set(1, 0, {1.0, 0.0, 0.0, 0.0});
     picture.set(2, 0, {1.0, 0.0, 0.0, -0.0});
-    fillEdgeFlags<Smooth32>(map.map(), picture.world(), -1.0F);
+    fillEdgeFlags<Argb32>(map.map(), picture.world(), -1.0F);
     EXPECT_EQ(map.map()(1, 0), kRight) << "zeros of both signs are not the same bits";
 }
 
@@ -197,7 +197,7 @@ protected:
             }
         }
         HandMap map(width, 2);
-        fill<Smooth8>(map, picture, 10);
+        fill<Argb8>(map, picture, 10);
         std::vector<int> flags;
         for (int32_t x = 0; x < width; ++x) {
             flags.push_back(map.map()(x, 0));

@@ -5,7 +5,7 @@
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/PixelSource.h"
 #include "effect/smoothing/SmoothContext.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 #include "tests/support/PlainPicture.h"
 
 #include <cstdint>
@@ -61,23 +61,23 @@ private:
     PF_EffectWorld world_ = {};
 };
 
-template <class Traits>
+template <class Format>
 constexpr PF_PixelFormat formatOf() {
-    if (sizeof(typename Traits::Pixel) == sizeof(PF_Pixel)) {
+    if (sizeof(typename Format::Pixel) == sizeof(PF_Pixel)) {
         return PF_PixelFormat_ARGB32;
     }
-    return sizeof(typename Traits::Pixel) == sizeof(PF_Pixel16) ? PF_PixelFormat_ARGB64
+    return sizeof(typename Format::Pixel) == sizeof(PF_Pixel16) ? PF_PixelFormat_ARGB64
                                                                 : PF_PixelFormat_ARGB128;
 }
 
 /// Settings, a map and two pictures, as a visit of a pixel meets them. Every pixel of the source is opaque and has a
 /// colour of its own; the destination is of one opaque colour, which is none of these.
-template <class Traits>
+template <class Format>
 class HandScene {
 public:
     HandScene(const std::vector<MarkedCell>& cells, int32_t strength, int32_t width = 14, int32_t height = 12)
-        : map_(width, height, cells), source_(formatOf<Traits>(), width, height),
-          destination_(formatOf<Traits>(), width, height), params_(paramsOf(strength)), pixels_(params_),
+        : map_(width, height, cells), source_(formatOf<Format>(), width, height),
+          destination_(formatOf<Format>(), width, height), params_(paramsOf(strength)), pixels_(params_),
           context_(params_, pixels_, map_.map()) {
         for (int32_t y = 0; y < height; ++y) {
             for (int32_t x = 0; x < width; ++x) {
@@ -87,7 +87,7 @@ public:
         }
     }
 
-    const SmoothContext<Traits, KeyMode::kPlain>& context() const { return context_; }
+    const SmoothContext<Format, KeyMode::kPlain>& context() const { return context_; }
     PlainPixel src(int32_t x, int32_t y) const { return source_.get(x, y); }
     HandPicture& source() { return source_; }
     HandPicture& destination() { return destination_; }
@@ -95,15 +95,15 @@ public:
 
 private:
     static PlainPixel level(int red, int green, int blue) {
-        const double unit = fullScale(formatOf<Traits>()) / 255.0;
-        PlainPixel p = {fullScale(formatOf<Traits>()), red * unit, green * unit, blue * unit};
+        const double unit = fullScale(formatOf<Format>()) / 255.0;
+        PlainPixel p = {fullScale(formatOf<Format>()), red * unit, green * unit, blue * unit};
         return p;
     }
 
     SmoothParams paramsOf(int32_t strength) {
         SmoothParams params;
         params.strength = strength;
-        params.pixelFormat = formatOf<Traits>();
+        params.pixelFormat = formatOf<Format>();
         params.srcWorld = &source_.world();
         params.dstWorld = &destination_.world();
         return params;
@@ -113,8 +113,8 @@ private:
     HandPicture source_;
     HandPicture destination_;
     SmoothParams params_;
-    PixelSource<Traits, KeyMode::kPlain> pixels_;
-    SmoothContext<Traits, KeyMode::kPlain> context_;
+    PixelSource<Format, KeyMode::kPlain> pixels_;
+    SmoothContext<Format, KeyMode::kPlain> context_;
 };
 
 } // namespace kovalune::test

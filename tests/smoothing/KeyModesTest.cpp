@@ -1,7 +1,7 @@
 // The key colour: what the first fill and every later read make transparent.
 
 #include "effect/smoothing/PixelSource.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 #include "tests/smoothing/BareHost.h"
 #include "tests/smoothing/HandMade.h"
 
@@ -128,11 +128,11 @@ TEST_P(KeyModes, WithoutToleranceExchangeRedAndBlueAt8BitsAlone) {
     EXPECT_TRUE(isKept(pixelOf({30, 20, 10}), keyed(key, 1, false)));
 }
 
-template <class Traits>
+template <class Format>
 class KeyFetch : public testing::Test {};
 
-using AllTraits = testing::Types<Smooth8, Smooth16, Smooth32>;
-TYPED_TEST_SUITE(KeyFetch, AllTraits);
+using AllFormats = testing::Types<Argb8, Argb16, Argb32>;
+TYPED_TEST_SUITE(KeyFetch, AllFormats);
 
 TYPED_TEST(KeyFetch, NeverExchangesRedAndBlue) {
     const PF_PixelFormat format = formatOf<TypeParam>();

@@ -1,7 +1,7 @@
 // Staircases as long as no picture of a test could hold: the tracers work on a context that is nothing but one staircase.
 
 #include "effect/smoothing/DiagonalTracers.h"
-#include "effect/smoothing/SmoothTraits.h"
+#include "effect/smoothing/SmoothOf.h"
 
 #include <gtest/gtest.h>
 
@@ -13,11 +13,12 @@ namespace {
 
 /// A staircase of `cells` from the tracer's start, for a visited pixel at (0, 0). Counts what a tracer writes and refuses
 /// what lies beyond the last cell: there a picture may end.
-template <class TraitsType>
+template <class FormatType>
 struct StaircaseContext {
-    using Traits = TraitsType;
-    using Pixel = typename Traits::Pixel;
-    using Weight = typename Traits::Weight;
+    using Format = FormatType;
+    using Smooth = SmoothOf<Format>;
+    using Pixel = typename Format::Pixel;
+    using Weight = typename SmoothOf<Format>::Weight;
 
     const DiagonalTracer& tracer;
     int32_t cells;
@@ -58,11 +59,11 @@ private:
     }
 };
 
-template <class Traits>
+template <class Format>
 class LongStaircases : public testing::Test {};
 
-using AllTraits = testing::Types<Smooth8, Smooth16, Smooth32>;
-TYPED_TEST_SUITE(LongStaircases, AllTraits);
+using AllFormats = testing::Types<Argb8, Argb16, Argb32>;
+TYPED_TEST_SUITE(LongStaircases, AllFormats);
 
 struct Length {
     int32_t strength;
@@ -93,7 +94,7 @@ TYPED_TEST(LongStaircases, AreNeverLeft) {
 /// The bound is no other ramp: a staircase that ended by itself ends at the same cell.
 TEST(LongStaircaseSteps, AreThoseOfTheRampWhereItEndsByItself) {
     const auto writes = [](int32_t strength, int32_t cells) {
-        const StaircaseContext<Smooth16> context{kVerticalTracers[1], cells, strength};
+        const StaircaseContext<Argb16> context{kVerticalTracers[1], cells, strength};
         traceDiagonal(context, kVerticalTracers[1], 0, 0);
         return context.innerWrites;
     };

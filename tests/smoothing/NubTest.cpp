@@ -31,7 +31,7 @@ std::vector<MarkedCell> cellsOf(int bits) {
 }
 
 bool isNubOf(int bits) {
-    const HandScene<Smooth8> scene(cellsOf(bits), 70, 7, 7);
+    const HandScene<Argb8> scene(cellsOf(bits), 70, 7, 7);
     return isNub(scene.context(), kX, kY);
 }
 
@@ -71,17 +71,17 @@ TEST(Nub, HasThreeSides) {
 }
 
 /// The filter on a picture whose source is all `around` and whose destination is `own` at (x, y).
-template <class Traits>
+template <class Format>
 PlainPixel softened(const PlainPixel& around, const PlainPixel& own, int32_t strength, int32_t x, int32_t y,
                     int32_t width = 3, int32_t height = 3) {
-    HandScene<Traits> scene({}, strength, width, height);
+    HandScene<Format> scene({}, strength, width, height);
     for (int32_t row = 0; row < height; ++row) {
         for (int32_t column = 0; column < width; ++column) {
             scene.source().set(column, row, around);
         }
     }
     // The source's own pixel plays no part.
-    scene.source().set(x, y, {fullScale(formatOf<Traits>()), 0.0, 0.0, 0.0});
+    scene.source().set(x, y, {fullScale(formatOf<Format>()), 0.0, 0.0, 0.0});
     scene.destination().set(x, y, own);
     const PlainPicture before = scene.result();
     softenNub(scene.context(), x, y);
@@ -104,53 +104,53 @@ PlainPixel grey(double alpha, double colour) {
 
 TEST(CrossFilter8, IsAMeanOfThePixelAndItsNeighbours) {
     // 63 shares of each neighbour and 254 of the pixel, over 509.
-    expectAll(softened<Smooth8>(grey(255, 100), grey(255, 200), 100, 1, 1), 255, 149);
+    expectAll(softened<Argb8>(grey(255, 100), grey(255, 200), 100, 1, 1), 255, 149);
 }
 
 TEST(CrossFilter8, LeavesOutNeighboursBeyondTheBorder) {
     for (const int32_t x : {0, 2}) {
         for (const int32_t y : {0, 2}) {
-            expectAll(softened<Smooth8>(grey(255, 100), grey(255, 200), 100, x, y), 255, 166);
+            expectAll(softened<Argb8>(grey(255, 100), grey(255, 200), 100, x, y), 255, 166);
         }
     }
-    expectAll(softened<Smooth8>(grey(255, 100), grey(255, 200), 100, 0, 0, 1, 1), 255, 200);
+    expectAll(softened<Argb8>(grey(255, 100), grey(255, 200), 100, 0, 0, 1, 1), 255, 200);
 }
 
 TEST(CrossFilter8, CountsFaintNeighboursInTheAlphaAlone) {
     // 3 * 16383 is less than a 16-bit unit.
-    expectAll(softened<Smooth8>(grey(3, 255), grey(100, 40), 100, 1, 1), 52, 39);
-    expectAll(softened<Smooth8>(grey(1, 255), grey(0, 40), 100, 1, 1), 0, 40);
+    expectAll(softened<Argb8>(grey(3, 255), grey(100, 40), 100, 1, 1), 52, 39);
+    expectAll(softened<Argb8>(grey(1, 255), grey(0, 40), 100, 1, 1), 0, 40);
 }
 
 TEST(CrossFilter8, OfTransparentPixelsKeepsTheirColours) {
-    expectAll(softened<Smooth8>(grey(0, 255), grey(0, 40), 100, 1, 1), 0, 40);
-    expectAll(softened<Smooth8>(grey(0, 255), grey(100, 40), 100, 1, 1), 50, 40);
-    expectAll(softened<Smooth8>(grey(255, 200), grey(0, 40), 100, 1, 1), 127, 198);
+    expectAll(softened<Argb8>(grey(0, 255), grey(0, 40), 100, 1, 1), 0, 40);
+    expectAll(softened<Argb8>(grey(0, 255), grey(100, 40), 100, 1, 1), 50, 40);
+    expectAll(softened<Argb8>(grey(255, 200), grey(0, 40), 100, 1, 1), 127, 198);
 }
 
 TEST(CrossFilter16, IsAMeanOfThePixelAndItsNeighbours) {
-    expectAll(softened<Smooth16>(grey(32768, 10000), grey(32768, 20000), 100, 1, 1), 32768, 15000);
-    expectAll(softened<Smooth16>(grey(32768, 10000), grey(32768, 20000), 100, 0, 0), 32768, 16667);
-    expectAll(softened<Smooth16>(grey(32768, 10000), grey(32768, 20000), 100, 0, 0, 1, 1), 32768, 20000);
+    expectAll(softened<Argb16>(grey(32768, 10000), grey(32768, 20000), 100, 1, 1), 32768, 15000);
+    expectAll(softened<Argb16>(grey(32768, 10000), grey(32768, 20000), 100, 0, 0), 32768, 16667);
+    expectAll(softened<Argb16>(grey(32768, 10000), grey(32768, 20000), 100, 0, 0, 1, 1), 32768, 20000);
 }
 
 TEST(CrossFilter16, OfTransparentPixelsKeepsTheirColours) {
-    expectAll(softened<Smooth16>(grey(0, 10000), grey(0, 777), 100, 1, 1), 0, 777);
-    expectAll(softened<Smooth16>(grey(0, 10000), grey(32768, 20000), 100, 1, 1), 16384, 20000);
-    expectAll(softened<Smooth16>(grey(32768, 10000), grey(0, 20000), 100, 1, 1), 16384, 10000);
+    expectAll(softened<Argb16>(grey(0, 10000), grey(0, 777), 100, 1, 1), 0, 777);
+    expectAll(softened<Argb16>(grey(0, 10000), grey(32768, 20000), 100, 1, 1), 16384, 20000);
+    expectAll(softened<Argb16>(grey(32768, 10000), grey(0, 20000), 100, 1, 1), 16384, 10000);
 }
 
 TEST(CrossFilter32, IsAMeanOfThePixelAndItsNeighboursWithoutRounding) {
     // Four quarters and one whole.
-    expectAll(softened<Smooth32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 1, 1), 1.0, 1.25);
-    expectAll(softened<Smooth32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 2, 0), 1.0, 1.5);
-    expectAll(softened<Smooth32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 0, 0, 1, 1), 1.0, 2.0);
+    expectAll(softened<Argb32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 1, 1), 1.0, 1.25);
+    expectAll(softened<Argb32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 2, 0), 1.0, 1.5);
+    expectAll(softened<Argb32>(grey(1.0, 0.5), grey(1.0, 2.0), 100, 0, 0, 1, 1), 1.0, 2.0);
 }
 
 TEST(CrossFilter32, OfTransparentPixelsKeepsTheirColours) {
-    expectAll(softened<Smooth32>(grey(0.0, 0.5), grey(0.0, 0.25), 100, 1, 1), 0.0, 0.25);
-    expectAll(softened<Smooth32>(grey(0.0, 0.5), grey(1.0, 0.25), 100, 1, 1), 0.5, 0.25);
-    expectAll(softened<Smooth32>(grey(1.0, 0.5), grey(0.0, 0.25), 100, 1, 1), 0.5, 0.5);
+    expectAll(softened<Argb32>(grey(0.0, 0.5), grey(0.0, 0.25), 100, 1, 1), 0.0, 0.25);
+    expectAll(softened<Argb32>(grey(0.0, 0.5), grey(1.0, 0.25), 100, 1, 1), 0.5, 0.25);
+    expectAll(softened<Argb32>(grey(1.0, 0.5), grey(0.0, 0.25), 100, 1, 1), 0.5, 0.5);
 }
 
 } // namespace

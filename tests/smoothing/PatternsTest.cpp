@@ -154,8 +154,8 @@ const Restoring kRestoring[] = {
      Share::kThreeQuarters},
 };
 
-template <class Traits>
-void perform(Step step, const HandScene<Traits>& scene, int32_t x, int32_t y) {
+template <class Format>
+void perform(Step step, const HandScene<Format>& scene, int32_t x, int32_t y) {
     switch (step) {
     case Step::kMendRight:
         mendRightStep(scene.context(), x, y);
@@ -181,10 +181,10 @@ std::vector<MarkedCell> cellsFor(const Restoring& pattern, int32_t x = kX, int32
     return cells;
 }
 
-template <class Traits>
+template <class Format>
 class FixedPatterns : public testing::Test {
 protected:
-    static constexpr PF_PixelFormat kFormat = formatOf<Traits>();
+    static constexpr PF_PixelFormat kFormat = formatOf<Format>();
 
     /// What the destination holds when one pixel took another's colour.
     static void take(PlainPicture& picture, int32_t x, int32_t y, const PlainPixel& colour, Share share) {
@@ -192,15 +192,15 @@ protected:
     }
 
     static void expectUntouched(Step step, const std::vector<MarkedCell>& cells, const std::string& what) {
-        const HandScene<Traits> scene(cells, 70);
+        const HandScene<Format> scene(cells, 70);
         const PlainPicture before = scene.result();
         perform(step, scene, kX, kY);
         EXPECT_EQ(difference(before, scene.result()), "") << what;
     }
 };
 
-using AllTraits = testing::Types<Smooth8, Smooth16, Smooth32>;
-TYPED_TEST_SUITE(FixedPatterns, AllTraits);
+using AllFormats = testing::Types<Argb8, Argb16, Argb32>;
+TYPED_TEST_SUITE(FixedPatterns, AllFormats);
 
 TYPED_TEST(FixedPatterns, GiveTheirTargetItsOwnSourceBack) {
     for (const Restoring& p : kRestoring) {
@@ -254,7 +254,7 @@ TYPED_TEST(FixedPatterns, ActOneAtATime) {
 TEST(RestoreOne, StaysClearOfTheRightAndTopBorder) {
     const Restoring& p = kRestoring[8];
     const auto acts = [](const Restoring& pattern, int32_t x, int32_t y) {
-        const HandScene<Smooth8> scene(cellsFor(pattern, x, y), 70);
+        const HandScene<Argb8> scene(cellsFor(pattern, x, y), 70);
         const PlainPicture before = scene.result();
         perform(pattern.step, scene, x, y);
         return !difference(before, scene.result()).empty();
@@ -308,8 +308,8 @@ MarkedCell placed(const MarkedCell& offset) {
     return {kX + offset.x, kY + offset.y, offset.flags};
 }
 
-template <class Traits>
-PlainPicture blendedShoulders(const HandScene<Traits>& scene, const Shoulder& s) {
+template <class Format>
+PlainPicture blendedShoulders(const HandScene<Format>& scene, const Shoulder& s) {
     blendShoulders(scene.context(),
                    s.ofVerticalStep ? patternTables::kVerticalShoulders : patternTables::kHorizontalShoulders,
                    kX, kY);

@@ -54,7 +54,7 @@ protected:
 
     long thrownCode() const {
         try {
-            smoothBoundaries(params_);
+            static_cast<void>(smoothBoundaries(params_));
         } catch (long code) {
             return code;
         }

@@ -12,9 +12,9 @@
 namespace kovalune::test {
 namespace {
 
-template <class Traits>
-std::vector<typename Traits::Weight> weightsOf(WeightRamp<Traits> ramp) {
-    std::vector<typename Traits::Weight> weights;
+template <class Format>
+std::vector<typename SmoothOf<Format>::Weight> weightsOf(WeightRamp<Format> ramp) {
+    std::vector<typename SmoothOf<Format>::Weight> weights;
     while (!ramp.finished) {
         weights.push_back(nextWeight(ramp));
     }
@@ -22,8 +22,8 @@ std::vector<typename Traits::Weight> weightsOf(WeightRamp<Traits> ramp) {
 }
 
 using Ints = std::vector<int32_t>;
-using Ramp16 = WeightRamp<Smooth16>;
-using Ramp32 = WeightRamp<Smooth32>;
+using Ramp16 = WeightRamp<Argb16>;
+using Ramp32 = WeightRamp<Argb32>;
 
 TEST(WeightRamp, FallsFromItsPeakByTheMeanOfEveryPixel) {
     EXPECT_EQ(weightsOf(Ramp16(32767, 10000, 0)), (Ints{27767, 17767, 7767, 382}));
@@ -107,38 +107,38 @@ TEST(WeightRamp, AgreesWithTheTwin) {
     }
 }
 
-template <class Traits>
+template <class Format>
 auto runWeights(int32_t strength, int32_t length, int32_t stretch) {
-    const HandScene<Traits> scene({}, strength);
+    const HandScene<Format> scene({}, strength);
     return weightsOf(runRamp(scene.context(), length, stretch));
 }
 
-template <class Traits>
+template <class Format>
 auto taperWeights(int32_t strength, int32_t length) {
-    const HandScene<Traits> scene({}, strength);
+    const HandScene<Format> scene({}, strength);
     return weightsOf(taperRamp(scene.context(), length));
 }
 
 TEST(RampOfARun, StartsAtHalfWeightAndLastsItsStretch) {
     // Step 3276700 / (50 * 4) = 16383.
-    EXPECT_EQ(runWeights<Smooth8>(70, 3, 50), (Ints{24576, 8193, 0}));
-    EXPECT_EQ(runWeights<Smooth16>(70, 3, 100).size(), 5U);
-    EXPECT_EQ(runWeights<Smooth32>(70, 3, 50), (std::vector<float>{0.375F, 0.125F}));
+    EXPECT_EQ(runWeights<Argb8>(70, 3, 50), (Ints{24576, 8193, 0}));
+    EXPECT_EQ(runWeights<Argb16>(70, 3, 100).size(), 5U);
+    EXPECT_EQ(runWeights<Argb32>(70, 3, 50), (std::vector<float>{0.375F, 0.125F}));
 }
 
 TEST(RampOfARun, CountsAStretchBelowOneAsOne) {
     // Step 1638350: all in the first pixel.
     for (const int32_t stretch : {1, 0, -100}) {
-        EXPECT_EQ(runWeights<Smooth8>(70, 1, stretch), (Ints{327})) << stretch;
-        EXPECT_EQ(runWeights<Smooth32>(70, 1, stretch), (std::vector<float>{0.25F / 50.0F})) << stretch;
+        EXPECT_EQ(runWeights<Argb8>(70, 1, stretch), (Ints{327})) << stretch;
+        EXPECT_EQ(runWeights<Argb32>(70, 1, stretch), (std::vector<float>{0.25F / 50.0F})) << stretch;
     }
 }
 
 TEST(RampOfATaper, StartsAtFullWeightWithThePlainStrength) {
     // Step 2 * (3276700 / 140) = 46810.
-    EXPECT_EQ(taperWeights<Smooth8>(70, 1), (Ints{42130, 3745}));
-    EXPECT_EQ(taperWeights<Smooth16>(70, 1), (Ints{42130, 3745}));
-    EXPECT_EQ(taperWeights<Smooth32>(100, 1), (std::vector<float>{0.75F, 0.25F}));
+    EXPECT_EQ(taperWeights<Argb8>(70, 1), (Ints{42130, 3745}));
+    EXPECT_EQ(taperWeights<Argb16>(70, 1), (Ints{42130, 3745}));
+    EXPECT_EQ(taperWeights<Argb32>(100, 1), (std::vector<float>{0.75F, 0.25F}));
 }
 
 } // namespace

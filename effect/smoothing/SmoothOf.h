@@ -13,9 +13,13 @@
 
 namespace kovalune {
 
+/// Undefined for unknown formats.
+template <class Format>
+struct SmoothOf;
+
 /// What the two integer formats share.
 template <class Format>
-struct IntegerSmoothing : Format {
+struct IntegerSmoothing {
     using Pixel = typename Format::Pixel;
     using Channel = typename Format::Channel;
     using Weight = int32_t;
@@ -26,18 +30,19 @@ struct IntegerSmoothing : Format {
     static constexpr Weight kHalf = 32767;
     static constexpr Weight kThird = 21844;
     static constexpr Weight kSixth = 10922;
+    static constexpr Weight kTenth = 6553;
 
     static Weight smallWeight(int32_t strength) {
         if (strength >= 70) {
-            return 6553;
+            return kTenth;
         }
         const float share = 1.0F - static_cast<float>(70 - strength) / 70.0F;
-        return truncToInt32(static_cast<double>(share * 6553.0F));
+        return truncToInt32(static_cast<double>(share * static_cast<float>(kTenth)));
     }
-    static Weight crossWeight(int32_t strength) { return strength * 32767 / 200; }
+    static Weight crossWeight(int32_t strength) { return strength * kHalf / 200; }
 
     /// Fall of a ramp a pixel; `d` is above 0.
-    static Weight rampStep(int32_t d) { return 3276700 / d; }
+    static Weight rampStep(int32_t d) { return kHalf * 100 / d; }
     static bool isSpent(Weight level) { return level <= 0; }
     static Weight meanOfFall(Weight before, Weight step) { return before - (step >> 1); }
     static Weight lastTriangle(Weight before, Weight step) {
@@ -65,7 +70,7 @@ struct IntegerSmoothing : Format {
 
     static void blend(Pixel& dst, const Pixel& src, Weight weight) {
         const auto w = static_cast<uint32_t>(weight);
-        const uint32_t inv = 65535U - w;
+        const uint32_t inv = kOne - w;
         const uint32_t dw = inv * dst.alpha;
         const uint32_t sw = w * src.alpha;
         if (dst.alpha == src.alpha) {
@@ -78,15 +83,19 @@ struct IntegerSmoothing : Format {
         } else {
             const float ratio =
                 static_cast<float>(static_cast<int32_t>(dw)) / static_cast<float>(static_cast<int32_t>(sw));
-            const float share = 65535.0F / (ratio + 1.0F) + 0.5F;
+            const float share = static_cast<float>(kFull) / (ratio + 1.0F) + 0.5F;
             const auto k = static_cast<uint32_t>(truncToInt32(static_cast<double>(share)));
-            mixColors(dst, src, k, 65535U - k);
+            mixColors(dst, src, k, kOne - k);
             dst.alpha = rounded(sw + dw);
         }
     }
 
 private:
-    static Channel rounded(uint32_t sum) { return static_cast<Channel>((sum + 32768U) >> 16); }
+    /// As an unsigned number, for products that need all 32 bits.
+    static constexpr uint32_t kOne = kFull;
+
+    /// A sum of products with weights, whose unit counts as 2 to the power of 16 here.
+    static Channel rounded(uint32_t sum) { return static_cast<Channel>((sum + (1U << 15)) >> 16); }
     static void mixColors(Pixel& dst, const Pixel& src, uint32_t k, uint32_t inv) {
         dst.red = rounded(dst.red * inv + src.red * k);
         dst.green = rounded(dst.green * inv + src.green * k);
@@ -94,10 +103,14 @@ private:
     }
 };
 
-struct Smooth8 : IntegerSmoothing<Argb8> {};
-struct Smooth16 : IntegerSmoothing<Argb16> {};
+template <>
+struct SmoothOf<Argb8> : IntegerSmoothing<Argb8> {};
+template <>
+struct SmoothOf<Argb16> : IntegerSmoothing<Argb16> {};
 
-struct Smooth32 : Argb32 {
+template <>
+struct SmoothOf<Argb32> {
+    using Pixel = Argb32::Pixel;
     using Weight = float;
     using Limit = float;
 
@@ -106,13 +119,14 @@ struct Smooth32 : Argb32 {
     static constexpr Weight kHalf = 0.5F;
     static constexpr Weight kThird = 0.33333334F;
     static constexpr Weight kSixth = 0.16666667F;
+    static constexpr Weight kTenth = 0.1F;
 
     static Weight smallWeight(int32_t strength) {
-        return strength >= 70 ? 0.1F : (1.0F - static_cast<float>(70 - strength) / 70.0F) * 0.1F;
+        return strength >= 70 ? kTenth : (1.0F - static_cast<float>(70 - strength) / 70.0F) * kTenth;
     }
-    static Weight crossWeight(int32_t strength) { return static_cast<float>(strength) * 0.5F / 200.0F; }
+    static Weight crossWeight(int32_t strength) { return static_cast<float>(strength) * kHalf / 200.0F; }
 
-    static Weight rampStep(int32_t d) { return 50.0F / static_cast<float>(d); }
+    static Weight rampStep(int32_t d) { return kHalf * 100.0F / static_cast<float>(d); }
     static bool isSpent(Weight level) { return 0.0F >= level; }
     static Weight meanOfFall(Weight before, Weight step) { return before - step * 0.5F; }
     static Weight lastTriangle(Weight before, Weight step) { return before * before / (step * 2.0F); }
@@ -162,26 +176,26 @@ private:
 };
 
 /// Moves `dst` toward `src`, aware of alpha: a transparent pixel lends no colour.
-template <class Traits>
-void blendPixel(typename Traits::Pixel& dst, const typename Traits::Pixel& src,
-                typename Traits::Weight weight) {
-    Traits::blend(dst, src, weight);
+template <class Format>
+void blendPixel(typename Format::Pixel& dst, const typename Format::Pixel& src,
+                typename SmoothOf<Format>::Weight weight) {
+    SmoothOf<Format>::blend(dst, src, weight);
 }
 
 /// Whether two pixels count as different: by more than `limit`, a transparent pixel counting as all zeros. Pixels that
 /// are the same in all bits are settled first.
-template <class Traits>
-bool pixelsDiffer(const typename Traits::Pixel& a, const typename Traits::Pixel& b,
-                  typename Traits::Limit limit) {
+template <class Format>
+bool pixelsDiffer(const typename Format::Pixel& a, const typename Format::Pixel& b,
+                  typename SmoothOf<Format>::Limit limit) {
     if (std::memcmp(&a, &b, sizeof a) == 0) {
         return false;
     }
     const bool clearA = a.alpha == 0;
     const bool clearB = b.alpha == 0;
     if (clearA || clearB) {
-        return !(clearA && clearB) && Traits::exceeds(clearA ? b : a, limit);
+        return !(clearA && clearB) && SmoothOf<Format>::exceeds(clearA ? b : a, limit);
     }
-    return Traits::differBy(a, b, limit);
+    return SmoothOf<Format>::differBy(a, b, limit);
 }
 
 } // namespace kovalune
