@@ -3,7 +3,6 @@
 #pragma once
 
 #include "cli/arguments/Arguments.h"
-#include "cli/commands/EffectSettings.h"
 #include "effect/Kovalune.h"
 #include "host/Session.h"
 
