@@ -60,9 +60,8 @@ void useLargest(host::Session& session) {
 template <PF_PixelFormat format, Setting setting>
 void frame(benchmark::State& state) {
     host::HostOptions options;
-    options.globalSetdownAtEnd = false; // the linked effect serves every benchmark of this process
     host::Host host(options);
-    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
     host::Session session(host, module);
     setting(session);
     const host::Image& input = picture(state.range(0), format);

@@ -1,12 +1,11 @@
-// What every callback goes through: no exception gets back into the effect, the call is logged, and the
-// planned fault strikes here.
+// What every callback goes through: no exception gets back into the effect, the call is logged where a log is kept, and
+// the operation may refuse it.
 #pragma once
 
 #include "host/CommandContext.h"
 #include "host/HostState.h"
 
 #include <cstddef>
-#include <cstring>
 #include <sstream>
 #include <string>
 #include <utility>
@@ -29,8 +28,8 @@ inline std::string noArguments() {
 /// `arguments` gives the text for the log and is called only where a log is kept.
 template <class Arguments>
 void logCall(CommandContext& context, const char* call, const Arguments& arguments) {
-    if (context.host.options.recordCalls) {
-        context.host.ledger.addCall(call, arguments());
+    if (context.host.watch.logsCalls()) {
+        context.host.watch.called(call, arguments());
     }
 }
 
@@ -53,40 +52,40 @@ void shielded(const Body& body) noexcept {
     }
 }
 
-/// A fallible call of a known context. `onFault` runs when the planned fault refuses it.
-template <class Arguments, class Body, class OnFault>
-PF_Err admitted(CommandContext& context, const char* call, const Arguments& arguments, const Body& body,
-                const OnFault& onFault) {
+/// A fallible call of a known context. `onRefusal` runs when the operation refuses it.
+template <class Arguments, class Body, class OnRefusal>
+[[nodiscard]] PF_Err admitted(CommandContext& context, const char* call, const Arguments& arguments,
+                              const Body& body, const OnRefusal& onRefusal) {
     logCall(context, call, arguments);
-    if (const std::optional<PF_Err> fault = context.operation.strike(call)) {
-        onFault(context);
-        return *fault;
+    if (const std::optional<Refusal> refusal = context.operation.refusalOf(call)) {
+        onRefusal(context);
+        return refusal->code;
     }
     return body(context);
 }
 
 /// A fallible callback with an effect reference: body(context) gives its code.
-template <class Arguments, class Body, class OnFault>
-PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments, const Body& body,
-                   const OnFault& onFault) noexcept {
+template <class Arguments, class Body, class OnRefusal>
+[[nodiscard]] PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments,
+                                 const Body& body, const OnRefusal& onRefusal) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = contextOf(reference, call);
         if (context == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
         }
-        return admitted(*context, call, arguments, body, onFault);
+        return admitted(*context, call, arguments, body, onRefusal);
     });
 }
 
 template <class Arguments, class Body>
-PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments,
-                   const Body& body) noexcept {
+[[nodiscard]] PF_Err countedCall(const char* call, PF_ProgPtr reference, const Arguments& arguments,
+                                 const Body& body) noexcept {
     return countedCall(call, reference, arguments, body, [](CommandContext&) {});
 }
 
 /// A fallible callback without one: it belongs to the command that this thread works for.
 template <class Arguments, class Body>
-PF_Err countedCall(const char* call, const Arguments& arguments, const Body& body) noexcept {
+[[nodiscard]] PF_Err countedCall(const char* call, const Arguments& arguments, const Body& body) noexcept {
     return shielded(PF_Err{PF_Err_OUT_OF_MEMORY}, [&]() -> PF_Err {
         CommandContext* context = currentContext();
         if (context == nullptr) {
@@ -107,12 +106,10 @@ struct CallName {
     char text[Size];
 };
 
-/// What a host of a later interface writes after a record that it knows as a longer one.
+/// Of a record that the effect owns.
 template <class Record>
-void writeExtraBytes(const CommandContext& context, Record* record) {
-    constexpr int kPattern = 0xA5;
-    std::memset(static_cast<void*>(record + 1), kPattern,
-                static_cast<std::size_t>(context.host.options.extraRecordBytes));
+void handOver(const CommandContext& context, Record* record) {
+    context.host.manners.recordHandedOver(record + 1);
 }
 
 /// Books the call of a function that this host does not have.

@@ -1,13 +1,12 @@
 #include "host/CommandContext.h"
 
 #include "host/HostState.h"
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
 
 #include <algorithm>
 #include <atomic>
 #include <bit>
 #include <cstdint>
-#include <cstring>
 #include <unordered_map>
 
 namespace kovalune::host {
@@ -34,7 +33,7 @@ PF_ProgPtr nextReference() {
 
 } // namespace
 
-CommandContext::CommandContext(HostState& hostState, Operation& commandOperation, ParamTable& paramTable,
+CommandContext::CommandContext(HostState& hostState, Operation& commandOperation, ParamStore& paramTable,
                                PF_Cmd cmd)
     : host(hostState), operation(commandOperation), params(paramTable), command(cmd),
       reference_(nextReference()) {
@@ -53,16 +52,14 @@ CommandContext::~CommandContext() {
         open += checkouts.open - checkouts.excused;
         excused += checkouts.excused;
     }
-    host.ledger.leaveParamCheckouts(open, excused);
+    host.watch.paramsLeftOut(open, excused);
 }
 
 void CommandContext::fillLayer(PF_ParamDef& def) const {
     if (inputLayer != nullptr) {
         def.u.ld = *inputLayer;
     }
-    if (const std::optional<uint32_t> word = host.options.firstLayerWord) {
-        std::memcpy(&def.u, &*word, sizeof *word);
-    }
+    host.manners.firstParamFilled(def);
 }
 
 PF_ParamDef CommandContext::definitionAt(A_long index, A_long time) const {
@@ -123,7 +120,7 @@ CommandContext* contextOf(PF_ProgPtr reference, const char* call) {
         return current;
     }
     if (current != nullptr) {
-        current->host.ledger.addMisuse(std::string(call) + " with a wrong effect reference");
+        current->host.watch.misused(std::string(call) + " with a wrong effect reference");
         return nullptr;
     }
     const std::lock_guard lock(liveMutex());

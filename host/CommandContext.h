@@ -13,13 +13,13 @@
 
 namespace kovalune::host {
 
-class ParamTable;
+class ParamStore;
 struct HostState;
 class SmartFrame;
 
 class CommandContext {
 public:
-    CommandContext(HostState& host, Operation& operation, ParamTable& params, PF_Cmd command);
+    CommandContext(HostState& host, Operation& operation, ParamStore& params, PF_Cmd command);
     ~CommandContext(); ///< books the parameters that are still checked out
     CommandContext(const CommandContext&) = delete;
     CommandContext& operator=(const CommandContext&) = delete;
@@ -30,7 +30,7 @@ public:
 
     HostState& host;
     Operation& operation;
-    ParamTable& params;
+    ParamStore& params;
     const PF_Cmd command;
     SmartFrame* smart = nullptr;             ///< of the smart commands
     const PF_LayerDef* inputLayer = nullptr; ///< what parameter 0 holds, if anything

@@ -19,8 +19,6 @@ struct CommandResult {
     std::string exceptionText; ///< of a standard exception
     std::optional<long> thrownValue; ///< of a thrown int or long
     PF_OutData out{};                ///< as the effect left it
-    int callsCounted = 0;
-    std::string failedCall; ///< empty: no fault struck
 
     bool ok() const { return code == PF_Err_NONE && !threw; }
 };

@@ -1,9 +1,9 @@
 #include "host/CommandRunner.h"
 
-#include "host/Callbacks.h"
+#include "host/CallbackTables.h"
 #include "host/HostState.h"
-#include "host/ParamTable.h"
-#include "host/Suites.h"
+#include "host/ParamStore.h"
+#include "host/SuiteTables.h"
 
 #include <algorithm>
 #include <chrono>
@@ -38,7 +38,7 @@ PF_InData inDataFor(const CommandTarget& target, CommandContext& context, const 
     in.global_data = invocation.handles.global;
     in.sequence_data = invocation.handles.sequence;
     in.frame_data = invocation.handles.frame;
-    in.pica_basicP = options.nullBasicSuite ? nullptr : basicSuite();
+    in.pica_basicP = target.host.manners.offersBasicSuite() ? basicSuite() : nullptr;
     return in;
 }
 
@@ -130,8 +130,6 @@ CommandResult sendCommand(const CommandTarget& target, Operation& operation, con
         }
     }
     result.returnMsg = textOf(result.out.return_msg);
-    result.callsCounted = operation.callsCounted();
-    result.failedCall = operation.failedCall();
     return result;
 }
 
@@ -144,7 +142,7 @@ void callWithContext(const CommandTarget& target, Operation& operation, PF_Cmd c
     try {
         body();
     } catch (...) {
-        target.host.ledger.addMisuse("an exception left a function of the effect");
+        target.host.watch.misused("an exception left a function of the effect");
     }
 }
 

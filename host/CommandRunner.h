@@ -10,7 +10,7 @@
 
 namespace kovalune::host {
 
-class ParamTable;
+class ParamStore;
 class SmartFrame;
 
 /// The handles that an effect entrusts to the host between commands.
@@ -43,7 +43,7 @@ struct Invocation {
 struct CommandTarget {
     HostState& host;
     const EffectModule& module;
-    ParamTable& params;
+    ParamStore& params;
 };
 
 /// Serialises all commands but PF_Cmd_SMART_RENDER with the others of the module. `seconds`, if given, gets

@@ -73,21 +73,22 @@ void EffectModule::Unload::operator()(void* library) const noexcept {
 #endif
 }
 
-EffectModule::EffectModule(PF_EntryPoint function, std::unique_ptr<void, Unload> library, std::string file)
-    : library_(std::move(library)), entry_(function), path_(std::move(file)),
+EffectModule::EffectModule(PF_EntryPoint function, std::unique_ptr<void, Unload> library, std::string file,
+                           SetDown setDown)
+    : library_(std::move(library)), entry_(function), path_(std::move(file)), setDown_(setDown),
       commandMutex_(sharedCommandMutex(function)) {}
 
 EffectModule& EffectModule::operator=(EffectModule&& other) noexcept = default;
 EffectModule::~EffectModule() = default;
 
-EffectModule EffectModule::linked(PF_EntryPoint entry) {
+EffectModule EffectModule::linked(PF_EntryPoint entry, SetDown setDown) {
     if (entry == nullptr) {
         throw HostError("an effect module needs an entry point");
     }
-    return EffectModule(entry, nullptr, {});
+    return EffectModule(entry, nullptr, {}, setDown);
 }
 
-EffectModule EffectModule::load(const std::string& path) {
+EffectModule EffectModule::load(const std::string& path, SetDown setDown) {
     std::unique_ptr<void, Unload> library(openLibrary(path));
     if (!library) {
         throw HostError("cannot load " + path + ": " + systemReason());
@@ -96,7 +97,7 @@ EffectModule EffectModule::load(const std::string& path) {
     if (entry == nullptr) {
         throw HostError(path + " has no " + kEntryName);
     }
-    return EffectModule(entry, std::move(library), path);
+    return EffectModule(entry, std::move(library), path, setDown);
 }
 
 } // namespace kovalune::host

@@ -3,6 +3,7 @@
 #include "host/CallbackSupport.h"
 
 #include <limits>
+#include <tuple>
 
 namespace kovalune::host {
 
@@ -27,7 +28,8 @@ void plainCall(const char* call, const Body& body) noexcept {
 
 PF_Handle newHandle(A_HandleSize size) {
     PF_Handle handle = nullptr;
-    countedCall(
+    // A refusal shows by the null.
+    std::ignore = countedCall(
         "host_new_handle", [&] { return joined(size); },
         [&](CommandContext& context) -> PF_Err {
             if (fitsMemory(size)) {
@@ -40,7 +42,7 @@ PF_Handle newHandle(A_HandleSize size) {
 
 void* lockHandle(PF_Handle handle) {
     void* bytes = nullptr;
-    countedCall("host_lock_handle", noArguments, [&](CommandContext& context) -> PF_Err {
+    std::ignore = countedCall("host_lock_handle", noArguments, [&](CommandContext& context) -> PF_Err {
         bytes = context.host.handles.lock(handle);
         return PF_Err_NONE;
     });

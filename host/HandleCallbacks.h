@@ -10,6 +10,6 @@ void* lockHandle(PF_Handle handle);
 void unlockHandle(PF_Handle handle);
 void disposeHandle(PF_Handle handle);
 A_HandleSize handleSize(PF_Handle handle);
-PF_Err resizeHandle(A_HandleSize size, PF_Handle* handle);
+[[nodiscard]] PF_Err resizeHandle(A_HandleSize size, PF_Handle* handle);
 
 } // namespace kovalune::host

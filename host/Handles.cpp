@@ -1,10 +1,8 @@
 #include "host/Handles.h"
 
-#include "host/Guard.h"
-#include "host/Ledger.h"
-
 #include <algorithm>
 #include <cstring>
+#include <string>
 #include <utility>
 
 namespace kovalune::host {
@@ -12,62 +10,44 @@ namespace kovalune::host {
 namespace {
 
 BlockPolicy blockPolicy(const HostOptions& options) {
-    return {options.audit, 0, options.poolCapBytes};
-}
-
-std::string damageText(const MemoryBlock& block) {
-    return "handle of " + std::to_string(block.payloadBytes) + " bytes: written outside its bytes";
+    return {.poolCapBytes = options.poolCapBytes};
 }
 
 } // namespace
 
-/// `data` is what a PF_Handle points to.
-struct HandleStore::Block {
-    Block() = default;
-    ~Block() { openMemory(&data, sizeof data); }
-    Block(const Block&) = delete;
-    Block& operator=(const Block&) = delete;
-
-    /// From here on the block only keeps its address from being given out again.
-    void bury() {
-        data = nullptr;
-        closeMemory(&data, sizeof data);
-    }
-
-    void* data = nullptr;
-    MemoryBlock memory;
-    int locks = 0;
-    bool hostOwned = false;
-};
-
-HandleStore::HandleStore(MemoryPool& pool, Ledger& ledger) : pool_(pool), ledger_(ledger) {}
+HandleStore::HandleStore(MemoryPool& pool, MemoryWatch& memory, CallWatch& watch)
+    : pool_(pool), memory_(memory), watch_(watch) {}
 
 HandleStore::~HandleStore() {
     for (const auto& [key, block] : blocks_) {
-        pool_.give(block->memory, {});
+        memory_.give(pool_, block.memory, {});
     }
 }
 
-HandleStore::Block* HandleStore::locate(PF_Handle handle) const {
+HandleStore::Block* HandleStore::locate(PF_Handle handle) {
     const auto found = blocks_.find(handle);
-    return found == blocks_.end() ? nullptr : found->second.get();
+    return found == blocks_.end() ? nullptr : &found->second;
 }
 
-void HandleStore::bookUnknown(const char* what) const {
-    ledger_.addMisuse(std::string(what) + " of an unknown handle");
+const HandleStore::Block* HandleStore::locate(PF_Handle handle) const {
+    const auto found = blocks_.find(handle);
+    return found == blocks_.end() ? nullptr : &found->second;
+}
+
+void HandleStore::noteUnknown(const char* what) const {
+    watch_.misused(std::string(what) + " of an unknown handle");
 }
 
 PF_Handle HandleStore::make(std::size_t bytes, const HostOptions& options) {
-    auto block = std::make_unique<Block>();
-    block->memory = pool_.take(bytes, blockPolicy(options));
-    if (block->memory.payload == nullptr) {
+    Block block;
+    block.place = std::make_unique<void*>(nullptr);
+    block.memory = memory_.take(pool_, bytes, blockPolicy(options));
+    if (block.memory.payload == nullptr) {
         return nullptr;
     }
-    block->data = block->memory.payload;
-    if (options.poisonNewWorlds) {
-        fillBytes(block->memory.payload, bytes, kPoisonByte);
-    }
-    const PF_Handle handle = &block->data;
+    *block.place = block.memory.payload;
+    memory_.handleGrown(block.memory.payload, bytes);
+    const PF_Handle handle = block.place.get();
     const std::lock_guard lock(mutex_);
     blocks_.emplace(handle, std::move(block));
     return handle;
@@ -77,20 +57,20 @@ void* HandleStore::lock(PF_Handle handle) {
     const std::lock_guard guard(mutex_);
     Block* block = locate(handle);
     if (block == nullptr) {
-        bookUnknown("lock");
+        noteUnknown("lock");
         return nullptr;
     }
     ++block->locks;
-    return block->data;
+    return block->memory.payload;
 }
 
 void HandleStore::unlock(PF_Handle handle) {
     const std::lock_guard guard(mutex_);
     Block* block = locate(handle);
     if (block == nullptr) {
-        bookUnknown("unlock");
+        noteUnknown("unlock");
     } else if (block->locks == 0) {
-        ledger_.addMisuse("unlock of a handle that is not locked");
+        watch_.misused("unlock of a handle that is not locked");
     } else {
         --block->locks;
     }
@@ -100,31 +80,23 @@ void HandleStore::dispose(PF_Handle handle, const HostOptions& options) {
     const std::lock_guard guard(mutex_);
     Block* block = locate(handle);
     if (block == nullptr) {
-        bookUnknown("dispose");
+        noteUnknown("dispose");
         return;
     }
     if (block->locks != 0) {
-        ledger_.addMisuse("dispose of a locked handle");
+        watch_.misused("dispose of a locked handle");
     }
-    if (!block->memory.guardsIntact()) {
-        ledger_.addGuardDamage(damageText(block->memory));
-    }
-    if (options.audit) {
-        dead_.emplace_back();
-    }
-    pool_.give(block->memory, blockPolicy(options));
+    memory_.handleGoes(block->memory);
+    memory_.give(pool_, block->memory, blockPolicy(options));
     auto node = blocks_.extract(handle);
-    if (options.audit) {
-        block->bury();
-        dead_.back() = std::move(node.mapped());
-    }
+    memory_.handleGone(std::move(node.mapped().place));
 }
 
 std::size_t HandleStore::size(PF_Handle handle) const {
     const std::lock_guard guard(mutex_);
     const Block* block = locate(handle);
     if (block == nullptr) {
-        bookUnknown("size");
+        noteUnknown("size");
         return 0;
     }
     return block->memory.payloadBytes;
@@ -134,14 +106,14 @@ PF_Err HandleStore::resize(PF_Handle handle, std::size_t bytes, const HostOption
     const std::lock_guard guard(mutex_);
     Block* block = locate(handle);
     if (block == nullptr) {
-        bookUnknown("resize");
+        noteUnknown("resize");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     if (block->locks != 0) {
-        ledger_.addMisuse("resize of a locked handle");
+        watch_.misused("resize of a locked handle");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
-    const MemoryBlock grown = pool_.take(bytes, blockPolicy(options));
+    const MemoryBlock grown = memory_.take(pool_, bytes, blockPolicy(options));
     if (grown.payload == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -149,15 +121,11 @@ PF_Err HandleStore::resize(PF_Handle handle, std::size_t bytes, const HostOption
     if (kept != 0) {
         std::memcpy(grown.payload, block->memory.payload, kept);
     }
-    if (options.poisonNewWorlds) {
-        fillBytes(grown.payload + kept, bytes - kept, kPoisonByte);
-    }
-    if (!block->memory.guardsIntact()) {
-        ledger_.addGuardDamage(damageText(block->memory));
-    }
-    pool_.give(block->memory, blockPolicy(options));
+    memory_.handleGrown(grown.payload + kept, bytes - kept);
+    memory_.handleGoes(block->memory);
+    memory_.give(pool_, block->memory, blockPolicy(options));
     block->memory = grown;
-    block->data = grown.payload;
+    *block->place = grown.payload;
     return PF_Err_NONE;
 }
 
@@ -186,21 +154,17 @@ HandleBalance HandleStore::balance() const {
     const std::lock_guard guard(mutex_);
     HandleBalance result;
     for (const auto& [key, block] : blocks_) {
-        result.live += block->hostOwned ? 0 : 1;
-        result.locks += block->locks;
+        result.live += block.hostOwned ? 0 : 1;
+        result.locks += block.locks;
     }
     return result;
 }
 
-std::vector<std::string> HandleStore::findDamage() const {
+void HandleStore::forEach(const std::function<void(const MemoryBlock&)>& visit) const {
     const std::lock_guard guard(mutex_);
-    std::vector<std::string> result;
     for (const auto& [key, block] : blocks_) {
-        if (!block->memory.guardsIntact()) {
-            result.push_back(damageText(block->memory));
-        }
+        visit(block.memory);
     }
-    return result;
 }
 
 } // namespace kovalune::host

@@ -11,7 +11,7 @@ namespace kovalune::host {
 namespace {
 
 constexpr int kMostThreads = 64;
-constexpr int kLargestPadding = 1 << 16;
+constexpr int kLargestLayoutNumber = 1 << 16;
 
 void require(bool condition, const char* text) {
     if (!condition) {
@@ -19,21 +19,19 @@ void require(bool condition, const char* text) {
     }
 }
 
-bool layoutNumber(int bytes) {
-    return bytes >= 0 && bytes <= kLargestPadding && bytes % 4 == 0;
-}
-
 } // namespace
 
-void checkOptions(const HostOptions& options) {
+bool isLayoutNumber(int bytes) {
+    return bytes >= 0 && bytes <= kLargestLayoutNumber && bytes % 4 == 0;
+}
+
+void HostState::checkOptions() const {
     require(options.threads >= 0 && options.threads <= kMostThreads, "threads must be 0 to 64");
     require(options.iterations >= 0, "iterations must not be negative");
-    require(layoutNumber(options.rowPadding), "rowPadding must be a multiple of 4 from 0 to 65536");
-    require(layoutNumber(options.rowGuard), "rowGuard must be a multiple of 4 from 0 to 65536");
-    require(layoutNumber(options.dataOffset), "dataOffset must be a multiple of 4 from 0 to 65536");
-    require(options.extraRecordBytes >= 0 && options.extraRecordBytes <= 32,
-            "extraRecordBytes must be 0 to 32");
+    require(isLayoutNumber(options.rowPadding), "rowPadding must be a multiple of 4 from 0 to 65536");
+    require(isLayoutNumber(options.dataOffset), "dataOffset must be a multiple of 4 from 0 to 65536");
     require(options.timeScale != 0, "timeScale must not be 0");
+    manners.check();
 }
 
 int HostState::threadCount() const {
@@ -47,35 +45,26 @@ int HostState::iterationCount() const {
     return options.iterations > 0 ? options.iterations : threadCount();
 }
 
-FaultPlan HostState::takePlan() {
-    const std::lock_guard lock(mutex_);
-    return std::exchange(armed_, FaultPlan{});
+/// What stands where there is no layer.
+struct Host::Own {
+    explicit Own(HostOptions given) : options(std::move(given)) {}
+
+    HostOptions options;
+    CallWatch watch;
+    MemoryWatch memory;
+    HostManners manners;
+};
+
+Host::Host(HostOptions options)
+    : own_(std::make_unique<Own>(std::move(options))),
+      state_(
+          std::make_unique<HostState>(own_->options, HostLayer{own_->watch, own_->memory, own_->manners})) {
+    state_->checkOptions();
 }
 
-void HostState::armFaults(const FaultPlan& plan) {
-    const std::lock_guard lock(mutex_);
-    armed_ = plan;
-}
-
-void HostState::noteEnded(const Operation& operation) {
-    const std::lock_guard lock(mutex_);
-    lastCounted_ = operation.callsCounted();
-    lastFailed_ = operation.failedCall();
-}
-
-int HostState::lastCallsCounted() const {
-    const std::lock_guard lock(mutex_);
-    return lastCounted_;
-}
-
-std::string HostState::lastFailedCall() const {
-    const std::lock_guard lock(mutex_);
-    return lastFailed_;
-}
-
-Host::Host(HostOptions options) : state_(std::make_unique<HostState>()) {
-    checkOptions(options);
-    state_->options = std::move(options);
+Host::Host(HostOptions& options, const HostLayer& layer)
+    : state_(std::make_unique<HostState>(options, layer)) {
+    state_->checkOptions();
 }
 
 Host::~Host() = default;
@@ -83,44 +72,9 @@ Host::~Host() = default;
 HostOptions& Host::options() {
     return state_->options;
 }
+
 const HostOptions& Host::options() const {
     return state_->options;
-}
-
-void Host::armFaults(const FaultPlan& plan) {
-    state_->armFaults(plan);
-}
-int Host::callsCounted() const {
-    return state_->lastCallsCounted();
-}
-std::string Host::failedCallName() const {
-    return state_->lastFailedCall();
-}
-
-AuditReport Host::audit() const {
-    AuditReport report = state_->ledger.report();
-    const HandleBalance handles = state_->handles.balance();
-    report.liveHandles = handles.live;
-    report.liveLocks = handles.locks;
-    report.liveSuites = state_->suites.live();
-    const WorldBalance worlds = state_->worlds.balance();
-    report.liveWorlds = worlds.live;
-    report.leftByFault += worlds.leftByFault;
-    for (std::vector<std::string> damage : {state_->worlds.findDamage(), state_->handles.findDamage()}) {
-        report.guardDamage.insert(report.guardDamage.end(), damage.begin(), damage.end());
-    }
-    return report;
-}
-
-void Host::resetAudit() {
-    state_->ledger.reset();
-}
-
-std::vector<CallRecord> Host::calls() const {
-    return state_->ledger.calls();
-}
-void Host::clearCalls() {
-    state_->ledger.clearCalls();
 }
 
 } // namespace kovalune::host

@@ -1,23 +1,27 @@
-// The reference host: its options, memory pools, threads, suites and audit, shared by its sessions.
-// Several hosts may live in one process, and sessions of one host may render on several threads at once.
+// The reference host: its options, memory pools, threads and suites, shared by its sessions. Several hosts may live in
+// one process, and sessions of one host may render on several threads at once.
 #pragma once
 
-#include "host/Audit.h"
 #include "host/HostError.h"
 #include "host/Options.h"
 
+#include <concepts>
 #include <memory>
-#include <string>
-#include <vector>
 
 namespace kovalune::host {
 
+struct HostLayer;
 struct HostState;
 
 class Host {
 public:
     /// Throws HostError for options out of range.
     explicit Host(HostOptions options = {});
+
+    /// The options of a layer need the host that goes with them.
+    template <std::derived_from<HostOptions> Options>
+    explicit Host(const Options& options) = delete;
+
     ~Host();
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
@@ -27,28 +31,17 @@ public:
     HostOptions& options();
     const HostOptions& options() const;
 
-    /// The faults of the next operation; they are spent with it, also when none of them struck.
-    void armFaults(const FaultPlan& plan);
-
-    /// Of the operation that ended last: how many fallible host calls it made, and which one was made to
-    /// fail (empty: none). The results of run() and render() carry the same for their own operation.
-    int callsCounted() const;
-    std::string failedCallName() const;
-
-    /// Checks all guard bytes too, so nothing may be writing pixels meanwhile.
-    AuditReport audit() const;
-
-    /// Forgets misuse, damage and all counts of things whose frame or command has ended. Live memory and
-    /// suites stay counted.
-    void resetAudit();
-
-    std::vector<CallRecord> calls() const;
-    void clearCalls();
-
     /// For the host's own parts.
     HostState& state() const { return *state_; }
 
+protected:
+    /// With a layer over it. Options and layer outlive the host, whose options these are from here on.
+    Host(HostOptions& options, const HostLayer& layer);
+
 private:
+    struct Own;
+
+    std::unique_ptr<Own> own_; ///< null with a layer
     std::unique_ptr<HostState> state_;
 };
 

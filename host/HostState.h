@@ -1,46 +1,44 @@
 // The parts of a Host, as its callbacks use them.
 #pragma once
 
+#include "host/CallWatch.h"
 #include "host/Handles.h"
-#include "host/Ledger.h"
+#include "host/HostManners.h"
 #include "host/MemoryPool.h"
-#include "host/Operation.h"
+#include "host/MemoryWatch.h"
 #include "host/Options.h"
 #include "host/SuiteLedger.h"
 #include "host/ThreadPool.h"
 #include "host/Worlds.h"
 
-#include <mutex>
-#include <string>
-
 namespace kovalune::host {
 
-/// Throws HostError for values out of range.
-void checkOptions(const HostOptions& options);
+/// What a layer over the host puts in the place of the host's own watches and manners.
+struct HostLayer {
+    CallWatch& watch;
+    MemoryWatch& memory;
+    HostManners& manners;
+};
 
 struct HostState {
-    HostOptions options;
-    Ledger ledger;
+    HostState(HostOptions& hostOptions, const HostLayer& layer)
+        : options(hostOptions), watch(layer.watch), memory(layer.memory), manners(layer.manners) {}
+
+    HostOptions& options;
+    CallWatch& watch;
+    MemoryWatch& memory;
+    HostManners& manners;
     MemoryPool pool;
-    WorldStore worlds{pool, ledger};
-    HandleStore handles{pool, ledger};
+    WorldStore worlds{pool, memory, manners};
+    HandleStore handles{pool, memory, watch};
     SuiteLedger suites;
     ThreadPool threads;
 
+    /// Throws HostError for values out of range, those of the layer included.
+    void checkOptions() const;
+
     int threadCount() const;    ///< 1 to 64
     int iterationCount() const; ///< what PF_Iterations_ONCE_PER_PROCESSOR means
-
-    FaultPlan takePlan(); ///< the armed faults, which are spent with it
-    void armFaults(const FaultPlan& plan);
-    void noteEnded(const Operation& operation);
-    int lastCallsCounted() const;
-    std::string lastFailedCall() const;
-
-private:
-    mutable std::mutex mutex_;
-    FaultPlan armed_;
-    int lastCounted_ = 0;
-    std::string lastFailed_;
 };
 
 } // namespace kovalune::host

@@ -2,6 +2,7 @@
 // channels stand in the order alpha, red, green, blue; white is 255, 32768 or 1.0.
 #pragma once
 
+#include "host/ImageView.h"
 #include "hostapi/HostApi.h"
 
 #include <cstddef>
@@ -39,6 +40,14 @@ public:
     template <class Pixel>
     const Pixel& at(A_long x, A_long y) const {
         return static_cast<const Pixel*>(static_cast<const void*>(row(y)))[x];
+    }
+
+    /// The same pixels, for as long as the image keeps its size.
+    ImageView view() {
+        return {format_, width_, height_, bytes_.data(), static_cast<std::ptrdiff_t>(rowBytes_)};
+    }
+    ConstImageView view() const {
+        return {format_, width_, height_, bytes_.data(), static_cast<std::ptrdiff_t>(rowBytes_)};
     }
 
     /// Same format, size and bytes; a float NaN thus equals itself.

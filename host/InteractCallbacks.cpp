@@ -1,6 +1,6 @@
 #include "host/CallbackSupport.h"
-#include "host/Callbacks.h"
-#include "host/ParamTable.h"
+#include "host/CallbackTables.h"
+#include "host/ParamStore.h"
 
 #include <cstdint>
 #include <limits>
@@ -31,7 +31,7 @@ PF_Err checkoutParam(PF_ProgPtr ref, PF_ParamIndex index, A_long time, A_long st
             return PF_Err_INVALID_INDEX;
         }
         *param = context.definitionAt(index, hostTime(time, scale, context.host.options.timeScale));
-        writeExtraBytes(context, param);
+        handOver(context, param);
         context.paramCheckedOut(param);
         return PF_Err_NONE;
     });
@@ -42,10 +42,10 @@ PF_Err checkinParam(PF_ProgPtr ref, PF_ParamDef* param) {
         if (context.paramCheckedIn(param)) {
             return PF_Err_NONE;
         }
-        if (context.operation.faultStruck()) {
-            context.host.ledger.addStrayCheckin();
+        if (context.operation.anyRefused()) {
+            context.host.watch.strayCheckin();
         } else {
-            context.host.ledger.addMisuse("check-in of a parameter that is not checked out");
+            context.host.watch.misused("check-in of a parameter that is not checked out");
         }
         return PF_Err_BAD_CALLBACK_PARAM;
     };
@@ -57,7 +57,7 @@ PF_Err addParam(PF_ProgPtr ref, PF_ParamIndex index, PF_ParamDef* def) {
     const auto arguments = [&] { return joined(index, def != nullptr ? def->name : "null"); };
     return countedCall("add_param", ref, arguments, [&](CommandContext& context) -> PF_Err {
         if (context.command != PF_Cmd_PARAMS_SETUP) {
-            context.host.ledger.addMisuse("add_param outside of the parameter set-up");
+            context.host.watch.misused("add_param outside of the parameter set-up");
             return PF_Err_INVALID_CALLBACK;
         }
         return def == nullptr ? PF_Err_BAD_CALLBACK_PARAM : context.params.add(index, *def);
@@ -77,11 +77,7 @@ PF_Err abortRequested(PF_ProgPtr ref) {
 PF_Err progress(PF_ProgPtr ref, A_long current, A_long total) {
     const auto arguments = [&] { return joined(current, total); };
     return countedCall("progress", ref, arguments, [&](CommandContext& context) -> PF_Err {
-        const auto& observer = context.host.options.onProgress;
-        if (observer && !observer(current, total)) {
-            context.operation.cancel();
-        }
-        return context.operation.progressCancelled() ? PF_Interrupt_CANCEL : PF_Err_NONE;
+        return context.operation.goesOn(current, total) ? PF_Err_NONE : PF_Interrupt_CANCEL;
     });
 }
 

@@ -5,28 +5,11 @@
 #include <algorithm>
 #include <atomic>
 #include <mutex>
-#include <numeric>
-#include <random>
 #include <vector>
 
 namespace kovalune::host {
 
 namespace {
-
-/// Empty: the passes run in the order of their numbers.
-std::vector<A_long> passOrder(CommandContext& context, A_long count) {
-    if (!context.host.options.shuffleIterations) {
-        return {};
-    }
-    std::vector<A_long> order(static_cast<std::size_t>(count));
-    std::iota(order.begin(), order.end(), 0);
-    // std::shuffle is left to each library; this order is the same with all of them.
-    std::mt19937_64 random(context.host.options.shuffleSeed + context.operation.nextIterateCall());
-    for (std::size_t left = order.size(); left > 1; --left) {
-        std::swap(order[left - 1], order[static_cast<std::size_t>(random() % left)]);
-    }
-    return order;
-}
 
 /// The first code by number that a set of passes gave.
 class FirstFailure {
@@ -59,13 +42,13 @@ PF_Err runPass(CommandContext& context, PF_IterateGenericFunc pass, void* refcon
     try {
         return pass(refcon, slot, number, count);
     } catch (...) {
-        shielded([&] { context.host.ledger.addMisuse("an exception left an iterate_generic pass"); });
+        shielded([&] { context.host.watch.misused("an exception left an iterate_generic pass"); });
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     }
 }
 
 PF_Err runPasses(CommandContext& context, A_long count, void* refcon, PF_IterateGenericFunc pass) {
-    const std::vector<A_long> order = passOrder(context, count);
+    const std::vector<A_long> order = context.operation.passOrder(count);
     const int helpers = context.host.options.threaded ? context.host.threadCount() - 1 : 0;
     FirstFailure failure;
     context.host.threads.run(count, helpers, [&](int slot, int piece) {
@@ -90,9 +73,9 @@ PF_Err iterateGeneric(A_long iterations, void* refcon, PF_IterateGenericFunc pas
             return PF_Err_INVALID_CALLBACK;
         }
         logCall(*context, "iterate_generic", [&] { return joined(iterations); });
-        const std::optional<PF_Err> fault = context->operation.strike("iterate_generic");
-        if (fault && !context->operation.failsIterateAfter()) {
-            return *fault;
+        const std::optional<Refusal> refusal = context->operation.refusalOf("iterate_generic");
+        if (refusal && !refusal->afterPasses) {
+            return refusal->code;
         }
         if (pass == nullptr || iterations < PF_Iterations_ONCE_PER_PROCESSOR) {
             return PF_Err_BAD_CALLBACK_PARAM;
@@ -100,7 +83,7 @@ PF_Err iterateGeneric(A_long iterations, void* refcon, PF_IterateGenericFunc pas
         const A_long count =
             iterations == PF_Iterations_ONCE_PER_PROCESSOR ? context->host.iterationCount() : iterations;
         const PF_Err code = runPasses(*context, count, refcon, pass);
-        return fault.value_or(code);
+        return refusal ? refusal->code : code;
     });
 }
 

@@ -2,25 +2,53 @@
 
 #include "host/HostError.h"
 #include "host/HostState.h"
+#include "host/Image.h"
 #include "host/Rects.h"
 #include "host/WorldOps.h"
 
+#include <algorithm>
 #include <new>
 
 namespace kovalune::host {
 
-PF_Err makeLayerWorld(HostState& host, const Image& picture, const PF_LRect& place, PF_EffectWorld& world) {
-    WorldRequest request{picture.format(), place.right - place.left, place.bottom - place.top};
+namespace {
+
+/// The pixels of a view that stand at `place`, which lies inside it.
+ImageView partOf(const ImageView& view, const PF_LRect& place) {
+    std::byte* const first =
+        view.row(place.top) + static_cast<std::size_t>(place.left) * bytesPerPixel(view.format);
+    return {view.format, place.right - place.left, place.bottom - place.top, first, view.rowBytes};
+}
+
+} // namespace
+
+PF_Err makeLayerWorld(HostState& host, const LayerPicture& picture, const PF_LRect& place,
+                      PF_EffectWorld& world) {
+    const ImageView& pixels = picture.pixels;
+    const bool inside = isInside(place, wholeLongRect(pixels.width, pixels.height));
+    if (picture.inPlace && inside && !isEmpty(place)) {
+        return host.worlds.lend(partOf(pixels, place), world);
+    }
+    WorldRequest request{pixels.format, place.right - place.left, place.bottom - place.top};
     // Every pixel that the picture covers is about to be written anyway.
-    request.clear = !isInside(place, wholeLongRect(picture.width(), picture.height()));
+    request.clear = !inside;
     const PF_Err code = host.worlds.make(request, host.options, world);
     if (code != PF_Err_NONE) {
         return code;
     }
     if (const std::optional<WorldInfo> info = host.worlds.find(&world)) {
-        pictureToWorld(picture, place, *info);
+        pictureToWorld(pixels, place, *info);
     }
     return PF_Err_NONE;
+}
+
+PF_Err makeInputWorld(HostState& host, const LayerPicture& picture, const PF_LRect& place,
+                      PF_EffectWorld& world) {
+    const PF_Err code = makeLayerWorld(host, picture, place, world);
+    if (const std::optional<WorldInfo> info = host.worlds.find(&world); code == PF_Err_NONE && info) {
+        host.memory.inputLent(world.reserved_long4, *info);
+    }
+    return code;
 }
 
 void requireWorld(PF_Err code) {
@@ -32,40 +60,43 @@ void requireWorld(PF_Err code) {
     }
 }
 
-void dropInputWorld(HostState& host, const Image& picture, const PF_LRect& place,
-                    const PF_EffectWorld& world) {
-    const std::optional<WorldInfo> info = host.worlds.find(&world);
-    if (host.options.audit && info && !worldEqualsPicture(*info, place, picture)) {
-        host.ledger.addGuardDamage("the input's pixels were written");
+void dropInputWorld(HostState& host, const PF_EffectWorld& world) {
+    if (const std::optional<WorldInfo> info = host.worlds.find(&world)) {
+        host.memory.inputBack(world.reserved_long4, *info);
     }
     host.worlds.dispose(world, false, host.options);
 }
 
-LegacyWorlds::LegacyWorlds(HostState& host, const Image& input, const Image& output)
-    : host_(host), input_(input), place_(wholeLongRect(input.width(), input.height())) {
+void takeLayer(HostState& host, const PF_EffectWorld& world, const PF_LRect& place,
+               const LayerPicture& picture) {
+    std::optional<WorldInfo> info = host.worlds.find(&world);
+    if (!info || info->foreign) {
+        return;
+    }
+    // Only what was promised counts, even if the world was made larger.
+    info->width = std::min(info->width, place.right - place.left);
+    info->height = std::min(info->height, place.bottom - place.top);
+    worldToPicture(*info, place, picture.pixels);
+}
+
+LegacyWorlds::LegacyWorlds(HostState& host, const LayerPicture& input, const LayerPicture& output)
+    : host_(host), input_(input), output_(output),
+      place_(wholeLongRect(input.pixels.width, input.pixels.height)) {
     try {
-        make(output);
+        make();
     } catch (...) {
         drop();
         throw;
     }
 }
 
-void LegacyWorlds::make(const Image& output) {
-    const PF_LRect outputPlace{0, 0, place_.right + host_.options.outputWidthDelta,
-                               place_.bottom + host_.options.outputHeightDelta};
-    requireWorld(makeLayerWorld(host_, input_, place_, inputWorld));
-    requireWorld(makeLayerWorld(host_, output, outputPlace, outputWorld));
-}
-
-void LegacyWorlds::takeOutput(Image& output) const {
-    if (const std::optional<WorldInfo> info = host_.worlds.find(&outputWorld)) {
-        worldToPicture(*info, place_, output);
-    }
+void LegacyWorlds::make() {
+    requireWorld(makeInputWorld(host_, input_, place_, inputWorld));
+    requireWorld(makeLayerWorld(host_, output_, host_.manners.outputPlace(place_), outputWorld));
 }
 
 void LegacyWorlds::drop() {
-    dropInputWorld(host_, input_, place_, inputWorld);
+    dropInputWorld(host_, inputWorld);
     host_.worlds.dispose(outputWorld, false, host_.options);
 }
 

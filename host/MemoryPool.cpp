@@ -1,7 +1,5 @@
 #include "host/MemoryPool.h"
 
-#include "host/Guard.h"
-
 #include <limits>
 #include <new>
 
@@ -10,7 +8,6 @@ namespace kovalune::host {
 namespace {
 
 constexpr std::size_t kAlignment = 64;
-constexpr std::size_t kGuardBytes = 64;
 
 std::byte* allocate(std::size_t bytes) {
     return static_cast<std::byte*>(::operator new (bytes, std::align_val_t{kAlignment}, std::nothrow));
@@ -20,32 +17,7 @@ void release(std::byte* base) {
     ::operator delete (base, std::align_val_t{kAlignment});
 }
 
-std::size_t frontBytes(const MemoryBlock& block) {
-    return static_cast<std::size_t>(block.payload - block.base);
-}
-
-void openGuards(const MemoryBlock& block) {
-    openMemory(block.base, frontBytes(block));
-    openMemory(block.payload + block.payloadBytes, kGuardBytes);
-}
-
-void closeGuards(const MemoryBlock& block) {
-    closeMemory(block.base, frontBytes(block));
-    closeMemory(block.payload + block.payloadBytes, kGuardBytes);
-}
-
 } // namespace
-
-bool MemoryBlock::guardsIntact() const {
-    if (!guarded) {
-        return true;
-    }
-    openGuards(*this);
-    const bool intact = bytesIntact(base, frontBytes(*this), kGuardByte) &&
-                        bytesIntact(payload + payloadBytes, kGuardBytes, kGuardByte);
-    closeGuards(*this);
-    return intact;
-}
 
 MemoryPool::~MemoryPool() {
     for (const auto& [capacity, base] : free_) {
@@ -68,15 +40,13 @@ std::byte* MemoryPool::takePooled(std::size_t needed, std::size_t& capacity) {
 }
 
 MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
-    const std::size_t front = (policy.audit ? kGuardBytes : 0) + policy.dataOffset;
-    const std::size_t back = policy.audit ? kGuardBytes : 0;
     if (bytes > std::numeric_limits<std::size_t>::max() / 2) {
         return {};
     }
-    const std::size_t needed = front + bytes + back;
+    const std::size_t needed = policy.dataOffset + bytes + policy.tailBytes;
     MemoryBlock block;
     block.capacity = needed == 0 ? 1 : needed;
-    if (!policy.audit) {
+    if (!policy.fresh) {
         block.base = takePooled(block.capacity, block.capacity);
     }
     if (block.base == nullptr) {
@@ -85,14 +55,8 @@ MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
     if (block.base == nullptr) {
         return {};
     }
-    block.payload = block.base + front;
+    block.payload = block.base + policy.dataOffset;
     block.payloadBytes = bytes;
-    block.guarded = policy.audit;
-    if (block.guarded) {
-        fillBytes(block.base, front, kGuardByte);
-        fillBytes(block.payload + bytes, back, kGuardByte);
-        closeGuards(block);
-    }
     return block;
 }
 
@@ -100,9 +64,7 @@ void MemoryPool::give(const MemoryBlock& block, const BlockPolicy& policy) {
     if (block.base == nullptr) {
         return;
     }
-    if (block.guarded) {
-        openGuards(block);
-    } else if (!policy.audit) {
+    if (!policy.fresh) {
         const std::lock_guard lock(mutex_);
         if (block.capacity <= policy.poolCapBytes && freeBytes_ <= policy.poolCapBytes - block.capacity) {
             free_.emplace(block.capacity, block.base);

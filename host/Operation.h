@@ -1,46 +1,55 @@
-// The faults of one operation and the count of its fallible host calls. An operation is the set-up of a
-// session, one command, or one render with both of its commands; it may run on several threads.
+// One operation of a session: its set-up, one command, or one render with both of its commands. It carries the
+// progress of that operation and whether it was cancelled; a layer over the host may derive from it and refuse calls.
+// An operation may run on several threads.
 #pragma once
 
-#include "host/Options.h"
+#include "hostapi/HostApi.h"
 
 #include <atomic>
-#include <mutex>
+#include <functional>
 #include <optional>
-#include <string>
+#include <utility>
+#include <vector>
 
 namespace kovalune::host {
 
+/// How far an operation is, as the effect reports it; false cancels. Must bear several threads at once.
+using ProgressFunction = std::function<bool(int current, int total)>;
+
+/// Why a host call does not do what it was called for.
+struct Refusal {
+    PF_Err code = PF_Err_NONE;
+    bool afterPasses = false; ///< an iterate_generic runs its passes first
+};
+
 class Operation {
 public:
-    explicit Operation(const FaultPlan& plan) : plan_(plan) {}
+    explicit Operation(ProgressFunction onProgress = {}) : onProgress_(std::move(onProgress)) {}
+    virtual ~Operation() = default;
+    Operation(const Operation&) = delete;
+    Operation& operator=(const Operation&) = delete;
 
-    /// Counts one fallible call; the code if this is the call that is to fail.
-    std::optional<PF_Err> strike(const char* call);
+    /// Asked once for every fallible host call.
+    [[nodiscard]] virtual std::optional<Refusal> refusalOf(const char* /*call*/) { return std::nullopt; }
+    virtual bool anyRefused() const { return false; }
 
-    /// Counts one progress call; true from the planned one on, and after cancel().
-    bool progressCancelled();
+    /// The order in which the passes of an iterate_generic begin; empty: that of their numbers.
+    virtual std::vector<A_long> passOrder(A_long /*passes*/) { return {}; }
+
+    /// What the effect reports; false: it is to end.
+    virtual bool goesOn(A_long current, A_long total) {
+        if (onProgress_ && !onProgress_(current, total)) {
+            cancel();
+        }
+        return !cancelled();
+    }
 
     void cancel() { cancelled_ = true; }
     bool cancelled() const { return cancelled_; }
 
-    bool failsIterateAfter() const { return plan_.failIterateAfter; }
-    int callsCounted() const { return counted_; }
-    std::string failedCall() const;
-    bool faultStruck() const { return faultStruck_; }
-
-    /// Numbers the iterate_generic calls from 0, so that each is shuffled in its own way.
-    unsigned nextIterateCall() { return iterateCalls_++; }
-
 private:
-    const FaultPlan plan_;
-    std::atomic<int> counted_{0};
-    std::atomic<int> progressCalls_{0};
-    std::atomic<unsigned> iterateCalls_{0};
+    const ProgressFunction onProgress_;
     std::atomic<bool> cancelled_{false};
-    std::atomic<bool> faultStruck_{false};
-    mutable std::mutex mutex_;
-    std::string failedCall_;
 };
 
 } // namespace kovalune::host

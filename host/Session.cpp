@@ -13,7 +13,7 @@ void Session::State::adopt(PF_Handle& kept, PF_Handle given, bool ended) {
     const PF_Handle old = kept;
     if (given != nullptr && !host.handles.isLive(given)) {
         if (given != old) {
-            host.ledger.addMisuse("data handed to the host that is no handle");
+            host.watch.misused("data handed to the host that is no handle");
         }
         given = nullptr;
     }
@@ -73,23 +73,22 @@ void Session::State::requireOpen() const {
 }
 
 Session::Session(Host& host, EffectModule& module) : state_(std::make_unique<State>(host.state(), module)) {
-    checkOptions(host.options());
-    Operation operation(state_->host.takePlan());
+    state_->host.checkOptions();
+    const std::unique_ptr<Operation> operation = state_->host.watch.beginOperation({});
     Invocation invocation;
     invocation.command = PF_Cmd_GLOBAL_SETUP;
-    state_->setup = state_->send(operation, invocation);
+    state_->setup = state_->send(*operation, invocation);
     if (state_->setup.ok()) {
         state_->globalUp = true;
         state_->effectVersion = state_->setup.out.my_version;
         state_->outFlags = state_->setup.out.out_flags;
         state_->outFlags2 = state_->setup.out.out_flags2;
         invocation.command = PF_Cmd_PARAMS_SETUP;
-        state_->setup = state_->send(operation, invocation);
+        state_->setup = state_->send(*operation, invocation);
         if (state_->setup.ok() && state_->setup.out.num_params != state_->params.size()) {
-            state_->host.ledger.addMisuse("num_params is not the number of registered parameters");
+            state_->host.watch.misused("num_params is not the number of registered parameters");
         }
     }
-    state_->host.noteEnded(operation);
 }
 
 Session::~Session() {
@@ -109,7 +108,7 @@ CommandResult Session::close() {
     if (sequenceData() != nullptr) {
         result = run(PF_Cmd_SEQUENCE_SETDOWN);
     }
-    if (state_->globalUp && state_->host.options.globalSetdownAtEnd) {
+    if (state_->globalUp && state_->module.setDown() == SetDown::kWithSession) {
         result = run(PF_Cmd_GLOBAL_SETDOWN);
     }
     state_->closed = true;
@@ -118,15 +117,14 @@ CommandResult Session::close() {
 
 CommandResult Session::run(PF_Cmd command, void* extra, const CommandHook& prepare, A_long time) {
     state_->requireOpen();
-    checkOptions(state_->host.options);
-    Operation operation(state_->host.takePlan());
+    state_->host.checkOptions();
+    const std::unique_ptr<Operation> operation = state_->host.watch.beginOperation({});
     Invocation invocation;
     invocation.command = command;
     invocation.extra = extra;
     invocation.prepare = prepare;
     invocation.time = time;
-    CommandResult result = state_->send(operation, std::move(invocation));
-    state_->host.noteEnded(operation);
+    CommandResult result = state_->send(*operation, std::move(invocation));
     return result;
 }
 
@@ -153,7 +151,7 @@ std::vector<std::byte> Session::sequenceBytes() const {
 
 void Session::setSequenceBytes(const std::vector<std::byte>& bytes) {
     state_->requireOpen();
-    checkOptions(state_->host.options);
+    state_->host.checkOptions();
     HandleStore& handles = state_->host.handles;
     PF_Handle made = nullptr;
     if (!bytes.empty()) {

@@ -6,6 +6,8 @@
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Image.h"
+#include "host/ImageView.h"
+#include "host/Operation.h"
 #include "host/ParamValue.h"
 #include "hostapi/HostApi.h"
 
@@ -28,6 +30,9 @@ struct RenderRequest {
     std::optional<PF_LRect> rect;      ///< Smart: what is asked for; default: the whole picture
     std::optional<PF_Rect> extentHint; ///< Legacy; default: the whole picture
     std::optional<PF_Quality> quality; ///< default: HostOptions::quality
+
+    /// How far the frame is, as the effect reports it; false cancels this frame alone. Must bear several threads at once.
+    ProgressFunction onProgress;
 };
 
 /// Of a render; the inherited members are those of the command that ended it.
@@ -57,8 +62,8 @@ public:
     A_long outFlags() const;
     A_long outFlags2() const;
 
-    /// Ends the sequence and sends PF_Cmd_GLOBAL_SETDOWN where the set-up went that far and the options ask
-    /// for it. Only the first call does anything; no command may follow. Throws HostError like run().
+    /// Ends the sequence and sends PF_Cmd_GLOBAL_SETDOWN where the set-up went that far and the module
+    /// asks for it. Only the first call does anything; no command may follow. Throws HostError like run().
     CommandResult close();
 
     /// Any command, with the parameter array as it stands at `time` (none for the set-up and smart commands).
@@ -118,6 +123,13 @@ public:
     /// A render sends its render commands and nothing else: no PF_Cmd_FRAME_SETUP and PF_Cmd_FRAME_SETDOWN
     /// stand around PF_Cmd_RENDER, and whether a sequence was set up before is the caller's affair.
     RenderResult render(const Image& input, Image& output, const RenderRequest& request = {});
+
+    /// The same on pictures in the caller's memory, both of one format and size: what the effect reads and writes is that
+    /// very memory, so that HostOptions' layout of rows does not count. (A result that reaches beyond the picture gets a
+    /// world of the host's own, and what is common is copied.) Throws HostError also for views that checkView refuses and
+    /// where input and output have pixels in common.
+    RenderResult render(const ConstImageView& input, const ImageView& output,
+                        const RenderRequest& request = {});
 
 private:
     struct State;

@@ -11,26 +11,25 @@ namespace kovalune::host {
 
 namespace {
 
-void checkSide(A_long side, const HostOptions& options) {
-    if (side == 0 && !options.allowEmpty) {
+void checkSide(A_long side, const SideLimits& sides) {
+    if (side < sides.smallest) {
         throw HostError("an empty picture cannot be rendered");
     }
-    if (side > PF_MAX_WORLD_WIDTH && !options.allowHuge) {
-        throw HostError("a picture of more than " + std::to_string(PF_MAX_WORLD_WIDTH) +
+    if (side > sides.largest) {
+        throw HostError("a picture of more than " + std::to_string(sides.largest) +
                         " pixels on a side cannot be rendered");
     }
 }
 
-void checkPictures(const Image& input, Image& output, const HostOptions& options) {
-    checkSide(input.width(), options);
-    checkSide(input.height(), options);
-    if (output.empty()) {
-        output = Image(input.format(), input.width(), input.height());
-    }
-    if (output.format() != input.format() || output.width() != input.width() ||
-        output.height() != input.height()) {
+void checkAlike(const ConstImageView& input, const ConstImageView& output) {
+    if (output.format != input.format || output.width != input.width || output.height != input.height) {
         throw HostError("input and output differ in format or size");
     }
+}
+
+/// The interface has no worlds to read only; the host itself writes nothing of an input.
+ImageView withoutConst(const ConstImageView& view) {
+    return {view.format, view.width, view.height, const_cast<std::byte*>(view.data), view.rowBytes};
 }
 
 void checkScale(const PF_RationalScale& scale) {
@@ -57,9 +56,9 @@ bool cornersWithinReach(const PF_LRect& rect) {
     return reachable(rect.left) && reachable(rect.top) && reachable(rect.right) && reachable(rect.bottom);
 }
 
-PF_RenderRequest smartRequest(const Image& input, const RenderRequest& request) {
+PF_RenderRequest smartRequest(const ImageView& input, const RenderRequest& request) {
     PF_RenderRequest smart{};
-    smart.rect = request.rect.value_or(wholeLongRect(input.width(), input.height()));
+    smart.rect = request.rect.value_or(wholeLongRect(input.width, input.height));
     smart.field = PF_Field_FRAME;
     smart.channel_mask = PF_ChannelMask_ARGB;
     return smart;
@@ -97,8 +96,8 @@ private:
         } else if (target_.host.handles.isLive(handle())) {
             target_.host.handles.dispose(handle(), target_.host.options);
         } else {
-            target_.host.ledger.addMisuse("pre-render data that are neither a live handle nor come with a "
-                                          "delete function");
+            target_.host.watch.misused("pre-render data that are neither a live handle nor come with a "
+                                       "delete function");
         }
     }
 
@@ -112,29 +111,30 @@ void takeResult(RenderResult& result, const CommandResult& command) {
     static_cast<CommandResult&>(result) = command;
 }
 
-bool rendersResult(const HostOptions& options, const PF_PreRenderOutput& promised) {
-    return !isEmpty(promised.result_rect) || options.allowEmpty;
+bool rendersResult(const HostState& host, const PF_PreRenderOutput& promised) {
+    return !isEmpty(promised.result_rect) || host.manners.sides().allowEmpty();
 }
 
 /// A code ends the frame, with the misuse booked: for what is to be rendered, no world can be made.
 PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_LRect& request) {
     const PF_LRect& result = output.result_rect;
     const auto refused = [&host](const char* text) -> PF_Err {
-        host.ledger.addMisuse(text);
+        host.watch.misused(text);
         return PF_Err_INTERNAL_STRUCT_DAMAGED;
     };
     if (!cornersWithinReach(result)) {
         return refused("the pre-render's result is out of all bounds");
     }
-    if (!worldSizeAllowed(result.right - result.left, result.bottom - result.top, host.options)) {
+    const SideLimits sides = host.manners.sides();
+    if (!sides.allow(result.right - result.left) || !sides.allow(result.bottom - result.top)) {
         return refused("the pre-render's result is of a size that no world has");
     }
     const bool extraPixels = (output.flags & PF_RenderOutputFlag_RETURNS_EXTRA_PIXELS) != 0;
     if (!extraPixels && !isInside(result, request)) {
-        host.ledger.addMisuse("the pre-render's result exceeds the request");
+        host.watch.misused("the pre-render's result exceeds the request");
     }
     if (!isInside(result, output.max_result_rect)) {
-        host.ledger.addMisuse("the pre-render's result exceeds its largest result");
+        host.watch.misused("the pre-render's result exceeds its largest result");
     }
     return PF_Err_NONE;
 }
@@ -142,9 +142,10 @@ PF_Err acceptRects(HostState& host, const PF_PreRenderOutput& output, const PF_L
 /// One frame by the two smart commands.
 class SmartRender {
 public:
-    SmartRender(const CommandTarget& target, Operation& operation, const Invocation& base, const Image& input,
-                Image& output)
-        : target_(target), operation_(operation), base_(base), output_(output), frame_(target.host, input) {
+    SmartRender(const CommandTarget& target, Operation& operation, const Invocation& base,
+                const LayerPicture& input, const LayerPicture& output)
+        : target_(target), operation_(operation), base_(base),
+          bitsPerChannel_(bitsPerChannel(output.pixels.format)), frame_(target.host, input, output) {
         base_.smart = &frame_;
     }
 
@@ -156,7 +157,7 @@ public:
         result_.resultRect = promised.result_rect;
         result_.maxResultRect = promised.max_result_rect;
         result_.layerRequest = frame_.lastRequest();
-        if (!result_.ok() || !rendersResult(target_.host.options, promised)) {
+        if (!result_.ok() || !rendersResult(target_.host, promised)) {
             return result_;
         }
         result_.code = acceptRects(target_.host, promised, request.rect);
@@ -170,7 +171,7 @@ private:
     void preRender(const PF_RenderRequest& request, PF_PreRenderOutput& promised) {
         PF_PreRenderInput input{};
         input.output_request = request;
-        input.bitdepth = bitsPerChannel(output_.format());
+        input.bitdepth = bitsPerChannel_;
         PF_PreRenderExtra extra{&input, &promised, preRenderCallbacks()};
         Invocation invocation = base_;
         invocation.command = PF_Cmd_SMART_PRE_RENDER;
@@ -180,10 +181,10 @@ private:
 
     void render(const PF_RenderRequest& request, void* data) {
         const PF_LRect place = result_.resultRect;
-        requireWorld(frame_.makeOutput(output_, place));
+        requireWorld(frame_.makeOutput(place));
         PF_SmartRenderInput input{};
         input.output_request = request;
-        input.bitdepth = bitsPerChannel(output_.format());
+        input.bitdepth = bitsPerChannel_;
         input.pre_render_data = data;
         PF_SmartRenderExtra extra{&input, smartRenderCallbacks()};
         Invocation invocation = base_;
@@ -191,19 +192,19 @@ private:
         invocation.extra = &extra;
         takeResult(result_, sendCommand(target_, operation_, invocation, &result_.renderSeconds));
         result_.rendered = true;
-        frame_.takeOutput(output_, place);
+        frame_.takeOutput(place);
     }
 
     CommandTarget target_;
     Operation& operation_;
     Invocation base_;
-    Image& output_;
+    const short bitsPerChannel_;
     SmartFrame frame_;
     RenderResult result_;
 };
 
 RenderResult legacyRender(const CommandTarget& target, Operation& operation, Invocation invocation,
-                          const Image& input, Image& output) {
+                          const LayerPicture& input, const LayerPicture& output) {
     LegacyWorlds worlds(target.host, input, output);
     PF_EffectWorld outputWorld = worlds.outputWorld;
     invocation.command = PF_Cmd_RENDER;
@@ -212,45 +213,65 @@ RenderResult legacyRender(const CommandTarget& target, Operation& operation, Inv
     RenderResult result;
     takeResult(result, sendCommand(target, operation, invocation, &result.renderSeconds));
     result.rendered = true;
-    worlds.takeOutput(output);
+    worlds.takeOutput();
     return result;
 }
 
 } // namespace
 
-RenderResult Session::render(const Image& input, Image& output, const RenderRequest& request) {
-    const HostOptions& options = state_->host.options;
-    state_->requireOpen();
-    checkOptions(options);
-    checkPictures(input, output, options);
+RenderResult Session::State::renderLayers(const LayerPicture& input, const LayerPicture& output,
+                                          const RenderRequest& request) {
+    const A_long width = input.pixels.width;
+    const A_long height = input.pixels.height;
+    Invocation base;
+    base.time = request.time;
+    base.handles = currentHandles();
+    base.quality = request.quality.value_or(host.options.quality);
+    base.width = fullSize(width, request.downsampleX);
+    base.height = fullSize(height, request.downsampleY);
+    base.extentHint = request.extentHint.value_or(wholeRect(width, height));
+    base.downsampleX = request.downsampleX;
+    base.downsampleY = request.downsampleY;
+
+    const std::unique_ptr<Operation> operation = host.watch.beginOperation(request.onProgress);
+    if (request.flow == RenderFlow::kLegacy) {
+        return legacyRender(target(), *operation, base, input, output);
+    }
+    return SmartRender(target(), *operation, base, input, output).run(smartRequest(input.pixels, request));
+}
+
+void Session::State::checkRender(A_long width, A_long height, const RenderRequest& request) const {
+    requireOpen();
+    host.checkOptions();
+    const SideLimits sides = host.manners.sides();
+    checkSide(width, sides);
+    checkSide(height, sides);
     checkScale(request.downsampleX);
     checkScale(request.downsampleY);
     if (request.rect && !withinReach(*request.rect)) {
         throw HostError("the request is out of all bounds");
     }
+}
 
-    Invocation base;
-    base.time = request.time;
-    base.handles = state_->currentHandles();
-    base.quality = request.quality.value_or(options.quality);
-    base.width = fullSize(input.width(), request.downsampleX);
-    base.height = fullSize(input.height(), request.downsampleY);
-    base.extentHint = request.extentHint.value_or(wholeRect(input.width(), input.height()));
-    base.downsampleX = request.downsampleX;
-    base.downsampleY = request.downsampleY;
-
-    Operation operation(state_->host.takePlan());
-    RenderResult result;
-    if (request.flow == RenderFlow::kLegacy) {
-        result = legacyRender(state_->target(), operation, base, input, output);
-    } else {
-        result =
-            SmartRender(state_->target(), operation, base, input, output).run(smartRequest(input, request));
+RenderResult Session::render(const Image& input, Image& output, const RenderRequest& request) {
+    state_->checkRender(input.width(), input.height(), request);
+    if (output.empty()) {
+        output = Image(input.format(), input.width(), input.height());
     }
-    result.callsCounted = operation.callsCounted();
-    result.failedCall = operation.failedCall();
-    state_->host.noteEnded(operation);
-    return result;
+    checkAlike(input.view(), output.view());
+    return state_->renderLayers({withoutConst(input.view())}, {output.view()}, request);
+}
+
+RenderResult Session::render(const ConstImageView& input, const ImageView& output,
+                             const RenderRequest& request) {
+    checkView(input, "input");
+    checkView(output, "output");
+    state_->checkRender(input.width, input.height, request);
+    checkAlike(input, output);
+    if (overlap(input, output)) {
+        throw HostError("input and output share memory");
+    }
+    return state_->renderLayers({withoutConst(input), true}, {output, true}, request);
 }
 
 } // namespace kovalune::host

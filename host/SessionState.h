@@ -3,7 +3,8 @@
 
 #include "host/CommandRunner.h"
 #include "host/HostState.h"
-#include "host/ParamTable.h"
+#include "host/LayerWorlds.h"
+#include "host/ParamStore.h"
 #include "host/Session.h"
 
 #include <mutex>
@@ -15,7 +16,7 @@ struct Session::State {
 
     HostState& host;
     EffectModule& module;
-    ParamTable params;
+    ParamStore params;
     CommandResult setup;
     A_u_long effectVersion = 0;
     A_long outFlags = 0;
@@ -31,9 +32,14 @@ struct Session::State {
     void adoptHandles(const CommandResult& result);
 
     /// Sends a command that is no part of a render, as a part of `operation`.
-    CommandResult send(Operation& operation, Invocation invocation);
+    [[nodiscard]] CommandResult send(Operation& operation, Invocation invocation);
 
     void requireOpen() const; ///< throws HostError
+
+    /// Throws HostError as Session::render says.
+    void checkRender(A_long width, A_long height, const RenderRequest& request) const;
+    RenderResult renderLayers(const LayerPicture& input, const LayerPicture& output,
+                              const RenderRequest& request);
 
     mutable std::mutex mutex; ///< guards what follows
     EffectHandles handles;

@@ -1,5 +1,5 @@
 #include "host/CallbackSupport.h"
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
 #include "host/SmartFrame.h"
 
 namespace kovalune::host {
@@ -7,7 +7,7 @@ namespace kovalune::host {
 namespace {
 
 PF_Err outsideOfItsCommand(CommandContext& context, const char* call) {
-    context.host.ledger.addMisuse(joined(call, "outside of its command"));
+    context.host.watch.misused(joined(call, "outside of its command"));
     return PF_Err_INVALID_CALLBACK;
 }
 
@@ -28,7 +28,7 @@ PF_Err checkoutLayer(PF_ProgPtr ref, PF_ParamIndex index, A_long id, const PF_Re
             return PF_Err_INVALID_INDEX;
         }
         const PF_ParamDef param = context.params.definitionAt(index, 0);
-        writeExtraBytes(context, result);
+        handOver(context, result);
         return context.smart->checkoutLayer(index, id, *request, param, *result);
     });
 }
@@ -71,7 +71,7 @@ PF_Err checkoutOutput(PF_ProgPtr ref, PF_EffectWorld** output) {
         if (output == nullptr) {
             return PF_Err_BAD_CALLBACK_PARAM;
         }
-        *output = context.host.options.nullOutputWorld ? nullptr : context.smart->output();
+        *output = context.host.manners.givesOutputWorld() ? context.smart->output() : nullptr;
         return PF_Err_NONE;
     });
 }

@@ -1,9 +1,7 @@
 #include "host/SmartFrame.h"
 
 #include "host/HostState.h"
-#include "host/LayerWorlds.h"
 #include "host/Rects.h"
-#include "host/WorldOps.h"
 
 namespace kovalune::host {
 
@@ -16,31 +14,18 @@ SmartFrame::~SmartFrame() {
         }
         dropPixels(layer);
     }
-    host_.ledger.leaveLayerCheckouts(open, excused);
+    host_.watch.layersLeftOut(open, excused);
     if (hasOutput_) {
         host_.worlds.dispose(output_, false, host_.options);
     }
 }
 
-PF_Err SmartFrame::makeOutput(const Image& output, const PF_LRect& place) {
-    const PF_LRect sized{place.left, place.top, place.right + host_.options.outputWidthDelta,
-                         place.bottom + host_.options.outputHeightDelta};
-    const PF_Err code = makeLayerWorld(host_, output, sized, output_);
+PF_Err SmartFrame::makeOutput(const PF_LRect& place) {
+    const PF_Err code = makeLayerWorld(host_, outputPicture_, host_.manners.outputPlace(place), output_);
     hasOutput_ = code == PF_Err_NONE;
     output_.origin_x = place.left;
     output_.origin_y = place.top;
     return code;
-}
-
-/// Only what was promised counts, even if the world was made larger.
-void SmartFrame::takeOutput(Image& output, const PF_LRect& place) const {
-    std::optional<WorldInfo> info = host_.worlds.find(&output_);
-    if (!info) {
-        return;
-    }
-    info->width = std::min(info->width, place.right - place.left);
-    info->height = std::min(info->height, place.bottom - place.top);
-    worldToPicture(*info, place, output);
 }
 
 PF_LRect SmartFrame::lastRequest() const {
@@ -54,12 +39,13 @@ PF_Err SmartFrame::checkoutLayer(PF_ParamIndex index, A_long id, const PF_Render
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     // A layer parameter other than the input has no layer here.
-    const PF_LRect whole = index == 0 ? wholeLongRect(input_.width(), input_.height()) : wholeLongRect(0, 0);
+    const PF_LRect whole =
+        index == 0 ? wholeLongRect(input_.pixels.width, input_.pixels.height) : wholeLongRect(0, 0);
     const std::lock_guard lock(mutex_);
     Layer layer;
     layer.place = intersection(request.rect, whole);
     if (!layers_.emplace(id, layer).second) {
-        host_.ledger.addMisuse("checkout_layer with a checkout id that is in use");
+        host_.watch.misused("checkout_layer with a checkout id that is in use");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     lastRequest_ = request.rect;
@@ -74,10 +60,10 @@ PF_Err SmartFrame::checkoutLayer(PF_ParamIndex index, A_long id, const PF_Render
 }
 
 PF_Err SmartFrame::makePixels(Layer& layer) {
-    if (isEmpty(layer.place) && !host_.options.allowEmpty) {
+    if (isEmpty(layer.place) && !host_.manners.sides().allowEmpty()) {
         return PF_Err_NONE;
     }
-    const PF_Err code = makeLayerWorld(host_, input_, layer.place, layer.world);
+    const PF_Err code = makeInputWorld(host_, input_, layer.place, layer.world);
     layer.hasWorld = code == PF_Err_NONE;
     layer.world.origin_x = layer.place.left;
     layer.world.origin_y = layer.place.top;
@@ -86,7 +72,7 @@ PF_Err SmartFrame::makePixels(Layer& layer) {
 
 void SmartFrame::dropPixels(Layer& layer) {
     if (layer.hasWorld) {
-        dropInputWorld(host_, input_, layer.place, layer.world);
+        dropInputWorld(host_, layer.world);
     }
     layer.hasWorld = false;
 }
@@ -95,11 +81,11 @@ PF_Err SmartFrame::checkoutPixels(A_long id, PF_EffectWorld*& pixels) {
     const std::lock_guard lock(mutex_);
     const auto found = layers_.find(id);
     if (found == layers_.end() || found->second.out) {
-        host_.ledger.addMisuse("checkout_layer_pixels of a layer that is unknown or checked out already");
+        host_.watch.misused("checkout_layer_pixels of a layer that is unknown or checked out already");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     Layer& layer = found->second;
-    if (!host_.options.nullInputWorld) {
+    if (host_.manners.givesInputWorld()) {
         if (const PF_Err code = makePixels(layer); code != PF_Err_NONE) {
             return code;
         }
@@ -114,7 +100,7 @@ PF_Err SmartFrame::checkinPixels(A_long id) {
     const std::lock_guard lock(mutex_);
     const auto found = layers_.find(id);
     if (found == layers_.end() || !found->second.out) {
-        host_.ledger.addMisuse("check-in of a layer that is not checked out");
+        host_.watch.misused("check-in of a layer that is not checked out");
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     found->second.out = false;

@@ -1,6 +1,6 @@
 #include "host/AnsiCallbacks.h"
 #include "host/CallbackSupport.h"
-#include "host/Callbacks.h"
+#include "host/CallbackTables.h"
 #include "host/ColorConversion.h"
 #include "host/HandleCallbacks.h"
 #include "host/Iterate.h"
@@ -13,7 +13,7 @@ namespace kovalune::host {
 void bookUnsupported(const char* call) noexcept {
     shielded([&] {
         if (CommandContext* context = currentContext()) {
-            context->host.ledger.addMisuse(std::string(call) + " is not a function of this host");
+            context->host.watch.misused(std::string(call) + " is not a function of this host");
         }
     });
 }

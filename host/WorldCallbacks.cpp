@@ -17,7 +17,7 @@ std::string sizeText(const PF_EffectWorld* world) {
 }
 
 PF_Err misused(CommandContext& context, const std::string& text) {
-    context.host.ledger.addMisuse(text);
+    context.host.watch.misused(text);
     return PF_Err_BAD_CALLBACK_PARAM;
 }
 
@@ -28,7 +28,7 @@ PF_Err newWorld(const char* call, PF_ProgPtr ref, WorldRequest request, PF_Effec
             return misused(context, joined(call, "with a null world or an unknown format"));
         }
         request.effectMade = true;
-        writeExtraBytes(context, world);
+        handOver(context, world);
         return context.host.worlds.make(request, context.host.options, *world);
     });
 }
@@ -107,7 +107,7 @@ PF_Err getPixelFormat(const PF_EffectWorld* world, PF_PixelFormat* format) {
         if (!info || format == nullptr) {
             return misused(context, "PF_GetPixelFormat of an unknown world");
         }
-        *format = context.host.options.forcePixelFormat.value_or(info->format);
+        *format = context.host.manners.formatTold(info->format);
         return PF_Err_NONE;
     });
 }

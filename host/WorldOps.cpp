@@ -1,5 +1,6 @@
 #include "host/WorldOps.h"
 
+#include "host/Image.h"
 #include "host/Rects.h"
 
 #include <array>
@@ -10,8 +11,7 @@ namespace kovalune::host {
 namespace {
 
 std::byte* pixelAt(const WorldInfo& world, A_long x, A_long y) {
-    return world.data + static_cast<std::size_t>(y) * world.rowBytes +
-           static_cast<std::size_t>(x) * bytesPerPixel(world.format);
+    return world.data + y * world.rowBytes + static_cast<std::size_t>(x) * bytesPerPixel(world.format);
 }
 
 PF_LRect rectOrWhole(const PF_Rect* rect, const WorldInfo& world) {
@@ -42,10 +42,11 @@ std::array<std::byte, kMostPixelBytes> encodedColour(PF_PixelFormat format, cons
 }
 
 /// Calls row(worldBytes, pictureBytes, count) for each row that the world and the picture's part share.
-template <class Picture, class Row>
-void forSharedRows(const WorldInfo& world, const PF_LRect& place, Picture& picture, Row row) {
+template <class Byte, class Row>
+void forSharedRows(const WorldInfo& world, const PF_LRect& place, const BasicImageView<Byte>& picture,
+                   Row row) {
     const PF_LRect within =
-        intersection(intersection(place, wholeLongRect(picture.width(), picture.height())),
+        intersection(intersection(place, wholeLongRect(picture.width, picture.height)),
                      movedBy(wholeLongRect(world.width, world.height), place.left, place.top));
     const std::size_t pixelBytes = bytesPerPixel(world.format);
     const std::size_t count = static_cast<std::size_t>(within.right - within.left) * pixelBytes;
@@ -95,25 +96,16 @@ void fillPixels(const WorldInfo& world, const PF_Pixel* colour, const PF_Rect* r
     }
 }
 
-void pictureToWorld(const Image& picture, const PF_LRect& place, const WorldInfo& world) {
+void pictureToWorld(const ConstImageView& picture, const PF_LRect& place, const WorldInfo& world) {
     forSharedRows(world, place, picture, [](std::byte* pixels, const std::byte* source, std::size_t count) {
         std::memcpy(pixels, source, count);
     });
 }
 
-void worldToPicture(const WorldInfo& world, const PF_LRect& place, Image& picture) {
+void worldToPicture(const WorldInfo& world, const PF_LRect& place, const ImageView& picture) {
     forSharedRows(world, place, picture, [](const std::byte* pixels, std::byte* target, std::size_t count) {
         std::memcpy(target, pixels, count);
     });
-}
-
-bool worldEqualsPicture(const WorldInfo& world, const PF_LRect& place, const Image& picture) {
-    bool equal = true;
-    forSharedRows(world, place, picture,
-                  [&equal](const std::byte* pixels, const std::byte* source, std::size_t count) {
-                      equal = equal && std::memcmp(pixels, source, count) == 0;
-                  });
-    return equal;
 }
 
 } // namespace kovalune::host

@@ -1,10 +1,9 @@
 #include "host/Worlds.h"
 
-#include "host/Guard.h"
 #include "host/Image.h"
-#include "host/Ledger.h"
 #include "host/Rects.h"
 
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -12,106 +11,89 @@ namespace kovalune::host {
 
 namespace {
 
-constexpr A_long kLargestSide = PF_MAX_WORLD_WIDTH;
-
 BlockPolicy blockPolicy(const HostOptions& options) {
-    return {options.audit, static_cast<std::size_t>(options.dataOffset), options.poolCapBytes};
+    return {.dataOffset = static_cast<std::size_t>(options.dataOffset), .poolCapBytes = options.poolCapBytes};
+}
+
+/// With all that comes from the host's record of the world but the two numbers by which it is found.
+PF_EffectWorld worldStruct(const WorldInfo& info) {
+    PF_EffectWorld world{};
+    world.world_flags = PF_WorldFlag_WRITEABLE;
+    if (info.format == PF_PixelFormat_ARGB64) {
+        world.world_flags |= PF_WorldFlag_DEEP;
+    }
+    world.data = static_cast<decltype(world.data)>(static_cast<void*>(info.data));
+    world.rowbytes = static_cast<A_long>(info.rowBytes);
+    world.width = info.width;
+    world.height = info.height;
+    world.extent_hint = wholeRect(info.width, info.height);
+    world.pix_aspect_ratio = {1, 1};
+    return world;
 }
 
 } // namespace
 
-bool worldSizeAllowed(A_long width, A_long height, const HostOptions& options) {
-    const A_long smallest = options.allowEmpty ? 0 : 1;
-    const A_long largest = options.allowHuge ? std::numeric_limits<A_long>::max() : kLargestSide;
-    return width >= smallest && height >= smallest && width <= largest && height <= largest;
-}
-
 struct WorldStore::Record {
-    WorldInfo info{};
-    MemoryBlock block;
-    std::size_t pixelBytes = 0;   ///< of a row
-    std::size_t paddingBytes = 0; ///< of a row, watched
-    std::size_t guardBytes = 0;   ///< of a row, behind the padding
+    WorldMemory memory;
     A_long serial = 0;
     bool effectMade = false;
-    bool leftByFault = false;
-
-    void fillRowEnds();
-    std::string damage() const; ///< empty: none
+    bool refused = false;
 };
 
-void WorldStore::Record::fillRowEnds() {
-    for (A_long y = 0; y < info.height; ++y) {
-        std::byte* padding = info.data + static_cast<std::size_t>(y) * info.rowBytes + pixelBytes;
-        fillBytes(padding, paddingBytes, kPaddingByte);
-        fillBytes(padding + paddingBytes, guardBytes, kGuardByte);
-    }
-}
-
-std::string WorldStore::Record::damage() const {
-    const std::string name = "world " + std::to_string(info.width) + "x" + std::to_string(info.height);
-    if (!block.guardsIntact()) {
-        return name + ": written outside its rows";
-    }
-    for (A_long y = 0; block.guarded && y < info.height; ++y) {
-        const std::byte* padding = info.data + static_cast<std::size_t>(y) * info.rowBytes + pixelBytes;
-        if (!bytesIntact(padding, paddingBytes, kPaddingByte) ||
-            !bytesIntact(padding + paddingBytes, guardBytes, kGuardByte)) {
-            return name + ": written behind row " + std::to_string(y);
-        }
-    }
-    return {};
-}
-
-WorldStore::WorldStore(MemoryPool& pool, Ledger& ledger) : pool_(pool), ledger_(ledger) {}
+WorldStore::WorldStore(MemoryPool& pool, MemoryWatch& memory, const HostManners& manners)
+    : pool_(pool), memory_(memory), manners_(manners) {}
 
 WorldStore::~WorldStore() {
     for (const auto& [tag, record] : records_) {
-        pool_.give(record->block, {});
+        memory_.give(pool_, record->memory.block, {});
     }
 }
 
 PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options, PF_EffectWorld& world) {
-    if (!worldSizeAllowed(request.width, request.height, options)) {
+    const SideLimits sides = manners_.sides();
+    if (!sides.allow(request.width) || !sides.allow(request.height)) {
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     auto record = std::make_unique<Record>();
-    record->pixelBytes = static_cast<std::size_t>(request.width) * bytesPerPixel(request.format);
-    record->paddingBytes = static_cast<std::size_t>(options.rowPadding);
-    record->guardBytes = options.audit ? static_cast<std::size_t>(options.rowGuard) : 0;
-    const std::size_t rowBytes = record->pixelBytes + record->paddingBytes + record->guardBytes;
+    WorldMemory& memory = record->memory;
+    memory.pixelBytes = static_cast<std::size_t>(request.width) * bytesPerPixel(request.format);
+    memory.paddingBytes = static_cast<std::size_t>(options.rowPadding);
+    memory.guardBytes = memory_.rowGuardBytes();
+    const std::size_t rowBytes = memory.pixelBytes + memory.paddingBytes + memory.guardBytes;
     if (rowBytes > static_cast<std::size_t>(std::numeric_limits<A_long>::max()) ||
         (request.height > 0 &&
          rowBytes > std::numeric_limits<std::size_t>::max() / 4 / static_cast<std::size_t>(request.height))) {
         return PF_Err_OUT_OF_MEMORY;
     }
     const std::size_t bytes = rowBytes * static_cast<std::size_t>(request.height);
-    record->block = pool_.take(bytes, blockPolicy(options));
-    if (record->block.payload == nullptr) {
+    memory.block = memory_.take(pool_, bytes, blockPolicy(options));
+    if (memory.block.payload == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    record->info = {request.format, record->block.payload, rowBytes, request.width, request.height};
+    memory.info = {request.format, memory.block.payload, static_cast<std::ptrdiff_t>(rowBytes), request.width,
+                   request.height};
     record->effectMade = request.effectMade;
-    if (request.clear) {
-        fillBytes(record->block.payload, bytes, std::byte{0});
-    } else if (options.poisonNewWorlds) {
-        fillBytes(record->block.payload, bytes, kPoisonByte);
+    if (request.clear && bytes != 0) {
+        std::memset(memory.block.payload, 0, bytes);
     }
-    if (options.audit) {
-        record->fillRowEnds();
-    }
+    memory_.worldMade(memory, request.clear);
+    enter(std::move(record), world);
+    return PF_Err_NONE;
+}
 
-    PF_EffectWorld made{};
-    made.world_flags = PF_WorldFlag_WRITEABLE;
-    if (request.format == PF_PixelFormat_ARGB64) {
-        made.world_flags |= PF_WorldFlag_DEEP;
+PF_Err WorldStore::lend(const ImageView& pixels, PF_EffectWorld& world) {
+    const SideLimits sides = manners_.sides();
+    if (!sides.allow(pixels.width) || !sides.allow(pixels.height)) {
+        return PF_Err_BAD_CALLBACK_PARAM;
     }
-    made.data = static_cast<decltype(made.data)>(static_cast<void*>(record->info.data));
-    made.rowbytes = static_cast<A_long>(rowBytes);
-    made.width = request.width;
-    made.height = request.height;
-    made.extent_hint = wholeRect(request.width, request.height);
-    made.pix_aspect_ratio = {1, 1};
+    auto record = std::make_unique<Record>();
+    record->memory.info = {pixels.format, pixels.data, pixels.rowBytes, pixels.width, pixels.height, true};
+    enter(std::move(record), world);
+    return PF_Err_NONE;
+}
+
+void WorldStore::enter(std::unique_ptr<Record> record, PF_EffectWorld& world) {
+    PF_EffectWorld made = worldStruct(record->memory.info);
     made.reserved_long4 = record.get();
     const std::lock_guard lock(mutex_);
     record->serial = nextSerial_;
@@ -120,7 +102,6 @@ PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options,
     const void* tag = record.get();
     records_.emplace(tag, std::move(record));
     world = made;
-    return PF_Err_NONE;
 }
 
 /// The serial number tells a live world from a stale struct whose record's address is in use again.
@@ -146,17 +127,17 @@ bool WorldStore::dispose(const PF_EffectWorld& world, bool effectMade, const Hos
         }
         record = std::move(node.mapped());
     }
-    if (std::string damage = record->damage(); !damage.empty()) {
-        ledger_.addGuardDamage(std::move(damage));
+    if (!record->memory.info.foreign) {
+        memory_.worldGoes(record->memory);
+        memory_.give(pool_, record->memory.block, blockPolicy(options));
     }
-    pool_.give(record->block, blockPolicy(options));
     return true;
 }
 
 void WorldStore::excuse(const PF_EffectWorld& world) {
     const std::lock_guard lock(mutex_);
     if (Record* record = locate(world)) {
-        record->leftByFault = true;
+        record->refused = true;
     }
 }
 
@@ -169,7 +150,7 @@ std::optional<WorldInfo> WorldStore::find(const PF_EffectWorld* world) const {
     if (record == nullptr) {
         return std::nullopt;
     }
-    return record->info;
+    return record->memory.info;
 }
 
 WorldBalance WorldStore::balance() const {
@@ -177,21 +158,17 @@ WorldBalance WorldStore::balance() const {
     WorldBalance result;
     for (const auto& [tag, record] : records_) {
         if (record->effectMade) {
-            ++(record->leftByFault ? result.leftByFault : result.live);
+            ++(record->refused ? result.refused : result.live);
         }
     }
     return result;
 }
 
-std::vector<std::string> WorldStore::findDamage() const {
+void WorldStore::forEach(const std::function<void(const WorldMemory&)>& visit) const {
     const std::lock_guard lock(mutex_);
-    std::vector<std::string> result;
     for (const auto& [tag, record] : records_) {
-        if (std::string damage = record->damage(); !damage.empty()) {
-            result.push_back(std::move(damage));
-        }
+        visit(record->memory);
     }
-    return result;
 }
 
 } // namespace kovalune::host

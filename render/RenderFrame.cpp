@@ -39,6 +39,7 @@ host::RenderRequest hostRequest(const host::Session& session, const FrameRequest
     }
     result.downsampleX = scaleOf(request.downsample[0]);
     result.downsampleY = scaleOf(request.downsample[1]);
+    result.onProgress = request.onProgress;
     return result;
 }
 
@@ -49,20 +50,6 @@ text::Failure lackOfMemory(const host::Image& image, const std::string& name, co
                                             std::to_string(image.height()) + ')' +
                                             (words.empty() ? "" : ": " + words)};
 }
-
-/// For as long as this lives, the host asks whether to go on.
-class Watch {
-public:
-    Watch(host::Host& host, const FrameRequest& request) : host_(host) {
-        host_.options().onProgress = request.onProgress;
-    }
-    ~Watch() { host_.options().onProgress = nullptr; }
-    Watch(const Watch&) = delete;
-    Watch& operator=(const Watch&) = delete;
-
-private:
-    host::Host& host_;
-};
 
 } // namespace
 
@@ -84,7 +71,6 @@ host::Image renderFrame(OpenEffect& effect, const host::Image& image, const Fram
     host::Image output;
     host::RenderResult result;
     try {
-        const Watch watch(effect.host(), request);
         std::optional<FrameReportScope> report;
         if (request.counts != nullptr) {
             report.emplace(*request.counts);

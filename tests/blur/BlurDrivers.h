@@ -44,7 +44,7 @@ struct BlurScene {
     Mask mask;
     MaskPlane plane;
 
-    BlurScene(const BlurDriver& driver, const host::HostOptions& options, const FrameRect& area,
+    BlurScene(const BlurDriver& driver, const host::judge::JudgeOptions& options, const FrameRect& area,
               const Mask& areaMask, Random& random, Range range = Range::kOrdinary)
         : host(options),
           src(host, driver.format, area.right + random.below(4), area.bottom + random.below(4)),

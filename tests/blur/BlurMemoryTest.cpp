@@ -74,7 +74,7 @@ TEST_P(BlurMemory, LackingEndsTheBlurWithOutOfMemory) {
     Random random(62);
     for (int iterations = 1; iterations <= 4; ++iterations) {
         for (int failing = 1; failing <= iterations; ++failing) {
-            host::HostOptions options = shuffledOptions(iterations, 1, 1);
+            host::judge::JudgeOptions options = shuffledOptions(iterations, 1, 1);
             options.recordCalls = true;
             BlurScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), random);
             scene.host.clearCalls();
@@ -123,7 +123,7 @@ TEST_P(BoundaryMemory, LackingEndsTheBlurWithOutOfMemory) {
     Random random(65);
     for (int iterations = 1; iterations <= 3; ++iterations) {
         for (int failing = 1; failing <= iterations; ++failing) {
-            host::HostOptions options = shuffledOptions(iterations, 1, 1);
+            host::judge::JudgeOptions options = shuffledOptions(iterations, 1, 1);
             options.recordCalls = true;
             BoundaryScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), Mask(9, 9, 0), random);
             scene.host.clearCalls();
@@ -144,7 +144,7 @@ TEST_P(ExtensionMemory, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOfMemo
     const PlainExtension job = {wholeRect(40, 9), makeMask(MaskShape::kSparse, 40, 9, random), Mask(40, 9, 1),
                                 5.0, false};
     for (int failing = 0; failing <= 3 * kIterations; ++failing) {
-        host::HostOptions options = shuffledOptions(kIterations, 1, 1);
+        host::judge::JudgeOptions options = shuffledOptions(kIterations, 1, 1);
         options.recordCalls = true;
         ExtensionScene scene(GetParam(), options, job, random);
         scene.host.clearCalls();

@@ -10,8 +10,8 @@ class BlurProgress : public testing::TestWithParam<BlurDriver> {};
 
 INSTANTIATE_TEST_SUITE_P(Drivers, BlurProgress, testing::ValuesIn(kBlurDrivers), driverName);
 
-host::HostOptions observed(std::vector<int>& percents) {
-    host::HostOptions options = strictOptions();
+host::judge::JudgeOptions observed(std::vector<int>& percents) {
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     options.onProgress = [&percents](int current, int total) {
         EXPECT_EQ(total, 100);
@@ -90,7 +90,7 @@ TEST_P(BlurProgress, CancelEndsTheBlurBehindThePassThatWasReported) {
         PlainBlur job = scene.plainJob(driver, 3, 20.0);
         job.passes = cancelled;
         plainBlur(job, read(scene.src), dst, tmp);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.cancelAtProgress = cancelled;
         scene.host.arm(plan);
         const ProgressCounter counter = counterOf(scene, 10, 3);
@@ -113,7 +113,7 @@ TEST_P(BlurProgress, FailingHostCallEndsTheBlurWithItsCode) {
         PlainBlur job = scene.plainJob(driver, 2, 20.0);
         job.passes = call / 2;
         plainBlur(job, read(scene.src), dst, tmp);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = call;
         plan.failCode = 1234;
         scene.host.arm(plan);

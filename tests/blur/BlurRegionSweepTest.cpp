@@ -90,7 +90,7 @@ TEST_P(BlurSweep, OfTheLongestLinesThatAFrameHas) {
         const Mask mask = makeMask(MaskShape::kDense, width, height, random);
         const int32_t far = 32767 - 32760;
         const FrameRect rect = rectAt(width > 1 ? far : 0, width > 1 ? 0 : far, width, height);
-        host::HostOptions options = anyOptions(random);
+        host::judge::JudgeOptions options = anyOptions(random);
         options.allowHuge = true;
         BlurScene scene(driver, options, rect, mask, random);
         expectLikeThePlainOne(plainBlur, driver, scene, 2, 16.0);

@@ -10,8 +10,9 @@
 namespace kovalune::test {
 
 /// 1 to 9 iterations in any order on up to four threads, rows of any length.
-inline host::HostOptions anyOptions(Random& random) {
-    host::HostOptions options = shuffledOptions(random.between(1, 9), random.between(1, 4), random.next());
+inline host::judge::JudgeOptions anyOptions(Random& random) {
+    host::judge::JudgeOptions options =
+        shuffledOptions(random.between(1, 9), random.between(1, 4), random.next());
     options.rowPadding = 4 * random.below(7);
     options.dataOffset = 4 * random.below(4);
     return options;

@@ -42,8 +42,9 @@ struct BoundaryScene : BlurScene {
     Mask keep;
     MaskPlane keepPlane;
 
-    BoundaryScene(const BoundaryDriver& driver, const host::HostOptions& options, const FrameRect& area,
-                  const Mask& region, const Mask& keepMask, Random& random, Range range = Range::kOrdinary)
+    BoundaryScene(const BoundaryDriver& driver, const host::judge::JudgeOptions& options,
+                  const FrameRect& area, const Mask& region, const Mask& keepMask, Random& random,
+                  Range range = Range::kOrdinary)
         : BlurScene({driver.name, driver.format, driver.keepDivision, nullptr, nullptr, nullptr}, options,
                     area, region, random, range),
           keep(keepMask), keepPlane(planeOf(host, keepMask)) {}

@@ -92,8 +92,8 @@ TEST_P(BoundarySequence, AlternatesWithOneGainAndEndsInTheDestination) {
     }
 }
 
-host::HostOptions observed(std::vector<int>& percents) {
-    host::HostOptions options = strictOptions();
+host::judge::JudgeOptions observed(std::vector<int>& percents) {
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     options.onProgress = [&percents](int current, int total) {
         EXPECT_EQ(total, 100);
@@ -151,7 +151,7 @@ TEST_P(BoundarySequence, CancelEndsItBehindThePassThatWasReported) {
         PlainBoundaryBlur job = scene.plainJob(driver, 3, 20.0);
         job.steps = cancelled == 1 ? 1 : cancelled + 1; // the gain follows the first report
         plainBoundaryBlur(job, read(scene.src), dst, tmp);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.cancelAtProgress = cancelled;
         scene.host.arm(plan);
         const ProgressCounter counter = counterOf(scene);
@@ -175,7 +175,7 @@ TEST_P(BoundarySequence, FailingHostCallEndsItWithItsCode) {
         PlainBoundaryBlur job = scene.plainJob(driver, 2, 20.0);
         job.steps = done[call - 1];
         plainBoundaryBlur(job, read(scene.src), dst, tmp);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = call;
         plan.failCode = 1234;
         scene.host.arm(plan);
@@ -193,7 +193,7 @@ TEST_P(BoundarySequence, FailingCopyHandsBackTheHostsCode) {
     Random random(257);
     std::vector<int> percents;
     BoundaryScene scene = observedScene(driver, percents, random);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 1;
     plan.failCode = 77;
     scene.host.arm(plan);

@@ -132,7 +132,7 @@ TEST_P(BoundarySweep, OfTheLargestValuesInTheLongestLines) {
     const BoundaryDriver driver = GetParam();
     Random random(207);
     for (const auto& [width, height] : {std::pair<int32_t, int32_t>{32760, 1}, {1, 32760}}) {
-        host::HostOptions options = anyOptions(random);
+        host::judge::JudgeOptions options = anyOptions(random);
         options.allowHuge = true;
         BoundaryScene scene(driver, options, wholeRect(width, height), Mask(width, height, 1),
                             makeMask(MaskShape::kDense, width, height, random), random);

@@ -14,8 +14,8 @@ protected:
         Random random(301);
         return {wholeRect(21, 17), makeMask(MaskShape::kSparse, 21, 17, random), Mask(21, 17, 1), 8.0, false};
     }
-    static host::HostOptions recordingOptions() {
-        host::HostOptions options = shuffledOptions(3, 2, 1);
+    static host::judge::JudgeOptions recordingOptions() {
+        host::judge::JudgeOptions options = shuffledOptions(3, 2, 1);
         options.recordCalls = true;
         return options;
     }
@@ -41,7 +41,7 @@ TEST_P(ExtensionFailure, OfAnIterationCallEndsTheSequenceWithItsCode) {
         ASSERT_EQ(numbers.size(), 3U);
 
         const PlainPicture before = read(scene.dst);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = numbers[static_cast<std::size_t>(step)];
         scene.host.arm(plan);
         scene.host.clearCalls();
@@ -59,7 +59,7 @@ TEST_P(ExtensionFailure, OfAHostAllocationIsThrownAndLeavesNothingBehind) {
     ASSERT_EQ(scene.run(GetParam()), PF_Err_NONE);
     const std::vector<int> numbers = scene.host.faultNumbersOf("host_new_handle");
     for (const int number : numbers) {
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = number;
         scene.host.arm(plan);
         scene.host.clearCalls();

@@ -38,7 +38,7 @@ struct ExtensionScene {
     MaskPlane seed;
     MaskPlane limit;
 
-    ExtensionScene(const ExtensionDriver& driver, const host::HostOptions& options,
+    ExtensionScene(const ExtensionDriver& driver, const host::judge::JudgeOptions& options,
                    const PlainExtension& work, Random& random, Range range = Range::kOrdinary)
         : host(options), job(work),
           src(host, driver.format, job.rect.right + random.below(3), job.rect.bottom + random.below(3)),

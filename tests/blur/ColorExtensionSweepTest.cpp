@@ -13,8 +13,9 @@ class ExtensionSweep : public testing::TestWithParam<ExtensionDriver> {};
 INSTANTIATE_TEST_SUITE_P(Drivers, ExtensionSweep, testing::ValuesIn(kExtensionDrivers), extensionName);
 
 /// 1 to 8 iterations in any order on up to four threads, rows of any length.
-host::HostOptions anyOptions(Random& random) {
-    host::HostOptions options = shuffledOptions(random.between(1, 8), random.between(1, 4), random.next());
+host::judge::JudgeOptions anyOptions(Random& random) {
+    host::judge::JudgeOptions options =
+        shuffledOptions(random.between(1, 8), random.between(1, 4), random.next());
     options.rowPadding = 4 * random.below(7);
     options.dataOffset = 4 * random.below(4);
     return options;
@@ -175,7 +176,7 @@ TEST_P(ExtensionSweep, OfTheLongestLinesThatAFrameHas) {
         for (int n = 0; n < 9; ++n) {
             seed.elements[static_cast<std::size_t>(random.below(32760))] = 1;
         }
-        host::HostOptions options = anyOptions(random);
+        host::judge::JudgeOptions options = anyOptions(random);
         options.allowHuge = true;
         const PlainExtension job = {wholeRect(width, height), seed, Mask(width, height, 1), 60.0, true};
         ExtensionScene scene(GetParam(), options, job, random);

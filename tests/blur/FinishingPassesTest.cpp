@@ -72,7 +72,7 @@ TEST_P(FinishingPassTest, DoesWhatThePlainOneDoes) {
     const Finishing pass = GetParam();
     Random random(71);
     for (int round = 0; round < 90; ++round) {
-        host::HostOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const Mask mask = makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))],
@@ -104,7 +104,7 @@ TEST_P(FinishingPassTest, HandsBackTheHostsCode) {
     TestWorld src(host, pass.format, 3, 3);
     MaskPlane mask(host.in(), 3, 3);
     mask.clearTo(0);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);

@@ -6,7 +6,7 @@
 namespace kovalune::test {
 namespace {
 
-using host::CallRecord;
+using host::judge::CallRecord;
 
 constexpr A_long kExtract = 3;
 constexpr A_long kBase = 4;

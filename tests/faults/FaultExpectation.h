@@ -14,10 +14,10 @@ inline constexpr PF_Err kFault = PF_Err_INVALID_INDEX;
 class FaultExpectation {
 public:
     /// `log` is that of a frame in which nothing failed.
-    FaultExpectation(const FaultScene& scene, std::vector<host::CallRecord> log);
+    FaultExpectation(const FaultScene& scene, std::vector<host::judge::CallRecord> log);
 
     /// The calls that can fail, in order.
-    const std::vector<host::CallRecord>& calls() const { return calls_; }
+    const std::vector<host::judge::CallRecord>& calls() const { return calls_; }
 
     /// The frame's code when the call at `at` fails, all before it being as in the good frame.
     PF_Err codeOf(std::size_t at) const;
@@ -36,7 +36,7 @@ private:
     std::size_t countBefore(std::size_t at, const std::string& call) const;
 
     const FaultScene& scene_;
-    std::vector<host::CallRecord> calls_;
+    std::vector<host::judge::CallRecord> calls_;
     std::vector<std::size_t>
         colours_; ///< places of the conversions of listed colours: two of Base, one a stage
 };

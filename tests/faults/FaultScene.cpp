@@ -63,21 +63,20 @@ const std::vector<FaultScene>& faultScenes() {
 
 host::EffectModule testedEffect() {
 #ifdef _WIN32
-    return host::EffectModule::load(KOVALUNE_PLUGIN);
+    return host::EffectModule::load(KOVALUNE_PLUGIN, host::SetDown::kNever);
 #else
-    return host::EffectModule::linked(EntryPointFunc);
+    return host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
 #endif
 }
 
-host::HostOptions strictOptions() {
-    host::HostOptions options;
+host::judge::JudgeOptions strictOptions() {
+    host::judge::JudgeOptions options;
     options.audit = true;
     options.poisonNewWorlds = true;
     options.recordCalls = true;
     options.threads = 1;
     options.iterations = 2;
     options.rowPadding = 12;
-    options.globalSetdownAtEnd = false; // one effect serves many sessions of this process
     return options;
 }
 

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 
 #include <ostream>
 #include <string>
@@ -37,7 +37,7 @@ host::EffectModule testedEffect();
 
 /// A host that watches closely and runs iterations on the calling thread, so that its n-th call is always the
 /// same.
-host::HostOptions strictOptions();
+host::judge::JudgeOptions strictOptions();
 
 /// Two flat regions with a hole, 12 by 9 pixels.
 host::Image scenePicture(PF_PixelFormat format);

@@ -14,16 +14,16 @@
 namespace kovalune::test {
 namespace {
 
-using host::AuditReport;
-using host::CallRecord;
 using host::CommandResult;
 using host::EffectModule;
-using host::FaultPlan;
-using host::Host;
 using host::Image;
 using host::RenderFlow;
 using host::RenderResult;
 using host::Session;
+using host::judge::AuditReport;
+using host::judge::CallRecord;
+using host::judge::FaultPlan;
+using host::judge::JudgedHost;
 
 class FaultSweep : public testing::TestWithParam<FaultScene> {
 protected:
@@ -34,20 +34,20 @@ protected:
     }
 
     FaultExpectation expectation() {
-        Host host(strictOptions());
+        JudgedHost host(strictOptions());
         Session session(host, module_);
         applyScene(session, GetParam());
         host.clearCalls();
         const RenderResult result = render(session, goodOutput_);
         EXPECT_TRUE(result.ok()) << result.code;
         FaultExpectation expected(GetParam(), host.calls());
-        EXPECT_EQ(result.callsCounted, static_cast<int>(expected.calls().size()));
+        EXPECT_EQ(host.callsCounted(), static_cast<int>(expected.calls().size()));
         return expected;
     }
 
     /// Of things that are checked out by one call and in by another: how many are still out. A check-in that failed
     /// leaves what it was for to the host's own account.
-    static std::ptrdiff_t stillOut(const Host& host, const std::string& out, const std::string& in,
+    static std::ptrdiff_t stillOut(const JudgedHost& host, const std::string& out, const std::string& in,
                                    const std::string& failedCall) {
         const std::vector<CallRecord> log = host.calls();
         const auto calls = [&log](const std::string& name) {
@@ -60,7 +60,7 @@ protected:
 
     /// The pre-render never gives its parameters back, a give-back that fails stops there, and after an error the layer
     /// stays checked out; what is still held must be exactly that.
-    void expectBalanced(const Host& host, bool blockLeft, const std::string& failedCall) {
+    void expectBalanced(const JudgedHost& host, bool blockLeft, const std::string& failedCall) {
         AuditReport report = host.audit();
         EXPECT_EQ(report.paramCheckouts, stillOut(host, "checkout_param", "checkin_param", failedCall));
         EXPECT_EQ(report.layerCheckouts,
@@ -92,7 +92,7 @@ TEST_P(FaultSweep, EveryFailingCallIsReportedAndLeavesNothing) {
     for (std::size_t at = 0; at < expected.calls().size(); ++at) {
         const CallRecord& failed = expected.calls()[at];
         SCOPED_TRACE("call " + std::to_string(at + 1) + ": " + failed.call + " " + failed.arguments);
-        Host host(strictOptions());
+        JudgedHost host(strictOptions());
         Session session(host, module_);
         applyScene(session, GetParam());
         host.resetAudit();
@@ -100,7 +100,7 @@ TEST_P(FaultSweep, EveryFailingCallIsReportedAndLeavesNothing) {
         host.armFaults({.failCall = static_cast<int>(at) + 1, .failCode = kFault});
         Image output;
         const RenderResult result = render(session, output);
-        ASSERT_EQ(result.failedCall, failed.call);
+        ASSERT_EQ(host.failedCallName(), failed.call);
         EXPECT_FALSE(result.threw);
         EXPECT_EQ(result.code, expected.codeOf(at));
         expectBalanced(host, expected.leavesBlock(at), failed.call);
@@ -115,7 +115,7 @@ TEST_P(FaultSweep, AnIterationThatFailsWhenItIsDoneIsReportedToo) {
             continue;
         }
         SCOPED_TRACE("call " + std::to_string(at + 1));
-        Host host(strictOptions());
+        JudgedHost host(strictOptions());
         Session session(host, module_);
         applyScene(session, GetParam());
         host.resetAudit();
@@ -140,7 +140,7 @@ TEST_P(FaultSweep, EveryCancelledProgressCallEndsTheFrame) {
                                  3 * static_cast<std::ptrdiff_t>(scene.processes.size()));
     for (int n = 1; n <= progressCalls; ++n) {
         SCOPED_TRACE("progress call " + std::to_string(n));
-        Host host(strictOptions());
+        JudgedHost host(strictOptions());
         Session session(host, module_);
         applyScene(session, GetParam());
         host.resetAudit();
@@ -164,15 +164,15 @@ TEST(FaultSweepOfSetUp, EveryFailingCallIsReported) {
     EffectModule module = testedEffect();
     int n = 1;
     for (;; ++n) {
-        Host host(strictOptions());
+        JudgedHost host(strictOptions());
         host.armFaults({.failCall = n, .failCode = kFault});
         const Session session(host, module);
         const CommandResult& result = session.setupResult();
-        if (result.failedCall.empty()) {
+        if (host.failedCallName().empty()) {
             EXPECT_TRUE(result.ok());
             break;
         }
-        EXPECT_EQ(result.failedCall, "add_param");
+        EXPECT_EQ(host.failedCallName(), "add_param");
         EXPECT_EQ(result.command, PF_Cmd_PARAMS_SETUP);
         EXPECT_EQ(result.code, kFault);
         EXPECT_EQ(result.out.num_params, 58);
@@ -183,18 +183,18 @@ TEST(FaultSweepOfSetUp, EveryFailingCallIsReported) {
 
 TEST(FaultSweepOfCommands, OnlyAMissingSuiteStopsTheGreyingOfControls) {
     EffectModule module = testedEffect();
-    Host host(strictOptions());
+    JudgedHost host(strictOptions());
     Session session(host, module);
     int n = 1;
     for (;; ++n) {
         host.resetAudit();
         host.armFaults({.failCall = n, .failCode = kFault});
         const CommandResult result = session.updateParamsUI();
-        if (result.failedCall.empty()) {
+        if (host.failedCallName().empty()) {
             EXPECT_TRUE(result.ok());
             break;
         }
-        const bool suite = result.failedCall == "AcquireSuite";
+        const bool suite = host.failedCallName() == "AcquireSuite";
         EXPECT_EQ(result.code, suite ? PF_Err_INTERNAL_STRUCT_DAMAGED : PF_Err_NONE);
         EXPECT_TRUE(host.audit().clean()) << host.audit().text();
     }
@@ -206,13 +206,13 @@ TEST(FaultSweepOfCommands, OnlyAMissingSuiteStopsTheGreyingOfControls) {
 #ifndef _WIN32
 TEST(FaultSweepOfCommands, TheDialogOpensWithoutItsWindowAndItsModule) {
     EffectModule module = testedEffect();
-    Host host(strictOptions());
+    JudgedHost host(strictOptions());
     Session session(host, module);
     for (int n = 0; n <= 2; ++n) {
         host.armFaults({.failCall = n, .failCode = kFault});
         const CommandResult result = session.run(PF_Cmd_DO_DIALOG);
         EXPECT_TRUE(result.ok());
-        EXPECT_EQ(result.callsCounted, 2);
+        EXPECT_EQ(host.callsCounted(), 2);
         EXPECT_TRUE(host.audit().clean()) << host.audit().text();
     }
 }
@@ -220,14 +220,14 @@ TEST(FaultSweepOfCommands, TheDialogOpensWithoutItsWindowAndItsModule) {
 
 TEST(FaultSweepOfCommands, TheOthersNeedNothingThatCanFail) {
     EffectModule module = testedEffect();
-    Host host(strictOptions());
+    JudgedHost host(strictOptions());
     Session session(host, module);
     for (const PF_Cmd command :
          {PF_Cmd_ABOUT, PF_Cmd_GLOBAL_SETUP, PF_Cmd_SEQUENCE_SETDOWN, PF_Cmd_USER_CHANGED_PARAM, PF_Cmd_EVENT,
           PF_Cmd_QUERY_DYNAMIC_FLAGS, PF_Cmd_ARBITRARY_CALLBACK}) {
         const CommandResult result = session.run(command);
         EXPECT_TRUE(result.ok()) << command;
-        EXPECT_EQ(result.callsCounted, 0) << command;
+        EXPECT_EQ(host.callsCounted(), 0) << command;
     }
     EXPECT_TRUE(host.audit().clean()) << host.audit().text();
 }

@@ -13,12 +13,12 @@ namespace kovalune::test {
 namespace {
 
 using host::EffectModule;
-using host::Host;
-using host::HostOptions;
 using host::Image;
 using host::RenderResult;
 using host::Session;
-using host::SuiteName;
+using host::judge::JudgedHost;
+using host::judge::JudgeOptions;
+using host::judge::SuiteName;
 
 struct Withheld {
     std::vector<SuiteName> suites;
@@ -32,9 +32,9 @@ class WithheldSuites : public testing::TestWithParam<Withheld> {};
 TEST_P(WithheldSuites, GiveTheirCode) {
     const Withheld& withheld = GetParam();
     EffectModule module = testedEffect();
-    HostOptions options = strictOptions();
+    JudgeOptions options = strictOptions();
     options.withheldSuites = withheld.suites;
-    Host host(options);
+    JudgedHost host(options);
     Session session(host, module);
     ASSERT_TRUE(session.setupResult().ok());
     applyScene(session, withheld.scene);
@@ -43,7 +43,7 @@ TEST_P(WithheldSuites, GiveTheirCode) {
         session.render(scenePicture(withheld.format), output, requestOf(withheld.scene));
     EXPECT_EQ(result.code, withheld.code) << result.returnMsg;
     EXPECT_FALSE(result.threw);
-    host::AuditReport report = host.audit();
+    host::judge::AuditReport report = host.audit();
     report.paramCheckouts = 0;
     report.layerCheckouts = 0;
     EXPECT_TRUE(report.clean()) << report.text();
@@ -95,10 +95,10 @@ protected:
     /// A frame that needs every suite, and the greying of its controls, in a host without some of the versions.
     host::CommandResult run(const std::vector<SuiteName>& withheld, Image& output) {
         EffectModule module = testedEffect();
-        HostOptions options = strictOptions();
+        JudgeOptions options = strictOptions();
         options.everySuiteVersion = true;
         options.withheldSuites = withheld;
-        Host host(options);
+        JudgedHost host(options);
         Session session(host, module);
         const FaultScene scene = {"", PF_PixelFormat_ARGB64, host::RenderFlow::kSmart, 10, 1, 1, {1}};
         applyScene(session, scene);
@@ -140,10 +140,10 @@ INSTANTIATE_TEST_SUITE_P(All, SuiteVersions,
 
 // With the effect linked in: from a file whose runtime is its own, a 32-bit Windows program cannot catch what is thrown.
 TEST(MissingBasicSuite, LeavesTheEntryPointAsAnException) {
-    EffectModule module = EffectModule::linked(EntryPointFunc);
-    HostOptions options = strictOptions();
+    EffectModule module = EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
+    JudgeOptions options = strictOptions();
     options.nullBasicSuite = true;
-    Host host(options);
+    JudgedHost host(options);
     const Session session(host, module);
     EXPECT_TRUE(session.setupResult().threw);
 }
@@ -153,7 +153,7 @@ TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
     // worlds.
     EffectModule module = testedEffect();
     const FaultScene scene = {"", PF_PixelFormat_ARGB128, host::RenderFlow::kSmart, 20, 1};
-    Host host(strictOptions());
+    JudgedHost host(strictOptions());
     Session session(host, module);
     applyScene(session, scene);
     host.clearCalls();
@@ -161,7 +161,7 @@ TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
     ASSERT_TRUE(session.render(scenePicture(scene.format), output, requestOf(scene)).ok());
     int n = 0;
     int worldSuites = 0;
-    for (const host::CallRecord& record : host.calls()) {
+    for (const host::judge::CallRecord& record : host.calls()) {
         if (record.call == "ReleaseSuite" || record.call == "host_unlock_handle" ||
             record.call == "host_dispose_handle") {
             continue;
@@ -175,7 +175,7 @@ TEST(ScratchWorlds, ThatTheOldSuiteCannotMakeEndAFloatFrameAsOutOfMemory) {
     }
     host.armFaults({.failCall = n});
     const RenderResult result = session.render(scenePicture(scene.format), output, requestOf(scene));
-    EXPECT_EQ(result.failedCall, "AcquireSuite");
+    EXPECT_EQ(host.failedCallName(), "AcquireSuite");
     EXPECT_EQ(result.code, PF_Err_OUT_OF_MEMORY);
 }
 

@@ -1,6 +1,7 @@
 // The effect's roads to a frame in the reference host, with its audit on.
 
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 
 #include <cstddef>
 #include <gtest/gtest.h>
@@ -9,32 +10,32 @@
 namespace kovalune::host {
 namespace {
 
-HostOptions watchful() {
-    HostOptions options;
+judge::JudgeOptions watchful() {
+    judge::JudgeOptions options;
     options.audit = true;
     options.recordCalls = true;
     options.rowPadding = 12;
-    options.globalSetdownAtEnd = false; // behind it the process's effect renders no more
     return options;
 }
 
 /// The effect in a host of its own.
 struct Scene {
-    explicit Scene(const HostOptions& options = watchful())
-        : host(options), module(EffectModule::linked(EntryPointFunc)), session(host, module) {
+    explicit Scene(const judge::JudgeOptions& options = watchful())
+        : host(options), module(EffectModule::linked(EntryPointFunc, SetDown::kNever)),
+          session(host, module) {
         EXPECT_TRUE(session.setupResult().ok());
         host.clearCalls();
     }
     void set(const char* label, ParamValue value) { session.setValue(*session.findParam(label), value); }
     int callsOf(const std::string& name) const {
         int count = 0;
-        for (const CallRecord& record : host.calls()) {
+        for (const judge::CallRecord& record : host.calls()) {
             count += record.call == name ? 1 : 0;
         }
         return count;
     }
     void expectCleanButForParameters() {
-        const AuditReport report = host.audit();
+        const judge::AuditReport report = host.audit();
         EXPECT_EQ(report.liveHandles, 0);
         EXPECT_EQ(report.liveLocks, 0);
         EXPECT_EQ(report.liveSuites, 0);
@@ -43,7 +44,7 @@ struct Scene {
         EXPECT_TRUE(report.guardDamage.empty()) << report.text();
     }
 
-    Host host;
+    judge::JudgedHost host;
     EffectModule module;
     Session session;
 };
@@ -109,7 +110,7 @@ TEST(HostFlow, GivesItsParametersBackOnTheOldRoadAlone) {
 
 TEST(HostFlow, CopiesTheInputExactlyForTheOneHostThatWantsNoWork) {
     for (const FormatCase& each : kFormats) {
-        HostOptions options = watchful();
+        judge::JudgeOptions options = watchful();
         options.applId = PF_AppID_PrMr;
         Scene scene(options);
         scene.set("View", A_long{3});
@@ -126,7 +127,7 @@ TEST(HostFlow, CopiesTheInputExactlyForTheOneHostThatWantsNoWork) {
 
 TEST(HostFlow, LeavesTheOutputAsItWasForAnUnknownFormat) {
     for (const RenderFlow flow : {RenderFlow::kSmart, RenderFlow::kLegacy}) {
-        HostOptions options = watchful();
+        judge::JudgeOptions options = watchful();
         options.forcePixelFormat = 0x30326561;
         Scene scene(options);
         const Image before = noise(PF_PixelFormat_ARGB32, 7, 7, 5);
@@ -183,7 +184,7 @@ TEST(HostFlow, ReadsAnimatedParametersAtTheTimeOfTheFrame) {
 }
 
 TEST(HostFlow, GreysOutWhatTheSettingsMakeMeaningless) {
-    HostOptions options = watchful();
+    judge::JudgeOptions options = watchful();
     options.firstLayerWord = 1;
     Scene scene(options);
     scene.set("2 : Enable Process", A_long{1});

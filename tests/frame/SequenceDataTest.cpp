@@ -3,8 +3,8 @@
 
 #include "effect/frame/SequenceRecord.h"
 #include "host/EffectModule.h"
-#include "host/Host.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 #include "hostapi/EntryPoint.h"
 
 #include <gtest/gtest.h>
@@ -29,11 +29,10 @@ const Bytes kNew = bytes({'q', 'e', 's', 'p', 0, 0, 0, 0, 24, 0, 0, 0, 1, 0, 0, 
 const Bytes kFlattenedNew =
     bytes({'q', 'e', 's', 'p', 1, 0, 0, 0, 1, 0, 0, 0, 24, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
 
-host::HostOptions strictOptions() {
-    host::HostOptions options;
+host::judge::JudgeOptions strictOptions() {
+    host::judge::JudgeOptions options;
     options.audit = true;
     options.poisonNewWorlds = true;
-    options.globalSetdownAtEnd = false; // the linked effect serves all sessions of this process
     return options;
 }
 
@@ -53,8 +52,8 @@ protected:
         return session_.sequenceBytes();
     }
 
-    host::Host host_{strictOptions()};
-    host::EffectModule module_ = host::EffectModule::linked(EntryPointFunc);
+    host::judge::JudgedHost host_{strictOptions()};
+    host::EffectModule module_ = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
     host::Session session_{host_, module_};
 };
 
@@ -190,7 +189,7 @@ TEST_F(SequenceData, EveryFailingHandleCallIsReported) {
         session_.setSequenceBytes(block);
         host_.armFaults({.failCall = fault.number, .failCode = PF_Err_INVALID_INDEX});
         const CommandResult result = session_.run(fault.command);
-        EXPECT_EQ(result.failedCall, fault.call);
+        EXPECT_EQ(host_.failedCallName(), fault.call);
         EXPECT_EQ(result.code, fault.code);
         EXPECT_FALSE(result.threw);
         if (fault.command == PF_Cmd_SEQUENCE_RESETUP && fault.code == PF_Err_NONE) {

@@ -5,12 +5,14 @@
 #include "tests/frames/VectorFile.h"
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
+#include "host/judge/JudgedHost.h"
 #include "hostapi/EntryPoint.h"
 
 #include <gtest/gtest.h>
 
+#include <climits>
 #include <filesystem>
+#include <mutex>
 #include <optional>
 #include <thread>
 #include <vector>
@@ -37,11 +39,11 @@ INSTANTIATE_TEST_SUITE_P(
     [](const testing::TestParamInfo<Frames>& frames) { return frames.param.name; });
 
 TEST_P(ConcurrentFrames, AreWhatTheyAreAlone) {
-    host::HostOptions options;
+    host::judge::JudgeOptions options;
     options.audit = true;
     options.threads = 3;
-    host::Host host(options);
-    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    host::judge::JudgedHost host(options);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
     const std::filesystem::path folder = KOVALUNE_VECTORS;
 
     const auto renderRepeatedly = [&](const std::string& name) {
@@ -57,7 +59,6 @@ TEST_P(ConcurrentFrames, AreWhatTheyAreAlone) {
             EXPECT_EQ(firstDifference(output, vector.expected), "") << name;
         }
     };
-    host.options().globalSetdownAtEnd = false;
     std::vector<std::thread> threads;
     for (const char* const name : GetParam().vectors) {
         threads.emplace_back(renderRepeatedly, name);
@@ -65,13 +66,65 @@ TEST_P(ConcurrentFrames, AreWhatTheyAreAlone) {
     for (std::thread& thread : threads) {
         thread.join();
     }
-    host::AuditReport report = host.audit();
+    host::judge::AuditReport report = host.audit();
+    report.paramCheckouts = 0;
+    EXPECT_TRUE(report.clean()) << report.text();
+}
+
+/// Each has a bar of its own: one is cancelled by it, the other goes on to its last pixel.
+TEST_P(ConcurrentFrames, AreCancelledEachByItself) {
+    host::judge::JudgeOptions options;
+    options.audit = true;
+    options.threads = 2;
+    host::judge::JudgedHost host(options);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
+    const FrameVector vector =
+        readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / GetParam().vectors.front());
+    const auto render = [&](int cancelAt) {
+        int calls = 0;
+        int last = 0;
+        for (int repeat = 0; repeat < 5; ++repeat) {
+            calls = 0;
+            last = 0;
+            host::RenderRequest request = vector.request();
+            std::mutex mutex; // the effect reports from one thread; the host promises nothing
+            request.onProgress = [&](int current, int total) {
+                const std::lock_guard lock(mutex);
+                EXPECT_GE(current, last);
+                EXPECT_LE(current, total);
+                last = current;
+                return ++calls < cancelAt;
+            };
+            host::Image output;
+            host::Session session(host, module);
+            vector.applyTo(session);
+            const host::RenderResult result = session.render(vector.input, output, request);
+            if (cancelAt <= calls) {
+                EXPECT_EQ(result.code, PF_Interrupt_CANCEL);
+                EXPECT_EQ(calls, cancelAt);
+            } else {
+                EXPECT_TRUE(result.ok()) << result.code;
+                EXPECT_EQ(firstDifference(output, vector.expected), "");
+            }
+        }
+        return calls;
+    };
+    const int callsOfAWholeFrame = render(INT_MAX);
+    ASSERT_GT(callsOfAWholeFrame, 0);
+    const int middle = (callsOfAWholeFrame + 1) / 2;
+    std::thread cancelled([&] { EXPECT_EQ(render(middle), middle); });
+    EXPECT_EQ(render(INT_MAX), callsOfAWholeFrame);
+    cancelled.join();
+    host::judge::AuditReport report = host.audit();
+    EXPECT_EQ(report.layerCheckouts, 5); // the effect leaves the layer of a frame that ends early to the host
+    report.layerCheckouts = 0;
     report.paramCheckouts = 0;
     EXPECT_TRUE(report.clean()) << report.text();
 }
 
 /// Of one frame, alone or beside others.
-FrameReport reportOf(host::Host& host, host::EffectModule& module, const FrameVector& vector, bool asked) {
+FrameReport reportOf(host::judge::JudgedHost& host, host::EffectModule& module, const FrameVector& vector,
+                     bool asked) {
     FrameReport report;
     std::optional<FrameReportScope> scope;
     if (asked) {
@@ -95,11 +148,10 @@ std::vector<int64_t> countsOf(const FrameReport& report) {
 }
 
 TEST_P(ConcurrentFrames, ReportEachToItsOwnThread) {
-    host::HostOptions options;
+    host::judge::JudgeOptions options;
     options.threads = 3;
-    options.globalSetdownAtEnd = false;
-    host::Host host(options);
-    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
+    host::judge::JudgedHost host(options);
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
     std::vector<FrameVector> vectors;
     std::vector<std::vector<int64_t>> alone;
     for (const char* const name : GetParam().vectors) {
@@ -124,7 +176,7 @@ TEST_P(ConcurrentFrames, ReportEachToItsOwnThread) {
 }
 
 TEST(LoadedPlugIn, FillsNoReport) {
-    host::Host host;
+    host::judge::JudgedHost host;
     host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
     const FrameVector vector =
         readFrameVector(std::filesystem::path(KOVALUNE_VECTORS) / "process-many-argb-0");

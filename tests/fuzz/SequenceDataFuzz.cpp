@@ -3,9 +3,9 @@
 // that is not so ends the process with a message.
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
 #include "host/HostState.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 #include "hostapi/EntryPoint.h"
 
 #include <algorithm>
@@ -87,9 +87,9 @@ constexpr HandleCall kCallsOfFlatten[] = {{"host_lock_handle", PF_Err_INTERNAL_S
 
 // ---- The effect's way to the host and back
 
-host::Host* watchedHost = nullptr;
+host::judge::JudgedHost* watchedHost = nullptr;
 
-host::Host& watched(host::Host& host) {
+host::judge::JudgedHost& watched(host::judge::JudgedHost& host) {
     watchedHost = &host;
     return host;
 }
@@ -133,11 +133,10 @@ void giveShrunkSize(host::CommandFrame& frame) {
     frame.in.utils = &shrunk.utils;
 }
 
-host::HostOptions strictOptions() {
-    host::HostOptions options;
+host::judge::JudgeOptions strictOptions() {
+    host::judge::JudgeOptions options;
     options.audit = true;
     options.poisonNewWorlds = true;
-    options.globalSetdownAtEnd = false; // the linked effect serves all inputs of this process
     return options;
 }
 
@@ -173,14 +172,15 @@ private:
     void open() {
         session_.setSequenceBytes(emptyHandle_ && block_.empty() ? Bytes(1) : block_);
         if (emptyHandle_ && block_.empty()) {
-            host_.state().handles.resize(session_.sequenceData(), 0, host_.options());
+            require(host_.state().handles.resize(session_.sequenceData(), 0, host_.options()) == PF_Err_NONE,
+                    "a handle may be emptied");
         }
     }
 
     void close() {
         const CommandResult result = session_.sequenceSetdown();
         require(result.ok(), "PF_Cmd_SEQUENCE_SETDOWN succeeds");
-        const host::AuditReport audit = host_.audit();
+        const host::judge::AuditReport audit = host_.audit();
         require(audit.clean(), "nothing is held, misused or damaged", audit.text());
     }
 
@@ -223,8 +223,8 @@ private:
             host_.armFaults({.failCall = static_cast<int>(at) + 1, .failCode = PF_Err_INVALID_INDEX});
             const CommandResult result = run(command);
             const HandleCall expected = at < calls.size() ? calls[at] : HandleCall{"", PF_Err_NONE};
-            require(result.failedCall == expected.name, "the handle calls come in their order",
-                    result.failedCall);
+            require(host_.failedCallName() == expected.name, "the handle calls come in their order",
+                    host_.failedCallName());
             require(result.code == expected.code, "a failing handle call gives its code", expected.name);
             const Bytes left = session_.sequenceBytes();
             require(at == calls.size() || left == kNewRecord ||
@@ -248,8 +248,8 @@ private:
         } while (shrunk.answers >= shrunk.at);
     }
 
-    host::Host host_{strictOptions()};
-    host::EffectModule module_ = host::EffectModule::linked(watchedEntry);
+    host::judge::JudgedHost host_{strictOptions()};
+    host::EffectModule module_ = host::EffectModule::linked(watchedEntry, host::SetDown::kNever);
     host::Session session_{watched(host_), module_};
     Bytes block_;
     bool emptyHandle_ = false;

@@ -87,8 +87,8 @@ void apply(host::Session& session, const std::string& label, const host::ParamVa
 }
 
 std::string frameHash(const GoldenScene& scene, const host::Image& input, host::EffectModule& module,
-                      const host::HostOptions& options) {
-    host::Host host(options);
+                      const host::judge::JudgeOptions& options) {
+    host::judge::JudgedHost host(options);
     host::Session session(host, module);
     if (!session.setupResult().ok()) {
         return codeText(session.setupResult().code);
@@ -131,7 +131,8 @@ std::string edgesHash(const GoldenScene& scene, const host::Image& input) {
 
 } // namespace
 
-std::string goldenHash(const GoldenScene& scene, host::EffectModule& module, host::HostOptions options) {
+std::string goldenHash(const GoldenScene& scene, host::EffectModule& module,
+                       host::judge::JudgeOptions options) {
     const host::Image input =
         drawGoldenPicture(scene.picture, scene.format, scene.width, scene.height, scene.seed).image;
     switch (scene.what) {

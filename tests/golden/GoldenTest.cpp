@@ -31,14 +31,8 @@ std::vector<std::string> linesOfTheFile() {
     return lines;
 }
 
-host::HostOptions plainOptions() {
-    host::HostOptions options;
-    options.globalSetdownAtEnd = false; // the linked effect serves many sessions of this process
-    return options;
-}
-
 /// Names the first scenes that differ.
-void expectTheFilesHashes(host::EffectModule& module, const host::HostOptions& options) {
+void expectTheFilesHashes(host::EffectModule& module, const host::judge::JudgeOptions& options) {
     const std::vector<GoldenScene> scenes = goldenScenes();
     const std::vector<std::string> lines = linesOfTheFile();
     ASSERT_EQ(lines.size(), scenes.size());
@@ -67,8 +61,8 @@ TEST(GoldenFile, HasALineOfItsOwnForEachScene) {
 class GoldenFrames : public testing::TestWithParam<int> {};
 
 TEST_P(GoldenFrames, AreThoseOfTheFileForThisManyIterations) {
-    host::EffectModule module = host::EffectModule::linked(EntryPointFunc);
-    host::HostOptions options = plainOptions();
+    host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
+    host::judge::JudgeOptions options;
     options.iterations = GetParam();
     options.threads = GetParam() > 1 ? 2 : 1;
     options.shuffleIterations = GetParam() > 1;
@@ -80,8 +74,8 @@ INSTANTIATE_TEST_SUITE_P(Iterations, GoldenFrames, testing::Values(1, 2, 5, 64),
                          testing::PrintToStringParamName());
 
 TEST(GoldenFramesOfThePlugIn, AreThoseOfTheFile) {
-    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
-    expectTheFilesHashes(module, plainOptions());
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN, host::SetDown::kNever);
+    expectTheFilesHashes(module, {});
 }
 
 TEST(PixelHash, IsThePublishedOne) {

@@ -20,9 +20,8 @@ constexpr char kHead[] = "# What frames, smoothed pictures and maps of edge flag
                          "# hash | picture-seed, size, depth, flow, view; what is not as usual | settings\n";
 
 void writeHashes(host::EffectModule& module) {
-    host::HostOptions options;
+    host::judge::JudgeOptions options;
     options.threads = 1;
-    options.globalSetdownAtEnd = false;
     std::fputs(kHead, stdout);
     for (const test::GoldenScene& scene : test::goldenScenes()) {
         std::printf("%s %s\n", test::goldenHash(scene, module, options).c_str(), scene.text().c_str());
@@ -33,8 +32,9 @@ void writeHashes(host::EffectModule& module) {
 
 int main(int count, char** words) {
     try {
-        host::EffectModule module =
-            count > 1 ? host::EffectModule::load(words[1]) : host::EffectModule::linked(EntryPointFunc);
+        host::EffectModule module = count > 1
+                                        ? host::EffectModule::load(words[1], host::SetDown::kNever)
+                                        : host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
         writeHashes(module);
     } catch (const std::exception& error) {
         std::fprintf(stderr, "golden_hashes: %s\n", error.what());

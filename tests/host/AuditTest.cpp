@@ -94,11 +94,11 @@ TEST(Audit, AWorldLeftBehindIsALeakUntilDisposed) {
 }
 
 /// Writes one byte behind the pixels of row 1, `beyond` bytes on.
-AuditReport afterRowOverrun(int rowPadding, A_long beyond, bool whileLive) {
-    HostOptions options = Stage::audited();
+judge::AuditReport afterRowOverrun(int rowPadding, A_long beyond, bool whileLive) {
+    judge::JudgeOptions options = Stage::audited();
     options.rowPadding = rowPadding;
     Stage stage(options);
-    AuditReport live;
+    judge::AuditReport live;
     stage.during([&](Call& c) {
         PF_EffectWorld world{};
         c.utils().new_world(c.ref(), 3, 4, 0, &world);
@@ -121,7 +121,7 @@ TEST(Audit, AWriteBehindARowIsDamage) {
 // AddressSanitizer itself reports the writes of these, at once.
 #if !defined(TEST_UNDER_ADDRESS_SANITIZER)
 
-AuditReport afterWorldOverrun(A_long row, std::ptrdiff_t offset) {
+judge::AuditReport afterWorldOverrun(A_long row, std::ptrdiff_t offset) {
     Stage stage;
     stage.during([&](Call& c) {
         PF_EffectWorld world{};

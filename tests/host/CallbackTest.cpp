@@ -45,7 +45,7 @@ int emptySuiteSlots(const Call& c, const char* name, int32_t version) {
 }
 
 TEST(Callback, EverySlotOfTheSuitesIsFilled) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.everySuiteVersion = true;
     Stage stage(options);
     stage.during([](Call& c) {
@@ -72,14 +72,14 @@ TEST(Callback, AFunctionThatTheHostLacksRefusesAndIsMisuse) {
         EXPECT_EQ(c.in.inter.register_ui(c.ref(), nullptr), PF_Err_INVALID_CALLBACK);
         return PF_Err_NONE;
     });
-    const AuditReport report = stage.host.audit();
+    const judge::AuditReport report = stage.host.audit();
     ASSERT_EQ(report.misuse.size(), 3U);
     EXPECT_EQ(report.misuse[0], "premultiply is not a function of this host");
     EXPECT_EQ(report.misuse[1], "app is not a function of this host");
 }
 
 TEST(Callback, InDataTellsWhoTheHostIs) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.applId = PF_AppID_PrMr;
     options.version = {11, 9};
     options.quality = PF_Quality_LO;
@@ -159,7 +159,7 @@ TEST(Callback, RgbToHlsGoesThroughTheHost) {
 }
 
 TEST(Callback, PlatformDataGivesPathsAndWindow) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     int window = 0;
     options.mainWindow = &window;
     options.executablePath = "/opt/host";
@@ -183,7 +183,7 @@ TEST(Callback, PlatformDataGivesPathsAndWindow) {
 }
 
 TEST(Callback, APathThatDoesNotFitIsRefused) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.executablePath = std::string(260, 'x');
     Stage stage(options);
     stage.during([&](Call& c) {
@@ -239,7 +239,7 @@ TEST(Callback, OutsideOfACommandNothingWorks) {
 
 TEST(Callback, ProgressReachesTheObserverAndCancels) {
     std::vector<std::pair<int, int>> seen;
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.onProgress = [&seen](int current, int total) {
         seen.emplace_back(current, total);
         return current < 2;
@@ -267,7 +267,7 @@ TEST(Callback, TheLogKeepsTheOrderAndCanBeOff) {
         return PF_Err_NONE;
     };
     stage.during(two);
-    const std::vector<CallRecord> expected{
+    const std::vector<judge::CallRecord> expected{
         {"progress", "1 2"}, {"host_new_handle", "3"}, {"host_dispose_handle", ""}};
     EXPECT_EQ(stage.host.calls(), expected);
     stage.host.clearCalls();

@@ -4,12 +4,13 @@
 
 #include <atomic>
 #include <thread>
+#include <vector>
 
 namespace kovalune::host::test {
 namespace {
 
-HostOptions busy(int threads) {
-    HostOptions options;
+judge::JudgeOptions busy(int threads) {
+    judge::JudgeOptions options;
     options.audit = true;
     options.threads = threads;
     options.iterations = 8;
@@ -102,6 +103,55 @@ TEST(Concurrency, SmartRendersOverlap) {
     other.join();
 }
 
+/// Reports until it is cancelled or at 100 of 100.
+PF_Err reportAll(Call& c) {
+    for (A_long step = 1; step <= 100; ++step) {
+        if (const PF_Err err = c.in.inter.progress(c.ref(), step, 100)) {
+            EXPECT_EQ(c.in.inter.abort(c.ref()), err);
+            return err;
+        }
+        EXPECT_EQ(c.in.inter.abort(c.ref()), PF_Err_NONE);
+    }
+    return PF_Err_NONE;
+}
+
+TEST(Concurrency, TwoFramesAtOnceHaveEachItsOwnProgressAndCancellation) {
+    Stage stage(busy(2));
+    std::atomic<int> inside{0};
+    stage.script[PF_Cmd_SMART_RENDER] = [&inside](Call& c) -> PF_Err {
+        ++inside;
+        while (inside < 2) {
+            std::this_thread::yield();
+        }
+        return reportAll(c);
+    };
+    Session& session = stage.session();
+    const auto render = [&session](int cancelAt, std::vector<int>& steps) {
+        RenderRequest request;
+        request.onProgress = [cancelAt, &steps](int current, int total) {
+            EXPECT_EQ(total, 100);
+            steps.push_back(current);
+            return current < cancelAt;
+        };
+        Image output;
+        return session.render(patterned(PF_PixelFormat_ARGB32, 2, 2), output, request).code;
+    };
+    std::vector<int> cancelled;
+    std::vector<int> whole;
+    PF_Err cancelledCode = PF_Err_NONE;
+    std::thread other([&] { cancelledCode = render(30, cancelled); });
+    EXPECT_EQ(render(1000, whole), PF_Err_NONE);
+    other.join();
+    EXPECT_EQ(cancelledCode, PF_Interrupt_CANCEL);
+    EXPECT_EQ(cancelled.size(), 30U);
+    EXPECT_EQ(whole.size(), 100U);
+    // Neither outlives its frame.
+    std::vector<int> later;
+    EXPECT_EQ(render(1000, later), PF_Err_NONE);
+    EXPECT_EQ(later.size(), 100U);
+    EXPECT_EQ(whole.size(), 100U);
+}
+
 class Serialised : public testing::TestWithParam<RenderFlow> {};
 INSTANTIATE_TEST_SUITE_P(Flows, Serialised, testing::Values(RenderFlow::kSmart, RenderFlow::kLegacy));
 
@@ -119,7 +169,7 @@ TEST_P(Serialised, CommandsThatReadParametersNeverOverlap) {
     stage.script[PF_Cmd_SMART_PRE_RENDER] = reading;
     stage.script[PF_Cmd_RENDER] = reading;
     // Two hosts with a session each share the effect and so its turns.
-    Host otherHost(busy(2));
+    judge::JudgedHost otherHost(busy(2));
     EffectModule otherModule = EffectModule::linked(scriptedEntry);
     Session otherSession(otherHost, otherModule);
     std::vector<std::thread> threads;
@@ -142,7 +192,7 @@ TEST_P(Serialised, CommandsThatReadParametersNeverOverlap) {
 TEST(Concurrency, HostsInOneProcessKeepTheirBooksApart) {
     Stage stage(busy(2));
     stage.session();
-    Host other(busy(2));
+    judge::JudgedHost other(busy(2));
     EffectModule module = EffectModule::linked(scriptedEntry);
     Session session(other, module);
     stage.during([](Call& c) -> PF_Err {

@@ -72,7 +72,7 @@ TEST(Handle, LocksAndHandlesLeftBehindAreCounted) {
         c.utils().host_lock_handle(kept);
         return PF_Err_NONE;
     });
-    const AuditReport report = stage.host.audit();
+    const judge::AuditReport report = stage.host.audit();
     EXPECT_EQ(report.liveHandles, 1);
     EXPECT_EQ(report.liveLocks, 1);
     EXPECT_FALSE(report.clean());
@@ -99,7 +99,7 @@ TEST(Handle, AStaleHandleIsNoticedAfterNewOnesToo) {
         }
         return PF_Err_NONE;
     });
-    const AuditReport report = stage.host.audit();
+    const judge::AuditReport report = stage.host.audit();
     EXPECT_EQ(report.liveHandles, 0);
     ASSERT_EQ(report.misuse.size(), 60U);
     EXPECT_EQ(report.misuse[0], "dispose of an unknown handle");

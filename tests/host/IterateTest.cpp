@@ -54,8 +54,8 @@ PF_Err iterate(Stage& stage, A_long iterations, Passes& passes) {
         .code;
 }
 
-HostOptions threaded(int threads, int iterations) {
-    HostOptions options = Stage::audited();
+judge::JudgeOptions threaded(int threads, int iterations) {
+    judge::JudgeOptions options = Stage::audited();
     options.threads = threads;
     options.iterations = iterations;
     return options;
@@ -117,7 +117,7 @@ TEST(Iterate, TwoThreadsAreInsideAtOnce) {
 }
 
 TEST(Iterate, UnthreadedRunsInOrderOnTheCallingThread) {
-    HostOptions options = threaded(4, 16);
+    judge::JudgeOptions options = threaded(4, 16);
     options.threaded = false;
     Stage stage(options);
     Passes passes;
@@ -128,7 +128,7 @@ TEST(Iterate, UnthreadedRunsInOrderOnTheCallingThread) {
 
 TEST(Iterate, ShuffledOrderDependsOnTheSeedOnly) {
     const auto orderFor = [](uint64_t seed) {
-        HostOptions options = threaded(4, 16);
+        judge::JudgeOptions options = threaded(4, 16);
         options.threaded = false;
         options.shuffleIterations = true;
         options.shuffleSeed = seed;
@@ -145,7 +145,7 @@ TEST(Iterate, ShuffledOrderDependsOnTheSeedOnly) {
 }
 
 TEST(Iterate, ShuffledOntoThreadsRunsAllOnce) {
-    HostOptions options = threaded(4, 32);
+    judge::JudgeOptions options = threaded(4, 32);
     options.shuffleIterations = true;
     Stage stage(options);
     Passes passes;
@@ -155,7 +155,7 @@ TEST(Iterate, ShuffledOntoThreadsRunsAllOnce) {
 }
 
 TEST(Iterate, AFailingPassGivesItsCodeAndStopsTheRest) {
-    HostOptions options = threaded(4, 16);
+    judge::JudgeOptions options = threaded(4, 16);
     options.threaded = false;
     Stage stage(options);
     Passes passes;

@@ -7,8 +7,8 @@
 namespace kovalune::host {
 namespace {
 
-const BlockPolicy kPooled{false, 0, 4096};
-const BlockPolicy kAudited{true, 0, 4096};
+const BlockPolicy kPooled{.poolCapBytes = 4096};
+const BlockPolicy kFresh{.poolCapBytes = 4096, .fresh = true};
 
 TEST(MemoryPool, ReusesABlockOfTheSameSize) {
     MemoryPool pool;
@@ -38,16 +38,21 @@ TEST(MemoryPool, KeepsNoMoreThanTheCap) {
     EXPECT_EQ(pool.pooledBytes(), 3000U);
 }
 
-TEST(MemoryPool, PoolsNothingUnderAudit) {
+TEST(MemoryPool, KeepsAndReusesNoFreshBlock) {
     MemoryPool pool;
-    pool.give(pool.take(1000, kAudited), kAudited);
+    pool.give(pool.take(1000, kFresh), kFresh);
     EXPECT_EQ(pool.pooledBytes(), 0U);
+    pool.give(pool.take(1000, kPooled), kPooled);
+    const MemoryBlock fresh = pool.take(1000, kFresh);
+    EXPECT_EQ(pool.pooledBytes(), 1000U);
+    pool.give(fresh, kFresh);
+    EXPECT_EQ(pool.pooledBytes(), 1000U);
 }
 
 TEST(MemoryPool, PayloadIsAlignedButForTheOffset) {
     MemoryPool pool;
-    for (const bool audit : {false, true}) {
-        const BlockPolicy policy{audit, 12, 0};
+    for (const bool fresh : {false, true}) {
+        const BlockPolicy policy{.dataOffset = 12, .tailBytes = 5, .fresh = fresh};
         const MemoryBlock block = pool.take(100, policy);
         EXPECT_EQ(reinterpret_cast<uintptr_t>(block.payload) % 64, 12U);
         pool.give(block, policy);

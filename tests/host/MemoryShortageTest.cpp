@@ -9,8 +9,8 @@
 namespace kovalune::host::test {
 namespace {
 
-HostOptions unlogged() {
-    HostOptions options = Stage::audited();
+judge::JudgeOptions unlogged() {
+    judge::JudgeOptions options = Stage::audited();
     options.recordCalls = false; // the log itself needs memory
     return options;
 }
@@ -46,7 +46,7 @@ TEST(MemoryShortage, ReleaseSuiteReportsItAndKeepsTheSuite) {
 }
 
 TEST(MemoryShortage, AThrowingPassStillGivesItsCode) {
-    HostOptions options = unlogged();
+    judge::JudgeOptions options = unlogged();
     options.threaded = false;
     Stage stage(options);
     const PF_IterateGenericFunc throwing = [](void*, A_long, A_long, A_long) -> PF_Err {
@@ -63,7 +63,7 @@ TEST(MemoryShortage, AThrowingPassStillGivesItsCode) {
 
 // On a helper's thread nobody could catch what the books throw: the program would end.
 TEST(MemoryShortage, AThrowingPassOnAHelpersThreadEndsNothing) {
-    HostOptions options = unlogged();
+    judge::JudgeOptions options = unlogged();
     options.threads = 2;
     options.iterations = 2;
     Stage stage(options);
@@ -112,7 +112,7 @@ TEST(MemoryShortage, PreRenderDataCanBeDroppedWithoutMemoryForTheBooks) {
 }
 
 TEST(MemoryShortage, UnshuffledPassesNeedNoOrder) {
-    HostOptions options = unlogged();
+    judge::JudgeOptions options = unlogged();
     options.threaded = false;
     Stage stage(options);
     const PF_IterateGenericFunc pass = [](void*, A_long, A_long, A_long) -> PF_Err { return PF_Err_NONE; };

@@ -19,7 +19,7 @@ struct Seen {
     A_long outputHeight = 0;
 };
 
-Seen lookAtWorlds(const HostOptions& options, Image& output) {
+Seen lookAtWorlds(const judge::JudgeOptions& options, Image& output) {
     Stage stage(options);
     Seen seen;
     stage.script[PF_Cmd_SMART_RENDER] = [&seen](Call& c) -> PF_Err {
@@ -47,7 +47,7 @@ Seen lookAtWorlds(const HostOptions& options, Image& output) {
 }
 
 TEST(Misbehaviour, NullInputWorldComesWithSuccess) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.nullInputWorld = true;
     Image output;
     const Seen seen = lookAtWorlds(options, output);
@@ -57,7 +57,7 @@ TEST(Misbehaviour, NullInputWorldComesWithSuccess) {
 }
 
 TEST(Misbehaviour, NullOutputWorldComesWithSuccess) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.nullOutputWorld = true;
     Image output;
     const Seen seen = lookAtWorlds(options, output);
@@ -67,7 +67,7 @@ TEST(Misbehaviour, NullOutputWorldComesWithSuccess) {
 }
 
 TEST(Misbehaviour, TheOutputWorldCanBeOfAnotherSize) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.outputWidthDelta = -1;
     options.outputHeightDelta = 2;
     Image output;
@@ -79,7 +79,7 @@ TEST(Misbehaviour, TheOutputWorldCanBeOfAnotherSize) {
 }
 
 TEST(Misbehaviour, TheLegacyOutputCanBeOfAnotherSizeToo) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.outputWidthDelta = 1;
     Stage stage(options);
     stage.script[PF_Cmd_RENDER] = [](Call& c) -> PF_Err { return c.output->width; };
@@ -90,7 +90,7 @@ TEST(Misbehaviour, TheLegacyOutputCanBeOfAnotherSizeToo) {
 }
 
 TEST(Misbehaviour, AnOutputWorldOfNoSizeIsTheCallersError) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.outputWidthDelta = -4;
     Stage stage(options);
     Image output;
@@ -101,7 +101,7 @@ TEST(Misbehaviour, AnOutputWorldOfNoSizeIsTheCallersError) {
 }
 
 TEST(Misbehaviour, BytesCanBeWrittenAfterEachRecordOfTheEffects) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.extraRecordBytes = 20;
     Stage stage(options);
     struct RoomyWorld {

@@ -42,8 +42,8 @@ struct Layout {
 
 class Renders : public testing::TestWithParam<Layout> {
 protected:
-    HostOptions options() const {
-        HostOptions result = Stage::audited();
+    judge::JudgeOptions options() const {
+        judge::JudgeOptions result = Stage::audited();
         result.rowPadding = GetParam().rowPadding;
         return result;
     }
@@ -295,7 +295,7 @@ TEST(SmartRender, AResultLargerThanAWorldEndsTheFrame) {
 
 TEST(SmartRender, AnInsideOutResultIsRefusedWhereEmptyOnesAreRendered) {
     for (const PF_LRect& rect : {PF_LRect{3, 0, 1, 4}, PF_LRect{2147483647, 0, -2147483647, 4}}) {
-        HostOptions options = Stage::audited();
+        judge::JudgeOptions options = Stage::audited();
         options.allowEmpty = true;
         Stage stage(options);
         stage.script[PF_Cmd_SMART_PRE_RENDER] = promising(rect);
@@ -309,7 +309,7 @@ TEST(SmartRender, AnInsideOutResultIsRefusedWhereEmptyOnesAreRendered) {
 
 // Rows of more bytes than a world can tell of.
 TEST(SmartRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.allowHuge = true;
     Stage stage(options);
     stage.script[PF_Cmd_SMART_PRE_RENDER] = promising({-(1 << 28), 0, 1 << 28, 4});
@@ -319,7 +319,7 @@ TEST(SmartRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
 }
 
 TEST(LegacyRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.allowHuge = true;
     options.outputWidthDelta = 1 << 29;
     Stage stage(options);
@@ -333,7 +333,7 @@ TEST(LegacyRender, AnOutputWorldBeyondAllMemoryIsABadAlloc) {
 
 // Row padding shows whether a world was cleared: only uncleared memory is poisoned.
 TEST(SmartRender, WorldsThatThePictureCoversAreNotClearedFirst) {
-    HostOptions options;
+    judge::JudgeOptions options;
     options.threads = 1;
     options.rowPadding = 4;
     options.poisonNewWorlds = true;
@@ -352,7 +352,7 @@ TEST(SmartRender, WorldsThatThePictureCoversAreNotClearedFirst) {
 }
 
 TEST(SmartRender, WhatNoPictureCoversIsTransparentBlack) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.poisonNewWorlds = true;
     Stage stage(options);
     stage.script[PF_Cmd_SMART_PRE_RENDER] = promising({-1, 0, 5, 4});
@@ -550,7 +550,7 @@ TEST(Render, RefusesSizesThatNoHostRenders) {
 }
 
 TEST(Render, HugeAndEmptyPicturesCanBeAllowed) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.allowHuge = true;
     options.allowEmpty = true;
     Stage stage(options);

@@ -118,15 +118,15 @@ PF_Err copyThrough(Call& call) {
     return err;
 }
 
-HostOptions Stage::audited() {
-    HostOptions options;
+judge::JudgeOptions Stage::audited() {
+    judge::JudgeOptions options;
     options.audit = true;
     options.recordCalls = true;
     options.threads = 2;
     return options;
 }
 
-Stage::Stage(HostOptions options) : host(std::move(options)) {
+Stage::Stage(judge::JudgeOptions options) : host(std::move(options)) {
     script[PF_Cmd_PARAMS_SETUP] = registerParams;
     script[PF_Cmd_SMART_PRE_RENDER] = askForLayer;
     script[PF_Cmd_SMART_RENDER] = copyThrough;

@@ -1,8 +1,8 @@
 // An effect whose answer to each command is written in the test, and a host and session around it.
 #pragma once
 
-#include "host/Host.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 #include "hostapi/HostApi.h"
 
 #include <functional>
@@ -80,12 +80,12 @@ PF_Err copyThrough(Call& call);
 /// A script with registerParams, askForLayer and copyThrough, a host and one session.
 class Stage {
 public:
-    explicit Stage(HostOptions options = audited());
+    explicit Stage(judge::JudgeOptions options = audited());
 
-    static HostOptions audited();
+    static judge::JudgeOptions audited();
 
     Script script;
-    Host host;
+    judge::JudgedHost host;
     EffectModule module = EffectModule::linked(scriptedEntry);
 
     /// Opened at the first use.

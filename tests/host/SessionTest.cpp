@@ -4,6 +4,7 @@
 
 #include <cstring>
 #include <stdexcept>
+#include <type_traits>
 
 namespace kovalune::host::test {
 namespace {
@@ -38,7 +39,7 @@ TEST(Session, SetsUpAndDownInOrder) {
 TEST(Session, GlobalSetdownCanBeLeftOut) {
     Stage stage;
     CommandLog log(stage);
-    stage.host.options().globalSetdownAtEnd = false;
+    stage.module = EffectModule::linked(scriptedEntry, SetDown::kNever);
     stage.session();
     stage.endSession();
     EXPECT_EQ(log.commands, (std::vector<PF_Cmd>{PF_Cmd_GLOBAL_SETUP, PF_Cmd_PARAMS_SETUP}));
@@ -214,6 +215,50 @@ TEST(Host, RefusesOptionsOutOfRange) {
     EXPECT_THROW(made([](HostOptions& o) { o.rowPadding = -4; }), HostError);
     EXPECT_THROW(made([](HostOptions& o) { o.timeScale = 0; }), HostError);
     EXPECT_NO_THROW(made([](HostOptions& o) { o.rowPadding = 12; }));
+}
+
+TEST(JudgedHost, RefusesOptionsOutOfRange) {
+    const auto made = [](auto change) {
+        judge::JudgeOptions options;
+        change(options);
+        const judge::JudgedHost host(options);
+    };
+    EXPECT_THROW(made([](judge::JudgeOptions& o) { o.threads = 65; }), HostError);
+    EXPECT_THROW(made([](judge::JudgeOptions& o) { o.rowGuard = 6; }), HostError);
+    EXPECT_THROW(made([](judge::JudgeOptions& o) { o.extraRecordBytes = 33; }), HostError);
+    EXPECT_THROW(made([](judge::JudgeOptions& o) { o.extraRecordBytes = -1; }), HostError);
+    EXPECT_NO_THROW(made([](judge::JudgeOptions& o) { o.rowGuard = 12; }));
+}
+
+// Else a host would drop what only a judge knows of the options.
+static_assert(std::is_constructible_v<Host, HostOptions>);
+static_assert(!std::is_constructible_v<Host, judge::JudgeOptions>);
+
+// A host without a judge bears an effect's misuse as well, and renders.
+TEST(Host, NeedsNoJudge) {
+    Script script;
+    script[PF_Cmd_PARAMS_SETUP] = registerParams;
+    script[PF_Cmd_SMART_PRE_RENDER] = askForLayer;
+    script[PF_Cmd_SMART_RENDER] = [](Call& c) -> PF_Err {
+        c.utils().host_dispose_handle(nullptr);
+        PF_Handle handle = c.utils().host_new_handle(5);
+        c.utils().host_unlock_handle(handle);
+        c.utils().host_dispose_handle(handle);
+        PF_EffectWorld unknown{};
+        EXPECT_EQ(c.utils().dispose_world(c.ref(), &unknown), PF_Err_BAD_CALLBACK_PARAM);
+        return copyThrough(c);
+    };
+    Host host;
+    EffectModule module = EffectModule::linked(scriptedEntry);
+    Session session(host, module);
+    const Image input = patterned(PF_PixelFormat_ARGB64, 7, 3);
+    Image output;
+    EXPECT_TRUE(session.render(input, output).ok());
+    EXPECT_EQ(output, input);
+    const Image fromViews(input.format(), 7, 3);
+    Image written = fromViews;
+    EXPECT_TRUE(session.render(input.view(), written.view()).ok());
+    EXPECT_EQ(written, input);
 }
 
 } // namespace

@@ -7,9 +7,9 @@
 namespace kovalune::host::test {
 namespace {
 
-int countCalls(const Host& host, const std::string& call, const std::string& arguments) {
-    const std::vector<CallRecord> calls = host.calls();
-    return static_cast<int>(std::count(calls.begin(), calls.end(), CallRecord{call, arguments}));
+int countCalls(const judge::JudgedHost& host, const std::string& call, const std::string& arguments) {
+    const std::vector<judge::CallRecord> calls = host.calls();
+    return static_cast<int>(std::count(calls.begin(), calls.end(), judge::CallRecord{call, arguments}));
 }
 
 TEST(Suite, TheSixSuitesAreFound) {
@@ -37,7 +37,7 @@ TEST(Suite, TheSixSuitesAreFound) {
 }
 
 TEST(Suite, EveryVersionIsFoundWhereTheHostIsToldSo) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.everySuiteVersion = true;
     options.withheldSuites = {{kPFParamUtilsSuite, 2}};
     Stage stage(options);
@@ -63,7 +63,7 @@ TEST(Suite, EveryVersionIsFoundWhereTheHostIsToldSo) {
 }
 
 TEST(Suite, AWithheldSuiteIsMissingAndTheOtherVersionIsNot) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.withheldSuites = {{"PF World Suite", 2}};
     Stage stage(options);
     stage.during([](Call& c) {
@@ -176,7 +176,7 @@ TEST(Suite, UpdateParamUiGreysAndRenamesAParameter) {
 }
 
 TEST(Suite, ANullBasicSuiteReachesTheEffect) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.nullBasicSuite = true;
     Stage stage(options);
     bool null = false;

@@ -68,7 +68,7 @@ TEST_P(WorldFormats, ACopyOfTheStructIsRecognised) {
 }
 
 TEST(World, PaddingAndGuardWidenTheRows) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.rowPadding = 20;
     options.rowGuard = 8;
     Stage stage(options);
@@ -87,7 +87,7 @@ TEST(World, PaddingAndGuardWidenTheRows) {
 }
 
 TEST(World, TheDataOffsetMisalignsTheFirstPixel) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.dataOffset = 4;
     Stage stage(options);
     stage.during([&](Call& c) {
@@ -99,7 +99,7 @@ TEST(World, TheDataOffsetMisalignsTheFirstPixel) {
 }
 
 TEST(World, UnclearedWorldsCanBePoisoned) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.poisonNewWorlds = true;
     Stage stage(options);
     stage.during([&](Call& c) {
@@ -115,7 +115,7 @@ TEST(World, UnclearedWorldsCanBePoisoned) {
 }
 
 TEST(World, WithoutAuditMemoryIsReused) {
-    HostOptions options;
+    judge::JudgeOptions options;
     options.threads = 1;
     Stage stage(options);
     stage.during([&](Call& c) {
@@ -158,7 +158,7 @@ TEST(World, RefusesSizesOutOfRangeAndUnknownFormats) {
 }
 
 TEST(World, AWorldBeyondAllMemoryIsOutOfMemory) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.allowHuge = true;
     Stage stage(options);
     stage.during([&](Call& c) {
@@ -170,7 +170,7 @@ TEST(World, AWorldBeyondAllMemoryIsOutOfMemory) {
 }
 
 TEST(World, ForcedFormatIsReported) {
-    HostOptions options = Stage::audited();
+    judge::JudgeOptions options = Stage::audited();
     options.forcePixelFormat = PF_PixelFormat_INVALID;
     Stage stage(options);
     stage.during([&](Call& c) {

@@ -36,8 +36,8 @@ struct StageScene : FrameScene {
     }
 
 private:
-    static host::HostOptions recording() {
-        host::HostOptions options = strictOptions();
+    static host::judge::JudgeOptions recording() {
+        host::judge::JudgeOptions options = strictOptions();
         options.recordCalls = true;
         return options;
     }
@@ -207,7 +207,7 @@ TEST_P(BaseStage, SmoothsWhateverHasFailedAndIgnoresTheSmoothingsFailure) {
     const std::vector<int> numbers = scene.host.faultNumbersOf("copy");
     ASSERT_EQ(numbers.size(), 1U);
     Frame& again = scene.begin();
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = numbers[0];
     scene.host.arm(plan);
     EXPECT_EQ(runBaseStage(again), StageEnd::kNextStage);
@@ -219,7 +219,7 @@ TEST_P(BaseStage, CancelAtItsTickAbandonsTheFrame) {
     Random random(178);
     StageScene scene(GetParam(), random);
     Frame& frame = scene.begin();
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.cancelAtProgress = 1;
     scene.host.arm(plan);
     const IterateWatch passes(scene.host);

@@ -56,7 +56,7 @@ TEST_P(ColorExtraction, IsLikeThePlainOneForEveryNumberOfIterations) {
     Random random(111);
     for (int round = 0; round < 200; ++round) {
         const int32_t iterations = round % 8 + 1;
-        host::HostOptions options = shuffledOptions(iterations, 3, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(iterations, 3, random.next());
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const int32_t width = random.between(1, 30);
@@ -100,7 +100,7 @@ TEST_P(ColorExtraction, CountsThePixelsOfEachColourWithoutAnotherResultOrCall) {
     int several = 0;
     for (int round = 0; round < 400; ++round) {
         const int32_t iterations = round % 8 + 1;
-        host::HostOptions options = shuffledOptions(iterations, 3, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(iterations, 3, random.next());
         options.recordCalls = true;
         StrictHost host(options);
         const FrameRect rect =
@@ -158,7 +158,7 @@ TEST_P(ColorExtraction, HandsItsPlaneOverWhenTheHostFails) {
         const ColorMatches everything = {makeColorMatch(HlsColor(), 1.0)};
         MaskPlane plane(host.in(), 4, 4);
         plane.clearTo(9);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = 4; // behind the three calls that make the plane
         plan.failCode = 99;
         plan.failIterateAfter = after;
@@ -183,7 +183,7 @@ TEST_P(ColorExtraction, WithoutMemoryForItsPlaneRaises) {
     StrictHost host;
     TestWorld src(host, depth.format, 4, 4);
     MaskPlane plane;
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 2;
     host.arm(plan);
     EXPECT_THROW(depth.extract(plane, host.in(), src.get(), wholeRect(4, 4), {}, nullptr),

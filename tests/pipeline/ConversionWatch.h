@@ -1,7 +1,7 @@
 // Watches, counts or replaces the host's colour conversion.
 #pragma once
 
-#include "host/Callbacks.h"
+#include "host/CallbackTables.h"
 #include "tests/support/StrictHost.h"
 
 #include <functional>

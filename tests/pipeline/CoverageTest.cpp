@@ -34,7 +34,7 @@ TEST_P(Coverage, MarksPixelsOfNonZeroAlphaWithTrueSummaries) {
     const Depth depth = GetParam();
     Random random(81);
     for (int round = 0; round < 90; ++round) {
-        host::HostOptions options = shuffledOptions(random.between(1, 9), 3, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 3, random.next());
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const Mask mask = makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))],
@@ -83,14 +83,14 @@ TEST_P(Coverage, HandsOverAFreshPlaneAndLeavesOtherHandlesAlone) {
 
 TEST_P(Coverage, HandsItsPlaneOverWhenTheHostFails) {
     const Depth depth = GetParam();
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     StrictHost host(options);
     TestWorld src(host, depth.format, 4, 4);
     src.at<uint8_t>(0, 0) = 1;
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(9);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 4; // behind the three calls that make the plane
     plan.failCode = 99;
     host.arm(plan);
@@ -111,7 +111,7 @@ TEST_P(Coverage, WithoutMemoryForItsPlaneRaises) {
     StrictHost host;
     TestWorld src(host, depth.format, 4, 4);
     MaskPlane plane;
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 2;
     host.arm(plan);
     EXPECT_THROW(depth.coverage(plane, host.in(), src.get(), wholeRect(4, 4)), AEUtil::AEException);

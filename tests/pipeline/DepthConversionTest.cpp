@@ -56,7 +56,7 @@ INSTANTIATE_TEST_SUITE_P(Ways, DepthConversion, testing::Bool(),
 TEST_P(DepthConversion, ConvertsAllChannelsUnderTheMask) {
     Random random(91);
     for (int round = 0; round < 120; ++round) {
-        host::HostOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const Mask mask = makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))],
@@ -92,7 +92,7 @@ TEST_P(DepthConversion, HandsBackTheHostsCode) {
     TestWorld dst(host, to(), 3, 3);
     MaskPlane mask(host.in(), 3, 3);
     mask.clearTo(1);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);

@@ -89,7 +89,7 @@ TEST_P(FrameFailure, OfTheOpeningsCopyRunsNoPass) {
     FrameScene scene(GetParam(), random);
     scene.settings.view = kViewBase;
     const PlainPicture before = read(scene.output);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 2;
     plan.failCode = 99;
     scene.host.arm(plan);
@@ -102,7 +102,7 @@ TEST_P(FrameFailure, OfTheOpeningsCopyRunsNoPass) {
 
 TEST(FrameFailureOfDeepFrames, InTheCopyOfALayerIsTheFramesCode) {
     for (const FrameDriver& driver : {kFrameDrivers[1], kFrameDrivers[2]}) {
-        host::HostOptions options = strictOptions();
+        host::judge::JudgeOptions options = strictOptions();
         options.recordCalls = true;
         Random random(166);
         FrameScene whole(driver, options, 14, 11, random);
@@ -114,7 +114,7 @@ TEST(FrameFailureOfDeepFrames, InTheCopyOfALayerIsTheFramesCode) {
         Random sameRandom(166);
         FrameScene scene(driver, options, 14, 11, sameRandom);
         scene.settings.view = kViewProcess1;
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = numbers[1];
         plan.failCode = 99;
         scene.host.arm(plan);
@@ -125,7 +125,7 @@ TEST(FrameFailureOfDeepFrames, InTheCopyOfALayerIsTheFramesCode) {
 
 TEST_P(FrameFailure, OfTheTransformSuiteRaises) {
     Random random(167);
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.withheldSuites = {{kPFWorldTransformSuite, kPFWorldTransformSuiteVersion1}};
     FrameScene scene(GetParam(), options, 14, 11, random);
     const PlainPicture before = read(scene.output);

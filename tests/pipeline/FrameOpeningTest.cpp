@@ -11,8 +11,8 @@ namespace {
 
 class FrameOpening : public testing::TestWithParam<FrameDriver> {
 protected:
-    static host::HostOptions recording() {
-        host::HostOptions options = strictOptions();
+    static host::judge::JudgeOptions recording() {
+        host::judge::JudgeOptions options = strictOptions();
         options.recordCalls = true;
         return options;
     }
@@ -98,7 +98,7 @@ TEST_P(FrameOpening, WithNoEnabledStageReturnsTheHostsCode) {
         FrameScene scene(GetParam(), recording(), 8, 8, random);
         scene.settings.stages[0].enableProcess = 0;
         scene.settings.view = view;
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = 2;
         plan.failCode = 99;
         scene.host.arm(plan);

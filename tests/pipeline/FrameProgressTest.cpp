@@ -29,7 +29,7 @@ TEST_P(FrameProgress, IsTheShareOfAllEnabledStages) {
     };
     for (const Case& c : {Case{1, {25, 25, 25}}, Case{3, {10, 10, 10, 10, 10}}, Case{0, {100}}}) {
         std::vector<int> percents;
-        host::HostOptions options = strictOptions();
+        host::judge::JudgeOptions options = strictOptions();
         options.onProgress = [&percents](int current, int total) {
             EXPECT_EQ(total, 100);
             percents.push_back(current);
@@ -46,7 +46,7 @@ TEST_P(FrameProgress, IsTheShareOfAllEnabledStages) {
 TEST_P(FrameProgress, CountsTheStepsOfEnabledProcessStagesToo) {
     Random random(152);
     std::vector<int> percents;
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.onProgress = [&percents](int current, int /*total*/) {
         percents.push_back(current);
         return true;
@@ -69,7 +69,7 @@ TEST_P(FrameProgress, CancelEndsTheFrameWhereverItComes) {
             scene.settings.view = view;
             scene.settings.stages[0].repeat = 2;
             const PlainPicture expected = expectedWhenCancelled(scene, cancelled);
-            host::FaultPlan plan;
+            host::judge::FaultPlan plan;
             plan.cancelAtProgress = cancelled;
             scene.host.arm(plan);
             EXPECT_EQ(GetParam().render(scene.settings), PF_Interrupt_CANCEL);

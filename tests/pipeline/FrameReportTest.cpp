@@ -68,8 +68,9 @@ std::array<int64_t, kStageColors> plainSelected(ProcessScene& scene, int32_t num
     return selected;
 }
 
-host::HostOptions someOptions(Random& random) {
-    host::HostOptions options = shuffledOptions(random.between(1, 8), random.between(1, 3), random.next());
+host::judge::JudgeOptions someOptions(Random& random) {
+    host::judge::JudgeOptions options =
+        shuffledOptions(random.between(1, 8), random.between(1, 3), random.next());
     options.recordCalls = true;
     return options;
 }
@@ -276,7 +277,7 @@ TEST_P(FrameReports, LeaveAFailingFrameAsItIs) {
         if (report != nullptr) {
             scope.emplace(*report);
         }
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = call;
         scene.host.arm(plan);
         const PF_Err err = GetParam().render(scene.settings);

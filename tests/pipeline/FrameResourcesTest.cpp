@@ -13,8 +13,8 @@ namespace {
 
 class FrameResources : public testing::TestWithParam<FrameDriver> {
 protected:
-    static host::HostOptions recording() {
-        host::HostOptions options = strictOptions();
+    static host::judge::JudgeOptions recording() {
+        host::judge::JudgeOptions options = strictOptions();
         options.recordCalls = true;
         return options;
     }
@@ -129,7 +129,7 @@ TEST_P(FrameResources, MakesFourteenPlanesOfTheRectangleFirst) {
                                              : "";
     }
     EXPECT_EQ(order.substr(0, expected.size()), expected);
-    for (const host::CallRecord& record : scene.host.calls()) {
+    for (const host::judge::CallRecord& record : scene.host.calls()) {
         if (record.call == "host_new_handle") {
             EXPECT_EQ(record.arguments, "68") << "36 bytes of a plane of 5 by 3, and 32 in front";
         }
@@ -162,7 +162,7 @@ TEST_P(FrameResources, HostWithoutMemoryRaisesAndLeavesNothing) {
         for (const int number : numbers) {
             Random sameRandom(145);
             FrameScene scene(GetParam(), recording(), 14, 11, sameRandom);
-            host::FaultPlan plan;
+            host::judge::FaultPlan plan;
             plan.failCall = number;
             plan.failCode = PF_Err_OUT_OF_MEMORY;
             scene.host.arm(plan);
@@ -180,7 +180,7 @@ TEST_P(FrameResources, HostWithoutMemoryRaisesAndLeavesNothing) {
 
 TEST_P(FrameResources, HostWithoutTheNewWorldSuiteLacksFloatWorlds) {
     Random random(146);
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
     FrameScene scene(GetParam(), options, 14, 11, random);
     const bool isFloat = GetParam().format == PF_PixelFormat_ARGB128;
@@ -192,7 +192,7 @@ TEST_P(FrameResources, HostWithoutTheNewWorldSuiteLacksFloatWorlds) {
 
 TEST_P(FrameResources, BlurThatOnlyCopiesNeedsNoScratchWorld) {
     Random random(147);
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.withheldSuites = {{kPFWorldSuite, kPFWorldSuiteVersion2}};
     FrameScene scene(GetParam(), options, 14, 11, random);
     scene.settings.stages[0].blurAmount = 0.0;

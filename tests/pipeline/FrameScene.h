@@ -38,8 +38,8 @@ struct FrameScene {
     RenderSettings settings;
 
     /// A random input and another random picture in the output. One colour is listed and matches everything.
-    FrameScene(const FrameDriver& driver, const host::HostOptions& options, int32_t width, int32_t height,
-               Random& random)
+    FrameScene(const FrameDriver& driver, const host::judge::JudgeOptions& options, int32_t width,
+               int32_t height, Random& random)
         : host(options), input(host, driver.format, width, height),
           output(host, driver.format, width, height) {
         write(flatPicture(driver.format, width, height, random), input);

@@ -29,7 +29,7 @@ void randomiseBase(FrameScene& scene, Random& random) {
 TEST_P(FrameView, OfNormalExtractAndBaseIsLikeThePlainOne) {
     Random random(131);
     for (int round = 0; round < 60; ++round) {
-        host::HostOptions options = shuffledOptions(random.between(1, 9), 3, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 3, random.next());
         options.rowPadding = 4 * random.below(6);
         const int32_t width = random.between(1, 40);
         const int32_t height = random.between(1, 40);
@@ -104,7 +104,7 @@ TEST(FrameDepths, DisabledProcessStageShowsNothingInAnEightBitFrame) {
 
 TEST(FrameDepths, DisabledProcessStageIsAWorldCopyInTheDeeperFrames) {
     Random random(136);
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     for (const FrameDriver& driver : {kFrameDrivers[1], kFrameDrivers[2]}) {
         FrameScene scene(driver, options, 14, 11, random);
@@ -120,7 +120,7 @@ TEST(FrameDepths, EightBitFrameIsTheNarrowedSixteenBitFrame) {
     for (int round = 0; round < 20; ++round) {
         const int32_t width = random.between(1, 40);
         const int32_t height = random.between(1, 40);
-        const host::HostOptions options = shuffledOptions(random.between(1, 5), 2, random.next());
+        const host::judge::JudgeOptions options = shuffledOptions(random.between(1, 5), 2, random.next());
         FrameScene narrow(kFrameDrivers[0], options, width, height, random);
         randomiseBase(narrow, random);
         FrameScene wide(kFrameDrivers[1], options, width, height, random);

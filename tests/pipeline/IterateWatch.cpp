@@ -1,6 +1,6 @@
 #include "tests/pipeline/IterateWatch.h"
 
-#include "host/Callbacks.h"
+#include "host/CallbackTables.h"
 
 namespace kovalune::test {
 namespace {

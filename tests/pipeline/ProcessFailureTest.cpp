@@ -77,7 +77,7 @@ protected:
         EXPECT_EQ(driver().render(whole->settings), PF_Err_NONE);
         const std::vector<int> numbers = whole->host.faultNumbersOf(name);
         ASSERT_LE(n, static_cast<int>(numbers.size()));
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = numbers[static_cast<std::size_t>(n - 1)];
         plan.failCode = kCode;
         scene.host.arm(plan);
@@ -162,7 +162,7 @@ TEST_P(ProcessFailure, CancelAtAnyReportEndsTheFrame) {
         for (int32_t n = 1; n <= reports && !HasFailure(); ++n) {
             SCOPED_TRACE("report " + std::to_string(n));
             const auto broken = scene(disabled);
-            host::FaultPlan plan;
+            host::judge::FaultPlan plan;
             plan.cancelAtProgress = n;
             broken->host.arm(plan);
             const IterateWatch passes(broken->host);
@@ -192,7 +192,7 @@ TEST(ProcessCancel, LeavesTheFrameOfTheStagesBefore) {
             BusyScene scene(driver, kViewNormal, random);
             const int32_t cancelled = stageOfReport(scene.settings, report);
             ASSERT_GT(cancelled, 0);
-            host::FaultPlan plan;
+            host::judge::FaultPlan plan;
             plan.cancelAtProgress = report;
             scene.host.arm(plan);
             EXPECT_EQ(driver.render(scene.settings), PF_Interrupt_CANCEL);
@@ -215,7 +215,7 @@ TEST(ProcessCancel, StillCutsAnExtractViewToTheRegionsSoFar) {
     for (const FrameDriver& driver : kFrameDrivers) {
         Random random(213);
         BusyScene scene(driver, kViewExtract, random);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.cancelAtProgress = 5; // the tick of the first Process stage
         scene.host.arm(plan);
         EXPECT_EQ(driver.render(scene.settings), PF_Interrupt_CANCEL);

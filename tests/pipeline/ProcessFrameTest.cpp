@@ -58,8 +58,8 @@ public:
     }
 
 private:
-    host::HostOptions options(Random& random) {
-        host::HostOptions options =
+    host::judge::JudgeOptions options(Random& random) {
+        host::judge::JudgeOptions options =
             shuffledOptions(random.between(1, 8), random.between(1, 3), random.next());
         options.recordCalls = true;
         options.rowPadding = 4 * random.below(6);
@@ -96,7 +96,7 @@ TEST_P(ProcessFrame, IsTheSameForEveryDivisionOfTheWork) {
         std::optional<PlainPicture> alone;
         for (int n = 1; n <= 8; ++n) {
             Random same(seed);
-            host::HostOptions options = shuffledOptions(n, n, seed + static_cast<uint32_t>(n));
+            host::judge::JudgeOptions options = shuffledOptions(n, n, seed + static_cast<uint32_t>(n));
             ProcessScene scene(GetParam(), options, 31, 23, same);
             scene.randomise(same);
             scene.settings.view = kViews[static_cast<std::size_t>(round) % 3];

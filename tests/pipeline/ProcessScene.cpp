@@ -75,13 +75,13 @@ PlainPicture drawnPicture(PF_PixelFormat format, int32_t width, int32_t height, 
     return picture;
 }
 
-host::HostOptions ProcessScene::recordingOptions() {
-    host::HostOptions options = strictOptions();
+host::judge::JudgeOptions ProcessScene::recordingOptions() {
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     return options;
 }
 
-ProcessScene::ProcessScene(const FrameDriver& driver, const host::HostOptions& options, int32_t width,
+ProcessScene::ProcessScene(const FrameDriver& driver, const host::judge::JudgeOptions& options, int32_t width,
                            int32_t height, Random& random)
     : FrameScene(driver, options, width, height, random), palette(randomPalette(random)) {
     write(drawnPicture(driver.format, width, height, palette, random), input);

@@ -26,8 +26,8 @@ PlainPixel opaque(PF_PixelFormat format, const PF_Pixel& colour);
 struct ProcessScene : FrameScene {
     Palette palette;
 
-    ProcessScene(const FrameDriver& driver, const host::HostOptions& options, int32_t width, int32_t height,
-                 Random& random);
+    ProcessScene(const FrameDriver& driver, const host::judge::JudgeOptions& options, int32_t width,
+                 int32_t height, Random& random);
     ProcessScene(const FrameDriver& driver, int32_t width, int32_t height, Random& random)
         : ProcessScene(driver, recordingOptions(), width, height, random) {}
 
@@ -41,7 +41,7 @@ struct ProcessScene : FrameScene {
 
     PlainRendered plain(const PlainFault& fault = {});
 
-    static host::HostOptions recordingOptions();
+    static host::judge::JudgeOptions recordingOptions();
 
 private:
     void randomiseStage(StageSettings& stage, Random& random);

@@ -34,8 +34,8 @@ protected:
         return calls_;
     }
 
-    host::HostOptions options() {
-        host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options() {
+        host::judge::JudgeOptions options = strictOptions();
         options.onProgress = [this](int, int) {
             ++calls_;
             return true;

@@ -76,7 +76,7 @@ PF_Err fail(void* /*refcon*/, A_long /*thread*/, A_long /*i*/, A_long /*n*/) {
 }
 
 TEST(Iterate, AsksForOneIterationAProcessorByDefault) {
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.iterations = 5;
     StrictHost host(options);
     Visits visits;

@@ -66,7 +66,7 @@ TEST(MaskPlaneStorage, FollowsTheFormulaForAllSmallSizes) {
 }
 
 TEST(MaskPlaneStorage, IsOneHostHandleOfItsSizeAndIsNotCleared) {
-    host::HostOptions options = strictOptions();
+    host::judge::JudgeOptions options = strictOptions();
     options.recordCalls = true;
     StrictHost host(options);
     const MaskPlane plane(host.in(), 5, 3);
@@ -202,7 +202,7 @@ TEST(MaskPlaneStorage, ResizeToNothingLeavesAnEmptyPlaneWithBothFlagsUp) {
 
 /// The code that making a plane raises where this host call fails.
 PF_Err codeOfFailedCall(StrictHost& host, int call) {
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = call;
     host.arm(plan);
     try {
@@ -231,7 +231,7 @@ TEST(MaskPlaneStorage, FailedResizeLeavesThePlaneAsItWas) {
     StrictHost host;
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(2);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 2;
     host.arm(plan);
     EXPECT_THROW(plane.resize(host.in(), 50, 50), AEUtil::AEException);

@@ -26,7 +26,7 @@ TEST_P(MaskedCopy, MovesWholePixelsUnderTheMaskAndNothingElse) {
     const Depth depth = GetParam();
     Random random(21);
     for (int round = 0; round < 120; ++round) {
-        host::HostOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
+        host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
         options.rowPadding = 4 * random.below(6);
         StrictHost host(options);
         const int32_t width = random.between(1, 30);
@@ -73,7 +73,7 @@ TEST_P(MaskedCopy, HandsBackTheHostsCode) {
     TestWorld world(host, depth.format, 4, 2);
     MaskPlane mask(host.in(), 4, 2);
     mask.clearTo(1);
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.failCall = 1;
     plan.failCode = 99;
     host.arm(plan);

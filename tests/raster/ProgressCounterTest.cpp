@@ -11,8 +11,8 @@ namespace {
 
 using Calls = std::vector<std::pair<int, int>>;
 
-host::HostOptions recordingOptions(Calls& calls) {
-    host::HostOptions options = strictOptions();
+host::judge::JudgeOptions recordingOptions(Calls& calls) {
+    host::judge::JudgeOptions options = strictOptions();
     options.onProgress = [&calls](int current, int total) {
         calls.emplace_back(current, total);
         return true;
@@ -60,7 +60,7 @@ TEST(ProgressCounter, WithoutAHostIsSilentAndDoesNotCount) {
 
 TEST(ProgressCounter, HandsBackTheHostsAnswer) {
     StrictHost host;
-    host::FaultPlan plan;
+    host::judge::FaultPlan plan;
     plan.cancelAtProgress = 2;
     host.arm(plan);
     ProgressCounter counter{host.in(), host.in()->effect_ref, 4, 0};

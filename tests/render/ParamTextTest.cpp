@@ -1,6 +1,6 @@
 #include "render/ParamText.h"
 #include "host/HostError.h"
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
 #include "hostapi/Constants.h"
 #include "render/ParamLabel.h"
 #include "text/Failure.h"
@@ -198,7 +198,7 @@ std::string labelFailure(std::string_view label) {
 
 TEST(ParamLabel, IsOfASettableKindWhereTheHostKeepsAValue) {
     for (PF_ParamType type = PF_Param_LAYER; type <= PF_Param_BUTTON; ++type) {
-        host::ParamTable table;
+        host::ParamStore table;
         ASSERT_EQ(table.add(-1, defOf(type, "Any")), PF_Err_NONE) << type;
         bool hasValue = true;
         try {

@@ -62,7 +62,7 @@ protected:
     static void smoothAndCompare(int rowPadding) {
         const std::filesystem::path folder = std::filesystem::path(KOVALUNE_VECTORS) / GetParam();
         const host::Image input = readPicture(folder / "input.kvw");
-        host::HostOptions options = test::strictOptions();
+        host::judge::JudgeOptions options = test::strictOptions();
         options.rowPadding = rowPadding;
         StrictHost host(options);
         TestWorld source(host, input.format(), input.width(), input.height());

@@ -1,7 +1,7 @@
 #include "tests/support/StrictHost.h"
 
-#include "host/Callbacks.h"
-#include "host/Suites.h"
+#include "host/CallbackTables.h"
+#include "host/SuiteTables.h"
 
 #include <algorithm>
 #include <array>
@@ -9,8 +9,8 @@
 
 namespace kovalune::test {
 
-host::HostOptions strictOptions() {
-    host::HostOptions options;
+host::judge::JudgeOptions strictOptions() {
+    host::judge::JudgeOptions options;
     options.threads = 1;
     options.iterations = 1;
     options.audit = true;
@@ -18,8 +18,8 @@ host::HostOptions strictOptions() {
     return options;
 }
 
-host::HostOptions shuffledOptions(int iterations, int threads, uint64_t seed) {
-    host::HostOptions options = strictOptions();
+host::judge::JudgeOptions shuffledOptions(int iterations, int threads, uint64_t seed) {
+    host::judge::JudgeOptions options = strictOptions();
     options.iterations = iterations;
     options.threads = threads;
     options.shuffleIterations = true;
@@ -27,8 +27,8 @@ host::HostOptions shuffledOptions(int iterations, int threads, uint64_t seed) {
     return options;
 }
 
-StrictHost::StrictHost(const host::HostOptions& options)
-    : host_(options), operation_(std::in_place, host::FaultPlan{}),
+StrictHost::StrictHost(const host::judge::JudgeOptions& options)
+    : host_(options), operation_(std::in_place, host_.options(), host::judge::FaultPlan{}),
       context_(host_.state(), *operation_, params_, PF_Cmd_SMART_RENDER), scope_(&context_),
       utils_(*host::utilCallbacks()), in_() {
     in_.inter = host::interactCallbacks();
@@ -43,13 +43,13 @@ StrictHost::StrictHost(const host::HostOptions& options)
 }
 
 StrictHost::~StrictHost() {
-    const host::AuditReport report = host_.audit();
+    const host::judge::AuditReport report = host_.audit();
     EXPECT_TRUE(report.clean()) << report.text();
 }
 
 std::vector<std::string> StrictHost::callNames() const {
     std::vector<std::string> names;
-    for (const host::CallRecord& record : host_.calls()) {
+    for (const host::judge::CallRecord& record : host_.calls()) {
         names.push_back(record.call);
     }
     return names;

@@ -3,10 +3,9 @@
 #pragma once
 
 #include "host/CommandContext.h"
-#include "host/Host.h"
 #include "host/HostState.h"
-#include "host/Operation.h"
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
+#include "host/judge/JudgedHost.h"
 
 #include <optional>
 #include <string>
@@ -15,14 +14,14 @@
 namespace kovalune::test {
 
 /// Audit on, uncleared memory poisoned, one iteration a "processor".
-host::HostOptions strictOptions();
+host::judge::JudgeOptions strictOptions();
 
 /// The same with this many iterations, in shuffled order on `threads` threads.
-host::HostOptions shuffledOptions(int iterations, int threads, uint64_t seed);
+host::judge::JudgeOptions shuffledOptions(int iterations, int threads, uint64_t seed);
 
 class StrictHost {
 public:
-    explicit StrictHost(const host::HostOptions& options = strictOptions());
+    explicit StrictHost(const host::judge::JudgeOptions& options = strictOptions());
     ~StrictHost();
     StrictHost(const StrictHost&) = delete;
     StrictHost& operator=(const StrictHost&) = delete;
@@ -41,19 +40,19 @@ public:
     /// This command's own copy of the table, open to change.
     PF_UtilCallbacks& utils() { return utils_; }
 
-    host::HostOptions& options() { return host_.options(); }
+    host::judge::JudgeOptions& options() { return host_.options(); }
     host::HostState& state() { return host_.state(); }
 
     /// From here on host calls and progress calls count from 1 again, under these faults.
-    void arm(const host::FaultPlan& plan) { operation_.emplace(plan); }
+    void arm(const host::judge::FaultPlan& plan) { operation_.emplace(host_.options(), plan); }
 
     /// Name of the call that the armed fault struck, empty if none.
     std::string struckCall() const { return operation_->failedCall(); }
 
-    host::AuditReport audit() const { return host_.audit(); }
+    host::judge::AuditReport audit() const { return host_.audit(); }
 
-    /// The calls since the last `clearCalls`, in order (with HostOptions::recordCalls).
-    std::vector<host::CallRecord> calls() const { return host_.calls(); }
+    /// The calls since the last `clearCalls`, in order (with JudgeOptions::recordCalls).
+    std::vector<host::judge::CallRecord> calls() const { return host_.calls(); }
 
     /// Their names.
     std::vector<std::string> callNames() const;
@@ -64,9 +63,9 @@ public:
     std::vector<int> faultNumbersOf(const std::string& name) const;
 
 private:
-    host::Host host_;
-    std::optional<host::Operation> operation_;
-    host::ParamTable params_;
+    host::judge::JudgedHost host_;
+    std::optional<host::judge::JudgedOperation> operation_;
+    host::ParamStore params_;
     host::CommandContext context_;
     host::ContextScope scope_;
     PF_UtilCallbacks utils_;

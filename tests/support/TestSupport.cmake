@@ -21,4 +21,4 @@ add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/TestWorld.cpp)
 # Plain code is slow enough as it is.
 target_compile_options(kovalune_test_support PRIVATE -O1)
-target_link_libraries(kovalune_test_support PUBLIC kovalune_effect kovalune_host GTest::gtest)
+target_link_libraries(kovalune_test_support PUBLIC kovalune_effect kovalune_judge GTest::gtest)

@@ -56,7 +56,7 @@ void DialogScene::startHost() {
     endHost();
     module_ = std::make_unique<host::EffectModule>(host::EffectModule::load(KOVALUNE_PLUGIN));
     options.executablePath = module_->path();
-    host_ = std::make_unique<host::Host>(options);
+    host_ = std::make_unique<host::judge::JudgedHost>(options);
     session_ = std::make_unique<host::Session>(*host_, *module_);
     ASSERT_TRUE(session_->setupResult().ok()) << session_->setupResult().returnMsg;
 }

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 #include "tests/platform/TemporaryFolder.h"
 #include "tests/windows/DialogUser.h"
 
@@ -37,21 +37,21 @@ protected:
     Defaults defaults() const;
     void set(const std::string& parameter, const host::ParamValue& value);
 
-    host::Host& host() { return *host_; }
+    host::judge::JudgedHost& host() { return *host_; }
     HWND window() const { return window_; }
     const std::filesystem::path& settings() const { return settings_; }
     std::filesystem::path file() const { return settings_ / "ORVEL" / "Tavik" / "Kovalune.ini"; }
     /// The maker's folder with all that is in it.
     std::filesystem::path makersFolder() const { return settings_ / "ORVEL"; }
 
-    host::HostOptions options;
+    host::judge::JudgeOptions options;
 
 private:
     std::filesystem::path settings_;
     bool mayWrite_ = false;
     HWND window_ = nullptr;
     std::unique_ptr<host::EffectModule> module_;
-    std::unique_ptr<host::Host> host_;
+    std::unique_ptr<host::judge::JudgedHost> host_;
     std::unique_ptr<host::Session> session_;
 };
 

@@ -231,7 +231,7 @@ TEST_F(OptionDialog, OpensInAHostThatKnowsNeitherWindowNorPath) {
     std::string failed = "some";
     for (int call = 1; !failed.empty(); ++call) {
         ASSERT_LT(call, 10);
-        host::FaultPlan plan;
+        host::judge::FaultPlan plan;
         plan.failCall = call;
         host().armFaults(plan);
         choose(IDOK);

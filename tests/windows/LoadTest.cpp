@@ -4,8 +4,8 @@
 #include "tests/windows/ProcessUsage.h"
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
 #include "host/Session.h"
+#include "host/judge/JudgedHost.h"
 #include "hostapi/Suites.h"
 
 #include <gtest/gtest.h>
@@ -45,13 +45,12 @@ ProcessUsage growthOf(const Turn& turn) {
 }
 
 /// The parameter says whether the host takes its leave with PF_Cmd_GLOBAL_SETDOWN.
-class ManyLoads : public testing::TestWithParam<bool> {
+class ManyLoads : public testing::TestWithParam<host::SetDown> {
 protected:
     void loadAndRender() const {
-        host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
+        host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN, GetParam());
         host::HostOptions options;
         options.threads = 3;
-        options.globalSetdownAtEnd = GetParam();
         host::Host host(options);
         host::Session session(host, module);
         ASSERT_TRUE(session.setupResult().ok()) << session.setupResult().returnMsg;
@@ -75,8 +74,12 @@ TEST_P(ManyLoads, LeaveNothingBehind) {
     EXPECT_EQ(GetModuleHandleA(kFile), nullptr);
 }
 
-INSTANTIATE_TEST_SUITE_P(Farewells, ManyLoads, testing::Bool(),
-                         [](const auto& each) { return each.param ? "WithSetdown" : "WithoutSetdown"; });
+INSTANTIATE_TEST_SUITE_P(Farewells, ManyLoads,
+                         testing::Values(host::SetDown::kNever, host::SetDown::kWithSession),
+                         [](const auto& each) {
+                             return each.param == host::SetDown::kWithSession ? "WithSetdown"
+                                                                              : "WithoutSetdown";
+                         });
 
 std::vector<std::byte> bytesOf(std::initializer_list<uint32_t> words) {
     std::vector<std::byte> bytes;
@@ -109,7 +112,7 @@ TEST(LoadedPlugIn, SavesAndReopensItsSequenceData) {
 
 TEST(LoadedPlugIn, AnswersEveryCommandThatAsksForNothing) {
     host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
-    host::Host host;
+    host::judge::JudgedHost host;
     host::Session session(host, module);
     EXPECT_EQ(session.outFlags(), 0x06000070);
     EXPECT_EQ(session.outFlags2(), 0x00001419);
@@ -125,14 +128,13 @@ TEST(LoadedPlugIn, AnswersEveryCommandThatAsksForNothing) {
 
 TEST(LoadedPlugIn, KeepsNothingOfThreadsThatHaveEnded) {
     const test::FrameVector vector = vectorNamed("process-many-argb-0");
-    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN);
-    host::HostOptions options;
+    host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN, host::SetDown::kNever);
+    host::judge::JudgeOptions options;
     options.threads = 3;
-    options.globalSetdownAtEnd = false;
-    const auto renderOnNewThreads = [&](const std::vector<host::SuiteName>& withheld) {
+    const auto renderOnNewThreads = [&](const std::vector<host::judge::SuiteName>& withheld) {
         options.withheldSuites = withheld;
         std::thread([&] {
-            host::Host host(options);
+            host::judge::JudgedHost host(options);
             host::Session session(host, module);
             vector.applyTo(session);
             host::Image output;

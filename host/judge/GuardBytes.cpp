@@ -1,4 +1,4 @@
-#include "host/Guard.h"
+#include "host/judge/GuardBytes.h"
 
 #include <algorithm>
 #include <cstring>
@@ -16,7 +16,7 @@
 #include <sanitizer/asan_interface.h>
 #endif
 
-namespace kovalune::host {
+namespace kovalune::host::judge {
 
 void fillBytes(std::byte* bytes, std::size_t count, std::byte value) {
     if (count != 0) {
@@ -40,4 +40,4 @@ void openMemory([[maybe_unused]] const void* bytes, [[maybe_unused]] std::size_t
 #endif
 }
 
-} // namespace kovalune::host
+} // namespace kovalune::host::judge

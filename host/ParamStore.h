@@ -16,16 +16,16 @@ namespace kovalune::host {
 /// The value that a definition holds. Throws HostError for types without one.
 ParamValue valueOf(const PF_ParamDef& def);
 
-class ParamTable {
+class ParamStore {
 public:
-    ParamTable(); ///< holds entry 0, the input layer
+    ParamStore(); ///< holds entry 0, the input layer
 
     /// The host's add_param: an index of -1 appends, as does the number of entries; others are INVALID_INDEX.
     /// The value starts at the default. Texts behind pointers are copied.
-    PF_Err add(PF_ParamIndex index, const PF_ParamDef& def);
+    [[nodiscard]] PF_Err add(PF_ParamIndex index, const PF_ParamDef& def);
 
     /// Takes over what takeUi does.
-    PF_Err updateUi(PF_ParamIndex index, const PF_ParamDef& def);
+    [[nodiscard]] PF_Err updateUi(PF_ParamIndex index, const PF_ParamDef& def);
 
     A_long size() const;
 

@@ -1,8 +1,8 @@
-#include "host/Suites.h"
+#include "host/SuiteTables.h"
 
 #include "host/CallbackSupport.h"
 #include "host/HandleCallbacks.h"
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
 #include "host/ParamUi.h"
 #include "host/WorldCallbacks.h"
 
@@ -27,10 +27,10 @@ PF_Err updateParamUi(PF_ProgPtr ref, PF_ParamIndex index, const PF_ParamDef* def
             return PF_Err_BAD_CALLBACK_PARAM;
         }
         // The interface promises nothing of the caller's copy after the call.
-        writeExtraBytes(context, const_cast<PF_ParamDef*>(def));
+        handOver(context, const_cast<PF_ParamDef*>(def));
         const PF_Err code = context.params.updateUi(index, *def);
         if (code == PF_Err_NONE && !changesUiOnly(context.shownAt(index), *def)) {
-            context.host.ledger.addMisuse(
+            context.host.watch.misused(
                 joined("PF_UpdateParamUI changes more than the look of parameter", index));
         }
         return code;
@@ -159,12 +159,6 @@ const SuiteEntry* findSuite(std::string_view name, int32_t version) {
     return found == entries.end() ? nullptr : &*found;
 }
 
-bool withheld(const HostOptions& options, std::string_view name, int32_t version) {
-    return std::any_of(
-        options.withheldSuites.begin(), options.withheldSuites.end(),
-        [&](const SuiteName& suite) { return suite.name == name && suite.version == version; });
-}
-
 std::string_view nameOrNull(const char* name) {
     return name != nullptr ? name : "null";
 }
@@ -175,9 +169,9 @@ int32_t acquireSuite(const char* name, int32_t version, const void** suite) {
         "AcquireSuite", [&] { return joined(suiteName, version); },
         [&](CommandContext& context) -> PF_Err {
             const SuiteEntry* entry = findSuite(suiteName, version);
-            const HostOptions& options = context.host.options;
-            if (suite == nullptr || entry == nullptr || withheld(options, suiteName, version) ||
-                !(entry->ofThisEra || options.everySuiteVersion)) {
+            if (suite == nullptr || entry == nullptr ||
+                !context.host.manners.offersSuite(suiteName, version) ||
+                !(entry->ofThisEra || context.host.options.everySuiteVersion)) {
                 return kSuiteNotFound;
             }
             context.host.suites.acquired(std::string(suiteName), version);
@@ -197,8 +191,7 @@ int32_t releaseSuite(const char* name, int32_t version) {
         if (context->host.suites.released(std::string(suiteName), version)) {
             return 0;
         }
-        context->host.ledger.addMisuse("release of a suite that is not acquired: " +
-                                       joined(suiteName, version));
+        context->host.watch.misused("release of a suite that is not acquired: " + joined(suiteName, version));
         return kSuiteNotFound;
     });
 }

@@ -1,4 +1,4 @@
-#include "host/ParamTable.h"
+#include "host/ParamStore.h"
 
 #include "host/HostError.h"
 #include "host/ParamUi.h"
@@ -89,7 +89,7 @@ ParamValue valueOf(const PF_ParamDef& def) {
 }
 
 /// A key holds until the next one, and the first one holds before itself too.
-const ParamValue& ParamTable::Track::at(A_long time) const {
+const ParamValue& ParamStore::Track::at(A_long time) const {
     if (keys.empty()) {
         return constant;
     }
@@ -98,18 +98,18 @@ const ParamValue& ParamTable::Track::at(A_long time) const {
     return after == keys.begin() ? after->second : std::prev(after)->second;
 }
 
-ParamTable::ParamTable() {
+ParamStore::ParamStore() {
     PF_ParamDef layer{};
     layer.param_type = PF_Param_LAYER;
     definitions_.push_back(layer);
     tracks_.emplace_back();
 }
 
-const A_char* ParamTable::keepText(const A_char* text) {
+const A_char* ParamStore::keepText(const A_char* text) {
     return text == nullptr ? nullptr : texts_.emplace_back(text).c_str();
 }
 
-PF_Err ParamTable::add(PF_ParamIndex index, const PF_ParamDef& def) {
+PF_Err ParamStore::add(PF_ParamIndex index, const PF_ParamDef& def) {
     const std::lock_guard lock(mutex_);
     if (index != -1 && index != static_cast<PF_ParamIndex>(definitions_.size())) {
         return PF_Err_INVALID_INDEX;
@@ -135,7 +135,7 @@ PF_Err ParamTable::add(PF_ParamIndex index, const PF_ParamDef& def) {
     return PF_Err_NONE;
 }
 
-PF_Err ParamTable::updateUi(PF_ParamIndex index, const PF_ParamDef& def) {
+PF_Err ParamStore::updateUi(PF_ParamIndex index, const PF_ParamDef& def) {
     const std::lock_guard lock(mutex_);
     if (index < 0 || index >= static_cast<PF_ParamIndex>(definitions_.size())) {
         return PF_Err_INVALID_INDEX;
@@ -144,12 +144,12 @@ PF_Err ParamTable::updateUi(PF_ParamIndex index, const PF_ParamDef& def) {
     return PF_Err_NONE;
 }
 
-A_long ParamTable::size() const {
+A_long ParamStore::size() const {
     const std::lock_guard lock(mutex_);
     return static_cast<A_long>(definitions_.size());
 }
 
-PF_ParamDef ParamTable::filled(std::size_t index, A_long time) const {
+PF_ParamDef ParamStore::filled(std::size_t index, A_long time) const {
     PF_ParamDef def = definitions_[index];
     if (holdsValue(def.param_type)) {
         putValue(def, tracks_[index].at(time));
@@ -157,12 +157,12 @@ PF_ParamDef ParamTable::filled(std::size_t index, A_long time) const {
     return def;
 }
 
-PF_ParamDef ParamTable::definitionAt(A_long index, A_long time) const {
+PF_ParamDef ParamStore::definitionAt(A_long index, A_long time) const {
     const std::lock_guard lock(mutex_);
     return filled(static_cast<std::size_t>(index), time);
 }
 
-std::vector<PF_ParamDef> ParamTable::definitionsAt(A_long time) const {
+std::vector<PF_ParamDef> ParamStore::definitionsAt(A_long time) const {
     const std::lock_guard lock(mutex_);
     std::vector<PF_ParamDef> result;
     result.reserve(definitions_.size());
@@ -172,14 +172,14 @@ std::vector<PF_ParamDef> ParamTable::definitionsAt(A_long time) const {
     return result;
 }
 
-std::size_t ParamTable::checkedIndex(int index) const {
+std::size_t ParamStore::checkedIndex(int index) const {
     if (index < 0 || static_cast<std::size_t>(index) >= definitions_.size()) {
         throw HostError("no parameter " + std::to_string(index));
     }
     return static_cast<std::size_t>(index);
 }
 
-std::size_t ParamTable::checkedValue(int index, const ParamValue& value) const {
+std::size_t ParamStore::checkedValue(int index, const ParamValue& value) const {
     const std::size_t place = checkedIndex(index);
     if (defaultOf(definitions_[place]).index() != value.index()) {
         throw HostError("a value of the wrong type for parameter " + std::to_string(index));
@@ -187,14 +187,14 @@ std::size_t ParamTable::checkedValue(int index, const ParamValue& value) const {
     return place;
 }
 
-void ParamTable::setValue(int index, ParamValue value) {
+void ParamStore::setValue(int index, ParamValue value) {
     const std::lock_guard lock(mutex_);
     Track& track = tracks_[checkedValue(index, value)];
     track.constant = value;
     track.keys.clear();
 }
 
-void ParamTable::setKey(int index, A_long time, ParamValue value) {
+void ParamStore::setKey(int index, A_long time, ParamValue value) {
     const std::lock_guard lock(mutex_);
     const std::size_t place = checkedValue(index, value);
     if ((definitions_[place].flags & PF_ParamFlag_CANNOT_TIME_VARY) != 0) {
@@ -210,17 +210,17 @@ void ParamTable::setKey(int index, A_long time, ParamValue value) {
     }
 }
 
-ParamValue ParamTable::value(int index, A_long time) const {
+ParamValue ParamStore::value(int index, A_long time) const {
     const std::lock_guard lock(mutex_);
     return valueOf(filled(checkedIndex(index), time));
 }
 
-ParamValue ParamTable::defaultValue(int index) const {
+ParamValue ParamStore::defaultValue(int index) const {
     const std::lock_guard lock(mutex_);
     return defaultOf(definitions_[checkedIndex(index)]);
 }
 
-A_long ParamTable::uiFlags(int index) const {
+A_long ParamStore::uiFlags(int index) const {
     const std::lock_guard lock(mutex_);
     return definitions_[checkedIndex(index)].ui_flags;
 }

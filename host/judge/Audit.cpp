@@ -1,6 +1,6 @@
-#include "host/Audit.h"
+#include "host/judge/Audit.h"
 
-namespace kovalune::host {
+namespace kovalune::host::judge {
 
 bool AuditReport::clean() const {
     return liveHandles == 0 && liveLocks == 0 && liveSuites == 0 && liveWorlds == 0 && paramCheckouts == 0 &&
@@ -29,4 +29,4 @@ std::string AuditReport::text() const {
     return result;
 }
 
-} // namespace kovalune::host
+} // namespace kovalune::host::judge

@@ -1,11 +1,11 @@
-// What the reference host has seen of an effect's manners: what is still held, and what was done wrong.
-// Counts and misuse are always kept; guard bytes exist only with HostOptions::audit.
+// What the judge has seen of an effect's manners: what is still held, and what was done wrong.
+// Counts and misuse are always kept; guard bytes exist only with JudgeOptions::audit.
 #pragma once
 
 #include <string>
 #include <vector>
 
-namespace kovalune::host {
+namespace kovalune::host::judge {
 
 /// The balance at one moment. Everything an effect must give back is 0 when it behaves.
 struct AuditReport {
@@ -21,9 +21,8 @@ struct AuditReport {
     std::vector<std::string> misuse;
     std::vector<std::string> guardDamage;
 
-    /// Nothing held, nothing misused, nothing damaged. What was left by a fault or strayed after one is
-    /// excused.
-    bool clean() const;
+    /// Nothing held, nothing misused, nothing damaged. What was left by a fault or strayed after one is excused.
+    [[nodiscard]] bool clean() const;
 
     /// One line per finding; empty when clean.
     std::string text() const;
@@ -37,4 +36,4 @@ struct CallRecord {
     friend bool operator==(const CallRecord&, const CallRecord&) = default;
 };
 
-} // namespace kovalune::host
+} // namespace kovalune::host::judge

@@ -4,7 +4,7 @@
 
 #include <cstddef>
 
-namespace kovalune::host {
+namespace kovalune::host::judge {
 
 inline constexpr std::byte kGuardByte{0xA5};
 inline constexpr std::byte kPaddingByte{0x5C};
@@ -13,10 +13,10 @@ inline constexpr std::byte kPoisonByte{0xCD};
 void fillBytes(std::byte* bytes, std::size_t count, std::byte value);
 
 /// Whether all bytes still hold `value`.
-bool bytesIntact(const std::byte* bytes, std::size_t count, std::byte value);
+[[nodiscard]] bool bytesIntact(const std::byte* bytes, std::size_t count, std::byte value);
 
 /// Do nothing in builds without AddressSanitizer.
 void closeMemory(const void* bytes, std::size_t count);
 void openMemory(const void* bytes, std::size_t count);
 
-} // namespace kovalune::host
+} // namespace kovalune::host::judge
