@@ -128,6 +128,9 @@ TEST(IncludeArrows, LeadFromWordsToFilesToFrames) {
     EXPECT_FALSE(points(mayInclude, {"render/RenderFrame.h", "pictures/Picture.h"}));
     EXPECT_FALSE(points(mayInclude, {"render/RenderFrame.h", "cli/Commands.h"}));
     EXPECT_FALSE(points(mayInclude, {"pictures/Picture.h", "render/RenderFrame.h"}));
+    EXPECT_TRUE(points(mayInclude, {"host/judge/JudgedHost.h", "host/Host.h"}));
+    EXPECT_FALSE(points(mayInclude, {"host/Session.cpp", "host/judge/JudgedHost.h"}));
+    EXPECT_FALSE(points(mayInclude, {"cli/OpenEffect.cpp", "host/judge/JudgedHost.h"}));
 }
 
 TEST(IncludeArrows, AreWrittenFromTheProjectsRoot) {

@@ -1,37 +1,17 @@
 // The finished plug-in as a file: what it exports and what it needs.
 
+#include "tests/architecture/ProgramOutput.h"
+
 #include <gtest/gtest.h>
 
-#include <cstdio>
-#include <memory>
 #include <set>
-#include <sstream>
-#include <stdexcept>
 #include <string>
 #include <vector>
 
+namespace kovalune {
 namespace {
 
-std::vector<std::string> outputLines(const std::string& command) {
-    struct Close {
-        void operator()(std::FILE* pipe) const { pclose(pipe); }
-    };
-    const std::unique_ptr<std::FILE, Close> pipe(popen(command.c_str(), "r"));
-    if (!pipe) {
-        throw std::runtime_error("cannot run " + command);
-    }
-    std::string text;
-    char buffer[4096];
-    while (const std::size_t count = std::fread(buffer, 1, sizeof buffer, pipe.get())) {
-        text.append(buffer, count);
-    }
-    std::istringstream stream(text);
-    std::vector<std::string> lines;
-    for (std::string line; std::getline(stream, line);) {
-        lines.push_back(line);
-    }
-    return lines;
-}
+using test::outputLines;
 
 const std::string kPlugIn = KOVALUNE_PLUGIN;
 
@@ -73,3 +53,4 @@ TEST(PlugInFile, CallsNoMathematicsOfTheCLibraryThatPixelsDependOn) {
 }
 
 } // namespace
+} // namespace kovalune
