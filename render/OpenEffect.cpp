@@ -1,5 +1,6 @@
 #include "render/OpenEffect.h"
 
+#include "render/LinkedEffect.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
@@ -21,16 +22,13 @@ std::string withNameShown(std::string text, const std::string& name) {
     return text;
 }
 
-host::EffectModule moduleOf(const std::optional<std::string>& plugin) {
-    if (!plugin) {
-        return host::EffectModule::linked(EntryPointFunc);
-    }
+host::EffectModule loadedFrom(const std::string& plugin) {
     // The system's loader would look for a name without a folder in the system's folders.
     std::error_code error;
-    const std::filesystem::path path = std::filesystem::absolute(*plugin, error);
+    const std::filesystem::path path = std::filesystem::absolute(plugin, error);
     if (error || !std::filesystem::is_regular_file(path, error)) {
         throw text::Failure(text::FailureKind::kFile,
-                            "cannot load the plug-in " + text::inQuotes(*plugin) +
+                            "cannot load the plug-in " + text::inQuotes(plugin) +
                                 (error ? ": " + text::systemReason(error.value()) : ": it is not a file"));
     }
     try {
@@ -45,20 +43,12 @@ void hideRememberedDefaults() {
     ::setenv("XDG_CONFIG_HOME", "/dev/null", 1);
 }
 
-/// The effect divides a picture into one band an iteration, and what a band's first pixel becomes behind a transparent one
-/// depends on where the bands meet. With a fixed number a picture comes out the same on every machine and from every
-/// tool; this one keeps the most threads busy.
-constexpr int kIterations = kMostThreads;
-
 /// Before the effect's code is there, which may look at once.
 host::HostOptions optionsFor(int threads, bool factory) {
     if (factory) {
         hideRememberedDefaults();
     }
-    host::HostOptions options;
-    options.threads = threads;
-    options.iterations = kIterations;
-    return options;
+    return toolOptions(threads);
 }
 
 /// What left the effect's entry point. The code of such a result is not the effect's.
@@ -69,7 +59,9 @@ std::string thrownText(const host::CommandResult& result) {
 } // namespace
 
 OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads, bool factory)
-    : host_(optionsFor(threads, factory)), module_(moduleOf(plugin)), session_(host_, module_) {
+    : host_(optionsFor(threads, factory)),
+      loaded_(plugin ? std::optional(loadedFrom(*plugin)) : std::nullopt),
+      session_(host_, loaded_ ? *loaded_ : linkedEffect()) {
     requireSuccess(session_.setupResult(), "the effect's set-up");
 }
 

@@ -19,12 +19,11 @@ public:
     /// from here on. Throws Failure if the file cannot be loaded or the effect's set-up fails.
     explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0, bool factory = false);
 
-    host::Host& host() { return host_; }
     host::Session& session() { return session_; }
 
 private:
-    host::Host host_; ///< made first
-    host::EffectModule module_;
+    host::Host host_;                          ///< made first
+    std::optional<host::EffectModule> loaded_; ///< unless it is the linked one
     host::Session session_;
 };
 
