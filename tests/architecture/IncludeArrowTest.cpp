@@ -130,7 +130,7 @@ TEST(IncludeArrows, LeadFromWordsToFilesToFrames) {
     EXPECT_FALSE(points(mayInclude, {"pictures/Picture.h", "render/RenderFrame.h"}));
     EXPECT_TRUE(points(mayInclude, {"host/judge/JudgedHost.h", "host/Host.h"}));
     EXPECT_FALSE(points(mayInclude, {"host/Session.cpp", "host/judge/JudgedHost.h"}));
-    EXPECT_FALSE(points(mayInclude, {"cli/OpenEffect.cpp", "host/judge/JudgedHost.h"}));
+    EXPECT_FALSE(points(mayInclude, {"render/OpenEffect.cpp", "host/judge/JudgedHost.h"}));
 }
 
 TEST(IncludeArrows, AreWrittenFromTheProjectsRoot) {

@@ -78,15 +78,15 @@ protected:
     }
 };
 
-INSTANTIATE_TEST_SUITE_P(
-    Forms, ForeignMemory,
-    testing::Values(Form{PF_PixelFormat_ARGB32, 20, 20, RenderFlow::kSmart},
-                    Form{PF_PixelFormat_ARGB32, -20, 33, RenderFlow::kSmart}, // bytes need no alignment
-                    Form{PF_PixelFormat_ARGB32, 64, -64, RenderFlow::kLegacy},
-                    Form{PF_PixelFormat_ARGB64, -42, -58, RenderFlow::kSmart},
-                    Form{PF_PixelFormat_ARGB64, -40, 40, RenderFlow::kLegacy},
-                    Form{PF_PixelFormat_ARGB128, -84, -1000, RenderFlow::kSmart},
-                    Form{PF_PixelFormat_ARGB128, 80, -80, RenderFlow::kLegacy}));
+INSTANTIATE_TEST_SUITE_P(Forms, ForeignMemory,
+                         testing::Values(Form{PF_PixelFormat_ARGB32, 20, 20, RenderFlow::kSmart},
+                                         Form{PF_PixelFormat_ARGB32, -20, 33,
+                                              RenderFlow::kSmart}, // bytes need no alignment
+                                         Form{PF_PixelFormat_ARGB32, 64, -64, RenderFlow::kLegacy},
+                                         Form{PF_PixelFormat_ARGB64, -42, -58, RenderFlow::kSmart},
+                                         Form{PF_PixelFormat_ARGB64, -40, 40, RenderFlow::kLegacy},
+                                         Form{PF_PixelFormat_ARGB128, -84, -1000, RenderFlow::kSmart},
+                                         Form{PF_PixelFormat_ARGB128, 80, -80, RenderFlow::kLegacy}));
 
 TEST_P(ForeignMemory, IsWhatTheEffectReadsAndWrites) {
     Stage stage;
@@ -295,7 +295,11 @@ TEST(ImageViewChecks, TellWhatNoRenderCanWorkOn) {
               "an empty picture cannot be rendered");
     EXPECT_EQ(refusal(changed([](ImageView& v) { v.height = 1; }), output),
               "input and output differ in format or size");
-    EXPECT_EQ(refusal(changed([](ImageView& v) { v.width = 30001; v.rowBytes = 16 * 30001; }), output),
+    EXPECT_EQ(refusal(changed([](ImageView& v) {
+                          v.width = 30001;
+                          v.rowBytes = 16 * 30001;
+                      }),
+                      output),
               "a picture of more than 30000 pixels on a side cannot be rendered");
 }
 
@@ -327,7 +331,7 @@ TEST(ImageViewChecks, RefuseInputAndOutputInTheSameMemory) {
     EXPECT_EQ(refusal(view, at(-15, 32)), shared);
     EXPECT_EQ(refusal(view, at(16, 32)), ""); // side by side
     EXPECT_EQ(refusal(view, at(80, -32)), "");
-    EXPECT_EQ(refusal(view, at(80, 40)), "");   // below the last row
+    EXPECT_EQ(refusal(view, at(80, 40)), ""); // below the last row
     EXPECT_EQ(refusal(view, at(79, 40)), shared);
     EXPECT_EQ(refusal(view, at(-48, 16)), ""); // above the first row
     EXPECT_EQ(refusal(view, at(-47, 16)), shared);
