@@ -1,4 +1,4 @@
-// The effect that a command works with, set up in the reference host: the built-in one or one from a file.
+// The effect that a tool works with, set up in the reference host: the built-in one or one from a file.
 #pragma once
 
 #include "host/EffectModule.h"
