@@ -115,6 +115,9 @@ std::map<std::string, std::string> readSettings(const std::filesystem::path& pat
     std::map<std::string, std::string> settings;
     std::string line;
     while (std::getline(file, line)) {
+        if (line.starts_with('#')) {
+            continue;
+        }
         const std::size_t equals = line.find('=');
         if (equals == std::string::npos) {
             throw std::runtime_error("line without '=' in " + path.string() + ": " + line);
@@ -156,7 +159,9 @@ FrameVector readFrameVector(const std::filesystem::path& folder) {
 std::vector<std::string> vectorNames(const std::filesystem::path& folder) {
     std::vector<std::string> names;
     for (const auto& entry : std::filesystem::directory_iterator(folder)) {
-        names.push_back(entry.path().filename().string());
+        if (entry.is_directory()) {
+            names.push_back(entry.path().filename().string());
+        }
     }
     if (names.empty()) {
         throw std::runtime_error("no vectors in " + folder.string());

@@ -1,4 +1,5 @@
 // The files of a frame vector: a small picture, the settings it is rendered with and the picture expected.
+// Settings are lines LABEL=VALUE; a line that starts with '#' is a remark.
 // A picture (*.kvw) is one text line "kovalune-world FORMAT WIDTH HEIGHT", then the pixels row by row without
 // padding, four channels in the order alpha, red, green, blue, little-endian.
 #pragma once
