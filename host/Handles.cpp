@@ -88,8 +88,9 @@ void HandleStore::dispose(PF_Handle handle, const HostOptions& options) {
     }
     memory_.handleGoes(block->memory);
     memory_.give(pool_, block->memory, blockPolicy(options));
-    auto node = blocks_.extract(handle);
-    memory_.handleGone(std::move(node.mapped().place));
+    std::unique_ptr<void*> place = std::move(block->place);
+    blocks_.erase(handle);
+    memory_.handleGone(std::move(place));
 }
 
 std::size_t HandleStore::size(PF_Handle handle) const {
