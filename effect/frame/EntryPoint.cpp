@@ -67,7 +67,7 @@ PF_Err captureException(PF_OutData* out) {
 extern "C" KOVALUNE_EXPORT PF_Err EntryPointFunc(PF_Cmd cmd, PF_InData* in_data, PF_OutData* out_data,
                                                  PF_ParamDef* params[], PF_LayerDef* output, void* extra) {
     // Outside the capture: without a basic suite nothing can be done, and the failure leaves as an exception.
-    const AEUtil::SuiteHolder suites(in_data->pica_basicP);
+    AEUtil::requireBasicSuite(in_data->pica_basicP);
     try {
         return runCommand(cmd, in_data, out_data, params, output, extra);
     } catch (...) {

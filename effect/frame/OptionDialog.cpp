@@ -46,7 +46,7 @@ intptr_t runDialog(PF_InData* in) {
 } // namespace
 
 void showOptionDialog(PF_InData* in, PF_ParamDef** params) {
-    const AEUtil::SuiteHolder suites(in->pica_basicP);
+    AEUtil::requireBasicSuite(in->pica_basicP);
     const intptr_t chosen = runDialog(in);
     if (chosen == FxOptionDlg::kNothingChosen) {
         return;

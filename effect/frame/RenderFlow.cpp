@@ -76,36 +76,26 @@ PF_Err BaseFilter::render(PF_InData* in, PF_OutData* out, PF_ParamDef** params, 
     settings.extentRect = frameRect(in->extent_hint);
 
     GetParamByCheckout getter(in, params, false);
-    PF_Err err = PF_Err_NONE;
-    try {
-        err = AEUtil::queryPixelFormat(in, input, &settings.pixelFormat);
-        if (err == PF_Err_NONE) {
-            err = readParameters(&settings, getter);
-        }
-        if (err == PF_Err_NONE) {
-            err = renderFrame(settings);
-        }
-    } catch (...) {
-        giveBackParameters(getter);
-        throw;
+    ParameterCheckout checkout(getter);
+    PF_Err err = AEUtil::queryPixelFormat(in, input, &settings.pixelFormat);
+    if (err == PF_Err_NONE) {
+        err = checkout.readInto(settings);
     }
-    const PF_Err givenBack = giveBackParameters(getter);
+    if (err == PF_Err_NONE) {
+        err = renderFrame(settings);
+    }
+    const PF_Err givenBack = checkout.giveBack();
     return err != PF_Err_NONE ? err : givenBack;
 }
 
 PF_Err BaseFilter::smartPreRender(PF_InData* in, PF_OutData* out, PF_PreRenderExtra* extra) {
-    const PF_Handle handle = in->utils->host_new_handle(sizeof(RenderSettings));
-    if (handle == nullptr) {
-        return PF_Err_OUT_OF_MEMORY;
+    const AEUtil::NewHandle handle(in, sizeof(RenderSettings));
+    if (handle.err() != PF_Err_NONE) {
+        return handle.err();
     }
-    const AEUtil::HandleLock lock(in, handle);
-    if (lock.memory() == nullptr) {
-        in->utils->host_dispose_handle(handle);
-        return PF_Err_INTERNAL_STRUCT_DAMAGED;
-    }
-    auto* const settings = new (lock.memory()) RenderSettings();
+    auto* const settings = new (handle.memory()) RenderSettings();
     settings->fromPreRender = 1;
-    extra->output->pre_render_data = handle; // the host's from here on
+    extra->output->pre_render_data = handle.handle(); // the host's from here on
 
     GetParamByCheckout getter(in, nullptr, true);
     const PF_Err err = readParameters(settings, getter);

@@ -26,17 +26,12 @@ bool holdsSequenceBlock(const PF_InData* in, PF_Handle handle) {
 /// A new handle with these bytes. `noHandle` is the code for a host that has none.
 PF_Err newBlock(const PF_InData* in, const std::array<uint8_t, SequenceRecord::kBytes>& bytes,
                 PF_Err noHandle, PF_Handle& handle) {
-    const PF_Handle fresh = in->utils->host_new_handle(bytes.size());
-    if (fresh == nullptr) {
-        return noHandle;
+    const AEUtil::NewHandle fresh(in, bytes.size());
+    if (fresh.err() != PF_Err_NONE) {
+        return fresh.err(noHandle);
     }
-    const AEUtil::HandleLock lock(in, fresh);
-    if (lock.memory() == nullptr) {
-        in->utils->host_dispose_handle(fresh);
-        return PF_Err_INTERNAL_STRUCT_DAMAGED;
-    }
-    std::memcpy(lock.memory(), bytes.data(), bytes.size());
-    handle = fresh;
+    std::memcpy(fresh.memory(), bytes.data(), bytes.size());
+    handle = fresh.handle();
     return PF_Err_NONE;
 }
 

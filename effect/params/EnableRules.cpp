@@ -13,28 +13,6 @@ namespace {
 
 enum { kNoParamUtils }; // thrown as it is: a missing suite here is no host code
 
-/// The parameter suite for the length of one command.
-class ParamUtilsHolder {
-public:
-    explicit ParamUtilsHolder(const SPBasicSuite* basic) : basic_(basic) {
-        acquired_ = AEUtil::acquireFirst(basic_, kPFParamUtilsSuite, kPFParamUtilsSuiteVersions);
-        if (acquired_.table == nullptr) {
-            throw kNoParamUtils;
-        }
-    }
-    ~ParamUtilsHolder() { basic_->ReleaseSuite(kPFParamUtilsSuite, acquired_.version); }
-    ParamUtilsHolder(const ParamUtilsHolder&) = delete;
-    ParamUtilsHolder& operator=(const ParamUtilsHolder&) = delete;
-
-    const PFParamUtilsSuite1& suite() const {
-        return *static_cast<const PFParamUtilsSuite1*>(acquired_.table);
-    }
-
-private:
-    const SPBasicSuite* basic_;
-    AEUtil::AcquiredSuite acquired_;
-};
-
 /// Index 0, the input layer, for an id that the table lacks: the rules below name many such ids.
 int32_t indexOf(int32_t id) {
     const BaseParam* const param = paramRegistry().findById(id);
@@ -44,7 +22,12 @@ int32_t indexOf(int32_t id) {
 class EnableRules {
 public:
     EnableRules(PF_InData* inData, PF_ParamDef** params)
-        : inData_(inData), params_(params), holder_(inData->pica_basicP) {}
+        : inData_(inData), params_(params),
+          suite_(inData->pica_basicP, kPFParamUtilsSuite, kPFParamUtilsSuiteVersions) {
+        if (suite_.get() == nullptr) {
+            throw kNoParamUtils;
+        }
+    }
 
     void apply() {
         for (const int32_t group : kGroups) {
@@ -74,7 +57,7 @@ private:
             } else {
                 copy.ui_flags |= PF_PUI_DISABLED;
             }
-            holder_.suite().PF_UpdateParamUI(inData_->effect_ref, indices[i], &copy);
+            suite_.get()->PF_UpdateParamUI(inData_->effect_ref, indices[i], &copy);
         }
     }
 
@@ -110,7 +93,7 @@ private:
 
     PF_InData* inData_;
     PF_ParamDef** params_;
-    ParamUtilsHolder holder_;
+    AEUtil::OptionalSuite<PFParamUtilsSuite1> suite_;
 };
 
 } // namespace

@@ -12,4 +12,19 @@ PF_Err giveBackParameters(ParamGetter& getter) {
     return paramRegistry().forEach([&](BaseParam& param) { return param.checkIn(getter); });
 }
 
+PF_Err ParameterCheckout::giveBack() {
+    isGivenBack_ = true;
+    return giveBackParameters(getter_);
+}
+
+ParameterCheckout::~ParameterCheckout() {
+    if (isGivenBack_) {
+        return;
+    }
+    try {
+        giveBack();
+    } catch (...) { // NOLINT(bugprone-empty-catch): a second exception would end the process
+    }
+}
+
 } // namespace kovalune

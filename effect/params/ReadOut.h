@@ -14,4 +14,23 @@ PF_Err readParameters(RenderSettings* record, ParamGetter& getter);
 /// Gives every parameter back. Stops at the first failure and returns it.
 PF_Err giveBackParameters(ParamGetter& getter);
 
+/// All parameters for a scope: whichever way it is left, they are given back, once, also where reading them failed or never
+/// began. The getter outlives it.
+class ParameterCheckout {
+public:
+    explicit ParameterCheckout(ParamGetter& getter) : getter_(getter) {}
+    ~ParameterCheckout();
+    ParameterCheckout(const ParameterCheckout&) = delete;
+    ParameterCheckout& operator=(const ParameterCheckout&) = delete;
+
+    PF_Err readInto(RenderSettings& record) { return readParameters(&record, getter_); }
+
+    /// For the scope that wants to know how it went; the end of the scope drops the code.
+    PF_Err giveBack();
+
+private:
+    ParamGetter& getter_;
+    bool isGivenBack_ = false;
+};
+
 } // namespace kovalune

@@ -1,6 +1,6 @@
 #include "effect/smoothing/SmoothBoundaries.h"
 
-#include "effect/share/AEUtil/Roomy.h"
+#include "effect/share/AEUtil/AEWorldSuite.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/PixelProcedure.h"
@@ -9,31 +9,6 @@
 
 namespace kovalune {
 namespace {
-
-/// A host world for the flag map, disposed of at its end; the host's answer to that is not looked at.
-class MapWorld {
-public:
-    MapWorld(const PFWorldSuite1& suite, PF_ProgPtr effectRef, int32_t width, int32_t height)
-        : suite_(suite), effectRef_(effectRef),
-          err_(suite.new_world(effectRef, EdgeFlagMap::rowCells(width) / 4, EdgeFlagMap::rowCount(height),
-                               PF_NewWorldFlag_NONE, &world_)) {}
-    ~MapWorld() {
-        if (err_ == PF_Err_NONE) {
-            suite_.dispose_world(effectRef_, &world_);
-        }
-    }
-    MapWorld(const MapWorld&) = delete;
-    MapWorld& operator=(const MapWorld&) = delete;
-
-    PF_Err err() const { return err_; }
-    const PF_EffectWorld& world() const { return world_; }
-
-private:
-    const PFWorldSuite1& suite_;
-    PF_ProgPtr effectRef_;
-    AEUtil::Roomy<PF_EffectWorld> world_;
-    PF_Err err_;
-};
 
 template <class Format, KeyMode mode>
 PF_Err smooth(const SmoothParams& params) {
@@ -54,7 +29,8 @@ PF_Err smooth(const SmoothParams& params) {
     if (params.strength == 0 || width <= 0 || height <= 0) {
         return PF_Err_NONE;
     }
-    const MapWorld memory(suites.world1(), effectRef, width, height);
+    const AEUtil::ScopedWorld memory(suites.world1(), effectRef, EdgeFlagMap::rowCells(width) / 4,
+                                     EdgeFlagMap::rowCount(height));
     if (memory.err() != PF_Err_NONE) {
         return memory.err();
     }

@@ -201,5 +201,53 @@ TEST(GiveBack, StopsAtTheFirstFailure) {
     EXPECT_EQ(host.count("checkin_param"), 5);
 }
 
+TEST(ParameterCheckout, GivesBackOnceAndTellsHowItWent) {
+    HostWithTable host;
+    GetParamByCheckout getter(&host.in, nullptr, false);
+    RenderSettings record;
+    {
+        ParameterCheckout checkout(getter);
+        EXPECT_EQ(checkout.readInto(record), 0);
+        EXPECT_EQ(host.count("checkin_param"), 0);
+        EXPECT_EQ(checkout.giveBack(), 0);
+        EXPECT_EQ(host.count("checkin_param"), host.count("checkout_param"));
+    }
+    EXPECT_EQ(host.count("checkin_param"), host.count("checkout_param"));
+    host.failAll("checkin_param", 516);
+    ParameterCheckout failing(getter);
+    EXPECT_EQ(failing.giveBack(), 516);
+}
+
+TEST(ParameterCheckout, GivesBackWhereAnExceptionLeavesItsScope) {
+    HostWithTable host;
+    GetParamByCheckout getter(&host.in, nullptr, false);
+    RenderSettings record;
+    try {
+        ParameterCheckout checkout(getter);
+        EXPECT_EQ(checkout.readInto(record), 0);
+        throw 5L;
+    } catch (long code) {
+        EXPECT_EQ(code, 5);
+    }
+    EXPECT_EQ(host.count("checkin_param"), host.count("checkout_param"));
+}
+
+TEST(ParameterCheckout, SwallowsAnExceptionOfTheGiveBackBehindAnother) {
+    HostWithTable host;
+    GetParamByCheckout getter(&host.in, nullptr, false);
+    host.fault = [](const std::string& call, int) -> PF_Err {
+        if (call == "checkin_param") {
+            throw 516L;
+        }
+        return 0;
+    };
+    try {
+        const ParameterCheckout checkout(getter);
+        throw 5L;
+    } catch (long code) {
+        EXPECT_EQ(code, 5);
+    }
+}
+
 } // namespace
 } // namespace kovalune::test

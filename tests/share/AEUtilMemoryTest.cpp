@@ -277,5 +277,43 @@ TEST(HandleLock, HasNoMemoryWhereTheHandleIsNullOrCannotBeLocked) {
     host.utils.host_dispose_handle(handle);
 }
 
+TEST(NewHandle, IsLockedForItsScopeAndStaysWithTheHost) {
+    StubHost host;
+    PF_Handle kept = nullptr;
+    {
+        const NewHandle handle(&host.in, 16);
+        EXPECT_EQ(handle.err(), 0);
+        kept = handle.handle();
+        EXPECT_EQ(handle.memory(), host.memoryOf(kept));
+        EXPECT_EQ(host.liveLocks(), 1);
+    }
+    EXPECT_EQ(host.liveLocks(), 0);
+    EXPECT_EQ(host.count("host_dispose_handle"), 0);
+    host.utils.host_dispose_handle(kept);
+}
+
+TEST(NewHandle, SaysThatTheHostMadeNone) {
+    StubHost host;
+    host.failAll("host_new_handle", 4);
+    const NewHandle handle(&host.in, 16);
+    EXPECT_EQ(handle.err(), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(handle.err(PF_Err_INTERNAL_STRUCT_DAMAGED), PF_Err_INTERNAL_STRUCT_DAMAGED);
+    EXPECT_EQ(handle.memory(), nullptr);
+    EXPECT_EQ(host.count("host_lock_handle"), 0);
+}
+
+TEST(NewHandle, IsDisposedOfOnceWhereItCannotBeLocked) {
+    StubHost host;
+    host.failAll("host_lock_handle", 4);
+    {
+        const NewHandle handle(&host.in, 16);
+        EXPECT_EQ(handle.err(), PF_Err_INTERNAL_STRUCT_DAMAGED);
+        EXPECT_EQ(handle.handle(), nullptr);
+        EXPECT_EQ(handle.memory(), nullptr);
+    }
+    EXPECT_EQ(host.count("host_dispose_handle"), 1);
+    EXPECT_EQ(host.count("host_unlock_handle"), 0);
+}
+
 } // namespace
 } // namespace AEUtil

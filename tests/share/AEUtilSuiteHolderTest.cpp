@@ -4,6 +4,7 @@
 #include <array>
 #include <gtest/gtest.h>
 #include <stdexcept>
+#include <utility>
 
 namespace AEUtil {
 namespace {
@@ -106,32 +107,55 @@ TEST(SuiteHolder, ReleasesWhenAnExceptionLeavesTheScope) {
 
 constexpr std::array<int32_t, 2> kNewFirst = {2, 1};
 
-TEST(AcquireFirst, TakesTheFirstVersionAndAsksForNoOther) {
+TEST(OwnedSuite, TakesTheFirstVersionAndAsksForNoOther) {
     StubHost host;
-    const AcquiredSuite suite = acquireFirst(&host.basic, kPFWorldSuite, kNewFirst);
-    EXPECT_EQ(suite.table, stubSuite("PF World Suite 2"));
-    EXPECT_EQ(suite.version, 2);
-    EXPECT_EQ(host.callTexts, Texts{"AcquireSuite PF World Suite 2"});
-    host.basic.ReleaseSuite(kPFWorldSuite, suite.version);
+    {
+        const OwnedSuite suite(&host.basic, kPFWorldSuite, kNewFirst);
+        EXPECT_EQ(suite.table(), stubSuite("PF World Suite 2"));
+        EXPECT_EQ(suite.version(), 2);
+    }
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF World Suite 2", "ReleaseSuite PF World Suite 2"}));
 }
 
-TEST(AcquireFirst, FallsBackToTheNextVersion) {
+TEST(OwnedSuite, FallsBackToTheNextVersion) {
     StubHost host;
     for (const bool empty : {false, true}) {
         (empty ? host.emptySuites : host.missingSuites) = {"PF World Suite 2"};
-        const AcquiredSuite suite = acquireFirst(&host.basic, kPFWorldSuite, kNewFirst);
-        EXPECT_EQ(suite.table, stubSuite("PF World Suite 1"));
-        EXPECT_EQ(suite.version, 1);
-        host.basic.ReleaseSuite(kPFWorldSuite, suite.version);
+        const OwnedSuite suite(&host.basic, kPFWorldSuite, kNewFirst);
+        EXPECT_EQ(suite.table(), stubSuite("PF World Suite 1"));
+        EXPECT_EQ(suite.version(), 1);
         host.missingSuites.clear();
     }
 }
 
-TEST(AcquireFirst, GivesNullWithoutAnyOfThem) {
+TEST(OwnedSuite, GivesNullWithoutAnyOfThem) {
     StubHost host;
     host.missingSuites = {"PF World Suite 1", "PF World Suite 2"};
-    EXPECT_EQ(acquireFirst(&host.basic, kPFWorldSuite, kNewFirst).table, nullptr);
+    EXPECT_EQ(OwnedSuite(&host.basic, kPFWorldSuite, kNewFirst).table(), nullptr);
     EXPECT_EQ(host.count("AcquireSuite"), 2);
+    EXPECT_EQ(host.count("ReleaseSuite"), 0);
+}
+
+TEST(OwnedSuite, IsReleasedOnceHoweverItIsHandedOn) {
+    StubHost host;
+    {
+        OwnedSuite first(&host.basic, kPFWorldSuite, kNewFirst);
+        OwnedSuite second = std::move(first);
+        OwnedSuite third;
+        third = std::move(second);
+        EXPECT_EQ(host.suiteBalance(), 1);
+        third.release();
+        EXPECT_EQ(third.table(), nullptr);
+        EXPECT_EQ(host.suiteBalance(), 0);
+    }
+    EXPECT_EQ(host.count("ReleaseSuite"), 1);
+}
+
+TEST(RequireBasicSuite, ThrowsWithoutOneAndAsksForNothing) {
+    StubHost host;
+    EXPECT_EQ(thrownLong([] { requireBasicSuite(nullptr); }), 516);
+    EXPECT_EQ(thrownLong([&] { requireBasicSuite(&host.basic); }), 0);
+    EXPECT_EQ(host.callTexts, Texts{});
 }
 
 TEST(OptionalSuite, HoldsAVersionForItsScope) {

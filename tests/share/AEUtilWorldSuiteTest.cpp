@@ -1,5 +1,6 @@
 #include "effect/share/AEUtil/AEException.h"
 #include "effect/share/AEUtil/AEWorldSuite.h"
+#include "effect/share/AEUtil/SuiteHolder.h"
 #include "tests/frame/StubHost.h"
 #include "tests/share/FailingNew.h"
 
@@ -181,6 +182,29 @@ TEST(EffectWorldPtr, IgnoresAFailureOfTheDisposal) {
     EXPECT_EQ(world.get(), nullptr);
     EXPECT_EQ(host.suiteBalance(), 0);
     host.worlds.clear();
+}
+
+TEST(ScopedWorld, AsksItsOwnSuiteAndNoOther) {
+    StubHost host;
+    {
+        SuiteHolder suites(&host.basic);
+        const ScopedWorld world(suites.world1(), host.in.effect_ref, 5, 3);
+        EXPECT_EQ(world.err(), 0);
+        EXPECT_EQ(world.world().width, 5);
+        EXPECT_EQ(world.world().height, 3);
+    }
+    EXPECT_EQ(host.callTexts, (Texts{"AcquireSuite PF World Suite 1", "new_world 5 3 0", "dispose_world",
+                                     "ReleaseSuite PF World Suite 1"}));
+}
+
+TEST(ScopedWorld, IsNotDisposedOfWhereThereIsNone) {
+    StubHost host;
+    host.failAll("new_world", 4);
+    {
+        SuiteHolder suites(&host.basic);
+        EXPECT_EQ(ScopedWorld(suites.world1(), host.in.effect_ref, 5, 3).err(), 4);
+    }
+    EXPECT_EQ(host.count("dispose_world"), 0);
 }
 
 } // namespace

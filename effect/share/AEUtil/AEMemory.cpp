@@ -2,6 +2,7 @@
 
 #include "effect/platform/Platform.h"
 #include "effect/share/AEUtil/AEException.h"
+#include "effect/share/AEUtil/HandleLock.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 
 #include <cstdint>
@@ -49,18 +50,14 @@ void* AEMemory::alloc(std::size_t bytes, const SPBasicSuite* basic) {
 
     const std::size_t hostBytes = bytes + kHeaderBytes;
     const bool fits = bytes <= std::numeric_limits<uint32_t>::max() - kHeaderBytes;
-    const PF_Handle handle = fits ? handles.host_new_handle(static_cast<A_HandleSize>(hostBytes)) : nullptr;
-    if (handle == nullptr) {
-        throw outOfMemory(kNoHandleLine, hostBytes);
+    const LockedHandle locked = fits ? newLockedHandle(handles, hostBytes) : LockedHandle();
+    if (locked.memory == nullptr) {
+        const bool noHandle = locked.lack == LockedHandle::Lack::kHandle;
+        throw outOfMemory(noHandle ? kNoHandleLine : kNoLockLine, hostBytes);
     }
-    void* const memory = handles.host_lock_handle(handle);
-    if (memory == nullptr) {
-        handles.host_dispose_handle(handle);
-        throw outOfMemory(kNoLockLine, hostBytes);
-    }
-    const BlockHeader header = {handle, 1, static_cast<uint32_t>(bytes), {}};
-    std::memcpy(memory, &header, sizeof header);
-    return static_cast<uint8_t*>(memory) + kHeaderBytes;
+    const BlockHeader header = {locked.handle, 1, static_cast<uint32_t>(bytes), {}};
+    std::memcpy(locked.memory, &header, sizeof header);
+    return static_cast<uint8_t*>(locked.memory) + kHeaderBytes;
 }
 
 void AEMemory::release(void* address, const SPBasicSuite* basic) {

@@ -1,5 +1,5 @@
-// Scratch worlds of the host, owned by a counted pointer. The count is a plain integer: a pointer stays
-// within one render.
+// The owners of the host's scratch worlds: a counted pointer for the worlds of a frame, whose count is a plain integer since
+// a pointer stays within one render, and a world for the length of one call.
 #pragma once
 
 #include "effect/share/AEUtil/Roomy.h"
@@ -52,6 +52,33 @@ public:
     /// suite exists at all.
     static EffectWorldPtr newWorld(PF_InData* inData, A_long width, A_long height, char clearPixels,
                                    PF_PixelFormat pixelFormat);
+};
+
+/// A world of the first version of the world suite, on the stack: one that the caller holds and asks nobody else for. Its
+/// bytes, four a pixel, are undefined. The host's answer to its disposal is not looked at.
+class ScopedWorld {
+public:
+    /// `suite` outlives it.
+    ScopedWorld(const PFWorldSuite1& suite, PF_ProgPtr effectRef, A_long width, A_long height)
+        : suite_(suite), effectRef_(effectRef),
+          err_(suite.new_world(effectRef, width, height, PF_NewWorldFlag_NONE, &world_)) {}
+    ~ScopedWorld() {
+        if (err_ == PF_Err_NONE) {
+            suite_.dispose_world(effectRef_, &world_);
+        }
+    }
+    ScopedWorld(const ScopedWorld&) = delete;
+    ScopedWorld& operator=(const ScopedWorld&) = delete;
+
+    /// The host's code; there is a world where it is 0.
+    [[nodiscard]] PF_Err err() const { return err_; }
+    const PF_EffectWorld& world() const { return world_; }
+
+private:
+    const PFWorldSuite1& suite_;
+    PF_ProgPtr effectRef_;
+    Roomy<PF_EffectWorld> world_;
+    PF_Err err_;
 };
 
 } // namespace AEUtil

@@ -10,14 +10,29 @@ constexpr std::array kWorldVersions = {kPFWorldSuiteVersion1};
 
 } // namespace
 
-AcquiredSuite acquireFirst(const SPBasicSuite* basic, const char* name, std::span<const int32_t> versions) {
+void requireBasicSuite(const SPBasicSuite* basic) {
+    if (basic == nullptr) {
+        throw kMissingSuite;
+    }
+}
+
+OwnedSuite::OwnedSuite(const SPBasicSuite* basic, const char* name, std::span<const int32_t> versions)
+    : basic_(basic), name_(name) {
     for (const int32_t version : versions) {
         const void* table = nullptr;
-        if (basic->AcquireSuite(name, version, &table) == 0 && table != nullptr) {
-            return {table, version};
+        error_ = basic_->AcquireSuite(name_, version, &table);
+        if (error_ == 0 && table != nullptr) {
+            table_ = table;
+            version_ = version;
+            return;
         }
     }
-    return {};
+}
+
+void OwnedSuite::release() {
+    if (std::exchange(table_, nullptr) != nullptr) {
+        basic_->ReleaseSuite(name_, version_);
+    }
 }
 
 SuiteHolder::SuiteHolder(const SPBasicSuite* basic)
@@ -27,28 +42,25 @@ SuiteHolder::SuiteHolder(const SPBasicSuite* basic)
                          {kPFHandleSuite, kPFHandleSuiteVersions},
                          {kPFWorldSuite, kWorldVersions},
                      }} {
-    if (basic_ == nullptr) {
-        throw kMissingSuite;
-    }
+    requireBasicSuite(basic_);
 }
 
 SuiteHolder::~SuiteHolder() {
-    for (const Slot& slot : slots_) {
-        if (slot.suite.table != nullptr) {
-            basic_->ReleaseSuite(slot.name, slot.suite.version);
-        }
+    // In the order of the slots, not in the reverse one.
+    for (Slot& slot : slots_) {
+        slot.suite.release();
     }
 }
 
 const void* SuiteHolder::table(std::size_t index) {
     Slot& slot = slots_[index];
-    if (slot.suite.table == nullptr) {
-        slot.suite = acquireFirst(basic_, slot.name, slot.versions);
-        if (slot.suite.table == nullptr) {
+    if (slot.suite.table() == nullptr) {
+        slot.suite = OwnedSuite(basic_, slot.name, slot.versions);
+        if (slot.suite.table() == nullptr) {
             throw kMissingSuite;
         }
     }
-    return slot.suite.table;
+    return slot.suite.table();
 }
 
 const PFWorldTransformSuite1& SuiteHolder::worldTransform() {
