@@ -2,6 +2,7 @@
 
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/DepthConversion.h"
+#include "effect/share/HostCode.h"
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Session.h"
@@ -132,7 +133,7 @@ MaskPlane regionMask(PF_InData* inData, int64_t source) {
         host::Image image = picture(kDrawing, PF_PixelFormat_ARGB32);
         PF_EffectWorld world = worldOn(image);
         MaskPlane mask;
-        extractColors8(mask, inData, &world, kWhole, pickedMatches(inData));
+        ignored(extractColors8(mask, inData, &world, kWhole, pickedMatches(inData)));
         return mask;
     }
     MaskPlane mask(inData, kWidth, kHeight);

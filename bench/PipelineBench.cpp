@@ -7,6 +7,7 @@
 #include "effect/pipeline/Coverage.h"
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/raster/MaskedCopy.h"
+#include "effect/share/HostCode.h"
 
 namespace kovalune::bench {
 namespace {
@@ -19,7 +20,7 @@ void extraction(benchmark::State& state) {
         const ColorMatches matches = pickedMatches(inData);
         MaskPlane mask;
         for (auto step : state) {
-            extractColors(mask, inData, &world, kWhole, matches, nullptr);
+            ignored(extractColors(mask, inData, &world, kWhole, matches, nullptr));
         }
     });
     report(state, state.range(0));
@@ -32,7 +33,7 @@ void coverageOf(benchmark::State& state) {
     runInHost([&](PF_InData* inData) {
         MaskPlane mask;
         for (auto step : state) {
-            coverage(mask, inData, &world, kWhole);
+            ignored(coverage(mask, inData, &world, kWhole));
         }
     });
     report(state, state.range(0));

@@ -1,7 +1,7 @@
 // What a tool may call of the effect directly. On pictures in its own memory, without any host: boundary smoothing
 // alone, and the edge flags that it works from. Pixels are the very same as in a host; everything is serial, on the
 // calling thread, keeps nothing between calls and throws nothing. And the user's remembered defaults, by the code that
-// the effect's dialog runs. And what a frame that goes through a host will do, or did.
+// the effect's dialog runs. And what a frame that goes through a host will do, or did, and how it matches a pixel.
 #pragma once
 
 #include "hostapi/HostApi.h"
@@ -65,8 +65,8 @@ struct SmoothOptions {
 /// - PF_Err_BAD_CALLBACK_PARAM: the pictures differ in format or size or overlap in memory; a side is negative or above
 ///   `kLongestSide`; rows are too short or pixels not aligned; an option lies outside its range.
 /// - PF_Err_OUT_OF_MEMORY: the destination holds the copy, unsmoothed. In the cases above nothing was written.
-PF_Err smoothPicture(const PictureView& source, const WritablePictureView& destination,
-                     const SmoothOptions& options);
+[[nodiscard]] PF_Err smoothPicture(const PictureView& source, const WritablePictureView& destination,
+                                   const SmoothOptions& options);
 
 /// What a byte of `edgeFlags` is made of; the upper four bits are 0.
 inline constexpr uint8_t kEdgeRight = 1;   ///< (x, y) differs from (x + 1, y)
@@ -78,11 +78,15 @@ inline constexpr uint8_t kEdgeRising = 8;  ///< (x, y + 1) differs from (x + 1, 
 /// options the threshold and the key count. A pair of diagonal neighbours is looked at only where the smoothing does, so
 /// that a slow gradient may leave one unmarked. Returns the codes of `smoothPicture`, PF_Err_BAD_CALLBACK_PARAM also
 /// where `flags` is not `width * height` long; any code but 0 leaves `flags` as they were.
-PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options, std::span<uint8_t> flags);
+[[nodiscard]] PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options,
+                               std::span<uint8_t> flags);
 
 /// The file of the remembered defaults, which need not exist; empty where the user has no folder for settings or the
 /// path is longer than 259 bytes.
 std::string defaultsPath();
+
+/// The section of that file in which the values of this version stand, without its brackets.
+std::string defaultsSection();
 
 enum class DefaultsResult : uint8_t {
     kDone,
@@ -97,14 +101,20 @@ enum class DefaultsResult : uint8_t {
 /// Where the result is kFailed, a new file and folders that were made for it are gone again; a file that was there before
 /// may have some of the values. `reason`, if there is one, gets the system's number for it: errno, on Windows what
 /// GetLastError gives.
-DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params,
-                                int* reason = nullptr);
+[[nodiscard]] DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params,
+                                              int* reason = nullptr);
 
 /// Deletes the file, and its folders where nothing else lies in them.
-DefaultsResult forgetDefaults(const std::string& path);
+[[nodiscard]] DefaultsResult forgetDefaults(const std::string& path);
 
 /// Whether the file has a value for the parameter; of a colour, for one of its channels at least.
 bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param);
+
+/// The 8-bit level of a channel by which a frame compares its pixels with the colours of its stages. In floats, values
+/// outside 0 to 1 wrap around modulo 256; they are not clipped. What no 32 bits hold, NaN too, is level 0.
+uint8_t matchedLevel(uint8_t channel);
+uint8_t matchedLevel(uint16_t channel);
+uint8_t matchedLevel(float channel);
 
 /// Base, and Process 1 to 4.
 inline constexpr std::size_t kStageCount = 5;

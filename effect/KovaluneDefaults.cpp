@@ -1,9 +1,11 @@
 // The remembered defaults for tools: the paths that the Option dialog takes, without the dialog.
 
 #include "effect/Kovalune.h"
+#include "effect/frame/EffectVersion.h"
 #include "effect/params/DefaultsFile.h"
 #include "effect/params/DefaultsStore.h"
 #include "effect/params/ParamRegistry.h"
+#include "effect/share/HostCode.h"
 
 #include <vector>
 
@@ -28,8 +30,12 @@ bool areTheEffects(std::span<const PF_ParamDef> params) {
 
 std::string defaultsPath() {
     char path[kDefaultsPathBytes];
-    makeDefaultsPath(path);
+    ignored(makeDefaultsPath(path)); // the path is empty then
     return path;
+}
+
+std::string defaultsSection() {
+    return sectionNameOfThisVersion();
 }
 
 DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_ParamDef> params, int* reason) {

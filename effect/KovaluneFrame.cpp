@@ -2,9 +2,9 @@
 
 #include "effect/Kovalune.h"
 
-#include "effect/pipeline/FrameSteps.h"
+#include "effect/pipeline/DepthConversion.h"
+#include "effect/pipeline/FrameStage.h"
 #include "effect/pipeline/ReportSource.h"
-#include "effect/pipeline/StageAmounts.h"
 
 #include <utility>
 
@@ -15,6 +15,16 @@ namespace {
 thread_local FrameReport* threadReport = nullptr;
 
 } // namespace
+
+uint8_t matchedLevel(uint8_t channel) {
+    return to8Bits(channel);
+}
+uint8_t matchedLevel(uint16_t channel) {
+    return to8Bits(channel);
+}
+uint8_t matchedLevel(float channel) {
+    return to8Bits(channel);
+}
 
 std::array<int32_t, kStageCount> progressCalls(const ProgressSettings& settings) {
     RenderSettings record;

@@ -1,7 +1,7 @@
 #include "effect/blur/AlphaCurve.h"
 
 #include "effect/share/ExactMath.h"
-#include "effect/share/Truncate.h"
+#include "effect/share/Integers.h"
 
 #include <limits>
 #include <new>

@@ -8,7 +8,7 @@
 #include "effect/raster/MaskedCopy.h"
 #include "effect/raster/ProgressCounter.h"
 #include "effect/share/ExactMath.h"
-#include "effect/share/Truncate.h"
+#include "effect/share/Integers.h"
 #include "hostapi/HostApi.h"
 
 #include <algorithm>

@@ -3,7 +3,7 @@
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
 #include "effect/blur/LinePass.h"
-#include "effect/share/Truncate.h"
+#include "effect/share/Integers.h"
 
 namespace kovalune {
 namespace {

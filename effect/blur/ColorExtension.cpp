@@ -5,7 +5,7 @@
 #include "effect/raster/ColumnTile.h"
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
-#include "effect/share/Truncate.h"
+#include "effect/share/Integers.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,6 +1,6 @@
 #include "effect/frame/CustomFilter.h"
 
-#include "effect/pipeline/FrameRender.h"
+#include "effect/pipeline/FrameDriver.h"
 
 namespace kovalune {
 

@@ -7,11 +7,11 @@ namespace kovalune {
 
 class CustomFilter final : public BaseFilter {
 public:
-    PF_Err dispatch(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output,
-                    void* extra) override;
+    [[nodiscard]] PF_Err dispatch(PF_Cmd cmd, PF_InData* in, PF_OutData* out, PF_ParamDef** params,
+                                  PF_LayerDef* output, void* extra) override;
 
     /// Renders with the driver of the settings' pixel format; 514 for any other format.
-    PF_Err renderFrame(RenderSettings& settings) override;
+    [[nodiscard]] PF_Err renderFrame(RenderSettings& settings) override;
 };
 
 } // namespace kovalune

@@ -3,6 +3,8 @@
 
 #include "hostapi/HostApi.h"
 
+#include <string>
+
 namespace kovalune {
 
 inline constexpr char kEffectName[] = "Kovalune";
@@ -15,6 +17,11 @@ inline constexpr int kVersionMinor = 0;
 inline constexpr int kVersionBugfix = 1;
 inline constexpr char kStageText[] = "Release";
 inline constexpr int kBuild = 8;
+
+/// The section of the defaults file that this version reads and writes.
+inline std::string sectionNameOfThisVersion() {
+    return "Version=" + std::to_string(kVersionMajor) + '.' + std::to_string(kVersionMinor);
+}
 
 /// In the host's version layout.
 inline constexpr A_u_long kPackedVersion =

@@ -3,7 +3,7 @@
 
 #include "hostapi/EntryPoint.h"
 
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 #include "effect/share/AEUtil/AEException.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 

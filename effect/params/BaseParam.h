@@ -30,16 +30,16 @@ public:
     /// group start or end does nothing. Two read-outs at once may mix their values: nothing keeps
     /// them apart here. The reference host runs one command at a time but for PF_Cmd_SMART_RENDER, which reads none out;
     /// what other hosts do is theirs.
-    virtual PF_Err readValue(RenderSettings* record, ParamGetter& getter);
+    [[nodiscard]] virtual PF_Err readValue(RenderSettings* record, ParamGetter& getter);
 
     /// Gives back what `readValue` fetched.
-    virtual PF_Err checkIn(ParamGetter& getter);
+    [[nodiscard]] virtual PF_Err checkIn(ParamGetter& getter);
 
     /// Registers the control, with the remembered default where the host permits it and a path is given.
-    virtual PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) = 0;
+    [[nodiscard]] virtual PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) = 0;
 
     /// Writes the value in `def` to the defaults file. False if it could not be written; a group has no value.
-    virtual bool saveDefault(const char* defaultsPath) const;
+    [[nodiscard]] virtual bool saveDefault(const char* defaultsPath) const;
 
     const char* const label; ///< also the key in the defaults file
     RoomyParamDef def;       ///< what the host was told, and the value last read
@@ -47,14 +47,14 @@ public:
     const int32_t paramIndex;
     const std::size_t fieldPlace;
     const std::size_t fieldWidth;
-    int32_t linkId = 0;    ///< `diskId` of a related parameter, 0 for none
-    int32_t linkIndex = 0; ///< its `paramIndex`, or 0
+    int32_t linkId = 0;    ///< frozen: `diskId` of a related parameter, 0 for none
+    int32_t linkIndex = 0; ///< frozen: its `paramIndex`, or 0
 
 protected:
     /// Sets type and name of `def`.
     void beginDefinition(PF_InData* inData, PF_ParamType type);
     /// Hands `def` to the host under `id`.
-    PF_Err addDefinition(PF_InData* inData, int32_t id);
+    [[nodiscard]] PF_Err addDefinition(PF_InData* inData, int32_t id);
 };
 
 } // namespace kovalune

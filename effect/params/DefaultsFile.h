@@ -2,14 +2,16 @@
 // user's folder for settings and is read only while the parameters are registered.
 #pragma once
 
+#include "effect/platform/Platform.h"
 #include "hostapi/HostApi.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 
 namespace kovalune {
 
-inline constexpr int kDefaultsPathBytes = 260;
+inline constexpr std::size_t kDefaultsPathBytes = platform::kPathBytes;
 
 /// The key of one channel of a colour: 'r', 'g', 'b' or 'a'.
 std::string colorKey(const char* label, char channel);
@@ -19,7 +21,7 @@ std::string defaultsFileBelow(const std::string& folder);
 
 /// Writes the file's path, ended, into `buffer`; neither the file nor its folders need exist. False, with an
 /// empty text, where the system knows no folder for settings or the path does not fit.
-bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]);
+[[nodiscard]] bool makeDefaultsPath(char (&buffer)[kDefaultsPathBytes]);
 
 /// Reads remembered values, or gives the fall-back where there is none, no path was given or the host is too
 /// old. Values are handed out as they stand, whatever the parameter's limits. The section is the registry's.
@@ -36,9 +38,9 @@ private:
 };
 
 /// Write one value. False if the file could not be written.
-bool rememberInteger(const char* key, int32_t value, const char* path);
+[[nodiscard]] bool rememberInteger(const char* key, int32_t value, const char* path);
 /// Six digits behind a decimal point, whatever the locale.
-bool rememberNumber(const char* key, double value, const char* path);
+[[nodiscard]] bool rememberNumber(const char* key, double value, const char* path);
 
 /// Whether the file has a value for the key in the registry's section, whatever it says.
 bool isRemembered(const char* key, const char* path);

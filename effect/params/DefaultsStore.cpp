@@ -3,21 +3,13 @@
 #include "effect/params/DefaultsFile.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/params/ReadOut.h"
+#include "effect/platform/Ascii.h"
+#include "effect/share/HostCode.h"
 
-#include <algorithm>
 #include <string>
 
 namespace kovalune {
 namespace {
-
-char lower(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalWithoutCase(const std::string& a, const std::string& b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lower(x) == lower(y); });
-}
 
 /// Everything before the last separator; empty if there is none. The last byte of a double-byte character may look
 /// like a separator, but never behind the folder for settings, where the names are our own.
@@ -35,7 +27,7 @@ std::string settingsFolderOf(const std::string& path) {
     }
     const std::string own = defaultsFileBelow({});
     const bool isOurs =
-        path.size() > own.size() && equalWithoutCase(path.substr(path.size() - own.size()), own);
+        path.size() > own.size() && platform::equalButForCase(path.substr(path.size() - own.size()), own);
     return isOurs ? path.substr(0, path.size() - own.size()) : withoutLastComponent(path);
 }
 
@@ -60,8 +52,8 @@ bool saveDefaults(PF_ParamDef** params, const char* path, int* reason) {
     }
     GetParamFromArray getter(params);
     // Neither can fail with this getter.
-    readParameters(nullptr, getter);
-    giveBackParameters(getter);
+    ignored(readParameters(nullptr, getter));
+    ignored(giveBackParameters(getter));
     const std::vector<BaseParam*>& list = paramRegistry().byIndex();
     bool saved = true;
     for (std::size_t index = 1; index < list.size() && list[index] != nullptr; ++index) {
@@ -78,8 +70,8 @@ bool saveDefaults(PF_ParamDef** params, const char* path, int* reason) {
 platform::Deletion removeDefaultsFile(const char* path) {
     const std::string end = settingsFolderOf(path);
     const platform::Deletion result = platform::deleteFile(path);
-    for (std::string rest = withoutLastComponent(path); !rest.empty() && !equalWithoutCase(rest, end);
-         rest = withoutLastComponent(rest)) {
+    for (std::string rest = withoutLastComponent(path);
+         !rest.empty() && !platform::equalButForCase(rest, end); rest = withoutLastComponent(rest)) {
         if (!platform::removeFolder(rest.c_str())) {
             break;
         }

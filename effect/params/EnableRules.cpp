@@ -3,6 +3,7 @@
 #include "effect/params/ParamGetter.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
+#include "effect/share/HostCode.h"
 
 #include <cstring>
 #include <initializer_list>
@@ -13,7 +14,8 @@ namespace {
 
 enum { kNoParamUtils }; // thrown as it is: a missing suite here is no host code
 
-/// Index 0, the input layer, for an id that the table lacks: the rules below name many such ids.
+/// Index 0, the input layer, for an id that the table lacks: the rules below name many such ids. Frozen, since the host is
+/// told of each.
 int32_t indexOf(int32_t id) {
     const BaseParam* const param = paramRegistry().findById(id);
     return param != nullptr ? param->paramIndex : 0;
@@ -57,7 +59,7 @@ private:
             } else {
                 copy.ui_flags |= PF_PUI_DISABLED;
             }
-            suite_.get()->PF_UpdateParamUI(inData_->effect_ref, indices[i], &copy);
+            ignored(suite_.get()->PF_UpdateParamUI(inData_->effect_ref, indices[i], &copy));
         }
     }
 

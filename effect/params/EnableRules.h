@@ -8,6 +8,6 @@ namespace kovalune {
 
 /// Works on the host's parameter array of the current command. Errors of single updates are ignored; returns
 /// 0. Throws a value of an unnamed type where the host has no parameter suite.
-PF_Err updateParamEnables(PF_InData* inData, PF_ParamDef** params);
+[[nodiscard]] PF_Err updateParamEnables(PF_InData* inData, PF_ParamDef** params);
 
 } // namespace kovalune

@@ -18,18 +18,18 @@ public:
     ParamGetter& operator=(const ParamGetter&) = delete;
 
     /// Writes the whole definition, value included, into a RoomyParamDef.
-    virtual PF_Err getParam(int32_t index, PF_ParamDef* def) = 0;
-    virtual PF_Err releaseParam(PF_ParamDef* def) = 0;
-    virtual bool isPreRender() const = 0;
-    virtual bool isEnabled(int32_t index) const = 0;
+    [[nodiscard]] virtual PF_Err getParam(int32_t index, PF_ParamDef* def) = 0;
+    [[nodiscard]] virtual PF_Err releaseParam(PF_ParamDef* def) = 0;
+    virtual bool isPreRender() const = 0;            ///< frozen
+    virtual bool isEnabled(int32_t index) const = 0; ///< frozen
 };
 
 class GetParamFromArray final : public ParamGetter {
 public:
     explicit GetParamFromArray(PF_ParamDef** params) : params_(params) {}
 
-    PF_Err getParam(int32_t index, PF_ParamDef* def) override;
-    PF_Err releaseParam(PF_ParamDef* def) override;
+    [[nodiscard]] PF_Err getParam(int32_t index, PF_ParamDef* def) override;
+    [[nodiscard]] PF_Err releaseParam(PF_ParamDef* def) override;
     bool isPreRender() const override { return false; }
     bool isEnabled(int32_t index) const override;
 
@@ -44,8 +44,8 @@ public:
         : inData_(inData), params_(paramsOrNull), isPreRender_(isPreRender) {}
 
     /// On failure `def` is zeroed and the host's code returned.
-    PF_Err getParam(int32_t index, PF_ParamDef* def) override;
-    PF_Err releaseParam(PF_ParamDef* def) override;
+    [[nodiscard]] PF_Err getParam(int32_t index, PF_ParamDef* def) override;
+    [[nodiscard]] PF_Err releaseParam(PF_ParamDef* def) override;
     bool isPreRender() const override { return isPreRender_; }
     bool isEnabled(int32_t index) const override;
 

@@ -35,7 +35,7 @@ public:
     /// Calls `operation(param)`, which returns a host code, on every parameter in the host's order. Stops at the first
     /// failure and returns it.
     template <class Operation>
-    PF_Err forEach(Operation&& operation) const {
+    [[nodiscard]] PF_Err forEach(Operation&& operation) const {
         for (BaseParam* const param : byIndex_) {
             const PF_Err err = param != nullptr ? operation(*param) : PF_Err{PF_Err_NONE};
             if (err != PF_Err_NONE) {

@@ -127,7 +127,7 @@ void addBaseGroup(TableBuilder& table) {
     table.endTopic(51);
 }
 
-/// Inside a group the ids are not in table order.
+/// Inside a group the ids are not in table order, and some are left out: frozen.
 void addProcessGroup(TableBuilder& table, int stage, int32_t groupId, const ProcessLabels& labels) {
     table.topic(groupId, labels.topic);
     table.checkbox(groupId + 2, labels.enable, stage == 1,

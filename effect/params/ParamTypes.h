@@ -14,8 +14,8 @@ public:
                    const Limits& limits)
         : BaseParam(field, name, definitionTemplate), limits_(limits) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    bool saveDefault(const char* defaultsPath) const override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] bool saveDefault(const char* defaultsPath) const override;
 
 private:
     Limits limits_;
@@ -33,8 +33,8 @@ public:
                         const Limits& limits)
         : BaseParam(field, name, definitionTemplate), limits_(limits) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    bool saveDefault(const char* defaultsPath) const override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] bool saveDefault(const char* defaultsPath) const override;
 
 private:
     Limits limits_;
@@ -47,8 +47,8 @@ public:
                      const char* text, int8_t initial, PF_ParamFlags flags)
         : BaseParam(field, name, definitionTemplate), text_(text), initial_(initial), flags_(flags) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    bool saveDefault(const char* defaultsPath) const override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] bool saveDefault(const char* defaultsPath) const override;
 
 private:
     const char* text_;
@@ -63,8 +63,8 @@ public:
                   PF_Pixel initial)
         : BaseParam(field, name, definitionTemplate), initial_(initial) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    bool saveDefault(const char* defaultsPath) const override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] bool saveDefault(const char* defaultsPath) const override;
 
 private:
     PF_Pixel initial_;
@@ -78,8 +78,8 @@ public:
         : BaseParam(field, name, definitionTemplate), choiceCount_(choiceCount), initial_(initial),
           choices_(choices) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
-    bool saveDefault(const char* defaultsPath) const override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] bool saveDefault(const char* defaultsPath) const override;
 
 private:
     int16_t choiceCount_;
@@ -93,7 +93,7 @@ public:
     ParamAddTopic(const char* name, const PF_ParamDef* definitionTemplate)
         : BaseParam({}, name, definitionTemplate) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
 };
 
 /// Ends a group of controls.
@@ -101,7 +101,7 @@ class ParamEndTopic final : public BaseParam {
 public:
     ParamEndTopic() : BaseParam({}, "", nullptr) {}
 
-    PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
+    [[nodiscard]] PF_Err addToHost(PF_InData* inData, int32_t id, const char* defaultsPath) override;
 };
 
 } // namespace kovalune

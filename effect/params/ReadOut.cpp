@@ -1,6 +1,7 @@
 #include "effect/params/ReadOut.h"
 
 #include "effect/params/ParamRegistry.h"
+#include "effect/share/HostCode.h"
 
 namespace kovalune {
 
@@ -22,7 +23,7 @@ ParameterCheckout::~ParameterCheckout() {
         return;
     }
     try {
-        giveBack();
+        ignored(giveBack());
     } catch (...) { // NOLINT(bugprone-empty-catch): a second exception would end the process
     }
 }

@@ -9,10 +9,10 @@ namespace kovalune {
 
 /// Reads every parameter, greyed out or not, into the record (null: into the parameter objects alone). Stops
 /// at the first failure and returns it.
-PF_Err readParameters(RenderSettings* record, ParamGetter& getter);
+[[nodiscard]] PF_Err readParameters(RenderSettings* record, ParamGetter& getter);
 
 /// Gives every parameter back. Stops at the first failure and returns it.
-PF_Err giveBackParameters(ParamGetter& getter);
+[[nodiscard]] PF_Err giveBackParameters(ParamGetter& getter);
 
 /// All parameters for a scope: whichever way it is left, they are given back, once, also where reading them failed or never
 /// began. The getter outlives it.
@@ -23,10 +23,10 @@ public:
     ParameterCheckout(const ParameterCheckout&) = delete;
     ParameterCheckout& operator=(const ParameterCheckout&) = delete;
 
-    PF_Err readInto(RenderSettings& record) { return readParameters(&record, getter_); }
+    [[nodiscard]] PF_Err readInto(RenderSettings& record) { return readParameters(&record, getter_); }
 
     /// For the scope that wants to know how it went; the end of the scope drops the code.
-    PF_Err giveBack();
+    [[nodiscard]] PF_Err giveBack();
 
 private:
     ParamGetter& getter_;

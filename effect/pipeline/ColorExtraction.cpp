@@ -4,6 +4,7 @@
 #include "effect/raster/Bands.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
+#include "effect/share/HostCode.h"
 
 #include <algorithm>
 #include <bit>
@@ -12,44 +13,43 @@
 namespace kovalune {
 namespace {
 
-// What the three passes differ in: equality of colours, the seed's red and the way to the 8 bits of the
-// conversion.
+/// When two channels of a format are the same, and what is sure to be another red.
+template <class Format>
+struct SamenessOf;
 
-struct Rules8 : Argb8 {
-    static bool sameChannel(uint8_t a, uint8_t b) { return a == b; }
-    static uint8_t otherRed(uint8_t red) { return red < 255 ? 255 : 0; }
-    static uint8_t to8(uint8_t c) { return c; }
+template <class Format>
+struct IntegerSameness {
+    using Channel = typename Format::Channel;
+    static bool same(Channel a, Channel b) { return a == b; }
 };
 
-struct Rules16 : Argb16 {
-    static bool sameChannel(uint16_t a, uint16_t b) { return a == b; }
-    static uint16_t otherRed(uint16_t red) { return red == kFullScale ? 0 : kFullScale; }
-    static uint8_t to8(uint16_t c) { return narrowChannel(c); }
+template <>
+struct SamenessOf<Argb8> : IntegerSameness<Argb8> {
+    static uint8_t otherRed(uint8_t red) { return red < Argb8::kFullScale ? Argb8::kFullScale : 0; }
 };
 
-struct Rules32 : Argb32 {
-    static bool sameChannel(float a, float b) {
-        return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b);
-    }
-    static float otherRed(float red) { return red == kFullScale ? 0.0F : kFullScale; }
-    /// Values outside 0 to 1 wrap around modulo 256; they are not clipped.
-    static uint8_t to8(float c) {
-        const float scaled = c * 255.0F;
-        return static_cast<uint8_t>(static_cast<uint32_t>(truncToInt32(static_cast<double>(scaled) + 0.5)));
-    }
+template <>
+struct SamenessOf<Argb16> : IntegerSameness<Argb16> {
+    static uint16_t otherRed(uint16_t red) { return red == Argb16::kFullScale ? 0 : Argb16::kFullScale; }
 };
 
-template <class Rules>
-bool sameColor(const typename Rules::Pixel& a, const typename Rules::Pixel& b) {
-    return Rules::sameChannel(a.red, b.red) && Rules::sameChannel(a.green, b.green) &&
-           Rules::sameChannel(a.blue, b.blue);
+template <>
+struct SamenessOf<Argb32> {
+    static bool same(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
+    static float otherRed(float red) { return red == Argb32::kFullScale ? 0.0F : Argb32::kFullScale; }
+};
+
+template <class Format>
+bool sameColor(const typename Format::Pixel& a, const typename Format::Pixel& b) {
+    using Sameness = SamenessOf<Format>;
+    return Sameness::same(a.red, b.red) && Sameness::same(a.green, b.green) && Sameness::same(a.blue, b.blue);
 }
 
 /// What a pixel of this colour is in the plane.
-template <class Rules>
-uint8_t elementOf(const ExtractRecord& record, const typename Rules::Pixel& p) {
+template <class Format>
+uint8_t elementOf(const ExtractRecord& record, const typename Format::Pixel& p) {
     HlsColor hls;
-    convertToHls(record.inData, {255, Rules::to8(p.red), Rules::to8(p.green), Rules::to8(p.blue)}, hls);
+    ignored(convertToHls(record.inData, {255, to8Bits(p.red), to8Bits(p.green), to8Bits(p.blue)}, hls));
     const auto first = std::find_if(record.matches.begin(), record.matches.end(),
                                     [&hls](const ColorMatch& match) { return matches(hls, match); });
     if (first == record.matches.end()) {
@@ -58,7 +58,7 @@ uint8_t elementOf(const ExtractRecord& record, const typename Rules::Pixel& p) {
     return record.isCounted ? static_cast<uint8_t>(first - record.matches.begin() + 1) : record.value;
 }
 
-template <class Rules>
+template <class Format>
 PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     auto& record = *static_cast<ExtractRecord*>(refcon);
     const int32_t width = record.rect.width();
@@ -68,20 +68,20 @@ PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     }
     // The last opaque pixel, not the last pixel, so that a run of one colour goes on across transparent
     // holes.
-    typename Rules::Pixel previous = *rowOf<Rules>(*record.src, record.rect, band.first);
-    previous.red = Rules::otherRed(previous.red);
+    typename Format::Pixel previous = *rowOf<Format>(*record.src, record.rect, band.first);
+    previous.red = SamenessOf<Format>::otherRed(previous.red);
     uint8_t lastResult = 0;
     for (int32_t y = band.first; y < band.end; ++y) {
-        const auto* const src = rowOf<Rules>(*record.src, record.rect, y);
+        const auto* const src = rowOf<Format>(*record.src, record.rect, y);
         uint8_t* const mask = record.mask.row(y);
         for (int32_t x = 0; x < width; ++x) {
             if (src[x].alpha == 0) {
                 mask[x] = 0;
                 continue;
             }
-            if (!sameColor<Rules>(src[x], previous)) {
+            if (!sameColor<Format>(src[x], previous)) {
                 previous = src[x];
-                lastResult = elementOf<Rules>(record, previous);
+                lastResult = elementOf<Format>(record, previous);
             }
             mask[x] = lastResult;
         }
@@ -102,7 +102,7 @@ void countMatches(ExtractRecord& record, MatchCounts& counts) {
     }
 }
 
-template <class Rules>
+template <class Format>
 PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
                      const ColorMatches& matches, MatchCounts* counts) {
     if (src == nullptr) {
@@ -112,7 +112,7 @@ PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, co
     ExtractRecord record{src, rect, inData, matches, 1, isCounted, {}};
     record.mask.resize(inData, rect.width(), rect.height());
     record.mask.clearTo(0);
-    const PF_Err err = iterate(inData, record, extractPass<Rules>);
+    const PF_Err err = iterate(inData, record, extractPass<Format>);
     if (isCounted) {
         counts->fill(0);
         countMatches(record, *counts);
@@ -126,17 +126,17 @@ PF_Err extractColors(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, co
 
 PF_Err extractColors8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
                       const ColorMatches& matches, MatchCounts* counts) {
-    return extractColors<Rules8>(mask, inData, src, rect, matches, counts);
+    return extractColors<Argb8>(mask, inData, src, rect, matches, counts);
 }
 
 PF_Err extractColors16(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
                        const ColorMatches& matches, MatchCounts* counts) {
-    return extractColors<Rules16>(mask, inData, src, rect, matches, counts);
+    return extractColors<Argb16>(mask, inData, src, rect, matches, counts);
 }
 
 PF_Err extractColors32(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect,
                        const ColorMatches& matches, MatchCounts* counts) {
-    return extractColors<Rules32>(mask, inData, src, rect, matches, counts);
+    return extractColors<Argb32>(mask, inData, src, rect, matches, counts);
 }
 
 } // namespace kovalune

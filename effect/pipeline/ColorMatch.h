@@ -1,8 +1,8 @@
 // Nearness of colours: hue, lightness and saturation on the host's own conversion, in 16.16 fixed point.
 #pragma once
 
-#include "effect/share/Truncate.h"
-#include "effect/share/Wrapping.h"
+#include "effect/share/HostCode.h"
+#include "effect/share/Integers.h"
 #include "hostapi/HostApi.h"
 
 #include <cstdint>
@@ -23,7 +23,7 @@ inline constexpr int32_t kFullTurn = 360 << 16;
 /// Converts red, green and blue; alpha plays no role. The host's code is returned, and `hls` holds what the
 /// host left in it, whatever the code. A host may hand out a number that is no angle for the hue of a grey; it counts
 /// as 0, since its distance from a coloured entry could come out negative and would match at any range.
-inline PF_Err convertToHls(PF_InData* inData, PF_Pixel color, HlsColor& hls) {
+[[nodiscard]] inline PF_Err convertToHls(PF_InData* inData, PF_Pixel color, HlsColor& hls) {
     PF_HLS_Pixel fixed = {hls.hue, hls.lightness, hls.saturation};
     const PF_Err err = inData->utils->colorCB.RGBtoHLS(inData->effect_ref, &color, fixed);
     const bool isAngle = fixed[0] >= 0 && fixed[0] < kFullTurn;
@@ -53,7 +53,7 @@ inline ColorMatch makeColorMatch(const HlsColor& hls, double rangeFraction) {
 /// those at distance 0.
 inline ColorMatch makeColorMatch(PF_InData* inData, const PF_Pixel& color, double rangeFraction) {
     HlsColor hls;
-    convertToHls(inData, color, hls);
+    ignored(convertToHls(inData, color, hls));
     return makeColorMatch(hls, rangeFraction);
 }
 

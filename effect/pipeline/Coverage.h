@@ -17,8 +17,11 @@ struct CoverageRecord {
 /// Assigns a fresh plane of `rect`'s size to `mask`: 1 where alpha is not 0 (in float any value but 0, also a
 /// negative one or a NaN), with true summaries. Other handles on the old plane keep it. The plane is handed
 /// over whatever the host's code is, which is returned.
-PF_Err coverage8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect);
-PF_Err coverage16(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect);
-PF_Err coverage32(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src, const FrameRect& rect);
+[[nodiscard]] PF_Err coverage8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src,
+                               const FrameRect& rect);
+[[nodiscard]] PF_Err coverage16(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src,
+                                const FrameRect& rect);
+[[nodiscard]] PF_Err coverage32(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src,
+                                const FrameRect& rect);
 
 } // namespace kovalune

@@ -1,6 +1,5 @@
 #include "effect/pipeline/Frame.h"
 
-#include "effect/pipeline/DepthConversion.h"
 #include "effect/pipeline/ReportSource.h"
 
 #include <algorithm>
@@ -80,13 +79,16 @@ FrameWorlds::FrameWorlds(const RenderSettings& s, const FramePasses& passes)
       extendScratchWorld(newWorld(s, passes.workFormat)), spareWork(newWorld(s, passes.workFormat)),
       previousLayerWorld(newWorld(s, passes.workFormat, clearingOfPreviousLayer(s, passes))) {}
 
-Frame::Frame(const FramePasses& framePasses, const FrameStart& start)
-    : passes(framePasses), settings(start.settings), scale(start.scale), planes(start.settings),
-      err(start.err != PF_Err_NONE
-              ? start.err
-              : passes.coverageOfInput(planes.inputCoverage, inData(), settings.inputWorld, rect())),
-      worlds(start.settings, framePasses), progress{start.settings.inData, start.settings.inData->effect_ref,
-                                                    start.stepTotal, 0},
-      source(start.settings.inputWorld), target(start.settings.outputWorld), report(newReport(rect())) {}
+Frame::Frame(const FramePasses& framePasses, const RenderSettings& frameSettings, const FrameOpening& opening,
+             PF_Err soFar)
+    : passes(framePasses), settings(frameSettings), stages(opening.stages), planes(settings),
+      err(soFar), progress{settings.inData, settings.inData->effect_ref, opening.stepTotal, 0},
+      source(settings.inputWorld), target(settings.outputWorld), report(newReport(rect())) {}
+
+void Frame::open() {
+    attempt(
+        [&] { return passes.coverageOfInput(planes.inputCoverage, inData(), settings.inputWorld, rect()); });
+    worlds = FrameWorlds(settings, passes);
+}
 
 } // namespace kovalune

@@ -1,32 +1,35 @@
-// All that one frame holds while it is rendered: its copy of the settings, its masks, its scratch worlds, its
-// progress and its first failure. Everything is made at the frame's start and released, in reverse order, at
-// its end.
+// All that one frame holds while it is rendered: its stages, its masks, its scratch worlds, its progress and its first
+// failure. Everything is made at the frame's start and released, in reverse order, at its end.
 #pragma once
 
 #include "effect/Kovalune.h"
 #include "effect/pipeline/FramePasses.h"
+#include "effect/pipeline/FrameStage.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
 #include "effect/share/AEUtil/AEWorldSuite.h"
+#include "effect/share/HostCode.h"
 #include "effect/share/RenderSettings.h"
 #include "hostapi/HostApi.h"
 
 namespace kovalune {
 
-/// Masks of the frame's working rectangle.
+/// Masks of the frame's working rectangle. All are made, in this order; what no pass reads is frozen, since the host sees
+/// each of them being made.
 struct FramePlanes {
     explicit FramePlanes(const RenderSettings& settings);
 
     MaskPlane extractMask;      ///< result of the latest colour extraction
     MaskPlane extendLimitMask;  ///< shares the bytes of `regionMask`, for the colour extension
-    MaskPlane processUnionMask; ///< union of all Process extractions
-    MaskPlane sparePlane0;
-    MaskPlane sparePlane1;
-    MaskPlane stageMask; ///< the current stage's region
+    MaskPlane processUnionMask; ///< union of all Process extractions; frozen
+    MaskPlane sparePlane0;      ///< frozen
+    MaskPlane sparePlane1;      ///< frozen
+    MaskPlane stageMask;        ///< the current stage's region
     MaskPlane
         allColorsMask;  ///< union of the regions of all stages run so far; the "Extract" view is cut to it
     MaskPlane fullMask; ///< all pixels
-    MaskPlane inputCoverage;  ///< pixels of non-zero alpha in the input
+    MaskPlane
+        inputCoverage; ///< pixels of non-zero alpha in the input; frozen, and so is the pass that fills it
     MaskPlane layerLimitMask; ///< what a stage with "Keep Process" stays inside
     MaskPlane regionMask;     ///< union of the regions of all stages run so far; limit of extension and blur
     MaskPlane extendedCoverage; ///< pixels of non-zero alpha in `extendedWorld`
@@ -34,8 +37,10 @@ struct FramePlanes {
     MaskPlane outsideMask;      ///< the complement of `extractMask`
 };
 
-/// Scratch worlds of the output's size, in the frame's work format.
+/// Scratch worlds of the output's size, in the frame's work format; all are made, in this order.
 struct FrameWorlds {
+    FrameWorlds() = default;
+
     /// `wide...` exist in a widened frame only. Throws where the host cannot make one.
     FrameWorlds(const RenderSettings& settings, const FramePasses& passes);
 
@@ -43,36 +48,32 @@ struct FrameWorlds {
     AEUtil::EffectWorldPtr baseSmoothWorld; ///< output of boundary smoothing in the Base stage
     AEUtil::EffectWorldPtr wideSource;      ///< 16-bit copy of the input
     AEUtil::EffectWorldPtr wideTarget;      ///< 16-bit image being built
-    AEUtil::EffectWorldPtr spareWide;
-    AEUtil::EffectWorldPtr extendedWorld; ///< a stage's extended image
-    AEUtil::EffectWorldPtr smoothedWorld; ///< output of boundary smoothing in a Process stage
-    AEUtil::EffectWorldPtr layerWorld;    ///< a stage's blurred layer
+    AEUtil::EffectWorldPtr spareWide;       ///< frozen: the host sees it being made
+    AEUtil::EffectWorldPtr extendedWorld;   ///< a stage's extended image
+    AEUtil::EffectWorldPtr smoothedWorld;   ///< output of boundary smoothing in a Process stage
+    AEUtil::EffectWorldPtr layerWorld;      ///< a stage's blurred layer
     AEUtil::EffectWorldPtr blurScratchWorld;
     AEUtil::EffectWorldPtr extendScratchWorld;
-    AEUtil::EffectWorldPtr spareWork;          ///< for a report: the picture before a stage
+    AEUtil::EffectWorldPtr spareWork;          ///< for a report: the picture before a stage; else frozen
     AEUtil::EffectWorldPtr previousLayerWorld; ///< copy of the last layer
 };
 
-/// What the opening of a frame hands on: the settings, scaled and normalised, and how the frame stands.
-struct FrameStart {
-    RenderSettings settings;
-    double scale = 1.0;    ///< the smaller of the host's downsample factors
-    int32_t stepTotal = 0; ///< estimated progress steps
-    PF_Err err = PF_Err_NONE;
-};
-
-/// A frame behind its opening, while the output is a copy of the input.
+/// A frame from the time on when the output is a copy of the input.
 struct Frame {
-    /// Makes all planes and worlds. Throws where the host has no memory for one.
-    Frame(const FramePasses& framePasses, const FrameStart& start);
+    /// Makes the planes. Throws where the host has no memory for one. `soFar` is how that copy went: a failure is the
+    /// frame's first. The settings outlive the frame.
+    Frame(const FramePasses& framePasses, const RenderSettings& frameSettings, const FrameOpening& opening,
+          PF_Err soFar);
+
+    /// Takes the input's coverage, then makes the worlds. Throws where the host cannot make one.
+    void open();
 
     const FramePasses& passes;
-    const RenderSettings settings;
-    const double scale;
-    // In the order in which they are made: between planes and worlds the input's coverage is taken.
+    const RenderSettings& settings; ///< as the host gave them; what stages go by is `stages`
+    const std::array<FrameStage, kStageCount> stages;
     FramePlanes planes;
-    PF_Err err; ///< first failure of the frame
-    FrameWorlds worlds;
+    PF_Err err;         ///< first failure of the frame
+    FrameWorlds worlds; ///< empty until the frame is open
     ProgressCounter progress;
     PF_EffectWorld* source; ///< the image that stages read
     PF_EffectWorld* target; ///< the image being built
@@ -81,20 +82,28 @@ struct Frame {
     PF_InData* inData() const { return settings.inData; }
     const FrameRect& rect() const { return settings.extentRect; }
 
+    bool failed() const { return err != PF_Err_NONE; }
+
     /// Runs a step unless one has failed before; its code is then the frame's.
     template <class Step>
     void attempt(Step&& step) {
-        if (err == PF_Err_NONE) {
+        if (!failed()) {
             err = step();
         }
     }
-};
 
-/// Where a frame goes on behind a stage.
-enum class StageEnd {
-    kNextStage,
-    kFinish,  ///< to the finish: no further stage
-    kAbandon, ///< neither stages nor finish; the frame releases what it holds and returns its code
+    /// Takes the code of a step that was run: the frame's, unless it has failed before.
+    void note(PF_Err code) {
+        if (!failed()) {
+            err = code;
+        }
+    }
+
+    /// Runs a step whatever has failed before; its own failure is none of the frame's.
+    template <class Step>
+    void regardless(Step&& step) {
+        ignored(step());
+    }
 };
 
 } // namespace kovalune

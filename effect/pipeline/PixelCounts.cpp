@@ -10,18 +10,30 @@
 namespace kovalune {
 namespace {
 
-bool differ16(uint16_t a, uint16_t b) {
-    return a != b;
-}
+/// When two channels of a frame of a format are different, and the format in which the frame is worked on.
+template <class Format>
+struct DifferenceOf;
 
-/// -0 and 0 are the same, and so is a NaN with itself.
-bool differ32(float a, float b) {
-    return a != b && std::bit_cast<uint32_t>(a) != std::bit_cast<uint32_t>(b);
-}
+template <>
+struct DifferenceOf<Argb8> {
+    using Work = Argb16;
+    static bool differ(uint16_t a, uint16_t b) { return a != b && narrowChannel(a) != narrowChannel(b); }
+};
 
-bool differ8(uint16_t a, uint16_t b) {
-    return a != b && narrowChannel(a) != narrowChannel(b);
-}
+template <>
+struct DifferenceOf<Argb16> {
+    using Work = Argb16;
+    static bool differ(uint16_t a, uint16_t b) { return a != b; }
+};
+
+template <>
+struct DifferenceOf<Argb32> {
+    using Work = Argb32;
+    /// -0 and 0 are the same, and so is a NaN with itself.
+    static bool differ(float a, float b) {
+        return a != b && std::bit_cast<uint32_t>(a) != std::bit_cast<uint32_t>(b);
+    }
+};
 
 template <class Format>
 void copyPixels(PF_EffectWorld& dst, const PF_EffectWorld& src, const FrameRect& rect) {
@@ -30,16 +42,18 @@ void copyPixels(PF_EffectWorld& dst, const PF_EffectWorld& src, const FrameRect&
     }
 }
 
-template <class Format, auto channelsDiffer>
+template <class Format>
 int64_t countChanged(const PF_EffectWorld& before, const PF_EffectWorld& after, const FrameRect& rect) {
+    using Difference = DifferenceOf<Format>;
+    using Work = typename Difference::Work;
     int64_t count = 0;
     for (int32_t y = 0; y < rect.height(); ++y) {
-        const auto* const a = rowOf<Format>(before, rect, y);
-        const auto* const b = rowOf<Format>(after, rect, y);
+        const auto* const a = rowOf<Work>(before, rect, y);
+        const auto* const b = rowOf<Work>(after, rect, y);
         for (int32_t x = 0; x < rect.width(); ++x) {
-            const bool differs = channelsDiffer(a[x].red, b[x].red) ||
-                                 channelsDiffer(a[x].green, b[x].green) ||
-                                 channelsDiffer(a[x].blue, b[x].blue);
+            const bool differs = Difference::differ(a[x].red, b[x].red) ||
+                                 Difference::differ(a[x].green, b[x].green) ||
+                                 Difference::differ(a[x].blue, b[x].blue);
             count += differs ? 1 : 0;
         }
     }
@@ -69,13 +83,13 @@ void copyPixels32(PF_EffectWorld& dst, const PF_EffectWorld& src, const FrameRec
 }
 
 int64_t countChanged8(const PF_EffectWorld& before, const PF_EffectWorld& after, const FrameRect& rect) {
-    return countChanged<Argb16, differ8>(before, after, rect);
+    return countChanged<Argb8>(before, after, rect);
 }
 int64_t countChanged16(const PF_EffectWorld& before, const PF_EffectWorld& after, const FrameRect& rect) {
-    return countChanged<Argb16, differ16>(before, after, rect);
+    return countChanged<Argb16>(before, after, rect);
 }
 int64_t countChanged32(const PF_EffectWorld& before, const PF_EffectWorld& after, const FrameRect& rect) {
-    return countChanged<Argb32, differ32>(before, after, rect);
+    return countChanged<Argb32>(before, after, rect);
 }
 
 int64_t countOutside16(const PF_EffectWorld& world, const FrameRect& rect, const MaskPlane& mask) {

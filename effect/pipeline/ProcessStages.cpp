@@ -1,7 +1,5 @@
-#include "effect/pipeline/ProcessStages.h"
-
-#include "effect/pipeline/StageAmounts.h"
 #include "effect/pipeline/StageRegion.h"
+#include "effect/pipeline/Stages.h"
 #include "effect/share/AEUtil/WorldBasics.h"
 
 #include <utility>
@@ -9,11 +7,11 @@
 namespace kovalune {
 namespace {
 
-/// Reaches, in pixels, that are small enough for stair-steps to show through.
-constexpr double kSmoothedAbove = 1.0;
-constexpr double kSmoothedTo = 30.0;
+/// Reaches that are short enough for stair-steps to show through.
+constexpr double kSmoothedAbovePixels = 1.0;
+constexpr double kSmoothedToPixels = 30.0;
 
-/// Whether the loop goes on behind a stage.
+/// Whether the loop goes on after a stage.
 enum class LoopEnd { kNextStage, kFinish };
 
 PF_Err copyWhole(Frame& frame, PF_EffectWorld* from, PF_EffectWorld* to) {
@@ -24,12 +22,10 @@ PF_Err copyWhole(Frame& frame, PF_EffectWorld* from, PF_EffectWorld* to) {
 /// One Process stage of a frame.
 class ProcessStage {
 public:
-    ProcessStage(Frame& frame, int32_t number)
+    ProcessStage(Frame& frame, std::size_t number)
         : frame_(frame), passes_(frame.passes), planes_(frame.planes), worlds_(frame.worlds),
-          stage_(frame.settings.stages[number]),
-          reach_(extensionReach(stage_.boundaryBlur, stage_.repeat, frame.scale)), number_(number),
-          report_(frame.report != nullptr ? &frame.report->stages[static_cast<std::size_t>(number)]
-                                          : nullptr) {}
+          stage_(frame.stages[number]), number_(number),
+          report_(frame.report != nullptr ? &frame.report->stages[number] : nullptr) {}
 
     /// Also for a disabled stage.
     void clearWorlds() {
@@ -45,20 +41,21 @@ public:
 
     /// `lastNumber` is that of the last stage that has made a layer, 0 as long as none has, and becomes this one's once
     /// it does.
-    LoopEnd run(int32_t& lastNumber) {
+    LoopEnd run(std::size_t& lastNumber) {
         selectRegion();
         extendRegion();
-        const bool smoothStage = reach_ > kSmoothedAbove && reach_ <= kSmoothedTo;
+        const bool smoothStage =
+            stage_.reachPixels > kSmoothedAbovePixels && stage_.reachPixels <= kSmoothedToPixels;
         if (smoothStage) {
             smoothBeyondRegion();
         }
         frame_.attempt([&] { return frame_.progress.tick(); });
-        if (failed()) {
+        if (frame_.failed()) {
             return LoopEnd::kFinish;
         }
-        const bool keepProcess = stage_.keepProcess != 0 && lastNumber != 0;
+        const bool keepProcess = stage_.keepProcess && lastNumber != 0;
         blurIntoLayer();
-        const int32_t limitedBy = std::exchange(lastNumber, number_);
+        const std::size_t limitedBy = std::exchange(lastNumber, number_);
         if (keepProcess) {
             reportBeforeLimit(limitedBy);
             limitToLastLayer();
@@ -68,7 +65,6 @@ public:
     }
 
 private:
-    bool failed() const { return frame_.err != PF_Err_NONE; }
     PF_InData* inData() const { return frame_.inData(); }
     const FrameRect& rect() const { return frame_.rect(); }
 
@@ -97,8 +93,8 @@ private:
                                                    .rect = rect(),
                                                    .limitMask = planes_.extendLimitMask,
                                                    .seedMask = planes_.stageCopyMask,
-                                                   .reach = reach_,
-                                                   .stopAtGap = stage_.keepDivision != 0});
+                                                   .reach = stage_.reachPixels,
+                                                   .stopAtGap = stage_.keepDivision});
         });
         frame_.attempt([&] {
             return passes_.coverageOfWork(planes_.extendedCoverage, inData(), worlds_.extendedWorld.get(),
@@ -122,30 +118,31 @@ private:
     void blurIntoLayer() {
         planes_.outsideMask.copyFrom(planes_.extractMask);
         planes_.outsideMask.invert();
-        const auto blur = stage_.keepDivision != 0 ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
-        frame_.err = blur(inData(), {.dst = worlds_.layerWorld.get(),
-                                     .src = worlds_.extendedWorld.get(),
-                                     .tmp = worlds_.blurScratchWorld.get(),
-                                     .rect = rect(),
-                                     .regionMask = planes_.regionMask,
-                                     .alphaKeepMask = planes_.stageMask,
-                                     .repeat = stage_.repeat,
-                                     .amount = boundaryAmount(reach_),
-                                     .progress = &frame_.progress});
+        const auto blur = stage_.keepDivision ? passes_.blurBoundaryRun : passes_.blurBoundaryWindow;
+        frame_.note(blur(inData(), {.dst = worlds_.layerWorld.get(),
+                                    .src = worlds_.extendedWorld.get(),
+                                    .tmp = worlds_.blurScratchWorld.get(),
+                                    .rect = rect(),
+                                    .regionMask = planes_.regionMask,
+                                    .alphaKeepMask = planes_.stageMask,
+                                    .repeat = stage_.repeat,
+                                    .amount = stage_.halfLengthPixels,
+                                    .progress = &frame_.progress}));
         frame_.attempt([&] {
             return passes_.applyBoundaryBias(inData(), {.dst = worlds_.layerWorld.get(),
                                                         .rect = rect(),
                                                         .mask = planes_.outsideMask,
-                                                        .bias = stage_.boundaryBias});
+                                                        .bias = stage_.biasPercent});
         });
     }
 
-    /// Outside the stage's own pixels the new layer cannot be more opaque than the last one. The cut is made
-    /// whatever has failed, and its own failure is ignored.
+    /// Outside the stage's own pixels the new layer cannot be more opaque than the last one.
     void limitToLastLayer() {
         PF_EffectWorld* const layer = worlds_.layerWorld.get();
-        passes_.clearAlphaOutsideLayer(inData(),
-                                       {.dst = layer, .rect = rect(), .mask = planes_.layerLimitMask});
+        frame_.regardless([&] {
+            return passes_.clearAlphaOutsideLayer(
+                inData(), {.dst = layer, .rect = rect(), .mask = planes_.layerLimitMask});
+        });
         frame_.attempt([&] {
             return passes_.multiplyAlphaOutside(inData(), {.dst = layer,
                                                            .src = worlds_.previousLayerWorld.get(),
@@ -169,7 +166,7 @@ private:
 
     // For a report: what it tells is there whenever nothing has failed.
 
-    bool reports() const { return report_ != nullptr && !failed(); }
+    bool reports() const { return report_ != nullptr && !frame_.failed(); }
     bool reportsChanges() const { return reports() && frame_.report->countsChanges; }
 
     /// The picture as it was; null where there was no memory for it.
@@ -179,9 +176,9 @@ private:
         return passes_.countOutside(*worlds_.layerWorld.get(), rect(), planes_.extractMask);
     }
 
-    void reportBeforeLimit(int32_t limitedBy) {
+    void reportBeforeLimit(std::size_t limitedBy) {
         if (reports()) {
-            report_->keptInside = limitedBy;
+            report_->keptInside = static_cast<int32_t>(limitedBy);
             report_->cut = edgePixels();
         }
     }
@@ -207,23 +204,22 @@ private:
     const FramePasses& passes_;
     FramePlanes& planes_;
     FrameWorlds& worlds_;
-    const StageSettings& stage_;
-    const double reach_; ///< of the colour extension, in pixels
-    const int32_t number_;
+    const FrameStage& stage_;
+    const std::size_t number_;
     StageReport* const report_; ///< null where the frame has none
 };
 
 } // namespace
 
 void runProcessStages(Frame& frame) {
-    int32_t lastNumber = 0;
-    for (int32_t number = 1; number <= 4; ++number) {
+    std::size_t lastNumber = 0;
+    for (std::size_t number = 1; number < kStageCount; ++number) {
         ProcessStage stage(frame, number);
         stage.clearWorlds();
-        if (frame.settings.stages[number].enableProcess != 0 && stage.run(lastNumber) == LoopEnd::kFinish) {
+        if (frame.stages[number].isEnabled && stage.run(lastNumber) == LoopEnd::kFinish) {
             return;
         }
-        if (frame.settings.view == kViewBase + number) {
+        if (frame.settings.view == viewOfStage(number)) {
             return;
         }
     }

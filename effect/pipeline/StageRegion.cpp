@@ -4,9 +4,9 @@
 
 namespace kovalune {
 
-void addColorMatch(Frame& frame, ColorMatches& matches, const ColorEntry& entry, HlsColor& hls) {
-    frame.attempt([&] { return convertToHls(frame.inData(), entry.color, hls); });
-    matches.push_back(makeColorMatch(hls, entry.range));
+void addColorMatch(Frame& frame, ColorMatches& matches, const FrameColor& color, HlsColor& hls) {
+    frame.attempt([&] { return convertToHls(frame.inData(), color.color, hls); });
+    matches.push_back(makeColorMatch(hls, color.rangeFraction));
 }
 
 MatchCounts extractColors(Frame& frame, const ColorMatches& matches) {
@@ -37,7 +37,7 @@ void smoothMasked(Frame& frame, PF_EffectWorld* from, const MaskPlane& mask, PF_
     params.pixelFormat = frame.passes.workFormat;
     params.srcWorld = masked;
     params.dstWorld = smoothed;
-    static_cast<void>(smoothBoundaries(params));
+    frame.regardless([&] { return smoothBoundaries(params); });
 }
 
 } // namespace kovalune

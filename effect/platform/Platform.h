@@ -25,10 +25,15 @@ std::string commandLine();
 // Whether a Shift key is held down now. Always false where there is no keyboard to ask, as on POSIX systems.
 bool shiftKeyDown();
 
-// The number of the active multibyte code page: 932 for Japanese, 65001 for UTF-8. On POSIX systems the
+// The number of the active multibyte code page: kJapaneseCodePage for Japanese, 65001 for UTF-8. On POSIX systems the
 // language of the locale decides between these two, whatever its encoding, because that is what the number is
 // used for. On Windows it is 0 where characters are single bytes.
 unsigned activeCodePage();
+
+inline constexpr unsigned kJapaneseCodePage = 932;
+
+// The room for a path, its end included, that hosts have and that the effect has.
+inline constexpr std::size_t kPathBytes = 260;
 
 // Puts the user's folder for settings into the buffer, ended by a NUL and without a separator at its end
 // (only the root folder itself keeps its own). False, with an empty text in the buffer, if there is no such

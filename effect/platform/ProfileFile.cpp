@@ -1,5 +1,7 @@
 #include "effect/platform/ProfileFile.h"
 
+#include "effect/platform/Ascii.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <initializer_list>
@@ -19,15 +21,6 @@ std::string_view withoutLeadingBlanks(std::string_view text) {
 std::string_view trimmed(std::string_view text) {
     text = withoutLeadingBlanks(text);
     return text.substr(0, text.find_last_not_of(kBlanks) + 1);
-}
-
-char lowerAscii(char c) {
-    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
-}
-
-bool equalNames(std::string_view a, std::string_view b) {
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(),
-                      [](char x, char y) { return lowerAscii(x) == lowerAscii(y); });
 }
 
 std::size_t byteOrderMarkSize(std::string_view text) {
@@ -104,7 +97,7 @@ public:
     // Reads on to the first section of that name and past its line, which it returns in `line`.
     bool enterSection(std::string_view name, Line& line) {
         while (next(line)) {
-            if (line.kind == LineKind::kSection && equalNames(line.name, name)) {
+            if (line.kind == LineKind::kSection && equalButForCase(line.name, name)) {
                 return true;
             }
         }
@@ -120,7 +113,7 @@ private:
 };
 
 bool isKeyNamed(const Line& line, std::string_view name) {
-    return line.kind == LineKind::kKey && equalNames(line.name, name);
+    return line.kind == LineKind::kKey && equalButForCase(line.name, name);
 }
 
 bool hasLineBreak(std::string_view text) {
@@ -238,7 +231,7 @@ std::string withoutProfileSection(std::string_view text, std::string_view sectio
     bool inside = false;
     for (Line line; reader.next(line);) {
         if (line.kind == LineKind::kSection) {
-            inside = equalNames(line.name, section);
+            inside = equalButForCase(line.name, section);
         }
         if (!inside) {
             result.append(text.substr(line.begin, line.end - line.begin));

@@ -2,7 +2,7 @@
 // cancelled.
 #pragma once
 
-#include "effect/share/Wrapping.h"
+#include "effect/share/Integers.h"
 #include "hostapi/HostApi.h"
 
 #include <algorithm>

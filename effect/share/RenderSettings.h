@@ -1,6 +1,7 @@
 // The plain record of all that a render needs to know: parameter values as the host holds them, worlds,
 // format and rectangles. It crosses from the frame to the pipeline, and in the SmartFX flow it waits in a
-// host handle between two commands, so it owns nothing and may be copied byte by byte.
+// host handle between two commands, so it owns nothing and may be copied byte by byte. Its layout is frozen, with the members
+// that nothing reads.
 #pragma once
 
 #include "effect/share/FrameRect.h"
@@ -22,8 +23,8 @@ struct StageSettings {
     ColorEntry colors[4];
     double blurAmount = 0.0; ///< in the slider's own units
     int32_t repeat = 0;
-    double boundaryBlur = 0.0; ///< in the slider's own units
-    int32_t stageReserved0 = 0;
+    double boundaryBlur = 0.0;  ///< in the slider's own units
+    int32_t stageReserved0 = 0; ///< frozen, as its likes below
     double boundaryBias = 0.0;
     uint8_t keepDivision = 0;
     uint8_t stageReserved1 = 0;
@@ -45,15 +46,15 @@ enum View : int32_t {
 struct RenderSettings {
     int32_t view = kViewNormal;
     StageSettings stages[5];
-    double boundaryScale = 1.5;
+    double boundaryScale = 1.5; ///< frozen
     PF_InData* inData = nullptr;
-    PF_OutData* outData = nullptr;
+    PF_OutData* outData = nullptr; ///< frozen
     PF_EffectWorld* inputWorld = nullptr;
     PF_EffectWorld* outputWorld = nullptr;
     PF_PixelFormat pixelFormat = PF_PixelFormat_INVALID;
     FrameRect extentRect;
-    FrameRect originRect;
-    uint8_t fromPreRender = 0;
+    FrameRect originRect;      ///< frozen
+    uint8_t fromPreRender = 0; ///< frozen
 
     /// Base is always on. The other ones stay where no parameter overwrites them: the Process stages are
     /// gated by `enableProcess`, and the pipeline takes the entries' `enable` as it stands.

@@ -1,6 +1,6 @@
 #include "effect/smoothing/RunTests.h"
 
-#include "effect/share/Wrapping.h"
+#include "effect/share/Integers.h"
 
 #include <algorithm>
 

@@ -27,8 +27,8 @@ struct SmoothParams {
     int32_t keyBlue = 255;    ///< likewise
     int32_t keyTolerance = 0; ///< 0 to 255, over the sum of the three channels
     int32_t keyOnly = 0;      ///< 0 removes the key colour, anything else keeps only it
-    int32_t reserved0 = 0;
-    int32_t reserved1 = 0;
+    int32_t reserved0 = 0;    ///< frozen
+    int32_t reserved1 = 0;    ///< frozen
     PF_InData* inData = nullptr;
     PF_PixelFormat pixelFormat = PF_PixelFormat_INVALID;
     PF_EffectWorld* srcWorld = nullptr; ///< never written

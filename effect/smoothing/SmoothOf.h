@@ -3,8 +3,7 @@
 #pragma once
 
 #include "effect/raster/PixelTraits.h"
-#include "effect/share/Truncate.h"
-#include "effect/share/Wrapping.h"
+#include "effect/share/Integers.h"
 
 #include <cmath>
 #include <cstdint>

@@ -1,7 +1,7 @@
 // A weight that falls along a stair-step: linear, from a peak at the step to nothing, bent by an S-curve.
 #pragma once
 
-#include "effect/share/Wrapping.h"
+#include "effect/share/Integers.h"
 #include "effect/smoothing/SmoothOf.h"
 
 #include <algorithm>

@@ -106,5 +106,13 @@ TEST_F(Defaults, TellOfWhatCannotBeWrittenOrDeleted) {
     EXPECT_EQ(forgetDefaults(""), DefaultsResult::kNothingThere);
 }
 
+TEST_F(Defaults, StandInTheSectionOfThisVersion) {
+    EXPECT_EQ(defaultsSection(), "Version=1.0");
+    Instance instance;
+    const std::string path = defaultsPath();
+    ASSERT_EQ(rememberDefaults(path, instance.session.paramsWithValues()), DefaultsResult::kDone);
+    EXPECT_TRUE(contentOf(path).starts_with('[' + defaultsSection() + ']'));
+}
+
 } // namespace
 } // namespace kovalune::test

@@ -1,6 +1,6 @@
 // The about text in processes with command lines of their own: each test runs this program again.
 
-#include "effect/frame/NoticeTable.h"
+#include "effect/frame/texts/NoticeTable.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/ChildProcess.h"
 #include "tests/frame/StubHost.h"

@@ -1,5 +1,5 @@
 #include "effect/frame/BaseFilter.h"
-#include "effect/frame/NoticeTable.h"
+#include "effect/frame/texts/NoticeTable.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"
 #include "tests/platform/ScopedUser.h"

@@ -2,7 +2,7 @@
 
 #include "hostapi/EntryPoint.h"
 
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 #include "effect/params/ParamRegistry.h"
 #include "tests/frame/StubHost.h"
 

@@ -1,7 +1,7 @@
 // The Japanese texts as bytes: Windows shows narrow texts in code page 932, so that is what they are made of there.
 // Elsewhere they are UTF-8, and must be such that code page 932 has them.
 
-#include "effect/frame/NoticeTable.h"
+#include "effect/frame/texts/NoticeTable.h"
 #include "effect/params/FxOptionDlg/DialogText.h"
 #include "effect/share/AEUtil/AEException.h"
 #include "effect/share/AEUtil/AEMemory.h"
@@ -49,7 +49,8 @@ TEST(JapaneseText, OfTheDialogIsTheCodePages) {
         "8cbb8ddd82cc837083898381815b835e90dd92e882f0836683748348838b8367926c82c682b582c48b4c89af82b782e9",
         "837083898381815b835e82cc836683748348838b8367926c90dd92e882f08f898afa8ff391d482c9959c8b4182b782e9"};
     for (int32_t row = 0; row < 3; ++row) {
-        EXPECT_EQ(inCodePage932(FxOptionDlg::dialogText(row, 1)), bytesOf(rows[row])) << row;
+        EXPECT_EQ(inCodePage932(FxOptionDlg::dialogText(row, LanguageChoice::kJapanese)), bytesOf(rows[row]))
+            << row;
     }
 }
 

@@ -1,5 +1,5 @@
-#include "effect/frame/Language.h"
-#include "effect/frame/NoticeTable.h"
+#include "effect/frame/texts/Language.h"
+#include "effect/frame/texts/NoticeTable.h"
 
 #include <gtest/gtest.h>
 #include <string>
@@ -90,6 +90,24 @@ TEST(LanguageChoice, GoesByTheLettersAndThenByTheCodePage) {
     EXPECT_EQ(chooseLanguage(0, 932), LanguageChoice::kJapanese);
     EXPECT_EQ(chooseLanguage(0, 931), LanguageChoice::kEnglish);
     EXPECT_EQ(chooseLanguage(0, 65001), LanguageChoice::kEnglish);
+}
+
+TEST(BilingualText, FallsBackToEnglishForJapaneseAndToNothingElse) {
+    const auto textIn = [](const BilingualText& text, int32_t language) {
+        return std::string(text.in(static_cast<LanguageChoice>(language)));
+    };
+    const struct {
+        BilingualText text;
+        const char* japanese;
+        const char* english;
+    } rows[] = {
+        {{"ja", "en"}, "ja", "en"}, {{"ja", nullptr}, "ja", ""}, {{nullptr, "en"}, "en", ""}, {{}, "", ""}};
+    for (const auto& row : rows) {
+        EXPECT_EQ(textIn(row.text, 1), row.japanese);
+        EXPECT_EQ(textIn(row.text, 2), row.english);
+        EXPECT_EQ(textIn(row.text, 3), "") << "an unknown language";
+        EXPECT_EQ(textIn(row.text, -1), "");
+    }
 }
 
 TEST(NoticeTable, HasJapaneseTextsAlone) {

@@ -1,8 +1,8 @@
 // What stays of the effect when the system lets go of its library. Every test here needs a process of its own.
 
-#include "effect/frame/LoadRoutine.h"
+#include "effect/frame/life/LoadRoutine.h"
 
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 #include "effect/params/FxOptionDlg/DialogBase.h"
 #include "effect/params/ParamRegistry.h"
 #include "hostapi/EntryPoint.h"

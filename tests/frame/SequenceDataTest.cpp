@@ -1,7 +1,7 @@
 // The instance's block in the host's project: its bytes, what becomes of damaged and foreign blocks, and every
 // failing handle call.
 
-#include "effect/frame/SequenceRecord.h"
+#include "effect/frame/sequence/SequenceRecord.h"
 #include "host/EffectModule.h"
 #include "host/Session.h"
 #include "host/judge/JudgedHost.h"

@@ -1,7 +1,7 @@
 // PF_Cmd_GLOBAL_SETDOWN, which the effect's object survives as a plain filter.
 
 #include "effect/frame/CustomFilter.h"
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 #include "effect/params/ParamRegistry.h"
 #include "hostapi/EntryPoint.h"
 #include "tests/frame/StubHost.h"

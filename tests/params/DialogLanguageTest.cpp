@@ -12,12 +12,13 @@ using FxOptionDlg::dialogText;
 
 TEST(DialogLanguage, IsThatOfTheCodePageWhereNoneIsChosen) {
     for (const auto& [user, language] :
-         {std::pair(platform::UserLanguage::kJapanese, 1), {platform::UserLanguage::kEnglish, 2}}) {
+         {std::pair(platform::UserLanguage::kJapanese, LanguageChoice::kJapanese),
+          {platform::UserLanguage::kEnglish, LanguageChoice::kEnglish}}) {
         const platform::ScopedLanguage ofTheUser(user);
         for (const int32_t row : {0, 1, 2}) {
-            EXPECT_STREQ(dialogText(row, 0), dialogText(row, language)) << language;
+            EXPECT_STREQ(dialogText(row, LanguageChoice::kByCodePage), dialogText(row, language));
         }
-        EXPECT_STREQ(dialogText(0, 2), "Settings (Valid from next start-up)");
+        EXPECT_STREQ(dialogText(0, LanguageChoice::kEnglish), "Settings (Valid from next start-up)");
     }
 }
 

@@ -1,4 +1,5 @@
 #include "effect/params/EnableRules.h"
+#include "effect/share/HostCode.h"
 #include "tests/params/ExpectedTable.h"
 #include "tests/params/RegisteredTable.h"
 
@@ -167,7 +168,7 @@ TEST(EnableRules, ThrowNeitherALongNorAStandardExceptionWithoutTheSuite) {
         (empty ? host.emptySuites : host.missingSuites) = {kParamUtilsSuiteText};
         std::string thrown;
         try {
-            updateParamEnables(&host.in, host.paramArray());
+            ignored(updateParamEnables(&host.in, host.paramArray()));
         } catch (long) {
             thrown = "long";
         } catch (const std::exception&) {

@@ -12,7 +12,7 @@ namespace {
 using namespace FxOptionDlg;
 using Calls = std::vector<std::string>;
 
-constexpr int32_t kEnglish = 2;
+constexpr LanguageChoice kEnglish = LanguageChoice::kEnglish;
 
 AEFxOptionDialog::Setting english(const char* title = "Title", bool enabled = true) {
     return {title, enabled, kEnglish};
@@ -103,18 +103,19 @@ TEST(OptionDialog, ComesFromAButtonToItsResult) {
 TEST(DialogText, IsEmptyForUnknownRowsAndLanguages) {
     for (const int32_t row : {-1, 3, 2000, 0x7fffffff}) {
         for (const int32_t language : {0, 1, 2}) {
-            EXPECT_STREQ(dialogText(row, language), "") << row;
+            EXPECT_STREQ(dialogText(row, static_cast<LanguageChoice>(language)), "") << row;
         }
     }
-    EXPECT_STREQ(dialogText(0, 3), "");
-    EXPECT_STREQ(dialogText(0, -1), "");
+    EXPECT_STREQ(dialogText(0, static_cast<LanguageChoice>(3)), "");
+    EXPECT_STREQ(dialogText(0, static_cast<LanguageChoice>(-1)), "");
 }
 
 TEST(DialogText, HasTwoLanguages) {
     for (const int32_t row : {0, 1, 2}) {
-        EXPECT_STRNE(dialogText(row, 1), "");
-        EXPECT_STRNE(dialogText(row, 2), "");
-        EXPECT_STRNE(dialogText(row, 1), dialogText(row, 2));
+        EXPECT_STRNE(dialogText(row, static_cast<LanguageChoice>(1)), "");
+        EXPECT_STRNE(dialogText(row, static_cast<LanguageChoice>(2)), "");
+        EXPECT_STRNE(dialogText(row, static_cast<LanguageChoice>(1)),
+                     dialogText(row, static_cast<LanguageChoice>(2)));
     }
 }
 

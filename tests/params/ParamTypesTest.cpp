@@ -129,7 +129,7 @@ TEST(BaseParam, CopiesTheLabelWithTheHostsFunction) {
         return to;
     };
     ParamAddSlider param({}, "Slider", nullptr, {0, 1, 0, 1, 0});
-    param.addToHost(&host.in, 1, nullptr);
+    EXPECT_EQ(param.addToHost(&host.in, 1, nullptr), 0);
     EXPECT_STREQ(host.params.at(1).name, "!");
 }
 

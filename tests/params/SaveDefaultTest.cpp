@@ -49,7 +49,7 @@ TEST(SaveDefault, WritesEachKindInItsOwnForm) {
     objectOf("Enable 2").def.u.bd.value = 256;
     objectOf("Color 1").def.u.cd.value = {11, 22, 33, 44};
     for (const char* label : {"View", "Blur Amount", "Blur Repeat Num", "Enable 2", "Color 1"}) {
-        objectOf(label).saveDefault(path.c_str());
+        EXPECT_TRUE(objectOf(label).saveDefault(path.c_str()));
     }
     EXPECT_EQ(contentOf(path), "[Version=1.0]\r\n"
                                "View=4\r\n"
@@ -128,14 +128,14 @@ TEST(SaveDefault, ReplacesWhatWasThere) {
         folder.write("Kovalune.ini", "; mine\r\n[Other]\r\nView=7\r\n[version=1.0]\r\nVIEW=3\r\nkept=1\r\n");
     builtTable().setSectionName("Version=1.0");
     objectOf("View").def.u.pd.value = 4;
-    objectOf("View").saveDefault(path.c_str());
+    EXPECT_TRUE(objectOf("View").saveDefault(path.c_str()));
     EXPECT_EQ(contentOf(path), "; mine\r\n[Other]\r\nView=7\r\n[version=1.0]\r\nVIEW=4\r\nkept=1\r\n");
 }
 
 TEST(SaveDefault, LosesTheValueWithoutAWordWhereItCannotBeWritten) {
     const TemporaryFolder folder;
     builtTable().setSectionName("Version=1.0");
-    objectOf("View").saveDefault(folder.file("no/such/folder.ini").c_str());
+    EXPECT_FALSE(objectOf("View").saveDefault(folder.file("no/such/folder.ini").c_str()));
     EXPECT_EQ(folder.entries(), 0);
 }
 

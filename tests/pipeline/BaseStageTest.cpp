@@ -1,10 +1,10 @@
-#include "effect/pipeline/BaseStage.h"
+#include "effect/pipeline/Stages.h"
 
 #include "effect/blur/RegionBlur.h"
 #include "tests/pipeline/ConversionWatch.h"
 #include "tests/pipeline/FrameScene.h"
 #include "tests/pipeline/IterateWatch.h"
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -18,15 +18,14 @@ struct StageScene : FrameScene {
 
     StageScene(const FrameDriver& driver, Random& random)
         : FrameScene(driver, recording(), 14, 11, random), driver_(driver) {
-        list(0, {0, 128, 0, 0}, 1.0);
+        list(0, {0, 128, 0, 0}, 100.0);
     }
 
-    /// With what the settings hold by now; ranges stand as fractions here.
+    /// With what the settings hold by now.
     Frame& begin() {
-        FrameStart start;
-        start.settings = settings;
-        start.stepTotal = 4;
-        frame.emplace(passes(), start);
+        constexpr double fullResolution = 1.0;
+        frame.emplace(passes(), settings, FrameOpening(settings, fullResolution), PF_Err_NONE);
+        frame->open();
         if (driver_.format == PF_PixelFormat_ARGB32) {
             frame->source = frame->worlds.wideSource.get();
             frame->target = frame->worlds.wideTarget.get();
@@ -95,7 +94,6 @@ TEST_P(BaseStage, GivesTheSmoothingTheSelectedPixelsAlone) {
     scene.settings.stages[0].blurAmount = 5.0;
     scene.settings.stages[0].repeat = 0; // so that the blur leaves its scratch world alone
     scene.listAColourOfTheInput();
-    scene.settings.stages[0].colors[0].range = 0.01;
     Frame& frame = scene.begin();
     EXPECT_EQ(runBaseStage(frame), StageEnd::kNextStage);
     const auto& masked = *frame.worlds.maskedWorld.get();
@@ -142,7 +140,6 @@ TEST_P(BaseStage, ExtractsFromTheInputAndMergesIntoFourMasks) {
     scene.listAColourOfTheInput();
     const PlainFrame plain{scene.settings};
     const Mask region = plainRegion(plain, read(scene.input));
-    scene.settings.stages[0].colors[0].range = 0.01;
     Frame& frame = scene.begin();
     frame.planes.regionMask.row(10)[13] = 77;
     frame.planes.regionMask.refreshActivity();

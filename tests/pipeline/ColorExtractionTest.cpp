@@ -3,8 +3,8 @@
 
 #include "effect/share/AEUtil/AEException.h"
 #include "tests/pipeline/ConversionWatch.h"
+#include "tests/reference/PlainExtraction.h"
 #include "tests/support/MaskShapes.h"
-#include "tests/support/PlainExtraction.h"
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"
 

@@ -1,7 +1,7 @@
 #include "effect/pipeline/ColorMatch.h"
 
 #include "host/ColorConversion.h"
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
 #include "tests/support/Random.h"
 #include "tests/support/StrictHost.h"
 

@@ -1,7 +1,7 @@
 // Frames whose passes fail: which code comes back, what still runs and what stands in the output.
 #include "tests/pipeline/FrameScene.h"
 #include "tests/pipeline/IterateWatch.h"
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 

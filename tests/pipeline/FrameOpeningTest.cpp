@@ -1,8 +1,8 @@
 // The beginning of a frame: what it refuses, what it leaves alone and how it comes to its scale.
 #include "host/ColorConversion.h"
 #include "tests/pipeline/FrameScene.h"
-#include "tests/pipeline/PlainFrame.h"
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 

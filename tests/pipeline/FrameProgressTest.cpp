@@ -1,5 +1,5 @@
 #include "tests/pipeline/FrameScene.h"
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 #include <vector>

@@ -3,7 +3,7 @@
 
 #include "effect/Kovalune.h"
 #include "tests/pipeline/ProcessScene.h"
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

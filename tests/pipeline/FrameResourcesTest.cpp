@@ -1,8 +1,8 @@
 // What a frame takes from the host, and how it gives it back.
 #include "effect/share/AEUtil/AEException.h"
-#include "tests/pipeline/PlainProcess.h"
 #include "tests/pipeline/ProcessScene.h"
 #include "tests/pipeline/WorldWatch.h"
+#include "tests/reference/PlainProcess.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

@@ -1,7 +1,7 @@
 // A frame with all that it needs: a host, two worlds and the settings record.
 #pragma once
 
-#include "effect/pipeline/FrameRender.h"
+#include "effect/pipeline/FrameDriver.h"
 #include "effect/share/RenderSettings.h"
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"

@@ -1,6 +1,6 @@
 // What stands in the output of a whole frame.
 #include "tests/pipeline/FrameScene.h"
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 

@@ -1,6 +1,6 @@
 #include "tests/pipeline/ProcessScene.h"
 
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <algorithm>
 

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "tests/pipeline/FrameScene.h"
-#include "tests/pipeline/PlainProcess.h"
+#include "tests/reference/PlainProcess.h"
 
 #include <array>
 

@@ -2,9 +2,9 @@
 #include "effect/blur/BoundaryBlur.h"
 #include "effect/blur/ColorExtension.h"
 #include "tests/pipeline/IterateWatch.h"
-#include "tests/pipeline/PlainFrame.h"
 #include "tests/pipeline/ProcessScene.h"
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <gtest/gtest.h>
 

@@ -1,7 +1,7 @@
 // What the views of a frame with Process stages have to do with each other and with the input.
-#include "tests/pipeline/PlainFrame.h"
 #include "tests/pipeline/ProcessScene.h"
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
+#include "tests/reference/PlainFrame.h"
 #include "tests/support/PlainFinishing.h"
 
 #include <algorithm>

@@ -8,7 +8,7 @@ add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/PlainBoundaryBlur.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainColorExtension.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainCorners.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainExtraction.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainExtraction.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainFinishing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainFlagMap.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainKernel.cpp

@@ -1,6 +1,6 @@
 // The system's call at loading and unloading of the plug-in's file.
 
-#include "effect/frame/LoadRoutine.h"
+#include "effect/frame/life/LoadRoutine.h"
 #include "effect/platform/windows/Module.h"
 
 #include <windows.h>

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "effect/params/FxOptionDlg/DialogBase.h"
+#include "effect/share/Language.h"
 
 namespace FxOptionDlg {
 
@@ -25,7 +26,7 @@ public:
     struct Setting {
         const char* title = "";     ///< cut to 255 bytes
         bool buttonsEnabled = true; ///< else the two are greyed out, and nothing can be chosen
-        int32_t language = 0;       ///< as dialogText takes it
+        kovalune::LanguageChoice language = kovalune::LanguageChoice::kByCodePage;
     };
     AEFxOptionDialog(void* module, Window parent, const Setting& setting);
 
@@ -37,7 +38,7 @@ public:
 private:
     char title_[256] = {};
     bool buttonsEnabled_;
-    int32_t language_;
+    kovalune::LanguageChoice language_;
 };
 
 } // namespace FxOptionDlg

@@ -1,5 +1,6 @@
 #include "effect/platform/posix/Process.h"
 
+#include "effect/platform/Ascii.h"
 #include "effect/platform/Platform.h"
 #include "effect/platform/posix/File.h"
 
@@ -9,7 +10,6 @@
 namespace kovalune::platform {
 namespace {
 
-constexpr unsigned kCodePageJapanese = 932;
 constexpr unsigned kCodePageUtf8 = 65001;
 
 // Far above what systems allow for a command line.
@@ -43,8 +43,7 @@ std::string commandLineFrom(const char* path) {
 
 bool localeNameIsJapanese(std::string_view name) {
     const std::string_view language = name.substr(0, name.find_first_of("_.@"));
-    return language.size() == 2 && (language[0] == 'j' || language[0] == 'J') &&
-           (language[1] == 'a' || language[1] == 'A');
+    return equalButForCase(language, "ja");
 }
 
 std::string commandLine() {
@@ -56,7 +55,7 @@ bool shiftKeyDown() {
 }
 
 unsigned activeCodePage() {
-    return localeNameIsJapanese(localeName()) ? kCodePageJapanese : kCodePageUtf8;
+    return localeNameIsJapanese(localeName()) ? kJapaneseCodePage : kCodePageUtf8;
 }
 
 } // namespace kovalune::platform

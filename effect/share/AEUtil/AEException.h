@@ -31,7 +31,7 @@ private:
     std::string text_;
 };
 
-/// A failure of one of the operating system's calls; the same text, no host code. Nothing here throws it.
+/// A failure of one of the operating system's calls; the same text, no host code. Frozen: nothing here throws it.
 class Win32Exception : public std::exception {
 public:
     Win32Exception(int line, const char* file, const char* format, ...) KOVALUNE_PRINTF_LIKE(4, 5);

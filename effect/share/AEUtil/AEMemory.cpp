@@ -13,7 +13,8 @@
 namespace AEUtil {
 namespace {
 
-// What stands at the front of a block, ahead of the user's bytes. The rest of the 32 bytes is not written.
+// What stands at the front of a block, ahead of the user's bytes. The rest of the 32 bytes is not written: frozen, since the
+// host sees the size.
 struct BlockHeader {
     PF_Handle handle;
     uint32_t flag;
@@ -23,6 +24,7 @@ struct BlockHeader {
 constexpr std::size_t kHeaderBytes = 32;
 static_assert(sizeof(BlockHeader) <= kHeaderBytes);
 
+// Frozen: users know failures by these.
 constexpr char kFile[] = "..\\..\\..\\share\\AEUtil\\AEMemory";
 constexpr int kNoHandleLine = 45;
 constexpr int kNoLockLine = 56;

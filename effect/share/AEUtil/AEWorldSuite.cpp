@@ -2,12 +2,14 @@
 
 #include "effect/share/AEUtil/AEException.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
+#include "effect/share/HostCode.h"
 
 #include <new>
 
 namespace AEUtil {
 namespace {
 
+// Frozen: users know failures by these.
 constexpr char kFile[] = "..\\..\\..\\share\\AEUtil\\AEWorldSuite";
 constexpr char kSignature[] =
     "class AEUtil::EffectWorldPtr __cdecl AEUtil::WorldSuite::newWorld(PF_InData *,long,long,char,long)";
@@ -19,12 +21,12 @@ using World2 = OptionalSuite<PFWorldSuite2>;
 void disposeWorld(WorldHolder& holder) {
     const World2 version2(holder.basic, kPFWorldSuite, kPFWorldSuiteVersion2);
     if (version2.get() != nullptr) {
-        version2.get()->PF_DisposeWorld(holder.effectRef, &holder.world);
+        kovalune::ignored(version2.get()->PF_DisposeWorld(holder.effectRef, &holder.world));
         return;
     }
     const World1 version1(holder.basic, kPFWorldSuite, kPFWorldSuiteVersion1);
     if (version1.get() != nullptr) {
-        version1.get()->dispose_world(holder.effectRef, &holder.world);
+        kovalune::ignored(version1.get()->dispose_world(holder.effectRef, &holder.world));
     }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "effect/share/AEUtil/Roomy.h"
+#include "effect/share/HostCode.h"
 #include "hostapi/HostApi.h"
 
 #include <cstdint>
@@ -64,7 +65,7 @@ public:
           err_(suite.new_world(effectRef, width, height, PF_NewWorldFlag_NONE, &world_)) {}
     ~ScopedWorld() {
         if (err_ == PF_Err_NONE) {
-            suite_.dispose_world(effectRef_, &world_);
+            kovalune::ignored(suite_.dispose_world(effectRef_, &world_));
         }
     }
     ScopedWorld(const ScopedWorld&) = delete;

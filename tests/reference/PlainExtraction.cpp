@@ -1,4 +1,4 @@
-#include "tests/support/PlainExtraction.h"
+#include "tests/reference/PlainExtraction.h"
 
 #include "host/ColorConversion.h"
 #include "tests/support/PlainBands.h"

@@ -1,16 +1,12 @@
-#include "effect/frame/Language.h"
+#include "effect/frame/texts/Language.h"
 
+#include "effect/platform/Ascii.h"
 #include "effect/platform/Platform.h"
 
 namespace kovalune {
 namespace {
 
 constexpr uint32_t kJapaneseCode = 0x4A50; // "JP"
-constexpr unsigned kJapaneseCodePage = 932;
-
-char upper(char c) {
-    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-}
 
 bool isBlank(char c) {
     return c == ' ' || c == '\t';
@@ -41,13 +37,13 @@ private:
 
     /// Leaves the position at the last character that belongs to the option, or at the blank that ended it.
     void option() {
-        const char name = upper(at(position_ + 1));
+        const char name = platform::upperAscii(at(position_ + 1));
         if (name == 'L') {
             ++position_;
             language();
         } else if (name == 'R') {
             ++position_;
-            if (upper(at(position_ + 1)) == 'E') {
+            if (platform::upperAscii(at(position_ + 1)) == 'E') {
                 ++position_;
                 options_.renderEngine = true;
             }
@@ -61,7 +57,7 @@ private:
         }
         options_.languageCode = 0;
         for (; at(position_) != '\0' && !isBlank(at(position_)); ++position_) {
-            const auto letter = static_cast<unsigned char>(upper(at(position_)));
+            const auto letter = static_cast<unsigned char>(platform::upperAscii(at(position_)));
             options_.languageCode = options_.languageCode << 8 | letter;
         }
     }
@@ -81,7 +77,7 @@ LanguageChoice chooseLanguage(uint32_t languageCode, unsigned codePage) {
     if (languageCode != 0) {
         return languageCode == kJapaneseCode ? LanguageChoice::kJapanese : LanguageChoice::kEnglish;
     }
-    return codePage == kJapaneseCodePage ? LanguageChoice::kJapanese : LanguageChoice::kEnglish;
+    return languageOfCodePage(codePage);
 }
 
 LanguageChoice currentLanguage() {

@@ -1,4 +1,4 @@
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 
 #include "effect/frame/CustomFilter.h"
 #include "effect/params/ParamTable.h"

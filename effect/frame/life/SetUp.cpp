@@ -2,21 +2,16 @@
 
 #include "effect/frame/BaseFilter.h"
 #include "effect/frame/EffectVersion.h"
-#include "effect/frame/Language.h"
-#include "effect/frame/NoticeTable.h"
+#include "effect/frame/texts/Language.h"
+#include "effect/frame/texts/NoticeTable.h"
 #include "effect/params/DefaultsFile.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/platform/Platform.h"
 #include "effect/share/AEUtil/HostVersion.h"
-
-#include <string>
+#include "effect/share/HostCode.h"
 
 namespace kovalune {
 namespace {
-
-std::string sectionNameOfThisVersion() {
-    return "Version=" + std::to_string(kVersionMajor) + '.' + std::to_string(kVersionMinor);
-}
 
 PF_Err registerParameters(PF_InData* in, const char* defaultsPath) {
     return paramRegistry().forEach(
@@ -57,7 +52,7 @@ PF_Err BaseFilter::paramsSetup(PF_InData* in, PF_OutData* out, PF_ParamDef**, PF
         err = registerParameters(in, nullptr);
     } else {
         char path[kDefaultsPathBytes];
-        makeDefaultsPath(path);
+        ignored(makeDefaultsPath(path)); // an empty path has no values
         paramRegistry().setSectionName(sectionNameOfThisVersion().c_str());
         err = registerParameters(in, path);
     }

@@ -1,7 +1,7 @@
 // The four commands by which the host has an instance's block made, saved, read back and disposed of.
 
 #include "effect/frame/BaseFilter.h"
-#include "effect/frame/SequenceRecord.h"
+#include "effect/frame/sequence/SequenceRecord.h"
 #include "effect/share/AEUtil/HandleLock.h"
 
 #include <array>

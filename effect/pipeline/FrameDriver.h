@@ -22,8 +22,8 @@ inline constexpr int32_t kLargestWorld = 32767;
 //   In this order: a missing world, sizes, no width or height, the rectangle, worlds without pixels.
 // - Any code of a host call, also of the one that cancels the frame.
 // Throws what AEMemory and WorldSuite throw.
-PF_Err renderFrame8(RenderSettings settings);
-PF_Err renderFrame16(RenderSettings settings);
-PF_Err renderFrame32(RenderSettings settings);
+[[nodiscard]] PF_Err renderFrame8(RenderSettings settings);
+[[nodiscard]] PF_Err renderFrame16(RenderSettings settings);
+[[nodiscard]] PF_Err renderFrame32(RenderSettings settings);
 
 } // namespace kovalune

@@ -10,8 +10,8 @@
 
 namespace kovalune {
 
-/// Errors that a command leaves behind for its end; emptied at the start of every command. Nothing adds to it
-/// yet.
+/// Errors that a command leaves behind for its end; emptied at the start of every command. Frozen:
+/// nothing adds to it yet.
 class PendingErrorList {
 public:
     PendingErrorList() { codes_.reserve(256); }
@@ -35,7 +35,8 @@ class EffectInstance {
 public:
     /// The first call of a process, whatever its command, sets everything up. Returns the set-up's code, 0
     /// for every later call.
-    PF_Err setUpOnFirstCall(PF_InData* in, PF_OutData* out, PF_ParamDef** params, PF_LayerDef* output);
+    [[nodiscard]] PF_Err setUpOnFirstCall(PF_InData* in, PF_OutData* out, PF_ParamDef** params,
+                                          PF_LayerDef* output);
 
     BaseFilter& filter() { return *filter_; }
 

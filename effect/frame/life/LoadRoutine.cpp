@@ -1,6 +1,6 @@
-#include "effect/frame/LoadRoutine.h"
+#include "effect/frame/life/LoadRoutine.h"
 
-#include "effect/frame/EffectInstance.h"
+#include "effect/frame/life/EffectInstance.h"
 #include "effect/params/FxOptionDlg/DialogBase.h"
 #include "effect/params/ParamRegistry.h"
 

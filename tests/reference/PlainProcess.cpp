@@ -1,10 +1,10 @@
-#include "tests/pipeline/PlainProcess.h"
+#include "tests/reference/PlainProcess.h"
 
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainExtraction.h"
+#include "tests/reference/PlainFrame.h"
 #include "tests/support/PlainBlur.h"
 #include "tests/support/PlainBoundaryBlur.h"
 #include "tests/support/PlainColorExtension.h"
-#include "tests/support/PlainExtraction.h"
 #include "tests/support/PlainFinishing.h"
 #include "tests/support/PlainSmooth.h"
 

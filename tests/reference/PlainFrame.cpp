@@ -1,7 +1,7 @@
-#include "tests/pipeline/PlainFrame.h"
+#include "tests/reference/PlainFrame.h"
 
+#include "tests/reference/PlainExtraction.h"
 #include "tests/support/PlainBlur.h"
-#include "tests/support/PlainExtraction.h"
 
 namespace kovalune::test {
 namespace {

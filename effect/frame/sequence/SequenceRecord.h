@@ -2,7 +2,7 @@
 // matters is their form, and that a foreign or damaged block is replaced and never trusted.
 //
 // Six 32-bit words, low byte first on every platform. In memory: magic, flattened, size, version and two
-// reserved words. In a project version and size stand the other way round, as they have from the start.
+// reserved words. In a project version and size stand the other way round, as they have from the start: frozen.
 #pragma once
 
 #include <array>
@@ -19,7 +19,7 @@ struct SequenceRecord {
 
     uint32_t size = kBytes;
     uint32_t version = kVersion;
-    std::array<uint8_t, 8> reserved = {}; ///< carried along unchanged
+    std::array<uint8_t, 8> reserved = {}; ///< frozen: carried along unchanged
 
     friend bool operator==(const SequenceRecord&, const SequenceRecord&) = default;
 };

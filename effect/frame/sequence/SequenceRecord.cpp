@@ -1,4 +1,4 @@
-#include "effect/frame/SequenceRecord.h"
+#include "effect/frame/sequence/SequenceRecord.h"
 
 #include <algorithm>
 

@@ -1,13 +1,11 @@
-#include "effect/pipeline/FrameRender.h"
+#include "effect/pipeline/FrameDriver.h"
 
-#include "effect/pipeline/BaseStage.h"
 #include "effect/pipeline/DepthConversion.h"
-#include "effect/pipeline/Frame.h"
-#include "effect/pipeline/ProcessStages.h"
 #include "effect/pipeline/ReportSource.h"
-#include "effect/pipeline/StageAmounts.h"
+#include "effect/pipeline/Stages.h"
 #include "effect/share/AEUtil/WorldBasics.h"
-#include "effect/share/Wrapping.h"
+
+#include <optional>
 
 namespace kovalune {
 namespace {
@@ -23,24 +21,6 @@ bool rectFits(const RenderSettings& settings) {
     const FrameRect& rect = settings.extentRect;
     return rect.left >= 0 && rect.top >= 0 && rect.left < rect.right && rect.top < rect.bottom &&
            rect.right <= settings.inputWorld->width && rect.bottom <= settings.inputWorld->height;
-}
-
-/// Brings the stages' values to the frame's scale and counts the progress steps.
-FrameStart scaledStart(const RenderSettings& settings) {
-    FrameStart start;
-    start.settings = settings;
-    start.scale = frameScale(settings.inData->downsample_x, settings.inData->downsample_y);
-    for (StageSettings& stage : start.settings.stages) {
-        for (ColorEntry& entry : stage.colors) {
-            entry.range /= 100.0;
-        }
-        stage.boundaryBlur = scaledAmount(stage.boundaryBlur, start.scale);
-        if (stage.enableProcess != 0) {
-            const int32_t steps = wrappingAdd(wrappingMul(3, stage.repeat), 1);
-            start.stepTotal = wrappingAdd(start.stepTotal, steps);
-        }
-    }
-    return start;
 }
 
 /// Takes an 8-bit frame into its 16-bit worlds.
@@ -72,14 +52,15 @@ void narrow(Frame& frame, PF_EffectWorld* from) {
     });
 }
 
-/// The "Base" and "Extract" views show their region alone. The cut is made whatever has failed, and its own
-/// failure is ignored.
+/// The "Base" and "Extract" views show their region alone.
 void cutToRegion(Frame& frame) {
     const int32_t view = frame.settings.view;
     if (view == kViewBase || view == kViewExtract) {
         const MaskPlane& region = view == kViewBase ? frame.planes.stageMask : frame.planes.allColorsMask;
-        frame.passes.clearAlphaOutsideOutput(
-            frame.inData(), {.dst = frame.settings.outputWorld, .rect = frame.rect(), .mask = region});
+        frame.regardless([&] {
+            return frame.passes.clearAlphaOutsideOutput(
+                frame.inData(), {.dst = frame.settings.outputWorld, .rect = frame.rect(), .mask = region});
+        });
     }
 }
 
@@ -107,29 +88,8 @@ void finish(Frame& frame) {
     }
 }
 
-PF_Err renderStages(const FramePasses& passes, const FrameStart& start) {
-    Frame frame(passes, start);
-    if (passes.worksWidened) {
-        widen(frame);
-    }
-    switch (runBaseStage(frame)) {
-    case StageEnd::kAbandon:
-        return frame.err;
-    case StageEnd::kNextStage:
-        runProcessStages(frame);
-        break;
-    case StageEnd::kFinish:
-        break;
-    }
-    finish(frame);
-    return frame.err;
-}
-
-PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
-    // Also for a frame that ends before it has one.
-    if (FrameReport* const report = askedReport(); report != nullptr) {
-        report->clear();
-    }
+/// The code of a frame that has no pixels or cannot be rendered; none for all others.
+std::optional<PF_Err> endAtOnce(const RenderSettings& settings) {
     if (settings.inputWorld == nullptr || settings.outputWorld == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -145,14 +105,38 @@ PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
     if (settings.inputWorld->data == nullptr || settings.outputWorld->data == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    FrameStart start = scaledStart(settings);
-    if (start.stepTotal == 0) {
-        return settings.view == kViewNormal
-                   ? AEUtil::copyWorld(settings.inData, settings.inputWorld, settings.outputWorld)
-                   : AEUtil::clearWorld(settings.inData, settings.outputWorld);
+    return std::nullopt;
+}
+
+PF_Err renderFrame(const FramePasses& passes, const RenderSettings& settings) {
+    // Also for a frame that ends before it has one.
+    if (FrameReport* const report = askedReport(); report != nullptr) {
+        report->clear();
     }
-    start.err = AEUtil::copyWorld(settings.inData, settings.inputWorld, settings.outputWorld);
-    return renderStages(passes, start);
+    if (const std::optional<PF_Err> end = endAtOnce(settings)) {
+        return *end;
+    }
+    PF_InData* const inData = settings.inData;
+    const FrameOpening opening(settings, frameScale(inData->downsample_x, inData->downsample_y));
+    if (opening.stepTotal == 0) {
+        return settings.view == kViewNormal
+                   ? AEUtil::copyWorld(inData, settings.inputWorld, settings.outputWorld)
+                   : AEUtil::clearWorld(inData, settings.outputWorld);
+    }
+    const PF_Err copied = AEUtil::copyWorld(inData, settings.inputWorld, settings.outputWorld);
+    Frame frame(passes, settings, opening, copied);
+    frame.open();
+    if (passes.worksWidened) {
+        widen(frame);
+    }
+    const StageEnd baseEnd = runBaseStage(frame);
+    if (baseEnd == StageEnd::kNextStage) {
+        runProcessStages(frame);
+    }
+    if (baseEnd != StageEnd::kAbandon) {
+        finish(frame);
+    }
+    return frame.err;
 }
 
 } // namespace
