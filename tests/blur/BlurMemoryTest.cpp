@@ -2,7 +2,6 @@
 // where it is told to.
 #include "effect/blur/FinishingPasses.h"
 #include "tests/blur/BlurDrivers.h"
-#include "tests/blur/BoundaryBlurDrivers.h"
 #include "tests/blur/ColorExtensionScene.h"
 
 #include <atomic>
@@ -46,9 +45,9 @@ public:
     ScratchPlan& operator=(const ScratchPlan&) = delete;
 };
 
-class BlurMemory : public testing::TestWithParam<BlurDriver> {};
+class BlurMemoryTest : public testing::TestWithParam<BlurDriver> {};
 
-INSTANTIATE_TEST_SUITE_P(Drivers, BlurMemory, testing::ValuesIn(kBlurDrivers), driverName);
+INSTANTIATE_TEST_SUITE_P(Drivers, BlurMemoryTest, testing::ValuesIn(kBlurDrivers), driverName);
 
 /// Of a tile: eight columns, each as many cache lines long as it takes, but an odd number of them.
 std::size_t tileBytes(std::size_t height, std::size_t bytesPerEntry) {
@@ -56,89 +55,56 @@ std::size_t tileBytes(std::size_t height, std::size_t bytesPerEntry) {
     return 8 * bytesPerEntry * 64 * (cacheLines + (cacheLines + 1) % 2);
 }
 
-TEST_P(BlurMemory, IsOneBlockAnIterationOfATileOfColumns) {
+TEST_P(BlurMemoryTest, IsOneBlockAnIterationOfATileOfColumns) {
     const BlurDriver driver = GetParam();
     Random random(61);
-    const std::size_t bytesPerEntry = driver.format == PF_PixelFormat_ARGB64 ? 9 : 17;
+    const std::size_t maskBytes = driver.isBoundary() ? 2 : 1;
+    const std::size_t bytesPerEntry = maskBytes + (driver.format == PF_PixelFormat_ARGB64 ? 8 : 16);
     for (const int32_t height : {1, 64, 65, 130, 193}) {
-        BlurScene scene(driver, shuffledOptions(3, 1, 1), wholeRect(6, height), Mask(6, height, 1), random);
+        BlurScene scene(driver, shuffledOptions(3, 1, 1), wholeRect(6, height), Mask(6, height, 1),
+                        Mask(6, height, 0), random);
         const ScratchPlan plan(0);
-        EXPECT_EQ(scene.run(driver, 1, 4.0), PF_Err_NONE);
+        EXPECT_EQ(scene.run(1, 4.0), PF_Err_NONE);
         EXPECT_EQ(scratchRequests, 3);
         EXPECT_EQ(scratchBytes, tileBytes(static_cast<std::size_t>(height), bytesPerEntry));
     }
 }
 
-TEST_P(BlurMemory, LackingEndsTheBlurWithOutOfMemory) {
+TEST_P(BlurMemoryTest, LackingEndsTheBlurWithOutOfMemory) {
     const BlurDriver driver = GetParam();
     Random random(62);
     for (int iterations = 1; iterations <= 4; ++iterations) {
         for (int failing = 1; failing <= iterations; ++failing) {
             host::judge::JudgeOptions options = shuffledOptions(iterations, 1, 1);
             options.recordCalls = true;
-            BlurScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), random);
+            BlurScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), Mask(9, 9, 0), random);
             scene.host.clearCalls();
             const ScratchPlan plan(failing);
-            EXPECT_EQ(scene.run(driver, 5, 20.0), PF_Err_OUT_OF_MEMORY);
-            EXPECT_EQ(scene.host.countCalls("iterate_generic"), 2) << "no pass runs behind the vertical one";
+            EXPECT_EQ(scene.run(5, 20.0), PF_Err_OUT_OF_MEMORY);
+            EXPECT_EQ(scene.host.countCalls("iterate_generic"), driver.isBoundary() ? 3 : 2)
+                << "no pass runs after the vertical one";
         }
     }
 }
 
-TEST_P(BlurMemory, LackingInALaterPassKeepsThePassesBefore) {
+TEST_P(BlurMemoryTest, LackingInALaterPassKeepsThePassesBefore) {
     const BlurDriver driver = GetParam();
     Random random(63);
     BlurScene scene(driver, Mask(9, 9, 1), random);
-    PlainBlur job = scene.plainJob(driver, 4, 20.0);
-    job.passes = 3;
     PlainPicture dst = read(scene.dst);
     PlainPicture tmp = read(scene.tmp);
-    plainBlur(job, read(scene.src), dst, tmp);
+    scene.plain(4, 20.0, read(scene.src), dst, tmp, driver.isBoundary() ? 4 : 3);
     const ScratchPlan plan(2);
-    EXPECT_EQ(scene.run(driver, 4, 20.0), PF_Err_OUT_OF_MEMORY);
+    EXPECT_EQ(scene.run(4, 20.0), PF_Err_OUT_OF_MEMORY);
     EXPECT_EQ(difference(dst, scene.dst), "");
     EXPECT_EQ(difference(tmp, scene.tmp), "");
 }
 
-class BoundaryMemory : public testing::TestWithParam<BoundaryDriver> {};
+class ExtensionMemoryTest : public testing::TestWithParam<ExtensionDriver> {};
 
-INSTANTIATE_TEST_SUITE_P(Drivers, BoundaryMemory, testing::ValuesIn(kBoundaryDrivers), boundaryDriverName);
+INSTANTIATE_TEST_SUITE_P(Drivers, ExtensionMemoryTest, testing::ValuesIn(kExtensionDrivers), extensionName);
 
-TEST_P(BoundaryMemory, IsOneBlockAnIterationOfATileOfColumns) {
-    const BoundaryDriver driver = GetParam();
-    Random random(64);
-    const std::size_t bytesPerEntry = driver.format == PF_PixelFormat_ARGB64 ? 10 : 18;
-    for (const int32_t height : {1, 64, 65, 130, 193}) {
-        BoundaryScene scene(driver, shuffledOptions(3, 1, 1), wholeRect(6, height), Mask(6, height, 1),
-                            Mask(6, height, 0), random);
-        const ScratchPlan plan(0);
-        EXPECT_EQ(scene.run(driver, 1, 4.0), PF_Err_NONE);
-        EXPECT_EQ(scratchRequests, 3);
-        EXPECT_EQ(scratchBytes, tileBytes(static_cast<std::size_t>(height), bytesPerEntry));
-    }
-}
-
-TEST_P(BoundaryMemory, LackingEndsTheBlurWithOutOfMemory) {
-    const BoundaryDriver driver = GetParam();
-    Random random(65);
-    for (int iterations = 1; iterations <= 3; ++iterations) {
-        for (int failing = 1; failing <= iterations; ++failing) {
-            host::judge::JudgeOptions options = shuffledOptions(iterations, 1, 1);
-            options.recordCalls = true;
-            BoundaryScene scene(driver, options, wholeRect(9, 9), Mask(9, 9, 1), Mask(9, 9, 0), random);
-            scene.host.clearCalls();
-            const ScratchPlan plan(failing);
-            EXPECT_EQ(scene.run(driver, 5, 20.0), PF_Err_OUT_OF_MEMORY);
-            EXPECT_EQ(scene.host.countCalls("iterate_generic"), 3) << "horizontal, gain and vertical";
-        }
-    }
-}
-
-class ExtensionMemory : public testing::TestWithParam<ExtensionDriver> {};
-
-INSTANTIATE_TEST_SUITE_P(Drivers, ExtensionMemory, testing::ValuesIn(kExtensionDrivers), extensionName);
-
-TEST_P(ExtensionMemory, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOfMemory) {
+TEST_P(ExtensionMemoryTest, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOfMemory) {
     constexpr int kIterations = 3;
     Random random(64);
     const PlainExtension job = {wholeRect(40, 9), makeMask(MaskShape::kSparse, 40, 9, random), Mask(40, 9, 1),
@@ -166,7 +132,7 @@ void fillWithAlphas(TestWorld& world) {
 }
 
 /// The tone curve's results are kept in a block off the stack; without one they are computed anew.
-TEST(BiasMemory, IsOneBlockAnIterationAndItsLackChangesNothing) {
+TEST(BiasMemoryTest, IsOneBlockAnIterationAndItsLackChangesNothing) {
     StrictHost host;
     MaskPlane all(host.in(), 256, 129);
     all.clearTo(1);

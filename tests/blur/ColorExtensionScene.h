@@ -2,8 +2,8 @@
 #pragma once
 
 #include "effect/blur/ColorExtension.h"
+#include "tests/reference/PlainColorExtension.h"
 #include "tests/support/MaskShapes.h"
-#include "tests/support/PlainColorExtension.h"
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"
 
@@ -62,20 +62,33 @@ struct ExtensionScene {
     }
 };
 
+/// All that a failing comparison depends on.
+inline std::string describe(const ExtensionDriver& driver, ExtensionScene& scene) {
+    const host::judge::JudgeOptions& options = scene.host.options();
+    const PlainExtension& job = scene.job;
+    std::string text = std::string(driver.name) + ": " + std::to_string(job.seed.width) + " by " +
+                       std::to_string(job.seed.height) + " at (" + std::to_string(job.rect.left) + ", " +
+                       std::to_string(job.rect.top) + "), core " + job.seed.shape + ", area " +
+                       job.limit.shape + ", reach " + std::to_string(job.reach) +
+                       (job.stopAtGap ? ", stopping at gaps, " : ", ") + std::to_string(options.iterations) +
+                       " iterations";
+    if (options.shuffleIterations) {
+        text += " shuffled by seed " + std::to_string(options.shuffleSeed);
+    }
+    return text + " on " + std::to_string(options.threads) + " threads";
+}
+
 /// Runs it and compares both worlds that it writes with the plain twin's, bit for bit.
 inline void expectLikeThePlainOne(const ExtensionDriver& driver, ExtensionScene& scene) {
+    SCOPED_TRACE(describe(driver, scene));
     const PlainPicture source = read(scene.src);
     PlainPicture dst = read(scene.dst);
     PlainPicture spread = read(scene.spread);
     plainExtendColors(scene.job, source, dst, spread);
     ASSERT_EQ(scene.run(driver), PF_Err_NONE);
-    const auto what = [&] {
-        return std::to_string(scene.job.seed.width) + " by " + std::to_string(scene.job.seed.height) +
-               ", reach " + std::to_string(scene.job.reach) + (scene.job.stopAtGap ? ", stopping" : "");
-    };
-    ASSERT_EQ(difference(spread, scene.spread), "") << "spread of " << what();
-    ASSERT_EQ(difference(dst, scene.dst), "") << what();
-    ASSERT_EQ(difference(source, scene.src), "") << "the source was written, " << what();
+    ASSERT_EQ(difference(spread, scene.spread), "") << "in the scratch world";
+    ASSERT_EQ(difference(dst, scene.dst), "") << "in the destination";
+    ASSERT_EQ(difference(source, scene.src), "") << "the source was written";
 }
 
 } // namespace kovalune::test

@@ -1,7 +1,7 @@
 #include "effect/blur/FinishingPasses.h"
 
+#include "tests/reference/PlainFinishing.h"
 #include "tests/support/MaskShapes.h"
-#include "tests/support/PlainFinishing.h"
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"
 

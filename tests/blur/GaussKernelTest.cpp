@@ -1,6 +1,6 @@
 #include "effect/blur/GaussKernel.h"
 
-#include "tests/support/PlainKernel.h"
+#include "tests/reference/PlainKernel.h"
 
 #include <gtest/gtest.h>
 #include <vector>

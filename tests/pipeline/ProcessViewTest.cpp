@@ -2,7 +2,7 @@
 #include "tests/pipeline/ProcessScene.h"
 #include "tests/reference/PlainExtraction.h"
 #include "tests/reference/PlainFrame.h"
-#include "tests/support/PlainFinishing.h"
+#include "tests/reference/PlainFinishing.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

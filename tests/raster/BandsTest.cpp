@@ -1,6 +1,6 @@
 #include "effect/raster/Bands.h"
 
-#include "tests/support/PlainBands.h"
+#include "tests/reference/PlainBands.h"
 #include "tests/support/StrictHost.h"
 
 #include <algorithm>

@@ -1,7 +1,7 @@
 #include "effect/raster/MaskedCopy.h"
 
+#include "tests/reference/PlainBlur.h"
 #include "tests/support/MaskShapes.h"
-#include "tests/support/PlainBlur.h"
 #include "tests/support/PlainPicture.h"
 #include "tests/support/TestWorld.h"
 

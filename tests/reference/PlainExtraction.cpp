@@ -1,7 +1,7 @@
 #include "tests/reference/PlainExtraction.h"
 
 #include "host/ColorConversion.h"
-#include "tests/support/PlainBands.h"
+#include "tests/reference/PlainBands.h"
 
 #include <bit>
 #include <cmath>

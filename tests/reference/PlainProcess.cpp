@@ -2,10 +2,10 @@
 
 #include "tests/reference/PlainExtraction.h"
 #include "tests/reference/PlainFrame.h"
-#include "tests/support/PlainBlur.h"
-#include "tests/support/PlainBoundaryBlur.h"
-#include "tests/support/PlainColorExtension.h"
-#include "tests/support/PlainFinishing.h"
+#include "tests/reference/PlainBlur.h"
+#include "tests/reference/PlainBoundaryBlur.h"
+#include "tests/reference/PlainColorExtension.h"
+#include "tests/reference/PlainFinishing.h"
 #include "tests/support/PlainSmooth.h"
 
 #include <algorithm>

@@ -34,8 +34,16 @@ void fillBlobs(Mask& mask, Random& random) {
 
 } // namespace
 
+const char* nameOf(MaskShape shape) {
+    constexpr std::array names = {"empty", "full",   "single", "rows",        "columns",
+                                  "dense", "sparse", "blobs",  "checkerboard"};
+    static_assert(names.size() == kMaskShapes.size());
+    return names[static_cast<std::size_t>(shape)];
+}
+
 Mask makeMask(MaskShape shape, int32_t width, int32_t height, Random& random) {
     Mask mask(width, height);
+    mask.shape = nameOf(shape);
     const int period = random.between(2, 9);
     switch (shape) {
     case MaskShape::kEmpty:

@@ -19,13 +19,16 @@ struct Mask {
     int32_t width = 0;
     int32_t height = 0;
     std::vector<uint8_t> elements;
+    const char* shape = "made by hand"; ///< for a failing test's text
 
     Mask(int32_t w, int32_t h, uint8_t value = 0)
         : width(w), height(h), elements(static_cast<std::size_t>(w) * static_cast<std::size_t>(h), value) {}
 
     uint8_t& at(int32_t x, int32_t y) { return elements[index(x, y)]; }
     uint8_t at(int32_t x, int32_t y) const { return elements[index(x, y)]; }
-    bool operator==(const Mask&) const = default;
+    bool operator==(const Mask& other) const {
+        return width == other.width && height == other.height && elements == other.elements;
+    }
 
 private:
     std::size_t index(int32_t x, int32_t y) const {
@@ -38,6 +41,8 @@ enum class MaskShape { kEmpty, kFull, kSingle, kRows, kColumns, kDense, kSparse,
 inline constexpr std::array kMaskShapes = {MaskShape::kEmpty,  MaskShape::kFull,    MaskShape::kSingle,
                                            MaskShape::kRows,   MaskShape::kColumns, MaskShape::kDense,
                                            MaskShape::kSparse, MaskShape::kBlobs,   MaskShape::kCheckerboard};
+
+const char* nameOf(MaskShape shape);
 
 /// Masked-in elements hold random values that are not 0.
 Mask makeMask(MaskShape shape, int32_t width, int32_t height, Random& random);

@@ -4,14 +4,14 @@ include_guard(GLOBAL)
 
 add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/MaskShapes.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainBlur.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainBoundaryBlur.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainColorExtension.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainBlur.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainBoundaryBlur.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainColorExtension.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainCorners.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainExtraction.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainFinishing.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainFinishing.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainFlagMap.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainKernel.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainPicture.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainPixels.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainRamps.cpp

@@ -1,4 +1,4 @@
-#include "tests/support/PlainFinishing.h"
+#include "tests/reference/PlainFinishing.h"
 
 #include "effect/share/ExactMath.h"
 

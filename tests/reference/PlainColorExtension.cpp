@@ -1,4 +1,4 @@
-#include "tests/support/PlainColorExtension.h"
+#include "tests/reference/PlainColorExtension.h"
 
 #include <algorithm>
 #include <cmath>

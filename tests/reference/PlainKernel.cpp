@@ -1,4 +1,4 @@
-#include "tests/support/PlainKernel.h"
+#include "tests/reference/PlainKernel.h"
 
 #include "effect/share/ExactMath.h"
 

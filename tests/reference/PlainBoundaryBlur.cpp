@@ -1,7 +1,7 @@
-#include "tests/support/PlainBoundaryBlur.h"
+#include "tests/reference/PlainBoundaryBlur.h"
 
 #include "effect/share/ExactMath.h"
-#include "tests/support/PlainBlur.h"
+#include "tests/reference/PlainBlur.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tests/support/PlainBlur.h"
+#include "tests/reference/PlainBlur.h"
 
 #include "effect/share/ExactMath.h"
 

@@ -1,3 +1,4 @@
+// What a region blur makes of colour.
 #include "tests/blur/BlurDrivers.h"
 
 #include <cmath>
@@ -7,9 +8,9 @@
 namespace kovalune::test {
 namespace {
 
-class BlurEdges : public testing::TestWithParam<BlurDriver> {};
+class RegionBlurTest : public testing::TestWithParam<BlurDriver> {};
 
-INSTANTIATE_TEST_SUITE_P(Drivers, BlurEdges, testing::ValuesIn(kBlurDrivers), driverName);
+INSTANTIATE_TEST_SUITE_P(Drivers, RegionBlurTest, testing::ValuesIn(kRegionDrivers), driverName);
 
 /// Red, green and blue of the one colour on the masked-in pixels; the rest is as it was.
 void expectColourKept(const BlurScene& scene, const PlainPicture& before, const PlainPixel& colour) {
@@ -30,31 +31,7 @@ PlainPixel someColour(const BlurDriver& driver) {
     return randomPicture(driver.format, 1, 1, random).at(0, 0);
 }
 
-void paint(TestWorld& world, const PlainPixel& colour) {
-    PlainPicture picture = read(world);
-    for (PlainPixel& pixel : picture.pixels) {
-        pixel = colour;
-    }
-    write(picture, world);
-}
-
-TEST_P(BlurEdges, BelowTwoOrWithoutRepeatCopiesWholePixels) {
-    const BlurDriver driver = GetParam();
-    Random random(32);
-    const std::pair<int32_t, double> cases[] = {
-        {1, 1.99}, {9, 1.99}, {0, 100.0}, {0, 0.0}, {5, 0.0}, {3, -50.0}, {2, std::nextafter(2.0, 0.0)}};
-    for (const auto& [repeat, amount] : cases) {
-        BlurScene scene(driver, makeMask(MaskShape::kBlobs, 20, 20, random), random);
-        PlainPicture expected = read(scene.dst);
-        const PlainPicture scratch = read(scene.tmp);
-        plainMaskedCopy(scene.rect, scene.mask, false, read(scene.src), expected);
-        EXPECT_EQ(scene.run(driver, repeat, amount), PF_Err_NONE);
-        EXPECT_EQ(difference(expected, scene.dst), "") << repeat << ", " << amount;
-        EXPECT_EQ(difference(scratch, scene.tmp), "");
-    }
-}
-
-TEST_P(BlurEdges, ConstantColourComesBackWithoutDrift) {
+TEST_P(RegionBlurTest, ConstantColourComesBackWithoutDrift) {
     const BlurDriver driver = GetParam();
     Random random(33);
     const PlainPixel colour = someColour(driver);
@@ -63,13 +40,13 @@ TEST_P(BlurEdges, ConstantColourComesBackWithoutDrift) {
             BlurScene scene(driver, makeMask(shape, 30, 20, random), random);
             paint(scene.src, colour);
             const PlainPicture before = read(scene.dst);
-            EXPECT_EQ(scene.run(driver, 1, amount), PF_Err_NONE);
+            EXPECT_EQ(scene.run(1, amount), PF_Err_NONE);
             expectColourKept(scene, before, colour);
         }
     }
 }
 
-TEST_P(BlurEdges, LonePixelKeepsItsColour) {
+TEST_P(RegionBlurTest, LonePixelKeepsItsColour) {
     const BlurDriver driver = GetParam();
     Random random(34);
     for (const double amount : {2.0, 5.0, 100.0, 350.5, 1001.0}) {
@@ -83,21 +60,12 @@ TEST_P(BlurEdges, LonePixelKeepsItsColour) {
             }
         }
         const PlainPicture before = read(scene.dst);
-        EXPECT_EQ(scene.run(driver, 1, amount), PF_Err_NONE);
+        EXPECT_EQ(scene.run(1, amount), PF_Err_NONE);
         expectColourKept(scene, before, colour);
     }
 }
 
-TEST_P(BlurEdges, EmptyMaskLeavesEverything) {
-    const BlurDriver driver = GetParam();
-    Random random(35);
-    BlurScene scene(driver, Mask(15, 11, 0), random);
-    const PlainPicture before = read(scene.dst);
-    EXPECT_EQ(scene.run(driver, 3, 20.0), PF_Err_NONE);
-    EXPECT_EQ(difference(before, scene.dst), "");
-}
-
-TEST_P(BlurEdges, GapSeparatesItsSidesInTheRunScanOnly) {
+TEST_P(RegionBlurTest, GapSeparatesItsSidesInTheRunScanOnly) {
     const BlurDriver driver = GetParam();
     Random random(36);
     Mask mask(21, 1, 1);
@@ -110,7 +78,7 @@ TEST_P(BlurEdges, GapSeparatesItsSidesInTheRunScanOnly) {
     }
     write(sides, scene.src);
     const PlainPixel gap = read(scene.dst).at(10, 0);
-    EXPECT_EQ(scene.run(driver, 1, 8.0), PF_Err_NONE);
+    EXPECT_EQ(scene.run(1, 8.0), PF_Err_NONE);
     const PlainPicture result = read(scene.dst);
     EXPECT_EQ(result.at(10, 0).red, gap.red);
     if (driver.keepDivision) {
@@ -122,14 +90,14 @@ TEST_P(BlurEdges, GapSeparatesItsSidesInTheRunScanOnly) {
     }
 }
 
-TEST_P(BlurEdges, BoxReachesBeyondTheCore) {
+TEST_P(RegionBlurTest, BoxReachesBeyondTheCore) {
     const BlurDriver driver = GetParam();
     Random random(37);
     BlurScene scene(driver, Mask(901, 1, 1), random);
     PlainPicture spike(driver.format, scene.src.width(), scene.src.height());
     spike.at(450, 0).red = fullScale(driver.format);
     write(spike, scene.src);
-    EXPECT_EQ(scene.run(driver, 1, 350.5), PF_Err_NONE);
+    EXPECT_EQ(scene.run(1, 350.5), PF_Err_NONE);
     const PlainPicture result = read(scene.dst);
     const PlainKernel kernel = plainKernel(351, 350.5 * 350.5 * 0.125);
     ASSERT_GT(kernel.tailWeight, 0);
@@ -148,19 +116,7 @@ TEST_P(BlurEdges, BoxReachesBeyondTheCore) {
     }
 }
 
-TEST_P(BlurEdges, NegativeRepeatRunsTheFirstPairAlone) {
-    const BlurDriver driver = GetParam();
-    Random random(38);
-    BlurScene scene(driver, Mask(12, 12, 1), random);
-    PlainPicture dst = read(scene.dst);
-    PlainPicture tmp = read(scene.tmp);
-    plainBlur(scene.plainJob(driver, 1, 6.0), read(scene.src), dst, tmp);
-    EXPECT_EQ(scene.run(driver, -1, 6.0), PF_Err_NONE);
-    EXPECT_EQ(difference(dst, scene.dst), "");
-    EXPECT_EQ(difference(tmp, scene.tmp), "");
-}
-
-TEST_P(BlurEdges, AmountThatIsNoNumberLeavesTheColour) {
+TEST_P(RegionBlurTest, AmountThatIsNoNumberLeavesTheColour) {
     const BlurDriver driver = GetParam();
     Random random(39);
     BlurScene scene(driver, Mask(12, 12, 1), random);
@@ -173,33 +129,46 @@ TEST_P(BlurEdges, AmountThatIsNoNumberLeavesTheColour) {
             pixel = {pixel.alpha, colour.red, colour.green, colour.blue};
         }
     }
-    EXPECT_EQ(scene.run(driver, 1, std::numeric_limits<double>::quiet_NaN()), PF_Err_NONE);
+    EXPECT_EQ(scene.run(1, std::numeric_limits<double>::quiet_NaN()), PF_Err_NONE);
     EXPECT_EQ(difference(expected, scene.dst), "");
 }
 
-TEST_P(BlurEdges, MissingWorldIsOutOfMemory) {
-    const BlurDriver driver = GetParam();
-    Random random(40);
-    BlurScene scene(driver, Mask(6, 6, 1), random);
-    PF_InData* const in = scene.host.in();
-    const auto run = [&](PF_EffectWorld* dst, PF_EffectWorld* src, PF_EffectWorld* tmp, int32_t repeat) {
-        return driver.run(in, {.dst = dst,
-                               .src = src,
-                               .tmp = tmp,
-                               .rect = scene.rect,
-                               .mask = scene.plane,
-                               .repeat = repeat,
-                               .amount = 5.0});
-    };
-    PF_EffectWorld* const dst = scene.dst.get();
-    PF_EffectWorld* const src = scene.src.get();
-    PF_EffectWorld* const tmp = scene.tmp.get();
-    EXPECT_EQ(run(nullptr, src, tmp, 1), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(run(dst, nullptr, tmp, 1), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(run(dst, src, nullptr, 1), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(run(nullptr, src, tmp, 0), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(run(dst, nullptr, tmp, 0), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(run(dst, src, nullptr, 0), PF_Err_NONE) << "a copy needs no scratch world";
+/// A line of five, masked 1 1 0 1 1, blurred over two pixels to either side.
+template <class Pixel>
+Pixel secondOfFive(const BlurDriver& driver, Pixel (&line)[5]) {
+    Random random(12);
+    Mask mask(5, 1, 1);
+    mask.at(2, 0) = 0;
+    BlurScene scene(driver, mask, random);
+    for (int32_t x = 0; x < 5; ++x) {
+        scene.src.at<Pixel>(x, 0) = line[x];
+    }
+    EXPECT_EQ(scene.runPass(true, makeGaussKernel(3, 1.125)), PF_Err_NONE);
+    return scene.dst.at<Pixel>(1, 0);
+}
+
+TEST(RegionBlurScanTest, DifferBeyondAGap) {
+    PF_Pixel16 line[5] = {
+        {0, 1000, 0, 0}, {0, 0, 1000, 0}, {0, 9999, 9999, 9999}, {0, 0, 0, 1000}, {0, 30000, 30000, 30000}};
+    // Taps 12506, 8018, 2113: the run scan weighs 20524 in all, the window scan 22637.
+    const PF_Pixel16 run = secondOfFive(kRegionDrivers[0], line);
+    EXPECT_EQ(run.red, (1000 * 8018 + 10262) / 20524);
+    EXPECT_EQ(run.green, (1000 * 12506 + 10262) / 20524);
+    EXPECT_EQ(run.blue, 0);
+    const PF_Pixel16 window = secondOfFive(kRegionDrivers[1], line);
+    EXPECT_EQ(window.red, (1000 * 8018 + 11318) / 22637);
+    EXPECT_EQ(window.green, (1000 * 12506 + 11318) / 22637);
+    EXPECT_EQ(window.blue, (1000 * 2113 + 11318) / 22637);
+}
+
+TEST(RegionBlurScanTest, DifferBeyondAGapInFloatToo) {
+    PF_PixelFloat line[5] = {{0, 1, 0, 0}, {0, 0, 1, 0}, {0, 9, 9, 9}, {0, 0, 0, 1}, {0, 30, 30, 30}};
+    const PF_PixelFloat run = secondOfFive(kRegionDrivers[2], line);
+    EXPECT_FLOAT_EQ(run.red, 8018.0F / 20524.0F);
+    EXPECT_EQ(run.blue, 0.0F);
+    const PF_PixelFloat window = secondOfFive(kRegionDrivers[3], line);
+    EXPECT_FLOAT_EQ(window.red, 8018.0F / 22637.0F);
+    EXPECT_FLOAT_EQ(window.blue, 2113.0F / 22637.0F);
 }
 
 } // namespace

@@ -3,8 +3,8 @@
 #pragma once
 
 #include "effect/share/FrameRect.h"
+#include "tests/reference/PlainKernel.h"
 #include "tests/support/MaskShapes.h"
-#include "tests/support/PlainKernel.h"
 #include "tests/support/PlainPicture.h"
 
 #include <limits>
