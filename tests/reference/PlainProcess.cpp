@@ -1,12 +1,12 @@
 #include "tests/reference/PlainProcess.h"
 
-#include "tests/reference/PlainExtraction.h"
-#include "tests/reference/PlainFrame.h"
 #include "tests/reference/PlainBlur.h"
 #include "tests/reference/PlainBoundaryBlur.h"
 #include "tests/reference/PlainColorExtension.h"
+#include "tests/reference/PlainExtraction.h"
 #include "tests/reference/PlainFinishing.h"
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainFrame.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <algorithm>
 #include <cmath>

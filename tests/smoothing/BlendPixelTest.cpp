@@ -1,7 +1,7 @@
 // The one write operation of the smoothing, in the three formats.
 
 #include "effect/smoothing/SmoothOf.h"
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

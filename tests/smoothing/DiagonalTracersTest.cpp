@@ -1,8 +1,8 @@
 // The ramps along exact staircases, each tracer on a flag map made by hand.
 
 #include "effect/smoothing/DiagonalTracers.h"
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The flag map: which pairs it marks, in groups of four columns and in the columns left over.
 
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/HandMade.h"
 #include "tests/smoothing/SmoothScenes.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

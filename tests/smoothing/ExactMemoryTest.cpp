@@ -1,10 +1,10 @@
 // Pictures whose memory ends with their last pixel, and maps whose memory ends with their last cell, in rows
 // of any length and order: the address sanitizer sees an access beyond, and the twin a wrong pixel.
 
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/BareHost.h"
 #include "tests/smoothing/HandMade.h"
 #include "tests/smoothing/SmoothScenes.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -2,8 +2,8 @@
 // brings it up.
 
 #include "effect/smoothing/Patterns.h"
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

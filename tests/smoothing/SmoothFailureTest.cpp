@@ -1,10 +1,10 @@
 // Calls that the smoothing refuses and host calls that fail: the code that comes back, and what the
 // destination then holds.
 
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/BareHost.h"
 #include "tests/smoothing/HandMade.h"
 #include "tests/smoothing/SmoothScenes.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 // The smoothing against its plain twin, to the last bit, in every format and mode, on pictures that together bring up
 // every pattern.
 
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/SmoothScenes.h"
-#include "tests/support/PlainSmooth.h"
 #include "tests/support/TestWorld.h"
 
 #include <gtest/gtest.h>

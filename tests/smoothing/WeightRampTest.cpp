@@ -1,8 +1,8 @@
 // The falling weights of a ramp, value by value.
 
 #include "effect/smoothing/RunBlends.h"
+#include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/HandMade.h"
-#include "tests/support/PlainSmooth.h"
 
 #include <gtest/gtest.h>
 

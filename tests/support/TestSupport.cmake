@@ -7,16 +7,16 @@ add_library(kovalune_test_support STATIC
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainBlur.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainBoundaryBlur.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainColorExtension.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainCorners.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainCorners.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainExtraction.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainFinishing.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainFlagMap.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainFlagMap.cpp
   ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainKernel.cpp
   ${CMAKE_CURRENT_LIST_DIR}/PlainPicture.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainPixels.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainRamps.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainRuns.cpp
-  ${CMAKE_CURRENT_LIST_DIR}/PlainSmooth.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainPixels.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainRamps.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainRuns.cpp
+  ${CMAKE_CURRENT_LIST_DIR}/../reference/PlainSmooth.cpp
   ${CMAKE_CURRENT_LIST_DIR}/StrictHost.cpp
   ${CMAKE_CURRENT_LIST_DIR}/TestWorld.cpp)
 # Plain code is slow enough as it is.

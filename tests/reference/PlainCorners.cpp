@@ -1,5 +1,5 @@
 // The fixed patterns: mends, nubs, restores and shoulders.
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <cmath>
 

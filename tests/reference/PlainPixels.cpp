@@ -1,5 +1,5 @@
 // What happens to single pixels: the blend, the key and the first fill.
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <cmath>
 

@@ -1,5 +1,5 @@
 // Lengths: runs and tapers in the four directions, and the stretch of a run that has a neighbour.
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <algorithm>
 

@@ -1,5 +1,5 @@
 // Falling weights, the four walks that apply them, and the ramps along staircases.
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,4 +1,4 @@
-#include "tests/support/PlainSmooth.h"
+#include "tests/reference/PlainSmooth.h"
 #include "text/MessageText.h"
 
 #include <bit>
