@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 using test::outputLines;
@@ -53,4 +53,4 @@ TEST(PlugInFile, CallsNoMathematicsOfTheCLibraryThatPixelsDependOn) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

@@ -11,9 +11,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
-using platform::ScopedVariable;
-using platform::TemporaryFolder;
 
 class Defaults : public testing::Test {
 protected:

@@ -1,25 +1,6 @@
-// The calls without memory: this program's own non-throwing array allocation fails where it is told to.
-
+// The calls without memory: an allocation of theirs fails.
 #include "tests/facade/OwnPicture.h"
-
-#include <new>
-
-namespace {
-
-int failingRequest = 0; ///< counts down to the request that fails; 0: none
-
-} // namespace
-
-void* operator new[](std::size_t bytes, const std::nothrow_t& /*tag*/) noexcept {
-    if (failingRequest > 0 && --failingRequest == 0) {
-        return nullptr;
-    }
-    try {
-        return ::operator new[](bytes);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
+#include "tests/support/AllocationControl.h"
 
 namespace kovalune::test {
 namespace {
@@ -41,9 +22,11 @@ protected:
 };
 
 TEST_F(FacadeMemory, OfTheMapMissingLeavesTheCopy) {
-    failingRequest = 1;
-    EXPECT_EQ(smoothPicture(source_.view(), destination_.writable(), {}), PF_Err_OUT_OF_MEMORY);
-    EXPECT_EQ(failingRequest, 0);
+    {
+        const ScratchPlan plan(1);
+        EXPECT_EQ(smoothPicture(source_.view(), destination_.writable(), {}), PF_Err_OUT_OF_MEMORY);
+        EXPECT_TRUE(plan.hasFailed());
+    }
     EXPECT_TRUE(destination_.pixelsEqual(input_));
     EXPECT_EQ(smoothPicture(source_.view(), destination_.writable(), {}), PF_Err_NONE);
     EXPECT_FALSE(destination_.pixelsEqual(input_));
@@ -55,9 +38,9 @@ TEST_F(FacadeMemory, MissingLeavesTheFlagsAsTheyWere) {
     for (const auto& [key, count] : requests) {
         for (int failing = 1; failing <= count; ++failing) {
             std::vector<uint8_t> flags = before;
-            failingRequest = failing;
+            const ScratchPlan plan(failing);
             EXPECT_EQ(edgeFlags(source_.view(), {.key = key}, flags), PF_Err_OUT_OF_MEMORY);
-            EXPECT_EQ(failingRequest, 0);
+            EXPECT_TRUE(plan.hasFailed());
             EXPECT_EQ(flags, before);
         }
     }

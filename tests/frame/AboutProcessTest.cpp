@@ -16,9 +16,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
-using platform::ScopedVariable;
-using platform::TemporaryFolder;
 
 constexpr char kTextFile[] = "KOVALUNE_ABOUT_TEXT_FILE";
 
@@ -42,8 +39,7 @@ TEST(DISABLED_AboutChild, WritesItsText) {
     // The system takes no code page from a variable while it runs.
     const char* const locale = std::getenv("LC_ALL");
     const bool japanese = locale != nullptr && std::string_view(locale).starts_with("ja");
-    const platform::ScopedLanguage language(japanese ? platform::UserLanguage::kJapanese
-                                                     : platform::UserLanguage::kEnglish);
+    const ScopedLanguage language(japanese ? UserLanguage::kJapanese : UserLanguage::kEnglish);
 #endif
     StubHost host;
     ASSERT_EQ(EntryPointFunc(PF_Cmd_ABOUT, &host.in, &host.out, nullptr, nullptr, nullptr), 0);

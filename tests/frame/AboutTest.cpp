@@ -10,9 +10,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::ScopedLanguage;
-using platform::UserLanguage;
-
 TEST(About, EndsBehindTheVersionInEnglish) {
     const ScopedLanguage language(UserLanguage::kEnglish);
     StubHost host;

@@ -27,7 +27,7 @@ protected:
     }
 
     // POSIX systems ask the variable, Windows the user's settings.
-    const platform::ScopedVariable variable_{"LC_ALL", "C.UTF-8"};
+    const ScopedVariable variable_{"LC_ALL", "C.UTF-8"};
     std::string usersLocale_;
 };
 

@@ -7,7 +7,8 @@
 #include <gtest/gtest.h>
 #include <random>
 
-namespace kovalune::host {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 judge::JudgeOptions watchful() {
@@ -221,4 +222,4 @@ TEST(HostFlow, LetsTheExceptionOfAMissingBasicSuiteOut) {
 }
 
 } // namespace
-} // namespace kovalune::host
+} // namespace kovalune::test

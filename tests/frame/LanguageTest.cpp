@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 uint32_t code(const char* text) {
@@ -127,4 +127,4 @@ TEST(NoticeTable, GivesAnEmptyTextForAnUnknownId) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

@@ -23,10 +23,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
-using platform::ScopedLanguage;
-using platform::ScopedSettings;
-using platform::TemporaryFolder;
 namespace fs = std::filesystem;
 using Calls = std::vector<std::string>;
 
@@ -51,7 +47,7 @@ protected:
 
     const TemporaryFolder folder_;
     const ScopedSettings settings_{folder_.path()};
-    const ScopedLanguage language_{platform::UserLanguage::kEnglish};
+    const ScopedLanguage language_{UserLanguage::kEnglish};
     FakeWindows windows_;
     StubHost host_;
 };
@@ -263,7 +259,7 @@ TEST_F(OptionDialogCommand, HasNoTitleInEnglish) {
 }
 
 TEST_F(OptionDialogCommand, IsJapaneseForAJapaneseUser) {
-    const ScopedLanguage language(platform::UserLanguage::kJapanese);
+    const ScopedLanguage language(UserLanguage::kJapanese);
     setUp(host_);
     playOpening(windows_);
     answer(0);
@@ -298,7 +294,7 @@ constexpr char kChild[] = "KOVALUNE_CHILD_REMEMBERS";
 
 /// Two processes: the first remembers, the one that starts next has the values as its defaults.
 TEST_F(OptionDialogCommand, GivesTheNextProcessItsDefaults) {
-    const platform::ScopedVariable child(kChild, "1");
+    const ScopedVariable child(kChild, "1");
     ASSERT_EQ(
         runThisProgramAgain({"--gtest_filter=*DISABLED_ChildRemembers", "--gtest_also_run_disabled_tests"}),
         0);

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 TEST(RenderSettings, StartWithTheirFixedValues) {
@@ -51,4 +51,4 @@ TEST(RenderSettings, StartWithStagesOfZerosButForTheExceptions) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

@@ -13,9 +13,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::ScopedSettings;
-using platform::TemporaryFolder;
-
 PF_Err send(StubHost& host, PF_Cmd cmd) {
     return EntryPointFunc(cmd, &host.in, &host.out, nullptr, nullptr, nullptr);
 }

@@ -11,7 +11,8 @@
 #define TEST_UNDER_ADDRESS_SANITIZER 1
 #endif
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 std::vector<std::string> misuseOf(const Handler& handler) {
@@ -202,4 +203,4 @@ TEST(Audit, LayerMisuseIsNamed) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -5,7 +5,8 @@
 #include <cmath>
 #include <cstring>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 /// Of a row of pointers.
@@ -277,4 +278,4 @@ TEST(Callback, TheLogKeepsTheOrderAndCanBeOff) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -4,7 +4,8 @@
 
 #include <array>
 
-namespace kovalune::host {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 using Hls = std::array<PF_Fixed, 3>;
@@ -46,4 +47,4 @@ TEST(ColorConversion, HueJustBelowRedStaysBelowAFullTurn) {
 }
 
 } // namespace
-} // namespace kovalune::host
+} // namespace kovalune::test

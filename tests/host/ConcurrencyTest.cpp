@@ -6,7 +6,8 @@
 #include <thread>
 #include <vector>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 judge::JudgeOptions busy(int threads) {
@@ -230,4 +231,4 @@ TEST(Concurrency, ValuesMayChangeWhileFramesRender) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

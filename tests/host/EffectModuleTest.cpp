@@ -4,7 +4,8 @@
 
 #include <utility>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 TEST(EffectModule, ALoadedEffectRunsItsCommands) {
@@ -71,4 +72,4 @@ TEST(EffectModule, ModulesWithOneEntryShareTheirCommandMutex) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -4,7 +4,8 @@
 
 #include <atomic>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 judge::FaultPlan failing(int call, PF_Err code = PF_Err_INVALID_INDEX) {
@@ -259,4 +260,4 @@ TEST(Cancel, TheNthProgressCallAndAllLaterOnesCancel) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -3,7 +3,8 @@
 #include <cstdint>
 #include <gtest/gtest.h>
 
-namespace kovalune::host::judge {
+namespace kovalune::test {
+using namespace host::judge;
 namespace {
 
 /// The judge's memory without a host.
@@ -59,4 +60,4 @@ TEST(GuardedMemory, PayloadIsAlignedButForTheOffset) {
 }
 
 } // namespace
-} // namespace kovalune::host::judge
+} // namespace kovalune::test

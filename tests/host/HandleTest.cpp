@@ -4,7 +4,8 @@
 
 #include <cstring>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 TEST(Handle, HoldsItsSizeAndBytes) {
@@ -121,4 +122,4 @@ TEST(Handle, ResizeOfALockedHandleIsMisuse) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -3,7 +3,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::host {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 TEST(Image, StartsTransparentBlackWithTightRows) {
@@ -43,4 +44,4 @@ TEST(PixelFormat, BytesAndBitsFollowTheFormat) {
 }
 
 } // namespace
-} // namespace kovalune::host
+} // namespace kovalune::test

@@ -12,7 +12,8 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 constexpr std::byte kUntouched{0x3C};
@@ -349,4 +350,4 @@ TEST(ImageViews, OfAnImageAreItsPixels) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -9,7 +9,8 @@
 #include <thread>
 #include <vector>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 /// What the passes of one call saw.
@@ -198,4 +199,4 @@ TEST(Iterate, HostFunctionsWorkInsideAPass) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

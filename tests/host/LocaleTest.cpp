@@ -11,7 +11,8 @@
 
 #include <unistd.h>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 /// Makes such a locale in a folder of its own and sets it, where the system has the sources for one.
@@ -60,4 +61,4 @@ TEST_F(CommaLocale, TheHostsSprintfKeepsThePointAndTheProgramItsLocale) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -4,7 +4,8 @@
 
 #include <cstdint>
 
-namespace kovalune::host {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 const BlockPolicy kPooled{.poolCapBytes = 4096};
@@ -65,4 +66,4 @@ TEST(MemoryPool, ARequestBeyondAllMemoryGivesNothing) {
 }
 
 } // namespace
-} // namespace kovalune::host
+} // namespace kovalune::test

@@ -1,12 +1,13 @@
-#include "tests/host/AllocationControl.h"
 #include "tests/host/ScriptedEffect.h"
+#include "tests/support/AllocationControl.h"
 
 #include <gtest/gtest.h>
 
 #include <atomic>
 #include <thread>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 judge::JudgeOptions unlogged() {
@@ -132,4 +133,4 @@ TEST(MemoryShortage, UnshuffledPassesNeedNoOrder) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

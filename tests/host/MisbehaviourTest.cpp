@@ -6,7 +6,8 @@
 #include <array>
 #include <cstring>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 /// What the effect sees of both worlds.
@@ -134,4 +135,4 @@ TEST(Misbehaviour, BytesCanBeWrittenAfterEachRecordOfTheEffects) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

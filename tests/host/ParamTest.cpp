@@ -4,7 +4,8 @@
 
 #include <cstring>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 A_long whole(const ParamValue& value) {
@@ -199,4 +200,4 @@ TEST(Param, AWrongNumberOfParametersIsMisuse) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

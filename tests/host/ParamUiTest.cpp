@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 using Change = std::function<void(PF_ParamDef&)>;
@@ -147,4 +148,4 @@ TEST(ParamUi, ACheckedOutDefinitionServesWhereThereIsNoArray) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -6,7 +6,8 @@
 #include <new>
 #include <thread>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 bool equalRects(const PF_LRect& a, const PF_LRect& b) {
@@ -575,4 +576,4 @@ TEST(Render, RefusesAnOutputOfAnotherKindAndBadScales) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

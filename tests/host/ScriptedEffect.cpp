@@ -2,7 +2,8 @@
 
 #include <cstring>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 
 namespace {
 
@@ -169,4 +170,4 @@ std::byte* worldRow(const PF_EffectWorld& world, A_long y) {
     return first + static_cast<std::ptrdiff_t>(y) * world.rowbytes;
 }
 
-} // namespace kovalune::host::test
+} // namespace kovalune::test

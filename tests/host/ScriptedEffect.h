@@ -11,7 +11,8 @@
 #include <stdexcept>
 #include <string>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 
 /// The arguments of one entry, with the shortcuts that most handlers want.
 struct Call {
@@ -104,4 +105,4 @@ Image patterned(PF_PixelFormat format, A_long width, A_long height);
 
 std::byte* worldRow(const PF_EffectWorld& world, A_long y);
 
-} // namespace kovalune::host::test
+} // namespace kovalune::test

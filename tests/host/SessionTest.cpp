@@ -6,7 +6,8 @@
 #include <stdexcept>
 #include <type_traits>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 /// Notes every command that reaches the effect.
@@ -262,4 +263,4 @@ TEST(Host, NeedsNoJudge) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

@@ -4,7 +4,8 @@
 
 #include <algorithm>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 int countCalls(const judge::JudgedHost& host, const std::string& call, const std::string& arguments) {
@@ -197,4 +198,4 @@ TEST(Suite, IsEqualComparesTexts) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

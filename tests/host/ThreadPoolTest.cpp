@@ -8,7 +8,8 @@
 #include <stdexcept>
 #include <thread>
 
-namespace kovalune::host {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 TEST(ThreadPool, RunsEveryPieceOnce) {
@@ -132,4 +133,4 @@ TEST(ThreadPool, SeveralCallersShareTheWorkers) {
 }
 
 } // namespace
-} // namespace kovalune::host
+} // namespace kovalune::test

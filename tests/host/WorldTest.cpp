@@ -8,7 +8,8 @@
 #include <limits>
 #include <vector>
 
-namespace kovalune::host::test {
+namespace kovalune::test {
+using namespace host;
 namespace {
 
 struct FormatCase {
@@ -365,4 +366,4 @@ TEST(WorldFill, ColoursAreScaledToTheFormatsWhite) {
 }
 
 } // namespace
-} // namespace kovalune::host::test
+} // namespace kovalune::test

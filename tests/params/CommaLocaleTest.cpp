@@ -14,9 +14,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::ScopedVariable;
-using platform::TemporaryFolder;
-
 /// Sets such a locale. Windows has one; elsewhere it is made, where the system has the sources.
 bool setCommaLocale([[maybe_unused]] const TemporaryFolder& folder) {
 #ifdef _WIN32
@@ -66,7 +63,7 @@ TEST_F(CommaLocale, RegistrationReadsAndWritesPoints) {
     EXPECT_EQ(host.params.at(25).u.fs_d.value, 0.0); // a fall-back goes the same way
     EXPECT_EQ(host.params.at(23).u.fs_d.value, 10.0);
     builtTable().findById(54)->saveDefault(path.c_str());
-    EXPECT_EQ(platform::contentOf(path), "[Version=1.0]\r\nBlur Amount=12.250000\r\n");
+    EXPECT_EQ(contentOf(path), "[Version=1.0]\r\nBlur Amount=12.250000\r\n");
 }
 
 } // namespace

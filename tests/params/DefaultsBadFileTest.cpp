@@ -11,8 +11,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
-using platform::TemporaryFolder;
 
 struct BadFile {
     const char* name;

@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 TEST(ParseNumber, StopsAtTheFirstCharacterItCannotUse) {
@@ -43,4 +43,4 @@ TEST(FormatNumber, WritesSixDigitsBehindThePoint) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

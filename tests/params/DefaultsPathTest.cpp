@@ -6,11 +6,8 @@
 #include <gtest/gtest.h>
 #include <string>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
-
-using platform::ScopedSettings;
-using platform::TemporaryFolder;
 
 TEST(DefaultsPath, LiesInTheUsersSettings) {
     const TemporaryFolder folder;
@@ -62,4 +59,4 @@ TEST(DefaultsPath, IsEmptyForAFolderOfAnyLength) {
 #endif
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

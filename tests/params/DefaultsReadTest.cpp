@@ -10,8 +10,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::TemporaryFolder;
-
 /// A host whose parameters are registered with a defaults file of this content.
 class HostWithDefaults : public StubHost {
 public:

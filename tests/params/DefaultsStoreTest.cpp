@@ -8,7 +8,6 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
 using platform::Deletion;
 namespace fs = std::filesystem;
 

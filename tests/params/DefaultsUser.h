@@ -20,7 +20,7 @@ inline std::string expectedDefaults(const std::string& name) {
     if (!std::filesystem::exists(path)) {
         throw std::runtime_error("no file " + path.string());
     }
-    return platform::contentOf(path);
+    return contentOf(path);
 }
 
 class DefaultsUser : public testing::Test {
@@ -42,8 +42,8 @@ protected:
         folder_.write("ORVEL/Tavik/Kovalune.ini", content);
     }
 
-    const platform::TemporaryFolder folder_;
-    const platform::ScopedSettings settings_{folder_.path()};
+    const TemporaryFolder folder_;
+    const ScopedSettings settings_{folder_.path()};
     char path_[kDefaultsPathBytes];
 };
 

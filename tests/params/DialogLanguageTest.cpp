@@ -11,10 +11,9 @@ namespace {
 using FxOptionDlg::dialogText;
 
 TEST(DialogLanguage, IsThatOfTheCodePageWhereNoneIsChosen) {
-    for (const auto& [user, language] :
-         {std::pair(platform::UserLanguage::kJapanese, LanguageChoice::kJapanese),
-          {platform::UserLanguage::kEnglish, LanguageChoice::kEnglish}}) {
-        const platform::ScopedLanguage ofTheUser(user);
+    for (const auto& [user, language] : {std::pair(UserLanguage::kJapanese, LanguageChoice::kJapanese),
+                                         {UserLanguage::kEnglish, LanguageChoice::kEnglish}}) {
+        const ScopedLanguage ofTheUser(user);
         for (const int32_t row : {0, 1, 2}) {
             EXPECT_STREQ(dialogText(row, LanguageChoice::kByCodePage), dialogText(row, language));
         }

@@ -4,7 +4,7 @@
 #include <cstring>
 #include <gtest/gtest.h>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 using test::StubHost;
@@ -97,4 +97,4 @@ TEST(GetParamByCheckout, CountsEverythingAsEnabledWithoutAnArray) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

@@ -6,7 +6,7 @@
 #include <memory>
 #include <string>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 /// Counts how many of its kind live.
@@ -109,4 +109,4 @@ TEST(ParamRegistry, CutsTheSectionNameTo127Bytes) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

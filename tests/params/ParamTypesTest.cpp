@@ -6,7 +6,7 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 using test::StubHost;
@@ -134,4 +134,4 @@ TEST(BaseParam, CopiesTheLabelWithTheHostsFunction) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 TEST(Ascii, FoldsItsLettersAlone) {
@@ -25,4 +26,4 @@ TEST(Ascii, ComparesWithoutCase) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -7,7 +7,8 @@
 #include <thread>
 #include <vector>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 CriticalSection processWide;
@@ -63,4 +64,4 @@ TEST(PathSeparator, IsTheSystems) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -3,7 +3,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 namespace fs = std::filesystem;
@@ -95,4 +96,4 @@ TEST(RemoveFolder, LeavesAFolderAloneThatAFileLiesIn) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -7,7 +7,8 @@
 #include <gtest/gtest.h>
 #include <vector>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 namespace fs = std::filesystem;
@@ -120,4 +121,4 @@ TEST_P(LongPath, IsNotDeletedWhereItIsNotThere) {
 INSTANTIATE_TEST_SUITE_P(Bytes, LongPath, testing::ValuesIn(kLengths), testing::PrintToStringParamName());
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -2,7 +2,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 TEST(ProfileFileSet, StartsAnEmptyText) {
@@ -98,4 +99,4 @@ TEST(ProfileFileDeleteSection, ChangesNothingWithoutTheSection) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

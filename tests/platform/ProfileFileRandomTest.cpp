@@ -7,7 +7,8 @@
 #include <random>
 #include <utility>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 using Names = std::pair<std::string, std::string>; // section, key
@@ -111,4 +112,4 @@ TEST(ProfileFileRandom, KeepsEveryOtherByteOfAnyText) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

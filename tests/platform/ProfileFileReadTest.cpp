@@ -3,7 +3,8 @@
 #include <gtest/gtest.h>
 #include <limits>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 using namespace std::string_view_literals;
@@ -158,4 +159,4 @@ TEST(ProfileValueAsString, EndsAtANul) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -4,7 +4,7 @@
 #include <functional>
 #include <string>
 
-namespace kovalune::platform {
+namespace kovalune::test {
 
 /// The folder for settings, which need not be there. Throws where the system knows another
 /// one all the same, so that a test never comes near the user's own.
@@ -33,4 +33,4 @@ private:
     std::function<void()> restore_;
 };
 
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -5,7 +5,7 @@
 #include <optional>
 #include <string>
 
-namespace kovalune::platform {
+namespace kovalune::test {
 
 class ScopedVariable {
 public:
@@ -37,4 +37,4 @@ private:
     std::optional<std::string> old_;
 };
 
-} // namespace kovalune::platform
+} // namespace kovalune::test

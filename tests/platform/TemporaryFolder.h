@@ -13,7 +13,7 @@
 #include <sstream>
 #include <string>
 
-namespace kovalune::platform {
+namespace kovalune::test {
 
 class TemporaryFolder {
 public:
@@ -37,8 +37,8 @@ public:
 
     const std::string& path() const { return path_; }
     std::string file(std::string name) const {
-        std::replace(name.begin(), name.end(), '/', kPathSeparator);
-        return path_ + kPathSeparator + name;
+        std::replace(name.begin(), name.end(), '/', platform::kPathSeparator);
+        return path_ + platform::kPathSeparator + name;
     }
     /// A path below this folder of so many bytes in all, through folders with names of at most `nameBytes`.
     std::string fileOfLength(std::size_t bytes, std::size_t nameBytes = 50) const {
@@ -47,7 +47,7 @@ public:
             const std::size_t left = bytes - path.size() - 1;
             // Two are left for the last name where a full one would leave nothing but a separator.
             const std::size_t name = left == nameBytes + 1 ? nameBytes - 1 : std::min(left, nameBytes);
-            path += kPathSeparator + std::string(name, 'n');
+            path += platform::kPathSeparator + std::string(name, 'n');
         }
         return path;
     }
@@ -77,4 +77,4 @@ inline std::string contentOf(const std::filesystem::path& path) {
     return content.str();
 }
 
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -1,6 +1,6 @@
 #include "effect/share/AEUtil/SharedArray.h"
 #include "tests/frame/StubHost.h"
-#include "tests/share/FailingNew.h"
+#include "tests/support/AllocationControl.h"
 
 #include <gtest/gtest.h>
 #include <utility>
@@ -8,9 +8,9 @@
 namespace AEUtil {
 namespace {
 
-using kovalune::test::FailingNew;
 using kovalune::test::kHandleSuiteText;
 using kovalune::test::liveAllocations;
+using kovalune::test::NoMemory;
 using kovalune::test::StubHost;
 
 /// Counts its calls and deletes nothing.
@@ -36,7 +36,7 @@ TEST(SharedArray, StartsWithoutAnArrayButWithABlock) {
 }
 
 TEST(SharedArray, HasNoBlockWithoutMemoryForOne) {
-    const FailingNew failing;
+    const NoMemory failing;
     const SharedArray array;
     EXPECT_EQ(array.useCount(), 0);
     EXPECT_EQ(array.address(), nullptr);
@@ -94,7 +94,7 @@ TEST(SharedArray, ThrowsWithoutMemoryForItsElements) {
     const long before = liveAllocations();
     bool thrown = false;
     {
-        const FailingNew failing;
+        const NoMemory failing;
         try {
             const SharedArray array(5);
         } catch (const std::bad_alloc&) {
@@ -138,7 +138,7 @@ TEST(SharedCount, DeletesAnArrayForWhichThereIsNoBlock) {
     uint8_t array = 0;
     bool thrown = false;
     {
-        const FailingNew failing;
+        const NoMemory failing;
         try {
             const SharedCount handle = SharedCount::adopt(&array, CountingDeleter{&deleted});
         } catch (const std::bad_alloc&) {

@@ -2,7 +2,7 @@
 #include "effect/share/AEUtil/AEWorldSuite.h"
 #include "effect/share/AEUtil/SuiteHolder.h"
 #include "tests/frame/StubHost.h"
-#include "tests/share/FailingNew.h"
+#include "tests/support/AllocationControl.h"
 
 #include <gtest/gtest.h>
 #include <tuple>
@@ -11,7 +11,7 @@
 namespace AEUtil {
 namespace {
 
-using kovalune::test::FailingNew;
+using kovalune::test::NoMemory;
 using kovalune::test::StubHost;
 using Texts = std::vector<std::string>;
 
@@ -109,7 +109,7 @@ TEST(NewWorld, GivesAnEmptyPointerWithoutMemoryForTheHolder) {
     StubHost host;
     EffectWorldPtr world;
     {
-        const FailingNew failing;
+        const NoMemory failing;
         world = WorldSuite::newWorld(&host.in, 5, 3, 1, PF_PixelFormat_ARGB32);
     }
     EXPECT_EQ(world.get(), nullptr);

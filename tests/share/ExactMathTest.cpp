@@ -9,7 +9,8 @@
 #include <limits>
 #include <random>
 
-namespace kovalune::exact {
+namespace kovalune::test {
+using namespace exact;
 namespace {
 
 constexpr double kInfinity = std::numeric_limits<double>::infinity();
@@ -506,4 +507,4 @@ TEST(ExactCos, IsCorrectlyRoundedForRandomArguments) {
 #endif
 
 } // namespace
-} // namespace kovalune::exact
+} // namespace kovalune::test

@@ -9,7 +9,7 @@
 #include <random>
 #include <vector>
 
-namespace kovalune {
+namespace kovalune::test {
 namespace {
 
 using test::StrictHost;
@@ -226,4 +226,4 @@ TEST(SmoothCall, GetsThroughEverySmallSize) {
 }
 
 } // namespace
-} // namespace kovalune
+} // namespace kovalune::test

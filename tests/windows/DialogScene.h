@@ -57,6 +57,5 @@ private:
 
 RECT placeOf(HWND window);
 
-using platform::contentOf;
 
 } // namespace kovalune::test

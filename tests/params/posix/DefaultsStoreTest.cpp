@@ -10,9 +10,7 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
 using platform::Deletion;
-using platform::ScopedSettings;
 namespace fs = std::filesystem;
 
 /// Nothing is read-only for root: such a process goes on as nobody, who gets the folder.

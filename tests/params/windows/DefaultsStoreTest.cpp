@@ -10,9 +10,7 @@
 namespace kovalune::test {
 namespace {
 
-using platform::contentOf;
 using platform::Deletion;
-using platform::ScopedSettings;
 namespace fs = std::filesystem;
 
 class WindowsDefaultsStore : public DefaultsUser {};

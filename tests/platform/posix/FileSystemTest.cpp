@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 namespace fs = std::filesystem;
@@ -46,4 +47,4 @@ TEST(PosixDeleteFile, TakesALinkAndNotWhatItLeadsTo) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -7,7 +7,8 @@
 #include <string>
 #include <unistd.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 std::string folder() {
@@ -76,4 +77,4 @@ TEST(ApplicationDataFolder, WritesNothingToABufferOfNoSize) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -6,7 +6,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 TEST(CommandLine, JoinsTheArgumentsByOneBlank) {
@@ -67,4 +68,4 @@ TEST(ActiveCodePage, FollowsTheFirstLocaleVariableThatSaysAnything) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

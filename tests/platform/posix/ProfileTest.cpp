@@ -5,7 +5,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 constexpr std::size_t kRoom = 100;
@@ -267,4 +268,4 @@ TEST(ProfileWrite, TakesAPathWithoutAFolderFromTheWorkingOne) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

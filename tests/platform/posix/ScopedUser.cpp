@@ -7,7 +7,8 @@
 #include <memory>
 #include <stdexcept>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 std::function<void()> setUntilCalled(const char* name, const std::string& value) {
@@ -32,4 +33,4 @@ ScopedSettings::ScopedSettings(const std::string& folder)
 ScopedLanguage::ScopedLanguage(UserLanguage language)
     : restore_(setUntilCalled("LC_ALL", language == UserLanguage::kJapanese ? "ja_JP.UTF-8" : "C")) {}
 
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -6,7 +6,8 @@
 #include <gtest/gtest.h>
 #include <windows.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 namespace fs = std::filesystem;
@@ -94,4 +95,4 @@ TEST(WindowsFileSystem, TakesNamesInTheActiveCodePage) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -5,7 +5,8 @@
 
 #include <gtest/gtest.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 constexpr char kSection[] = "Version=1.0";
@@ -77,4 +78,4 @@ TEST(WindowsProfile, RefusesWhatCannotStandInAProfile) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -11,7 +11,8 @@
 #include <vector>
 #include <windows.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 constexpr char kKey[] = "Software\\Microsoft\\Windows\\CurrentVersion\\Explorer\\User Shell Folders";
@@ -80,4 +81,4 @@ ScopedLanguage::ScopedLanguage(UserLanguage language) {
     }
 }
 
-} // namespace kovalune::platform
+} // namespace kovalune::test

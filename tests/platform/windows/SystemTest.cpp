@@ -11,7 +11,8 @@
 #include <string>
 #include <windows.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 namespace {
 
 TEST(WindowsFolders, GiveAnExistingFolderWithoutATrailingSeparator) {
@@ -141,4 +142,4 @@ TEST_F(WindowsModule, IsTheKeptOneWhereTheFileIsNoLoadedOne) {
 }
 
 } // namespace
-} // namespace kovalune::platform
+} // namespace kovalune::test

@@ -7,7 +7,8 @@
 #include <string>
 #include <windows.h>
 
-namespace kovalune::platform {
+namespace kovalune::test {
+using namespace platform;
 
 class TemporaryFile {
 public:
@@ -37,4 +38,4 @@ private:
     std::string path_;
 };
 
-} // namespace kovalune::platform
+} // namespace kovalune::test
