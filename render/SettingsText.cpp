@@ -1,5 +1,6 @@
 #include "render/SettingsText.h"
 
+#include "effect/Kovalune.h"
 #include "hostapi/Constants.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
@@ -20,7 +21,6 @@ namespace kovalune::render {
 namespace {
 
 constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view kSection = "[Version=1.0]";
 constexpr char kSaysNothing = ';';
 constexpr std::string_view kSayNothing = ";#";
 constexpr char kWhole = ' ';
@@ -69,16 +69,21 @@ PF_ParamDef componentDefinition(std::string_view label) {
     return def;
 }
 
+/// As a line of its own: the one of the effect's defaults file.
+std::string section() {
+    return '[' + defaultsSection() + ']';
+}
+
 /// None for a line that says nothing.
 std::optional<Assignment> assignmentOf(const host::Session& session, std::string_view line) {
     const std::string_view inner = text::trimmed(line);
     if (inner.empty() || kSayNothing.find(inner.front()) != std::string_view::npos ||
-        text::equalWithoutCase(inner, kSection)) {
+        text::equalWithoutCase(inner, section())) {
         return std::nullopt;
     }
     if (inner.front() == '[') {
         throw text::Failure(text::FailureKind::kUsage,
-                            "the section " + text::inQuotes(inner) + " is not " + std::string(kSection));
+                            "the section " + text::inQuotes(inner) + " is not " + section());
     }
     const std::size_t equals = inner.find('=');
     const bool isText = inner.find('\0') == std::string_view::npos;

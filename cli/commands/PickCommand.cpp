@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "effect/Kovalune.h"
 #include "host/ColorConversion.h"
 #include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
@@ -50,29 +51,12 @@ pictures::Picture cutOut(const pictures::Picture& picture, std::size_t pixel) {
     return cut;
 }
 
-uint8_t matchedByte(uint8_t value) {
-    return value;
-}
-
-uint8_t matchedByte(uint16_t value) {
-    return static_cast<uint8_t>((value * 255U + 16384U) >> 15);
-}
-
-uint8_t matchedByte(float value) {
-    const double steps = static_cast<double>(value * 255.0F) + 0.5;
-    // What no 32 bits hold, NaN too, has 0 for its low bits.
-    if (!(steps > -2147483649.0 && steps < 2147483648.0)) {
-        return 0;
-    }
-    return static_cast<uint8_t>(static_cast<int32_t>(steps));
-}
-
 uint8_t nearestOf(uint8_t value) {
     return value;
 }
 
 uint8_t nearestOf(uint16_t value) {
-    return matchedByte(value);
+    return matchedLevel(value);
 }
 
 uint8_t nearestOf(float value) {
@@ -94,7 +78,7 @@ EffectPixel effectPixel(const host::Image& image, const char* white) {
     return {"red " + valueOf(pixel.red) + ", green " + valueOf(pixel.green) + ", blue " +
                 valueOf(pixel.blue) + ", alpha " + valueOf(pixel.alpha) + " (white is " + white + ")",
             {nearestOf(pixel.red), nearestOf(pixel.green), nearestOf(pixel.blue)},
-            {matchedByte(pixel.red), matchedByte(pixel.green), matchedByte(pixel.blue)}};
+            {matchedLevel(pixel.red), matchedLevel(pixel.green), matchedLevel(pixel.blue)}};
 }
 
 EffectPixel effectPixel(const host::Image& image) {
