@@ -1,49 +1,14 @@
-// Scratch memory of the vertical passes: this program's own non-throwing array allocation counts, and fails
-// where it is told to.
+// Scratch memory of the vertical passes: how much is asked for, and what comes of its lack.
 #include "effect/blur/FinishingPasses.h"
 #include "tests/blur/BlurDrivers.h"
 #include "tests/blur/ColorExtensionScene.h"
+#include "tests/support/AllocationControl.h"
 
-#include <atomic>
 #include <cstddef>
 #include <gtest/gtest.h>
-#include <new>
-
-namespace {
-
-std::atomic<int> scratchRequests{0};
-std::atomic<std::size_t> scratchBytes{0};
-std::atomic<int> failingRequest{0}; ///< 0: none
-
-} // namespace
-
-void* operator new[](std::size_t bytes, const std::nothrow_t& /*tag*/) noexcept {
-    const int request = scratchRequests.fetch_add(1) + 1;
-    scratchBytes = bytes;
-    if (request == failingRequest) {
-        return nullptr;
-    }
-    try {
-        return ::operator new[](bytes);
-    } catch (const std::bad_alloc&) {
-        return nullptr;
-    }
-}
 
 namespace kovalune::test {
 namespace {
-
-/// Counts from 1 again, and fails the request of this number.
-class ScratchPlan {
-public:
-    explicit ScratchPlan(int failing) {
-        scratchRequests = 0;
-        failingRequest = failing;
-    }
-    ~ScratchPlan() { failingRequest = 0; }
-    ScratchPlan(const ScratchPlan&) = delete;
-    ScratchPlan& operator=(const ScratchPlan&) = delete;
-};
 
 class BlurMemoryTest : public testing::TestWithParam<BlurDriver> {};
 
@@ -65,8 +30,8 @@ TEST_P(BlurMemoryTest, IsOneBlockAnIterationOfATileOfColumns) {
                         Mask(6, height, 0), random);
         const ScratchPlan plan(0);
         EXPECT_EQ(scene.run(1, 4.0), PF_Err_NONE);
-        EXPECT_EQ(scratchRequests, 3);
-        EXPECT_EQ(scratchBytes, tileBytes(static_cast<std::size_t>(height), bytesPerEntry));
+        EXPECT_EQ(plan.requests(), 3);
+        EXPECT_EQ(plan.bytes(), tileBytes(static_cast<std::size_t>(height), bytesPerEntry));
     }
 }
 
@@ -117,7 +82,7 @@ TEST_P(ExtensionMemoryTest, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOf
         const ScratchPlan plan(failing);
         EXPECT_EQ(scene.run(GetParam()), failing == 0 ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY);
         if (failing == 0) {
-            EXPECT_EQ(scratchRequests, 3 * kIterations);
+            EXPECT_EQ(plan.requests(), 3 * kIterations);
         } else {
             EXPECT_EQ(scene.host.countCalls("iterate_generic"), (failing - 1) / kIterations + 1);
         }
@@ -147,8 +112,8 @@ TEST(BiasMemoryTest, IsOneBlockAnIterationAndItsLackChangesNothing) {
                 applyBoundaryBias16(
                     host.in(), {.dst = kept.get(), .rect = wholeRect(256, 129), .mask = all, .bias = bias}),
                 PF_Err_NONE);
-            EXPECT_EQ(scratchRequests, bias < 0.0 ? 0 : 1);
-            EXPECT_TRUE(bias < 0.0 || scratchBytes == 65536);
+            EXPECT_EQ(plan.requests(), bias < 0.0 ? 0 : 1);
+            EXPECT_TRUE(bias < 0.0 || plan.bytes() == 65536);
         }
         const ScratchPlan plan(1);
         EXPECT_EQ(applyBoundaryBias16(
