@@ -1,6 +1,6 @@
 #include "tests/frames/VectorWriter.h"
 
-#include "tests/pipeline/PlainProcess.h"
+#include "tests/reference/PlainProcess.h"
 
 #include <algorithm>
 #include <charconv>
