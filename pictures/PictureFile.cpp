@@ -151,7 +151,8 @@ std::string usualNameEnds() {
     for (const NameEnd& each : kNameEnds) {
         const Format* const format = &formatOf(each.format);
         if (format->isBuiltIn() && format != last) {
-            result += (last == nullptr ? "" : " ") + std::string(each.text);
+            result += last == nullptr ? "" : " ";
+            result += each.text;
         }
         last = format;
     }
