@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 namespace kovalune::test {
+using namespace host;
 using namespace host::judge;
 namespace {
 
