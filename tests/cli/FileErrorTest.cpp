@@ -124,7 +124,9 @@ TEST_F(FileError, OfOutputNamesThatCannotBe) {
     for (const char* link : {"nowhere.png", "round.png"}) {
         EXPECT_TRUE(std::filesystem::is_symlink(folder_ / link));
     }
-    expectFailure({"render", "in.png", "-o", std::string(300, 'x') + ".png"}, 3, {"xxx.png'"});
+    std::string longName(300, 'x');
+    longName += ".png";
+    expectFailure({"render", "in.png", "-o", longName}, 3, {"xxx.png'"});
 }
 
 TEST_F(FileError, OfAFolderThatMayNotBeWrittenTo) {

@@ -121,7 +121,8 @@ TEST_F(OutputFile, NamesMayHaveBlanksAndJapaneseLetters) {
 }
 
 TEST_F(OutputFile, MayHaveTheLongestNameThereIs) {
-    const std::string name = std::string(251, 'n') + ".png";
+    std::string name(251, 'n');
+    name += ".png";
     render("in.png", name);
     EXPECT_TRUE(holdsThePicture(name));
 }
