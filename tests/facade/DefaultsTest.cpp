@@ -11,7 +11,6 @@
 namespace kovalune::test {
 namespace {
 
-
 class Defaults : public testing::Test {
 protected:
     const TemporaryFolder folder_;

@@ -16,7 +16,6 @@
 namespace kovalune::test {
 namespace {
 
-
 constexpr char kTextFile[] = "KOVALUNE_ABOUT_TEXT_FILE";
 
 /// What the text becomes in a process with these further arguments and this locale.

@@ -11,7 +11,6 @@
 namespace kovalune::test {
 namespace {
 
-
 struct BadFile {
     const char* name;
     std::string content;

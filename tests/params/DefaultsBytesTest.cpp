@@ -12,7 +12,6 @@
 namespace kovalune::test {
 namespace {
 
-
 constexpr double kOddNumbers[] = {-10.5,
                                   0.1 + 0.2,
                                   1e15,

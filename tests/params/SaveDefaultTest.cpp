@@ -11,7 +11,6 @@
 namespace kovalune::test {
 namespace {
 
-
 BaseParam& objectOf(const std::string& label) {
     return *builtTable().byIndex().at(static_cast<std::size_t>(expectedParam(label).index));
 }

@@ -1,8 +1,8 @@
 // What the views of a frame with Process stages have to do with each other and with the input.
 #include "tests/pipeline/ProcessScene.h"
 #include "tests/reference/PlainExtraction.h"
-#include "tests/reference/PlainFrame.h"
 #include "tests/reference/PlainFinishing.h"
+#include "tests/reference/PlainFrame.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>

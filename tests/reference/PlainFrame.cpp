@@ -1,7 +1,7 @@
 #include "tests/reference/PlainFrame.h"
 
-#include "tests/reference/PlainExtraction.h"
 #include "tests/reference/PlainBlur.h"
+#include "tests/reference/PlainExtraction.h"
 
 namespace kovalune::test {
 namespace {

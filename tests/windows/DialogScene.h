@@ -57,5 +57,4 @@ private:
 
 RECT placeOf(HWND window);
 
-
 } // namespace kovalune::test
