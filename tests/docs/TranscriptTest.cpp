@@ -42,10 +42,10 @@ std::string missingPackages() {
 class Project {
 public:
     Project() {
-        std::filesystem::create_directories(folder_ / "build/release/bin");
+        std::filesystem::create_directories(folder_ / "build/demo/bin");
         std::filesystem::create_directory(folder_ / "home");
-        std::filesystem::create_symlink(KOVALUNE_COMMAND, folder_ / "build/release/bin/kovalune");
-        std::filesystem::create_symlink(KOVALUNE_PLUGIN, folder_ / "build/release/bin/Kovalune.so");
+        std::filesystem::create_symlink(KOVALUNE_COMMAND, folder_ / "build/demo/bin/kovalune");
+        std::filesystem::create_symlink(KOVALUNE_PLUGIN, folder_ / "build/demo/bin/Kovalune.so");
         std::filesystem::copy(KOVALUNE_EXAMPLES, folder_ / "examples",
                               std::filesystem::copy_options::recursive);
     }
@@ -54,11 +54,13 @@ public:
     std::string typed(const std::string& command) const {
         CommandSetting setting;
         setting.folder = folder_.path();
-        setting.program = "/bin/bash";
-        setting.environment = {{"PATH", (folder_ / "build/release/bin").string() + ":/usr/bin:/bin"},
+        setting.program = "/usr/bin/env";
+        setting.environment = {{"PATH", (folder_ / "build/demo/bin").string() + ":/usr/bin:/bin"},
                                {"HOME", (folder_ / "home").string()},
                                {"LC_ALL", "C.UTF-8"}};
-        std::string shown = runCommand({"-c", "exec 2>&1\n" + command}, setting).out;
+        // Whoever started the tests may have had the keyboard's interrupt ignored.
+        std::string shown =
+            runCommand({"--default-signal=INT", "/bin/bash", "-c", "exec 2>&1\n" + command}, setting).out;
         const std::string config = (folder_ / "config").string();
         for (std::size_t at = 0; (at = shown.find(config, at)) != std::string::npos;) {
             shown.replace(at, config.size(), "@");
