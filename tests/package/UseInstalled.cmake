@@ -23,3 +23,6 @@ execute_process(
 if(code EQUAL 0 OR NOT text MATCHES "Kovalune")
   message(FATAL_ERROR "version 99.0 was found: ${text}")
 endif()
+
+# Whoever looks for the libraries in the build folder is to find them once.
+file(REMOVE_RECURSE ${SCRATCH})

@@ -62,7 +62,7 @@ TEST_F(CommaLocale, RegistrationReadsAndWritesPoints) {
     EXPECT_EQ(host.params.at(3).u.fs_d.value, 12.25);
     EXPECT_EQ(host.params.at(25).u.fs_d.value, 0.0); // a fall-back goes the same way
     EXPECT_EQ(host.params.at(23).u.fs_d.value, 10.0);
-    builtTable().findById(54)->saveDefault(path.c_str());
+    EXPECT_TRUE(builtTable().findById(54)->saveDefault(path.c_str()));
     EXPECT_EQ(contentOf(path), "[Version=1.0]\r\nBlur Amount=12.250000\r\n");
 }
 

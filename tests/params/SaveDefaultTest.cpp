@@ -22,7 +22,7 @@ void saveAll(StubHost& host, const std::string& path) {
     ASSERT_EQ(readParameters(nullptr, getter), 0);
     for (const BaseParam* const param : builtTable().byIndex()) {
         if (param != nullptr) {
-            param->saveDefault(path.c_str());
+            EXPECT_TRUE(param->saveDefault(path.c_str()));
         }
     }
 }
@@ -63,8 +63,8 @@ TEST(SaveDefault, LeavesGroupsOut) {
     const TemporaryFolder folder;
     const std::string path = folder.file("Kovalune.ini");
     builtTable().setSectionName("Version=1.0");
-    builtTable().findById(50)->saveDefault(path.c_str());
-    builtTable().findById(51)->saveDefault(path.c_str());
+    EXPECT_TRUE(builtTable().findById(50)->saveDefault(path.c_str()));
+    EXPECT_TRUE(builtTable().findById(51)->saveDefault(path.c_str()));
     EXPECT_EQ(folder.entries(), 0);
 }
 
