@@ -53,6 +53,10 @@ std::map<std::string, Copies> functionSections(const std::string& mapFile) {
 TEST(ShippedCode, IsWhatTheTestsRunWhereBothHaveIt) {
     int shared = 0;
     for (const auto& [name, copies] : functionSections(KOVALUNE_LINK_MAP)) {
+        // What is the standard library's alone is in other libraries too, in groups that differ by compiler.
+        if (name.find("8kovalune") == std::string::npos) {
+            continue;
+        }
         bool effectHasIt = isOfTheEffect(copies.kept);
         bool testHasIt = !effectHasIt;
         for (const std::string& file : copies.discarded) {
