@@ -114,9 +114,9 @@ uintptr_t addressOf(const void* memory) {
 /// Whether a picture of a known format is what it says it is.
 template <class Memory>
 bool isSound(const BasicPictureView<Memory>& picture) {
-    constexpr IntRange side = {0, kLongestSide};
+    constexpr IntRange kSide = {0, kLongestSide};
     const int32_t channel = channelBytes(picture.format);
-    if (!side.contains(picture.width) || !side.contains(picture.height)) {
+    if (!kSide.contains(picture.width) || !kSide.contains(picture.height)) {
         return false;
     }
     return isEmpty(picture) ||

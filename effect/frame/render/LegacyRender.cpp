@@ -12,11 +12,11 @@ namespace {
 /// Hosts with rectangles of 32 bits may pass a corner that 16 bits do not hold. No world has it, so that such a rectangle
 /// becomes one that no world holds either, and is no empty one: the frame's opening refuses it.
 FrameRect frameRect(const PF_Rect& rect) {
-    constexpr FrameRect outsideAll = {0, 0, -1, -1};
+    constexpr FrameRect kOutsideAll = {0, 0, -1, -1};
     const FrameRect narrow = {low16(rect.top), low16(rect.left), low16(rect.bottom), low16(rect.right)};
     const bool fits = narrow.top == rect.top && narrow.left == rect.left && narrow.bottom == rect.bottom &&
                       narrow.right == rect.right;
-    return fits ? narrow : outsideAll;
+    return fits ? narrow : kOutsideAll;
 }
 
 } // namespace
