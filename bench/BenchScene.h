@@ -45,7 +45,7 @@ ColorMatches pickedMatches(PF_InData* inData);
 /// The drawing's picked pixels, or every second pixel at random.
 MaskPlane regionMask(PF_InData* inData, int64_t source);
 
-/// Sets the rate and names the source; called once behind a benchmark's loop.
+/// Sets the rate and names the source; called once after a benchmark's loop.
 void report(benchmark::State& state, int64_t source, int64_t scale = kFullHd);
 
 } // namespace kovalune::bench

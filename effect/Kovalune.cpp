@@ -125,7 +125,7 @@ bool isSound(const BasicPictureView<Memory>& picture) {
             addressOf(picture.pixels) % static_cast<uintptr_t>(channel) == 0);
 }
 
-/// The address behind a picture's last pixel.
+/// The address after a picture's last pixel.
 template <class Memory>
 uintptr_t endOf(const BasicPictureView<Memory>& picture) {
     const int64_t bytes =

@@ -20,7 +20,7 @@ struct BasicPictureView {
     PF_PixelFormat format = PF_PixelFormat_INVALID;
     int32_t width = 0;
     int32_t height = 0;
-    int32_t rowbytes = 0; ///< from row to row, what lies behind a row's pixels included; keeps pixels aligned
+    int32_t rowbytes = 0; ///< from row to row, what lies after a row's pixels included; keeps pixels aligned
     Memory* pixels = nullptr; ///< aligned for the format's channels; may be null where the picture is empty
 };
 using PictureView = BasicPictureView<const void>;
@@ -40,7 +40,7 @@ inline constexpr IntRange kCurveRange = {-100, 100};
 inline constexpr IntRange kKeyChannelRange = {0, 255};
 inline constexpr IntRange kKeyToleranceRange = {0, 255};
 
-/// The longest side that a picture may have, as hosts' worlds have it: what 16-bit rectangles hold. All arithmetic behind
+/// The longest side that a picture may have, as hosts' worlds have it: what 16-bit rectangles hold. All arithmetic below
 /// bears it: lengths times two percentages fit 32 bits. The map of flags is two rows higher, up to 32769.
 inline constexpr int32_t kLongestSide = 32767;
 
@@ -60,7 +60,7 @@ struct SmoothOptions {
     int32_t keyTolerance = 0;
 };
 
-/// Fills `destination` with the smoothed picture; bytes behind its rows' pixels stay. Returns a host code:
+/// Fills `destination` with the smoothed picture; bytes after its rows' pixels stay. Returns a host code:
 /// - PF_Err_UNRECOGNIZED_PARAM_TYPE: the source's format is none of the three.
 /// - PF_Err_BAD_CALLBACK_PARAM: the pictures differ in format or size or overlap in memory; a side is negative or above
 ///   `kLongestSide`; rows are too short or pixels not aligned; an option lies outside its range.
@@ -133,7 +133,7 @@ struct ProgressSettings {
 };
 
 /// The calls that each stage makes, in a frame that neither fails nor is cancelled: one when its region is selected, and
-/// one behind each pass of its blur. They come stage by stage.
+/// one after each pass of its blur. They come stage by stage.
 std::array<int32_t, kStageCount> progressCalls(const ProgressSettings& settings);
 
 /// The colours of Base; a Process stage has the first one alone.
@@ -144,7 +144,7 @@ struct StageReport {
     bool ran = false; ///< it is enabled, and the view let the frame come to it
     /// Pixels that match a colour and no enabled one before it. Their sum is what the stage selected.
     std::array<int64_t, kStageColors> selected = {};
-    /// Pixels whose red, green or blue is another one behind the stage than before it, at the depth of the frame. What a
+    /// Pixels whose red, green or blue is another one after the stage than before it, at the depth of the frame. What a
     /// view leaves of them does not count.
     int64_t changed = 0;
     // Of a Process stage.
@@ -184,7 +184,7 @@ public:
     FrameReportScope& operator=(const FrameReportScope&) = delete;
 
 private:
-    FrameReport* const outer_; ///< what the thread's frames fill again behind this one
+    FrameReport* const outer_; ///< what the thread's frames fill again after this one
 };
 
 } // namespace kovalune

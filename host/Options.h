@@ -29,7 +29,7 @@ struct HostOptions {
     bool threaded = true;
 
     // Memory of worlds. The first two are multiples of 4 up to 65536.
-    int rowPadding = 0; ///< bytes behind the pixels of each row
+    int rowPadding = 0; ///< bytes after the pixels of each row
     int dataOffset = 0; ///< bytes by which the first pixel misses 64-byte alignment
     std::size_t poolCapBytes = std::size_t{1} << 30; ///< bytes kept for reuse
 };

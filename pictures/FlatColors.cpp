@@ -19,7 +19,7 @@ std::size_t hashOf(const Bits& bits) {
     return static_cast<std::size_t>(mixed ^ (mixed >> 32));
 }
 
-/// A table of places in the list of colours, at most half full, in which a colour stands at its hash or behind it.
+/// A table of places in the list of colours, at most half full, in which a colour stands at its hash or after it.
 /// Flat drawings are long runs of one colour, so it is asked where the colour changes only.
 class Counter {
 public:

@@ -69,7 +69,7 @@ Bytes packed(const Bytes& bytes) {
     return result;
 }
 
-/// The profile itself: in PNG it stands packed behind a name, its zero and the way of packing (0).
+/// The profile itself: in PNG it stands packed after a name, its zero and the way of packing (0).
 std::optional<Bytes> profileOf(const Picture& picture) {
     const auto note = std::find_if(picture.notes.begin(), picture.notes.end(), [&picture](const auto& each) {
         return isColourProfile(each, picture.format);

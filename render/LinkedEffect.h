@@ -10,7 +10,7 @@ namespace kovalune::render {
 /// would render no more. The process's locale is after its first call what it was before.
 host::EffectModule& linkedEffect();
 
-/// The effect divides a picture into one band an iteration, and what a band's first pixel becomes behind a transparent one
+/// The effect divides a picture into one band an iteration, and what a band's first pixel becomes after a transparent one
 /// depends on where the bands meet. With a fixed number a picture comes out the same on every machine and in every tool;
 /// this one keeps the most threads busy.
 inline constexpr int kToolIterations = 64;

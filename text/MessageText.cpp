@@ -27,7 +27,7 @@ std::size_t characterSize(std::string_view text) {
     return whole ? size : 1;
 }
 
-/// ASCII's control characters and those behind it, U+0080 to U+009F, which terminals obey as single bytes too.
+/// ASCII's control characters and those after it, U+0080 to U+009F, which terminals obey as single bytes too.
 bool isControl(std::string_view character) {
     const auto last = static_cast<unsigned char>(character.back());
     if (character.size() == 1) {

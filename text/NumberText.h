@@ -5,7 +5,7 @@
 
 namespace kovalune::text {
 
-/// With so many digits behind the point.
+/// With so many digits after the point.
 std::string fixedText(double number, int digits);
 
 /// The shortest text that reads back as the same number.

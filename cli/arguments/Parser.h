@@ -32,7 +32,7 @@ public:
     explicit OptionSyntax(CLI::Option* option) : option_(option) {}
 
     OptionSyntax& required();
-    /// In the help, behind the name.
+    /// In the help, after the name.
     OptionSyntax& shownAs(const std::string& text);
     OptionSyntax& checkedBy(const TextTaker& check);
     OptionSyntax& needs(const OptionSyntax& other);

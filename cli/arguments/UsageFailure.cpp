@@ -55,7 +55,7 @@ std::string shortNameIn(const std::string& word, const CommandSyntax& command) {
     return {};
 }
 
-/// The parser knows the command's options behind it alone, so one of them here stood in front of it.
+/// The parser knows the command's options after it alone, so one of them here stood in front of it.
 [[noreturn]] void failUnknownOption(const CommandSyntax& command, const std::string& word) {
     const std::string name = word.substr(0, word.find('='));
     const std::vector<std::string> names = command.optionNames();
@@ -102,7 +102,7 @@ std::string shortNameIn(const std::string& word, const CommandSyntax& command) {
     fail(std::string(text.substr(start, text.find(' ', start) - start)) + " takes no value");
 }
 
-/// The value of "--set VALUE" or "--set=VALUE" at this place, and the place behind it.
+/// The value of "--set VALUE" or "--set=VALUE" at this place, and the place after it.
 struct Setting {
     std::string_view value;
     std::size_t behind = 0;
@@ -138,7 +138,7 @@ std::string uncut(std::span<const char* const> words, const Setting& setting) {
     return {};
 }
 
-/// Whether a choice "Process 1" was cut behind its word.
+/// Whether a choice "Process 1" was cut after its word.
 bool isCutProcess(std::string_view value, std::span<const char* const> words, std::size_t behind) {
     constexpr std::string_view kProcess = "process";
     const std::string folded = text::foldedCase(value);

@@ -9,7 +9,7 @@
 
 namespace kovalune::cli {
 
-/// One line on standard error behind the command's name, whatever bytes `text` holds.
+/// One line on standard error after the command's name, whatever bytes `text` holds.
 void tell(std::string_view text) noexcept;
 
 /// The exit code that `body` returns, or that of what it throws. What the effect does wrong comes as a Failure that

@@ -1,6 +1,6 @@
 // The blur of a Process stage, which makes a region's edge soft: a Gaussian mean of alpha, normalised over
 // the weights that fell inside the region, and beside it the plain mean of the colour of all pixels in the
-// window that are not transparent. Once, behind the first pass, alpha is raised by a gain and cut at full
+// window that are not transparent. Once, after the first pass, alpha is raised by a gain and cut at full
 // scale.
 //
 // The 8-bit frames are worked on in 16 bits. The run scan keeps the parts of a region apart that a gap

@@ -39,7 +39,7 @@ private:
 
 /// Write one value. False if the file could not be written.
 [[nodiscard]] bool rememberInteger(const char* key, int32_t value, const char* path);
-/// Six digits behind a decimal point, whatever the locale.
+/// Six digits after a decimal point, whatever the locale.
 [[nodiscard]] bool rememberNumber(const char* key, double value, const char* path);
 
 /// Whether the file has a value for the key in the registry's section, whatever it says.

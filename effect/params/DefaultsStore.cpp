@@ -12,7 +12,7 @@ namespace kovalune {
 namespace {
 
 /// Everything before the last separator; empty if there is none. The last byte of a double-byte character may look
-/// like a separator, but never behind the folder for settings, where the names are our own.
+/// like a separator, but never after the folder for settings, where the names are our own.
 std::string withoutLastComponent(const std::string& path) {
     const std::size_t separator = path.rfind(platform::kPathSeparator);
     return separator == std::string::npos ? std::string() : path.substr(0, separator);

@@ -34,7 +34,7 @@ using MatchCounts = std::array<int64_t, 4>;
 /// number of iterations.
 ///
 /// `counts`, where it is not null and the list no longer than it, is filled; the plane is the same with it and without. The
-/// counting is done on the calling thread, behind the host's iterations.
+/// counting is done on the calling thread, after the host's iterations.
 [[nodiscard]] PF_Err extractColors8(MaskPlane& mask, PF_InData* inData, PF_EffectWorld* src,
                                     const FrameRect& rect, const ColorMatches& matches,
                                     MatchCounts* counts = nullptr);

@@ -102,7 +102,7 @@ private:
         });
     }
 
-    /// The pixels of the region itself are put back behind the smoothing, so that it reaches only what lies
+    /// The pixels of the region itself are put back after the smoothing, so that it reaches only what lies
     /// beyond it.
     void smoothBeyondRegion() {
         PF_EffectWorld* const extended = worlds_.extendedWorld.get();

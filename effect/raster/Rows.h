@@ -9,7 +9,7 @@
 
 namespace kovalune {
 
-/// The object that stands `bytes` behind the start of host memory, which is aligned for it.
+/// The object that stands `bytes` after the start of host memory, which is aligned for it.
 template <class T>
 T* objectAt(void* start, std::ptrdiff_t bytes) {
     return static_cast<T*>(static_cast<void*>(static_cast<uint8_t*>(start) + bytes));

@@ -55,7 +55,7 @@ int32_t staircaseLength(const Context& c, const DiagonalTracer& t, int32_t x, in
 }
 
 /// The ramp ends with its own staircase at the latest: the step of a very long one is cut to whole weights, so that its
-/// ramp would go on beyond the last cell, and behind that the picture may end.
+/// ramp would go on beyond the last cell, and past that the picture may end.
 template <class Context>
 bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t y) {
     using Smooth = typename Context::Smooth;

@@ -1,5 +1,5 @@
 // The fixed patterns of one-pixel steps, as tables: which flags the cells around the visited pixel must have and lack.
-// The cells of a pattern are tested in order; a cell far away stands behind one that proves its row to exist.
+// The cells of a pattern are tested in order; a cell far away stands after one that proves its row to exist.
 #pragma once
 
 #include "effect/smoothing/EdgeFlagMap.h"
@@ -95,7 +95,7 @@ constexpr RestorePattern kMendDownRightStep[] = {
     {{{0, -1, R, D}, {0, -2, R | D, U}, {-1, -1, R, 0}, {1, -2, D | R, 0}, {-1, 0, 0, U}}, 0, -1},
 };
 
-/// Restores of a pixel with a vertical step. The first stands behind a test of the image's border.
+/// Restores of a pixel with a vertical step. The first stands after a test of the image's border.
 constexpr RestorePattern kRestoreFarFromBorder = {
     {{0, -2, 0, F}, {1, -2, D, 0}, {2, -2, D, 0}, {0, -1, R, 0}, {1, -1, 0, R | D}}, 1, -1};
 constexpr RestorePattern kRestoreVerticalStep[] = {

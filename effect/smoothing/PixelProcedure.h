@@ -56,11 +56,11 @@ private:
         int32_t dx, dy;
     };
 
-    static constexpr Direction kLeft = {
+    static constexpr Direction kLeftward = {
         Side::kLeft, measureRunLeft, measureRunRight, measureTaperLeft, blendRunLeft<Context>, -1, 0};
     static constexpr Direction kRightward = {
         Side::kRight, measureRunRight, measureRunLeft, measureTaperRight, blendRunRight<Context>, 1, 0};
-    static constexpr Direction kUp = {
+    static constexpr Direction kUpward = {
         Side::kUp, measureRunUp, measureRunDown, measureTaperUp, blendRunUp<Context>, 0, -1};
     static constexpr Direction kDownward = {
         Side::kDown, measureRunDown, measureRunUp, measureTaperDown, blendRunDown<Context>, 0, 1};
@@ -97,7 +97,7 @@ private:
 
     /// Whether a taper was blended.
     bool smoothVerticalStep(int32_t x, int32_t y) const {
-        const Ramp left = blendSide(kLeft, x, y);
+        const Ramp left = blendSide(kLeftward, x, y);
         const Ramp right = blendSide(kRightward, x, y);
         if (!traceVerticalDiagonals(c_, x, y) && !isCrossed(x, y)) {
             blendFringe(c_, x, y, left != Ramp::kNone, right != Ramp::kNone);
@@ -107,7 +107,7 @@ private:
     }
 
     bool smoothHorizontalStep(int32_t x, int32_t y, bool verticalStep) const {
-        const Ramp up = blendSide(kUp, x, y, y > 0);
+        const Ramp up = blendSide(kUpward, x, y, y > 0);
         const Ramp down = blendSide(kDownward, x, y);
         traceHorizontalDiagonals(c_, x, y);
         mendDownStep(c_, x, y);

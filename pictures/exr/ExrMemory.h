@@ -20,7 +20,7 @@ class ExrInput : public Imf::IStream {
 public:
     explicit ExrInput(std::span<const uint8_t> bytes) : Imf::IStream(kExrStreamName), bytes_(bytes) {}
 
-    /// Whether bytes behind the end were asked for.
+    /// Whether bytes past the end were asked for.
     bool ended() const { return ended_; }
 
     bool read(char to[], int count) override {

@@ -114,7 +114,7 @@ public:
         }
     }
 
-    /// Once the samples have been read: texts may stand behind them too.
+    /// Once the samples have been read: texts may stand after them too.
     std::vector<PictureNote> takeNotes() { return chunks_.takeNotes(); }
 
     /// Throws std::bad_alloc where the lack of memory is the reason.

@@ -15,7 +15,7 @@ namespace kovalune::pictures {
 struct TgaHeader {
     static constexpr std::size_t kBytes = 18;
 
-    std::size_t nameBytes = 0; ///< of a text behind the header
+    std::size_t nameBytes = 0; ///< of a text after the header
     bool hasPalette = false;
     bool runLengthCoded = false;
     bool grey = false;

@@ -97,7 +97,7 @@ SampleType sampleTypeOf(TIFF* tiff, const TiffForm& form, const std::string& nam
                 "its samples are " + bits + "numbers, and only those of 1, 2, 4, 8 and 16 bits are read");
 }
 
-/// The samples behind the colours: one of them is alpha.
+/// The samples after the colours: one of them is alpha.
 void findAlpha(TIFF* tiff, TiffForm& form) {
     uint16_t count = 0;
     const uint16_t* listed = nullptr;

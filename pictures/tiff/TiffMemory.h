@@ -16,7 +16,7 @@ struct TiffMemory {
     std::span<const uint8_t> source; ///< what is read
     std::vector<uint8_t> target;     ///< what has been written
     uint64_t position = 0;
-    bool ended = false;       ///< bytes behind the end were asked for
+    bool ended = false;       ///< bytes past the end were asked for
     bool outOfMemory = false; ///< here or in the library
     char error[256] = {};     ///< the first since it was cleared, or ""
     char warning[256] = {};

@@ -193,7 +193,7 @@ inline std::string describe(BlurScene& scene, int32_t repeat, double amount) {
            std::to_string(options.rowPadding) + " bytes of padding";
 }
 
-/// Pixels one behind the other, as the first row of a world.
+/// Pixels one after the other, as the first row of a world.
 inline void writeRow(TestWorld& world, std::initializer_list<PlainPixel> row) {
     PlainPicture picture = read(world);
     int32_t x = 0;

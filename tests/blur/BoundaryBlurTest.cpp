@@ -219,7 +219,7 @@ TEST_P(BoundaryBlurPassTest, KeptPixelKeepsItsAlphaButNotItsColour) {
     EXPECT_LT(result.at(1, 0).alpha, full) << "its neighbours blur over it";
 }
 
-/// Red up to column 2, green behind it, blurred over one pixel to either side.
+/// Red up to column 2, green after it, blurred over one pixel to either side.
 PlainPicture twoColours(const BlurDriver& driver, const Mask& region, double unit) {
     Random random(219);
     BlurScene scene(driver, region, random);
@@ -250,7 +250,7 @@ TEST_P(BoundaryBlurPassTest, StreakColourInTheWindowScanOnly) {
         EXPECT_EQ(result.at(7, 0).green, unit);
         return;
     }
-    // Seen from column x: 0 to x + 1, and what lies behind x - 1 once more.
+    // Seen from column x: 0 to x + 1, and what lies after x - 1 once more.
     EXPECT_EQ(result.at(1, 0).red, unit);
     EXPECT_EQ(result.at(2, 0).red, share(4, 5));
     EXPECT_EQ(result.at(3, 0).red, share(5, 7));

@@ -123,7 +123,7 @@ TEST_F(Completion, OffersViewsAndLabelsOfTheCommandItself) {
     EXPECT_GT(labels, 40U);
 }
 
-// Readline replaces the text behind the last unquoted '=' or ':' only.
+// Readline replaces the text after the last unquoted '=' or ':' only.
 TEST_F(Completion, QuotesWhatIsNotQuotedYet) {
     EXPECT_EQ(offered("kovalune render --set Bl"), (Words{"Blur\\ Amount=", "Blur\\ Repeat\\ Num="}));
     EXPECT_EQ(offered("kovalune render --set Blur\\ A"), (Words{"Blur\\ Amount="}));

@@ -2,7 +2,7 @@
 
 #include "tests/cli/CommandProcess.h"
 #include "tests/cli/VectorPictures.h"
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 #include "tests/support/TestFolder.h"
 
 #include <gtest/gtest.h>

@@ -69,7 +69,7 @@ using namespace std::string_literals;
 
 class PngTexts : public ErrorCase {
 protected:
-    /// Before the samples, behind the header, and behind them.
+    /// Before the samples, after the header, and after them.
     void write(const std::vector<Chunk>& before, const std::vector<Chunk>& after) const {
         constexpr std::size_t kHeaderBytes = 25;
         std::vector<uint8_t> bytes = bytesOf(folder_ / "in.png");

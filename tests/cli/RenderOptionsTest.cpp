@@ -10,7 +10,7 @@ namespace {
 
 class RenderOptions : public ErrorCase {
 protected:
-    /// The output; `words` come behind its name.
+    /// The output; `words` come after its name.
     PngPicture render(const std::string& input, const std::vector<std::string>& words) const {
         const CommandOutcome outcome = run(input, words);
         EXPECT_TRUE(outcome.ok()) << outcome.err;

@@ -89,7 +89,7 @@ TEST_F(Render, IsTheSameForEveryThreadCount) {
     }
 }
 
-// The pixel behind a transparent one comes out by the bands that the picture is divided into.
+// The pixel after a transparent one comes out by the bands that the picture is divided into.
 TEST_F(Render, IsTheSameForEveryThreadCountBehindATransparentPixel) {
     PngPicture picture = blankPng(PngColor::kRgbAlpha, 8, 4, 8);
     for (std::size_t at = 0; at < picture.rows.size(); at += 4) {

@@ -82,7 +82,7 @@ INSTANTIATE_TEST_SUITE_P(RoundTrip, WholeSamples,
 
 class PackedGrey : public testing::TestWithParam<Kind> {};
 
-/// The picture in 8 bits, with alpha behind each sample for a transparent grey of `key`.
+/// The picture in 8 bits, with alpha after each sample for a transparent grey of `key`.
 PngPicture widened(const PngPicture& picture, int key) {
     const int white = (1 << picture.depth) - 1;
     PngPicture wide =

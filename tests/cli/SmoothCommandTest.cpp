@@ -3,7 +3,7 @@
 #include "pictures/PictureFile.h"
 #include "tests/cli/ErrorCase.h"
 #include "tests/cli/VectorPictures.h"
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 #include <map>
 

@@ -1,4 +1,4 @@
-// A picture in memory of the test's own, with bytes behind its rows that nobody may touch, and the same call as the effect's
+// A picture in memory of the test's own, with bytes after its rows that nobody may touch, and the same call as the effect's
 // own code makes it in a host.
 #pragma once
 

@@ -22,8 +22,8 @@ bool acquires(const CallRecord& record, const std::string& suite) {
     return record.call == "AcquireSuite" && record.arguments.starts_with(suite);
 }
 
-/// The pass behind the conversion of listed colours is the extraction, in which pixels' colours are converted; the next
-/// listed colour comes only behind some other pass.
+/// The pass after the conversion of listed colours is the extraction, in which pixels' colours are converted; the next
+/// listed colour comes only after some other pass.
 std::vector<std::size_t> listedColours(const std::vector<CallRecord>& calls) {
     std::vector<std::size_t> places;
     bool inExtraction = false;
@@ -119,7 +119,7 @@ bool FaultExpectation::isPixelsConversion(std::size_t at) const {
     return calls_[at].call == "RGBtoHLS" && std::count(colours_.begin(), colours_.end(), at) == 0;
 }
 
-/// In the stage that keeps, the second pass behind the blur: the bias comes before it.
+/// In the stage that keeps, the second pass after the blur: the bias comes before it.
 bool FaultExpectation::isCutOfLayer(std::size_t at) const {
     const auto keeping = std::find(scene_.processes.begin(), scene_.processes.end(), scene_.keeping);
     if (calls_[at].call != "iterate_generic" || keeping == scene_.processes.end()) {

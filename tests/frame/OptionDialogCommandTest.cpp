@@ -1,4 +1,4 @@
-// PF_Cmd_DO_DIALOG with a dialog that the test answers: what it asks the host for, and what stands on the disk behind it.
+// PF_Cmd_DO_DIALOG with a dialog that the test answers: what it asks the host for, and what stands on the disk after it.
 
 #include "effect/params/FxOptionDlg/AEFxOptionDialog.h"
 #include "effect/params/ParamRegistry.h"

@@ -87,7 +87,7 @@ TEST_F(ParamsSetup, ReadsTheFileUnlessTheHostIsOld) {
 }
 
 TEST_F(ParamsSetup, TakesTheTablesDefaultsWithoutASettingsFolder) {
-    // Too long for the file's path behind it; the longest that Windows knows.
+    // Too long for the file's path after it; the longest that Windows knows.
     const std::string longest = folder_.fileOfLength(259);
     std::filesystem::create_directories(longest);
     const ScopedSettings nowhere(longest);

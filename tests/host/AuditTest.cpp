@@ -94,7 +94,7 @@ TEST(Audit, AWorldLeftBehindIsALeakUntilDisposed) {
     EXPECT_TRUE(stage.host.audit().clean()) << stage.host.audit().text();
 }
 
-/// Writes one byte behind the pixels of row 1, `beyond` bytes on.
+/// Writes one byte after the pixels of row 1, `beyond` bytes on.
 judge::AuditReport afterRowOverrun(int rowPadding, A_long beyond, bool whileLive) {
     judge::JudgeOptions options = Stage::audited();
     options.rowPadding = rowPadding;
@@ -114,7 +114,7 @@ TEST(Audit, AWriteBehindARowIsDamage) {
     const std::vector<std::string> expected{"world 3x4: written behind row 1"};
     EXPECT_EQ(afterRowOverrun(0, 0, false).guardDamage, expected);  // the guard
     EXPECT_EQ(afterRowOverrun(8, 0, false).guardDamage, expected);  // the padding
-    EXPECT_EQ(afterRowOverrun(8, 8, false).guardDamage, expected);  // the guard behind it
+    EXPECT_EQ(afterRowOverrun(8, 8, false).guardDamage, expected);  // the guard after it
     EXPECT_EQ(afterRowOverrun(8, 23, false).guardDamage, expected); // its last byte
     EXPECT_EQ(afterRowOverrun(8, 3, true).guardDamage, expected);   // before the world is disposed of
 }

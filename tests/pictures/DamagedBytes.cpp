@@ -65,7 +65,7 @@ std::string refusalOf(const Decode& decode, std::span<const uint8_t> bytes) {
 void expectBeginningsRefused(const Decode& decode, const std::vector<uint8_t>& file, std::size_t last) {
     testing::internal::CaptureStderr();
     for (std::size_t count = 0; count < file.size(); ++count) {
-        // In memory of its own, so that reading behind the end is noticed.
+        // In memory of its own, so that reading past the end is noticed.
         const std::vector<uint8_t> beginning(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(count));
         const std::string refusal = refusalOf(decode, beginning);
         if (count < last) {

@@ -16,7 +16,7 @@ using Decode = std::function<pictures::Picture(std::span<const uint8_t>, const s
 /// The text of the Failure that decoding ends in, "" if it does not.
 std::string refusalOf(const Decode& decode, std::span<const uint8_t> bytes);
 
-/// Expects a Failure for each beginning of the file that ends before `last`, and no crash behind that.
+/// Expects a Failure for each beginning of the file that ends before `last`, and no crash past that.
 void expectBeginningsRefused(const Decode& decode, const std::vector<uint8_t>& file, std::size_t last);
 
 /// Decodes the file with each byte changed to a few other values, while the memory of the process may grow by

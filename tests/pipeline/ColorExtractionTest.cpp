@@ -159,7 +159,7 @@ TEST_P(ColorExtraction, HandsItsPlaneOverWhenTheHostFails) {
         MaskPlane plane(host.in(), 4, 4);
         plane.clearTo(9);
         host::judge::FaultPlan plan;
-        plan.failCall = 4; // behind the three calls that make the plane
+        plan.failCall = 4; // after the three calls that make the plane
         plan.failCode = 99;
         plan.failIterateAfter = after;
         host.arm(plan);

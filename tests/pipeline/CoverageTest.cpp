@@ -91,7 +91,7 @@ TEST_P(Coverage, HandsItsPlaneOverWhenTheHostFails) {
     MaskPlane plane(host.in(), 4, 4);
     plane.clearTo(9);
     host::judge::FaultPlan plan;
-    plan.failCall = 4; // behind the three calls that make the plane
+    plan.failCall = 4; // after the three calls that make the plane
     plan.failCode = 99;
     host.arm(plan);
     EXPECT_EQ(depth.coverage(plane, host.in(), src.get(), wholeRect(4, 4)), 99);

@@ -49,7 +49,7 @@ private:
 
 INSTANTIATE_TEST_SUITE_P(Formats, ProgressCalls, testing::ValuesIn(kFrameDrivers), frameName);
 
-/// The views end behind one stage after the other, so that the sums tell each stage's calls.
+/// The views end one stage after the other, so that the sums tell each stage's calls.
 TEST_P(ProgressCalls, AreThoseThatTheFrameMakesInEveryView) {
     Random random(231);
     std::set<int> sums;

@@ -17,8 +17,7 @@ constexpr std::size_t kAlwaysFits = 240;
 constexpr std::size_t kLengths[] = {259, 260, 261, 300, 1000, 5000, 32767, 100000};
 #ifdef _WIN32
 constexpr std::size_t kLongestThatMustFit = 259;
-constexpr std::size_t kLongestFolderThatMustFit =
-    247; // a file's name of eight and three has to fit behind it
+constexpr std::size_t kLongestFolderThatMustFit = 247; // a file's name of eight and three has to fit after it
 #else
 constexpr std::size_t kLongestThatMustFit = 300;
 constexpr std::size_t kLongestFolderThatMustFit = 300;

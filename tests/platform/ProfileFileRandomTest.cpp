@@ -98,7 +98,7 @@ TEST(ProfileFileRandom, KeepsEveryOtherByteOfAnyText) {
         }
         const std::string_view gone = std::string_view(text).substr(head, text.size() - head - tail);
         if (before) {
-            // Only the value and the blanks behind it may go.
+            // Only the value and the blanks after it may go.
             ASSERT_LE(gone.find_last_not_of(" \t\r") + 1, before->size()) << seed;
             ASSERT_EQ(gone.find('\n'), std::string_view::npos) << seed;
         } else {

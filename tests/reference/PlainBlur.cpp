@@ -102,7 +102,7 @@ void moveWindow(const LineOfPixels& line, int32_t x, int32_t reach, Sums& sums) 
 }
 
 void addWeighted(Sums& sums, const PlainPixel& p, int32_t tap, bool isFloat) {
-    const double t = isFloat ? static_cast<double>(tap) * 3.0517578125e-5 : static_cast<double>(tap);
+    const double t = isFloat ? static_cast<double>(tap) * kTapUnit32 : static_cast<double>(tap);
     sums.red = sums.red + p.red * t;
     sums.green = sums.green + p.green * t;
     sums.blue = sums.blue + p.blue * t;
@@ -142,7 +142,7 @@ double mean32(double s, int64_t count, double acc, int64_t wsum, int64_t tailWei
     if (tailWeight == 0) {
         result = acc * (32768.0 / static_cast<double>(wsum));
     } else {
-        const double u = static_cast<double>(tailWeight) * 3.0517578125e-5;
+        const double u = static_cast<double>(tailWeight) * kTapUnit32;
         const double b = s / static_cast<double>(count) * u;
         result = wsum == 0 ? b : acc * (32768.0 / static_cast<double>(wsum) * (1.0 - u)) + b;
     }

@@ -17,7 +17,7 @@ struct PlainBlur {
     Mask mask;
     int32_t repeat = 1;
     double amount = 0.0;
-    int32_t passes = std::numeric_limits<int32_t>::max(); ///< stop behind this many
+    int32_t passes = std::numeric_limits<int32_t>::max(); ///< stop after this many
 };
 
 /// The whole sequence of passes. `dst` and `tmp` end as the effect's worlds would.

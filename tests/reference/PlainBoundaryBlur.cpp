@@ -90,7 +90,7 @@ double alpha16(double s, int64_t count, double acc, int64_t wsum, int64_t t, dou
 }
 
 double alpha32(double s, int64_t count, double acc, int64_t wsum, int64_t t, double source) {
-    const double u = static_cast<double>(t) * 3.0517578125e-5;
+    const double u = static_cast<double>(t) * kTapUnit32;
     const double b = s / static_cast<double>(count) * u;
     if (t != 0 && wsum != 0) {
         return stored32(32768.0 / static_cast<double>(wsum) * (1.0 - u) * acc + b);
@@ -120,7 +120,7 @@ PlainPixel outputAt(const LineOfPixels& line, const PlainKernel& kernel, int32_t
     const auto weigh = [&](int32_t j) {
         if (line.in(j)) {
             const int32_t t = kernel.taps[static_cast<std::size_t>(std::abs(j - x))];
-            acc = acc + line.at(j).alpha * (line.isFloat ? t * 3.0517578125e-5 : t);
+            acc = acc + line.at(j).alpha * (line.isFloat ? t * kTapUnit32 : t);
             wsum += t;
         }
     };

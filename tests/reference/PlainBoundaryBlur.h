@@ -17,7 +17,7 @@ struct PlainBoundaryBlur {
     Mask alphaKeepMask;
     int32_t repeat = 1;
     double amount = 0.0;
-    int32_t steps = std::numeric_limits<int32_t>::max(); ///< stop behind this many passes, the gain being one
+    int32_t steps = std::numeric_limits<int32_t>::max(); ///< stop after this many passes, the gain being one
 };
 
 /// The whole sequence of passes. `dst` and `tmp` end as the effect's worlds would.

@@ -8,6 +8,10 @@
 namespace kovalune::test {
 namespace {
 
+// A bias of 100 percent narrows by one step of the format less than full scale, so that no span is ever 0.
+constexpr int32_t kNarrowest16 = 32767;
+constexpr float kNarrowest32 = 0.99999988F; // one step below 1
+
 bool isFloat(const PlainPicture& picture) {
     return picture.format == PF_PixelFormat_ARGB128;
 }
@@ -25,8 +29,8 @@ double rounded(double value) {
 /// 16-bit alpha `a`, which is not 0.
 int64_t biased16(int64_t a, double bias) {
     if (bias >= 0.0) {
-        const auto v = static_cast<uint16_t>(
-            std::trunc(static_cast<double>(static_cast<float>(bias) / 100.0F * 32767.0F) + 0.5));
+        const auto v = static_cast<uint16_t>(std::trunc(
+            static_cast<double>(static_cast<float>(bias) / 100.0F * static_cast<float>(kNarrowest16)) + 0.5));
         const int64_t low = v / 10;
         const int64_t high = 32768 - (v * 9) / 10;
         const int64_t span = 32768 - v;
@@ -39,7 +43,7 @@ int64_t biased16(int64_t a, double bias) {
         const double angle = static_cast<double>(a - low) / static_cast<double>(span) * 3.141592653589793;
         return static_cast<int64_t>(std::trunc((exact::cos(angle) - 1.0) * -0.5 * 32768.0));
     }
-    const auto t = static_cast<int64_t>(std::trunc((bias + 100.0) / 100.0 * 32767.0 + 0.5));
+    const auto t = static_cast<int64_t>(std::trunc((bias + 100.0) / 100.0 * kNarrowest16 + 0.5));
     const int64_t c = 32768 - a;
     if (t == 0 || c >= t) {
         return 0;
@@ -50,7 +54,7 @@ int64_t biased16(int64_t a, double bias) {
 /// Float alpha `a`, which is not 0.
 double biased32(float a, double bias) {
     if (bias >= 0.0) {
-        const float v = static_cast<float>(bias) / 100.0F * 0.99999988F;
+        const float v = static_cast<float>(bias) / 100.0F * kNarrowest32;
         const float low = v / 10.0F;
         const float high = 1.0F - v * 9.0F / 10.0F;
         const float span = 1.0F - v;
@@ -63,7 +67,7 @@ double biased32(float a, double bias) {
         const double angle = static_cast<double>(a - low) / static_cast<double>(span) * 3.141592653589793;
         return (exact::cos(angle) - 1.0) * -0.5;
     }
-    const double t = (bias + 100.0) / 100.0 * 0.9999998807907104;
+    const double t = (bias + 100.0) / 100.0 * static_cast<double>(kNarrowest32);
     const double c = static_cast<double>(1.0F - a);
     const double w = c >= t ? 1.0 : c / t;
     return 1.0 - w;

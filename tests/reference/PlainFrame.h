@@ -13,7 +13,7 @@ struct PlainFrame {
     const RenderSettings& settings;
     int32_t iterations = 1;
     double scale = 1.0;
-    int32_t blurPasses = std::numeric_limits<int32_t>::max(); ///< the blur ends behind this many
+    int32_t blurPasses = std::numeric_limits<int32_t>::max(); ///< the blur ends after this many
     bool narrowed = true;                                     ///< an 8-bit frame reached its end
     bool cut = true;                                          ///< so did the cut of "Extract" and "Base"
 };

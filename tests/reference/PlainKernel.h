@@ -6,6 +6,9 @@
 
 namespace kovalune::test {
 
+/// What a tap of 1 weighs in a float picture: taps count from 0 to 32768.
+inline constexpr double kTapUnit32 = 1.0 / 32768.0;
+
 struct PlainKernel {
     std::vector<int32_t> taps;
     int32_t length = 0;

@@ -1,6 +1,6 @@
 // The least of a host that the smoothing needs, for pictures in a test's own memory: a copy that follows
 // `rowbytes`, and worlds in heap blocks that end with their last byte, so that the address sanitizer sees
-// any access behind them.
+// any access past them.
 #pragma once
 
 #include "hostapi/HostApi.h"
@@ -20,7 +20,7 @@ public:
 
     PF_InData* in() { return &in_; }
 
-    PF_Err copyCode = PF_Err_NONE; ///< if not 0, `copy` gives up behind its first row
+    PF_Err copyCode = PF_Err_NONE; ///< if not 0, `copy` gives up after its first row
     PF_Err newWorldCode = PF_Err_NONE;
     PF_Err disposeCode = PF_Err_NONE; ///< the world is disposed of all the same
     std::string missingSuite;

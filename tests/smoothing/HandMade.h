@@ -1,5 +1,5 @@
 // Flag maps and pictures made by hand. Each lies in a memory block that ends with its last cell or pixel, so that the
-// address sanitizer sees an access behind it.
+// address sanitizer sees an access past it.
 #pragma once
 
 #include "effect/smoothing/EdgeFlagMap.h"

@@ -114,7 +114,7 @@ TEST_P(SmoothFailure, OfTheCopyEndsThePlainCallWithItsCode) {
     }
     EXPECT_EQ(smoothBoundaries(params_), PF_Err_OUT_OF_MEMORY);
     EXPECT_EQ(host_.worldsMade, 0);
-    PlainPicture expected = before_; // the host's copy gave up behind its first row
+    PlainPicture expected = before_; // the host's copy gave up after its first row
     for (int32_t x = 0; x < 9; ++x) {
         expected.at(x, 0) = scene_.picture.at(x, 0);
     }

@@ -1,7 +1,7 @@
 // Single calls of the smoothing, compared to the last bit with an independent, naive reading of the same rules, in worlds
 // with tight and with long rows.
 
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 #include "effect/smoothing/SmoothBoundaries.h"
 #include "tests/support/TestWorld.h"

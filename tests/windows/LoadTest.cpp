@@ -1,6 +1,6 @@
 // Loading and unloading of the finished plug-in, as a host does that looks for effects and one that ends.
 
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 #include "tests/windows/ProcessUsage.h"
 
 #include "host/EffectModule.h"

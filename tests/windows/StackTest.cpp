@@ -1,6 +1,6 @@
 // 32-bit hosts of other compilers keep their stack aligned to 4 bytes only; ours asks for 16 where it keeps vectors.
 
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 #include "tests/windows/ShiftedStack.h"
 
 #include "host/Host.h"

@@ -18,13 +18,13 @@ public:
     explicit CommandLineParser(std::string_view text) : text_(text) {}
 
     CommandLineOptions parse() {
-        bool behindWord = false;
+        bool afterBlank = false;
         for (position_ = 0; at(position_) != '\0'; ++position_) {
-            if (at(position_) == '-' && behindWord) {
+            if (at(position_) == '-' && afterBlank) {
                 option();
             }
             const char current = at(position_);
-            behindWord = isBlank(current) || current == '\0';
+            afterBlank = isBlank(current) || current == '\0';
             if (current == '\0') {
                 break;
             }

@@ -14,7 +14,7 @@ struct CommandLineOptions {
     bool renderEngine = false; ///< frozen: `-RE` was given; nothing reads it
 };
 
-/// An option starts at a dash behind a blank or a tab. Quotes do not protect: an option inside quotes counts.
+/// An option starts at a dash after a blank or a tab. Quotes do not protect: an option inside quotes counts.
 CommandLineOptions parseCommandLine(std::string_view text);
 
 /// The letters `JP` are Japanese, any others English; without letters the code page decides.

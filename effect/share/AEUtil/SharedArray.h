@@ -11,7 +11,7 @@
 
 namespace AEUtil {
 
-/// A count block: how many handles share an array, and how to be rid of it.
+/// A count block: how many handles share an array, and how to free it.
 class SharedCountBase {
 public:
     SharedCountBase() = default;

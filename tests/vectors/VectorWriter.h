@@ -3,7 +3,7 @@
 // from another reading, and only those are independent of these tests.
 #pragma once
 
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 namespace kovalune::test {
 

@@ -1,4 +1,4 @@
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 #include <algorithm>
 #include <array>

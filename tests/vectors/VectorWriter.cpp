@@ -1,4 +1,4 @@
-#include "tests/frames/VectorWriter.h"
+#include "tests/vectors/VectorWriter.h"
 
 #include "tests/reference/PlainProcess.h"
 

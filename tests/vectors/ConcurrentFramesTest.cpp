@@ -2,7 +2,7 @@
 // picture is the one that it is alone, and so is every report.
 
 #include "effect/Kovalune.h"
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 #include "host/EffectModule.h"
 #include "host/judge/JudgedHost.h"

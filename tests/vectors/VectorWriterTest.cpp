@@ -1,6 +1,6 @@
 // The reference frame renders what the vectors of the other reading hold, and what it writes reads back, with its origin.
 
-#include "tests/frames/VectorWriter.h"
+#include "tests/vectors/VectorWriter.h"
 
 #include <gtest/gtest.h>
 

@@ -3,7 +3,7 @@
 //   write_vector INPUT SETTINGS FOLDER   INPUT is a picture and SETTINGS a settings file, both as vectors have them; FOLDER
 //                                        must not be there yet
 
-#include "tests/frames/VectorWriter.h"
+#include "tests/vectors/VectorWriter.h"
 
 #include <exception>
 #include <iostream>

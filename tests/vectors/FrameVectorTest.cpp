@@ -2,7 +2,7 @@
 // reading of the same rules: however the host spreads the work, whatever its rows look like, linked in or
 // loaded, on both roads.
 
-#include "tests/frames/VectorFile.h"
+#include "tests/vectors/VectorFile.h"
 
 #include "host/EffectModule.h"
 #include "host/judge/JudgedHost.h"
