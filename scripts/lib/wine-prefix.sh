@@ -7,26 +7,23 @@
 #
 # Whether there is a screen, and which locale the system has, comes from the environment.
 
+. "${BASH_SOURCE[0]%/*}/wine.sh"
+
 wine_prefix() {
     local folder=$2
-    case "$1" in
-    32) wine=/usr/lib/wine/wine server=/usr/lib/wine/wineserver32 ;;
-    64) wine=/usr/lib/wine/wine64 server=/usr/lib/wine/wineserver64 ;;
-    esac
+    wine_of "$1" "$folder"
     rm -rf "$folder"
     mkdir -p "$folder/home" "$folder/prefix"
-    export WINESERVER=$server WINEARCH=win$1 WINEPREFIX=$folder/prefix WINEDEBUG=fixme-all HOME=$folder/home
+    export "${wine_environment[@]}"
     # What another run set for tests of its own.
     unset "${!GTEST_@}"
-    # No offers to install what a browser or .NET needs, no menu entries, no window about a crash.
-    export WINEDLLOVERRIDES="mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d"
 
     # This prefix's own server takes all programs of the prefix with it.
     trap wine_end EXIT
     trap 'exit 130' INT TERM HUP
 
     # Wine's own server would go with the last program, and a program that starts at that moment fails now and then.
-    "$server" -p
+    "$wine_server" -p
     wine_run 180 "$wine" wineboot --init >"$folder/wineboot.log" 2>&1 || {
         cat "$folder/wineboot.log"
         echo "no Wine prefix could be made"
@@ -51,10 +48,10 @@ wine_run() {
 
 wine_restart() {
     wine_end
-    "$server" -p
+    "$wine_server" -p
 }
 
 wine_end() {
-    "$server" -k
-    "$server" -w
+    "$wine_server" -k
+    "$wine_server" -w
 }

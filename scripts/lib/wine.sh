@@ -6,6 +6,8 @@
 #   wine_screen_ready 32            the same for what windows need
 #   in_wine 32 build/win32 COMMAND  runs a command on the system with that Wine: this project and the build folder are in
 #                                   their places there
+#   wine_of 32 FOLDER               sets wine and wine_server to the programs, and wine_environment to the variables with
+#                                   which they use FOLDER/prefix and FOLDER/home
 #
 # 64 bits take Debian's wine64. 32 bits take an installed wine32, or else a small 32-bit Debian in a folder of its own,
 # which needs root to be made and entered: a foreign architecture would change the whole machine. The folder also has
@@ -116,6 +118,19 @@ debian_release_and_mirror() {
         'Component: main' | grep -v -m 1 '^[a-z]*-'
 }
 
+# shellcheck disable=SC2034 # for those who source this
+wine_of() {
+    wine=/usr/lib/wine/wine64
+    wine_server=/usr/lib/wine/wineserver64
+    if [ "$1" -eq 32 ]; then
+        wine=/usr/lib/wine/wine
+        wine_server=/usr/lib/wine/wineserver32
+    fi
+    wine_environment=("WINESERVER=$wine_server" "WINEARCH=win$1" "WINEPREFIX=$2/prefix" "HOME=$2/home" WINEDEBUG=fixme-all
+        # No offers to install what a browser or .NET needs, no menu entries, no window about a crash.
+        "WINEDLLOVERRIDES=mscoree,mshtml=;winemenubuilder.exe,winedbg.exe=d")
+}
+
 in_wine() {
     local bits=$1 build
     build=$(realpath "$2")
@@ -127,18 +142,23 @@ in_wine() {
     fi
 }
 
-# The mounts are in a namespace of the command's own and end with it, and so do all processes: --kill-child ends the
-# first of them when unshare itself is ended, however that happens.
+# Begins a script of its own, `bash -c "$wine32_mounts"... enter ROOT PROJECT BUILD ARGUMENT...`, in a namespace for mounts and
+# processes: the mounts end with it, and so do all processes, since --kill-child ends the first of them when unshare itself is
+# ended, however that happens.
+# shellcheck disable=SC2016
+wine32_mounts='
+    root=$1 project=$2 build=$3
+    shift 3
+    mount -t proc proc "$root/proc" && mount --rbind /dev "$root/dev" && mount -t tmpfs tmpfs "$root/tmp" || exit 1
+    for folder in "$project" "$build"; do
+        mkdir -p "$root$folder" && mount --bind "$folder" "$root$folder" || exit 1
+    done
+'
+
 in_wine32_folder() {
     # shellcheck disable=SC2016 # a script of its own
-    unshare --mount --pid --fork --kill-child bash -c '
+    unshare --mount --pid --fork --kill-child bash -c "$wine32_mounts"'
         trap "exit 130" INT TERM HUP
-        root=$1 project=$2 build=$3
-        shift 3
-        mount -t proc proc "$root/proc" && mount --rbind /dev "$root/dev" && mount -t tmpfs tmpfs "$root/tmp" || exit 1
-        for folder in "$project" "$build"; do
-            mkdir -p "$root$folder" && mount --bind "$folder" "$root$folder" || exit 1
-        done
         chroot "$root" env -i --chdir="$project" PATH=/usr/sbin:/usr/bin:/sbin:/bin LANG=C.UTF-8 "$@" </dev/null &
         wait $!
     ' enter "$wine32_folder" "$PWD" "$@"
