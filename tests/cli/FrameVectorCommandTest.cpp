@@ -2,8 +2,8 @@
 
 #include "tests/cli/CommandProcess.h"
 #include "tests/cli/VectorPictures.h"
-#include "tests/vectors/VectorFile.h"
 #include "tests/support/TestFolder.h"
+#include "tests/vectors/VectorFile.h"
 
 #include <gtest/gtest.h>
 
