@@ -1,0 +1,58 @@
+// The runs of masked-in pixels along a line, eight mask bytes at a time.
+#pragma once
+
+#include <cstdint>
+#include <cstring>
+
+namespace kovalune {
+
+/// The first place from `x` on that is masked in, or `end`.
+inline int32_t nextMaskedIn(const uint8_t* mask, int32_t x, int32_t end) {
+    uint64_t eight = 0;
+    for (; end - x >= 8; x += 8) {
+        std::memcpy(&eight, mask + x, sizeof eight);
+        if (eight != 0) {
+            break;
+        }
+    }
+    while (x < end && mask[x] == 0) {
+        ++x;
+    }
+    return x;
+}
+
+/// The first place from `x` on that is masked out, or `end`.
+inline int32_t nextMaskedOut(const uint8_t* mask, int32_t x, int32_t end) {
+    constexpr uint64_t kLowest = 0x0101010101010101;
+    uint64_t eight = 0;
+    for (; end - x >= 8; x += 8) {
+        std::memcpy(&eight, mask + x, sizeof eight);
+        if (((eight - kLowest) & ~eight & (kLowest << 7)) != 0) {
+            break;
+        }
+    }
+    while (x < end && mask[x] != 0) {
+        ++x;
+    }
+    return x;
+}
+
+/// Past the last place before `end` that is masked in, or `x`.
+inline int32_t endOfMaskedIn(const uint8_t* mask, int32_t x, int32_t end) {
+    while (end > x && mask[end - 1] == 0) {
+        --end;
+    }
+    return end;
+}
+
+/// Calls `run(first, end)` for each run of masked-in places of [x, end), in order.
+template <class Run>
+void forEachRun(const uint8_t* mask, int32_t x, int32_t end, const Run& run) {
+    for (int32_t first = nextMaskedIn(mask, x, end); first < end;) {
+        const int32_t past = nextMaskedOut(mask, first, end);
+        run(first, past);
+        first = nextMaskedIn(mask, past, end);
+    }
+}
+
+} // namespace kovalune
