@@ -1,0 +1,67 @@
+#include "effect/kernels/Kernels.h"
+
+#include "effect/kernels/Sets.h"
+
+#include <array>
+#include <atomic>
+
+namespace kovalune {
+namespace {
+
+constexpr std::array<const char*, kInstructionSets> kNames = {"plain", "sse2", "avx2", "avx512"};
+
+const Kernels* widest() {
+    for (const InstructionSet set : {InstructionSet::kAvx512, InstructionSet::kAvx2, InstructionSet::kSse2}) {
+        if (const Kernels* const found = kernelsOf(set)) {
+            return found;
+        }
+    }
+    return &kPlainKernels;
+}
+
+std::atomic<const Kernels*>& inUse() {
+    static std::atomic<const Kernels*> choice{widest()};
+    return choice;
+}
+
+} // namespace
+
+const Kernels* kernelsOf(InstructionSet set) {
+#if defined(__x86_64__) || defined(__i386__)
+    __builtin_cpu_init();
+    switch (set) {
+    case InstructionSet::kPlain:
+        return &kPlainKernels;
+    case InstructionSet::kSse2:
+        return __builtin_cpu_supports("sse2") ? &kSse2Kernels : nullptr;
+    case InstructionSet::kAvx2:
+        return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") ? &kAvx2Kernels : nullptr;
+    case InstructionSet::kAvx512:
+        return __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                       __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512dq")
+                   ? &kAvx512Kernels
+                   : nullptr;
+    }
+    return nullptr;
+#else
+    return set == InstructionSet::kPlain ? &kPlainKernels : nullptr;
+#endif
+}
+
+const Kernels& kernels() {
+    return *inUse().load(std::memory_order_relaxed);
+}
+
+bool useInstructionSet(InstructionSet set) {
+    const Kernels* const asked = kernelsOf(set);
+    if (asked != nullptr) {
+        inUse().store(asked, std::memory_order_relaxed);
+    }
+    return asked != nullptr;
+}
+
+const char* nameOf(InstructionSet set) {
+    return kNames[static_cast<std::size_t>(set)];
+}
+
+} // namespace kovalune

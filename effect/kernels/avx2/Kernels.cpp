@@ -1,0 +1,39 @@
+// AVX2 with FMA. A fused product may stand only where the product is exact by itself.
+#include "effect/kernels/Sets.h"
+#include "effect/kernels/impl/Table.h"
+
+#include <immintrin.h>
+
+namespace kovalune {
+namespace {
+
+struct Avx2 {
+    static constexpr int kBlockVectors = 8;
+    using Words = __m256i;
+    static constexpr int32_t kWords = 8;
+    static Words fill(uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }
+    static Words load(const uint32_t* from) {
+        return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
+    }
+    static void store(uint32_t* to, Words value) {
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
+    }
+    static Words addProducts(Words sum, Words pair, Words tap) {
+        return _mm256_add_epi32(sum, _mm256_madd_epi16(pair, tap));
+    }
+
+    using Doubles = __m256d;
+    static constexpr int32_t kDoubles = 4;
+    static Doubles fill(double value) { return _mm256_set1_pd(value); }
+    static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
+    static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
+    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
+        return _mm256_fmadd_pd(value, tap, sum);
+    }
+};
+
+} // namespace
+
+constinit const Kernels kAvx2Kernels = tableOf<Avx2>(InstructionSet::kAvx2);
+
+} // namespace kovalune

@@ -1,0 +1,35 @@
+// AVX-512 with its instructions for bytes and words. A fused product may stand only where the product is exact by itself.
+#include "effect/kernels/Sets.h"
+#include "effect/kernels/impl/Table.h"
+
+#include <immintrin.h>
+
+namespace kovalune {
+namespace {
+
+struct Avx512 {
+    static constexpr int kBlockVectors = 8;
+    using Words = __m512i;
+    static constexpr int32_t kWords = 16;
+    static Words fill(uint32_t value) { return _mm512_set1_epi32(static_cast<int>(value)); }
+    static Words load(const uint32_t* from) { return _mm512_loadu_si512(from); }
+    static void store(uint32_t* to, Words value) { _mm512_storeu_si512(to, value); }
+    static Words addProducts(Words sum, Words pair, Words tap) {
+        return _mm512_add_epi32(sum, _mm512_madd_epi16(pair, tap));
+    }
+
+    using Doubles = __m512d;
+    static constexpr int32_t kDoubles = 8;
+    static Doubles fill(double value) { return _mm512_set1_pd(value); }
+    static Doubles load(const double* from) { return _mm512_loadu_pd(from); }
+    static void store(double* to, Doubles value) { _mm512_storeu_pd(to, value); }
+    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
+        return _mm512_fmadd_pd(value, tap, sum);
+    }
+};
+
+} // namespace
+
+constinit const Kernels kAvx512Kernels = tableOf<Avx512>(InstructionSet::kAvx512);
+
+} // namespace kovalune

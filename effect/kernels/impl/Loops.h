@@ -1,0 +1,165 @@
+// Loops that every compiler turns into vectors by itself, compiled anew with each set's flags. What is in here stands in an
+// unnamed namespace: two sets' objects share no function, of which the linker would keep the wider one for both.
+#pragma once
+
+#include <cstdint>
+
+namespace kovalune {
+namespace {
+
+// White's two nearest powers of two bound what `pairUp` can hold: a number less kPairBias is a signed 16-bit number.
+constexpr uint32_t kPairLimit = 49151;
+
+inline uint64_t pixel16At(const void* pixels, int32_t i) {
+    uint64_t pixel;
+    __builtin_memcpy(&pixel, static_cast<const uint8_t*>(pixels) + static_cast<int64_t>(i) * 8, 8);
+    return pixel;
+}
+
+inline uint64_t wholeIf(uint8_t mask) {
+    return mask != 0 ? ~uint64_t{0} : uint64_t{0};
+}
+
+bool splitColors16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict red,
+                   uint32_t* __restrict green, uint32_t* __restrict blue) {
+    uint32_t above = 0;
+    for (int32_t i = 0; i < count; ++i) {
+        const uint64_t pixel = pixel16At(pixels, i) & wholeIf(mask[i]);
+        const uint32_t r = static_cast<uint32_t>(pixel >> 16) & 0xFFFF;
+        const uint32_t g = static_cast<uint32_t>(pixel >> 32) & 0xFFFF;
+        const uint32_t b = static_cast<uint32_t>(pixel >> 48);
+        red[i] = r;
+        green[i] = g;
+        blue[i] = b;
+        above |= (r + (0xFFFF - kPairLimit)) | (g + (0xFFFF - kPairLimit)) | (b + (0xFFFF - kPairLimit));
+    }
+    return above > 0xFFFF;
+}
+
+bool splitAlpha16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict alpha) {
+    uint32_t above = 0;
+    for (int32_t i = 0; i < count; ++i) {
+        const uint64_t pixel = pixel16At(pixels, i) & wholeIf(mask[i]);
+        const uint32_t a = static_cast<uint32_t>(pixel) & 0xFFFF;
+        alpha[i] = a;
+        above |= a + (0xFFFF - kPairLimit);
+    }
+    return above > 0xFFFF;
+}
+
+void splitMask(const uint8_t* mask, int32_t count, uint32_t* __restrict counted) {
+    for (int32_t i = 0; i < count; ++i) {
+        counted[i] = mask[i] != 0 ? 1 : 0;
+    }
+}
+
+void pairUp(uint32_t* numbers, uint32_t bias, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        numbers[i] = ((numbers[i] - bias) & 0xFFFF) | ((numbers[i + 1] - bias) << 16);
+    }
+}
+
+void addScaled(const uint32_t* table, uint32_t factor, uint32_t* __restrict sums, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        sums[i] += factor * table[i];
+    }
+}
+
+/// The quotient of whole numbers, sum below 2^31. The half keeps it so far from the next whole number that no rounding of
+/// double reaches one.
+inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
+    const double reciprocal = 1.0 / static_cast<double>(static_cast<int32_t>(divisor));
+    return static_cast<uint32_t>(
+        static_cast<int32_t>((static_cast<double>(static_cast<int32_t>(sum)) + 0.5) * reciprocal));
+}
+
+void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        // Only where no pixel counts is there no weight.
+        const uint32_t weight = weights[i] != 0 ? weights[i] : 1;
+        means[i] = quotient(sums[i] + (weight >> 1), weight);
+    }
+}
+
+void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
+                  const uint32_t* weights, uint32_t tailWeight, uint32_t* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        // Without weight the sum is 0, and so is its quotient by 1.
+        const uint32_t weight = weights[i] != 0 ? weights[i] : 1;
+        const uint32_t box = quotient(boxes[i], counts[i]) * tailWeight;
+        const uint32_t core = quotient(sums[i], weight) * (32768 - tailWeight);
+        means[i] = (box + core + 16384) >> 15;
+    }
+}
+
+void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        const int32_t sum = static_cast<int32_t>(sums[i] + (counts[i] >> 1));
+        const double exact = static_cast<double>(sum) / static_cast<double>(static_cast<int32_t>(counts[i]));
+        means[i] = static_cast<uint32_t>(static_cast<int32_t>(exact));
+    }
+}
+
+void mergeColors16(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
+                   int32_t count) {
+    auto* const bytes = static_cast<uint8_t*>(pixels);
+    for (int32_t i = 0; i < count; ++i) {
+        uint64_t pixel = pixel16At(pixels, i) & 0xFFFF;
+        pixel |= static_cast<uint64_t>(red[i] & 0xFFFF) << 16;
+        pixel |= static_cast<uint64_t>(green[i] & 0xFFFF) << 32;
+        pixel |= static_cast<uint64_t>(blue[i]) << 48;
+        __builtin_memcpy(bytes + static_cast<int64_t>(i) * 8, &pixel, 8);
+    }
+}
+
+struct FloatPixel {
+    float alpha, red, green, blue;
+};
+
+void splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
+                   double* __restrict green, double* __restrict blue) {
+    const auto* const from = static_cast<const FloatPixel*>(pixels);
+    for (int32_t i = 0; i < count; ++i) {
+        // Chosen, not multiplied: what is masked out may be infinite.
+        const bool counts = mask[i] != 0;
+        red[i] = static_cast<double>(counts ? from[i].red : 0.0F);
+        green[i] = static_cast<double>(counts ? from[i].green : 0.0F);
+        blue[i] = static_cast<double>(counts ? from[i].blue : 0.0F);
+    }
+}
+
+void splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
+    const auto* const from = static_cast<const FloatPixel*>(pixels);
+    for (int32_t i = 0; i < count; ++i) {
+        alpha[i] = static_cast<double>(mask[i] != 0 ? from[i].alpha : 0.0F);
+    }
+}
+
+void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        means[i] =
+            static_cast<float>(sums[i] * (32768.0 / static_cast<double>(static_cast<int32_t>(weights[i]))));
+    }
+}
+
+void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sums, const uint32_t* weights,
+                  double tailShare, float* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        const double box = boxes[i] / static_cast<double>(static_cast<int32_t>(counts[i])) * tailShare;
+        const double weight = static_cast<double>(static_cast<int32_t>(weights[i]));
+        const double mixed = sums[i] * (32768.0 / weight * (1.0 - tailShare)) + box;
+        means[i] = static_cast<float>(weights[i] != 0 ? mixed : box);
+    }
+}
+
+void mergeColors32(const float* red, const float* green, const float* blue, void* pixels, int32_t count) {
+    auto* const to = static_cast<FloatPixel*>(pixels);
+    for (int32_t i = 0; i < count; ++i) {
+        to[i].red = red[i];
+        to[i].green = green[i];
+        to[i].blue = blue[i];
+    }
+}
+
+} // namespace
+} // namespace kovalune

@@ -1,0 +1,33 @@
+// A set's table, of the functions that its flags compile here.
+#pragma once
+
+#include "effect/kernels/Kernels.h"
+#include "effect/kernels/impl/Loops.h"
+#include "effect/kernels/impl/Weigh.h"
+
+namespace kovalune {
+namespace {
+
+template <class Set>
+constexpr Kernels tableOf(InstructionSet set) {
+    return {.set = set,
+            .splitColors16 = splitColors16,
+            .splitAlpha16 = splitAlpha16,
+            .splitMask = splitMask,
+            .pairUp = pairUp,
+            .weighPairs = weighPairs<Set>,
+            .addScaled = addScaled,
+            .coreMeans16 = coreMeans16,
+            .mixedMeans16 = mixedMeans16,
+            .flatMeans16 = flatMeans16,
+            .mergeColors16 = mergeColors16,
+            .splitColors32 = splitColors32,
+            .splitAlpha32 = splitAlpha32,
+            .weighDoubles = weighDoubles<Set>,
+            .coreMeans32 = coreMeans32,
+            .mixedMeans32 = mixedMeans32,
+            .mergeColors32 = mergeColors32};
+}
+
+} // namespace
+} // namespace kovalune

@@ -1,0 +1,37 @@
+// The baseline of 64-bit x86, and of every machine that the hosts run on.
+#include "effect/kernels/Sets.h"
+#include "effect/kernels/impl/Table.h"
+
+#include <immintrin.h>
+
+namespace kovalune {
+namespace {
+
+struct Sse2 {
+    static constexpr int kBlockVectors = 6;
+    using Words = __m128i;
+    static constexpr int32_t kWords = 4;
+    static Words fill(uint32_t value) { return _mm_set1_epi32(static_cast<int>(value)); }
+    static Words load(const uint32_t* from) {
+        return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
+    }
+    static void store(uint32_t* to, Words value) { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value); }
+    static Words addProducts(Words sum, Words pair, Words tap) {
+        return _mm_add_epi32(sum, _mm_madd_epi16(pair, tap));
+    }
+
+    using Doubles = __m128d;
+    static constexpr int32_t kDoubles = 2;
+    static Doubles fill(double value) { return _mm_set1_pd(value); }
+    static Doubles load(const double* from) { return _mm_loadu_pd(from); }
+    static void store(double* to, Doubles value) { _mm_storeu_pd(to, value); }
+    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
+        return _mm_add_pd(sum, _mm_mul_pd(value, tap));
+    }
+};
+
+} // namespace
+
+constinit const Kernels kSse2Kernels = tableOf<Sse2>(InstructionSet::kSse2);
+
+} // namespace kovalune
