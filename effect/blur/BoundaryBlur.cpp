@@ -2,7 +2,10 @@
 
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
+#include "effect/blur/FlatWindows.h"
 #include "effect/blur/LinePass.h"
+#include "effect/blur/PlanarStretch.h"
+#include "effect/raster/MaskRuns.h"
 #include "effect/share/Integers.h"
 
 namespace kovalune {
@@ -68,6 +71,18 @@ struct AlphaCore {
     }
 };
 
+/// The pixel with the mean colour of the opaque ones, if there are any.
+template <class Format, class Sums>
+typename Format::Pixel withMeanColor(typename Format::Pixel pixel, const Sums& sums) {
+    using Blur = BlurOf<Format>;
+    if (sums.opaqueCount != 0) {
+        pixel.red = Blur::flatMean(sums.red, sums.opaqueCount);
+        pixel.green = Blur::flatMean(sums.green, sums.opaqueCount);
+        pixel.blue = Blur::flatMean(sums.blue, sums.opaqueCount);
+    }
+    return pixel;
+}
+
 /// How the gain changes an alpha; undefined for formats that it does not work in.
 template <class Format>
 struct GainOf;
@@ -89,26 +104,19 @@ struct GainOf<Argb32> {
     }
 };
 
-} // namespace
-
-/// Writes all four channels.
-template <class FormatType, class ScanType>
-struct BoundaryPass {
-    using Format = FormatType;
+/// The blur of one line in plain steps, for what the weighted sums of stretches cannot hold.
+template <class Format, class ScanType>
+struct PlainBoundaryLine {
     using Scan = ScanType;
-    using Record = BoundaryPassRecord;
     using Sums = BoundarySums<Format, Scan::kWindowHasHoles>;
-    static constexpr bool kSkipsIdleRows = !Scan::kWindowHasHoles;
-
-    static LineMasks masks(const Record& record) { return {record.regionMask, &record.alphaKeepMask}; }
 
     const Line<typename Format::Pixel> line;
     const GaussKernel& kernel;
-    const TargetLine<Format> out;
+    typename Format::Pixel* const out;
 
     void operator()(int32_t x, Span span, const Sums& sums) const {
         using Blur = BlurOf<Format>;
-        auto result = line.pixels[x];
+        auto result = withMeanColor<Format>(line.pixels[x], sums);
         if (line.keep[x] == 0) {
             const auto core = sumCore<AlphaCore<Format>, Scan>(line, kernel.taps(), x, span);
             if (kernel.tailWeight != 0) {
@@ -118,13 +126,140 @@ struct BoundaryPass {
                 result.alpha = Blur::coreMean(core.alpha, core.wsum);
             }
         }
-        if (sums.opaqueCount != 0) {
-            result.red = Blur::flatMean(sums.red, sums.opaqueCount);
-            result.green = Blur::flatMean(sums.green, sums.opaqueCount);
-            result.blue = Blur::flatMean(sums.blue, sums.opaqueCount);
-        }
         out[x] = result;
     }
+};
+
+/// Sums of alpha over whole windows, at the places of their centres; null where the kernel has no tail.
+template <class Format>
+struct AlphaBoxes {
+    typename PlanarOf<Format>::Sum* alpha = nullptr;
+    uint32_t* count = nullptr;
+};
+
+/// Writes all but the mean of alpha, and keeps what that needs.
+template <class Format, class ScanType>
+struct ColorLine {
+    using Sums = BoundarySums<Format, ScanType::kWindowHasHoles>;
+
+    const Line<typename Format::Pixel> line;
+    const AlphaBoxes<Format>& boxes;
+    typename Format::Pixel* const out;
+
+    void operator()(int32_t x, Span /*span*/, const Sums& sums) const {
+        out[x] = withMeanColor<Format>(line.pixels[x], sums);
+        if (boxes.count != nullptr) {
+            boxes.alpha[x] = sums.alpha;
+            boxes.count[x] = static_cast<uint32_t>(sums.count);
+        }
+    }
+};
+
+} // namespace
+
+/// Writes all four channels.
+template <class FormatType, class Scan>
+struct BoundaryPass {
+public:
+    using Format = FormatType;
+    using Record = BoundaryPassRecord;
+    using Pixel = typename Format::Pixel;
+    static constexpr bool kSkipsIdleRows = !Scan::kWindowHasHoles;
+
+    static LineMasks masks(const Record& record) { return {record.regionMask, &record.alphaKeepMask}; }
+    void lay(const Pixel& result, Pixel& target) const { target = result; }
+
+    BoundaryPass(const Record& record, int32_t length, ScratchLayout& layout)
+        : kernel_(record.kernel), length_(length), weights_(kernel_, length, layout),
+          stretch_(length, layout), means_(layout.take<typename Planar::Mean>(kBlockPixels + kPadding)) {
+        if (hasTail()) {
+            boxes_.alpha = layout.take<typename Planar::Sum>(static_cast<std::size_t>(length));
+            boxes_.count = layout.take<uint32_t>(static_cast<std::size_t>(length));
+        }
+    }
+
+    void begin() {
+        weights_.fill(kernel_);
+        if (hasTail()) {
+            // Those of masked-out pixels are never written, but computed with.
+            std::fill_n(boxes_.alpha, length_, typename Planar::Sum{0});
+            std::fill_n(boxes_.count, length_, 1U);
+        }
+    }
+
+    void blurLine(const Line<Pixel>& line, Pixel* out) {
+        bool fits = canWeigh<Format>(weights_, kernel_);
+        if (fits) {
+            Scan::scan(ColorLine<Format, Scan>{line, boxes_, out});
+            forEachStretch<Scan>(line.mask, line.count, line.reach,
+                                 [&](Span stretch) { fits = fits && blurStretch(line, stretch, out); });
+        }
+        if (!fits) {
+            Scan::scan(PlainBoundaryLine<Format, Scan>{line, kernel_, out});
+        }
+    }
+
+private:
+    using Planar = PlanarOf<Format>;
+
+    bool hasTail() const { return kernel_.tailWeight != 0; }
+
+    /// False where the pixels have values that the sums cannot hold.
+    bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
+        bool loaded = false;
+        bool fits = true;
+        const auto mixed = [&](int32_t from, int32_t past) {
+            if (!loaded) {
+                loaded = true;
+                fits = stretch_.load(line.pixels, line.mask, stretch, weights_);
+            }
+            if (fits) {
+                forEachBlock(line.mask, from, past,
+                             [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
+            }
+        };
+        if (!flatWindowsKeepTheirs<Format>(kernel_)) {
+            mixed(stretch.first, stretch.last + 1);
+            return fits;
+        }
+        const auto flat = [&](int32_t from, int32_t past) {
+            if (!Planar::isFinite(line.pixels[from].alpha)) {
+                mixed(from, past);
+                return;
+            }
+            for (int32_t x = from; x < past; ++x) {
+                if (line.mask[x] != 0 && line.keep[x] == 0) {
+                    out[x].alpha = Planar::fromSum(line.pixels[x].alpha);
+                }
+            }
+        };
+        divideByFlatness(
+            line.mask, stretch, line.reach, [&](int32_t x) { return Planar::alphaKey(line.pixels[x]); }, flat,
+            mixed);
+        return fits;
+    }
+
+    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
+        stretch_.weigh(x, count);
+        if (hasTail()) {
+            Planar::mixedMeans(boxes_.alpha + x, boxes_.count + x, stretch_.sums(0), stretch_.weights(),
+                               kernel_.tailWeight, means_, count);
+        } else {
+            Planar::coreMeans(stretch_.sums(0), stretch_.weights(), means_, count);
+        }
+        for (int32_t i = 0; i < count; ++i) {
+            if (line.mask[x + i] != 0 && line.keep[x + i] == 0) {
+                out[x + i].alpha = static_cast<typename Format::Channel>(means_[i]);
+            }
+        }
+    }
+
+    const GaussKernel& kernel_;
+    int32_t length_;
+    LineWeights weights_;
+    PlanarStretch<Format, 1> stretch_;
+    typename Planar::Mean* means_;
+    AlphaBoxes<Format> boxes_;
 };
 
 template <class Format>
@@ -144,7 +279,8 @@ PF_Err alphaGain(void* refcon, A_long /*thread*/, A_long i, A_long n) {
 template <class Format, class Scan>
 PF_Err blurBoundary(PF_InData* inData, const BoundaryBlurJob& job) {
     using Pass = BoundaryPass<Format, Scan>;
-    BoundaryPassRecord record{job.dst, job.src, job.rect, job.regionMask, job.alphaKeepMask, {}};
+    BoundaryPassRecord record{job.dst,           job.src, job.rect,     job.regionMask,
+                              job.alphaKeepMask, {},      job.workbench};
     return runBlur({blurRows<Pass>, blurColumns<Pass>, copyMasked<Format>}, inData, job, job.regionMask,
                    record, [&] {
                        AlphaGainRecord gained{record.dst, job.rect, job.amount};

@@ -13,6 +13,7 @@
 #include "effect/blur/LinePassNames.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
+#include "effect/raster/Workbench.h"
 #include "effect/share/FrameRect.h"
 #include "hostapi/HostApi.h"
 
@@ -32,6 +33,7 @@ struct BoundaryPassRecord {
                             ///< lines, but for the rows of a window scan
     MaskView alphaKeepMask; ///< where not 0 a pixel keeps its alpha; only the elements are read
     GaussKernel kernel;
+    Workbench* workbench = nullptr; ///< of the frame, or null: an iteration then takes memory of its own
 };
 
 /// Handed to every iteration of the gain.
@@ -61,6 +63,8 @@ struct BoundaryBlurJob {
     const ProgressCounter* progress = nullptr;
     /// What the host is asked for.
     A_long iterations = PF_Iterations_ONCE_PER_PROCESSOR;
+    /// Where the passes find scratch memory; null: each iteration takes its own.
+    Workbench* workbench = nullptr;
 };
 
 using BoundaryBlur = PF_Err(PF_InData* inData, const BoundaryBlurJob& job);

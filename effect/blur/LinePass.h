@@ -1,21 +1,23 @@
 // A blur's pass along rows and along columns: the walk over the lines of a band, which is the same for every
-// blur, and the weighted sum over the core of a window.
+// blur. A column is gathered into a line of its own and its result laid back, so that a blur knows lines only.
 //
-// What a blur makes of a line is its `Blur`, made for each line of `{line, kernel, out}`:
-//   Format, Scan, Record   pixels; which of them count; what the host iterates over
-//   Sums                   what the scan sums along the line
-//   kSkipsIdleRows         whether a row without activity is passed over
-//   masks(record)          the mask that gates the lines and counts pixels, and the one of pixels that keep alpha
-//   operator()             blurs the pixel at a position and writes it to `out`
+// What a blur makes of a line is its `Blur`, one for an iteration:
+//   Format, Record        pixels; what the host iterates over
+//   kSkipsIdleRows        whether a row without activity is passed over
+//   masks(record)         the mask that gates the lines and counts pixels, and the one of pixels that keep alpha
+//   Blur(record, length, layout)   lays out its scratch memory for lines of that length
+//   begin()               called once the layout has memory
+//   blurLine(line, out)   blurs the masked-in pixels of a line into `out`, which holds the line's target
+//   lay(result, target)   writes what the blur writes of a pixel
 #pragma once
 
 #include "effect/blur/GaussKernel.h"
 #include "effect/blur/LinePassNames.h"
 #include "effect/blur/LineWindow.h"
 #include "effect/raster/Bands.h"
-#include "effect/raster/ColumnTile.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/Rows.h"
+#include "effect/raster/ScratchBlock.h"
 #include "hostapi/HostApi.h"
 
 #include <algorithm>
@@ -30,43 +32,87 @@ struct LineMasks {
     const MaskView* keep;
 };
 
-/// A row or a column of a world, to be written.
+/// The columns that a vertical pass works on at once, with their masks and results.
 template <class Format>
-class TargetLine {
+class ColumnLines {
 public:
     using Pixel = typename Format::Pixel;
-    TargetLine(Pixel* first, std::ptrdiff_t step) : first_(first), step_(step) {}
-    Pixel& operator[](int32_t position) const { return *objectAt<Pixel>(first_, position * step_); }
+    static constexpr int32_t kColumns = 8;
+
+    ColumnLines(int32_t height, bool hasKeep, ScratchLayout& layout)
+        : height_(height), pixelStep_(stepOf<Pixel>(height)), maskStep_(stepOf<uint8_t>(height)) {
+        pixels_ = layout.take<Pixel>(pixelStep_ * kColumns);
+        results_ = layout.take<Pixel>(pixelStep_ * kColumns);
+        counted_ = layout.take<uint8_t>(maskStep_ * kColumns);
+        keep_ = hasKeep ? layout.take<uint8_t>(maskStep_ * kColumns) : nullptr;
+    }
+
+    /// Takes `columns` columns of a record's rectangle apart, from `left` on. Of a row that counts in none of them nothing
+    /// is read but the mask.
+    template <class Record>
+    void gather(const Record& record, const LineMasks& masks, int32_t left, int32_t columns) {
+        for (int32_t y = 0; y < height_; ++y) {
+            const uint8_t* const counted = masks.counted.row(y) + left;
+            uint8_t any = 0;
+            for (int32_t c = 0; c < columns; ++c) {
+                counted_[at(c, maskStep_) + static_cast<std::size_t>(y)] = counted[c];
+                any |= counted[c];
+            }
+            if (any == 0) {
+                continue;
+            }
+            const Pixel* const row = rowOf<Format>(*record.src, record.rect, y) + left;
+            for (int32_t c = 0; c < columns; ++c) {
+                pixels_[at(c, pixelStep_) + static_cast<std::size_t>(y)] = row[c];
+            }
+            if (keep_ != nullptr) {
+                const uint8_t* const keep = masks.keep->row(y) + left;
+                for (int32_t c = 0; c < columns; ++c) {
+                    keep_[at(c, maskStep_) + static_cast<std::size_t>(y)] = keep[c];
+                }
+            }
+        }
+    }
+
+    /// Column `c` of those that were gathered.
+    Line<Pixel> line(int32_t c, int32_t reach) const {
+        return {pixels_ + at(c, pixelStep_), counted_ + at(c, maskStep_),
+                keep_ != nullptr ? keep_ + at(c, maskStep_) : nullptr, height_, reach};
+    }
+    Pixel* result(int32_t c) const { return results_ + at(c, pixelStep_); }
+
+    /// Lays the results of masked-in pixels back, by `lay(result, target)`.
+    template <class Record, class Lay>
+    void scatter(const Record& record, const LineMasks& masks, int32_t left, int32_t columns,
+                 const Lay& lay) const {
+        for (int32_t y = 0; y < height_; ++y) {
+            const uint8_t* const counted = masks.counted.row(y) + left;
+            Pixel* const row = rowOf<Format>(*record.dst, record.rect, y) + left;
+            for (int32_t c = 0; c < columns; ++c) {
+                if (counted[c] != 0) {
+                    lay(results_[at(c, pixelStep_) + static_cast<std::size_t>(y)], row[c]);
+                }
+            }
+        }
+    }
 
 private:
-    Pixel* first_;
-    std::ptrdiff_t step_; ///< bytes
+    /// Lines stand an odd number of cache lines apart, so that a row of them does not fall on one set of a cache.
+    template <class T>
+    static std::size_t stepOf(int32_t height) {
+        const std::size_t cacheLines = (static_cast<std::size_t>(height) * sizeof(T) + 63) / 64;
+        return (cacheLines | 1) * 64 / sizeof(T);
+    }
+    static std::size_t at(int32_t c, std::size_t step) { return static_cast<std::size_t>(c) * step; }
+
+    int32_t height_;
+    std::size_t pixelStep_;
+    std::size_t maskStep_;
+    Pixel* pixels_;
+    Pixel* results_;
+    uint8_t* counted_;
+    uint8_t* keep_;
 };
-
-/// A window never reaches further than the line is long.
-inline int32_t reachOf(const GaussKernel& kernel, int32_t lineLength) {
-    return std::min(kernel.length - 1, lineLength);
-}
-
-/// `core.add(pixel, tap)` for the masked-in pixels of the core, at most 299 to either side of the centre. The
-/// order is part of a float result: from the centre's left neighbour down, then from the centre up.
-template <class Core, class Scan, class Pixel>
-Core sumCore(const Line<Pixel>& line, const uint16_t* taps, int32_t x, Span span) {
-    const int32_t lo = std::max(x - (kMaxTaps - 1), span.first);
-    const int32_t hi = std::min(x + (kMaxTaps - 1), span.last);
-    Core core;
-    for (int32_t j = x - 1; j >= lo; --j) {
-        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
-            core.add(line.pixels[j], taps[x - j]);
-        }
-    }
-    for (int32_t j = x; j <= hi; ++j) {
-        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
-            core.add(line.pixels[j], taps[j - x]);
-        }
-    }
-    return core;
-}
 
 /// Blurs the rows of its band.
 template <class Blur>
@@ -77,63 +123,32 @@ PF_Err blurRows(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const int32_t width = record.rect.width();
     const int32_t reach = reachOf(record.kernel, width);
     const Band band = bandOf(record.rect.height(), i, n);
-    for (int32_t y = band.first; y < band.end; ++y) {
-        if (Blur::kSkipsIdleRows && !masks.counted.rowActive(y)) {
-            continue;
+    const auto isIdle = [&](int32_t y) { return Blur::kSkipsIdleRows && !masks.counted.rowActive(y); };
+    int32_t y = band.first;
+    while (y < band.end && isIdle(y)) {
+        ++y;
+    }
+    if (y >= band.end) {
+        return PF_Err_NONE;
+    }
+    ScratchLayout sizes;
+    Blur(record, width, sizes);
+    const ScratchBlock block(record.workbench, i, sizes.bytes());
+    if (block.memory() == nullptr) {
+        return PF_Err_OUT_OF_MEMORY;
+    }
+    ScratchLayout layout(block.memory());
+    Blur blur(record, width, layout);
+    blur.begin();
+    for (; y < band.end; ++y) {
+        if (!isIdle(y)) {
+            blur.blurLine({rowOf<Format>(*record.src, record.rect, y), masks.counted.row(y),
+                           masks.keep != nullptr ? masks.keep->row(y) : nullptr, width, reach},
+                          rowOf<Format>(*record.dst, record.rect, y));
         }
-        Blur::Scan::scan(Blur{{rowOf<Format>(*record.src, record.rect, y), masks.counted.row(y),
-                               masks.keep != nullptr ? masks.keep->row(y) : nullptr, width, reach},
-                              record.kernel,
-                              {rowOf<Format>(*record.dst, record.rect, y), sizeof(typename Format::Pixel)}});
     }
     return PF_Err_NONE;
 }
-
-/// The columns that a vertical pass works on at once, with their masks.
-template <class Format>
-class BlurTile {
-public:
-    using Pixel = typename Format::Pixel;
-    static constexpr int32_t kColumns = 8;
-
-    BlurTile(int32_t height, bool hasKeep)
-        : height_(height), hasKeep_(hasKeep), tile_(height, kColumns * (sizeof(Pixel) + (hasKeep ? 2 : 1))) {}
-
-    /// False where there was no memory; nothing else may be called then.
-    bool ready() const { return tile_.ready(); }
-
-    /// Copies `columns` columns of a record's rectangle from `left` on.
-    template <class Record>
-    void gather(const Record& record, const LineMasks& masks, int32_t left, int32_t columns) const {
-        const auto gatherMask = [&](const MaskView& mask, std::size_t before) {
-            tile_.gather(
-                columns, [&](int32_t y) { return mask.row(y) + left; },
-                [&](int32_t c) { return tile_.line<uint8_t>(before, c); });
-        };
-        gatherMask(masks.counted, kCountedAt);
-        if (masks.keep != nullptr) {
-            gatherMask(*masks.keep, kKeepAt);
-        }
-        tile_.gather(
-            columns, [&](int32_t y) { return rowOf<Format>(*record.src, record.rect, y) + left; },
-            [&](int32_t c) { return tile_.line<Pixel>(kPixelsAt, c); });
-    }
-
-    /// Column `c` of those that were gathered.
-    Line<Pixel> line(int32_t c, int32_t reach) const {
-        return {tile_.line<Pixel>(kPixelsAt, c), tile_.line<uint8_t>(kCountedAt, c),
-                hasKeep_ ? tile_.line<uint8_t>(kKeepAt, c) : nullptr, height_, reach};
-    }
-
-private:
-    static constexpr std::size_t kPixelsAt = 0;
-    static constexpr std::size_t kCountedAt = kColumns * sizeof(Pixel);
-    static constexpr std::size_t kKeepAt = kCountedAt + kColumns;
-
-    int32_t height_;
-    bool hasKeep_;
-    ColumnTile tile_;
-};
 
 /// Blurs the columns of its band.
 template <class Blur>
@@ -144,29 +159,40 @@ PF_Err blurColumns(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const int32_t height = record.rect.height();
     const int32_t reach = reachOf(record.kernel, height);
     const Band band = bandOf(record.rect.width(), i, n);
-    if (band.first >= band.end) {
+    const auto isActive = [&](int32_t x) { return masks.counted.colActive(x); };
+    int32_t left = band.first;
+    while (left < band.end && !isActive(left)) {
+        ++left;
+    }
+    if (left >= band.end) {
         return PF_Err_NONE;
     }
-    const BlurTile<Format> tile(height, masks.keep != nullptr);
-    if (!tile.ready()) {
+    ScratchLayout sizes;
+    ColumnLines<Format>(height, masks.keep != nullptr, sizes);
+    Blur(record, height, sizes);
+    const ScratchBlock block(record.workbench, i, sizes.bytes());
+    if (block.memory() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
-    const auto isActive = [&](int32_t x) { return masks.counted.colActive(x); };
-    for (int32_t left = band.first; left < band.end;) {
+    ScratchLayout layout(block.memory());
+    ColumnLines<Format> lines(height, masks.keep != nullptr, layout);
+    Blur blur(record, height, layout);
+    blur.begin();
+    while (left < band.end) {
         if (!isActive(left)) {
             ++left;
             continue;
         }
         int32_t end = left + 1;
-        while (end < band.end && end - left < tile.kColumns && isActive(end)) {
+        while (end < band.end && end - left < lines.kColumns && isActive(end)) {
             ++end;
         }
-        tile.gather(record, masks, left, end - left);
-        for (int32_t x = left; x < end; ++x) {
-            Blur::Scan::scan(Blur{tile.line(x - left, reach),
-                                  record.kernel,
-                                  {rowOf<Format>(*record.dst, record.rect, 0) + x, record.dst->rowbytes}});
+        lines.gather(record, masks, left, end - left);
+        for (int32_t c = 0; c < end - left; ++c) {
+            blur.blurLine(lines.line(c, reach), lines.result(c));
         }
+        lines.scatter(record, masks, left, end - left,
+                      [&](const auto& result, auto& target) { blur.lay(result, target); });
         left = end;
     }
     return PF_Err_NONE;

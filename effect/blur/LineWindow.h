@@ -1,9 +1,12 @@
 // The two scans of a blur along one line: which pixels around the current one count, and the sums that run
-// along with them. The scans know nothing of what is summed: a blur's `Sums` adds and subtracts pixels.
+// along with them. The scans know nothing of what is summed: a blur's `Sums` adds and subtracts pixels. And the weighted sum
+// over the core of a window, pixel by pixel.
 //
 //   run scan      a masked-out pixel ends the window: nothing beyond a gap counts
 //   window scan   a masked-out pixel is a hole in the window: pixels beyond it count
 #pragma once
+
+#include "effect/blur/GaussKernel.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -102,5 +105,25 @@ struct WindowScan {
         }
     }
 };
+
+/// `core.add(pixel, tap)` for the masked-in pixels of the core, at most 299 to either side of the centre. The
+/// order is part of a float result: from the centre's left neighbour down, then from the centre up.
+template <class Core, class Scan, class Pixel>
+Core sumCore(const Line<Pixel>& line, const uint16_t* taps, int32_t x, Span span) {
+    const int32_t lo = std::max(x - (kMaxTaps - 1), span.first);
+    const int32_t hi = std::min(x + (kMaxTaps - 1), span.last);
+    Core core;
+    for (int32_t j = x - 1; j >= lo; --j) {
+        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
+            core.add(line.pixels[j], taps[x - j]);
+        }
+    }
+    for (int32_t j = x; j <= hi; ++j) {
+        if (!Scan::kWindowHasHoles || line.mask[j] != 0) {
+            core.add(line.pixels[j], taps[j - x]);
+        }
+    }
+    return core;
+}
 
 } // namespace kovalune

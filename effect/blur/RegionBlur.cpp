@@ -2,7 +2,9 @@
 
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
+#include "effect/blur/FlatWindows.h"
 #include "effect/blur/LinePass.h"
+#include "effect/blur/PlanarStretch.h"
 
 namespace kovalune {
 namespace {
@@ -48,22 +50,15 @@ struct CoreSums {
     }
 };
 
-} // namespace
-
-/// Writes red, green and blue; the alpha already in `out` stays, except where no weight exists at all.
-template <class FormatType, class ScanType>
-struct RegionPass {
-    using Format = FormatType;
+/// The blur of one line in plain steps, for what the weighted sums of stretches cannot hold.
+template <class Format, class ScanType>
+struct PlainRegionLine {
     using Scan = ScanType;
-    using Record = BlurPassRecord;
     using Sums = ColorSums<Format>;
-    static constexpr bool kSkipsIdleRows = true;
-
-    static LineMasks masks(const Record& record) { return {record.mask, nullptr}; }
 
     const Line<typename Format::Pixel> line;
     const GaussKernel& kernel;
-    const TargetLine<Format> out;
+    typename Format::Pixel* const out;
 
     void operator()(int32_t x, Span span, const Sums& box) const {
         using Blur = BlurOf<Format>;
@@ -86,10 +81,158 @@ struct RegionPass {
     }
 };
 
+/// The sums of whole windows, at the places of their centres.
+template <class Format>
+struct BoxSums {
+    typename PlanarOf<Format>::Sum* color[3];
+    uint32_t* count;
+};
+
+/// Keeps what the scan sums along the line.
+template <class Format, class ScanType>
+struct BoxRecorder {
+    using Sums = ColorSums<Format>;
+
+    const Line<typename Format::Pixel> line;
+    const BoxSums<Format>& boxes;
+
+    void operator()(int32_t x, Span /*span*/, const Sums& box) const {
+        boxes.color[0][x] = box.red;
+        boxes.color[1][x] = box.green;
+        boxes.color[2][x] = box.blue;
+        boxes.count[x] = static_cast<uint32_t>(box.count);
+    }
+};
+
+} // namespace
+
+/// Writes red, green and blue; the alpha already in the target stays, except where no weight exists at all.
+template <class FormatType, class Scan>
+struct RegionPass {
+public:
+    using Format = FormatType;
+    using Record = BlurPassRecord;
+    using Pixel = typename Format::Pixel;
+    static constexpr bool kSkipsIdleRows = true;
+
+    static LineMasks masks(const Record& record) { return {record.mask, nullptr}; }
+    void lay(const Pixel& result, Pixel& target) const {
+        if (!hasWeight(kernel_)) {
+            target = result;
+            return;
+        }
+        target.red = result.red;
+        target.green = result.green;
+        target.blue = result.blue;
+    }
+
+    RegionPass(const Record& record, int32_t length, ScratchLayout& layout)
+        : kernel_(record.kernel), length_(length), weights_(kernel_, length, layout),
+          stretch_(length, layout) {
+        for (auto*& means : means_) {
+            means = layout.take<typename Planar::Mean>(kBlockPixels + kPadding);
+        }
+        if (hasTail()) {
+            for (auto*& sums : boxes_.color) {
+                sums = layout.take<typename Planar::Sum>(static_cast<std::size_t>(length));
+            }
+            boxes_.count = layout.take<uint32_t>(static_cast<std::size_t>(length));
+        }
+    }
+
+    void begin() {
+        weights_.fill(kernel_);
+        if (hasTail()) {
+            // Those of masked-out pixels are never written, but computed with.
+            for (auto* const sums : boxes_.color) {
+                std::fill_n(sums, length_, typename Planar::Sum{0});
+            }
+            std::fill_n(boxes_.count, length_, 1U);
+        }
+    }
+
+    void blurLine(const Line<Pixel>& line, Pixel* out) {
+        if (!canWeigh<Format>(weights_, kernel_)) {
+            Scan::scan(PlainRegionLine<Format, Scan>{line, kernel_, out});
+            return;
+        }
+        if (hasTail()) {
+            Scan::scan(BoxRecorder<Format, Scan>{line, boxes_});
+        }
+        bool fits = true;
+        forEachStretch<Scan>(line.mask, line.count, line.reach,
+                             [&](Span stretch) { fits = fits && blurStretch(line, stretch, out); });
+        if (!fits) {
+            Scan::scan(PlainRegionLine<Format, Scan>{line, kernel_, out});
+        }
+    }
+
+private:
+    using Planar = PlanarOf<Format>;
+
+    bool hasTail() const { return kernel_.tailWeight != 0; }
+
+    /// False where the pixels have values that the sums cannot hold.
+    bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
+        bool loaded = false;
+        bool fits = true;
+        const auto mixed = [&](int32_t from, int32_t past) {
+            if (!loaded) {
+                loaded = true;
+                fits = stretch_.load(line.pixels, line.mask, stretch, weights_);
+            }
+            if (fits) {
+                forEachBlock(line.mask, from, past,
+                             [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
+            }
+        };
+        if (!flatWindowsKeepTheirs<Format>(kernel_)) {
+            mixed(stretch.first, stretch.last + 1);
+            return fits;
+        }
+        const auto flat = [&](int32_t from, int32_t past) {
+            if (Planar::isFinite(line.pixels[from])) {
+                forEachRun(line.mask, from, past, [&](int32_t first, int32_t end) {
+                    Planar::copyColors(line.pixels + first, out + first, end - first);
+                });
+            } else {
+                mixed(from, past);
+            }
+        };
+        divideByFlatness(
+            line.mask, stretch, line.reach, [&](int32_t x) { return Planar::colorKey(line.pixels[x]); }, flat,
+            mixed);
+        return fits;
+    }
+
+    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
+        stretch_.weigh(x, count);
+        for (std::size_t c = 0; c < 3; ++c) {
+            if (hasTail()) {
+                Planar::mixedMeans(boxes_.color[c] + x, boxes_.count + x, stretch_.sums(c),
+                                   stretch_.weights(), kernel_.tailWeight, means_[c], count);
+            } else {
+                Planar::coreMeans(stretch_.sums(c), stretch_.weights(), means_[c], count);
+            }
+        }
+        forEachRun(line.mask + x, 0, count, [&](int32_t first, int32_t end) {
+            typename Planar::Mean* const at[3] = {means_[0] + first, means_[1] + first, means_[2] + first};
+            Planar::mergeColors(at, out + x + first, end - first);
+        });
+    }
+
+    const GaussKernel& kernel_;
+    int32_t length_;
+    LineWeights weights_;
+    PlanarStretch<Format, 3> stretch_;
+    typename Planar::Mean* means_[3];
+    BoxSums<Format> boxes_{};
+};
+
 template <class Format, class Scan>
 PF_Err blurRegion(PF_InData* inData, const RegionBlurJob& job) {
     using Pass = RegionPass<Format, Scan>;
-    BlurPassRecord record{job.dst, job.src, job.rect, job.mask, {}};
+    BlurPassRecord record{job.dst, job.src, job.rect, job.mask, {}, job.workbench};
     return runBlur({blurRows<Pass>, blurColumns<Pass>, copyMasked<Format>}, inData, job, job.mask, record,
                    [] { return PF_Err_NONE; });
 }

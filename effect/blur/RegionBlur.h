@@ -10,6 +10,7 @@
 #include "effect/blur/LinePassNames.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
+#include "effect/raster/Workbench.h"
 #include "effect/share/FrameRect.h"
 #include "hostapi/HostApi.h"
 
@@ -27,6 +28,7 @@ struct BlurPassRecord {
     FrameRect rect;
     MaskView mask; ///< its row and column bytes gate the lines
     GaussKernel kernel;
+    Workbench* workbench = nullptr; ///< of the frame, or null: an iteration then takes memory of its own
 };
 
 /// What a region blur is to do. It blurs the masked-in pixels of `rect` from `src` into `dst`; `tmp`, a second world of
@@ -46,6 +48,8 @@ struct RegionBlurJob {
     const ProgressCounter* progress = nullptr;
     /// What the host is asked for.
     A_long iterations = PF_Iterations_ONCE_PER_PROCESSOR;
+    /// Where the passes find scratch memory; null: each iteration takes its own.
+    Workbench* workbench = nullptr;
 };
 
 using RegionBlur = PF_Err(PF_InData* inData, const RegionBlurJob& job);

@@ -66,7 +66,8 @@ StageEnd runBaseStage(Frame& frame) {
                                      .mask = frame.planes.stageMask,
                                      .repeat = base.repeat,
                                      .amount = base.halfLengthPixels,
-                                     .progress = &frame.progress}));
+                                     .progress = &frame.progress,
+                                     .workbench = &frame.workbench}));
     reportChanged(frame);
     return frame.settings.view == kViewBase ? StageEnd::kFinish : StageEnd::kNextStage;
 }

@@ -7,6 +7,7 @@
 #include "effect/pipeline/FrameStage.h"
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/ProgressCounter.h"
+#include "effect/raster/Workbench.h"
 #include "effect/share/AEUtil/AEWorldSuite.h"
 #include "effect/share/HostCode.h"
 #include "effect/share/RenderSettings.h"
@@ -75,6 +76,7 @@ struct Frame {
     PF_Err err;         ///< first failure of the frame
     FrameWorlds worlds; ///< empty until the frame is open
     ProgressCounter progress;
+    Workbench workbench;    ///< scratch memory of all passes
     PF_EffectWorld* source; ///< the image that stages read
     PF_EffectWorld* target; ///< the image being built
     FrameReport* report;    ///< what a tool of this process asked for; normally null

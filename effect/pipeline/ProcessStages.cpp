@@ -127,7 +127,8 @@ private:
                                     .alphaKeepMask = planes_.stageMask,
                                     .repeat = stage_.repeat,
                                     .amount = stage_.halfLengthPixels,
-                                    .progress = &frame_.progress}));
+                                    .progress = &frame_.progress,
+                                    .workbench = &frame_.workbench}));
         frame_.attempt([&] {
             return passes_.applyBoundaryBias(inData(), {.dst = worlds_.layerWorld.get(),
                                                         .rect = rect(),

@@ -69,6 +69,7 @@ struct BlurJob {
     double amount;
     const ProgressCounter* progress = nullptr;
     A_long iterations = PF_Iterations_ONCE_PER_PROCESSOR;
+    Workbench* workbench = nullptr;
 };
 
 /// Three worlds of random content in one host, a rectangle in them, a mask, and the pixels that keep their alpha in a
@@ -123,7 +124,8 @@ struct BlurScene {
                                                .repeat = job.repeat,
                                                .amount = job.amount,
                                                .progress = job.progress,
-                                               .iterations = job.iterations});
+                                               .iterations = job.iterations,
+                                               .workbench = job.workbench});
         }
         return driver.region(host.in(), {.dst = job.dst,
                                          .src = job.src,
@@ -133,12 +135,15 @@ struct BlurScene {
                                          .repeat = job.repeat,
                                          .amount = job.amount,
                                          .progress = job.progress,
-                                         .iterations = job.iterations});
+                                         .iterations = job.iterations,
+                                         .workbench = job.workbench});
     }
 
-    PF_Err run(int32_t repeat, double amount, const ProgressCounter* progress = nullptr) {
+    PF_Err run(int32_t repeat, double amount, const ProgressCounter* progress = nullptr,
+               Workbench* workbench = nullptr) {
         BlurJob work = job(repeat, amount);
         work.progress = progress;
+        work.workbench = workbench;
         return run(work);
     }
 

@@ -1,0 +1,167 @@
+// A stretch of a line with its channels apart, and the weighted sums along it. Nothing outside the stretch counts in it.
+#pragma once
+
+#include "effect/blur/LineWeights.h"
+#include "effect/blur/LineWindow.h"
+#include "effect/blur/PlanarOf.h"
+#include "effect/raster/MaskRuns.h"
+
+#include <algorithm>
+#include <array>
+#include <cstddef>
+#include <cstdint>
+
+namespace kovalune {
+
+/// The most pixels whose sums are worked on at once: what stays in the nearest cache.
+inline constexpr int32_t kBlockPixels = 512;
+
+template <class Format, std::size_t kChannels>
+class PlanarStretch {
+public:
+    using Planar = PlanarOf<Format>;
+    using Sample = typename Planar::Sample;
+    using Sum = typename Planar::Sum;
+    using Pixel = typename Format::Pixel;
+
+    PlanarStretch(int32_t lineLength, ScratchLayout& layout) {
+        const auto room = static_cast<std::size_t>(lineLength + 2 * kMaxTaps + 2 + 2 * kPadding);
+        for (Sample*& plane : planes_) {
+            plane = layout.take<Sample>(room);
+        }
+        counted_ = layout.take<uint32_t>(room);
+        for (Sum*& sums : sums_) {
+            sums = layout.take<Sum>(kBlockPixels + kPadding);
+        }
+        weights_ = layout.take<uint32_t>(kBlockPixels + kPadding);
+    }
+
+    /// Takes the pixels of `stretch` apart. False where they have values that the sums cannot hold. The line and its mask
+    /// stay in use.
+    bool load(const Pixel* pixels, const uint8_t* mask, Span stretch, const LineWeights& weights) {
+        first_ = stretch.first;
+        count_ = stretch.last - stretch.first + 1;
+        mask_ = mask;
+        line_ = &weights;
+        reach_ = std::min(weights.reach(), count_ - 1);
+        hasHoles_ = nextMaskedOut(mask, stretch.first, stretch.last + 1) <= stretch.last;
+        std::array<Sample*, kChannels> at;
+        for (std::size_t c = 0; c < kChannels; ++c) {
+            at[c] = start(planes_[c]);
+        }
+        bool fits = false;
+        if constexpr (kChannels == 3) {
+            fits = Planar::splitColors(pixels + first_, mask + first_, count_, at.data());
+        } else {
+            fits = Planar::splitAlpha(pixels + first_, mask + first_, count_, at[0]);
+        }
+        if (!fits) {
+            return false;
+        }
+        for (Sample* const samples : at) {
+            pad(samples);
+            Planar::makeReady(samples - reach_, count_ + 2 * reach_ + 1);
+        }
+        if (hasHoles_) {
+            uint32_t* const counted = start(counted_);
+            kernels().splitMask(mask + first_, count_, counted);
+            pad(counted);
+            kernels().pairUp(counted - reach_, 0, count_ + 2 * reach_ + 1);
+        }
+        return true;
+    }
+
+    /// Makes sums and weights of at most kBlockPixels pixels from `x` on.
+    void weigh(int32_t x, int32_t count) {
+        for (std::size_t c = 0; c < kChannels; ++c) {
+            Planar::weigh(start(planes_[c]) + (x - first_), *line_, reach_, sums_[c], count);
+        }
+        if (hasHoles_ && hasHoleAround(x, count)) {
+            kernels().weighPairs(start(counted_) + (x - first_) - reach_, line_->from(reach_), reach_ + 1, 0,
+                                 weights_, count);
+            return;
+        }
+        const int32_t last = first_ + count_ - 1;
+        const uint32_t whole = line_->sum(-reach_, reach_);
+        for (int32_t i = 0; i < count; ++i) {
+            const int32_t left = std::min(reach_, x + i - first_);
+            const int32_t right = std::min(reach_, last - x - i);
+            weights_[i] = left + right == 2 * reach_ ? whole : line_->sum(-left, right);
+        }
+    }
+
+    const Sum* sums(std::size_t channel) const { return sums_[channel]; }
+    const uint32_t* weights() const { return weights_; }
+
+private:
+    template <class T>
+    static T* start(T* plane) {
+        return plane + kMaxTaps;
+    }
+
+    template <class T>
+    void pad(T* samples) const {
+        std::fill_n(samples - reach_, reach_, T{0});
+        std::fill_n(samples + count_, reach_ + 2, T{0});
+    }
+
+    bool hasHoleAround(int32_t x, int32_t count) const {
+        const int32_t from = std::max(first_, x - reach_);
+        const int32_t past = std::min(first_ + count_, x + count + reach_);
+        return nextMaskedOut(mask_, from, past) < past;
+    }
+
+    std::array<Sample*, kChannels> planes_; ///< of numbers, then of pairs; the stretch starts at kMaxTaps
+    uint32_t* counted_;                     ///< likewise, 1 where a pixel counts
+    std::array<Sum*, kChannels> sums_;
+    uint32_t* weights_;
+
+    const LineWeights* line_ = nullptr;
+    const uint8_t* mask_ = nullptr;
+    int32_t first_ = 0;
+    int32_t count_ = 0;
+    int32_t reach_ = 0;
+    bool hasHoles_ = false;
+};
+
+/// Calls `block(x, count)` for masked-in pixels of [from, past) and the few masked-out ones between them, at most
+/// kBlockPixels at once.
+template <class Block>
+void forEachBlock(const uint8_t* mask, int32_t from, int32_t past, const Block& block) {
+    constexpr int32_t kSmallHole = 16;
+    int32_t x = nextMaskedIn(mask, from, past);
+    while (x < past) {
+        const int32_t limit = std::min(past, x + kBlockPixels);
+        int32_t end = nextMaskedOut(mask, x, limit);
+        while (end < limit) {
+            const int32_t next = nextMaskedIn(mask, end, std::min(limit, end + kSmallHole));
+            if (next >= limit || mask[next] == 0) {
+                break;
+            }
+            end = nextMaskedOut(mask, next, limit);
+        }
+        block(x, end - x);
+        x = nextMaskedIn(mask, end, past);
+    }
+}
+
+/// Calls `stretch(span)` for the parts of a line that share no window: for the run scan its runs; for the window scan what no
+/// hole of at least `reach` pixels divides.
+template <class Scan, class Stretch>
+void forEachStretch(const uint8_t* mask, int32_t count, int32_t reach, const Stretch& stretch) {
+    int32_t first = nextMaskedIn(mask, 0, count);
+    while (first < count) {
+        int32_t end = nextMaskedOut(mask, first, count);
+        int32_t next = nextMaskedIn(mask, end, count);
+        if constexpr (Scan::kWindowHasHoles) {
+            while (next < count && next - end < reach) {
+                end = nextMaskedOut(mask, next, count);
+                next = nextMaskedIn(mask, end, count);
+            }
+        }
+        stretch(Span{first, end - 1});
+        first = next;
+    }
+}
+
+} // namespace kovalune
