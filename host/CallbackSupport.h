@@ -56,10 +56,12 @@ void shielded(const Body& body) noexcept {
 template <class Arguments, class Body, class OnRefusal>
 [[nodiscard]] PF_Err admitted(CommandContext& context, const char* call, const Arguments& arguments,
                               const Body& body, const OnRefusal& onRefusal) {
-    logCall(context, call, arguments);
-    if (const std::optional<Refusal> refusal = context.operation.refusalOf(call)) {
-        onRefusal(context);
-        return refusal->code;
+    if (context.watched) {
+        logCall(context, call, arguments);
+        if (const std::optional<Refusal> refusal = context.operation.refusalOf(call)) {
+            onRefusal(context);
+            return refusal->code;
+        }
     }
     return body(context);
 }

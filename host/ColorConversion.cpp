@@ -1,7 +1,6 @@
 #include "host/ColorConversion.h"
 
 #include <algorithm>
-#include <cmath>
 
 namespace kovalune::host {
 
@@ -11,7 +10,7 @@ constexpr double kFixedOne = 65536.0;
 constexpr PF_Fixed kFullTurn = 360 * 65536;
 
 PF_Fixed roundedFixed(double steps) {
-    return static_cast<PF_Fixed>(std::trunc(steps + 0.5));
+    return static_cast<PF_Fixed>(steps + 0.5);
 }
 
 } // namespace

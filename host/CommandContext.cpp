@@ -36,7 +36,7 @@ PF_ProgPtr nextReference() {
 CommandContext::CommandContext(HostState& hostState, Operation& commandOperation, ParamStore& paramTable,
                                PF_Cmd cmd)
     : host(hostState), operation(commandOperation), params(paramTable), command(cmd),
-      reference_(nextReference()) {
+      watched(hostState.watch.logsCalls() || commandOperation.mayRefuse()), reference_(nextReference()) {
     const std::lock_guard lock(liveMutex());
     liveContexts().emplace(reference_, this);
 }

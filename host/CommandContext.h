@@ -32,6 +32,7 @@ public:
     Operation& operation;
     ParamStore& params;
     const PF_Cmd command;
+    const bool watched;                      ///< somebody logs or may refuse the calls of this command
     SmartFrame* smart = nullptr;             ///< of the smart commands
     const PF_LayerDef* inputLayer = nullptr; ///< what parameter 0 holds, if anything
     A_long currentTime = 0;

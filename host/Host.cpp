@@ -25,6 +25,12 @@ bool isLayoutNumber(int bytes) {
     return bytes >= 0 && bytes <= kLargestLayoutNumber && bytes % 4 == 0;
 }
 
+int threadCountOf(const HostOptions& options) {
+    static const int machines =
+        std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
+    return options.threads > 0 ? std::min(options.threads, kMostThreads) : machines;
+}
+
 void HostState::checkOptions() const {
     require(options.threads >= 0 && options.threads <= kMostThreads, "threads must be 0 to 64");
     require(options.iterations >= 0, "iterations must not be negative");
@@ -34,15 +40,8 @@ void HostState::checkOptions() const {
     manners.check();
 }
 
-int HostState::threadCount() const {
-    if (options.threads > 0) {
-        return std::min(options.threads, kMostThreads);
-    }
-    return std::clamp(static_cast<int>(std::thread::hardware_concurrency()), 1, kMostThreads);
-}
-
 int HostState::iterationCount() const {
-    return options.iterations > 0 ? options.iterations : threadCount();
+    return options.iterations > 0 ? options.iterations : threadCountOf(options);
 }
 
 /// What stands where there is no layer.

@@ -7,6 +7,7 @@
 #include "host/MemoryPool.h"
 #include "host/MemoryWatch.h"
 #include "host/Options.h"
+#include "host/RowWork.h"
 #include "host/SuiteLedger.h"
 #include "host/ThreadPool.h"
 #include "host/Worlds.h"
@@ -28,16 +29,16 @@ struct HostState {
     CallWatch& watch;
     MemoryWatch& memory;
     HostManners& manners;
+    ThreadPool threads;
+    RowWork rowWork{threads, options};
     MemoryPool pool;
-    WorldStore worlds{pool, memory, manners};
+    WorldStore worlds{pool, memory, manners, rowWork};
     HandleStore handles{pool, memory, watch};
     SuiteLedger suites;
-    ThreadPool threads;
 
     /// Throws HostError for values out of range, those of the layer included.
     void checkOptions() const;
 
-    int threadCount() const;    ///< 1 to 64
     int iterationCount() const; ///< what PF_Iterations_ONCE_PER_PROCESSOR means
 };
 

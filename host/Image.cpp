@@ -35,7 +35,7 @@ Image::Image(PF_PixelFormat format, A_long width, A_long height)
         throw HostError("a picture of this size does not fit in memory");
     }
     rowBytes_ = static_cast<std::size_t>(width) * pixelBytes;
-    bytes_.resize(rowBytes_ * static_cast<std::size_t>(height));
+    bytes_ = PixelBytes(rowBytes_ * static_cast<std::size_t>(height));
 }
 
 } // namespace kovalune::host

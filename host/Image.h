@@ -3,10 +3,10 @@
 #pragma once
 
 #include "host/ImageView.h"
+#include "host/PixelBytes.h"
 #include "hostapi/HostApi.h"
 
 #include <cstddef>
-#include <vector>
 
 namespace kovalune::host {
 
@@ -60,7 +60,7 @@ private:
     A_long width_ = 0;
     A_long height_ = 0;
     std::size_t rowBytes_ = 0;
-    std::vector<std::byte> bytes_;
+    PixelBytes bytes_;
 };
 
 } // namespace kovalune::host

@@ -49,7 +49,7 @@ PF_Err runPass(CommandContext& context, PF_IterateGenericFunc pass, void* refcon
 
 PF_Err runPasses(CommandContext& context, A_long count, void* refcon, PF_IterateGenericFunc pass) {
     const std::vector<A_long> order = context.operation.passOrder(count);
-    const int helpers = context.host.options.threaded ? context.host.threadCount() - 1 : 0;
+    const int helpers = context.host.options.threaded ? threadCountOf(context.host.options) - 1 : 0;
     FirstFailure failure;
     context.host.threads.run(count, helpers, [&](int slot, int piece) {
         if (failure.any()) {

@@ -37,7 +37,7 @@ PF_Err makeLayerWorld(HostState& host, const LayerPicture& picture, const PF_LRe
         return code;
     }
     if (const std::optional<WorldInfo> info = host.worlds.find(&world)) {
-        pictureToWorld(pixels, place, *info);
+        pictureToWorld(host.rowWork, pixels, place, *info);
     }
     return PF_Err_NONE;
 }
@@ -76,7 +76,7 @@ void takeLayer(HostState& host, const PF_EffectWorld& world, const PF_LRect& pla
     // Only what was promised counts, even if the world was made larger.
     info->width = std::min(info->width, place.right - place.left);
     info->height = std::min(info->height, place.bottom - place.top);
-    worldToPicture(*info, place, picture.pixels);
+    worldToPicture(host.rowWork, *info, place, picture.pixels);
 }
 
 LegacyWorlds::LegacyWorlds(HostState& host, const LayerPicture& input, const LayerPicture& output)

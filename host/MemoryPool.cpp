@@ -1,41 +1,33 @@
 #include "host/MemoryPool.h"
 
+#include "host/SystemMemory.h"
+
+#include <algorithm>
+#include <iterator>
 #include <limits>
 #include <new>
 
 namespace kovalune::host {
 
-namespace {
-
-constexpr std::size_t kAlignment = 64;
-
-std::byte* allocate(std::size_t bytes) {
-    return static_cast<std::byte*>(::operator new (bytes, std::align_val_t{kAlignment}, std::nothrow));
-}
-
-void release(std::byte* base) {
-    ::operator delete (base, std::align_val_t{kAlignment});
-}
-
-} // namespace
-
 MemoryPool::~MemoryPool() {
-    for (const auto& [capacity, base] : free_) {
-        release(base);
+    for (const auto& [capacity, kept] : free_) {
+        giveToSystem({kept.base, capacity});
     }
 }
 
 std::byte* MemoryPool::takePooled(std::size_t needed, std::size_t& capacity) {
     const std::lock_guard lock(mutex_);
-    const auto found = free_.lower_bound(needed);
+    const auto fitting = free_.lower_bound(needed);
     // A much larger block is left for the request it fits.
-    if (found == free_.end() || found->first - needed > needed / 4 + kAlignment) {
+    if (fitting == free_.end() || fitting->first - needed > needed / 4 + kSystemAlignment) {
         return nullptr;
     }
-    std::byte* base = found->second;
-    capacity = found->first;
+    // The one that was in use last is the likeliest to be in a cache still.
+    const auto latest = std::prev(free_.upper_bound(fitting->first));
+    std::byte* base = latest->second.base;
+    capacity = latest->first;
     freeBytes_ -= capacity;
-    free_.erase(found);
+    free_.erase(latest);
     return base;
 }
 
@@ -43,14 +35,16 @@ MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
     if (bytes > std::numeric_limits<std::size_t>::max() / 2) {
         return {};
     }
-    const std::size_t needed = policy.dataOffset + bytes + policy.tailBytes;
+    const std::size_t needed = std::max<std::size_t>(policy.dataOffset + bytes + policy.tailBytes, 1);
     MemoryBlock block;
-    block.capacity = needed == 0 ? 1 : needed;
     if (!policy.fresh) {
-        block.base = takePooled(block.capacity, block.capacity);
+        block.base = takePooled(needed, block.capacity);
     }
     if (block.base == nullptr) {
-        block.base = allocate(block.capacity);
+        const SystemMemory memory = takeFromSystem(needed);
+        block.base = memory.base;
+        block.capacity = memory.bytes;
+        block.zeros = memory.zeros;
     }
     if (block.base == nullptr) {
         return {};
@@ -60,19 +54,37 @@ MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
     return block;
 }
 
+void MemoryPool::dropOldest() {
+    const auto oldest = std::min_element(free_.begin(), free_.end(), [](const auto& a, const auto& b) {
+        return a.second.since < b.second.since;
+    });
+    giveToSystem({oldest->second.base, oldest->first});
+    freeBytes_ -= oldest->first;
+    free_.erase(oldest);
+}
+
+bool MemoryPool::keep(const MemoryBlock& block, std::size_t mostBytes) {
+    if (block.capacity > mostBytes) {
+        return false;
+    }
+    const std::lock_guard lock(mutex_);
+    try {
+        free_.emplace(block.capacity, Kept{block.base, given_++});
+    } catch (const std::bad_alloc&) {
+        return false;
+    }
+    freeBytes_ += block.capacity;
+    while (freeBytes_ > mostBytes) {
+        dropOldest();
+    }
+    return true;
+}
+
 void MemoryPool::give(const MemoryBlock& block, const BlockPolicy& policy) {
-    if (block.base == nullptr) {
+    if (block.base == nullptr || (!policy.fresh && keep(block, policy.poolCapBytes))) {
         return;
     }
-    if (!policy.fresh) {
-        const std::lock_guard lock(mutex_);
-        if (block.capacity <= policy.poolCapBytes && freeBytes_ <= policy.poolCapBytes - block.capacity) {
-            free_.emplace(block.capacity, block.base);
-            freeBytes_ += block.capacity;
-            return;
-        }
-    }
-    release(block.base);
+    giveToSystem({block.base, block.capacity});
 }
 
 std::size_t MemoryPool::pooledBytes() const {

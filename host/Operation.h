@@ -29,6 +29,9 @@ public:
     Operation(const Operation&) = delete;
     Operation& operator=(const Operation&) = delete;
 
+    /// Whether refusalOf is to be asked at all; the answer does not change.
+    virtual bool mayRefuse() const { return false; }
+
     /// Asked once for every fallible host call.
     [[nodiscard]] virtual std::optional<Refusal> refusalOf(const char* /*call*/) { return std::nullopt; }
     virtual bool anyRefused() const { return false; }

@@ -31,8 +31,13 @@ struct HostOptions {
     // Memory of worlds. The first two are multiples of 4 up to 65536.
     int rowPadding = 0; ///< bytes after the pixels of each row
     int dataOffset = 0; ///< bytes by which the first pixel misses 64-byte alignment
-    std::size_t poolCapBytes = std::size_t{1} << 30; ///< bytes kept for reuse
+    /// Bytes kept for reuse between frames. A float frame of 3840x2160 leaves up to 1.7 GB behind, which the next one
+    /// takes again; what is more than this goes back to the system, the longest unused first.
+    std::size_t poolCapBytes = std::size_t{1} << 31;
 };
+
+/// As many threads as there may be at work, the calling one included: 1 to 64.
+[[nodiscard]] int threadCountOf(const HostOptions& options);
 
 /// Whether an option that counts bytes of a world's layout may have this value: a multiple of 4 from 0 to 65536.
 [[nodiscard]] bool isLayoutNumber(int bytes);

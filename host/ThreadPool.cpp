@@ -1,18 +1,43 @@
 #include "host/ThreadPool.h"
 
 #include <algorithm>
-#include <atomic>
+#include <chrono>
+#include <new>
 #include <system_error>
+#include <utility>
 
 namespace kovalune::host {
+
+namespace {
+
+/// How long a thread looks out for what is about to come before it sleeps. The passes of a frame follow each other
+/// within microseconds; to be woken from sleep takes several times as long.
+constexpr std::chrono::microseconds kLookout{50};
+
+/// Whether `come` holds in time.
+template <class Condition>
+bool lookOutFor(const Condition& come) {
+    using Clock = std::chrono::steady_clock;
+    const Clock::time_point end = Clock::now() + kLookout;
+    while (!come()) {
+        if (Clock::now() >= end) {
+            return false;
+        }
+        std::this_thread::yield(); // whoever it depends on may need this very processor
+    }
+    return true;
+}
+
+} // namespace
 
 /// Lives on the caller's stack: the caller leaves only after `helpersInside` has come back to 0.
 struct ThreadPool::Job {
     const Work& work;
     const int count;
     const int maxSlots;
-    int slots = 1;         ///< handed out; guarded by the pool's mutex
-    int helpersInside = 0; ///< likewise
+    Job* nextJob = nullptr; ///< guarded by the pool's mutex
+    int slots = 1;          ///< handed out; likewise
+    std::atomic<int> helpersInside{0};
     std::atomic<int> next{0};
 
     void drain(int slot) {
@@ -41,30 +66,42 @@ void ThreadPool::startWorkers(int wanted) {
     } catch (const std::system_error&) {
         // The caller does the work alone if the system gives no more threads.
         return;
+    } catch (const std::bad_alloc&) {
+        return; // likewise
     }
 }
 
-ThreadPool::Job* ThreadPool::openJob() {
-    const auto found = std::find_if(jobs_.begin(), jobs_.end(), [](const Job* job) {
-        return job->slots < job->maxSlots && job->next.load() < job->count;
-    });
-    return found == jobs_.end() ? nullptr : *found;
+ThreadPool::Job* ThreadPool::openJob() const {
+    Job* job = firstJob_;
+    while (job != nullptr && (job->slots >= job->maxSlots || job->next.load() >= job->count)) {
+        job = job->nextJob;
+    }
+    return job;
+}
+
+/// Leaves the mutex alone while it looks out.
+void ThreadPool::awaitJob(std::unique_lock<std::mutex>& lock) {
+    const unsigned seen = jobsOpened_;
+    lock.unlock();
+    lookOutFor([&] { return stopping_ || jobsOpened_ != seen; });
+    lock.lock();
+    wake_.wait(lock, [this] { return stopping_ || openJob() != nullptr; });
 }
 
 void ThreadPool::workerLoop() {
     std::unique_lock lock(mutex_);
-    for (;;) {
-        Job* job = nullptr;
-        wake_.wait(lock, [&] { return stopping_ || (job = openJob()) != nullptr; });
+    while (!stopping_) {
+        Job* const job = openJob();
         if (job == nullptr) {
-            return;
+            awaitJob(lock);
+            continue;
         }
         const int slot = job->slots++;
         ++job->helpersInside;
         lock.unlock();
         job->drain(slot);
         lock.lock();
-        if (--job->helpersInside == 0) {
+        if (--job->helpersInside == 0) { // the last sight of the job
             left_.notify_all();
         }
     }
@@ -77,20 +114,38 @@ public:
         {
             const std::lock_guard lock(pool_.mutex_);
             pool_.startWorkers(job_.maxSlots - 1);
-            pool_.jobs_.push_back(&job_);
+            job_.nextJob = std::exchange(pool_.firstJob_, &job_);
+            ++pool_.jobsOpened_;
         }
-        pool_.wake_.notify_all();
+        wakeHelpers();
     }
     ~OpenJob() {
         job_.next = job_.count; // no news unless the caller's part was cut short
-        std::unique_lock lock(pool_.mutex_);
-        pool_.jobs_.remove(&job_);
-        pool_.left_.wait(lock, [&] { return job_.helpersInside == 0; });
+        {
+            const std::lock_guard lock(pool_.mutex_);
+            Job** place = &pool_.firstJob_;
+            while (*place != &job_) {
+                place = &(*place)->nextJob;
+            }
+            *place = job_.nextJob;
+        }
+        const auto allHaveLeft = [this] { return job_.helpersInside == 0; };
+        if (!lookOutFor(allHaveLeft)) {
+            std::unique_lock lock(pool_.mutex_);
+            pool_.left_.wait(lock, allHaveLeft);
+        }
     }
     OpenJob(const OpenJob&) = delete;
     OpenJob& operator=(const OpenJob&) = delete;
 
 private:
+    /// No more than there are slots for: every one that wakes in vain takes time from those that work.
+    void wakeHelpers() {
+        for (int helper = 1; helper < job_.maxSlots; ++helper) {
+            pool_.wake_.notify_one();
+        }
+    }
+
     ThreadPool& pool_;
     Job& job_;
 };

@@ -2,20 +2,36 @@
 // call from inside a piece, or from several threads at once, cannot block for want of a free worker.
 #pragma once
 
+#include <atomic>
+#include <concepts>
 #include <condition_variable>
-#include <functional>
-#include <list>
+#include <memory>
 #include <mutex>
 #include <thread>
+#include <type_traits>
 #include <vector>
 
 namespace kovalune::host {
 
 class ThreadPool {
 public:
-    /// `slot` is below min(helpers + 1, count) and differs between pieces of one call that run at once; the
-    /// caller's is 0. `piece` counts from 0. Must not throw on a helper's thread.
-    using Work = std::function<void(int slot, int piece)>;
+    /// A callable that is the caller's own, called as work(slot, piece). `slot` is below min(helpers + 1, count) and
+    /// differs between pieces of one call that run at once; the caller's is 0. `piece` counts from 0. Must not throw on a
+    /// helper's thread. No copy is made, so that a call needs no memory.
+    class Work {
+    public:
+        template <std::invocable<int, int> Callable>
+        requires(!std::is_same_v<std::remove_cvref_t<Callable>, Work>) Work(const Callable& callable)
+            : callable_(std::addressof(callable)), call_([](const void* object, int slot, int piece) {
+                  (*static_cast<const Callable*>(object))(slot, piece);
+              }) {}
+
+        void operator()(int slot, int piece) const { call_(callable_, slot, piece); }
+
+    private:
+        const void* callable_;
+        void (*call_)(const void* callable, int slot, int piece);
+    };
 
     ThreadPool() = default;
     ~ThreadPool();
@@ -33,16 +49,18 @@ private:
     struct Job;
     class OpenJob;
 
-    Job* openJob();
+    Job* openJob() const;
     void workerLoop();
     void startWorkers(int wanted);
+    void awaitJob(std::unique_lock<std::mutex>& lock);
 
     mutable std::mutex mutex_;
     std::condition_variable wake_;
     std::condition_variable left_;
-    std::list<Job*> jobs_;
+    Job* firstJob_ = nullptr; ///< of those that helpers may join
     std::vector<std::thread> workers_;
-    bool stopping_ = false;
+    std::atomic<bool> stopping_{false};
+    std::atomic<unsigned> jobsOpened_{0}; ///< wraps round
 };
 
 } // namespace kovalune::host

@@ -58,7 +58,7 @@ PF_Err copyWorlds(const char* call, const char* source, PF_ProgPtr ref, const PF
         if (!fromInfo || !toInfo) {
             return misused(context, joined(call, "with an unknown world"));
         }
-        return copyPixels(*fromInfo, *toInfo, fromRect, toRect);
+        return copyPixels(context.host.rowWork, *fromInfo, *toInfo, fromRect, toRect);
     });
 }
 
@@ -72,7 +72,7 @@ PF_Err fill(const char* source, PF_ProgPtr ref, const PF_Pixel* colour, const PF
         if (!info) {
             return misused(context, "fill of an unknown world");
         }
-        fillPixels(*info, colour, area);
+        fillPixels(context.host.rowWork, *info, colour, area);
         return PF_Err_NONE;
     });
 }

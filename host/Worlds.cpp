@@ -40,8 +40,9 @@ struct WorldStore::Record {
     bool refused = false;
 };
 
-WorldStore::WorldStore(MemoryPool& pool, MemoryWatch& memory, const HostManners& manners)
-    : pool_(pool), memory_(memory), manners_(manners) {}
+WorldStore::WorldStore(MemoryPool& pool, MemoryWatch& memory, const HostManners& manners,
+                       const RowWork& rowWork)
+    : pool_(pool), memory_(memory), manners_(manners), rowWork_(rowWork) {}
 
 WorldStore::~WorldStore() {
     for (const auto& [tag, record] : records_) {
@@ -73,8 +74,11 @@ PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options,
     memory.info = {request.format, memory.block.payload, static_cast<std::ptrdiff_t>(rowBytes), request.width,
                    request.height};
     record->effectMade = request.effectMade;
-    if (request.clear && bytes != 0) {
-        std::memset(memory.block.payload, 0, bytes);
+    if (request.clear && !memory.block.zeros) {
+        rowWork_.run(request.height, rowBytes, [&](A_long first, A_long end) {
+            std::memset(memory.block.payload + static_cast<std::size_t>(first) * rowBytes, 0,
+                        static_cast<std::size_t>(end - first) * rowBytes);
+        });
     }
     memory_.worldMade(memory, request.clear);
     enter(std::move(record), world);

@@ -6,6 +6,7 @@
 #include "host/ImageView.h"
 #include "host/MemoryWatch.h"
 #include "host/Options.h"
+#include "host/RowWork.h"
 #include "hostapi/HostApi.h"
 
 #include <functional>
@@ -32,7 +33,7 @@ struct WorldRequest {
 
 class WorldStore {
 public:
-    WorldStore(MemoryPool& pool, MemoryWatch& memory, const HostManners& manners);
+    WorldStore(MemoryPool& pool, MemoryWatch& memory, const HostManners& manners, const RowWork& rowWork);
     ~WorldStore();
     WorldStore(const WorldStore&) = delete;
     WorldStore& operator=(const WorldStore&) = delete;
@@ -64,6 +65,7 @@ private:
     MemoryPool& pool_;
     MemoryWatch& memory_;
     const HostManners& manners_;
+    const RowWork& rowWork_;
     mutable std::mutex mutex_;
     std::unordered_map<const void*, std::unique_ptr<Record>> records_;
     A_long nextSerial_ = 1;

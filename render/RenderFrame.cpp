@@ -75,7 +75,8 @@ host::Image renderFrame(OpenEffect& effect, const host::Image& image, const Fram
         if (request.counts != nullptr) {
             report.emplace(*request.counts);
         }
-        result = session.render(image, output, hostRequest(session, request));
+        output = host::Image(image.format(), image.width(), image.height());
+        result = session.render(image.view(), output.view(), hostRequest(session, request));
     } catch (const host::HostError& reason) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot render " + text::inQuotes(request.name) + ": " + reason.what());

@@ -49,6 +49,7 @@ public:
                     FaultDesk* desk = nullptr);
     ~JudgedOperation() override;
 
+    bool mayRefuse() const override { return true; } // and counts what it is asked
     [[nodiscard]] std::optional<Refusal> refusalOf(const char* call) override;
     bool anyRefused() const override { return struck_; }
 

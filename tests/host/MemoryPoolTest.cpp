@@ -39,6 +39,47 @@ TEST(MemoryPool, KeepsNoMoreThanTheCap) {
     EXPECT_EQ(pool.pooledBytes(), 3000U);
 }
 
+TEST(MemoryPool, KeepsWhatCameLastInThePlaceOfWhatCameFirst) {
+    MemoryPool pool;
+    const MemoryBlock first = pool.take(1500, kPooled);
+    const MemoryBlock second = pool.take(1600, kPooled);
+    const MemoryBlock third = pool.take(1700, kPooled);
+    pool.give(second, kPooled);
+    pool.give(first, kPooled);
+    pool.give(third, kPooled);
+    EXPECT_EQ(pool.pooledBytes(), 3200U);
+    const MemoryBlock again = pool.take(1500, kPooled);
+    EXPECT_EQ(again.payload, first.payload);
+    pool.give(again, kPooled);
+}
+
+TEST(MemoryPool, OfSeveralBlocksThatFitTheLatestIsTaken) {
+    MemoryPool pool;
+    const MemoryBlock first = pool.take(1000, kPooled);
+    const MemoryBlock second = pool.take(1000, kPooled);
+    pool.give(first, kPooled);
+    pool.give(second, kPooled);
+    const MemoryBlock again = pool.take(1000, kPooled);
+    EXPECT_EQ(again.payload, second.payload);
+    pool.give(again, kPooled);
+}
+
+TEST(MemoryPool, OnlyMemoryAsItCameFromTheSystemIsSaidToBeZeros) {
+    constexpr std::size_t kLarge = std::size_t{3} << 20;
+    const BlockPolicy policy{.poolCapBytes = 2 * kLarge};
+    MemoryPool pool;
+    const MemoryBlock fresh = pool.take(kLarge, policy);
+    if (fresh.zeros) {
+        EXPECT_EQ(fresh.payload[kLarge - 1], std::byte{0});
+    }
+    fresh.payload[7] = std::byte{1};
+    pool.give(fresh, policy);
+    const MemoryBlock used = pool.take(kLarge, policy);
+    EXPECT_EQ(used.payload, fresh.payload);
+    EXPECT_FALSE(used.zeros);
+    pool.give(used, policy);
+}
+
 TEST(MemoryPool, KeepsAndReusesNoFreshBlock) {
     MemoryPool pool;
     pool.give(pool.take(1000, kFresh), kFresh);
