@@ -222,8 +222,8 @@ private:
             mixed(stretch.first, stretch.last + 1);
             return fits;
         }
-        const auto flat = [&](int32_t from, int32_t past) {
-            if (!Planar::isFinite(line.pixels[from].alpha)) {
+        const auto flat = [&](int32_t from, int32_t past, int32_t like) {
+            if (!Planar::isFinite(line.pixels[like].alpha)) {
                 mixed(from, past);
                 return;
             }
@@ -233,9 +233,8 @@ private:
                 }
             }
         };
-        divideByFlatness(
-            line.mask, stretch, line.reach, [&](int32_t x) { return Planar::alphaKey(line.pixels[x]); }, flat,
-            mixed);
+        divideByFlatness(line.mask, stretch, line.reach, LineKeys<Format, Planar::alphaKey>{line.pixels},
+                         flat, mixed);
         return fits;
     }
 
@@ -245,7 +244,7 @@ private:
             Planar::mixedMeans(boxes_.alpha + x, boxes_.count + x, stretch_.sums(0), stretch_.weights(),
                                kernel_.tailWeight, means_, count);
         } else {
-            Planar::coreMeans(stretch_.sums(0), stretch_.weights(), means_, count);
+            stretch_.coreMeans(0, means_, count);
         }
         for (int32_t i = 0; i < count; ++i) {
             if (line.mask[x + i] != 0 && line.keep[x + i] == 0) {

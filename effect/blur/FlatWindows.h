@@ -10,45 +10,68 @@
 
 namespace kovalune {
 
-/// Divides [first, end), whose two ends are masked in, into `flat(from, past)` and `mixed(from, past)`, in order and without
-/// gaps. Masked-out pixels may fall to either. `keyOf(j)` is what must be the same in all pixels that count in a window of
-/// `reach` pixels to either side.
-template <class KeyOf, class Flat, class Mixed>
-void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const KeyOf& keyOf, const Flat& flat,
+/// The last masked-in place of [first, x) whose key is another one, or `first` - 1.
+template <class Keys, class Key>
+int32_t lastOther(const uint8_t* mask, int32_t first, int32_t x, const Keys& keys, const Key& key) {
+    for (int32_t j = x - 1; j >= first; --j) {
+        if (mask[j] != 0 && keys.of(j) != key) {
+            return j;
+        }
+    }
+    return first - 1;
+}
+
+/// The first masked-in place of [x, end) whose key is another one, or `end`.
+template <class Keys, class Key>
+int32_t firstOther(const uint8_t* mask, int32_t x, int32_t end, const Keys& keys, const Key& key) {
+    for (int32_t run = nextMaskedIn(mask, x, end); run < end;) {
+        const int32_t runEnd = nextMaskedOut(mask, run, end);
+        for (int32_t j = keys.sameFrom(run, runEnd, key); j < runEnd; ++j) {
+            if (keys.of(j) != key) {
+                return j;
+            }
+        }
+        run = nextMaskedIn(mask, runEnd, end);
+    }
+    return end;
+}
+
+/// Divides a stretch, whose two ends are masked in and which has no hole of `reach` or more, into `flat(from, past, like)` and
+/// `mixed(from, past)`, in order and without gaps; masked-out pixels may fall to either. All pixels that count in a window of
+/// `reach` pixels to either side of a flat one are like the pixel at `like`: `keys.of(j)` is what they have in common, and
+/// `keys.sameFrom(j, end, key)` how far from `j` on pixels are sure to have this key.
+///
+/// A window is looked at from its right end: where two pixels differ there, as in noise, all windows that hold both are
+/// passed over at once.
+template <class Keys, class Flat, class Mixed>
+void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Keys& keys, const Flat& flat,
                       const Mixed& mixed) {
-    const int32_t end = stretch.last + 1;
-    int32_t told = stretch.first; // everything before has been handed out
-    int32_t before =
-        stretch.first - reach - 1; // the last pixel of another colour, or too far away to be seen
-    int32_t groupFirst = stretch.first;
-    auto key = keyOf(stretch.first);
-    const auto closeGroup = [&](int32_t last, int32_t next) {
-        const int32_t from = std::max(groupFirst, before + reach + 1);
-        const int32_t past = std::min(last, next - reach - 1) + 1;
-        if (from < past) {
-            if (told < from) {
-                mixed(told, from);
-            }
-            flat(from, past);
-            told = past;
+    const auto [first, last] = stretch;
+    int32_t told = first; // everything before has been handed out
+    for (int32_t x = first; x <= last;) {
+        const int32_t right = std::min(last, x + reach);
+        const int32_t like = endOfMaskedIn(mask, first, right + 1) - 1;
+        const auto key = keys.of(like);
+        const int32_t left = std::max(first, x - reach);
+        const int32_t other = lastOther(mask, left, like, keys, key);
+        if (other >= left) {
+            x = other + reach + 1;
+            continue;
         }
-    };
-    int32_t last = stretch.first;
-    forEachRun(mask, stretch.first, end, [&](int32_t runFirst, int32_t runEnd) {
-        for (int32_t j = runFirst; j < runEnd; ++j) {
-            const auto here = keyOf(j);
-            if (here != key) {
-                closeGroup(last, j);
-                before = last;
-                groupFirst = j;
-                key = here;
-            }
-            last = j;
+        const int32_t next = firstOther(mask, right + 1, last + 1, keys, key);
+        const int32_t past = next > last ? last + 1 : next - reach;
+        if (told < x) {
+            mixed(told, x);
         }
-    });
-    closeGroup(last, end + reach);
-    if (told < end) {
-        mixed(told, end);
+        flat(x, past, like);
+        told = past;
+        if (next > last) {
+            break;
+        }
+        x = endOfMaskedIn(mask, first, next) + reach;
+    }
+    if (told <= last) {
+        mixed(told, last + 1);
     }
 }
 

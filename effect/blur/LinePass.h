@@ -11,8 +11,10 @@
 //   lay(result, target)   writes what the blur writes of a pixel
 #pragma once
 
+#include "effect/blur/ColumnLines.h"
 #include "effect/blur/GaussKernel.h"
 #include "effect/blur/LinePassNames.h"
+#include "effect/blur/LineWeights.h"
 #include "effect/blur/LineWindow.h"
 #include "effect/raster/Bands.h"
 #include "effect/raster/MaskPlane.h"
@@ -25,94 +27,6 @@
 #include <cstdint>
 
 namespace kovalune {
-
-/// The masks of a record; `keep` is null in a blur that leaves alpha alone.
-struct LineMasks {
-    const MaskView& counted;
-    const MaskView* keep;
-};
-
-/// The columns that a vertical pass works on at once, with their masks and results.
-template <class Format>
-class ColumnLines {
-public:
-    using Pixel = typename Format::Pixel;
-    static constexpr int32_t kColumns = 8;
-
-    ColumnLines(int32_t height, bool hasKeep, ScratchLayout& layout)
-        : height_(height), pixelStep_(stepOf<Pixel>(height)), maskStep_(stepOf<uint8_t>(height)) {
-        pixels_ = layout.take<Pixel>(pixelStep_ * kColumns);
-        results_ = layout.take<Pixel>(pixelStep_ * kColumns);
-        counted_ = layout.take<uint8_t>(maskStep_ * kColumns);
-        keep_ = hasKeep ? layout.take<uint8_t>(maskStep_ * kColumns) : nullptr;
-    }
-
-    /// Takes `columns` columns of a record's rectangle apart, from `left` on. Of a row that counts in none of them nothing
-    /// is read but the mask.
-    template <class Record>
-    void gather(const Record& record, const LineMasks& masks, int32_t left, int32_t columns) {
-        for (int32_t y = 0; y < height_; ++y) {
-            const uint8_t* const counted = masks.counted.row(y) + left;
-            uint8_t any = 0;
-            for (int32_t c = 0; c < columns; ++c) {
-                counted_[at(c, maskStep_) + static_cast<std::size_t>(y)] = counted[c];
-                any |= counted[c];
-            }
-            if (any == 0) {
-                continue;
-            }
-            const Pixel* const row = rowOf<Format>(*record.src, record.rect, y) + left;
-            for (int32_t c = 0; c < columns; ++c) {
-                pixels_[at(c, pixelStep_) + static_cast<std::size_t>(y)] = row[c];
-            }
-            if (keep_ != nullptr) {
-                const uint8_t* const keep = masks.keep->row(y) + left;
-                for (int32_t c = 0; c < columns; ++c) {
-                    keep_[at(c, maskStep_) + static_cast<std::size_t>(y)] = keep[c];
-                }
-            }
-        }
-    }
-
-    /// Column `c` of those that were gathered.
-    Line<Pixel> line(int32_t c, int32_t reach) const {
-        return {pixels_ + at(c, pixelStep_), counted_ + at(c, maskStep_),
-                keep_ != nullptr ? keep_ + at(c, maskStep_) : nullptr, height_, reach};
-    }
-    Pixel* result(int32_t c) const { return results_ + at(c, pixelStep_); }
-
-    /// Lays the results of masked-in pixels back, by `lay(result, target)`.
-    template <class Record, class Lay>
-    void scatter(const Record& record, const LineMasks& masks, int32_t left, int32_t columns,
-                 const Lay& lay) const {
-        for (int32_t y = 0; y < height_; ++y) {
-            const uint8_t* const counted = masks.counted.row(y) + left;
-            Pixel* const row = rowOf<Format>(*record.dst, record.rect, y) + left;
-            for (int32_t c = 0; c < columns; ++c) {
-                if (counted[c] != 0) {
-                    lay(results_[at(c, pixelStep_) + static_cast<std::size_t>(y)], row[c]);
-                }
-            }
-        }
-    }
-
-private:
-    /// Lines stand an odd number of cache lines apart, so that a row of them does not fall on one set of a cache.
-    template <class T>
-    static std::size_t stepOf(int32_t height) {
-        const std::size_t cacheLines = (static_cast<std::size_t>(height) * sizeof(T) + 63) / 64;
-        return (cacheLines | 1) * 64 / sizeof(T);
-    }
-    static std::size_t at(int32_t c, std::size_t step) { return static_cast<std::size_t>(c) * step; }
-
-    int32_t height_;
-    std::size_t pixelStep_;
-    std::size_t maskStep_;
-    Pixel* pixels_;
-    Pixel* results_;
-    uint8_t* counted_;
-    uint8_t* keep_;
-};
 
 /// Blurs the rows of its band.
 template <class Blur>

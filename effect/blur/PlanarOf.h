@@ -29,8 +29,13 @@ struct PlanarOf<Argb16> {
     /// The same for pixels of one colour alone.
     static uint64_t colorKey(const Argb16::Pixel& pixel) {
         uint64_t key = 0;
-        std::memcpy(&key, &pixel.red, 3 * sizeof pixel.red);
-        return key;
+        std::memcpy(&key, &pixel, sizeof key);
+        return key & ~uint64_t{0xFFFF};
+    }
+    /// A bit where two keys of one kind differ.
+    template <class Key>
+    static Key keyDifference(Key a, Key b) {
+        return static_cast<Key>(a ^ b);
     }
     static uint16_t alphaKey(const Argb16::Pixel& pixel) { return pixel.alpha; }
     static bool isFinite(const Argb16::Pixel& /*pixel*/) { return true; }
@@ -64,12 +69,21 @@ struct PlanarOf<Argb16> {
         kernels().weighPairs(at - reach, weights.from(reach), reach + 1, start, sums, count);
     }
 
+    /// Where all weights are there.
+    static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {
+        kernels().wholeMeans16(sums, means, count);
+    }
     static void coreMeans(const Sum* sums, const uint32_t* weights, Mean* means, int32_t count) {
         kernels().coreMeans16(sums, weights, means, count);
     }
     static void mixedMeans(const Sum* boxes, const uint32_t* counts, const Sum* sums, const uint32_t* weights,
                            uint16_t tailWeight, Mean* means, int32_t count) {
         kernels().mixedMeans16(boxes, counts, sums, weights, tailWeight, means, count);
+    }
+    static void setColors(Argb16::Pixel& pixel, Mean red, Mean green, Mean blue) {
+        pixel.red = static_cast<uint16_t>(red);
+        pixel.green = static_cast<uint16_t>(green);
+        pixel.blue = static_cast<uint16_t>(blue);
     }
     static void mergeColors(Mean* const* means, Argb16::Pixel* pixels, int32_t count) {
         kernels().mergeColors16(means[0], means[1], means[2], pixels, count);
@@ -88,13 +102,19 @@ struct PlanarOf<Argb32> {
     /// Of the bits, so that a NaN is like itself.
     struct ColorKey {
         uint64_t redAndGreen;
-        uint32_t blue;
+        uint64_t blue;
         bool operator==(const ColorKey&) const = default;
     };
+    static uint64_t keyDifference(const ColorKey& a, const ColorKey& b) {
+        return (a.redAndGreen ^ b.redAndGreen) | (a.blue ^ b.blue);
+    }
+    static uint32_t keyDifference(uint32_t a, uint32_t b) { return a ^ b; }
     static ColorKey colorKey(const Argb32::Pixel& pixel) {
         ColorKey key;
         std::memcpy(&key.redAndGreen, &pixel.red, sizeof key.redAndGreen);
-        std::memcpy(&key.blue, &pixel.blue, sizeof key.blue);
+        uint32_t blue = 0;
+        std::memcpy(&blue, &pixel.blue, sizeof blue);
+        key.blue = blue;
         return key;
     }
     static bool isFinite(const Argb32::Pixel& pixel) {
@@ -131,6 +151,9 @@ struct PlanarOf<Argb32> {
         kernels().weighDoubles(at, weights.doubles(), reach, sums, count);
     }
 
+    static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {
+        kernels().wholeMeans32(sums, means, count);
+    }
     static void coreMeans(const Sum* sums, const uint32_t* weights, Mean* means, int32_t count) {
         kernels().coreMeans32(sums, weights, means, count);
     }
@@ -138,8 +161,39 @@ struct PlanarOf<Argb32> {
                            uint16_t tailWeight, Mean* means, int32_t count) {
         kernels().mixedMeans32(boxes, counts, sums, weights, tailWeight * (1.0 / kWeightOne), means, count);
     }
+    static void setColors(Argb32::Pixel& pixel, Mean red, Mean green, Mean blue) {
+        pixel.red = red;
+        pixel.green = green;
+        pixel.blue = blue;
+    }
     static void mergeColors(Mean* const* means, Argb32::Pixel* pixels, int32_t count) {
         kernels().mergeColors32(means[0], means[1], means[2], pixels, count);
+    }
+};
+
+/// What has to be the same in all counted pixels of a window for their mean to be theirs, for FlatWindows.h. `keyOf` is one of
+/// the two keys of PlanarOf.
+template <class Format, auto keyOf>
+struct LineKeys {
+    const typename Format::Pixel* pixels;
+
+    auto of(int32_t x) const { return keyOf(pixels[x]); }
+
+    /// Some pixels at a time.
+    template <class Key>
+    int32_t sameFrom(int32_t x, int32_t end, const Key& key) const {
+        constexpr int32_t kAtOnce = 16;
+        while (end - x >= kAtOnce) {
+            auto different = PlanarOf<Format>::keyDifference(key, key);
+            for (int32_t i = 0; i < kAtOnce; ++i) {
+                different |= PlanarOf<Format>::keyDifference(keyOf(pixels[x + i]), key);
+            }
+            if (different != 0) {
+                break;
+            }
+            x += kAtOnce;
+        }
+        return x;
     }
 };
 

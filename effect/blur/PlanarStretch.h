@@ -76,6 +76,7 @@ public:
         for (std::size_t c = 0; c < kChannels; ++c) {
             Planar::weigh(start(planes_[c]) + (x - first_), *line_, reach_, sums_[c], count);
         }
+        weightsAreWhole_ = false;
         if (hasHoles_ && hasHoleAround(x, count)) {
             kernels().weighPairs(start(counted_) + (x - first_) - reach_, line_->from(reach_), reach_ + 1, 0,
                                  weights_, count);
@@ -83,6 +84,11 @@ public:
         }
         const int32_t last = first_ + count_ - 1;
         const uint32_t whole = line_->sum(-reach_, reach_);
+        if (x - reach_ >= first_ && x + count - 1 + reach_ <= last) {
+            std::fill_n(weights_, count, whole);
+            weightsAreWhole_ = whole == kWeightOne;
+            return;
+        }
         for (int32_t i = 0; i < count; ++i) {
             const int32_t left = std::min(reach_, x + i - first_);
             const int32_t right = std::min(reach_, last - x - i);
@@ -92,6 +98,15 @@ public:
 
     const Sum* sums(std::size_t channel) const { return sums_[channel]; }
     const uint32_t* weights() const { return weights_; }
+
+    /// The means of the core alone.
+    void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
+        if (weightsAreWhole_) {
+            Planar::wholeMeans(sums_[channel], means, count);
+        } else {
+            Planar::coreMeans(sums_[channel], weights_, means, count);
+        }
+    }
 
 private:
     template <class T>
@@ -122,24 +137,39 @@ private:
     int32_t count_ = 0;
     int32_t reach_ = 0;
     bool hasHoles_ = false;
+    bool weightsAreWhole_ = false; ///< all 32768
 };
 
-/// Calls `block(x, count)` for masked-in pixels of [from, past) and the few masked-out ones between them, at most
+/// Whether a stretch is a run so short that a plain walk costs less than taking it apart.
+template <class Scan>
+bool isShortRun(Span stretch) {
+    return !Scan::kWindowHasHoles && stretch.last - stretch.first < 4;
+}
+
+/// A run as a line of its own.
+template <class Pixel>
+Line<Pixel> partOf(const Line<Pixel>& line, Span run) {
+    return {line.pixels + run.first, line.mask + run.first,
+            line.keep != nullptr ? line.keep + run.first : nullptr, run.last - run.first + 1,
+            std::min(line.reach, run.last - run.first + 1)};
+}
+
+/// Calls `block(x, count)` for the masked-in pixels of [from, past) and what small holes lie between them, at most
 /// kBlockPixels at once.
 template <class Block>
 void forEachBlock(const uint8_t* mask, int32_t from, int32_t past, const Block& block) {
-    constexpr int32_t kSmallHole = 16;
-    int32_t x = nextMaskedIn(mask, from, past);
-    while (x < past) {
+    constexpr int32_t kLook = 16; // pixels at a time; a hole of twice as many is sure to be seen
+    for (int32_t x = nextMaskedIn(mask, from, past); x < past;) {
         const int32_t limit = std::min(past, x + kBlockPixels);
-        int32_t end = nextMaskedOut(mask, x, limit);
+        int32_t end = x;
         while (end < limit) {
-            const int32_t next = nextMaskedIn(mask, end, std::min(limit, end + kSmallHole));
-            if (next >= limit || mask[next] == 0) {
+            const int32_t next = std::min(limit, end + kLook);
+            if (nextMaskedIn(mask, end, next) == next) {
                 break;
             }
-            end = nextMaskedOut(mask, next, limit);
+            end = next;
         }
+        end = endOfMaskedIn(mask, x, end);
         block(x, end - x);
         x = nextMaskedIn(mask, end, past);
     }
@@ -151,16 +181,20 @@ template <class Scan, class Stretch>
 void forEachStretch(const uint8_t* mask, int32_t count, int32_t reach, const Stretch& stretch) {
     int32_t first = nextMaskedIn(mask, 0, count);
     while (first < count) {
-        int32_t end = nextMaskedOut(mask, first, count);
-        int32_t next = nextMaskedIn(mask, end, count);
+        int32_t last = first;
         if constexpr (Scan::kWindowHasHoles) {
-            while (next < count && next - end < reach) {
-                end = nextMaskedOut(mask, next, count);
-                next = nextMaskedIn(mask, end, count);
+            // The furthest pixel that is near enough, again and again.
+            for (bool grows = true; grows;) {
+                const int32_t limit = std::min(count, last + 1 + std::max(reach, 1));
+                const int32_t further = endOfMaskedIn(mask, last + 1, limit) - 1;
+                grows = further > last;
+                last = further;
             }
+        } else {
+            last = nextMaskedOut(mask, first, count) - 1;
         }
-        stretch(Span{first, end - 1});
-        first = next;
+        stretch(Span{first, last});
+        first = nextMaskedIn(mask, last + 1, count);
     }
 }
 

@@ -132,6 +132,7 @@ public:
         for (auto*& means : means_) {
             means = layout.take<typename Planar::Mean>(kBlockPixels + kPadding);
         }
+        places_ = layout.take<int32_t>(kBlockPixels);
         if (hasTail()) {
             for (auto*& sums : boxes_.color) {
                 sums = layout.take<typename Planar::Sum>(static_cast<std::size_t>(length));
@@ -190,8 +191,8 @@ private:
             mixed(stretch.first, stretch.last + 1);
             return fits;
         }
-        const auto flat = [&](int32_t from, int32_t past) {
-            if (Planar::isFinite(line.pixels[from])) {
+        const auto flat = [&](int32_t from, int32_t past, int32_t like) {
+            if (Planar::isFinite(line.pixels[like])) {
                 forEachRun(line.mask, from, past, [&](int32_t first, int32_t end) {
                     Planar::copyColors(line.pixels + first, out + first, end - first);
                 });
@@ -199,9 +200,8 @@ private:
                 mixed(from, past);
             }
         };
-        divideByFlatness(
-            line.mask, stretch, line.reach, [&](int32_t x) { return Planar::colorKey(line.pixels[x]); }, flat,
-            mixed);
+        divideByFlatness(line.mask, stretch, line.reach, LineKeys<Format, Planar::colorKey>{line.pixels},
+                         flat, mixed);
         return fits;
     }
 
@@ -212,20 +212,31 @@ private:
                 Planar::mixedMeans(boxes_.color[c] + x, boxes_.count + x, stretch_.sums(c),
                                    stretch_.weights(), kernel_.tailWeight, means_[c], count);
             } else {
-                Planar::coreMeans(stretch_.sums(c), stretch_.weights(), means_[c], count);
+                stretch_.coreMeans(c, means_[c], count);
             }
         }
-        forEachRun(line.mask + x, 0, count, [&](int32_t first, int32_t end) {
-            typename Planar::Mean* const at[3] = {means_[0] + first, means_[1] + first, means_[2] + first};
-            Planar::mergeColors(at, out + x + first, end - first);
-        });
+        if (nextMaskedOut(line.mask, x, x + count) == x + count) {
+            Planar::mergeColors(means_.data(), out + x, count);
+            return;
+        }
+        // A list first: what is masked in may be as hard to foresee as a coin's fall.
+        int32_t counted = 0;
+        for (int32_t i = 0; i < count; ++i) {
+            places_[counted] = i;
+            counted += line.mask[x + i] != 0 ? 1 : 0;
+        }
+        for (int32_t k = 0; k < counted; ++k) {
+            const int32_t i = places_[k];
+            Planar::setColors(out[x + i], means_[0][i], means_[1][i], means_[2][i]);
+        }
     }
 
     const GaussKernel& kernel_;
     int32_t length_;
     LineWeights weights_;
     PlanarStretch<Format, 3> stretch_;
-    typename Planar::Mean* means_[3];
+    std::array<typename Planar::Mean*, 3> means_;
+    int32_t* places_;
     BoxSums<Format> boxes_{};
 };
 

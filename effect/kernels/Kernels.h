@@ -42,6 +42,8 @@ struct Kernels {
     /// means[i] = (sums[i] + weights[i] / 2) / weights[i]; sums below 2^31 - 2^15, weights up to 32768;
     /// anything where a weight is 0.
     void (*coreMeans16)(const uint32_t* sums, const uint32_t* weights, uint32_t* means, int32_t count);
+    /// The same where every weight is 32768.
+    void (*wholeMeans16)(const uint32_t* sums, uint32_t* means, int32_t count);
     /// means[i] = (box * tailWeight + core * (32768 - tailWeight) + 16384) >> 15, where box is boxes[i] / counts[i] and core is
     /// sums[i] / weights[i], or 0 where no weight is; counts from 1 on, boxes below 2^31.
     void (*mixedMeans16)(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
@@ -62,6 +64,8 @@ struct Kernels {
     void (*weighDoubles)(const double* line, const double* taps, int32_t reach, double* sums, int32_t count);
     /// means[i] = sums[i] * (32768 / weights[i]).
     void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);
+    /// The same where every weight is 32768.
+    void (*wholeMeans32)(const double* sums, float* means, int32_t count);
     /// means[i] = sums[i] * (32768 / weights[i] * (1 - tailShare)) + boxes[i] / counts[i] * tailShare, without the first product
     /// where no weight is.
     void (*mixedMeans32)(const double* boxes, const uint32_t* counts, const double* sums,

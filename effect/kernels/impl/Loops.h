@@ -81,6 +81,12 @@ void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __rest
     }
 }
 
+void wholeMeans16(const uint32_t* sums, uint32_t* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        means[i] = (sums[i] + 16384) >> 15;
+    }
+}
+
 void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
                   const uint32_t* weights, uint32_t tailWeight, uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
@@ -139,6 +145,12 @@ void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict 
     for (int32_t i = 0; i < count; ++i) {
         means[i] =
             static_cast<float>(sums[i] * (32768.0 / static_cast<double>(static_cast<int32_t>(weights[i]))));
+    }
+}
+
+void wholeMeans32(const double* sums, float* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        means[i] = static_cast<float>(sums[i]);
     }
 }
 

@@ -18,6 +18,7 @@ constexpr Kernels tableOf(InstructionSet set) {
             .weighPairs = weighPairs<Set>,
             .addScaled = addScaled,
             .coreMeans16 = coreMeans16,
+            .wholeMeans16 = wholeMeans16,
             .mixedMeans16 = mixedMeans16,
             .flatMeans16 = flatMeans16,
             .mergeColors16 = mergeColors16,
@@ -25,6 +26,7 @@ constexpr Kernels tableOf(InstructionSet set) {
             .splitAlpha32 = splitAlpha32,
             .weighDoubles = weighDoubles<Set>,
             .coreMeans32 = coreMeans32,
+            .wholeMeans32 = wholeMeans32,
             .mixedMeans32 = mixedMeans32,
             .mergeColors32 = mergeColors32};
 }
