@@ -1,11 +1,17 @@
 #include "pictures/PictureConversion.h"
 
 #include "hostapi/Constants.h"
+#include "pictures/FileRows.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/SampleScale.h"
 
+#include <algorithm>
 #include <bit>
 #include <cstring>
+#include <span>
+#include <type_traits>
+#include <utility>
+#include <vector>
 
 namespace kovalune::pictures {
 
@@ -39,45 +45,10 @@ auto withScale(PF_PixelFormat format, Use use) {
     }
 }
 
-template <class Sample>
-struct FilePixel {
-    Sample red;
-    Sample green;
-    Sample blue;
-    Sample alpha;
-};
-
-/// Grey is spread, and a missing alpha is full.
-template <class Scale>
-FilePixel<typename Scale::Sample> filePixel(const Picture& picture, std::size_t pixel) {
-    using Sample = typename Scale::Sample;
-    const std::size_t first = pixel * channelCount(picture.channels);
-    const auto sample = [&](std::size_t index) { return picture.sample<Sample>(first + index); };
-    const std::size_t last = channelCount(picture.channels) - 1;
-    const Sample alpha = hasAlpha(picture.channels) ? sample(last) : rescaled<FileScale8, Scale>(255);
-    if (isGrey(picture.channels)) {
-        return {sample(0), sample(0), sample(0), alpha};
-    }
-    return {sample(0), sample(1), sample(2), alpha};
-}
-
-template <class Sample>
-void setFilePixel(Picture& picture, std::size_t pixel, const FilePixel<Sample>& value) {
-    const std::size_t first = pixel * channelCount(picture.channels);
-    picture.setSample(first, value.red);
-    std::size_t next = first + 1;
-    if (!isGrey(picture.channels)) {
-        picture.setSample(next++, value.green);
-        picture.setSample(next++, value.blue);
-    }
-    if (hasAlpha(picture.channels)) {
-        picture.setSample(next, value.alpha);
-    }
-}
-
-std::size_t pixelIndex(const host::Image& image, A_long x, A_long y) {
-    return static_cast<std::size_t>(y) * static_cast<std::size_t>(image.width()) +
-           static_cast<std::size_t>(x);
+/// The pixels of a row, where Pixel is the one of the image's format.
+template <class Pixel, class SomeImage>
+auto* pixelsOf(SomeImage& image, A_long y) {
+    return &image.template at<Pixel>(0, y);
 }
 
 /// Of floats too, where NaN is the same as itself and 0 is not -0.
@@ -86,22 +57,69 @@ bool sameBits(Sample a, Sample b) {
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 
+/// A pixel of a file as one of the host's.
+template <class File, class Host>
+class HostPixel {
+public:
+    explicit HostPixel(AlphaKind kind) : kind_(kind) {}
+
+    typename Host::Pixel operator()(const FilePixel<typename File::Sample>& pixel) const {
+        const auto colour = [&](typename File::Sample sample) {
+            return channel(recoloured<File, Host>(sample, pixel.alpha, kind_, AlphaKind::kStraight));
+        };
+        return {channel(rescaled<File, Host>(pixel.alpha)), colour(pixel.red), colour(pixel.green),
+                colour(pixel.blue)};
+    }
+
+private:
+    static typename Host::Channel channel(typename Host::Sample sample) {
+        return std::bit_cast<typename Host::Channel>(sample);
+    }
+
+    AlphaKind kind_;
+};
+
+/// Alpha comes from the end to the front, all channels turned at once. `samples` are those of one pixel.
+template <class Pixel, class Sample>
+Pixel alphaFirst(const Sample* samples) {
+    using Word = std::conditional_t<sizeof(Sample) == 1, uint32_t, uint64_t>;
+    constexpr int kChannelBits = 8 * sizeof(Sample);
+    constexpr int kTurn = std::endian::native == std::endian::little ? kChannelBits : -kChannelBits;
+    Word word;
+    std::memcpy(&word, samples, sizeof word);
+    return std::bit_cast<Pixel>(std::rotl(word, kTurn));
+}
+
+/// From whole numbers to whole numbers where no colour is multiplied by alpha: every sample by itself.
+template <class File, class Host>
+void fillStraight(host::Image& image, const Picture& picture) {
+    std::vector<FilePixel<typename File::Sample>> row(picture.width);
+    std::vector<typename File::Sample> samples(4 * row.size());
+    std::vector<typename Host::Sample> scaled(samples.size());
+    for (A_long y = 0; y < image.height(); ++y) {
+        loadRow<File>(picture, static_cast<std::size_t>(y), std::span(row));
+        std::memcpy(samples.data(), row.data(), samples.size() * sizeof samples[0]);
+        std::transform(samples.begin(), samples.end(), scaled.begin(), rescaled<File, Host>);
+        auto* const pixels = pixelsOf<typename Host::Pixel>(image, y);
+        for (std::size_t x = 0; x < row.size(); ++x) {
+            pixels[x] = alphaFirst<typename Host::Pixel>(scaled.data() + 4 * x);
+        }
+    }
+}
+
 template <class File, class Host>
 void fillImage(host::Image& image, const Picture& picture) {
-    for (A_long y = 0; y < image.height(); ++y) {
-        for (A_long x = 0; x < image.width(); ++x) {
-            const auto pixel = filePixel<File>(picture, pixelIndex(image, x, y));
-            const auto channel = [](typename Host::Sample sample) {
-                return std::bit_cast<typename Host::Channel>(sample);
-            };
-            const auto colour = [&](typename File::Sample sample) {
-                return channel(
-                    recoloured<File, Host>(sample, pixel.alpha, picture.alphaKind, AlphaKind::kStraight));
-            };
-            image.at<typename Host::Pixel>(x, y) = {channel(rescaled<File, Host>(pixel.alpha)),
-                                                    colour(pixel.red), colour(pixel.green),
-                                                    colour(pixel.blue)};
+    if constexpr (!File::kIsFloat && !Host::kIsFloat) {
+        if (picture.alphaKind == AlphaKind::kStraight) {
+            fillStraight<File, Host>(image, picture);
+            return;
         }
+    }
+    const HostPixel<File, Host> hostPixel(picture.alphaKind);
+    std::vector<FilePixel<typename File::Sample>> row(picture.width);
+    for (A_long y = 0; y < image.height(); ++y) {
+        loadRow<File>(picture, static_cast<std::size_t>(y), std::span(row));
+        std::transform(row.begin(), row.end(), pixelsOf<typename Host::Pixel>(image, y), hostPixel);
     }
 }
 
@@ -114,17 +132,27 @@ bool isFull(typename Host::Channel alpha) {
     }
 }
 
-template <class Host>
-Channels channelsFor(const host::Image& result, Channels source) {
-    bool grey = isGrey(source);
-    bool alpha = hasAlpha(source);
-    for (A_long y = 0; y < result.height(); ++y) {
-        for (A_long x = 0; x < result.width(); ++x) {
-            const auto& pixel = result.at<typename Host::Pixel>(x, y);
-            grey = grey && sameBits(pixel.red, pixel.green) && sameBits(pixel.green, pixel.blue);
-            alpha = alpha || !isFull<Host>(pixel.alpha);
+/// Whether `holds` for all pixels.
+template <class Host, class Holds>
+bool everywhere(const host::Image& image, Holds holds) {
+    for (A_long y = 0; y < image.height(); ++y) {
+        const auto* const row = pixelsOf<typename Host::Pixel>(image, y);
+        if (!std::all_of(row, row + image.width(), holds)) {
+            return false;
         }
     }
+    return true;
+}
+
+template <class Host>
+Channels channelsFor(const host::Image& result, Channels source) {
+    using Pixel = typename Host::Pixel;
+    const bool grey = isGrey(source) && everywhere<Host>(result, [](const Pixel& pixel) {
+                          return sameBits(pixel.red, pixel.green) && sameBits(pixel.green, pixel.blue);
+                      });
+    const bool alpha = hasAlpha(source) || !everywhere<Host>(result, [](const Pixel& pixel) {
+                           return isFull<Host>(pixel.alpha);
+                       });
     return channelsOf(grey, alpha);
 }
 
@@ -162,17 +190,70 @@ private:
     bool eitherMultiplied_;
 };
 
+/// The rows to write. Runs of pixels that the effect has left are the file's own where its form stays.
+template <class Host, class From, class To>
+class RowChoice {
+public:
+    RowChoice(const host::Image& result, const host::Image& image, const Picture& source, Picture& picture)
+        : result_(result), image_(image), source_(source), picture_(picture),
+          choice_(source.alphaKind, picture.alphaKind),
+          samplesStay_(std::is_same_v<From, To> && source.alphaKind == picture.alphaKind),
+          inFile_(source.width), chosen_(source.width) {}
+
+    void fill(A_long y) {
+        const auto row = static_cast<std::size_t>(y);
+        const Pixel* const now = pixelsOf<Pixel>(result_, y);
+        const Pixel* const before = pixelsOf<Pixel>(image_, y);
+        const std::size_t rowBytes = source_.rowBytes();
+        if (source_.channels == picture_.channels && stays(now, before, chosen_.size())) {
+            std::memcpy(picture_.samples.data() + row * rowBytes, source_.samples.data() + row * rowBytes,
+                        rowBytes);
+            return;
+        }
+        loadRow<From>(source_, row, std::span(inFile_));
+        for (std::size_t x = 0; x < chosen_.size(); x += kRun) {
+            const std::size_t count = std::min(kRun, chosen_.size() - x);
+            chooseRun(now, before, x, count);
+        }
+        storeRow(picture_, row, std::span(std::as_const(chosen_)));
+    }
+
+private:
+    using Pixel = typename Host::Pixel;
+    static constexpr std::size_t kRun = 32;
+
+    bool stays(const Pixel* now, const Pixel* before, std::size_t count) const {
+        return samplesStay_ && std::memcmp(now, before, count * sizeof *now) == 0;
+    }
+
+    void chooseRun(const Pixel* now, const Pixel* before, std::size_t first, std::size_t count) {
+        if constexpr (std::is_same_v<From, To>) {
+            if (stays(now + first, before + first, count)) {
+                std::copy_n(inFile_.data() + first, count, chosen_.data() + first);
+                return;
+            }
+        }
+        for (std::size_t x = first; x < first + count; ++x) {
+            chosen_[x] = choice_(now[x], before[x], inFile_[x]);
+        }
+    }
+
+    const host::Image& result_;
+    const host::Image& image_;
+    const Picture& source_;
+    Picture& picture_;
+    PixelChoice<Host, From, To> choice_;
+    bool samplesStay_;
+    std::vector<FilePixel<typename From::Sample>> inFile_;
+    std::vector<FilePixel<typename To::Sample>> chosen_;
+};
+
 template <class Host, class From, class To>
 void fillPicture(Picture& picture, const host::Image& result, const host::Image& image,
                  const Picture& source) {
-    const PixelChoice<Host, From, To> choice(source.alphaKind, picture.alphaKind);
+    RowChoice<Host, From, To> rows(result, image, source, picture);
     for (A_long y = 0; y < result.height(); ++y) {
-        for (A_long x = 0; x < result.width(); ++x) {
-            const std::size_t index = pixelIndex(result, x, y);
-            setFilePixel(picture, index,
-                         choice(result.at<typename Host::Pixel>(x, y), image.at<typename Host::Pixel>(x, y),
-                                filePixel<From>(source, index)));
-        }
+        rows.fill(y);
     }
 }
 

@@ -25,16 +25,22 @@ using Bytes = std::span<const uint8_t>;
 /// Null where the format's library is not built in.
 struct Coder {
     Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
-    std::vector<uint8_t> (*encode)(const Picture& picture) = nullptr;
+    std::vector<uint8_t> (*encode)(const Picture& picture, const EncodeOptions& options) = nullptr;
 };
 
+/// Of a format that has nothing to choose.
+template <std::vector<uint8_t> (*encode)(const Picture& picture)>
+std::vector<uint8_t> encodeAlways(const Picture& picture, const EncodeOptions&) {
+    return encode(picture);
+}
+
 #ifdef KOVALUNE_HAS_TIFF
-constexpr Coder kTiffCoder = {decodeTiff, encodeTiff};
+constexpr Coder kTiffCoder = {decodeTiff, encodeAlways<encodeTiff>};
 #else
 constexpr Coder kTiffCoder;
 #endif
 #ifdef KOVALUNE_HAS_EXR
-constexpr Coder kExrCoder = {decodeExr, encodeExr};
+constexpr Coder kExrCoder = {decodeExr, encodeAlways<encodeExr>};
 #else
 constexpr Coder kExrCoder;
 #endif
@@ -56,7 +62,12 @@ constexpr std::array kFormats = {
     Format{FileFormat::kPng, "PNG", "a PNG file", AlphaKind::kStraight, beginsAsPng, {decodePng, encodePng}},
     Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
     Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
-    Format{FileFormat::kTga, "TGA", "a TGA file", AlphaKind::kStraight, beginsAsTga, {decodeTga, encodeTga}},
+    Format{FileFormat::kTga,
+           "TGA",
+           "a TGA file",
+           AlphaKind::kStraight,
+           beginsAsTga,
+           {decodeTga, encodeAlways<encodeTga>}},
 };
 
 struct NameEnd {
@@ -203,7 +214,7 @@ Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const s
     return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name);
 }
 
-std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture) {
+std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture, const EncodeOptions& options) {
     const Coder& coder = formatOf(format).coder;
     if (coder.encode == nullptr) {
         throw text::Failure(text::FailureKind::kFile,
@@ -214,12 +225,12 @@ std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture) {
         notes = notesFor(format, picture);
     }
     if (notes.empty()) { // those of another format are nothing to an encoder
-        return coder.encode(picture);
+        return coder.encode(picture, options);
     }
     Picture carried = picture;
     carried.format = format;
     carried.notes = std::move(notes);
-    return coder.encode(carried);
+    return coder.encode(carried, options);
 }
 
 SampleType sampleTypeIn(FileFormat format, SampleType wanted) {

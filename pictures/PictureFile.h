@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hostapi/Constants.h"
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -43,7 +44,8 @@ Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const s
 
 /// The bytes of a whole file. The picture's sample type must be one that the format has (see sampleTypeIn). Notes of
 /// another format are carried over as far as this one has them. Throws Failure if the picture cannot be written.
-std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture);
+std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture,
+                                   const EncodeOptions& options = {});
 
 /// The type nearest to `wanted` that files of this format have: PNG Uint8 and Uint16, TIFF all, OpenEXR Half and
 /// Float, TGA Uint8. In OpenEXR Uint8 becomes Half and Uint16 becomes Float, so that no value is lost; in PNG the

@@ -10,6 +10,7 @@
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <type_traits>
 
 namespace kovalune::pictures {
@@ -87,9 +88,16 @@ typename To::Sample rescaled(typename From::Sample sample) {
         constexpr double kFrom = From::kWhite;
         constexpr double kTo = To::kWhite;
         return To::fromDouble(From::toDouble(sample) * kTo / kFrom);
+    } else if constexpr (From::kWhite == To::kWhite) {
+        return static_cast<Target>(std::min<uint64_t>(sample, To::kWhite));
     } else {
-        return static_cast<Target>(
-            std::min((uint64_t{sample} * To::kWhite + From::kWhite / 2) / From::kWhite, To::kWhite));
+        // In 32 bits wherever they hold the largest sample: a division by a constant is then quickest.
+        constexpr uint64_t kMost =
+            std::numeric_limits<typename From::Sample>::max() * To::kWhite + From::kWhite / 2;
+        using Wide = std::conditional_t<kMost <= std::numeric_limits<uint32_t>::max(), uint32_t, uint64_t>;
+        constexpr Wide kFrom = From::kWhite;
+        constexpr Wide kTo = To::kWhite;
+        return static_cast<Target>(std::min<Wide>((Wide{sample} * kTo + kFrom / 2) / kFrom, kTo));
     }
 }
 

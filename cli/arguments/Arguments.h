@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effect/Kovalune.h"
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 #include "render/FrameRequest.h"
 #include "render/OpenEffect.h"
@@ -98,6 +99,7 @@ struct ColorsArguments {
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
     int most = 32; ///< colours listed; 0: all
+    pictures::EncodeOptions encoding;
 };
 
 struct PickArguments {
@@ -112,6 +114,7 @@ struct CompareArguments {
     std::string second;
     std::optional<std::string> diff; ///< a picture of the differences
     bool force = false;
+    pictures::EncodeOptions encoding;
 };
 
 /// What --help and --version ask for.

@@ -114,6 +114,13 @@ void addDepth(CommandSyntax& command, std::optional<int>& depth) {
         .shownAs("N");
 }
 
+void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding) {
+    addWhole(command, "--png-level", encoding.pngLevel, 0, pictures::kHighestPngLevel,
+             "Pack PNG files this hard, 0 not at all to " + std::to_string(pictures::kHighestPngLevel) +
+                 "; default " + std::to_string(encoding.pngLevel) + ", quick; " +
+                 std::to_string(pictures::kSmallPngLevel) + " makes them half as large");
+}
+
 std::size_t placeOfChoice(const std::string& name, const std::vector<std::string>& words,
                           const std::string& text) {
     const auto found = std::find_if(words.begin(), words.end(), [&text](const std::string& word) {

@@ -53,6 +53,7 @@ void addSettings(CommandSyntax& command, EffectArguments& effect);
 void addView(CommandSyntax& command, std::optional<std::string>& view);
 void addAlpha(CommandSyntax& command, std::optional<pictures::AlphaKind>& alphaKind);
 void addDepth(CommandSyntax& command, std::optional<int>& depth);
+void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);
 
 /// Finds one of a few words, without case; throws UsageMistake where `text` is none of them.
 std::size_t placeOfChoice(const std::string& name, const std::vector<std::string>& words,

@@ -12,6 +12,7 @@ void addColors(CommandSyntax& command, ColorsArguments& arguments) {
         command,
         command.addText("-o,--output", arguments.output, "Draw them as a picture too").shownAs("FILE"));
     addForce(command, arguments.force);
+    addPngLevel(command, arguments.encoding);
     addWhole(command, "--most", arguments.most, 0, 1 << 30, "List so many, 0 for all; default 32");
     addAlpha(command, arguments.alphaKind);
     command.addFooter(
@@ -45,6 +46,7 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments) {
     checkedAsWritten(command,
                      command.addText("--diff", arguments.diff, "Draw where they differ").shownAs("FILE"));
     addForce(command, arguments.force);
+    addPngLevel(command, arguments.encoding);
     command.addFooter(example(
         "compare before.png after.png --diff where.png",
         "Samples are compared exactly, as fractions of white and as they stand in the files; missing alpha "

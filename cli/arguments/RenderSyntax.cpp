@@ -41,6 +41,7 @@ void addDownsample(CommandSyntax& command, render::Downsample& downsample) {
 
 void addFrame(CommandSyntax& command, FrameArguments& frame) {
     addDepth(command, frame.form.depth);
+    addPngLevel(command, frame.form.encoding);
     addDownsample(command, frame.downsample);
     command.addFlag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
     addAlpha(command, frame.form.alphaKind);

@@ -41,6 +41,7 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
         command.addText("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
             .shownAs("FILE"));
     addDepth(command, arguments.form.depth);
+    addPngLevel(command, arguments.form.encoding);
     addAlpha(command, arguments.form.alphaKind);
     command.addFooter(example("smooth drawing.png -o smooth.png --strength 90"));
 }

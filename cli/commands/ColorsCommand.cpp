@@ -99,14 +99,15 @@ private:
     std::size_t listed_;
 };
 
-void draw(const ColorList& list, const std::string& output) {
+void draw(const ColorList& list, const std::string& output, const pictures::EncodeOptions& encoding) {
     if (!list.fitsAPicture()) {
         throw text::Failure(text::FailureKind::kUsage, "cannot draw more than " +
                                                            std::to_string(kMostPatches - 1) + " colours as " +
                                                            text::inQuotes(output) + "; --most lists fewer");
     }
-    pictures::withMemoryFor(
-        output, [&] { shots::writeAtomically(output, shots::encodeDrawn(output, list.picture())); });
+    pictures::withMemoryFor(output, [&] {
+        shots::writeAtomically(output, shots::encodeDrawn(output, list.picture(), encoding));
+    });
 }
 
 std::string textOf(const ColorsArguments& arguments) {
@@ -117,7 +118,7 @@ std::string textOf(const ColorsArguments& arguments) {
     const pictures::FlatColors counted = pictures::flatColorsOf(picture);
     const ColorList list(counted, picture.sampleType, arguments.most);
     if (arguments.output) {
-        draw(list, *arguments.output);
+        draw(list, *arguments.output, arguments.encoding);
     }
     return list.text(terminalColors());
 }

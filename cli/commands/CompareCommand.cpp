@@ -80,7 +80,7 @@ std::string formsText(const CompareArguments& arguments, const pictures::Picture
 }
 
 pictures::PictureDifference compareAndDraw(const pictures::Picture& a, const pictures::Picture& b,
-                                           const std::string& file) {
+                                           const std::string& file, const pictures::EncodeOptions& encoding) {
     return pictures::withMemoryFor(file, [&] {
         pictures::Picture drawn = dimmed(a);
         const pictures::PictureDifference difference =
@@ -89,7 +89,7 @@ pictures::PictureDifference compareAndDraw(const pictures::Picture& a, const pic
                     drawn.samples[pixel * 3 + i] = kBright[i];
                 }
             });
-        shots::writeAtomically(file, shots::encodeDrawn(file, drawn));
+        shots::writeAtomically(file, shots::encodeDrawn(file, drawn, encoding));
         return difference;
     });
 }
@@ -113,9 +113,9 @@ Comparison compareFiles(const CompareArguments& arguments) {
         }
         return result;
     }
-    const pictures::PictureDifference difference = arguments.diff
-                                                       ? compareAndDraw(a, b, *arguments.diff)
-                                                       : pictures::differenceOf(a, b, [](std::size_t) {});
+    const pictures::PictureDifference difference =
+        arguments.diff ? compareAndDraw(a, b, *arguments.diff, arguments.encoding)
+                       : pictures::differenceOf(a, b, [](std::size_t) {});
     result.same = difference.pixels == 0;
     result.text += differenceText(a, b, difference);
     return result;

@@ -111,7 +111,8 @@ void renderFile(render::OpenEffect& effect, const RenderArguments& arguments,
     times.effect = watch.lap();
     const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.frame.form);
     const std::vector<uint8_t> bytes =
-        pictures::encodePicture(format, pictures::pictureOf(frame.image, source.image, source.picture, form));
+        pictures::encodePicture(format, pictures::pictureOf(frame.image, source.image, source.picture, form),
+                                arguments.frame.form.encoding);
     tellSettings(arguments, effect.session(), named, frame.counts);
     shots::writeAtomically(arguments.output, bytes);
     times.writing = watch.lap();

@@ -150,7 +150,8 @@ void drawFile(render::OpenEffect& effect, const std::vector<View>& views, const 
     const pictures::SampleType drawn =
         type == pictures::SampleType::kHalf ? pictures::SampleType::kFloat : type;
     const pictures::Picture sheet = drawnSheet(effect, views, source, arguments, named, drawn);
-    shots::writeAtomically(arguments.output, shots::encodeDrawn(arguments.output, sheet, type));
+    shots::writeAtomically(arguments.output,
+                           shots::encodeDrawn(arguments.output, sheet, type, arguments.frame.form.encoding));
     noteLeftOut(source);
 }
 

@@ -131,11 +131,13 @@ void smoothFile(const SmoothArguments& arguments, const SmoothPlan& plan) {
         smoothPicture(viewOf<PictureView>(source.image), viewOf<WritablePictureView>(result), plan.options));
     const pictures::PictureForm form = shots::outputForm(source.picture, plan.format, arguments.form);
     const std::vector<uint8_t> bytes =
-        pictures::encodePicture(plan.format, pictures::pictureOf(result, source.image, source.picture, form));
+        pictures::encodePicture(plan.format, pictures::pictureOf(result, source.image, source.picture, form),
+                                arguments.form.encoding);
     std::vector<shots::FileContent> files = {{arguments.output, bytes}};
     std::vector<uint8_t> mapBytes;
     if (arguments.flagMap) {
-        mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, plan.options));
+        mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, plan.options),
+                                      arguments.form.encoding);
         files.push_back({*arguments.flagMap, mapBytes});
     }
     shots::writeAtomically(files);

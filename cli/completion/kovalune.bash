@@ -134,6 +134,7 @@ _kovalune_value() {
     case $option in
         --alpha) _kovalune_offer "$typed" <<<$'straight\npremultiplied' ;;
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
+        --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
         --key) _kovalune_offer "$typed" <<<$'remove\nonly' ;;
         --view) _kovalune_offer "$typed" < <(_kovalune_views) ;;
         --set)

@@ -86,6 +86,8 @@ function __kovalune_value
             printf '%s\n' straight premultiplied
         case --depth
             printf '%s\n' 8 16 32 auto
+        case --png-level
+            seq 0 9
         case --key
             printf '%s\n' remove only
         case --view

@@ -69,6 +69,7 @@ _kovalune_value() {
     case $option in
         --alpha) compadd straight premultiplied ;;
         --depth) compadd 8 16 32 auto ;;
+        --png-level) compadd {0..9} ;;
         --key) compadd remove only ;;
         --view)
             _kovalune_settings View=

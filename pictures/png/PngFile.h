@@ -2,6 +2,7 @@
 // Palettes come out as RGB, transparent colours as alpha; interlaced files are read and never written.
 #pragma once
 
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -21,6 +22,6 @@ Picture decodePng(std::span<const uint8_t> bytes, const std::string& name);
 
 /// The bytes of a whole file. The picture has samples of Uint8 or Uint16; notes of other formats are left out.
 /// Throws Failure if the picture cannot be written as a PNG.
-std::vector<uint8_t> encodePng(const Picture& picture);
+std::vector<uint8_t> encodePng(const Picture& picture, const EncodeOptions& options);
 
 } // namespace kovalune::pictures

@@ -32,11 +32,11 @@ pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std
 }
 
 std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
-                                 pictures::SampleType wanted) {
+                                 pictures::SampleType wanted, const pictures::EncodeOptions& options) {
     const pictures::FileFormat format = pictures::formatOfName(file).value();
     const pictures::SampleType type = pictures::sampleTypeIn(format, wanted);
-    return type == drawn.sampleType ? pictures::encodePicture(format, drawn)
-                                    : pictures::encodePicture(format, withSampleType(drawn, type));
+    return type == drawn.sampleType ? pictures::encodePicture(format, drawn, options)
+                                    : pictures::encodePicture(format, withSampleType(drawn, type), options);
 }
 
 } // namespace kovalune::shots

@@ -1,6 +1,7 @@
 // A picture that the tool has drawn itself, for a file in the format that its name says.
 #pragma once
 
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -18,11 +19,12 @@ pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std
 /// The bytes of such a file. `drawn` has no alpha. The file's samples are of the type that its format has nearest to
 /// `wanted`. Throws Failure as encodePicture does.
 std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
-                                 pictures::SampleType wanted);
+                                 pictures::SampleType wanted, const pictures::EncodeOptions& options = {});
 
 /// As near to `drawn` as the format can.
-inline std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn) {
-    return encodeDrawn(file, drawn, drawn.sampleType);
+inline std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
+                                        const pictures::EncodeOptions& options = {}) {
+    return encodeDrawn(file, drawn, drawn.sampleType, options);
 }
 
 } // namespace kovalune::shots

@@ -1,6 +1,7 @@
 // How a picture's file is taken, and what it is written back as.
 #pragma once
 
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <optional>
@@ -10,6 +11,7 @@ namespace kovalune::shots {
 struct FrameForm {
     std::optional<int> depth;                     ///< 8, 16 or 32 bits a channel; otherwise the file's
     std::optional<pictures::AlphaKind> alphaKind; ///< of all files, whatever they say
+    pictures::EncodeOptions encoding;
 };
 
 } // namespace kovalune::shots

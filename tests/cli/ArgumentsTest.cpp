@@ -119,6 +119,25 @@ TEST(Arguments, ThreadsGoFromOneToSixtyFour) {
     }
 }
 
+TEST(Arguments, PngLevelsGoFromZeroToNine) {
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "x", "-o", "y"})).frame.form.encoding.pngLevel, 3);
+    EXPECT_EQ(std::get<SheetArguments>(parsed({"sheet", "x", "-o", "y", "--png-level", "0"}))
+                  .frame.form.encoding.pngLevel,
+              0);
+    EXPECT_EQ(
+        std::get<SmoothArguments>(parsed({"smooth", "x", "-o", "y", "--png-level=9"})).form.encoding.pngLevel,
+        9);
+    EXPECT_EQ(std::get<ColorsArguments>(parsed({"colors", "x", "--png-level", "6"})).encoding.pngLevel, 6);
+    EXPECT_EQ(std::get<CompareArguments>(parsed({"compare", "x", "y", "--png-level", "1"})).encoding.pngLevel,
+              1);
+    for (const char* wrong : {"10", "-1", "high", "3.5", "0x3", "99999999999999999999", ""}) {
+        const std::string text = failure({"render", "x", "-o", "y", "--png-level", wrong});
+        EXPECT_NE(text.find("--png-level takes a whole number, 0 to 9, not '" + std::string(wrong) + "'"),
+                  std::string::npos)
+            << wrong << ": " << text;
+    }
+}
+
 TEST(Arguments, ThreadsGoAsFarAsTheHostTakesThem) {
     host::HostOptions options;
     options.threads = kMostThreads;

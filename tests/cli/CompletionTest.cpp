@@ -83,6 +83,8 @@ TEST_F(Completion, OffersTheValuesOfOptions) {
     EXPECT_EQ(offered("kovalune pick --alpha s"), (Words{"straight"}));
     EXPECT_EQ(offered("kovalune sheet --depth "), (Words{"16", "32", "8", "auto"}));
     EXPECT_EQ(offered("kovalune smooth --key "), (Words{"only", "remove"}));
+    EXPECT_EQ(offered("kovalune smooth --png-level "),
+              (Words{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}));
     EXPECT_EQ(offered("kovalune smooth --key=o"), (Words{"only"}));
     EXPECT_EQ(offered("kovalune defaults "), (Words{"forget", "save", "show"}));
     EXPECT_EQ(offered("kovalune defaults s"), (Words{"save", "show"}));
@@ -91,7 +93,7 @@ TEST_F(Completion, OffersTheValuesOfOptions) {
 
 // The command is the judge: it takes what is offered and refuses anything else.
 TEST_F(Completion, OfferedValuesAreTaken) {
-    for (const std::string option : {"--alpha", "--depth"}) {
+    for (const std::string option : {"--alpha", "--depth", "--png-level"}) {
         for (const std::string& value : offered("kovalune render " + option + " ")) {
             const CommandOutcome outcome = runCommand({"render", "--print-params", option, value});
             EXPECT_NE(outcome.exitCode, 2) << outcome.err;

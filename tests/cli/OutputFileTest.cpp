@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sys/stat.h>
 
 namespace kovalune::test {
@@ -39,6 +40,36 @@ TEST_F(OutputFile, MayBeTheInput) {
     EXPECT_TRUE(holdsThePicture("in.png"));
     EXPECT_FALSE(readPngFile(folder_ / "in.png").interlaced);
     EXPECT_EQ(folder_.names(), (std::vector<std::string>{"in.png"}));
+}
+
+TEST_F(OutputFile, OfEveryCommandIsPackedAsTheLevelSays) {
+    PngPicture flat = randomPng(PngColor::kRgb, 8, 64, 48, 2);
+    std::fill(flat.rows.begin(), flat.rows.end(), uint8_t{200});
+    writePng(folder_ / "large.png", flat);
+    std::fill(flat.rows.begin() + 999, flat.rows.begin() + 1999, uint8_t{20});
+    writePng(folder_ / "other.png", flat);
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    const std::vector<std::vector<std::string>> commands = {
+        {"render", "large.png", "-o", "out.png", "--set", "Enable 1=off"},
+        {"sheet", "large.png", "-o", "out.png", "--set", "Enable 1=off"},
+        {"smooth", "large.png", "-o", "out.png"},
+        {"smooth", "large.png", "-o", "other.tga", "--flag-map", "out.png"},
+        {"colors", "large.png", "-o", "out.png"},
+        {"compare", "large.png", "other.png", "--diff", "out.png"}};
+    for (const std::vector<std::string>& command : commands) {
+        const auto written = [&](const char* level) {
+            std::vector<std::string> words = command;
+            words.insert(words.end(), {"--png-level", level});
+            const CommandOutcome outcome = runCommand(words, setting);
+            EXPECT_EQ(outcome.exitCode, command[0] == "compare" ? 1 : 0) << outcome.err;
+            return bytesOf(folder_ / "out.png");
+        };
+        const std::vector<uint8_t> plain = written("0");
+        const PngPicture plainPicture = readPngFile(folder_ / "out.png");
+        EXPECT_LT(written("9").size(), plain.size()) << command[0];
+        EXPECT_TRUE(readPngFile(folder_ / "out.png").rows == plainPicture.rows) << command[0];
+    }
 }
 
 TEST_F(OutputFile, ReplacesAnOlderOneAndKeepsItsPermissions) {

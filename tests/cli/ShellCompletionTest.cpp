@@ -135,6 +135,8 @@ TEST_P(ShellCompletion, OffersTheValuesOfOptions) {
     EXPECT_EQ(offered("kovalune pick --alpha s"), (Words{"straight"}));
     EXPECT_EQ(offered("kovalune sheet --depth "), (Words{"16", "32", "8", "auto"}));
     EXPECT_EQ(offered("kovalune smooth --key "), (Words{"only", "remove"}));
+    EXPECT_EQ(offered("kovalune smooth --png-level "),
+              (Words{"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"}));
     EXPECT_EQ(offered("kovalune defaults "), (Words{"forget", "save", "show"}));
     EXPECT_EQ(offered("kovalune defaults s"), (Words{"save", "show"}));
     EXPECT_EQ(offered("kovalune render --threads "), Words{});

@@ -25,6 +25,7 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
     expectRefused({"two\nlines"}, {"two"});
     expectRefused({"--threads", "65"}, {"--threads", "1", "64"});
     expectRefused({"--threads", "many"}, {"--threads"});
+    expectRefused({"--png-level", "10"}, {"--png-level takes a whole number, 0 to 9, not '10'"});
 }
 
 TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {

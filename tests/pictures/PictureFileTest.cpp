@@ -85,6 +85,44 @@ TEST(PictureFile, EveryFormatHasANearestTypeForEverySample) {
     }
 }
 
+/// A drawing: runs of one colour that end at another place in every row.
+Picture flatDrawing() {
+    Picture picture;
+    picture.width = 400;
+    picture.height = 300;
+    picture.channels = Channels::kRgbAlpha;
+    picture.samples.resize(picture.byteCount());
+    for (std::size_t i = 0; i < picture.samples.size(); ++i) {
+        const std::size_t pixel = i / 4;
+        picture.samples[i] = static_cast<uint8_t>((pixel % 400 + 7 * (pixel / 400) % 31) / 23 * (i % 4 + 29));
+    }
+    return picture;
+}
+
+TEST(PictureFile, APngOfEveryLevelHoldsTheSamePicture) {
+    const Picture pictures[] = {flatDrawing(), randomPicture(SampleType::kUint16, Channels::kRgb, 33, 17, 3),
+                                randomPicture(SampleType::kUint8, Channels::kGreyAlpha, 33, 17, 4)};
+    for (const Picture& picture : pictures) {
+        for (int level = 0; level <= kHighestPngLevel; ++level) {
+            const std::vector<uint8_t> bytes = encodePicture(FileFormat::kPng, picture, {.pngLevel = level});
+            const Picture again = decodePicture(FileFormat::kPng, bytes, "in");
+            EXPECT_TRUE(again.samples == picture.samples) << "level " << level;
+            EXPECT_EQ(again.channels, picture.channels);
+        }
+    }
+}
+
+TEST(PictureFile, APngOfAHigherLevelIsSmaller) {
+    const Picture picture = flatDrawing();
+    const auto bytesAt = [&](int level) {
+        return encodePicture(FileFormat::kPng, picture, {.pngLevel = level}).size();
+    };
+    EXPECT_GT(bytesAt(0), picture.samples.size());
+    EXPECT_LT(bytesAt(kUsualPngLevel), bytesAt(0) / 10);
+    EXPECT_LT(bytesAt(kSmallPngLevel), bytesAt(kUsualPngLevel));
+    EXPECT_EQ(encodePicture(FileFormat::kPng, picture).size(), bytesAt(kUsualPngLevel));
+}
+
 class EachFormat : public testing::TestWithParam<FileFormat> {};
 
 TEST_P(EachFormat, KeepsEverySampleOfEveryTypeAndKindOfPicture) {

@@ -1,0 +1,18 @@
+// What may be chosen of a file that is written; what it holds is the same with every choice.
+#pragma once
+
+namespace kovalune::pictures {
+
+inline constexpr int kHighestPngLevel = 9;
+
+/// The smallest files of flat drawings among the levels that pack as quickly as any.
+inline constexpr int kUsualPngLevel = 3;
+
+/// Half as large, in three times the time; what is above it takes longer and gains little.
+inline constexpr int kSmallPngLevel = 6;
+
+struct EncodeOptions {
+    int pngLevel = kUsualPngLevel; ///< how hard a PNG's samples are packed: 0 not at all, to kHighestPngLevel
+};
+
+} // namespace kovalune::pictures
