@@ -63,10 +63,11 @@ struct PlanarOf<Argb16> {
     }
     static void makeReady(Sample* samples, int32_t count) { kernels().pairUp(samples, kBias, count); }
 
-    /// `at` is the sample of the first sum, `reach` how far the sums reach to either side of it.
-    static void weigh(const Sample* at, const LineWeights& weights, int32_t reach, Sum* sums, int32_t count) {
+    /// The lines begin at the samples of the first sums; `reach` is how far the sums reach to either side of theirs.
+    static void weigh(WeighedLines<Sample> lines, const LineWeights& weights, int32_t reach) {
         const uint32_t start = kBias * weights.sum(-reach, reach + 1);
-        kernels().weighPairs(at - reach, weights.from(reach), reach + 1, start, sums, count);
+        lines.line -= reach;
+        kernels().weighPairs(lines, weights.from(reach), reach + 1, start);
     }
 
     /// Where all weights are there.
@@ -147,8 +148,8 @@ struct PlanarOf<Argb32> {
     }
     static void makeReady(Sample* /*samples*/, int32_t /*count*/) {}
 
-    static void weigh(const Sample* at, const LineWeights& weights, int32_t reach, Sum* sums, int32_t count) {
-        kernels().weighDoubles(at, weights.doubles(), reach, sums, count);
+    static void weigh(const WeighedLines<Sample>& lines, const LineWeights& weights, int32_t reach) {
+        kernels().weighDoubles(lines, weights.doubles(), reach);
     }
 
     static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {

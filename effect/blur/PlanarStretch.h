@@ -24,15 +24,12 @@ public:
     using Sum = typename Planar::Sum;
     using Pixel = typename Format::Pixel;
 
-    PlanarStretch(int32_t lineLength, ScratchLayout& layout) {
-        const auto room = static_cast<std::size_t>(lineLength + 2 * kMaxTaps + 2 + 2 * kPadding);
-        for (Sample*& plane : planes_) {
-            plane = layout.take<Sample>(room);
-        }
+    PlanarStretch(int32_t lineLength, ScratchLayout& layout)
+        : planeStep_((lineLength + 2 * kMaxTaps + 2 + 2 * kPadding) / 16 * 16 + 16) {
+        const auto room = static_cast<std::size_t>(planeStep_);
+        planes_ = layout.take<Sample>(room * kChannels);
         counted_ = layout.take<uint32_t>(room);
-        for (Sum*& sums : sums_) {
-            sums = layout.take<Sum>(kBlockPixels + kPadding);
-        }
+        sums_ = layout.take<Sum>(kSumsStep * kChannels);
         weights_ = layout.take<uint32_t>(kBlockPixels + kPadding);
     }
 
@@ -47,7 +44,7 @@ public:
         hasHoles_ = nextMaskedOut(mask, stretch.first, stretch.last + 1) <= stretch.last;
         std::array<Sample*, kChannels> at;
         for (std::size_t c = 0; c < kChannels; ++c) {
-            at[c] = start(planes_[c]);
+            at[c] = start(planes_ + static_cast<std::ptrdiff_t>(c) * planeStep_);
         }
         bool fits = false;
         if constexpr (kChannels == 3) {
@@ -73,13 +70,22 @@ public:
 
     /// Makes sums and weights of at most kBlockPixels pixels from `x` on.
     void weigh(int32_t x, int32_t count) {
-        for (std::size_t c = 0; c < kChannels; ++c) {
-            Planar::weigh(start(planes_[c]) + (x - first_), *line_, reach_, sums_[c], count);
-        }
+        Planar::weigh({.line = start(planes_) + (x - first_),
+                       .lineStep = planeStep_,
+                       .sums = sums_,
+                       .sumsStep = kSumsStep,
+                       .channels = kChannels,
+                       .count = count},
+                      *line_, reach_);
         weightsAreWhole_ = false;
         if (hasHoles_ && hasHoleAround(x, count)) {
-            kernels().weighPairs(start(counted_) + (x - first_) - reach_, line_->from(reach_), reach_ + 1, 0,
-                                 weights_, count);
+            kernels().weighPairs({.line = start(counted_) + (x - first_) - reach_,
+                                  .lineStep = 0,
+                                  .sums = weights_,
+                                  .sumsStep = 0,
+                                  .channels = 1,
+                                  .count = count},
+                                 line_->from(reach_), reach_ + 1, 0);
             return;
         }
         const int32_t last = first_ + count_ - 1;
@@ -96,15 +102,15 @@ public:
         }
     }
 
-    const Sum* sums(std::size_t channel) const { return sums_[channel]; }
+    const Sum* sums(std::size_t channel) const { return sums_ + channel * kSumsStep; }
     const uint32_t* weights() const { return weights_; }
 
     /// The means of the core alone.
     void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
         if (weightsAreWhole_) {
-            Planar::wholeMeans(sums_[channel], means, count);
+            Planar::wholeMeans(sums(channel), means, count);
         } else {
-            Planar::coreMeans(sums_[channel], weights_, means, count);
+            Planar::coreMeans(sums(channel), weights_, means, count);
         }
     }
 
@@ -126,9 +132,12 @@ private:
         return nextMaskedOut(mask_, from, past) < past;
     }
 
-    std::array<Sample*, kChannels> planes_; ///< of numbers, then of pairs; the stretch starts at kMaxTaps
-    uint32_t* counted_;                     ///< likewise, 1 where a pixel counts
-    std::array<Sum*, kChannels> sums_;
+    static constexpr std::size_t kSumsStep = kBlockPixels + kPadding;
+
+    int32_t planeStep_; ///< samples from one channel's to the next
+    Sample* planes_;    ///< of numbers, then of pairs; the stretch starts at kMaxTaps
+    uint32_t* counted_; ///< likewise, 1 where a pixel counts
+    Sum* sums_;
     uint32_t* weights_;
 
     const LineWeights* line_ = nullptr;

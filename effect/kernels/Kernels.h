@@ -15,6 +15,17 @@ inline constexpr int kInstructionSets = 4;
 /// Entries of 4 or 8 bytes: the widest vector's.
 inline constexpr int32_t kPadding = 16;
 
+/// One or three lines that are weighed at once, and where their sums go; all padded.
+template <class Number>
+struct WeighedLines {
+    const Number* line;
+    int64_t lineStep; ///< entries from one line to the next
+    Number* sums;
+    int64_t sumsStep;
+    int32_t channels;
+    int32_t count;
+};
+
 /// A 16-bit pixel is taken as one number, alpha lowest; its channels 1 to 3 are red, green and blue.
 struct Kernels {
     InstructionSet set;
@@ -31,11 +42,10 @@ struct Kernels {
     /// Replaces each of `count` numbers by the pair (itself - bias, its right neighbour - bias), as two signed 16-bit numbers,
     /// its own in the lower half. Reads one number past the last one.
     void (*pairUp)(uint32_t* numbers, uint32_t bias, int32_t count);
-    /// sums[i] = start + the products of both halves of pairs[i + 2 k] and taps[2 k], taps[2 k + 1], at most
-    /// 32767, over all k below `tapPairs`, modulo 2^32.
-    /// Both are padded.
-    void (*weighPairs)(const uint32_t* pairs, const uint16_t* taps, int32_t tapPairs, uint32_t start,
-                       uint32_t* sums, int32_t count);
+    /// sums[i] = start + the products of both halves of pairs[i + 2 k] and taps[2 k], taps[2 k + 1], at most 32767, over all k
+    /// below `tapPairs`, modulo 2^32.
+    void (*weighPairs)(const WeighedLines<uint32_t>& lines, const uint16_t* taps, int32_t tapPairs,
+                       uint32_t start);
     /// sums[i] += factor * table[i], modulo 2^32.
     void (*addScaled)(const uint32_t* table, uint32_t factor, uint32_t* sums, int32_t count);
 
@@ -60,8 +70,8 @@ struct Kernels {
                           double* blue);
     void (*splitAlpha32)(const void* pixels, const uint8_t* mask, int32_t count, double* alpha);
     /// sums[i]: the sum of line[i - k] * taps[k] for k from 1 to `reach`, then of line[i + k] * taps[k] for k from 0 to `reach`,
-    /// added in this order. Products must be exact. `line` has `reach` entries before the first one, and is padded.
-    void (*weighDoubles)(const double* line, const double* taps, int32_t reach, double* sums, int32_t count);
+    /// added in this order. Products must be exact. A line has `reach` entries before the first one.
+    void (*weighDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
     /// means[i] = sums[i] * (32768 / weights[i]).
     void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);
     /// The same where every weight is 32768.

@@ -2,6 +2,7 @@
 #include "tests/kernels/KernelSets.h"
 #include "tests/support/Random.h"
 
+#include <algorithm>
 #include <bit>
 #include <cmath>
 #include <cstdint>
@@ -87,14 +88,28 @@ TEST_P(KernelResultTest, WeighsPairsOfNumbers) {
             start += kBias * tap;
         }
         kernel().pairUp(pairs.data(), kBias, count + 2 * tapPairs - 1);
-        Numbers sums(padded(count));
-        kernel().weighPairs(pairs.data(), taps.data(), tapPairs, start, sums.data(), count);
-        for (int32_t i = 0; i < count; ++i) {
+        // Three lines: the same one from three places on.
+        const int32_t channels = random.chance(50) ? 3 : 1;
+        Numbers sums(3 * padded(count));
+        const auto step = static_cast<int64_t>(padded(count));
+        const int32_t weighed = count > 2 ? count - 2 : count;
+        const int32_t lines = count > 2 ? channels : 1;
+        kernel().weighPairs({.line = pairs.data(),
+                             .lineStep = 1,
+                             .sums = sums.data(),
+                             .sumsStep = step,
+                             .channels = lines,
+                             .count = weighed},
+                            taps.data(), tapPairs, start);
+        for (int32_t i = 0; i < weighed + lines - 1; ++i) {
             uint32_t sum = 7;
             for (int32_t k = 0; k < 2 * tapPairs; ++k) {
                 sum += values[at(i + k)] * taps[at(k)];
             }
-            ASSERT_EQ(sums[at(i)], sum) << i << " of " << count;
+            for (int32_t c = std::max(0, i - weighed + 1); c < lines && c <= i; ++c) {
+                ASSERT_EQ(sums[at(i - c) + at(c) * padded(count)], sum)
+                    << i << " of " << weighed << ", line " << c;
+            }
         }
     }
 }
@@ -255,8 +270,17 @@ TEST_P(KernelResultTest, WeighsFloatsInTheOrderThatIsPartOfTheResult) {
         for (double& tap : taps) {
             tap = random.below(32769) / 32768.0;
         }
-        std::vector<double> sums(padded(count));
-        kernel().weighDoubles(line.data() + reach, taps.data(), reach, sums.data(), count);
+        std::vector<double> sums(3 * padded(count));
+        const auto step = static_cast<int64_t>(padded(count));
+        const int32_t lines = count > 2 && random.chance(50) ? 3 : 1;
+        const int32_t weighed = count - lines + 1;
+        kernel().weighDoubles({.line = line.data() + reach,
+                               .lineStep = 1,
+                               .sums = sums.data(),
+                               .sumsStep = step,
+                               .channels = lines,
+                               .count = weighed},
+                              taps.data(), reach);
         for (int32_t i = 0; i < count; ++i) {
             double sum = 0.0;
             for (int32_t k = 1; k <= reach; ++k) {
@@ -265,7 +289,9 @@ TEST_P(KernelResultTest, WeighsFloatsInTheOrderThatIsPartOfTheResult) {
             for (int32_t k = 0; k <= reach; ++k) {
                 sum += line[at(reach + i + k)] * taps[at(k)];
             }
-            ASSERT_EQ(bitsOf(sums[at(i)]), bitsOf(sum));
+            for (int32_t c = std::max(0, i - weighed + 1); c < lines && c <= i; ++c) {
+                ASSERT_EQ(bitsOf(sums[at(i - c) + at(c) * padded(count)]), bitsOf(sum));
+            }
         }
     }
 }

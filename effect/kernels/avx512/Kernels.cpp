@@ -8,7 +8,9 @@ namespace kovalune {
 namespace {
 
 struct Avx512 {
-    static constexpr int kBlockVectors = 8;
+    // In flight at once: of one line, or of each of three.
+    static constexpr int kVectorsOfOne = 12;
+    static constexpr int kVectorsOfThree = 8;
     using Words = __m512i;
     static constexpr int32_t kWords = 16;
     static Words fill(uint32_t value) { return _mm512_set1_epi32(static_cast<int>(value)); }

@@ -122,22 +122,30 @@ struct FloatPixel {
     float alpha, red, green, blue;
 };
 
+/// Not multiplied by the mask: what is masked out may be infinite.
+inline double channelIf(uint8_t mask, const float& channel) {
+    uint32_t bits;
+    __builtin_memcpy(&bits, &channel, 4);
+    bits &= mask != 0 ? ~uint32_t{0} : uint32_t{0};
+    float kept;
+    __builtin_memcpy(&kept, &bits, 4);
+    return static_cast<double>(kept);
+}
+
 void splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
                    double* __restrict green, double* __restrict blue) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
-        // Chosen, not multiplied: what is masked out may be infinite.
-        const bool counts = mask[i] != 0;
-        red[i] = static_cast<double>(counts ? from[i].red : 0.0F);
-        green[i] = static_cast<double>(counts ? from[i].green : 0.0F);
-        blue[i] = static_cast<double>(counts ? from[i].blue : 0.0F);
+        red[i] = channelIf(mask[i], from[i].red);
+        green[i] = channelIf(mask[i], from[i].green);
+        blue[i] = channelIf(mask[i], from[i].blue);
     }
 }
 
 void splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
-        alpha[i] = static_cast<double>(mask[i] != 0 ? from[i].alpha : 0.0F);
+        alpha[i] = channelIf(mask[i], from[i].alpha);
     }
 }
 
@@ -165,11 +173,12 @@ void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sum
 }
 
 void mergeColors32(const float* red, const float* green, const float* blue, void* pixels, int32_t count) {
+    // One store a pixel.
+    using Whole = float __attribute__((vector_size(16)));
     auto* const to = static_cast<FloatPixel*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
-        to[i].red = red[i];
-        to[i].green = green[i];
-        to[i].blue = blue[i];
+        const Whole pixel = {to[i].alpha, red[i], green[i], blue[i]};
+        __builtin_memcpy(to + i, &pixel, sizeof pixel);
     }
 }
 

@@ -1,6 +1,8 @@
-// The weighted sums along a line, in registers: a block of neighbouring sums takes all taps before it is stored. `Set` tells
-// what a vector is and what can be done with it; each set has one of its own, in an unnamed namespace.
+// The weighted sums along lines, in registers: a block of neighbouring sums, of all channels, takes all taps before it is
+// stored. `Set` tells what a vector is and what can be done with it; each set has one of its own, in an unnamed namespace.
 #pragma once
+
+#include "effect/kernels/Kernels.h"
 
 #include <cstdint>
 
@@ -11,76 +13,99 @@ inline uint32_t pairOf(const uint16_t* taps) {
     return static_cast<uint32_t>(taps[0]) | static_cast<uint32_t>(taps[1]) << 16;
 }
 
-template <class Set, int kVectors>
-inline void weighPairsBlock(const uint32_t* pairs, const uint16_t* taps, int32_t tapPairs, uint32_t start,
-                            uint32_t* sums) {
-    typename Set::Words sum[static_cast<decltype(sizeof 0)>(kVectors)];
-    for (int v = 0; v < kVectors; ++v) {
-        sum[v] = Set::fill(start);
+struct PairTaps {
+    const uint16_t* taps;
+    int32_t tapPairs;
+    uint32_t start;
+};
+
+template <class Set, int kChannels, int kVectors>
+inline void weighBlock(const WeighedLines<uint32_t>& lines, int32_t i, const PairTaps& with) {
+    typename Set::Words sum[kChannels * kVectors + 0UL];
+    for (auto& each : sum) {
+        each = Set::fill(with.start);
     }
-    for (int32_t k = 0; k < tapPairs; ++k) {
-        const typename Set::Words tap = Set::fill(pairOf(taps + 2 * k));
-        const uint32_t* const at = pairs + 2 * k;
-        for (int v = 0; v < kVectors; ++v) {
-            sum[v] = Set::addProducts(sum[v], Set::load(at + v * Set::kWords), tap);
+    const uint32_t* at = lines.line + i;
+    for (int32_t k = 0; k < with.tapPairs; ++k, at += 2) {
+        const typename Set::Words tap = Set::fill(pairOf(with.taps + 2 * k));
+        for (int c = 0; c < kChannels; ++c) {
+            for (int v = 0; v < kVectors; ++v) {
+                auto& each = sum[c * kVectors + v];
+                each = Set::addProducts(each, Set::load(at + c * lines.lineStep + v * Set::kWords), tap);
+            }
         }
     }
-    for (int v = 0; v < kVectors; ++v) {
-        Set::store(sums + v * Set::kWords, sum[v]);
+    for (int c = 0; c < kChannels; ++c) {
+        for (int v = 0; v < kVectors; ++v) {
+            Set::store(lines.sums + c * lines.sumsStep + i + v * Set::kWords, sum[c * kVectors + v]);
+        }
+    }
+}
+
+struct DoubleTaps {
+    const double* taps;
+    int32_t reach;
+};
+
+template <class Set, int kChannels, int kVectors>
+inline void weighBlock(const WeighedLines<double>& lines, int32_t i, const DoubleTaps& with) {
+    typename Set::Doubles sum[kChannels * kVectors + 0UL];
+    for (auto& each : sum) {
+        each = Set::fill(0.0);
+    }
+    const auto add = [&](const double* at, double weight) {
+        const typename Set::Doubles tap = Set::fill(weight);
+        for (int c = 0; c < kChannels; ++c) {
+            for (int v = 0; v < kVectors; ++v) {
+                auto& each = sum[c * kVectors + v];
+                each = Set::addProduct(each, Set::load(at + c * lines.lineStep + v * Set::kDoubles), tap);
+            }
+        }
+    };
+    const double* const centre = lines.line + i;
+    for (int32_t k = 1; k <= with.reach; ++k) {
+        add(centre - k, with.taps[k]);
+    }
+    for (int32_t k = 0; k <= with.reach; ++k) {
+        add(centre + k, with.taps[k]);
+    }
+    for (int c = 0; c < kChannels; ++c) {
+        for (int v = 0; v < kVectors; ++v) {
+            Set::store(lines.sums + c * lines.sumsStep + i + v * Set::kDoubles, sum[c * kVectors + v]);
+        }
+    }
+}
+
+/// All lines in blocks of kVectors vectors of `step` entries, and what is left over in smaller ones.
+template <class Set, int kChannels, int kVectors, class Number, class Taps>
+inline void weighFrom(const WeighedLines<Number>& lines, int32_t i, int32_t step, const Taps& with) {
+    for (; lines.count - i > (kVectors - 1) * step; i += kVectors * step) {
+        weighBlock<Set, kChannels, kVectors>(lines, i, with);
+    }
+    if constexpr (kVectors > 1) {
+        if (i < lines.count) {
+            weighFrom<Set, kChannels, kVectors - 1>(lines, i, step, with);
+        }
     }
 }
 
 template <class Set>
-void weighPairs(const uint32_t* pairs, const uint16_t* taps, int32_t tapPairs, uint32_t start, uint32_t* sums,
-                int32_t count) {
-    constexpr int32_t kBlock = Set::kBlockVectors * Set::kWords;
-    int32_t i = 0;
-    for (; count - i > kBlock - Set::kWords; i += kBlock) {
-        weighPairsBlock<Set, Set::kBlockVectors>(pairs + i, taps, tapPairs, start, sums + i);
-    }
-    for (; count - i > 3 * Set::kWords; i += 4 * Set::kWords) {
-        weighPairsBlock<Set, 4>(pairs + i, taps, tapPairs, start, sums + i);
-    }
-    for (; i < count; i += Set::kWords) {
-        weighPairsBlock<Set, 1>(pairs + i, taps, tapPairs, start, sums + i);
-    }
-}
-
-template <class Set, int kVectors>
-inline void weighDoublesBlock(const double* line, const double* taps, int32_t reach, double* sums) {
-    typename Set::Doubles sum[static_cast<decltype(sizeof 0)>(kVectors)];
-    for (int v = 0; v < kVectors; ++v) {
-        sum[v] = Set::fill(0.0);
-    }
-    for (int32_t k = 1; k <= reach; ++k) {
-        const typename Set::Doubles tap = Set::fill(taps[k]);
-        for (int v = 0; v < kVectors; ++v) {
-            sum[v] = Set::addProduct(sum[v], Set::load(line + v * Set::kDoubles - k), tap);
-        }
-    }
-    for (int32_t k = 0; k <= reach; ++k) {
-        const typename Set::Doubles tap = Set::fill(taps[k]);
-        for (int v = 0; v < kVectors; ++v) {
-            sum[v] = Set::addProduct(sum[v], Set::load(line + v * Set::kDoubles + k), tap);
-        }
-    }
-    for (int v = 0; v < kVectors; ++v) {
-        Set::store(sums + v * Set::kDoubles, sum[v]);
+void weighPairs(const WeighedLines<uint32_t>& lines, const uint16_t* taps, int32_t tapPairs, uint32_t start) {
+    const PairTaps with{taps, tapPairs, start};
+    if (lines.channels == 3) {
+        weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kWords, with);
+    } else {
+        weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kWords, with);
     }
 }
 
 template <class Set>
-void weighDoubles(const double* line, const double* taps, int32_t reach, double* sums, int32_t count) {
-    constexpr int32_t kBlock = Set::kBlockVectors * Set::kDoubles;
-    int32_t i = 0;
-    for (; count - i > kBlock - Set::kDoubles; i += kBlock) {
-        weighDoublesBlock<Set, Set::kBlockVectors>(line + i, taps, reach, sums + i);
-    }
-    for (; count - i > 3 * Set::kDoubles; i += 4 * Set::kDoubles) {
-        weighDoublesBlock<Set, 4>(line + i, taps, reach, sums + i);
-    }
-    for (; i < count; i += Set::kDoubles) {
-        weighDoublesBlock<Set, 1>(line + i, taps, reach, sums + i);
+void weighDoubles(const WeighedLines<double>& lines, const double* taps, int32_t reach) {
+    const DoubleTaps with{taps, reach};
+    if (lines.channels == 3) {
+        weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kDoubles, with);
+    } else {
+        weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kDoubles, with);
     }
 }
 

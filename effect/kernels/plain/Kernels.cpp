@@ -6,7 +6,9 @@ namespace kovalune {
 namespace {
 
 struct Plain {
-    static constexpr int kBlockVectors = 16;
+    // In flight at once: of one line, or of each of three.
+    static constexpr int kVectorsOfOne = 16;
+    static constexpr int kVectorsOfThree = 8;
     using Words = uint32_t;
     static constexpr int32_t kWords = 1;
     static Words fill(uint32_t value) { return value; }

@@ -8,7 +8,9 @@ namespace kovalune {
 namespace {
 
 struct Sse2 {
-    static constexpr int kBlockVectors = 6;
+    // In flight at once: of one line, or of each of three.
+    static constexpr int kVectorsOfOne = 8;
+    static constexpr int kVectorsOfThree = 4;
     using Words = __m128i;
     static constexpr int32_t kWords = 4;
     static Words fill(uint32_t value) { return _mm_set1_epi32(static_cast<int>(value)); }
