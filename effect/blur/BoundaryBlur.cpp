@@ -206,17 +206,11 @@ private:
 
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
-        bool loaded = false;
         bool fits = true;
+        stretch_.begin(line, stretch, weights_);
         const auto mixed = [&](int32_t from, int32_t past) {
-            if (!loaded) {
-                loaded = true;
-                fits = stretch_.load(line.pixels, line.mask, stretch, weights_);
-            }
-            if (fits) {
-                forEachBlock(line.mask, from, past,
-                             [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
-            }
+            forEachBlock(line.mask, from, past,
+                         [&](int32_t x, int32_t count) { fits = fits && blurBlock(line, x, count, out); });
         };
         if (!flatWindowsKeepTheirs<Format>(kernel_)) {
             mixed(stretch.first, stretch.last + 1);
@@ -238,8 +232,10 @@ private:
         return fits;
     }
 
-    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
-        stretch_.weigh(x, count);
+    bool blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
+        if (!stretch_.weigh(LineKeys<Format, Planar::alphaKey>{line.pixels}, x, count)) {
+            return false;
+        }
         if (hasTail()) {
             Planar::mixedMeans(boxes_.alpha + x, boxes_.count + x, stretch_.sums(0), stretch_.weights(),
                                kernel_.tailWeight, means_, count);
@@ -251,6 +247,7 @@ private:
                 out[x + i].alpha = static_cast<typename Format::Channel>(means_[i]);
             }
         }
+        return true;
     }
 
     const GaussKernel& kernel_;

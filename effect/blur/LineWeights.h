@@ -14,15 +14,18 @@ inline int32_t reachOf(const GaussKernel& kernel, int32_t lineLength) {
     return std::min(kernel.length - 1, lineLength);
 }
 
+/// The most pixels whose sums are worked on at once: what stays in the nearest cache.
+inline constexpr int32_t kBlockPixels = 512;
+
 class LineWeights {
 public:
     /// For lines of `lineLength` pixels; in memory of the layout.
     LineWeights(const GaussKernel& kernel, int32_t lineLength, ScratchLayout& layout)
         : reach_(std::min(kMaxTaps - 1, reachOf(kernel, lineLength))) {
-        const auto entries = static_cast<std::size_t>(kSides + 1);
-        taps_ = layout.take<uint16_t>(entries + 1);
-        sums_ = layout.take<uint32_t>(entries);
+        taps_ = layout.take<uint16_t>(kSides + 2);
+        sums_ = layout.take<uint32_t>(kSides + 1 + kBlockPixels);
         doubles_ = layout.take<double>(kMaxTaps);
+        doubleSums_ = layout.take<double>(kSides + 1 + kBlockPixels);
     }
 
     /// Called once there is memory.
@@ -36,9 +39,10 @@ public:
             doubles_[k] = static_cast<double>(tap) * (1.0 / kWeightOne);
         }
         uint32_t sum = 0;
-        for (int32_t k = 0; k <= kSides; ++k) {
-            sum += taps_[k];
+        for (int32_t k = 0; k <= kSides + kBlockPixels; ++k) {
+            sum += k <= kSides ? taps_[k] : 0U;
             sums_[k] = sum;
+            doubleSums_[k] = static_cast<double>(sum) * (1.0 / kWeightOne);
         }
     }
 
@@ -56,8 +60,13 @@ public:
         return sums_[kMaxTaps + last] - sums_[kMaxTaps + first - 1];
     }
 
-    /// running()[i]: the sum of the taps at distances from -`reach()` to i - `reach()`.
+    /// Of all taps.
+    uint32_t whole() const { return sums_[kSides]; }
+
+    /// running()[i]: the sum of the taps at distances up to i - `reach()`; some kBlockPixels further than there are taps.
     const uint32_t* running() const { return sums_ + kMaxTaps - reach_; }
+    /// The same with 1.0 for 32768.
+    const double* runningDoubles() const { return doubleSums_ + kMaxTaps - reach_; }
 
     /// The taps at distances 0 to `reach()`, with 1.0 for 32768.
     const double* doubles() const { return doubles_; }
@@ -69,6 +78,7 @@ private:
     uint16_t* taps_; ///< [kMaxTaps + distance], 0 beyond the reach
     uint32_t* sums_;
     double* doubles_;
+    double* doubleSums_;
 };
 
 } // namespace kovalune

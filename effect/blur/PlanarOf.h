@@ -6,7 +6,11 @@
 #include "effect/kernels/Kernels.h"
 #include "effect/raster/PixelTraits.h"
 
+#include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -48,6 +52,23 @@ struct PlanarOf<Argb16> {
             to[i].green = from[i].green;
             to[i].blue = from[i].blue;
         }
+    }
+
+    /// Whether sums of products of these values are exact: always.
+    struct Exactness {
+        template <std::size_t kChannels>
+        bool holds(const std::array<Sum, kChannels>& /*values*/) {
+            return true;
+        }
+    };
+    static void take(const Argb16::Pixel& pixel, std::array<Sum, 3>& colors) {
+        colors = {pixel.red, pixel.green, pixel.blue};
+    }
+    static void take(const Argb16::Pixel& pixel, std::array<Sum, 1>& alpha) { alpha = {pixel.alpha}; }
+    static Sum scaled(Sum value, uint32_t weight) { return value * weight; }
+    /// Adds the running sums of the weights from `at` on, `factor` times.
+    static void addScaled(const LineWeights& weights, int32_t at, Sum factor, Sum* sums, int32_t count) {
+        kernels().addScaled(weights.running() + at, factor, sums, count);
     }
 
     /// What a sample is lessened by in a pair, so that white fits.
@@ -99,6 +120,44 @@ struct PlanarOf<Argb32> {
     static constexpr bool kSumsAreExact = false;
 
     static bool canWeigh(const LineWeights& /*weights*/) { return true; }
+
+    /// Whether sums of products of all values so far are exact. A product has 24 and 15 bits, and so 14 of a double's 53 are
+    /// left for the values' distance in size; a difference of two takes one, and a sum another.
+    class Exactness {
+    public:
+        template <std::size_t kChannels>
+        bool holds(const std::array<Sum, kChannels>& values) {
+            for (const Sum value : values) {
+                if (value != 0.0) {
+                    const auto size = static_cast<int32_t>(std::bit_cast<uint64_t>(value) >> 52 & 0x7FF);
+                    smallest_ = std::min(smallest_, size);
+                    largest_ = std::max(largest_, size);
+                }
+            }
+            return largest_ - smallest_ <= 12 && largest_ <= kLargestFinite;
+        }
+
+    private:
+        static constexpr int32_t kLargestFinite =
+            1023 + 127; ///< exponent of a float, as a double's is stored
+
+        int32_t smallest_ = 2047;
+        int32_t largest_ = 0;
+    };
+    static void take(const Argb32::Pixel& pixel, std::array<Sum, 3>& colors) {
+        colors = {static_cast<double>(pixel.red), static_cast<double>(pixel.green),
+                  static_cast<double>(pixel.blue)};
+    }
+    static void take(const Argb32::Pixel& pixel, std::array<Sum, 1>& alpha) {
+        alpha = {static_cast<double>(pixel.alpha)};
+    }
+    /// Never -0, since a sum that starts at 0 never is.
+    static Sum scaled(Sum value, uint32_t weight) {
+        return 0.0 + value * (static_cast<double>(weight) * (1.0 / kWeightOne));
+    }
+    static void addScaled(const LineWeights& weights, int32_t at, Sum factor, Sum* sums, int32_t count) {
+        kernels().addScaledDoubles(weights.runningDoubles() + at, factor, sums, count);
+    }
 
     /// Of the bits, so that a NaN is like itself.
     struct ColorKey {

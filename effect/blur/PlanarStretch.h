@@ -1,6 +1,7 @@
 // A stretch of a line with its channels apart, and the weighted sums along it. Nothing outside the stretch counts in it.
 #pragma once
 
+#include "effect/blur/ColorSteps.h"
 #include "effect/blur/LineWeights.h"
 #include "effect/blur/LineWindow.h"
 #include "effect/blur/PlanarOf.h"
@@ -12,9 +13,6 @@
 #include <cstdint>
 
 namespace kovalune {
-
-/// The most pixels whose sums are worked on at once: what stays in the nearest cache.
-inline constexpr int32_t kBlockPixels = 512;
 
 template <class Format, std::size_t kChannels>
 class PlanarStretch {
@@ -33,24 +31,62 @@ public:
         weights_ = layout.take<uint32_t>(kBlockPixels + kPadding);
     }
 
-    /// Takes the pixels of `stretch` apart. False where they have values that the sums cannot hold. The line and its mask
-    /// stay in use.
-    bool load(const Pixel* pixels, const uint8_t* mask, Span stretch, const LineWeights& weights) {
+    /// Turns to a stretch of a line. Both, and the weights, stay in use.
+    void begin(const Line<Pixel>& line, Span stretch, const LineWeights& weights) {
+        pixels_ = &line;
         first_ = stretch.first;
         count_ = stretch.last - stretch.first + 1;
-        mask_ = mask;
         line_ = &weights;
         reach_ = std::min(weights.reach(), count_ - 1);
-        hasHoles_ = nextMaskedOut(mask, stretch.first, stretch.last + 1) <= stretch.last;
+        isLoaded_ = false;
+    }
+
+    /// Makes sums and weights of at most kBlockPixels pixels from `x` on, by steps or by taps, whichever costs less. False
+    /// where the stretch has values that the sums cannot hold. For the keys see LineKeys.
+    template <class Keys>
+    bool weigh(const Keys& keys, int32_t x, int32_t count) {
+        ColorSteps<Format, kChannels> steps(*pixels_, {first_, first_ + count_ - 1}, *line_);
+        if (steps.weigh(keys, x, count, {sums_, weights_})) {
+            weightsAreWhole_ = false;
+            return true;
+        }
+        if (!isLoaded_) {
+            isLoaded_ = true;
+            fits_ = load();
+        }
+        if (fits_) {
+            weighByTaps(x, count);
+        }
+        return fits_;
+    }
+
+    const Sum* sums(std::size_t channel) const { return sums_ + channel * kSumsStep; }
+    const uint32_t* weights() const { return weights_; }
+
+    /// The means of the core alone.
+    void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
+        if (weightsAreWhole_) {
+            Planar::wholeMeans(sums(channel), means, count);
+        } else {
+            Planar::coreMeans(sums(channel), weights_, means, count);
+        }
+    }
+
+private:
+    /// Takes the pixels apart. False where they have values that the sums cannot hold.
+    bool load() {
+        const Pixel* const pixels = pixels_->pixels + first_;
+        const uint8_t* const mask = pixels_->mask + first_;
+        hasHoles_ = nextMaskedOut(mask, 0, count_) < count_;
         std::array<Sample*, kChannels> at;
         for (std::size_t c = 0; c < kChannels; ++c) {
             at[c] = start(planes_ + static_cast<std::ptrdiff_t>(c) * planeStep_);
         }
         bool fits = false;
         if constexpr (kChannels == 3) {
-            fits = Planar::splitColors(pixels + first_, mask + first_, count_, at.data());
+            fits = Planar::splitColors(pixels, mask, count_, at.data());
         } else {
-            fits = Planar::splitAlpha(pixels + first_, mask + first_, count_, at[0]);
+            fits = Planar::splitAlpha(pixels, mask, count_, at[0]);
         }
         if (!fits) {
             return false;
@@ -61,15 +97,14 @@ public:
         }
         if (hasHoles_) {
             uint32_t* const counted = start(counted_);
-            kernels().splitMask(mask + first_, count_, counted);
+            kernels().splitMask(mask, count_, counted);
             pad(counted);
             kernels().pairUp(counted - reach_, 0, count_ + 2 * reach_ + 1);
         }
         return true;
     }
 
-    /// Makes sums and weights of at most kBlockPixels pixels from `x` on.
-    void weigh(int32_t x, int32_t count) {
+    void weighByTaps(int32_t x, int32_t count) {
         Planar::weigh({.line = start(planes_) + (x - first_),
                        .lineStep = planeStep_,
                        .sums = sums_,
@@ -102,19 +137,6 @@ public:
         }
     }
 
-    const Sum* sums(std::size_t channel) const { return sums_ + channel * kSumsStep; }
-    const uint32_t* weights() const { return weights_; }
-
-    /// The means of the core alone.
-    void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
-        if (weightsAreWhole_) {
-            Planar::wholeMeans(sums(channel), means, count);
-        } else {
-            Planar::coreMeans(sums(channel), weights_, means, count);
-        }
-    }
-
-private:
     template <class T>
     static T* start(T* plane) {
         return plane + kMaxTaps;
@@ -129,10 +151,10 @@ private:
     bool hasHoleAround(int32_t x, int32_t count) const {
         const int32_t from = std::max(first_, x - reach_);
         const int32_t past = std::min(first_ + count_, x + count + reach_);
-        return nextMaskedOut(mask_, from, past) < past;
+        return nextMaskedOut(pixels_->mask, from, past) < past;
     }
 
-    static constexpr std::size_t kSumsStep = kBlockPixels + kPadding;
+    static constexpr std::size_t kSumsStep = WeighedBlock<Format>::kSumsStep;
 
     int32_t planeStep_; ///< samples from one channel's to the next
     Sample* planes_;    ///< of numbers, then of pairs; the stretch starts at kMaxTaps
@@ -141,10 +163,12 @@ private:
     uint32_t* weights_;
 
     const LineWeights* line_ = nullptr;
-    const uint8_t* mask_ = nullptr;
+    const Line<Pixel>* pixels_ = nullptr;
     int32_t first_ = 0;
     int32_t count_ = 0;
     int32_t reach_ = 0;
+    bool isLoaded_ = false; ///< the planes hold the stretch, if it fits
+    bool fits_ = false;
     bool hasHoles_ = false;
     bool weightsAreWhole_ = false; ///< all 32768
 };

@@ -175,17 +175,11 @@ private:
 
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
-        bool loaded = false;
         bool fits = true;
+        stretch_.begin(line, stretch, weights_);
         const auto mixed = [&](int32_t from, int32_t past) {
-            if (!loaded) {
-                loaded = true;
-                fits = stretch_.load(line.pixels, line.mask, stretch, weights_);
-            }
-            if (fits) {
-                forEachBlock(line.mask, from, past,
-                             [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
-            }
+            forEachBlock(line.mask, from, past,
+                         [&](int32_t x, int32_t count) { fits = fits && blurBlock(line, x, count, out); });
         };
         if (!flatWindowsKeepTheirs<Format>(kernel_)) {
             mixed(stretch.first, stretch.last + 1);
@@ -205,8 +199,10 @@ private:
         return fits;
     }
 
-    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
-        stretch_.weigh(x, count);
+    bool blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
+        if (!stretch_.weigh(LineKeys<Format, Planar::colorKey>{line.pixels}, x, count)) {
+            return false;
+        }
         for (std::size_t c = 0; c < 3; ++c) {
             if (hasTail()) {
                 Planar::mixedMeans(boxes_.color[c] + x, boxes_.count + x, stretch_.sums(c),
@@ -217,7 +213,7 @@ private:
         }
         if (nextMaskedOut(line.mask, x, x + count) == x + count) {
             Planar::mergeColors(means_.data(), out + x, count);
-            return;
+            return true;
         }
         // A list first: what is masked in may be as hard to foresee as a coin's fall.
         int32_t counted = 0;
@@ -229,6 +225,7 @@ private:
             const int32_t i = places_[k];
             Planar::setColors(out[x + i], means_[0][i], means_[1][i], means_[2][i]);
         }
+        return true;
     }
 
     const GaussKernel& kernel_;

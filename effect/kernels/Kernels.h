@@ -48,6 +48,7 @@ struct Kernels {
                        uint32_t start);
     /// sums[i] += factor * table[i], modulo 2^32.
     void (*addScaled)(const uint32_t* table, uint32_t factor, uint32_t* sums, int32_t count);
+    void (*addScaledDoubles)(const double* table, double factor, double* sums, int32_t count);
 
     /// means[i] = (sums[i] + weights[i] / 2) / weights[i]; sums below 2^31 - 2^15, weights up to 32768;
     /// anything where a weight is 0.

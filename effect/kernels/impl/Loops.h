@@ -65,6 +65,12 @@ void addScaled(const uint32_t* table, uint32_t factor, uint32_t* __restrict sums
     }
 }
 
+void addScaledDoubles(const double* table, double factor, double* __restrict sums, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        sums[i] += factor * table[i];
+    }
+}
+
 /// The quotient of whole numbers, sum below 2^31. The half keeps it so far from the next whole number that no rounding of
 /// double reaches one.
 inline uint32_t quotient(uint32_t sum, uint32_t divisor) {

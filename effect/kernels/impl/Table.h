@@ -17,6 +17,7 @@ constexpr Kernels tableOf(InstructionSet set) {
             .pairUp = pairUp,
             .weighPairs = weighPairs<Set>,
             .addScaled = addScaled,
+            .addScaledDoubles = addScaledDoubles,
             .coreMeans16 = coreMeans16,
             .wholeMeans16 = wholeMeans16,
             .mixedMeans16 = mixedMeans16,
