@@ -9,6 +9,7 @@
 #include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
 
+#include <algorithm>
 #include <map>
 #include <random>
 #include <stdexcept>
@@ -145,6 +146,14 @@ MaskPlane regionMask(PF_InData* inData, int64_t source) {
     }
     mask.refreshActivity();
     return mask;
+}
+
+int64_t selectedBy(const MaskPlane& mask) {
+    int64_t selected = 0;
+    for (int32_t y = 0; y < mask.height(); ++y) {
+        selected += mask.width() - std::count(mask.row(y), mask.row(y) + mask.width(), uint8_t{0});
+    }
+    return selected;
 }
 
 void report(benchmark::State& state, int64_t source, int64_t scale) {

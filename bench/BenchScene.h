@@ -36,6 +36,21 @@ const host::Image& picture(int64_t source, PF_PixelFormat format, int64_t scale 
 /// A world on a picture's memory; the picture stays its owner.
 PF_EffectWorld worldOn(host::Image& image);
 
+/// A source, a destination and a scratch picture for a pass.
+template <PF_PixelFormat format>
+struct BlurWorlds {
+    explicit BlurWorlds(int64_t source)
+        : input(picture(source, format)), output(input), between(input), src(worldOn(input)),
+          dst(worldOn(output)), tmp(worldOn(between)) {}
+
+    host::Image input;
+    host::Image output;
+    host::Image between;
+    PF_EffectWorld src;
+    PF_EffectWorld dst;
+    PF_EffectWorld tmp;
+};
+
 /// Runs `body` inside a command of the reference host, with as many threads as the machine has.
 void runInHost(const std::function<void(PF_InData*)>& body);
 
@@ -44,6 +59,9 @@ ColorMatches pickedMatches(PF_InData* inData);
 
 /// The drawing's picked pixels, or every second pixel at random.
 MaskPlane regionMask(PF_InData* inData, int64_t source);
+
+/// How many pixels a mask selects.
+int64_t selectedBy(const MaskPlane& mask);
 
 /// Sets the rate and names the source; called once after a benchmark's loop.
 void report(benchmark::State& state, int64_t source, int64_t scale = kFullHd);

@@ -1,38 +1,43 @@
 #include "bench/CopyTime.h"
 
 #include <algorithm>
-#include <array>
 #include <chrono>
 #include <cstring>
+#include <vector>
 
 namespace kovalune::bench {
 namespace {
 
-/// The median of some copies, all between the same two pictures. The first one, which may find the target's memory new,
-/// does not count.
-double secondsOfACopy(PF_PixelFormat format, int64_t scale) {
+/// The median of some copies, all between the same two blocks.
+double secondsOfACopy(std::size_t bytes) {
     using Clock = std::chrono::steady_clock;
-    const host::Image& source = picture(kDrawing, format, scale);
-    host::Image target = source;
-    const std::size_t bytes = source.rowBytes() * static_cast<std::size_t>(source.height());
-    std::array<double, 25> seconds{};
-    for (double& each : seconds) {
+    const std::vector<uint8_t> source(bytes, 1);
+    std::vector<uint8_t> target(bytes, 2);
+    std::vector<double> seconds;
+    const Clock::time_point begin = Clock::now();
+    while (seconds.size() < 25 || Clock::now() - begin < std::chrono::milliseconds(10)) {
         const Clock::time_point start = Clock::now();
-        std::memcpy(target.row(0), source.row(0), bytes);
+        std::memcpy(target.data(), source.data(), bytes);
         benchmark::ClobberMemory();
-        each = std::chrono::duration<double>(Clock::now() - start).count();
+        seconds.push_back(std::chrono::duration<double>(Clock::now() - start).count());
     }
-    auto* const median = seconds.begin() + seconds.size() / 2;
-    std::nth_element(seconds.begin() + 1, median, seconds.end());
+    const auto median = seconds.begin() + static_cast<std::ptrdiff_t>(seconds.size() / 2);
+    std::nth_element(seconds.begin(), median, seconds.end());
     return *median;
 }
 
 } // namespace
 
-void reportCopies(benchmark::State& state, PF_PixelFormat format, int64_t scale) {
+void reportCopies(benchmark::State& state, const Traffic& traffic) {
     using benchmark::Counter;
-    state.counters["copies"] =
-        Counter(secondsOfACopy(format, scale), Counter::kIsIterationInvariantRate | Counter::kInvert);
+    const double seconds = secondsOfACopy(static_cast<std::size_t>((traffic.read + traffic.written) / 2));
+    state.counters["copies"] = Counter(seconds, Counter::kIsIterationInvariantRate | Counter::kInvert);
+}
+
+void reportCopies(benchmark::State& state, PF_PixelFormat format, int64_t scale) {
+    const host::Image& image = picture(kDrawing, format, scale);
+    const int64_t bytes = static_cast<int64_t>(image.rowBytes()) * image.height();
+    reportCopies(state, {bytes, bytes});
 }
 
 } // namespace kovalune::bench

@@ -1,8 +1,8 @@
-// The passes of the frame's plumbing: extraction, coverage, depth conversion, masked copy, the cut of the alpha.
+// The passes of the frame's plumbing: extraction, coverage, depth conversion, masked copy.
 
 #include "bench/BenchScene.h"
+#include "bench/CopyTime.h"
 
-#include "effect/blur/FinishingPasses.h"
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/Coverage.h"
 #include "effect/pipeline/DepthConversion.h"
@@ -11,6 +11,12 @@
 
 namespace kovalune::bench {
 namespace {
+
+constexpr int64_t kPixels = int64_t{kWidth} * kHeight;
+
+int64_t bytesOf(const host::Image& image) {
+    return static_cast<int64_t>(image.rowBytes()) * image.height();
+}
 
 template <PF_PixelFormat format, auto extractColors>
 void extraction(benchmark::State& state) {
@@ -22,6 +28,7 @@ void extraction(benchmark::State& state) {
         for (auto step : state) {
             ignored(extractColors(mask, inData, &world, kWhole, matches, nullptr));
         }
+        reportCopies(state, {bytesOf(image), kPixels});
     });
     report(state, state.range(0));
 }
@@ -35,6 +42,7 @@ void coverageOf(benchmark::State& state) {
         for (auto step : state) {
             ignored(coverage(mask, inData, &world, kWhole));
         }
+        reportCopies(state, {bytesOf(image), kPixels});
     });
     report(state, state.range(0));
 }
@@ -51,19 +59,9 @@ void masked(benchmark::State& state) {
         for (auto step : state) {
             benchmark::DoNotOptimize(pass(inData, {&dst, &src, kWhole, mask}));
         }
-    });
-    report(state, state.range(0));
-}
-
-template <PF_PixelFormat format, auto pass>
-void alphaCut(benchmark::State& state) {
-    host::Image image = picture(state.range(0), format);
-    PF_EffectWorld world = worldOn(image);
-    runInHost([&](PF_InData* inData) {
-        const MaskPlane mask = regionMask(inData, state.range(0));
-        for (auto step : state) {
-            benchmark::DoNotOptimize(pass(inData, {.dst = &world, .rect = kWhole, .mask = mask}));
-        }
+        const int64_t selected = selectedBy(mask);
+        reportCopies(state,
+                     {kPixels + selected * bytesOf(source) / kPixels, selected * bytesOf(target) / kPixels});
     });
     report(state, state.range(0));
 }
@@ -73,7 +71,7 @@ constexpr PF_PixelFormat k16 = PF_PixelFormat_ARGB64;
 constexpr PF_PixelFormat k32 = PF_PixelFormat_ARGB128;
 
 void onBoth(benchmark::internal::Benchmark* bench) {
-    bench->DenseRange(kDrawing, kNoise)->UseRealTime();
+    bench->DenseRange(kDrawing, kNoise)->UseRealTime()->Unit(benchmark::kMillisecond);
 }
 
 BENCHMARK((extraction<k8, extractColors8>))->Name("extractColors8")->Apply(onBoth);
@@ -86,9 +84,6 @@ BENCHMARK((masked<k8, k16, widenTo16>))->Name("widenTo16")->Apply(onBoth);
 BENCHMARK((masked<k16, k8, narrowTo8>))->Name("narrowTo8")->Apply(onBoth);
 BENCHMARK((masked<k16, k16, copyMasked16>))->Name("copyMasked16")->Apply(onBoth);
 BENCHMARK((masked<k32, k32, copyMasked32>))->Name("copyMasked32")->Apply(onBoth);
-BENCHMARK((alphaCut<k8, clearAlphaOutside8>))->Name("clearAlphaOutside8")->Apply(onBoth);
-BENCHMARK((alphaCut<k16, clearAlphaOutside16>))->Name("clearAlphaOutside16")->Apply(onBoth);
-BENCHMARK((alphaCut<k32, clearAlphaOutside32>))->Name("clearAlphaOutside32")->Apply(onBoth);
 
 } // namespace
 } // namespace kovalune::bench

@@ -1,7 +1,8 @@
 // Boundary smoothing with the values that frames are smoothed with: the edge flag map, the visit of its flagged pixels, and
-// the whole call on a picture of its own.
+// the whole call on a picture of its own; all in copies of the whole picture, so that parts add up.
 
 #include "bench/BenchScene.h"
+#include "bench/CopyTime.h"
 
 #include "effect/Kovalune.h"
 #include "effect/raster/ScratchBlock.h"
@@ -69,6 +70,7 @@ void edgeFlagMap(benchmark::State& state) {
         fill<Format>(map, scene.params);
         benchmark::ClobberMemory();
     }
+    reportCopies(state, format, state.range(1));
     report(state, state.range(0), state.range(1));
 }
 
@@ -86,6 +88,7 @@ void visit(benchmark::State& state) {
         visitFlagged(SmoothContext<Format, KeyMode::kPlain>(scene.params, source, map));
         benchmark::ClobberMemory();
     }
+    reportCopies(state, format, state.range(1));
     report(state, state.range(0), state.range(1));
 }
 
@@ -106,6 +109,7 @@ void wholeCall(benchmark::State& state) {
             throw std::runtime_error("the smoothing failed");
         }
     }
+    reportCopies(state, format, state.range(1));
     report(state, state.range(0), state.range(1));
 }
 
