@@ -2,8 +2,10 @@
 #pragma once
 
 #include "effect/smoothing/EdgeFlagMap.h"
+#include "effect/smoothing/FlagWindow.h"
 #include "effect/smoothing/RunBlends.h"
 
+#include <bit>
 #include <cstdint>
 
 namespace kovalune {
@@ -26,13 +28,13 @@ struct DiagonalTracer {
 };
 
 // start, move, carry, stop, companion, source, inner, writesSource
-constexpr DiagonalTracer kVerticalTracers[] = {
+inline constexpr DiagonalTracer kVerticalTracers[] = {
     {{1, -1}, {1, -1}, EDGE_DOWN, EDGE_RISING, {-1, 0}, {1, -1}, {1, 0}, true},
     {{0, 1}, {-1, 1}, EDGE_DOWN, EDGE_RISING, {-1, 0}, {0, 2}, {0, 1}, false},
     {{0, -1}, {-1, -1}, EDGE_DOWN, EDGE_FALLING, {-1, 0}, {0, -1}, {0, 0}, true},
     {{1, 1}, {1, 1}, EDGE_DOWN, EDGE_FALLING, {-1, 0}, {1, 2}, {1, 1}, false},
 };
-constexpr DiagonalTracer kHorizontalTracers[] = {
+inline constexpr DiagonalTracer kHorizontalTracers[] = {
     {{0, 0}, {1, -1}, EDGE_RIGHT, EDGE_RISING, {0, -1}, {1, 0}, {0, 0}, true},
     {{-2, 1}, {-1, 1}, EDGE_RIGHT, EDGE_RISING, {0, -1}, {-2, 1}, {-1, 1}, false},
     {{-2, 0}, {-1, -1}, EDGE_RIGHT, EDGE_FALLING, {0, -1}, {-2, 0}, {-1, 0}, true},
@@ -78,28 +80,59 @@ bool traceDiagonal(const Context& c, const DiagonalTracer& t, int32_t x, int32_t
     return true;
 }
 
+/// What a tracer's first two steps ask, as far as a window shows it: without them it does nothing.
+constexpr WindowPattern beginningOf(const DiagonalTracer& t) {
+    WindowPattern pattern;
+    for (int i = 0; i < 2; ++i) {
+        const int x = t.start.x + i * t.move.x;
+        const int y = t.start.y + i * t.move.y;
+        pattern.add({static_cast<int8_t>(x), static_cast<int8_t>(y), t.carry, t.stop});
+        pattern.add(
+            {static_cast<int8_t>(x + t.companion.x), static_cast<int8_t>(y + t.companion.y), 0, t.stop});
+    }
+    return pattern;
+}
+
+constexpr WindowPatterns<4> beginningsOf(const DiagonalTracer (&tracers)[4]) {
+    return {beginningOf(tracers[0]), beginningOf(tracers[1]), beginningOf(tracers[2]),
+            beginningOf(tracers[3])};
+}
+
+/// The tracers that may do something, a bit each.
+template <const DiagonalTracer (&tracers)[4]>
+uint32_t beginningsIn(const FlagWindow& f) {
+    static constexpr WindowPatterns<4> kBeginnings = beginningsOf(tracers);
+    return whichHold(kBeginnings, f);
+}
+
+inline bool mayTraceVertically(const FlagWindow& f) {
+    const bool straight = f.has(0, 1, EDGE_RIGHT) && f.lacks(0, 0, EDGE_DOWN) && f.lacks(1, 0, EDGE_DOWN);
+    return straight && beginningsIn<kVerticalTracers>(f) != 0;
+}
+
+inline bool mayTraceHorizontally(const FlagWindow& f) {
+    const bool straight = f.has(-1, 0, EDGE_DOWN) && f.lacks(-1, 0, EDGE_RIGHT) && f.lacks(-1, 1, EDGE_RIGHT);
+    return straight && beginningsIn<kHorizontalTracers>(f) != 0;
+}
+
 /// All four tracers run, in order. True if any fired.
-template <class Context>
-bool traceDiagonals(const Context& c, const DiagonalTracer (&tracers)[4], int32_t x, int32_t y) {
+template <const DiagonalTracer (&tracers)[4], class Context>
+bool traceDiagonals(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
     bool fired = false;
-    for (const DiagonalTracer& tracer : tracers) {
-        fired = traceDiagonal(c, tracer, x, y) || fired;
+    for (uint32_t held = beginningsIn<tracers>(f); held != 0; held &= held - 1) {
+        fired = traceDiagonal(c, tracers[std::countr_zero(held)], x, y) || fired;
     }
     return fired;
 }
 
 template <class Context>
-bool traceVerticalDiagonals(const Context& c, int32_t x, int32_t y) {
-    const bool straight =
-        c.has(x, y + 1, EDGE_RIGHT) && c.lacks(x, y, EDGE_DOWN) && c.lacks(x + 1, y, EDGE_DOWN);
-    return straight && traceDiagonals(c, kVerticalTracers, x, y);
+bool traceVerticalDiagonals(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
+    return mayTraceVertically(f) && traceDiagonals<kVerticalTracers>(c, f, x, y);
 }
 
 template <class Context>
-bool traceHorizontalDiagonals(const Context& c, int32_t x, int32_t y) {
-    const bool straight =
-        c.has(x - 1, y, EDGE_DOWN) && c.lacks(x - 1, y, EDGE_RIGHT) && c.lacks(x - 1, y + 1, EDGE_RIGHT);
-    return straight && traceDiagonals(c, kHorizontalTracers, x, y);
+bool traceHorizontalDiagonals(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
+    return mayTraceHorizontally(f) && traceDiagonals<kHorizontalTracers>(c, f, x, y);
 }
 
 } // namespace kovalune

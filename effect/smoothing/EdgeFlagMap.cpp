@@ -1,42 +1,36 @@
 #include "effect/smoothing/EdgeFlagMap.h"
 
 #include "effect/raster/Rows.h"
+#include "effect/smoothing/PixelDifference.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace kovalune {
 namespace {
 
-constexpr int32_t kLeftMargin = 4;
+constexpr int32_t kGroup = 4;
 
-/// One comparison of a group of four columns: two pixels of the group's rows 0 and 1, and the cell and flag that it sets.
-struct Comparison {
-    int8_t ax, ay;
-    int8_t bx, by;
-    int8_t column;
-    EdgeFlag flag;
-    bool onlyIfMarked; ///< made only where the group has a flag already
-};
+/// A bit for each of the four columns of a group, as one byte each.
+constexpr uint8_t kSpread[16][kGroup] = {{0, 0, 0, 0}, {1, 0, 0, 0}, {0, 1, 0, 0}, {1, 1, 0, 0},
+                                         {0, 0, 1, 0}, {1, 0, 1, 0}, {0, 1, 1, 0}, {1, 1, 1, 0},
+                                         {0, 0, 0, 1}, {1, 0, 0, 1}, {0, 1, 0, 1}, {1, 1, 0, 1},
+                                         {0, 0, 1, 1}, {1, 0, 1, 1}, {0, 1, 1, 1}, {1, 1, 1, 1}};
 
-// The order is part of the result: a diagonal pair is looked at only where the group has shown an edge before it.
-constexpr Comparison kGroup[] = {
-    {0, 0, 1, 0, 0, EDGE_RIGHT, false},  //
-    {1, 0, 2, 0, 1, EDGE_RIGHT, false},  //
-    {0, 0, 0, 1, 0, EDGE_DOWN, false},   //
-    {1, 0, 1, 1, 1, EDGE_DOWN, false},   //
-    {0, 0, 1, 1, 0, EDGE_FALLING, true}, //
-    {0, 1, 1, 0, 0, EDGE_RISING, true},  //
-    {2, 0, 3, 0, 2, EDGE_RIGHT, false},  //
-    {2, 0, 2, 1, 2, EDGE_DOWN, false},   //
-    {2, 0, 1, 1, 1, EDGE_RISING, true},  //
-    {1, 0, 2, 1, 1, EDGE_FALLING, true}, //
-    {3, 0, 4, 0, 3, EDGE_RIGHT, false},  //
-    {3, 0, 3, 1, 3, EDGE_DOWN, false},   //
-    {2, 0, 3, 1, 2, EDGE_FALLING, true}, //
-    {3, 0, 2, 1, 2, EDGE_RISING, true},  //
-    {3, 1, 4, 0, 3, EDGE_RISING, false}, //
-    {3, 0, 4, 1, 3, EDGE_FALLING, false},
-};
+uint32_t spread(uint32_t bits, EdgeFlag flag) {
+    uint32_t cells = 0;
+    std::memcpy(&cells, kSpread[bits], sizeof cells);
+    return cells * flag;
+}
+
+/// The columns whose diagonals count, where `edges` are the columns with an edge to the right or below: a diagonal pair is
+/// looked at only where the group has shown an edge up to the column after it; the last column's always are.
+uint32_t diagonalColumns(uint32_t edges) {
+    const uint32_t first = (edges & 3) != 0 ? 1 : 0;
+    const uint32_t second = (edges & 7) != 0 ? 2 : 0;
+    const uint32_t third = edges != 0 ? 4 : 0;
+    return first | second | third | 8;
+}
 
 template <class Format>
 class Filler {
@@ -61,38 +55,54 @@ public:
     }
 
 private:
-    /// All columns but the last.
+    /// All columns but the last. Most of a drawing is of one colour over many columns.
     void fillRow(int32_t y) {
-        const Pixel* const rows[2] = {row(y), row(y + 1)};
-        const int32_t grouped = (map_.width() - 1) & ~3;
-        for (int32_t x = 0; x < grouped; x += 4) {
-            if (!isOfOneColor(rows[0] + x, rows[1] + x)) {
-                fillGroup(rows, x, y);
+        const Pixel* const upper = row(y);
+        const Pixel* const lower = row(y + 1);
+        const int32_t grouped = (map_.width() - 1) & ~(kGroup - 1);
+        int32_t x = 0;
+        for (int32_t block = 0; x < grouped; x += kWide, ++block) {
+            uint8_t& even = even_[std::min(block, kBlocks)];
+            const bool isWide = x + kWide <= grouped;
+            const bool isFlat =
+                isWide && (even != 0 || isEven<kWide>(upper + x)) && isRepeated<kWide>(upper + x, lower + x);
+            even = isFlat && block < kBlocks ? 1 : 0;
+            const int32_t end = isFlat ? x : std::min(x + kWide, grouped);
+            for (int32_t group = x; group < end; group += kGroup) {
+                if (!isEven<kGroup>(upper + group) || !isRepeated<kGroup>(upper + group, lower + group)) {
+                    fillGroup(upper + group, lower + group, map_.cell(group, y));
+                }
             }
         }
-        for (int32_t x = grouped; x + 1 < map_.width(); ++x) {
-            mark(x, y, EDGE_RIGHT, rows[0][x], rows[0][x + 1]);
-            mark(x, y, EDGE_DOWN, rows[0][x], rows[1][x]);
-            mark(x, y, EDGE_FALLING, rows[0][x], rows[1][x + 1]);
-            mark(x, y, EDGE_RISING, rows[1][x], rows[0][x + 1]);
+        for (x = grouped; x + 1 < map_.width(); ++x) {
+            mark(x, y, EDGE_RIGHT, upper[x], upper[x + 1]);
+            mark(x, y, EDGE_DOWN, upper[x], lower[x]);
+            mark(x, y, EDGE_FALLING, upper[x], lower[x + 1]);
+            mark(x, y, EDGE_RISING, lower[x], upper[x + 1]);
         }
     }
 
-    /// Most groups of a drawing are, and then no two of their pixels differ. A group compares five pixels of each row.
-    static bool isOfOneColor(const Pixel* upper, const Pixel* lower) {
-        return std::memcmp(upper, lower, 5 * sizeof(Pixel)) == 0 &&
-               std::memcmp(upper, upper + 1, 4 * sizeof(Pixel)) == 0;
+    /// Whether so many columns and the next one have the same pixel.
+    template <int32_t columns>
+    static bool isEven(const Pixel* pixels) {
+        return areSameBytes<std::size_t{columns} * sizeof(Pixel)>(pixels, pixels + 1);
     }
 
-    void fillGroup(const Pixel* const (&rows)[2], int32_t x, int32_t y) {
-        bool marked = false;
-        for (const Comparison& c : kGroup) {
-            if ((!c.onlyIfMarked || marked) &&
-                pixelsDiffer<Format>(rows[c.ay][x + c.ax], rows[c.by][x + c.bx], limit_)) {
-                map_.add(x + c.column, y, c.flag);
-                marked = true;
-            }
-        }
+    /// Whether they are in both rows the same.
+    template <int32_t columns>
+    static bool isRepeated(const Pixel* upper, const Pixel* lower) {
+        return areSameBytes<std::size_t{columns + 1} * sizeof(Pixel)>(upper, lower);
+    }
+
+    void fillGroup(const Pixel* upper, const Pixel* lower, uint8_t* cells) {
+        const uint32_t right = fourPixelsDiffer<Format>(upper, upper + 1, limit_);
+        const uint32_t down = fourPixelsDiffer<Format>(upper, lower, limit_);
+        const uint32_t counted = diagonalColumns(right | down);
+        const uint32_t falling = fourPixelsDiffer<Format>(upper, lower + 1, limit_) & counted;
+        const uint32_t rising = fourPixelsDiffer<Format>(lower, upper + 1, limit_) & counted;
+        const uint32_t flags = spread(right, EDGE_RIGHT) | spread(down, EDGE_DOWN) |
+                               spread(falling, EDGE_FALLING) | spread(rising, EDGE_RISING);
+        std::memcpy(cells, &flags, sizeof flags);
     }
 
     void mark(int32_t x, int32_t y, EdgeFlag flag, const Pixel& a, const Pixel& b) {
@@ -107,6 +117,12 @@ private:
     EdgeFlagMap& map_;
     const PF_EffectWorld& world_;
     typename SmoothOf<Format>::Limit limit_;
+
+    /// Columns that are looked at together, and whether each such block is known to be even in the next row, which was the
+    /// lower one before. Of a picture beyond the widest of frames the last blocks are not remembered.
+    static constexpr int32_t kWide = 128 / static_cast<int32_t>(sizeof(Pixel));
+    static constexpr int32_t kBlocks = 32768 / kWide;
+    uint8_t even_[std::size_t{kBlocks} + 1] = {};
 };
 
 } // namespace

@@ -7,7 +7,6 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 
 namespace kovalune {
 
@@ -22,6 +21,8 @@ enum EdgeFlag : uint8_t {
 /// above and below, so that the tests around a pixel need no bounds checks of their own. The memory is a host world's.
 class EdgeFlagMap {
 public:
+    static constexpr int32_t kLeftMargin = 4;
+
     /// Bytes that a row of cells takes, its margins included: a multiple of 4.
     static int32_t rowCells(int32_t width) { return (width + 5 + 3) / 4 * 4; }
     static int32_t rowCount(int32_t height) { return height + 2; }
@@ -34,47 +35,45 @@ public:
 
     uint8_t operator()(int32_t x, int32_t y) const { return *cell(x, y); }
 
-    /// Whether any of the four cells from column `x`, a multiple of 4, is set.
-    bool anyOfFour(int32_t x, int32_t y) const {
-        uint32_t word = 0;
-        std::memcpy(&word, cell(x, y), sizeof word);
-        return word != 0;
-    }
-
     void add(int32_t x, int32_t y, int flags) { *cell(x, y) = static_cast<uint8_t>(*cell(x, y) | flags); }
 
-private:
     uint8_t* cell(int32_t x, int32_t y) const {
         return origin_ + static_cast<std::ptrdiff_t>(y) * stride_ + x;
     }
+    std::ptrdiff_t stride() const { return stride_; } ///< bytes from one row of cells to the next
 
+private:
     uint8_t* origin_; ///< cell (0, 0)
     std::ptrdiff_t stride_;
     int32_t width_;
     int32_t height_;
 };
 
-/// The same map with rows and columns exchanged, and with them the flags of the two directions: a test that is written
-/// for rows works on columns.
+/// Flags as they are where rows and columns are exchanged.
+constexpr uint8_t turnedFlags(int flags) {
+    return static_cast<uint8_t>((flags & ~3) | (flags & EDGE_RIGHT) << 1 | (flags & EDGE_DOWN) >> 1);
+}
+
+/// The flags around one cell; transposed, with rows and columns exchanged, and with them the flags of the two directions: a
+/// test that is written for rows works on columns.
 template <bool transposed>
 class FlagView {
 public:
-    explicit FlagView(const EdgeFlagMap& map) : map_(map) {}
+    FlagView(const EdgeFlagMap& map, int32_t x, int32_t y) : cell_(map.cell(x, y)), stride_(map.stride()) {}
 
-    bool has(int32_t u, int32_t v, int flags) const { return (cell(u, v) & flags) != 0; }
-    bool lacks(int32_t u, int32_t v, int flags) const { return (cell(u, v) & flags) == 0; }
+    /// At `u` cells along and `v` cells across from the one that the view is of.
+    bool has(int32_t u, int32_t v, int flags) const { return (cell(u, v) & turned(flags)) != 0; }
+    bool lacks(int32_t u, int32_t v, int flags) const { return !has(u, v, flags); }
 
 private:
     uint8_t cell(int32_t u, int32_t v) const {
-        if constexpr (transposed) {
-            const uint8_t flags = map_(v, u);
-            return static_cast<uint8_t>((flags & ~3) | ((flags & 1) << 1) | ((flags & 2) >> 1));
-        } else {
-            return map_(u, v);
-        }
+        return transposed ? cell_[u * stride_ + v] : cell_[v * stride_ + u];
     }
 
-    const EdgeFlagMap& map_;
+    static constexpr int turned(int flags) { return transposed ? turnedFlags(flags) : flags; }
+
+    const uint8_t* cell_;
+    std::ptrdiff_t stride_;
 };
 
 /// Fills a zeroed map from a world of the map's size.

@@ -1,21 +1,16 @@
 // The fixed patterns of one-pixel steps, as tables: which flags the cells around the visited pixel must have and lack.
-// The cells of a pattern are tested in order; a cell far away stands after one that proves its row to exist.
+// The cells of a pattern are tested in order, but for those of a window, which come first; a cell far away stands after
+// one that proves its row to exist.
 #pragma once
 
 #include "effect/smoothing/EdgeFlagMap.h"
+#include "effect/smoothing/FlagWindow.h"
 
 #include <cstdint>
 
 namespace kovalune {
 
-/// The cell at (dx, dy) from the visited pixel must have all of `has` and none of `lacks`.
-struct CellTest {
-    int8_t dx, dy;
-    uint8_t has;
-    uint8_t lacks;
-};
-
-constexpr int kMostCells = 7;
+inline constexpr int kMostCells = 7;
 
 /// The target, relative to the visited pixel, takes its own source pixel.
 struct RestorePattern {
@@ -39,12 +34,12 @@ struct ShoulderPair {
 /// The tables, apart for the sake of the letters that they are written in.
 namespace patternTables {
 
-constexpr uint8_t R = EDGE_RIGHT;
-constexpr uint8_t D = EDGE_DOWN;
-constexpr uint8_t F = EDGE_FALLING;
-constexpr uint8_t U = EDGE_RISING;
+inline constexpr uint8_t R = EDGE_RIGHT;
+inline constexpr uint8_t D = EDGE_DOWN;
+inline constexpr uint8_t F = EDGE_FALLING;
+inline constexpr uint8_t U = EDGE_RISING;
 
-constexpr RestorePattern kMendRightStep[] = {
+inline constexpr RestorePattern kMendRightStep[] = {
     {{{0, -1, D, 0},
       {0, 0, 0, F},
       {-1, -1, D, 0},
@@ -68,7 +63,7 @@ constexpr RestorePattern kMendRightStep[] = {
      -1},
 };
 
-constexpr RestorePattern kMendDownStep[] = {
+inline constexpr RestorePattern kMendDownStep[] = {
     {{{0, -1, D | R, U}, {1, -1, D, 0}, {1, -2, D, 0}, {-1, -1, D, 0}, {-2, 0, R, U}, {-1, 0, 0, R}}, 0, 0},
     {{{-1, 0, R, 0},
       {0, -1, D, 0},
@@ -90,29 +85,29 @@ constexpr RestorePattern kMendDownStep[] = {
      -1},
 };
 
-constexpr RestorePattern kMendDownRightStep[] = {
+inline constexpr RestorePattern kMendDownRightStep[] = {
     {{{0, -1, R | D, U}, {1, -1, D, R}, {1, -2, D, 0}, {2, -1, R | D, 0}, {2, -2, 0, U}}, 1, -1},
     {{{0, -1, R, D}, {0, -2, R | D, U}, {-1, -1, R, 0}, {1, -2, D | R, 0}, {-1, 0, 0, U}}, 0, -1},
 };
 
 /// Restores of a pixel with a vertical step. The first stands after a test of the image's border.
-constexpr RestorePattern kRestoreFarFromBorder = {
-    {{0, -2, 0, F}, {1, -2, D, 0}, {2, -2, D, 0}, {0, -1, R, 0}, {1, -1, 0, R | D}}, 1, -1};
-constexpr RestorePattern kRestoreVerticalStep[] = {
+inline constexpr RestorePattern kRestoreFarFromBorder[] = {
+    {{{0, -2, 0, F}, {1, -2, D, 0}, {2, -2, D, 0}, {0, -1, R, 0}, {1, -1, 0, R | D}}, 1, -1}};
+inline constexpr RestorePattern kRestoreVerticalStep[] = {
     {{{-1, -1, D, 0}, {0, -1, D, U}, {-1, 0, 0, R}, {0, 0, 0, D}, {0, 1, R, 0}}, 0, 0},
     {{{0, -1, R, D}, {-1, 0, D, R}, {0, 0, D, F}}, 0, 0},
 };
 /// Of a pixel with a horizontal step alone.
-constexpr RestorePattern kRestoreHorizontalStep = {
-    {{-1, -1, R, 0}, {0, -1, 0, D}, {-1, 0, R, U}, {1, 0, D, 0}}, 0, 0};
+inline constexpr RestorePattern kRestoreHorizontalStep[] = {
+    {{{-1, -1, R, 0}, {0, -1, 0, D}, {-1, 0, R, U}, {1, 0, D, 0}}, 0, 0}};
 
 /// Above and below a vertical step.
-constexpr ShoulderPair kVerticalShoulders[] = {
+inline constexpr ShoulderPair kVerticalShoulders[] = {
     {{{0, -1, D, R}, {1, -1, D, 0}}, {{0, -1, 0, 0, -1, -1, F}, {1, -1, 1, 0, 1, -1, U}}},
     {{{0, 0, D, 0}, {1, 0, D, 0}, {0, 1, 0, R}}, {{0, 1, 0, 0, -1, 0, U}, {1, 1, 1, 0, 1, 0, F}}},
 };
 /// To the left and to the right of a horizontal step.
-constexpr ShoulderPair kHorizontalShoulders[] = {
+inline constexpr ShoulderPair kHorizontalShoulders[] = {
     {{{-1, 0, R, D}, {-1, 1, R, 0}}, {{-1, 0, 0, 0, -1, -1, F}, {-1, 1, 0, 1, -1, 1, U}}},
     {{{0, 0, R, 0}, {0, 1, R, 0}, {1, 0, 0, D}}, {{1, 0, 0, 0, 0, -1, U}, {1, 1, 0, 1, 0, 1, F}}},
 };

@@ -32,63 +32,65 @@ int32_t unlessCorner(int32_t length, bool goesOn) {
     return length > 2 && !goesOn ? 0 : length;
 }
 
+// The tests look from the step's pixel, the view's own cell: `k` cells along the run's row, and rows above and below it.
+
 template <class Walk, class View>
-TopRun runAlongTop(const View& f, int32_t x, int32_t y) {
-    int32_t k = x + Walk::kStep;
-    if (f.has(x, y - 1, Walk::kTopBlock) || f.has(k, y, EDGE_RIGHT)) {
+TopRun runAlongTop(const View& f) {
+    int32_t k = Walk::kStep;
+    if (f.has(0, -1, Walk::kTopBlock) || f.has(k, 0, EDGE_RIGHT)) {
         return {0, false};
     }
     int32_t n = 0;
     bool closed = false;
-    while (!closed && f.lacks(k, y - 1, EDGE_RIGHT) && f.has(k, y - 1, EDGE_DOWN)) {
+    while (!closed && f.lacks(k, -1, EDGE_RIGHT) && f.has(k, -1, EDGE_DOWN)) {
         k += Walk::kStep;
         ++n;
-        closed = f.has(k, y, EDGE_RIGHT);
+        closed = f.has(k, 0, EDGE_RIGHT);
     }
-    return {unlessCorner(n, f.has(x + Walk::kBeyond, y, EDGE_DOWN)), closed};
+    return {unlessCorner(n, f.has(Walk::kBeyond, 0, EDGE_DOWN)), closed};
 }
 
 template <class Walk, class View>
-int32_t runAlongBottom(const View& f, int32_t x, int32_t y) {
-    int32_t k = x + Walk::kStep;
+int32_t runAlongBottom(const View& f) {
+    int32_t k = Walk::kStep;
     int32_t n = 0;
-    while (f.lacks(k, y, EDGE_RIGHT) && f.lacks(k, y + 1, EDGE_RIGHT) && f.has(k, y, EDGE_DOWN)) {
+    while (f.lacks(k, 0, EDGE_RIGHT) && f.lacks(k, 1, EDGE_RIGHT) && f.has(k, 0, EDGE_DOWN)) {
         k += Walk::kStep;
         ++n;
     }
-    return unlessCorner(n, f.has(x + Walk::kBeyond, y - 1, EDGE_DOWN));
+    return unlessCorner(n, f.has(Walk::kBeyond, -1, EDGE_DOWN));
 }
 
 template <class Walk, class View>
-int32_t measureRun(const View& f, int32_t x, int32_t y) {
-    const TopRun top = runAlongTop<Walk>(f, x, y);
-    if ((top.closed && top.length != 0) || f.has(x, y, Walk::kBottomBlock)) {
+int32_t measureRun(const View& f) {
+    const TopRun top = runAlongTop<Walk>(f);
+    if ((top.closed && top.length != 0) || f.has(0, 0, Walk::kBottomBlock)) {
         return top.length;
     }
-    return std::max(top.length, runAlongBottom<Walk>(f, x, y));
+    return std::max(top.length, runAlongBottom<Walk>(f));
 }
 
 template <class View>
-bool taperStarts(Backward /*walk*/, const View& f, int32_t x, int32_t y) {
-    return f.lacks(x, y - 1, EDGE_FALLING) && f.lacks(x + 1, y - 1, EDGE_DOWN) &&
-           f.lacks(x + 1, y, EDGE_RIGHT | EDGE_DOWN) && f.lacks(x, y, EDGE_RISING);
+bool taperStarts(Backward /*walk*/, const View& f) {
+    return f.lacks(0, -1, EDGE_FALLING) && f.lacks(1, -1, EDGE_DOWN) &&
+           f.lacks(1, 0, EDGE_RIGHT | EDGE_DOWN) && f.lacks(0, 0, EDGE_RISING);
 }
 
 template <class View>
-bool taperStarts(Forward /*walk*/, const View& f, int32_t x, int32_t y) {
-    return f.lacks(x, y - 1, EDGE_DOWN | EDGE_RISING) && f.lacks(x - 1, y, EDGE_RIGHT) &&
-           f.lacks(x, y, EDGE_DOWN | EDGE_FALLING);
+bool taperStarts(Forward /*walk*/, const View& f) {
+    return f.lacks(0, -1, EDGE_DOWN | EDGE_RISING) && f.lacks(-1, 0, EDGE_RIGHT) &&
+           f.lacks(0, 0, EDGE_DOWN | EDGE_FALLING);
 }
 
 template <class Walk, class View>
-int32_t measureTaper(const View& f, int32_t x, int32_t y) {
-    int32_t k = x + Walk::kStep;
-    if (!taperStarts(Walk(), f, x, y)) {
+int32_t measureTaper(const View& f) {
+    int32_t k = Walk::kStep;
+    if (!taperStarts(Walk(), f)) {
         return 0;
     }
     int32_t n = 0;
-    while (f.lacks(k, y, EDGE_RIGHT) && f.lacks(k, y - 1, EDGE_RIGHT) && f.has(k, y - 1, EDGE_DOWN) &&
-           f.lacks(k, y + 1, EDGE_RIGHT) && f.has(k, y, EDGE_DOWN)) {
+    while (f.lacks(k, 0, EDGE_RIGHT) && f.lacks(k, -1, EDGE_RIGHT) && f.has(k, -1, EDGE_DOWN) &&
+           f.lacks(k, 1, EDGE_RIGHT) && f.has(k, 0, EDGE_DOWN)) {
         k += Walk::kStep;
         ++n;
     }
@@ -100,60 +102,57 @@ struct Block {
 };
 
 bool isIsolated(const EdgeFlagMap& map, Block block) {
-    const FlagView<false> f(map);
-    const int32_t x = block.x;
-    const int32_t y = block.y;
-    const bool wallsBeside = f.has(x - 1, y, EDGE_RIGHT) && f.has(x - 1, y + 1, EDGE_RIGHT) &&
-                             f.has(x + 1, y, EDGE_RIGHT) && f.has(x + 1, y + 1, EDGE_RIGHT);
-    return wallsBeside && f.has(x, y - 1, EDGE_DOWN) && f.has(x + 1, y - 1, EDGE_DOWN) &&
-           f.has(x, y + 1, EDGE_DOWN) && f.has(x + 1, y + 1, EDGE_DOWN) &&
-           f.lacks(x, y, EDGE_RIGHT | EDGE_DOWN) && f.lacks(x, y + 1, EDGE_RIGHT) &&
-           f.lacks(x + 1, y, EDGE_DOWN);
+    const FlagView<false> f(map, block.x, block.y);
+    const bool wallsBeside = f.has(-1, 0, EDGE_RIGHT) && f.has(-1, 1, EDGE_RIGHT) &&
+                             f.has(1, 0, EDGE_RIGHT) && f.has(1, 1, EDGE_RIGHT);
+    return wallsBeside && f.has(0, -1, EDGE_DOWN) && f.has(1, -1, EDGE_DOWN) && f.has(0, 1, EDGE_DOWN) &&
+           f.has(1, 1, EDGE_DOWN) && f.lacks(0, 0, EDGE_RIGHT | EDGE_DOWN) && f.lacks(0, 1, EDGE_RIGHT) &&
+           f.lacks(1, 0, EDGE_DOWN);
 }
 
 } // namespace
 
 int32_t measureRunLeft(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureRun<Backward>(FlagView<false>(map), x, y);
+    return measureRun<Backward>(FlagView<false>(map, x, y));
 }
 int32_t measureRunRight(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureRun<Forward>(FlagView<false>(map), x, y);
+    return measureRun<Forward>(FlagView<false>(map, x, y));
 }
 int32_t measureRunUp(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureRun<Backward>(FlagView<true>(map), y, x);
+    return measureRun<Backward>(FlagView<true>(map, x, y));
 }
 int32_t measureRunDown(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureRun<Forward>(FlagView<true>(map), y, x);
+    return measureRun<Forward>(FlagView<true>(map, x, y));
 }
 
 int32_t measureTaperLeft(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureTaper<Backward>(FlagView<false>(map), x, y);
+    return measureTaper<Backward>(FlagView<false>(map, x, y));
 }
 int32_t measureTaperRight(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureTaper<Forward>(FlagView<false>(map), x, y);
+    return measureTaper<Forward>(FlagView<false>(map, x, y));
 }
 int32_t measureTaperUp(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureTaper<Backward>(FlagView<true>(map), y, x);
+    return measureTaper<Backward>(FlagView<true>(map, x, y));
 }
 int32_t measureTaperDown(const EdgeFlagMap& map, int32_t x, int32_t y) {
-    return measureTaper<Forward>(FlagView<true>(map), y, x);
+    return measureTaper<Forward>(FlagView<true>(map, x, y));
 }
 
 bool isIsolatedSquare(const EdgeFlagMap& map, Side side, int32_t x, int32_t y) {
-    const FlagView<false> f(map);
+    const FlagView<false> f(map, x, y);
     const bool besideStep = side == Side::kLeft || side == Side::kRight;
     if ((side == Side::kRight && x >= map.width() - 1) || (side == Side::kDown && y >= map.height() - 1)) {
         return false;
     }
     if (besideStep) {
-        const int32_t column = side == Side::kRight ? x + 1 : x;
-        const bool below = f.has(column, y, EDGE_DOWN);
-        const bool above = y > 0 && f.has(column, y - 1, EDGE_DOWN);
+        const int32_t column = side == Side::kRight ? 1 : 0;
+        const bool below = f.has(column, 0, EDGE_DOWN);
+        const bool above = y > 0 && f.has(column, -1, EDGE_DOWN);
         return below != above && isIsolated(map, {side == Side::kRight ? x + 1 : x - 1, below ? y - 1 : y});
     }
-    const int32_t row = side == Side::kDown ? y + 1 : y;
-    const bool behind = f.has(x, row, EDGE_RIGHT);
-    const bool before = x > 0 && f.has(x - 1, row, EDGE_RIGHT);
+    const int32_t row = side == Side::kDown ? 1 : 0;
+    const bool behind = f.has(0, row, EDGE_RIGHT);
+    const bool before = x > 0 && f.has(-1, row, EDGE_RIGHT);
     return behind != before && isIsolated(map, {behind ? x - 1 : x, side == Side::kDown ? y + 1 : y - 1});
 }
 

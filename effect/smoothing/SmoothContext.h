@@ -7,6 +7,7 @@
 #include "effect/smoothing/PixelSource.h"
 #include "effect/smoothing/SmoothOf.h"
 
+#include <cstddef>
 #include <cstdint>
 
 namespace kovalune {
@@ -41,6 +42,12 @@ struct SmoothContext {
 
     Pixel src(int32_t x, int32_t y) const { return source(x, y); }
     Pixel& dst(int32_t x, int32_t y) const { return rowOf<Format>(destination, FrameRect{}, y)[x]; }
+
+    /// Bytes from one pixel of the destination to the one at (dx, dy) from it.
+    std::ptrdiff_t pixelStep(int32_t dx, int32_t dy) const {
+        return static_cast<std::ptrdiff_t>(dy) * destination.rowbytes +
+               dx * static_cast<std::ptrdiff_t>(sizeof(Pixel));
+    }
 
     void blend(int32_t x, int32_t y, const Pixel& color, Weight weight) const {
         blendPixel<Format>(dst(x, y), color, weight);

@@ -1,4 +1,4 @@
-// What boundary smoothing differs in by pixel format: the comparison of pixels, the scale of weights, and the blend.
+// What boundary smoothing differs in by pixel format: the distance of pixels, the scale of weights, and the blend.
 // Weights are integers from 0 to 65535 for the integer formats and floats from 0 to 1 for `ae32`.
 #pragma once
 
@@ -8,7 +8,6 @@
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
-#include <cstring>
 
 namespace kovalune {
 
@@ -179,22 +178,6 @@ template <class Format>
 void blendPixel(typename Format::Pixel& dst, const typename Format::Pixel& src,
                 typename SmoothOf<Format>::Weight weight) {
     SmoothOf<Format>::blend(dst, src, weight);
-}
-
-/// Whether two pixels count as different: by more than `limit`, a transparent pixel counting as all zeros. Pixels that
-/// are the same in all bits are settled first.
-template <class Format>
-bool pixelsDiffer(const typename Format::Pixel& a, const typename Format::Pixel& b,
-                  typename SmoothOf<Format>::Limit limit) {
-    if (std::memcmp(&a, &b, sizeof a) == 0) {
-        return false;
-    }
-    const bool clearA = a.alpha == 0;
-    const bool clearB = b.alpha == 0;
-    if (clearA || clearB) {
-        return !(clearA && clearB) && SmoothOf<Format>::exceeds(clearA ? b : a, limit);
-    }
-    return SmoothOf<Format>::differBy(a, b, limit);
 }
 
 } // namespace kovalune

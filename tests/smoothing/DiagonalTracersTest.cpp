@@ -59,8 +59,9 @@ std::vector<MarkedCell> cellsFor(const Tracer& t, int cells) {
 
 template <class Format>
 bool trace(const HandScene<Format>& scene, bool vertical) {
-    return vertical ? traceVerticalDiagonals(scene.context(), kX, kY)
-                    : traceHorizontalDiagonals(scene.context(), kX, kY);
+    const FlagWindow around(scene.context().map, kX, kY);
+    return vertical ? traceVerticalDiagonals(scene.context(), around, kX, kY)
+                    : traceHorizontalDiagonals(scene.context(), around, kX, kY);
 }
 
 struct Weights {

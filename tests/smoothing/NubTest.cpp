@@ -32,7 +32,7 @@ std::vector<MarkedCell> cellsOf(int bits) {
 
 bool isNubOf(int bits) {
     const HandScene<Argb8> scene(cellsOf(bits), 70, 7, 7);
-    return isNub(scene.context(), kX, kY);
+    return isNub(FlagWindow(scene.context().map, kX, kY));
 }
 
 TEST(Nub, OfThreeSidesHasTheCornersAwayFromTheFourth) {

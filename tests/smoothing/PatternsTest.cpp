@@ -156,18 +156,19 @@ const Restoring kRestoring[] = {
 
 template <class Format>
 void perform(Step step, const HandScene<Format>& scene, int32_t x, int32_t y) {
+    const FlagWindow around(scene.context().map, x, y);
     switch (step) {
     case Step::kMendRight:
-        mendRightStep(scene.context(), x, y);
+        mendRightStep(scene.context(), around, x, y);
         break;
     case Step::kMendDown:
-        mendDownStep(scene.context(), x, y);
+        mendDownStep(scene.context(), around, x, y);
         break;
     case Step::kMendDownRight:
-        mendDownRightStep(scene.context(), x, y);
+        mendDownRightStep(scene.context(), around, x, y);
         break;
     case Step::kRestore:
-        restoreSharpPixel(scene.context(), x, y);
+        restoreSharpPixel(scene.context(), around, x, y);
         break;
     }
 }
@@ -310,9 +311,12 @@ MarkedCell placed(const MarkedCell& offset) {
 
 template <class Format>
 PlainPicture blendedShoulders(const HandScene<Format>& scene, const Shoulder& s) {
-    blendShoulders(scene.context(),
-                   s.ofVerticalStep ? patternTables::kVerticalShoulders : patternTables::kHorizontalShoulders,
-                   kX, kY);
+    const FlagWindow around(scene.context().map, kX, kY);
+    if (s.ofVerticalStep) {
+        blendVerticalShoulders(scene.context(), around, kX, kY);
+    } else {
+        blendHorizontalShoulders(scene.context(), around, kX, kY);
+    }
     return scene.result();
 }
 
