@@ -1,6 +1,6 @@
 # How test programs are run by CTest.
 #
-#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE] [JAPANESE] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
+#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE] [JAPANESE] [SETS PLAIN|ALL] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
 #
 # A program's tests share a few processes, PROGRAM.1 to PROGRAM.4, since starting one for each test takes longer than most of
 # them, above all under a sanitizer. What each test did is in results/PROGRAM.N.xml of the build folder.
@@ -9,6 +9,8 @@
 #   SLOW   the label "slow" beside that of the room
 #   WINE   says something of Windows: the target wine_tests builds it for Windows, and the presets win32 and win64 run it. No
 #          more programs than these are built there: each costs time
+#   SETS   runs once more, as PROGRAM.SET.N, with the plain kernels, or with those of each instruction set that this machine has
+#          beside the one in use; under a sanitizer and Wine with the plain ones alone
 #   JAPANESE   under Wine, on a Japanese system: with names in code page 932, of which a byte may look like '\'
 #
 # Every test bears the name of its room, a folder of tests/, as a label.
@@ -17,7 +19,7 @@ include(GoogleTest)
 set(KOVALUNE_TEST_PROCESSES 4 CACHE STRING "The processes that a test program's tests are dealt out to")
 
 function(kovalune_add_tests program)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;JAPANESE" "TIMEOUT" "ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;JAPANESE" "TIMEOUT;SETS" "ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kovalune_add_tests(${program}) does not know ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -59,13 +61,28 @@ function(kovalune_add_tests program)
     set(results ${PROJECT_BINARY_DIR}/results)
   endif()
   math(EXPR last "${KOVALUNE_TEST_PROCESSES} - 1")
-  foreach(shard RANGE ${last})
-    math(EXPR number "${shard} + 1")
-    set(name ${program}.${number})
-    add_test(NAME ${name} COMMAND ${program} --gtest_brief=1
-      --gtest_output=xml:${results}/${name}.xml)
-    set_tests_properties(${name} PROPERTIES LABELS "${labels}" ${lock} TIMEOUT ${arg_TIMEOUT} ENVIRONMENT
-      "GTEST_TOTAL_SHARDS=${KOVALUNE_TEST_PROCESSES};GTEST_SHARD_INDEX=${shard};${arg_ENVIRONMENT}")
+  set(sets)
+  if(arg_SETS)
+    target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/ChosenSet.cpp)
+    set(sets plain)
+    if(arg_SETS STREQUAL "ALL" AND NOT WIN32 AND NOT KOVALUNE_SANITIZE)
+      list(APPEND sets sse2 avx2 avx512)
+    endif()
+  endif()
+  foreach(instructions "" ${sets})
+    foreach(shard RANGE ${last})
+      math(EXPR number "${shard} + 1")
+      set(name ${program}.${number})
+      set(environment GTEST_TOTAL_SHARDS=${KOVALUNE_TEST_PROCESSES} GTEST_SHARD_INDEX=${shard} ${arg_ENVIRONMENT})
+      if(instructions)
+        set(name ${program}.${instructions}.${number})
+        list(APPEND environment KOVALUNE_TEST_SET=${instructions})
+      endif()
+      add_test(NAME ${name} COMMAND ${program} --gtest_brief=1
+        --gtest_output=xml:${results}/${name}.xml)
+      set_tests_properties(${name} PROPERTIES LABELS "${labels}" ${lock} TIMEOUT ${arg_TIMEOUT} SKIP_RETURN_CODE 77
+        ENVIRONMENT "${environment}")
+    endforeach()
   endforeach()
 endfunction()
 

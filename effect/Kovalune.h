@@ -1,7 +1,8 @@
 // What a tool may call of the effect directly. On pictures in its own memory, without any host: boundary smoothing
 // alone, and the edge flags that it works from. Pixels are the very same as in a host; everything is serial, on the
 // calling thread, keeps nothing between calls and throws nothing. And the user's remembered defaults, by the code that
-// the effect's dialog runs. And what a frame that goes through a host will do, or did, and how it matches a pixel.
+// the effect's dialog runs. And what a frame that goes through a host will do, or did, and how it matches a pixel; and the
+// instruction set that it works with.
 #pragma once
 
 #include "hostapi/HostApi.h"
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <vector>
 
 namespace kovalune {
 
@@ -80,6 +82,17 @@ inline constexpr uint8_t kEdgeRising = 8;  ///< (x, y + 1) differs from (x + 1, 
 /// where `flags` is not `width * height` long; any code but 0 leaves `flags` as they were.
 [[nodiscard]] PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options,
                                std::span<uint8_t> flags);
+
+/// The instruction sets that the effect has inner loops for and this machine has, the narrowest first: "plain", "sse2",
+/// "avx2", "avx512". Pixels are the same with each.
+std::vector<std::string> instructionSets();
+
+/// The one in use: the widest, unless another one was asked for.
+std::string instructionSet();
+
+/// Makes it the one in use for all frames of this program, by the effect that is linked into it; nothing may be rendered at
+/// that moment. False, and nothing changes, where `instructionSets` does not have it.
+[[nodiscard]] bool useInstructionSet(const std::string& name);
 
 /// The file of the remembered defaults, which need not exist; empty where the user has no folder for settings or the
 /// path is longer than 259 bytes.

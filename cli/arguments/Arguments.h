@@ -22,6 +22,8 @@ struct EffectArguments {
     std::optional<std::string> plugin;
     bool factory = false; ///< not the user's remembered defaults
     int threads = 0;      ///< to render::kMostThreads; 0: what the machine has
+    std::optional<std::string>
+        cpu; ///< the instruction set to work with, one of the machine's; else its widest
     std::optional<std::string> paramsFile;
     std::vector<std::string> settings; ///< "LABEL=VALUE", in order
 };
@@ -71,6 +73,7 @@ struct SmoothArguments {
     SmoothOptions options; ///< but for the key's colour
     std::optional<std::string> keyColor;
     std::optional<std::string> flagMap; ///< a picture of the edge flags
+    std::optional<std::string> cpu;     ///< as of EffectArguments
     shots::FrameForm form;
 };
 

@@ -1,6 +1,7 @@
 #include "cli/arguments/OptionKinds.h"
 
 #include "cli/files/PictureNames.h"
+#include "effect/Kovalune.h"
 #include "pictures/PictureFile.h"
 #include "text/AsciiText.h"
 #include "text/MessageText.h"
@@ -75,6 +76,24 @@ OptionSyntax addOutput(CommandSyntax& command, std::string& output, bool& force,
 
 void addPlugin(CommandSyntax& command, std::optional<std::string>& plugin) {
     command.addText("--plugin", plugin, "Use the effect of this shared object").shownAs("FILE");
+}
+
+void addCpu(CommandSyntax& command, std::optional<std::string>& cpu) {
+    const std::vector<std::string> words = {"plain", "sse2", "avx2", "avx512"};
+    const auto choose = [words, &cpu](const std::string& text) {
+        const std::string word = words[placeOfChoice("--cpu", words, text)];
+        const std::vector<std::string> sets = instructionSets();
+        if (std::find(sets.begin(), sets.end(), word) == sets.end()) {
+            throw UsageMistake("--cpu: this machine has no " + word + ", but " + listOf(sets));
+        }
+        cpu = word;
+    };
+    command
+        .addTaker(
+            "--cpu", choose,
+            "Work with this instruction set: plain, sse2, avx2, avx512; default: the widest of the machine. "
+            "Pixels are the same")
+        .shownAs("SET");
 }
 
 void addFactory(CommandSyntax& command, bool& factory) {

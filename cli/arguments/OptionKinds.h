@@ -47,6 +47,8 @@ void addRequiredFiles(CommandSyntax& command, Record& arguments, const std::stri
 }
 
 void addPlugin(CommandSyntax& command, std::optional<std::string>& plugin);
+/// The instruction set; one that the machine lacks is refused.
+void addCpu(CommandSyntax& command, std::optional<std::string>& cpu);
 void addFactory(CommandSyntax& command, bool& factory);
 /// Where the parameters' values come from.
 void addSettings(CommandSyntax& command, EffectArguments& effect);

@@ -11,6 +11,7 @@ void addEffect(CommandSyntax& command, EffectArguments& effect) {
     addSettings(command, effect);
     addWhole(command, "--threads", effect.threads, 1, render::kMostThreads,
              "Threads to work on, 1 to " + std::to_string(render::kMostThreads) + "; default: the machine's");
+    addCpu(command, effect.cpu);
     addPlugin(command, effect.plugin);
 }
 
@@ -57,6 +58,12 @@ void addReport(CommandSyntax& command, ReportArguments& report) {
     command.addFlag("--json", report.json, "The report as JSON, for programs").needs(table);
 }
 
+void checkCpu(const EffectArguments& effect) {
+    if (effect.cpu && effect.plugin) {
+        throw UsageMistake("--cpu: is for the built-in effect; the one of --plugin chooses for itself");
+    }
+}
+
 void checkReport(const ReportArguments& report, const EffectArguments& effect) {
     if (report.strict && effect.plugin) {
         throw UsageMistake(
@@ -86,6 +93,7 @@ void addRender(CommandSyntax& command, RenderArguments& arguments) {
 void checkTogether(const RenderArguments& arguments) {
     const ReportArguments& report = arguments.report;
     checkReport(report, arguments.effect);
+    checkCpu(arguments.effect);
     if (report.json && (arguments.printParams || arguments.time)) {
         throw UsageMistake("--json: prints one document, so leave out --print-params and --time");
     }
@@ -112,6 +120,7 @@ void addSheet(CommandSyntax& command, SheetArguments& arguments) {
 
 void checkTogether(const SheetArguments& arguments) {
     checkReport(arguments.report, arguments.effect);
+    checkCpu(arguments.effect);
 }
 
 } // namespace kovalune::cli

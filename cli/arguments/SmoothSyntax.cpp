@@ -43,6 +43,7 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
     addDepth(command, arguments.form.depth);
     addPngLevel(command, arguments.form.encoding);
     addAlpha(command, arguments.form.alphaKind);
+    addCpu(command, arguments.cpu);
     command.addFooter(example("smooth drawing.png -o smooth.png --strength 90"));
 }
 

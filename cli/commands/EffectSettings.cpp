@@ -1,5 +1,6 @@
 #include "cli/commands/EffectSettings.h"
 
+#include "effect/Kovalune.h"
 #include "render/ParamText.h"
 #include "render/SettingsText.h"
 #include "render/shots/ParamsFile.h"
@@ -42,7 +43,14 @@ bool startsFromFactory(const EffectArguments& arguments) {
     return arguments.factory || arguments.paramsFile;
 }
 
+void chooseInstructionSet(const std::optional<std::string>& cpu) {
+    if (cpu && !useInstructionSet(*cpu)) {
+        throw text::Failure(text::FailureKind::kUsage, "--cpu: this machine has no " + *cpu);
+    }
+}
+
 render::OpenEffect openEffect(const EffectArguments& arguments) {
+    chooseInstructionSet(arguments.cpu);
     return render::OpenEffect(arguments.plugin, arguments.threads, startsFromFactory(arguments));
 }
 

@@ -21,4 +21,7 @@ render::OpenEffect openEffect(const EffectArguments& arguments);
 render::NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
                                   const std::optional<std::string>& view);
 
+/// The one of --cpu, which the machine has; else nothing changes.
+void chooseInstructionSet(const std::optional<std::string>& cpu);
+
 } // namespace kovalune::cli

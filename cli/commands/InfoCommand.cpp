@@ -1,6 +1,7 @@
 #include "cli/Commands.h"
 
 #include "cli/text/EffectFlags.h"
+#include "effect/Kovalune.h"
 #include "hostapi/Constants.h"
 #include "pictures/LibraryVersions.h"
 #include "render/OpenEffect.h"
@@ -110,6 +111,15 @@ std::string processorName() {
     return "unknown";
 }
 
+/// "avx2 (of plain, sse2, avx2)"
+std::string instructionsText() {
+    std::string all;
+    for (const std::string& set : instructionSets()) {
+        all += (all.empty() ? "" : ", ") + set;
+    }
+    return instructionSet() + " (of " + all + ")";
+}
+
 std::string threadsText() {
     const unsigned threads = std::thread::hardware_concurrency();
     return threads == 0 ? "unknown" : std::to_string(threads);
@@ -123,7 +133,7 @@ std::string buildText() {
     return lineOf("Command version", KOVALUNE_VERSION) + lineOf("Compiler", compilerText()) +
            lineOf("Build type", KOVALUNE_BUILD_TYPE) + linesOf("Libraries", libraries) +
            lineOf("System", systemText()) + lineOf("Processor", processorName()) +
-           lineOf("Threads", threadsText());
+           lineOf("Instructions", instructionsText()) + lineOf("Threads", threadsText());
 }
 
 } // namespace

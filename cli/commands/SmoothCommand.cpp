@@ -1,4 +1,5 @@
 #include "cli/Commands.h"
+#include "cli/commands/EffectSettings.h"
 
 #include "cli/commands/RenderPicture.h"
 #include "effect/Kovalune.h"
@@ -147,6 +148,7 @@ void smoothFile(const SmoothArguments& arguments, const SmoothPlan& plan) {
 } // namespace
 
 void runSmooth(const SmoothArguments& arguments) {
+    chooseInstructionSet(arguments.cpu);
     const SmoothPlan plan = planOf(arguments);
     pictures::withMemoryFor(arguments.input, [&] { smoothFile(arguments, plan); });
 }

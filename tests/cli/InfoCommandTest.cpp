@@ -43,7 +43,7 @@ TEST(InfoCommand, TellsWhatTheBuildRunsOn) {
     for (const char* start :
          {"\nCompiler        ", "\nBuild type      ", "\nLibraries       libpng 1.",
           "\n                libtiff 4.", "\n                OpenEXR 3.", "\n                stb_image 2.",
-          "\nSystem          Linux ", "\nProcessor       ", "\nThreads         "}) {
+          "\nSystem          Linux ", "\nProcessor       ", "\nInstructions    ", "\nThreads         "}) {
         EXPECT_NE(text.find(start), std::string::npos) << start << " is not in\n" << text;
     }
 }

@@ -34,7 +34,7 @@ protected:
     Random random{91};
 };
 
-INSTANTIATE_TEST_SUITE_P(Sets, KernelResultTest, allSets(), setName);
+INSTANTIATE_TEST_SUITE_P(Sets, KernelResultTest, testing::ValuesIn(allSets()), setName);
 
 TEST_P(KernelResultTest, TakesPixelsOf16BitsApart) {
     for (int round = 0; round < kRounds; ++round) {
