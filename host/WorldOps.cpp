@@ -2,6 +2,7 @@
 
 #include "host/Image.h"
 #include "host/Rects.h"
+#include "host/WideStores.h"
 
 #include <algorithm>
 #include <array>
@@ -73,20 +74,21 @@ Rows rowsOf(const WorldInfo& world, const PF_LRect& rect) {
             static_cast<std::size_t>(rect.right - rect.left) * bytesPerPixel(world.format)};
 }
 
-void copyRows(const ConstRows& from, const Rows& to) {
+void copyRows(ByteCopy copy, const ConstRows& from, const Rows& to) {
     if (from.areOnePiece() && to.areOnePiece()) {
-        std::memcpy(to.first, from.first, from.allBytes());
+        copy(to.first, from.first, from.allBytes());
         return;
     }
     for (A_long row = 0; row < from.count; ++row) {
-        std::memcpy(to.first + row * to.apart, from.first + row * from.apart, from.bytes);
+        copy(to.first + row * to.apart, from.first + row * from.apart, from.bytes);
     }
 }
 
 /// Of rows that have no byte in common.
 void copyApart(const RowWork& work, const ConstRows& from, const Rows& to) {
+    const ByteCopy copy = copyFor(from.allBytes());
     work.run(from.count, from.bytes,
-             [&](A_long row, A_long end) { copyRows(from.part(row, end), to.part(row, end)); });
+             [&](A_long row, A_long end) { copyRows(copy, from.part(row, end), to.part(row, end)); });
 }
 
 /// Of rows that may overlap, the target's `down` rows below the source's: each is read before it is overwritten.
@@ -109,13 +111,13 @@ bool mayOverlap(const ConstRows& a, const ConstRows& b) {
     return std::less<>()(aFirst, bEnd) && std::less<>()(bFirst, aEnd);
 }
 
-void clearRows(const Rows& rows) {
+void clearRows(ByteClear clear, const Rows& rows) {
     if (rows.areOnePiece()) {
-        std::memset(rows.first, 0, rows.allBytes());
+        clear(rows.first, rows.allBytes());
         return;
     }
     for (A_long row = 0; row < rows.count; ++row) {
-        std::memset(rows.first + row * rows.apart, 0, rows.bytes);
+        clear(rows.first + row * rows.apart, rows.bytes);
     }
 }
 
@@ -181,7 +183,9 @@ void fillPixels(const RowWork& work, const WorldInfo& world, const PF_Pixel* col
         return;
     }
     if (colour == nullptr) {
-        work.run(rows.count, rows.bytes, [&](A_long row, A_long end) { clearRows(rows.part(row, end)); });
+        const ByteClear clear = clearFor(rows.allBytes());
+        work.run(rows.count, rows.bytes,
+                 [&](A_long row, A_long end) { clearRows(clear, rows.part(row, end)); });
     } else {
         paintRows(work, rows, encodedColour(world.format, *colour), bytesPerPixel(world.format));
     }

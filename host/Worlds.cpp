@@ -2,8 +2,8 @@
 
 #include "host/Image.h"
 #include "host/Rects.h"
+#include "host/WideStores.h"
 
-#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -75,9 +75,10 @@ PF_Err WorldStore::make(const WorldRequest& request, const HostOptions& options,
                    request.height};
     record->effectMade = request.effectMade;
     if (request.clear && !memory.block.zeros) {
+        const ByteClear clear = clearFor(bytes);
         rowWork_.run(request.height, rowBytes, [&](A_long first, A_long end) {
-            std::memset(memory.block.payload + static_cast<std::size_t>(first) * rowBytes, 0,
-                        static_cast<std::size_t>(end - first) * rowBytes);
+            clear(memory.block.payload + static_cast<std::size_t>(first) * rowBytes,
+                  static_cast<std::size_t>(end - first) * rowBytes);
         });
     }
     memory_.worldMade(memory, request.clear);
