@@ -1,8 +1,13 @@
 // The benchmarks' program: as the library has it, but that "copies" is shown as the plain number that it is. The library takes
 // all that is divided by a time for a rate, and ends it in "s".
+#include "effect/Kovalune.h"
+
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <string>
 #include <vector>
 
 namespace {
@@ -32,9 +37,28 @@ bool namesAFormat(int count, char** arguments) {
     return false;
 }
 
+/// Takes "--cpu SET" out of the arguments, from wherever it stands. False where this machine has no such set.
+bool takeInstructionSet(int& count, char** arguments) {
+    for (int i = 1; i + 1 < count; ++i) {
+        if (std::strcmp(arguments[i], "--cpu") == 0) {
+            const std::string set = arguments[i + 1];
+            std::copy(arguments + i + 2, arguments + count, arguments + i);
+            count -= 2;
+            if (!kovalune::useInstructionSet(set)) {
+                std::fprintf(stderr, "kovalune_bench: --cpu: this machine has no '%s'\n", set.c_str());
+                return false;
+            }
+        }
+    }
+    return true;
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
+    if (!takeInstructionSet(count, arguments)) {
+        return 2;
+    }
     const bool isTable = !namesAFormat(count, arguments);
     benchmark::Initialize(&count, arguments);
     if (benchmark::ReportUnrecognizedArguments(count, arguments)) {

@@ -3,6 +3,7 @@
 #   KOVALUNE_TIFF    its TIFF files, which take libtiff
 #   KOVALUNE_EXR     its OpenEXR files, which take OpenEXR
 #   KOVALUNE_BENCH   the benchmarks, which need all of the command
+#   KOVALUNE_RIVALS  one more benchmark, beside OpenCV, which nothing else needs
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
 if(NOT WIN32)
   option(KOVALUNE_CLI "Build the command" ON)
@@ -12,6 +13,7 @@ endif()
 option(KOVALUNE_TIFF "Read and write TIFF files" ON)
 option(KOVALUNE_EXR "Read and write OpenEXR files" ON)
 option(KOVALUNE_BENCH "Build the benchmarks" OFF)
+option(KOVALUNE_RIVALS "With the benchmarks, one beside OpenCV" OFF)
 
 # Stops where the user asked for `what` and the options that it needs are off.
 function(kovalune_require what)
