@@ -8,6 +8,7 @@
 #include "effect/smoothing/RunBeginnings.h"
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 
 namespace kovalune {
@@ -70,7 +71,7 @@ inline uint32_t workIn(const FlagWindow& f) {
 class StepWorkMemo {
 public:
     uint32_t workIn(const FlagWindow& f) {
-        Known& known = known_[(f.cells() * kSpread) >> (64 - kIndexBits)];
+        Known& known = known_[static_cast<std::size_t>((f.cells() * kSpread) >> (64 - kIndexBits))];
         return known.cells == f.cells() ? known.work : learn(known, f);
     }
 
