@@ -5,8 +5,13 @@
 #include "effect/blur/FlatWindows.h"
 #include "effect/blur/LinePass.h"
 #include "effect/blur/PlanarStretch.h"
+#include "effect/blur/WindowTotals.h"
 #include "effect/raster/MaskRuns.h"
 #include "effect/share/Integers.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
 
 namespace kovalune {
 namespace {
@@ -135,6 +140,11 @@ template <class Format>
 struct AlphaBoxes {
     typename PlanarOf<Format>::Sum* alpha = nullptr;
     uint32_t* count = nullptr;
+
+    /// Of the part of a line from `x` on.
+    AlphaBoxes from(int32_t x) const {
+        return count != nullptr ? AlphaBoxes{alpha + x, count + x} : AlphaBoxes{};
+    }
 };
 
 /// Writes all but the mean of alpha, and keeps what that needs.
@@ -171,9 +181,16 @@ public:
 
     BoundaryPass(const Record& record, int32_t length, ScratchLayout& layout)
         : kernel_(record.kernel), length_(length), weights_(kernel_, length, layout),
-          stretch_(length, layout), means_(layout.take<typename Planar::Mean>(kBlockPixels + kPadding)) {
+          stretch_(length, layout), totals_(length, layout),
+          means_(layout.take<Mean>(kBlockPixels + kPadding)) {
+        for (std::size_t c = 0; c < 3; ++c) {
+            colorSums_[c] = layout.take<Sum>(kBlockPixels + kPadding);
+            colorMeans_[c] = layout.take<Mean>(kBlockPixels + kPadding);
+        }
+        alphaSums_ = layout.take<Sum>(kBlockPixels + kPadding);
+        counts_ = layout.take<uint32_t>(kBlockPixels + kPadding);
         if (hasTail()) {
-            boxes_.alpha = layout.take<typename Planar::Sum>(static_cast<std::size_t>(length));
+            boxes_.alpha = layout.take<Sum>(static_cast<std::size_t>(length));
             boxes_.count = layout.take<uint32_t>(static_cast<std::size_t>(length));
         }
     }
@@ -182,7 +199,7 @@ public:
         weights_.fill(kernel_);
         if (hasTail()) {
             // Those of masked-out pixels are never written, but computed with.
-            std::fill_n(boxes_.alpha, length_, typename Planar::Sum{0});
+            std::fill_n(boxes_.alpha, length_, Sum{0});
             std::fill_n(boxes_.count, length_, 1U);
         }
     }
@@ -190,9 +207,15 @@ public:
     void blurLine(const Line<Pixel>& line, Pixel* out) {
         bool fits = canWeigh<Format>(weights_, kernel_);
         if (fits) {
-            Scan::scan(ColorLine<Format, Scan>{line, boxes_, out});
-            forEachStretch<Scan>(line.mask, line.count, line.reach,
-                                 [&](Span stretch) { fits = fits && blurStretch(line, stretch, out); });
+            if constexpr (kStreaks) {
+                colorLine(line, out);
+            }
+            forEachStretch<Scan>(line.mask, line.count, line.reach, [&](Span stretch) {
+                if constexpr (!kStreaks) {
+                    colorRun(line, stretch, out);
+                }
+                fits = fits && blurStretch(line, stretch, out);
+            });
         }
         if (!fits) {
             Scan::scan(PlainBoundaryLine<Format, Scan>{line, kernel_, out});
@@ -201,8 +224,77 @@ public:
 
 private:
     using Planar = PlanarOf<Format>;
+    using Sum = typename Planar::Sum;
+    using Mean = typename Planar::Mean;
+    static constexpr bool kStreaks = Scan::kWindowHasHoles;
 
     bool hasTail() const { return kernel_.tailWeight != 0; }
+
+    /// Writes all but the mean of alpha. A line that streaks remembers all that it has passed.
+    void colorLine(const Line<Pixel>& line, Pixel* out) {
+        const Span hull = {nextMaskedIn(line.mask, 0, line.count),
+                           endOfMaskedIn(line.mask, 0, line.count) - 1};
+        if (hull.first > hull.last) {
+            return;
+        }
+        totalsHold_ = totals_.load(line, hull, hasTail());
+        if (totalsHold_) {
+            meanColors(line, hull.first, hull.last + 1, out);
+        } else {
+            Scan::scan(ColorLine<Format, Scan>{line, boxes_, out});
+        }
+    }
+
+    /// The same for a run, of which integers need no more than what the mixed windows see.
+    void colorRun(const Line<Pixel>& line, Span run, Pixel* out) {
+        const bool wholeRun = !Planar::kSumsAreExact || hasTail();
+        if (wholeRun) {
+            totalsHold_ = totals_.load(line, run, hasTail());
+            if (!totalsHold_) {
+                const AlphaBoxes<Format> boxes = boxes_.from(run.first);
+                Scan::scan(ColorLine<Format, Scan>{partOf(line, run), boxes, out + run.first});
+                return;
+            }
+        }
+        const auto flat = [&](int32_t from, int32_t past, int32_t like) {
+            std::copy(line.pixels + from, line.pixels + past, out + from);
+            if (line.pixels[like].alpha != 0) {
+                Planar::copyColors(line.pixels + from, out + from, past - from);
+            }
+        };
+        const auto mixed = [&](int32_t from, int32_t past) {
+            if (!wholeRun) {
+                const Span seen = {std::max(run.first, from - line.reach),
+                                   std::min(run.last, past - 1 + line.reach)};
+                static_cast<void>(totals_.load(line, seen, false));
+            }
+            meanColors(line, from, past, out);
+        };
+        divideByFlatness(line.mask, run, line.reach, LineKeys<Format, Planar::visibleKey>{line.pixels}, flat,
+                         mixed);
+    }
+
+    void meanColors(const Line<Pixel>& line, int32_t from, int32_t past, Pixel* out) {
+        forEachBlock(line.mask, from, past, [&](int32_t x, int32_t count) {
+            totals_.template sumColors<kStreaks>(x, count, line.reach, colorSums_, counts_);
+            for (int32_t i = 0; i < count; ++i) {
+                isAny_[static_cast<std::size_t>(i)] = counts_[i] != 0;
+                counts_[i] = std::max(counts_[i], 1U);
+            }
+            for (std::size_t c = 0; c < 3; ++c) {
+                Planar::flatMeans(colorSums_[c], counts_, colorMeans_[c], count);
+            }
+            for (int32_t i = 0; i < count; ++i) {
+                if (line.mask[x + i] != 0) {
+                    out[x + i] = line.pixels[x + i];
+                    if (isAny_[static_cast<std::size_t>(i)]) {
+                        Planar::setColors(out[x + i], colorMeans_[0][i], colorMeans_[1][i],
+                                          colorMeans_[2][i]);
+                    }
+                }
+            }
+        });
+    }
 
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
@@ -236,7 +328,14 @@ private:
         if (!stretch_.weigh(LineKeys<Format, Planar::alphaKey>{line.pixels}, x, count)) {
             return false;
         }
-        if (hasTail()) {
+        if (hasTail() && totalsHold_) {
+            totals_.sumAlpha(x, count, line.reach, alphaSums_, counts_);
+            for (int32_t i = 0; i < count; ++i) {
+                counts_[i] = std::max(counts_[i], 1U);
+            }
+            Planar::mixedMeans(alphaSums_, counts_, stretch_.sums(0), stretch_.weights(), kernel_.tailWeight,
+                               means_, count);
+        } else if (hasTail()) {
             Planar::mixedMeans(boxes_.alpha + x, boxes_.count + x, stretch_.sums(0), stretch_.weights(),
                                kernel_.tailWeight, means_, count);
         } else {
@@ -254,8 +353,17 @@ private:
     int32_t length_;
     LineWeights weights_;
     PlanarStretch<Format, 1> stretch_;
-    typename Planar::Mean* means_;
+    WindowTotals<Format> totals_;
+    bool totalsHold_ = false; ///< the sums of the stretch are in `totals_`, else in `boxes_`
     AlphaBoxes<Format> boxes_;
+
+    // Of a block.
+    Mean* means_;
+    std::array<Sum*, 3> colorSums_{};
+    std::array<Mean*, 3> colorMeans_{};
+    Sum* alphaSums_ = nullptr;
+    uint32_t* counts_ = nullptr;
+    std::array<bool, kBlockPixels> isAny_{}; ///< opaque pixels in the window
 };
 
 template <class Format>
@@ -263,10 +371,25 @@ PF_Err alphaGain(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const auto& record = *static_cast<const AlphaGainRecord*>(refcon);
     const int32_t width = record.rect.width();
     const Band band = bandOf(record.rect.height(), i, n);
+    // Neighbours are alike, and most of a layer is transparent or full.
+    using Channel = typename Format::Channel;
+    const bool noneStaysNone = std::isfinite(record.amount);
+    Channel last = 0;
+    Channel gained = GainOf<Format>::gained(last, record.amount);
     for (int32_t y = band.first; y < band.end; ++y) {
         auto* const row = rowOf<Format>(*record.world, record.rect, y);
         for (int32_t x = 0; x < width; ++x) {
-            row[x].alpha = GainOf<Format>::gained(row[x].alpha, record.amount);
+            const Channel alpha = row[x].alpha;
+            if (alpha == 0 && noneStaysNone) {
+                continue;
+            }
+            if (alpha != last) {
+                last = alpha;
+                gained = GainOf<Format>::gained(alpha, record.amount);
+            }
+            if (gained != alpha) {
+                row[x].alpha = gained;
+            }
         }
     }
     return PF_Err_NONE;

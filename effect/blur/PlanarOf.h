@@ -102,6 +102,13 @@ struct PlanarOf<Argb16> {
                            uint16_t tailWeight, Mean* means, int32_t count) {
         kernels().mixedMeans16(boxes, counts, sums, weights, tailWeight, means, count);
     }
+    static void flatMeans(const Sum* sums, const uint32_t* counts, Mean* means, int32_t count) {
+        kernels().flatMeans16(sums, counts, means, count);
+    }
+    /// A key of its own for all that is transparent.
+    static uint64_t visibleKey(const Argb16::Pixel& pixel) {
+        return pixel.alpha != 0 ? colorKey(pixel) : uint64_t{0xFFFF};
+    }
     static void setColors(Argb16::Pixel& pixel, Mean red, Mean green, Mean blue) {
         pixel.red = static_cast<uint16_t>(red);
         pixel.green = static_cast<uint16_t>(green);
@@ -220,6 +227,12 @@ struct PlanarOf<Argb32> {
     static void mixedMeans(const Sum* boxes, const uint32_t* counts, const Sum* sums, const uint32_t* weights,
                            uint16_t tailWeight, Mean* means, int32_t count) {
         kernels().mixedMeans32(boxes, counts, sums, weights, tailWeight * (1.0 / kWeightOne), means, count);
+    }
+    static void flatMeans(const Sum* sums, const uint32_t* counts, Mean* means, int32_t count) {
+        kernels().flatMeans32(sums, counts, means, count);
+    }
+    static ColorKey visibleKey(const Argb32::Pixel& pixel) {
+        return pixel.alpha != 0 ? colorKey(pixel) : ColorKey{0, ~uint64_t{0}};
     }
     static void setColors(Argb32::Pixel& pixel, Mean red, Mean green, Mean blue) {
         pixel.red = red;

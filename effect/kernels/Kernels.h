@@ -81,6 +81,8 @@ struct Kernels {
     /// where no weight is.
     void (*mixedMeans32)(const double* boxes, const uint32_t* counts, const double* sums,
                          const uint32_t* weights, double tailShare, float* means, int32_t count);
+    /// means[i] = sums[i] / counts[i]; counts from 1 on.
+    void (*flatMeans32)(const double* sums, const uint32_t* counts, float* means, int32_t count);
     void (*mergeColors32)(const float* red, const float* green, const float* blue, void* pixels,
                           int32_t count);
 };

@@ -178,6 +178,12 @@ void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sum
     }
 }
 
+void flatMeans32(const double* sums, const uint32_t* counts, float* __restrict means, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        means[i] = static_cast<float>(sums[i] / static_cast<double>(static_cast<int32_t>(counts[i])));
+    }
+}
+
 void mergeColors32(const float* red, const float* green, const float* blue, void* pixels, int32_t count) {
     // One store a pixel.
     using Whole = float __attribute__((vector_size(16)));

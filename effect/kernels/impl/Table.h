@@ -29,6 +29,7 @@ constexpr Kernels tableOf(InstructionSet set) {
             .coreMeans32 = coreMeans32,
             .wholeMeans32 = wholeMeans32,
             .mixedMeans32 = mixedMeans32,
+            .flatMeans32 = flatMeans32,
             .mergeColors32 = mergeColors32};
 }
 
