@@ -17,9 +17,37 @@ constexpr int32_t kNarrowest16 = kFull16 - 1;
 constexpr float kNarrowest32 = Argb32::kFullScale - std::numeric_limits<float>::epsilon();
 static_assert(kNarrowest32 == 0.99999988F && static_cast<double>(kNarrowest32) == 0.9999998807907104);
 
-/// Rises from 0 at `distance` 0 to 1 at `span`.
-double raisedCosine(double distance, double span) {
-    return (exact::cos(distance / span * kPi) - 1.0) * -0.5;
+/// More than `nearCosine` is ever away from the cosine: ten times the rounding of its steps.
+constexpr double kCosineError = 1.0e-14;
+
+/// For angles from 0 to half a turn.
+double nearCosine(double angle) {
+    const double y = angle - kPi / 2.0;
+    const double square = y * y;
+    double sum = 1.0;
+    for (int n = 20; n > 0; n -= 2) {
+        sum = 1.0 - sum * square * (1.0 / (n * (n + 1)));
+    }
+    return -y * sum;
+}
+
+double raised(double cosine) {
+    return (cosine - 1.0) * -0.5;
+}
+
+/// Rises from 0 at `distance` 0 to 1 at `span`, as `rounded` leaves it, which never falls where its argument rises. The exact
+/// cosine is called for only where it could make a difference.
+template <class Rounded>
+auto raisedCosine(double distance, double span, const Rounded& rounded) {
+    const double angle = distance / span * kPi;
+    if (angle >= 0.0 && angle <= kPi) {
+        const double near = nearCosine(angle);
+        const auto least = rounded(raised(near + kCosineError));
+        if (least == rounded(raised(near - kCosineError))) {
+            return least;
+        }
+    }
+    return rounded(raised(exact::cos(angle)));
 }
 
 } // namespace
@@ -59,7 +87,7 @@ uint16_t AlphaCurveOf<Argb16>::onCosine(uint16_t alpha) {
 }
 
 int32_t AlphaCurveOf<Argb16>::cosineAt(uint16_t alpha) const {
-    return truncToInt32(raisedCosine(alpha - low_, span_) * kFull16);
+    return raisedCosine(alpha - low_, span_, [](double level) { return truncToInt32(level * kFull16); });
 }
 
 uint16_t AlphaCurveOf<Argb16>::onRamp(uint16_t alpha) const {
@@ -96,7 +124,8 @@ float AlphaCurveOf<Argb32>::operator()(float alpha) const {
     if (alpha >= high_) {
         return 1.0F;
     }
-    return static_cast<float>(raisedCosine(static_cast<double>(alpha - low_), static_cast<double>(span_)));
+    return raisedCosine(static_cast<double>(alpha - low_), static_cast<double>(span_),
+                        [](double level) { return static_cast<float>(level); });
 }
 
 } // namespace kovalune

@@ -2,9 +2,11 @@
 
 #include "effect/blur/AlphaCurve.h"
 #include "effect/raster/Bands.h"
+#include "effect/raster/MaskRuns.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
 
+#include <algorithm>
 #include <type_traits>
 
 namespace kovalune {
@@ -12,8 +14,24 @@ namespace {
 
 enum class Where { kInsideMask, kOutsideMask, kEverywhere };
 
-/// The walk that all finishing passes share. A `Step` is made once per iteration from the record; it says
-/// where it applies, and is called with the pixel of `dst` and, where it reads one, that of `src`.
+template <class Step>
+constexpr bool kReadsSource =
+    std::is_invocable_v<Step&, typename Step::Format::Pixel*, const typename Step::Format::Pixel*, int32_t>;
+
+/// Calls `run(first, end)` for the stretches of a row that a step applies to.
+template <Where where, class Run>
+void forEachStretch(const MaskView& mask, int32_t y, int32_t width, const Run& run) {
+    if constexpr (where == Where::kEverywhere) {
+        run(0, width);
+    } else if constexpr (where == Where::kInsideMask) {
+        forEachRun(mask.row(y), 0, width, run);
+    } else {
+        forEachGap(mask.row(y), 0, width, run);
+    }
+}
+
+/// The walk that all finishing passes share. A `Step` is made once per iteration from the record; it says where it applies,
+/// and is called with some pixels of `dst` in a row, the same of `src` where it reads them, and their number.
 template <class Step>
 PF_Err finishPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     using Format = typename Step::Format;
@@ -27,25 +45,17 @@ PF_Err finishPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
             continue;
         }
         Pixel* const dst = rowOf<Format>(*record.dst, record.rect, y);
-        const uint8_t* const mask = Step::kWhere == Where::kEverywhere ? nullptr : record.mask.row(y);
-        const auto applies = [mask](int32_t x) {
-            return Step::kWhere == Where::kEverywhere ||
-                   (mask[x] != 0) == (Step::kWhere == Where::kInsideMask);
-        };
-        if constexpr (std::is_invocable_v<Step&, Pixel&, const Pixel&>) {
-            const Pixel* const src = rowOf<Format>(*record.src, record.rect, y);
-            for (int32_t x = 0; x < width; ++x) {
-                if (applies(x)) {
-                    step(dst[x], src[x]);
-                }
-            }
-        } else {
-            for (int32_t x = 0; x < width; ++x) {
-                if (applies(x)) {
-                    step(dst[x]);
-                }
-            }
+        const Pixel* src = nullptr;
+        if constexpr (kReadsSource<Step>) {
+            src = rowOf<Format>(*record.src, record.rect, y);
         }
+        forEachStretch<Step::kWhere>(record.mask, y, width, [&](int32_t first, int32_t end) {
+            if constexpr (kReadsSource<Step>) {
+                step(dst + first, src + first, end - first);
+            } else {
+                step(dst + first, end - first);
+            }
+        });
     }
     return PF_Err_NONE;
 }
@@ -64,23 +74,26 @@ struct PlainStep {
 template <class Format>
 class MixOf;
 
-/// 64 bits: a channel beyond full scale would overflow 32.
+/// In doubles, which hold all numbers here exactly, sums beyond 32 bits too. A quotient that is no whole number is further from
+/// one than it is rounded, so that cutting off gives what a division of integers does, and sooner.
 template <>
 class MixOf<Argb16> {
 public:
     MixOf(uint16_t over, uint16_t under)
-        : over_(over), under_(((Argb16::kFullScale - over_) * under) >> Argb16::kScaleBits) {}
+        : over_(over),
+          under_(static_cast<double>(((Argb16::kFullScale - int64_t{over}) * under) >> Argb16::kScaleBits)) {}
     uint16_t operator()(uint16_t over, uint16_t under) const {
-        return static_cast<uint16_t>((under * under_ + over * over_) / (under_ + over_));
+        return static_cast<uint16_t>(
+            static_cast<int64_t>((under * under_ + over * over_) / (under_ + over_)));
     }
     static uint16_t product(uint16_t a, uint16_t b) {
         return static_cast<uint16_t>(uint32_t{a} * b >> Argb16::kScaleBits);
     }
 
 private:
-    int64_t over_;
+    double over_;
     /// What is left of the lower layer; the sum of both is above 0 for all alphas that `over_` can stand beside.
-    int64_t under_;
+    double under_;
 };
 
 template <>
@@ -92,9 +105,8 @@ public:
         return static_cast<float>((static_cast<double>(over) * over_ + static_cast<double>(under) * under_) /
                                   (under_ + over_));
     }
-    static float product(float a, float b) {
-        return static_cast<float>(static_cast<double>(a) * static_cast<double>(b));
-    }
+    /// The product in double, rounded: exact before, so that it is the product in float.
+    static float product(float a, float b) { return a * b; }
 
 private:
     double over_;
@@ -107,20 +119,28 @@ template <class Format>
 struct Restore : PlainStep<Format, Where::kInsideMask> {
     using PlainStep<Format, Where::kInsideMask>::PlainStep;
     static constexpr bool kSkipsIdleRows = true;
-    void operator()(typename Format::Pixel& dst, const typename Format::Pixel& src) const { dst = src; }
+    void operator()(typename Format::Pixel* dst, const typename Format::Pixel* src, int32_t count) const {
+        std::copy_n(src, count, dst);
+    }
 };
 
 template <class Format>
 struct ClearAlpha : PlainStep<Format, Where::kOutsideMask> {
     using PlainStep<Format, Where::kOutsideMask>::PlainStep;
-    void operator()(typename Format::Pixel& dst) const { dst.alpha = 0; }
+    void operator()(typename Format::Pixel* dst, int32_t count) const {
+        for (int32_t i = 0; i < count; ++i) {
+            dst[i].alpha = 0;
+        }
+    }
 };
 
 template <class Format>
 struct MultiplyAlpha : PlainStep<Format, Where::kOutsideMask> {
     using PlainStep<Format, Where::kOutsideMask>::PlainStep;
-    void operator()(typename Format::Pixel& dst, const typename Format::Pixel& src) const {
-        dst.alpha = MixOf<Format>::product(src.alpha, dst.alpha);
+    void operator()(typename Format::Pixel* dst, const typename Format::Pixel* src, int32_t count) const {
+        for (int32_t i = 0; i < count; ++i) {
+            dst[i].alpha = MixOf<Format>::product(src[i].alpha, dst[i].alpha);
+        }
     }
 };
 
@@ -128,21 +148,37 @@ template <class Format>
 struct ShapeAlpha : PlainStep<Format, Where::kInsideMask> {
     explicit ShapeAlpha(const FinishPassRecord& record)
         : PlainStep<Format, Where::kInsideMask>(record), curve(record.bias) {}
-    void operator()(typename Format::Pixel& dst) {
-        if (dst.alpha != 0) {
-            dst.alpha = curve(dst.alpha);
+    void operator()(typename Format::Pixel* dst, int32_t count) {
+        for (int32_t i = 0; i < count; ++i) {
+            const typename Format::Channel alpha = dst[i].alpha;
+            if (alpha != 0) {
+                if (alpha != last) {
+                    last = alpha;
+                    shaped = curve(alpha);
+                }
+                dst[i].alpha = shaped;
+            }
         }
     }
     AlphaCurveOf<Format> curve;
+    typename Format::Channel last = 0; ///< neighbours are mostly the same; none is 0
+    typename Format::Channel shaped = 0;
 };
 
 template <class Format>
 struct ComposeOver : PlainStep<Format, Where::kEverywhere> {
+    using Pixel = typename Format::Pixel;
     using PlainStep<Format, Where::kEverywhere>::PlainStep;
-    void operator()(typename Format::Pixel& dst, const typename Format::Pixel& src) const {
-        if (src.alpha == 0) {
-            return;
+    void operator()(Pixel* dst, const Pixel* src, int32_t count) const {
+        for (int32_t i = 0; i < count; ++i) {
+            if (src[i].alpha != 0) {
+                compose(dst[i], src[i]);
+            }
         }
+    }
+
+private:
+    static void compose(Pixel& dst, const Pixel& src) {
         if (src.alpha == Format::kFullScale) {
             dst.red = src.red;
             dst.green = src.green;
@@ -158,9 +194,7 @@ struct ComposeOver : PlainStep<Format, Where::kEverywhere> {
 
 template <class Step>
 PF_Err finish(PF_InData* inData, FinishPassRecord record) {
-    using Pixel = typename Step::Format::Pixel;
-    constexpr bool kReadsSource = std::is_invocable_v<Step&, Pixel&, const Pixel&>;
-    if (record.dst == nullptr || (kReadsSource && record.src == nullptr)) {
+    if (record.dst == nullptr || (kReadsSource<Step> && record.src == nullptr)) {
         return PF_Err_OUT_OF_MEMORY;
     }
     return iterate(inData, record, finishPass<Step>);

@@ -4,6 +4,7 @@
 #include "effect/raster/Bands.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
+#include "effect/raster/SameBytes.h"
 #include "effect/share/HostCode.h"
 
 #include <algorithm>
@@ -74,16 +75,18 @@ PF_Err extractPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     for (int32_t y = band.first; y < band.end; ++y) {
         const auto* const src = rowOf<Format>(*record.src, record.rect, y);
         uint8_t* const mask = record.mask.row(y);
-        for (int32_t x = 0; x < width; ++x) {
-            if (src[x].alpha == 0) {
-                mask[x] = 0;
-                continue;
+        for (int32_t x = 0; x < width;) {
+            uint8_t element = 0;
+            if (src[x].alpha != 0) {
+                if (!sameColor<Format>(src[x], previous)) {
+                    previous = src[x];
+                    lastResult = elementOf<Format>(record, previous);
+                }
+                element = lastResult;
             }
-            if (!sameColor<Format>(src[x], previous)) {
-                previous = src[x];
-                lastResult = elementOf<Format>(record, previous);
-            }
-            mask[x] = lastResult;
+            const int32_t end = endOfSamePixels(src, x, width);
+            std::fill(mask + x, mask + end, element);
+            x = end;
         }
     }
     return PF_Err_NONE;

@@ -4,32 +4,63 @@
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace kovalune {
 namespace {
 
+constexpr int32_t kTile = 4096;
+constexpr int32_t kStep = 64;
+
+/// The elements of some pixels; `columns` gathers what any row of the band holds. Whether anything is covered.
+template <class Format>
+bool cover(const typename Format::Pixel* src, int32_t count, uint8_t value, uint8_t* elements,
+           uint8_t* columns) {
+    uint8_t shown[kStep];
+    for (int32_t x = 0; x < count; ++x) {
+        shown[x] = src[x].alpha != 0 ? value : uint8_t{0};
+    }
+    std::copy_n(shown, count, elements);
+    uint8_t any = 0;
+    for (int32_t x = 0; x < count; ++x) {
+        columns[x] |= shown[x];
+        any |= shown[x];
+    }
+    return any != 0;
+}
+
+template <class Format>
+bool coverColumns(const typename Format::Pixel* src, int32_t count, uint8_t value, uint8_t* elements,
+                  uint8_t* columns) {
+    bool any = false;
+    int32_t x = 0;
+    for (; x + kStep <= count; x += kStep) {
+        any = cover<Format>(src + x, kStep, value, elements + x, columns + x) || any;
+    }
+    return cover<Format>(src + x, count - x, value, elements + x, columns + x) || any;
+}
+
+/// The band is gone through in upright tiles, so that a column is marked once and not at each of its pixels.
 template <class Format>
 PF_Err coveragePass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     auto& record = *static_cast<CoverageRecord*>(refcon);
     MaskPlane& mask = record.mask;
     const int32_t width = record.rect.width();
     const Band band = bandOf(record.rect.height(), i, n);
-    for (int32_t y = band.first; y < band.end; ++y) {
-        const auto* const src = rowOf<Format>(*record.src, record.rect, y);
-        uint8_t* const elements = mask.row(y);
-        uint8_t marked = 0;
-        for (int32_t x = 0; x < width; ++x) {
-            if (src[x].alpha != 0) {
-                elements[x] = record.value;
-                mask.markColumn(x);
-                marked = 1;
-            } else {
-                elements[x] = 0;
+    for (int32_t left = 0; left < width; left += kTile) {
+        const int32_t count = std::min(kTile, width - left);
+        uint8_t columns[kTile] = {};
+        for (int32_t y = band.first; y < band.end; ++y) {
+            const auto* const src = rowOf<Format>(*record.src, record.rect, y) + left;
+            if (coverColumns<Format>(src, count, record.value, mask.row(y) + left, columns)) {
+                mask.markRow(y);
             }
         }
-        if (marked != 0) {
-            mask.markRow(y);
+        for (int32_t c = 0; c < count; ++c) {
+            if (columns[c] != 0) {
+                mask.markColumn(left + c);
+            }
         }
     }
     return PF_Err_NONE;

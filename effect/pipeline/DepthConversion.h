@@ -12,12 +12,12 @@
 namespace kovalune {
 
 /// 0 becomes 0, 1 becomes 129, 255 becomes 32768. The 128 is the constant of the conversion, not half of 255.
-inline uint16_t widenChannel(uint8_t c) {
+constexpr uint16_t widenChannel(uint8_t c) {
     return static_cast<uint16_t>((uint32_t{c} * Argb16::kFullScale + 128) / Argb8::kFullScale);
 }
 
 /// For values up to 32768; a larger one wraps at the store.
-inline uint8_t narrowChannel(uint16_t c) {
+constexpr uint8_t narrowChannel(uint16_t c) {
     return static_cast<uint8_t>((uint32_t{c} * Argb8::kFullScale + Argb16::kFullScale / 2) >>
                                 Argb16::kScaleBits);
 }

@@ -1,6 +1,7 @@
 #include "effect/raster/MaskPlane.h"
 
 #include <algorithm>
+#include <cstring>
 #include <limits>
 #include <utility>
 
@@ -28,6 +29,31 @@ LineRange activeRange(const uint8_t* active, int32_t count) {
         }
     }
     return {static_cast<int32_t>(first - active), end};
+}
+
+/// Marks the columns of a row's non-zero elements, eight at a time. Whether there are any.
+bool markHeld(const uint8_t* elements, int32_t count, uint8_t* colActive) {
+    constexpr uint64_t kLowBits = ~uint64_t{0} / 0xff * 0x7f;
+    uint64_t any = 0;
+    int32_t x = 0;
+    for (; x + 8 <= count; x += 8) {
+        uint64_t eight = 0;
+        std::memcpy(&eight, elements + x, sizeof eight);
+        if (eight != 0) {
+            const uint64_t held = (((eight & kLowBits) + kLowBits) | eight) >> 7 & ~uint64_t{0} / 0xff;
+            uint64_t marks = 0;
+            std::memcpy(&marks, colActive + x, sizeof marks);
+            marks |= held;
+            std::memcpy(colActive + x, &marks, sizeof marks);
+            any |= held;
+        }
+    }
+    for (; x < count; ++x) {
+        const auto held = static_cast<uint8_t>(elements[x] != 0);
+        colActive[x] |= held;
+        any |= held;
+    }
+    return any != 0;
 }
 
 } // namespace
@@ -169,13 +195,7 @@ void MaskPlane::refreshActivity() {
     uint8_t* const colActive = layout().colActive;
     setActivity(0);
     for (int32_t y = 0; y < height(); ++y) {
-        const uint8_t* const elements = row(y);
-        uint8_t marked = 0;
-        for (int32_t x = 0; x < width(); ++x) {
-            const auto held = static_cast<uint8_t>(elements[x] != 0);
-            colActive[x] |= held;
-            marked |= held;
-        }
+        const uint8_t marked = markHeld(row(y), width(), colActive) ? 1 : 0;
         layout().rowActive[y] = marked;
         marks().boundsStale = 1;
     }

@@ -1,4 +1,4 @@
-// The runs of masked-in pixels along a line, eight mask bytes at a time.
+// The runs of masked-in pixels along a line, and those between them, eight mask bytes at a time.
 #pragma once
 
 #include <cstdint>
@@ -52,6 +52,16 @@ void forEachRun(const uint8_t* mask, int32_t x, int32_t end, const Run& run) {
         const int32_t past = nextMaskedOut(mask, first, end);
         run(first, past);
         first = nextMaskedIn(mask, past, end);
+    }
+}
+
+/// Calls `gap(first, end)` for each run of masked-out places of [x, end), in order.
+template <class Gap>
+void forEachGap(const uint8_t* mask, int32_t x, int32_t end, const Gap& gap) {
+    for (int32_t first = nextMaskedOut(mask, x, end); first < end;) {
+        const int32_t past = nextMaskedIn(mask, first, end);
+        gap(first, past);
+        first = nextMaskedOut(mask, past, end);
     }
 }
 

@@ -1,14 +1,17 @@
-// The walk that all masked passes share: the band's rows, pixel by pixel, converted under the mask. For the
+// The walk that all masked passes share: the band's rows, run by run, converted under the mask. For the
 // sources of such passes only.
 #pragma once
 
 #include "effect/raster/Bands.h"
+#include "effect/raster/MaskRuns.h"
 #include "effect/raster/MaskedCopy.h"
 #include "effect/raster/Rows.h"
 
+#include <algorithm>
+
 namespace kovalune {
 
-/// Every pixel under the mask becomes `convert` of its source pixel.
+/// The runs of pixels under the mask become what `convert(dst, src, count)` makes of them.
 template <class DstFormat, class SrcFormat, auto convert>
 PF_Err maskedPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const auto& record = *static_cast<const MaskedPassRecord*>(refcon);
@@ -18,12 +21,12 @@ PF_Err maskedPass(void* refcon, A_long /*thread*/, A_long i, A_long n) {
         const auto* const src = rowOf<SrcFormat>(*record.src, record.rect, y);
         auto* const dst = rowOf<DstFormat>(*record.dst, record.rect, y);
         const uint8_t* const mask = record.mask.row(y);
-        for (int32_t x = 0; x < width; ++x) {
-            if (mask[x] != 0) {
-                dst[x] = convert(src[x]);
-            } else if (record.clearOutside) {
-                dst[x] = {};
-            }
+        forEachRun(mask, 0, width,
+                   [&](int32_t first, int32_t end) { convert(dst + first, src + first, end - first); });
+        if (record.clearOutside) {
+            forEachGap(mask, 0, width, [&](int32_t first, int32_t end) {
+                std::fill(dst + first, dst + end, typename DstFormat::Pixel{});
+            });
         }
     }
     return PF_Err_NONE;

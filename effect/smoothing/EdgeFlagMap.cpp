@@ -1,9 +1,11 @@
 #include "effect/smoothing/EdgeFlagMap.h"
 
 #include "effect/raster/Rows.h"
+#include "effect/raster/SameBytes.h"
 #include "effect/smoothing/PixelDifference.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstring>
 
 namespace kovalune {

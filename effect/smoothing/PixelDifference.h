@@ -4,7 +4,6 @@
 
 #include "effect/smoothing/SmoothOf.h"
 
-#include <cstddef>
 #include <cstdint>
 #include <cstring>
 
@@ -134,24 +133,6 @@ inline uint32_t fourDiffer(const PF_PixelFloat* a, const PF_PixelFloat* b, float
 } // namespace sse2
 
 #endif
-
-/// Whether memory from `a` and from `b` on is the same in all bits, for at least 16 bytes.
-template <std::size_t bytes>
-bool areSameBytes(const void* a, const void* b) {
-#if defined(__SSE2__)
-    const auto apartAt = [a, b](std::size_t at) {
-        return _mm_xor_si128(sse2::load(static_cast<const uint8_t*>(a) + at),
-                             sse2::load(static_cast<const uint8_t*>(b) + at));
-    };
-    __m128i apart = apartAt(bytes - 16);
-    for (std::size_t at = 0; at + 16 < bytes; at += 16) {
-        apart = _mm_or_si128(apart, apartAt(at));
-    }
-    return _mm_movemask_epi8(_mm_cmpeq_epi8(apart, _mm_setzero_si128())) == 0xffff;
-#else
-    return std::memcmp(a, b, bytes) == 0;
-#endif
-}
 
 /// Bit `i` is set where `a[i]` and `b[i]` differ, for `i` from 0 to 3.
 template <class Format>

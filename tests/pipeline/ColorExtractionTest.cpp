@@ -59,7 +59,7 @@ TEST_P(ColorExtraction, IsLikeThePlainOneForEveryNumberOfIterations) {
         host::judge::JudgeOptions options = shuffledOptions(iterations, 3, random.next());
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
-        const int32_t width = random.between(1, 30);
+        const int32_t width = random.between(1, 70);
         const int32_t height = random.between(1, 30);
         const FrameRect rect = rectAt(random.below(4), random.below(4), width, height);
         TestWorld src(host, depth.format, rect.right + random.below(3), rect.bottom + random.below(3));
@@ -104,7 +104,7 @@ TEST_P(ColorExtraction, CountsThePixelsOfEachColourWithoutAnotherResultOrCall) {
         options.recordCalls = true;
         StrictHost host(options);
         const FrameRect rect =
-            rectAt(random.below(4), random.below(4), random.between(1, 30), random.between(1, 30));
+            rectAt(random.below(4), random.below(4), random.between(1, 70), random.between(1, 30));
         TestWorld src(host, depth.format, rect.right, rect.bottom);
         const PlainPicture picture = somePicture(depth, src.width(), src.height(), random);
         write(picture, src);

@@ -38,7 +38,7 @@ TEST_P(Coverage, MarksPixelsOfNonZeroAlphaWithTrueSummaries) {
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const Mask mask = makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))],
-                                   random.between(1, 25), random.between(1, 25), random);
+                                   random.between(1, 150), random.between(1, 25), random);
         const FrameRect rect = rectAt(random.below(4), random.below(4), mask.width, mask.height);
         TestWorld src(host, depth.format, rect.right + random.below(3), rect.bottom + random.below(3));
         PlainPicture picture = randomPicture(depth.format, src.width(), src.height(), random);

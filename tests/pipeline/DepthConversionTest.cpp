@@ -60,7 +60,7 @@ TEST_P(DepthConversion, ConvertsAllChannelsUnderTheMask) {
         options.rowPadding = 4 * random.below(5);
         StrictHost host(options);
         const Mask mask = makeMask(kMaskShapes[static_cast<std::size_t>(random.below(9))],
-                                   random.between(1, 25), random.between(1, 25), random);
+                                   random.between(1, 70), random.between(1, 25), random);
         const FrameRect rect = rectAt(random.below(4), random.below(4), mask.width, mask.height);
         TestWorld src(host, from(), rect.right + random.below(3), rect.bottom + random.below(3));
         TestWorld dst(host, to(), src.width(), src.height());

@@ -42,6 +42,14 @@ TEST(MaskRuns, AreThoseOfAPlainWalkWhateverTheMaskHolds) {
         forEachRun(mask.data(), from, count,
                    [&](int32_t first, int32_t past) { runs.emplace_back(first, past); });
         EXPECT_EQ(runs, plainRuns(mask, from, count));
+        Runs gaps;
+        forEachGap(mask.data(), from, count,
+                   [&](int32_t first, int32_t past) { gaps.emplace_back(first, past); });
+        std::vector<uint8_t> opposite = mask;
+        for (uint8_t& element : opposite) {
+            element = element == 0 ? 1 : 0;
+        }
+        EXPECT_EQ(gaps, plainRuns(opposite, from, count));
         const Runs all = plainRuns(mask, 0, count);
         EXPECT_EQ(endOfMaskedIn(mask.data(), 0, count), all.empty() ? 0 : all.back().second);
     }

@@ -29,8 +29,8 @@ TEST_P(MaskedCopy, MovesWholePixelsUnderTheMaskAndNothingElse) {
         host::judge::JudgeOptions options = shuffledOptions(random.between(1, 9), 2, random.next());
         options.rowPadding = 4 * random.below(6);
         StrictHost host(options);
-        const int32_t width = random.between(1, 30);
-        const int32_t height = random.between(1, 30);
+        const int32_t width = random.between(1, 70);
+        const int32_t height = random.between(1, 70);
         const FrameRect rect = rectAt(random.below(5), random.below(5), width, height);
         TestWorld src(host, depth.format, rect.right + random.below(4), rect.bottom + random.below(4));
         TestWorld dst(host, depth.format, src.width(), src.height());
