@@ -60,6 +60,10 @@ bool useInstructionSet(InstructionSet set) {
     return asked != nullptr;
 }
 
+const Kernels& exchangeKernels(const Kernels& table) {
+    return *inUse().exchange(&table);
+}
+
 const char* nameOf(InstructionSet set) {
     return kNames[static_cast<std::size_t>(set)];
 }

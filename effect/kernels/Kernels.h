@@ -96,6 +96,9 @@ const Kernels* kernelsOf(InstructionSet set);
 /// For tests and tools, while nothing is rendered. False where `kernelsOf` gives null; nothing changes then.
 [[nodiscard]] bool useInstructionSet(InstructionSet set);
 
+/// For tests: another table, which outlives its use, in place of the one in use, which is returned.
+const Kernels& exchangeKernels(const Kernels& table);
+
 /// "plain", "sse2", "avx2" or "avx512".
 const char* nameOf(InstructionSet set);
 
