@@ -11,15 +11,11 @@ namespace kovalune::pictures {
 inline float floatOfHalf(uint16_t half) {
     const uint32_t sign = (half & 0x8000U) << 16;
     const uint32_t magnitude = half & 0x7fffU;
-    constexpr uint32_t kRebias = (127 - 15) << 23;
-    if (magnitude >= 0x7c00) { // infinity and NaN
-        return std::bit_cast<float>(sign | 0x7f800000U | (magnitude << 13));
-    }
-    if (magnitude >= 0x0400) {
-        return std::bit_cast<float>(sign | ((magnitude << 13) + kRebias));
-    }
-    const float small = static_cast<float>(magnitude) * 0x1p-24F;
-    return std::bit_cast<float>(sign | std::bit_cast<uint32_t>(small));
+    // The same digits with the exponent that a float reads in their place; without branches, so that rows go quickly.
+    const float finite = std::bit_cast<float>(magnitude << 13) * 0x1p112F;
+    const uint32_t infinite = 0x7f800000U | (magnitude << 13); // and NaN
+    const uint32_t bits = magnitude >= 0x7c00 ? infinite : std::bit_cast<uint32_t>(finite);
+    return std::bit_cast<float>(sign | bits);
 }
 
 /// To the nearest, to the even one of two; from 65520 on infinity.

@@ -79,47 +79,70 @@ private:
     AlphaKind kind_;
 };
 
-/// Alpha comes from the end to the front, all channels turned at once. `samples` are those of one pixel.
+/// Alpha comes from the end to the front, of whole numbers with all channels turned at once. `samples` are those of one
+/// pixel.
 template <class Pixel, class Sample>
 Pixel alphaFirst(const Sample* samples) {
-    using Word = std::conditional_t<sizeof(Sample) == 1, uint32_t, uint64_t>;
-    constexpr int kChannelBits = 8 * sizeof(Sample);
-    constexpr int kTurn = std::endian::native == std::endian::little ? kChannelBits : -kChannelBits;
-    Word word;
-    std::memcpy(&word, samples, sizeof word);
-    return std::bit_cast<Pixel>(std::rotl(word, kTurn));
-}
-
-/// From whole numbers to whole numbers where no colour is multiplied by alpha: every sample by itself.
-template <class File, class Host>
-void fillStraight(host::Image& image, const Picture& picture) {
-    std::vector<FilePixel<typename File::Sample>> row(picture.width);
-    std::vector<typename File::Sample> samples(4 * row.size());
-    std::vector<typename Host::Sample> scaled(samples.size());
-    for (A_long y = 0; y < image.height(); ++y) {
-        loadRow<File>(picture, static_cast<std::size_t>(y), std::span(row));
-        std::memcpy(samples.data(), row.data(), samples.size() * sizeof samples[0]);
-        std::transform(samples.begin(), samples.end(), scaled.begin(), rescaled<File, Host>);
-        auto* const pixels = pixelsOf<typename Host::Pixel>(image, y);
-        for (std::size_t x = 0; x < row.size(); ++x) {
-            pixels[x] = alphaFirst<typename Host::Pixel>(scaled.data() + 4 * x);
-        }
+    if constexpr (sizeof(Sample) > 2) {
+        return std::bit_cast<Pixel>(std::array{samples[3], samples[0], samples[1], samples[2]});
+    } else {
+        using Word = std::conditional_t<sizeof(Sample) == 1, uint32_t, uint64_t>;
+        constexpr int kChannelBits = 8 * sizeof(Sample);
+        constexpr int kTurn = std::endian::native == std::endian::little ? kChannelBits : -kChannelBits;
+        Word word;
+        std::memcpy(&word, samples, sizeof word);
+        return std::bit_cast<Pixel>(std::rotl(word, kTurn));
     }
 }
+
+/// Rows of a file as the host's: every sample by itself first, which goes quickly, and then the few pixels whose colours
+/// have to be divided by their alpha.
+template <class File, class Host>
+class HostRows {
+public:
+    HostRows(host::Image& image, const Picture& picture)
+        : image_(image), picture_(picture), hostPixel_(picture.alphaKind), row_(picture.width),
+          samples_(4 * row_.size()), scaled_(samples_.size()) {}
+
+    void fill(A_long y) {
+        loadRow<File>(picture_, static_cast<std::size_t>(y), std::span(row_));
+        std::memcpy(samples_.data(), row_.data(), samples_.size() * sizeof samples_[0]);
+        std::transform(samples_.begin(), samples_.end(), scaled_.begin(), rescaled<File, Host>);
+        Pixel* const pixels = pixelsOf<Pixel>(image_, y);
+        for (std::size_t x = 0; x < row_.size(); ++x) {
+            pixels[x] = alphaFirst<Pixel>(scaled_.data() + 4 * x);
+        }
+        if (picture_.alphaKind == AlphaKind::kPremultiplied) {
+            divide(pixels);
+        }
+    }
+
+private:
+    using Sample = typename File::Sample;
+    using Pixel = typename Host::Pixel;
+
+    void divide(Pixel* pixels) const {
+        const Sample full = rescaled<FileScale8, File>(255);
+        for (std::size_t x = 0; x < row_.size(); ++x) {
+            if (row_[x].alpha != 0 && row_[x].alpha != full) {
+                pixels[x] = hostPixel_(row_[x]);
+            }
+        }
+    }
+
+    host::Image& image_;
+    const Picture& picture_;
+    HostPixel<File, Host> hostPixel_;
+    std::vector<FilePixel<Sample>> row_;
+    std::vector<Sample> samples_;               ///< the same, four a pixel
+    std::vector<typename Host::Sample> scaled_; ///< likewise
+};
 
 template <class File, class Host>
 void fillImage(host::Image& image, const Picture& picture) {
-    if constexpr (!File::kIsFloat && !Host::kIsFloat) {
-        if (picture.alphaKind == AlphaKind::kStraight) {
-            fillStraight<File, Host>(image, picture);
-            return;
-        }
-    }
-    const HostPixel<File, Host> hostPixel(picture.alphaKind);
-    std::vector<FilePixel<typename File::Sample>> row(picture.width);
+    HostRows<File, Host> rows(image, picture);
     for (A_long y = 0; y < image.height(); ++y) {
-        loadRow<File>(picture, static_cast<std::size_t>(y), std::span(row));
-        std::transform(row.begin(), row.end(), pixelsOf<typename Host::Pixel>(image, y), hostPixel);
+        rows.fill(y);
     }
 }
 

@@ -37,7 +37,9 @@ struct FloatScale {
     using Sample = float;
     static constexpr bool kIsFloat = true;
     static constexpr uint64_t kWhite = 1;
+    static float toFloat(Sample sample) { return sample; }
     static double toDouble(Sample sample) { return static_cast<double>(sample); }
+    static Sample fromFloat(float value) { return value; }
     static Sample fromDouble(double value) { return static_cast<float>(value); }
 };
 
@@ -46,8 +48,10 @@ struct FloatBitsScale {
     using Sample = uint32_t;
     static constexpr bool kIsFloat = true;
     static constexpr uint64_t kWhite = 1;
-    static double toDouble(Sample sample) { return static_cast<double>(std::bit_cast<float>(sample)); }
-    static Sample fromDouble(double value) { return std::bit_cast<Sample>(static_cast<float>(value)); }
+    static float toFloat(Sample sample) { return std::bit_cast<float>(sample); }
+    static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
+    static Sample fromFloat(float value) { return std::bit_cast<Sample>(value); }
+    static Sample fromDouble(double value) { return fromFloat(static_cast<float>(value)); }
 };
 
 /// The bits of a float of 16 bits.
@@ -84,6 +88,8 @@ typename To::Sample rescaled(typename From::Sample sample) {
     using Target = typename To::Sample;
     if constexpr (From::kIsFloat && To::kIsFloat && std::is_same_v<typename From::Sample, Target>) {
         return sample;
+    } else if constexpr (From::kIsFloat && To::kIsFloat) {
+        return To::fromFloat(From::toFloat(sample));
     } else if constexpr (From::kIsFloat || To::kIsFloat) {
         constexpr double kFrom = From::kWhite;
         constexpr double kTo = To::kWhite;
@@ -110,6 +116,9 @@ typename To::Sample recoloured(typename From::Sample colour, typename From::Samp
     constexpr double kFrom = From::kWhite;
     constexpr double kTo = To::kWhite;
     const double share = From::toDouble(alpha);
+    if (from == to || share == kFrom) { // most pixels are opaque
+        return rescaled<From, To>(colour);
+    }
     if (from != to && to == AlphaKind::kStraight && share > 0.0) {
         return To::fromDouble(From::toDouble(colour) * kTo / share);
     }

@@ -22,11 +22,22 @@ std::vector<const char*> channelNames(Channels channels) {
     return names;
 }
 
+/// The highest level that takes the first match that it finds: drawings are a third larger than at the next one, and written
+/// in half the time. Older libraries have no choice.
+template <class Header>
+void packQuickly(Header& header) {
+    constexpr int kLevel = 3;
+    if constexpr (requires { header.zipCompressionLevel() = kLevel; }) {
+        header.zipCompressionLevel() = kLevel;
+    }
+}
+
 std::vector<uint8_t> encoded(const Picture& picture) {
     const std::vector<const char*> names = channelNames(picture.channels);
     const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     Imf::Header header = exrHeader(picture);
+    packQuickly(header);
     Imf::FrameBuffer buffer;
     for (std::size_t i = 0; i < names.size(); ++i) {
         header.channels().insert(names[i], Imf::Channel(type));
