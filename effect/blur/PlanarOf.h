@@ -109,6 +109,13 @@ struct PlanarOf<Argb16> {
     static uint64_t visibleKey(const Argb16::Pixel& pixel) {
         return pixel.alpha != 0 ? colorKey(pixel) : uint64_t{0xFFFF};
     }
+    /// Alpha stays.
+    static void layColors(const Argb16::Pixel& result, Argb16::Pixel& target) {
+        uint64_t whole = 0;
+        std::memcpy(&whole, &target, sizeof whole);
+        whole = (whole & 0xFFFF) | colorKey(result);
+        std::memcpy(&target, &whole, sizeof whole);
+    }
     static void setColors(Argb16::Pixel& pixel, Mean red, Mean green, Mean blue) {
         pixel.red = static_cast<uint16_t>(red);
         pixel.green = static_cast<uint16_t>(green);
@@ -233,6 +240,9 @@ struct PlanarOf<Argb32> {
     }
     static ColorKey visibleKey(const Argb32::Pixel& pixel) {
         return pixel.alpha != 0 ? colorKey(pixel) : ColorKey{0, ~uint64_t{0}};
+    }
+    static void layColors(const Argb32::Pixel& result, Argb32::Pixel& target) {
+        std::memcpy(&target.red, &result.red, 3 * sizeof result.red);
     }
     static void setColors(Argb32::Pixel& pixel, Mean red, Mean green, Mean blue) {
         pixel.red = red;

@@ -47,7 +47,7 @@ public:
     bool weigh(const Keys& keys, int32_t x, int32_t count) {
         ColorSteps<Format, kChannels> steps(*pixels_, {first_, first_ + count_ - 1}, *line_);
         if (steps.weigh(keys, x, count, {sums_, weights_})) {
-            weightsAreWhole_ = false;
+            wholeFrom_ = wholeTo_ = 0;
             return true;
         }
         if (!isLoaded_) {
@@ -65,11 +65,17 @@ public:
 
     /// The means of the core alone.
     void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
-        if (weightsAreWhole_) {
-            Planar::wholeMeans(sums(channel), means, count);
-        } else {
-            Planar::coreMeans(sums(channel), weights_, means, count);
+        const Sum* const from = sums(channel);
+        const auto divide = [&](int32_t first, int32_t past) {
+            if (first < past) {
+                Planar::coreMeans(from + first, weights_ + first, means + first, past - first);
+            }
+        };
+        divide(0, wholeFrom_);
+        if (wholeFrom_ < wholeTo_) {
+            Planar::wholeMeans(from + wholeFrom_, means + wholeFrom_, wholeTo_ - wholeFrom_);
         }
+        divide(wholeTo_, count);
     }
 
 private:
@@ -112,7 +118,7 @@ private:
                        .channels = kChannels,
                        .count = count},
                       *line_, reach_);
-        weightsAreWhole_ = false;
+        wholeFrom_ = wholeTo_ = 0;
         if (hasHoles_ && hasHoleAround(x, count)) {
             kernels().weighPairs({.line = start(counted_) + (x - first_) - reach_,
                                   .lineStep = 0,
@@ -125,15 +131,19 @@ private:
         }
         const int32_t last = first_ + count_ - 1;
         const uint32_t whole = line_->sum(-reach_, reach_);
-        if (x - reach_ >= first_ && x + count - 1 + reach_ <= last) {
-            std::fill_n(weights_, count, whole);
-            weightsAreWhole_ = whole == kWeightOne;
-            return;
-        }
-        for (int32_t i = 0; i < count; ++i) {
-            const int32_t left = std::min(reach_, x + i - first_);
-            const int32_t right = std::min(reach_, last - x - i);
-            weights_[i] = left + right == 2 * reach_ ? whole : line_->sum(-left, right);
+        std::fill_n(weights_, count, whole);
+        const int32_t inner = std::clamp(first_ + reach_ - x, 0, count);       // whole windows from here
+        const int32_t outer = std::clamp(last - reach_ + 1 - x, inner, count); // to here
+        const auto cut = [&](int32_t from, int32_t past) {
+            for (int32_t i = from; i < past; ++i) {
+                weights_[i] = line_->sum(-std::min(reach_, x + i - first_), std::min(reach_, last - x - i));
+            }
+        };
+        cut(0, inner);
+        cut(outer, count);
+        if (whole == kWeightOne) {
+            wholeFrom_ = inner;
+            wholeTo_ = outer;
         }
     }
 
@@ -170,7 +180,8 @@ private:
     bool isLoaded_ = false; ///< the planes hold the stretch, if it fits
     bool fits_ = false;
     bool hasHoles_ = false;
-    bool weightsAreWhole_ = false; ///< all 32768
+    int32_t wholeFrom_ = 0; ///< of the block: the weights from here to `wholeTo_` are all 32768
+    int32_t wholeTo_ = 0;
 };
 
 /// Whether a stretch is a run so short that a plain walk costs less than taking it apart.

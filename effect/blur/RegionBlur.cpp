@@ -117,13 +117,11 @@ public:
 
     static LineMasks masks(const Record& record) { return {record.mask, nullptr}; }
     void lay(const Pixel& result, Pixel& target) const {
-        if (!hasWeight(kernel_)) {
+        if (copiesWhole_) {
             target = result;
-            return;
+        } else {
+            Planar::layColors(result, target);
         }
-        target.red = result.red;
-        target.green = result.green;
-        target.blue = result.blue;
     }
 
     RegionPass(const Record& record, int32_t length, ScratchLayout& layout)
@@ -143,6 +141,7 @@ public:
 
     void begin() {
         weights_.fill(kernel_);
+        copiesWhole_ = !hasWeight(kernel_);
         if (hasTail()) {
             // Those of masked-out pixels are never written, but computed with.
             for (auto* const sums : boxes_.color) {
@@ -230,6 +229,7 @@ private:
 
     const GaussKernel& kernel_;
     int32_t length_;
+    bool copiesWhole_ = false; ///< there is no weight, and alpha comes along
     LineWeights weights_;
     PlanarStretch<Format, 3> stretch_;
     std::array<typename Planar::Mean*, 3> means_;
