@@ -2,8 +2,8 @@
 // Every pixel of the area outside the core takes the colour of a nearby core pixel, found along a row and a
 // column, and an alpha that falls to zero with the distance. Core pixels stay as they are.
 //
-// The time is in proportion to the pixels, whatever the reach is, and the result is the same for any number of
-// iterations. The 8-bit frames are worked on in 16 bits.
+// The time is in proportion to the pixels within reach of the core, whatever the reach is, and the result is the same for any
+// number of iterations. The 8-bit frames are worked on in 16 bits.
 #pragma once
 
 #include "effect/raster/MaskPlane.h"

@@ -1,5 +1,5 @@
-// What the colour extension does along one line, a row or a column alike: how far the ends of each stretch of
-// core reach, and which of the entries that a crossing spread left on the line lies nearest. The first takes time in
+// What the colour extension does along one line, a row or a column alike, around what is active there: how far the ends of
+// each stretch of core reach, and which of the entries that a crossing spread left on the line lies nearest. The first takes time in
 // proportion to the line's length, whatever the reach is; so does the second but where the nearest entry of all
 // has just left the reach, and a walk over the reach finds the next one.
 #pragma once
@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <cstring>
 
 namespace kovalune {
 
@@ -24,13 +25,59 @@ struct ExtendLine {
     int32_t reach; ///< whole pixels, 0 to kFarthest; walks end one short of it
 };
 
-/// For each position, which position of core a spread reached it from, or kNowhere. Both ends of a stretch of
+/// A part of a line, of which nothing beyond its ends makes a difference to what is inside, nor the other way round.
+struct Stretch {
+    int32_t first;
+    int32_t end;
+};
+
+/// Calls `visit` with the stretches around what is active on a line, in order: as far as `reach` to both sides of it.
+///   nextActive, nextIdle  the first such position from the given one on, or `length`
+template <class NextActive, class NextIdle, class Visit>
+void forEachStretch(int32_t length, int32_t reach, const NextActive& nextActive, const NextIdle& nextIdle,
+                    const Visit& visit) {
+    const int32_t margin = std::max(reach, 1); // so that a stretch begins and ends with what is idle
+    for (int32_t active = nextActive(0); active < length;) {
+        const int32_t first = std::max(active - margin, 0);
+        int32_t idle = nextIdle(active);
+        for (active = nextActive(idle); active < length && active - idle < 2 * margin;) {
+            idle = nextIdle(active);
+            active = nextActive(idle);
+        }
+        visit(Stretch{first, std::min(idle + margin, length)});
+    }
+}
+
+/// The first position from `p` on whose distance is known, or `end`.
+inline int32_t nextKnown(const uint16_t* distances, int32_t p, int32_t end) {
+    constexpr uint64_t kFour = uint64_t{MaskPlane16::kFar} * 0x0001000100010001;
+    uint64_t four = kFour;
+    for (; end - p >= 4; p += 4) {
+        std::memcpy(&four, distances + p, sizeof four);
+        if (four != kFour) {
+            break;
+        }
+    }
+    while (p < end && distances[p] == MaskPlane16::kFar) {
+        ++p;
+    }
+    return p;
+}
+
+inline int32_t nextUnknown(const uint16_t* distances, int32_t p, int32_t end) {
+    while (p < end && distances[p] != MaskPlane16::kFar) {
+        ++p;
+    }
+    return p;
+}
+
+/// For each position of a stretch, which position of core a spread reached it from, or kNowhere. Both ends of a stretch of
 /// core spread, never onto the line's outermost position on their side. The nearer one wins, the one before
 /// the position where both are as near. A position of core tells which earlier stretch passed over it.
-inline void spreadLine(const ExtendLine& line, bool stopAtGap, int32_t* from) {
+inline void spreadLine(const ExtendLine& line, const Stretch& stretch, bool stopAtGap, int32_t* from) {
     const int32_t last = line.length - 1;
     int32_t origin = kNowhere;
-    for (int32_t p = 0; p <= last; ++p) {
+    for (int32_t p = stretch.first; p < stretch.end; ++p) {
         const bool isGap = line.limit[p] == 0;
         if (isGap && stopAtGap) {
             origin = kNowhere;
@@ -42,7 +89,7 @@ inline void spreadLine(const ExtendLine& line, bool stopAtGap, int32_t* from) {
         }
     }
     origin = kNowhere;
-    for (int32_t p = last; p > 0; --p) {
+    for (int32_t p = stretch.end - 1; p >= std::max(stretch.first, 1); --p) {
         const bool isGap = line.limit[p] == 0;
         if (isGap && stopAtGap) {
             origin = kNowhere;
@@ -126,10 +173,10 @@ class LineSearch {
 public:
     LineSearch(const ExtendLine& line, const uint16_t* distances) : line_(line), distances_(distances) {}
 
-    void run(PassedEntries& passed, NearestEntry* nearest) const {
+    void run(const Stretch& stretch, PassedEntries& passed, NearestEntry* nearest) const {
         passed.clear();
-        const int32_t first = kLook == Look::kBack ? 0 : line_.length - 1;
-        for (int32_t n = 0, p = first; n < line_.length; ++n, p += kStep) {
+        int32_t p = kLook == Look::kBack ? stretch.first : stretch.end - 1;
+        for (int32_t left = stretch.end - stretch.first; left > 0; --left, p += kStep) {
             if (line_.limit[p] == 0) {
                 passed.clear();
                 continue;
@@ -196,13 +243,13 @@ private:
     const uint16_t* distances_;
 };
 
-/// For each position of the area outside the core, the nearest entry within reach: of several as near, one
-/// found by looking back, and of those the one at the smallest offset.
-inline void searchLine(const ExtendLine& line, const uint16_t* distances, PassedEntries& passed,
-                       NearestEntry* nearest) {
-    std::fill_n(nearest, line.length, NearestEntry{});
-    LineSearch<Look::kBack>(line, distances).run(passed, nearest);
-    LineSearch<Look::kAhead>(line, distances).run(passed, nearest);
+/// For each position of a stretch that belongs to the area outside the core, the nearest entry within reach: of several as
+/// near, one found by looking back, and of those the one at the smallest offset.
+inline void searchLine(const ExtendLine& line, const Stretch& stretch, const uint16_t* distances,
+                       PassedEntries& passed, NearestEntry* nearest) {
+    std::fill(nearest + stretch.first, nearest + stretch.end, NearestEntry{});
+    LineSearch<Look::kBack>(line, distances).run(stretch, passed, nearest);
+    LineSearch<Look::kAhead>(line, distances).run(stretch, passed, nearest);
 }
 
 } // namespace kovalune

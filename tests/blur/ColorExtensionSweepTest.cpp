@@ -123,6 +123,26 @@ TEST_P(ExtensionSweep, OfFewCoresInAWideArea) {
     }
 }
 
+/// What lies idle between cores is not gone through, and columns are looked through 256 at a time.
+TEST_P(ExtensionSweep, OfCoresFarApart) {
+    Random random(208);
+    for (int round = 0; round < 25; ++round) {
+        const int32_t width = random.between(200, 330);
+        const int32_t height = random.between(40, 110);
+        const Mask seed = with(fewPixels(width, height, random), fewPixels(width, height, random));
+        Mask limit(width, height, 1);
+        for (int n = random.below(3); n > 0; --n) {
+            limit = without(limit, fewPixels(width, height, random));
+        }
+        const PlainExtension job = {wholeRect(width, height), seed, limit, random.unit() * 7.0,
+                                    random.chance(50)};
+        expectAllLikeThePlainOne(GetParam(), job, random);
+        if (HasFatalFailure()) {
+            return;
+        }
+    }
+}
+
 TEST_P(ExtensionSweep, OfLinesLongerThanTheLargestReach) {
     Random random(203);
     const std::pair<int32_t, int32_t> sizes[] = {{2300, 2}, {2, 2300}, {1500, 9}, {9, 1500}, {1050, 33}};
