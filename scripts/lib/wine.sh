@@ -13,7 +13,7 @@
 # which needs root to be made and entered: a foreign architecture would change the whole machine. The folder also has
 # what a window in Japanese needs: locale, font and a display in memory.
 
-wine32_folder=${XDG_CACHE_HOME:-$HOME/.cache}/kovalune/wine32
+wine32_folder=${XDG_CACHE_HOME:-${HOME:-}/.cache}/kovalune/wine32 # in that folder itself there is no home
 wine_screen_packages=(locales fonts-vlgothic fonts-wine xvfb xauth)
 wine32_packages=(wine32 "${wine_screen_packages[@]}")
 
