@@ -29,9 +29,19 @@ void unmap(std::byte* first, std::size_t bytes) {
     }
 }
 
+std::size_t roundedUp(std::size_t bytes, std::size_t step) {
+    return (bytes + step - 1) / step * step;
+}
+
+/// To the end of the last large page where little is wasted so: what is left over would take hundreds of small ones.
+std::size_t wholePages(std::size_t bytes) {
+    const std::size_t large = roundedUp(bytes, kLargePage);
+    return large - bytes <= bytes / 8 ? large : roundedUp(bytes, kPage);
+}
+
 /// Asks for more and gives back what is before and behind the part that large pages can be laid on.
 SystemMemory takePages(std::size_t bytes) {
-    const std::size_t wanted = (bytes + kPage - 1) / kPage * kPage;
+    const std::size_t wanted = wholePages(bytes);
     const std::size_t asked = wanted + kLargePage;
     void* const mapped = ::mmap(nullptr, asked, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (mapped == MAP_FAILED) {

@@ -11,7 +11,7 @@ inline constexpr std::size_t kSystemAlignment = 64;
 
 struct SystemMemory {
     std::byte* base = nullptr; ///< aligned to kSystemAlignment
-    std::size_t bytes = 0;     ///< as many as were asked for or a few more
+    std::size_t bytes = 0;     ///< as many as were asked for, or up to an eighth more
     bool zeros = false;        ///< every byte is known to be 0
 };
 
