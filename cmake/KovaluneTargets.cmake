@@ -41,11 +41,6 @@ endif()
 if(flags)
   target_compile_options(kovalune_sanitizers INTERFACE ${flags})
   target_link_options(kovalune_sanitizers INTERFACE ${flags})
-  # Each test program links all of the effect with what the sanitizer adds, and this linker is several times quicker at it.
-  find_program(KOVALUNE_LLD ld.lld)
-  if(KOVALUNE_LLD AND CMAKE_CXX_COMPILER_ID STREQUAL "Clang")
-    target_link_options(kovalune_sanitizers INTERFACE -fuse-ld=lld)
-  endif()
 endif()
 
 # The layout of the host's records on 64-bit systems other than Windows: "x64" for that of the 64-bit hosts,

@@ -12,8 +12,6 @@ namespace kovalune::cli {
 
 namespace {
 
-using pictures::AlphaKind;
-
 /// "a, b or c"
 std::string listOf(const std::vector<std::string>& words) {
     std::string list;

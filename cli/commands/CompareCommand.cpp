@@ -83,12 +83,11 @@ pictures::PictureDifference compareAndDraw(const pictures::Picture& a, const pic
                                            const std::string& file, const pictures::EncodeOptions& encoding) {
     return pictures::withMemoryFor(file, [&] {
         pictures::Picture drawn = dimmed(a);
-        const pictures::PictureDifference difference =
-            pictures::differenceOf(a, b, [&drawn](std::size_t pixel) {
-                for (std::size_t i = 0; i < kBright.size(); ++i) {
-                    drawn.samples[pixel * 3 + i] = kBright[i];
-                }
-            });
+        pictures::PictureDifference difference = pictures::differenceOf(a, b, [&drawn](std::size_t pixel) {
+            for (std::size_t i = 0; i < kBright.size(); ++i) {
+                drawn.samples[pixel * 3 + i] = kBright[i];
+            }
+        });
         shots::writeAtomically(file, shots::encodeDrawn(file, drawn, encoding));
         return difference;
     });
