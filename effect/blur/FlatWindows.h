@@ -13,9 +13,14 @@ namespace kovalune {
 /// The last masked-in place of [first, x) whose key is another one, or `first` - 1.
 template <class Keys, class Key>
 int32_t lastOther(const uint8_t* mask, int32_t first, int32_t x, const Keys& keys, const Key& key) {
+    constexpr int32_t kAtOnce = Keys::kAtOnce;
     for (int32_t j = x - 1; j >= first; --j) {
         if (mask[j] != 0 && keys.of(j) != key) {
             return j;
+        }
+        while (j - kAtOnce >= first && nextMaskedOut(mask, j - kAtOnce, j) == j &&
+               keys.areSame(j - kAtOnce, key)) {
+            j -= kAtOnce;
         }
     }
     return first - 1;

@@ -262,18 +262,22 @@ struct LineKeys {
 
     auto of(int32_t x) const { return keyOf(pixels[x]); }
 
+    static constexpr int32_t kAtOnce = 16;
+
+    /// Whether kAtOnce pixels from `x` on have this key.
+    template <class Key>
+    bool areSame(int32_t x, const Key& key) const {
+        auto different = PlanarOf<Format>::keyDifference(key, key);
+        for (int32_t i = 0; i < kAtOnce; ++i) {
+            different |= PlanarOf<Format>::keyDifference(keyOf(pixels[x + i]), key);
+        }
+        return different == 0;
+    }
+
     /// Some pixels at a time.
     template <class Key>
     int32_t sameFrom(int32_t x, int32_t end, const Key& key) const {
-        constexpr int32_t kAtOnce = 16;
-        while (end - x >= kAtOnce) {
-            auto different = PlanarOf<Format>::keyDifference(key, key);
-            for (int32_t i = 0; i < kAtOnce; ++i) {
-                different |= PlanarOf<Format>::keyDifference(keyOf(pixels[x + i]), key);
-            }
-            if (different != 0) {
-                break;
-            }
+        while (end - x >= kAtOnce && areSame(x, key)) {
             x += kAtOnce;
         }
         return x;
