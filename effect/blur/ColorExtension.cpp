@@ -32,7 +32,8 @@ public:
     static constexpr int32_t kColumns = 32;
     static constexpr int32_t kTilesAtOnce = 8; ///< that are looked through for what is active
 
-    explicit ExtendTile(int32_t height) : tile_(height, kBytesBeforeActive + kTilesAtOnce) {}
+    ExtendTile(int32_t height, Workbench* bench, int32_t i)
+        : tile_(height, kBytesBeforeActive + kTilesAtOnce, bench, i) {}
 
     /// False where there was no memory; nothing else may be called then.
     bool ready() const { return tile_.ready(); }
@@ -315,7 +316,7 @@ PF_Err spreadRows(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     if (band.first >= band.end) {
         return PF_Err_NONE;
     }
-    const ScratchBlock scratch(sizeOf(width, sizeof(int32_t)));
+    const ScratchBlock scratch(record.workbench, i, sizeOf(width, sizeof(int32_t)));
     if (scratch.memory() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -337,7 +338,7 @@ PF_Err spreadColumns(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     if (band.first >= band.end) {
         return PF_Err_NONE;
     }
-    const ExtendTile tile(height);
+    const ExtendTile tile(height, record.workbench, i);
     if (!tile.ready()) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -368,7 +369,8 @@ PF_Err resolveRows(void* refcon, A_long /*thread*/, A_long i, A_long n) {
         return PF_Err_NONE;
     }
     const std::size_t nearestBytes = sizeOf(width, sizeof(NearestEntry));
-    const ScratchBlock scratch(nearestBytes + sizeOf(width, sizeof(PassedEntries::Entry)));
+    const ScratchBlock scratch(record.workbench, i,
+                               nearestBytes + sizeOf(width, sizeof(PassedEntries::Entry)));
     if (scratch.memory() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }

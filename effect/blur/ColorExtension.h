@@ -8,6 +8,7 @@
 
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/PixelTraits.h"
+#include "effect/raster/Workbench.h"
 #include "effect/share/FrameRect.h"
 #include "hostapi/HostApi.h"
 
@@ -33,6 +34,7 @@ struct ExtendRecord {
     /// Colour does not cross what lies outside the area; otherwise it passes under it, but a pixel still looks no further
     /// than to the next gap.
     bool stopAtGap;
+    Workbench* workbench = nullptr; ///< of the frame, or null: an iteration then takes memory of its own
 
     static constexpr uint16_t kNoRow = 0xFFFF;
 };

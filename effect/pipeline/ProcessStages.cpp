@@ -94,7 +94,8 @@ private:
                                                    .limitMask = planes_.extendLimitMask,
                                                    .seedMask = planes_.stageCopyMask,
                                                    .reach = stage_.reachPixels,
-                                                   .stopAtGap = stage_.keepDivision});
+                                                   .stopAtGap = stage_.keepDivision,
+                                                   .workbench = &frame_.workbench});
         });
         frame_.attempt([&] {
             return passes_.coverageOfWork(planes_.extendedCoverage, inData(), worlds_.extendedWorld.get(),

@@ -16,9 +16,11 @@ class ColumnTile {
 public:
     /// `bytesPerRow` counts all lines of all kinds. Lines stand an odd number of cache lines apart, so that a row of
     /// them does not fall on one set.
-    ColumnTile(int32_t height, std::size_t bytesPerRow)
+    ///
+    /// In the bench's slot for iteration `i`; without a bench in memory of its own.
+    ColumnTile(int32_t height, std::size_t bytesPerRow, Workbench* bench, int32_t i)
         : height_(height), lineBytes_(((static_cast<std::size_t>(height) + 63) / 64 | 1) * 64),
-          block_(lineBytes_ * bytesPerRow) {}
+          block_(bench, i, lineBytes_ * bytesPerRow) {}
 
     /// False where there was no memory; nothing else may be called then.
     bool ready() const { return block_.memory() != nullptr; }

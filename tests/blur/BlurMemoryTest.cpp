@@ -123,6 +123,18 @@ TEST_P(ExtensionMemoryTest, IsOneBlockAnIterationAndItsLackEndsTheStepsWithOutOf
     }
 }
 
+TEST_P(ExtensionMemoryTest, OfAFrameStaysWithItsWorkbench) {
+    Random random(68);
+    const PlainExtension job = {wholeRect(40, 9), makeMask(MaskShape::kSparse, 40, 9, random), Mask(40, 9, 1),
+                                5.0, false};
+    ExtensionScene scene(GetParam(), shuffledOptions(3, 1, 1), job, random);
+    Workbench workbench;
+    EXPECT_EQ(scene.run(GetParam(), &workbench), PF_Err_NONE);
+    const ScratchPlan plan(0);
+    EXPECT_EQ(scene.run(GetParam(), &workbench), PF_Err_NONE);
+    EXPECT_EQ(plan.requests(), 0);
+}
+
 /// Every alpha of 16 bits, in rows of 256.
 void fillWithAlphas(TestWorld& world) {
     for (int32_t alpha = 0; alpha <= 32768; ++alpha) {

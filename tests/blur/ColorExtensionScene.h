@@ -50,7 +50,7 @@ struct ExtensionScene {
         }
     }
 
-    PF_Err run(const ExtensionDriver& driver) {
+    PF_Err run(const ExtensionDriver& driver, Workbench* workbench = nullptr) {
         return driver.run(host.in(), {.dst = dst.get(),
                                       .src = src.get(),
                                       .spreadWorld = spread.get(),
@@ -58,7 +58,8 @@ struct ExtensionScene {
                                       .limitMask = limit,
                                       .seedMask = seed,
                                       .reach = job.reach,
-                                      .stopAtGap = job.stopAtGap});
+                                      .stopAtGap = job.stopAtGap,
+                                      .workbench = workbench});
     }
 };
 
