@@ -45,7 +45,12 @@ int32_t endOfSamePixels(const Pixel* pixels, int32_t x, int32_t end) {
     while (end - x >= kFew && areSameBytes<kFew * sizeof(Pixel)>(pixels + x - 1, pixels + x)) {
         x += kFew;
     }
-    while (x < end && std::memcmp(pixels + x - 1, pixels + x, sizeof(Pixel)) == 0) {
+    const auto isSame = [pixels](int32_t at) {
+        const void* const before = pixels + at - 1;
+        const void* const here = pixels + at;
+        return std::memcmp(before, here, sizeof(Pixel)) == 0;
+    };
+    while (x < end && isSame(x)) {
         ++x;
     }
     return x;

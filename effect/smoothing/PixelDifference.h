@@ -17,7 +17,9 @@ namespace kovalune {
 template <class Format>
 bool pixelsDiffer(const typename Format::Pixel& a, const typename Format::Pixel& b,
                   typename SmoothOf<Format>::Limit limit) {
-    if (std::memcmp(&a, &b, sizeof a) == 0) {
+    const void* const bitsOfA = &a;
+    const void* const bitsOfB = &b;
+    if (std::memcmp(bitsOfA, bitsOfB, sizeof a) == 0) {
         return false;
     }
     const bool clearA = a.alpha == 0;
