@@ -106,8 +106,8 @@ struct Planes {
     }
 };
 
-inline __m128 chosen(__m128 mask, __m128 ifSet, __m128 ifNot) {
-    return _mm_or_ps(_mm_and_ps(mask, ifSet), _mm_andnot_ps(mask, ifNot));
+inline __m128 chosen(__m128 mask, __m128 whereSet, __m128 ifNot) {
+    return _mm_or_ps(_mm_and_ps(mask, whereSet), _mm_andnot_ps(mask, ifNot));
 }
 
 inline __m128 lessDistance(__m128 left, __m128 a, __m128 b) {
