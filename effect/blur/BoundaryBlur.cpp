@@ -198,9 +198,9 @@ public:
     void begin() {
         weights_.fill(kernel_);
         if (hasTail()) {
-            // Those of masked-out pixels are never written, but computed with.
+            // What masked-out pixels get is computed with, though it comes to nothing.
             std::fill_n(boxes_.alpha, length_, Sum{0});
-            std::fill_n(boxes_.count, length_, 1U);
+            std::fill_n(boxes_.count, length_, 0U);
         }
     }
 
@@ -277,17 +277,13 @@ private:
     void meanColors(const Line<Pixel>& line, int32_t from, int32_t past, Pixel* out) {
         forEachBlock(line.mask, from, past, [&](int32_t x, int32_t count) {
             totals_.template sumColors<kStreaks>(x, count, line.reach, colorSums_, counts_);
-            for (int32_t i = 0; i < count; ++i) {
-                isAny_[static_cast<std::size_t>(i)] = counts_[i] != 0;
-                counts_[i] = std::max(counts_[i], 1U);
-            }
             for (std::size_t c = 0; c < 3; ++c) {
                 Planar::flatMeans(colorSums_[c], counts_, colorMeans_[c], count);
             }
             for (int32_t i = 0; i < count; ++i) {
                 if (line.mask[x + i] != 0) {
                     out[x + i] = line.pixels[x + i];
-                    if (isAny_[static_cast<std::size_t>(i)]) {
+                    if (counts_[i] != 0) {
                         Planar::setColors(out[x + i], colorMeans_[0][i], colorMeans_[1][i],
                                           colorMeans_[2][i]);
                     }
@@ -298,41 +294,26 @@ private:
 
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
-        bool fits = true;
         stretch_.begin(line, stretch, weights_);
-        const auto mixed = [&](int32_t from, int32_t past) {
-            forEachBlock(line.mask, from, past,
-                         [&](int32_t x, int32_t count) { fits = fits && blurBlock(line, x, count, out); });
-        };
-        if (!flatWindowsKeepTheirs<Format>(kernel_)) {
-            mixed(stretch.first, stretch.last + 1);
-            return fits;
-        }
         const auto flat = [&](int32_t from, int32_t past, int32_t like) {
             if (!Planar::isFinite(line.pixels[like].alpha)) {
-                mixed(from, past);
-                return;
+                return false;
             }
             for (int32_t x = from; x < past; ++x) {
                 if (line.mask[x] != 0 && line.keep[x] == 0) {
                     out[x].alpha = Planar::fromSum(line.pixels[x].alpha);
                 }
             }
+            return true;
         };
-        divideByFlatness(line.mask, stretch, line.reach, LineKeys<Format, Planar::alphaKey>{line.pixels},
-                         flat, mixed);
-        return fits;
+        return stretch_.divide(LineKeys<Format, Planar::alphaKey>{line.pixels},
+                               flatWindowsKeepTheirs<Format>(kernel_), flat,
+                               [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
     }
 
-    bool blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
-        if (!stretch_.weigh(LineKeys<Format, Planar::alphaKey>{line.pixels}, x, count)) {
-            return false;
-        }
+    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
         if (hasTail() && totalsHold_) {
             totals_.sumAlpha(x, count, line.reach, alphaSums_, counts_);
-            for (int32_t i = 0; i < count; ++i) {
-                counts_[i] = std::max(counts_[i], 1U);
-            }
             Planar::mixedMeans(alphaSums_, counts_, stretch_.sums(0), stretch_.weights(), kernel_.tailWeight,
                                means_, count);
         } else if (hasTail()) {
@@ -346,7 +327,6 @@ private:
                 out[x + i].alpha = static_cast<typename Format::Channel>(means_[i]);
             }
         }
-        return true;
     }
 
     const GaussKernel& kernel_;
@@ -363,7 +343,6 @@ private:
     std::array<Mean*, 3> colorMeans_{};
     Sum* alphaSums_ = nullptr;
     uint32_t* counts_ = nullptr;
-    std::array<bool, kBlockPixels> isAny_{}; ///< opaque pixels in the window
 };
 
 template <class Format>

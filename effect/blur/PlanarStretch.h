@@ -2,6 +2,8 @@
 #pragma once
 
 #include "effect/blur/ColorSteps.h"
+#include "effect/blur/FlatWindows.h"
+#include "effect/blur/LineParts.h"
 #include "effect/blur/LineWeights.h"
 #include "effect/blur/LineWindow.h"
 #include "effect/blur/PlanarOf.h"
@@ -33,31 +35,41 @@ public:
 
     /// Turns to a stretch of a line. Both, and the weights, stay in use.
     void begin(const Line<Pixel>& line, Span stretch, const LineWeights& weights) {
-        pixels_ = &line;
+        line_ = &line;
         first_ = stretch.first;
         count_ = stretch.last - stretch.first + 1;
-        line_ = &weights;
+        kernel_ = &weights;
         reach_ = std::min(weights.reach(), count_ - 1);
         isLoaded_ = false;
     }
 
-    /// Makes sums and weights of at most kBlockPixels pixels from `x` on, by steps or by taps, whichever costs less. False
-    /// where the stretch has values that the sums cannot hold. For the keys see LineKeys.
-    template <class Keys>
-    bool weigh(const Keys& keys, int32_t x, int32_t count) {
-        ColorSteps<Format, kChannels> steps(*pixels_, {first_, first_ + count_ - 1}, *line_);
-        if (steps.weigh(keys, x, count, {sums_, weights_})) {
-            wholeFrom_ = wholeTo_ = 0;
-            return true;
+    /// Hands the stretch out in parts: where windows show one colour alone to `flat(from, past, like)`, as divideByFlatness has
+    /// it, unless `flatKeeps` is false or it refuses by false; all else, once its sums and weights are made, to
+    /// `block(x, count)`. For the keys see LineKeys. False where the stretch has values that the sums cannot hold; some parts
+    /// have been handed out then.
+    template <class Keys, class Flat, class Block>
+    bool divide(const Keys& keys, bool flatKeeps, const Flat& flat, const Block& block) {
+        bool fits = true;
+        const auto mixed = [&](int32_t from, int32_t past) {
+            forEachBlock(line_->mask, from, past, [&](int32_t x, int32_t count) {
+                fits = fits && weigh(keys, x, count);
+                if (fits) {
+                    block(x, count);
+                }
+            });
+        };
+        const auto flatIfTaken = [&](int32_t from, int32_t past, int32_t like) {
+            if (!flat(from, past, like)) {
+                mixed(from, past);
+            }
+        };
+        const Span stretch = {first_, first_ + count_ - 1};
+        if (flatKeeps) {
+            divideByFlatness(line_->mask, stretch, line_->reach, keys, flatIfTaken, mixed);
+        } else {
+            mixed(stretch.first, stretch.last + 1);
         }
-        if (!isLoaded_) {
-            isLoaded_ = true;
-            fits_ = load();
-        }
-        if (fits_) {
-            weighByTaps(x, count);
-        }
-        return fits_;
+        return fits;
     }
 
     const Sum* sums(std::size_t channel) const { return sums_ + channel * kSumsStep; }
@@ -79,10 +91,28 @@ public:
     }
 
 private:
+    /// Makes sums and weights of at most kBlockPixels pixels from `x` on, by steps or by taps, whichever costs less.
+    template <class Keys>
+    bool weigh(const Keys& keys, int32_t x, int32_t count) {
+        ColorSteps<Format, kChannels> steps(*line_, {first_, first_ + count_ - 1}, *kernel_);
+        if (steps.weigh(keys, x, count, {sums_, weights_})) {
+            wholeFrom_ = wholeTo_ = 0;
+            return true;
+        }
+        if (!isLoaded_) {
+            isLoaded_ = true;
+            fits_ = load();
+        }
+        if (fits_) {
+            weighByTaps(x, count);
+        }
+        return fits_;
+    }
+
     /// Takes the pixels apart. False where they have values that the sums cannot hold.
     bool load() {
-        const Pixel* const pixels = pixels_->pixels + first_;
-        const uint8_t* const mask = pixels_->mask + first_;
+        const Pixel* const pixels = line_->pixels + first_;
+        const uint8_t* const mask = line_->mask + first_;
         hasHoles_ = nextMaskedOut(mask, 0, count_) < count_;
         std::array<Sample*, kChannels> at;
         for (std::size_t c = 0; c < kChannels; ++c) {
@@ -117,7 +147,7 @@ private:
                        .sumsStep = kSumsStep,
                        .channels = kChannels,
                        .count = count},
-                      *line_, reach_);
+                      *kernel_, reach_);
         wholeFrom_ = wholeTo_ = 0;
         if (hasHoles_ && hasHoleAround(x, count)) {
             kernels().weighPairs({.line = start(counted_) + (x - first_) - reach_,
@@ -126,17 +156,17 @@ private:
                                   .sumsStep = 0,
                                   .channels = 1,
                                   .count = count},
-                                 line_->from(reach_), reach_ + 1, 0);
+                                 kernel_->from(reach_), reach_ + 1, 0);
             return;
         }
         const int32_t last = first_ + count_ - 1;
-        const uint32_t whole = line_->sum(-reach_, reach_);
+        const uint32_t whole = kernel_->sum(-reach_, reach_);
         std::fill_n(weights_, count, whole);
         const int32_t inner = std::clamp(first_ + reach_ - x, 0, count);       // whole windows from here
         const int32_t outer = std::clamp(last - reach_ + 1 - x, inner, count); // to here
         const auto cut = [&](int32_t from, int32_t past) {
             for (int32_t i = from; i < past; ++i) {
-                weights_[i] = line_->sum(-std::min(reach_, x + i - first_), std::min(reach_, last - x - i));
+                weights_[i] = kernel_->sum(-std::min(reach_, x + i - first_), std::min(reach_, last - x - i));
             }
         };
         cut(0, inner);
@@ -161,7 +191,7 @@ private:
     bool hasHoleAround(int32_t x, int32_t count) const {
         const int32_t from = std::max(first_, x - reach_);
         const int32_t past = std::min(first_ + count_, x + count + reach_);
-        return nextMaskedOut(pixels_->mask, from, past) < past;
+        return nextMaskedOut(line_->mask, from, past) < past;
     }
 
     static constexpr std::size_t kSumsStep = WeighedBlock<Format>::kSumsStep;
@@ -172,8 +202,8 @@ private:
     Sum* sums_;
     uint32_t* weights_;
 
-    const LineWeights* line_ = nullptr;
-    const Line<Pixel>* pixels_ = nullptr;
+    const LineWeights* kernel_ = nullptr;
+    const Line<Pixel>* line_ = nullptr;
     int32_t first_ = 0;
     int32_t count_ = 0;
     int32_t reach_ = 0;
@@ -183,63 +213,5 @@ private:
     int32_t wholeFrom_ = 0; ///< of the block: the weights from here to `wholeTo_` are all 32768
     int32_t wholeTo_ = 0;
 };
-
-/// Whether a stretch is a run so short that a plain walk costs less than taking it apart.
-template <class Scan>
-bool isShortRun(Span stretch) {
-    return !Scan::kWindowHasHoles && stretch.last - stretch.first < 4;
-}
-
-/// A run as a line of its own.
-template <class Pixel>
-Line<Pixel> partOf(const Line<Pixel>& line, Span run) {
-    return {line.pixels + run.first, line.mask + run.first,
-            line.keep != nullptr ? line.keep + run.first : nullptr, run.last - run.first + 1,
-            std::min(line.reach, run.last - run.first + 1)};
-}
-
-/// Calls `block(x, count)` for the masked-in pixels of [from, past) and what small holes lie between them, at most
-/// kBlockPixels at once.
-template <class Block>
-void forEachBlock(const uint8_t* mask, int32_t from, int32_t past, const Block& block) {
-    constexpr int32_t kLook = 16; // pixels at a time; a hole of twice as many is sure to be seen
-    for (int32_t x = nextMaskedIn(mask, from, past); x < past;) {
-        const int32_t limit = std::min(past, x + kBlockPixels);
-        int32_t end = x;
-        while (end < limit) {
-            const int32_t next = std::min(limit, end + kLook);
-            if (nextMaskedIn(mask, end, next) == next) {
-                break;
-            }
-            end = next;
-        }
-        end = endOfMaskedIn(mask, x, end);
-        block(x, end - x);
-        x = nextMaskedIn(mask, end, past);
-    }
-}
-
-/// Calls `stretch(span)` for the parts of a line that share no window: for the run scan its runs; for the window scan what no
-/// hole of at least `reach` pixels divides.
-template <class Scan, class Stretch>
-void forEachStretch(const uint8_t* mask, int32_t count, int32_t reach, const Stretch& stretch) {
-    int32_t first = nextMaskedIn(mask, 0, count);
-    while (first < count) {
-        int32_t last = first;
-        if constexpr (Scan::kWindowHasHoles) {
-            // The furthest pixel that is near enough, again and again.
-            for (bool grows = true; grows;) {
-                const int32_t limit = std::min(count, last + 1 + std::max(reach, 1));
-                const int32_t further = endOfMaskedIn(mask, last + 1, limit) - 1;
-                grows = further > last;
-                last = further;
-            }
-        } else {
-            last = nextMaskedOut(mask, first, count) - 1;
-        }
-        stretch(Span{first, last});
-        first = nextMaskedIn(mask, last + 1, count);
-    }
-}
 
 } // namespace kovalune

@@ -143,11 +143,11 @@ public:
         weights_.fill(kernel_);
         copiesWhole_ = !hasWeight(kernel_);
         if (hasTail()) {
-            // Those of masked-out pixels are never written, but computed with.
+            // What masked-out pixels get is computed with, though it comes to nothing.
             for (auto* const sums : boxes_.color) {
                 std::fill_n(sums, length_, typename Planar::Sum{0});
             }
-            std::fill_n(boxes_.count, length_, 1U);
+            std::fill_n(boxes_.count, length_, 0U);
         }
     }
 
@@ -174,34 +174,22 @@ private:
 
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
-        bool fits = true;
         stretch_.begin(line, stretch, weights_);
-        const auto mixed = [&](int32_t from, int32_t past) {
-            forEachBlock(line.mask, from, past,
-                         [&](int32_t x, int32_t count) { fits = fits && blurBlock(line, x, count, out); });
-        };
-        if (!flatWindowsKeepTheirs<Format>(kernel_)) {
-            mixed(stretch.first, stretch.last + 1);
-            return fits;
-        }
         const auto flat = [&](int32_t from, int32_t past, int32_t like) {
-            if (Planar::isFinite(line.pixels[like])) {
-                forEachRun(line.mask, from, past, [&](int32_t first, int32_t end) {
-                    Planar::copyColors(line.pixels + first, out + first, end - first);
-                });
-            } else {
-                mixed(from, past);
+            if (!Planar::isFinite(line.pixels[like])) {
+                return false;
             }
+            forEachRun(line.mask, from, past, [&](int32_t first, int32_t end) {
+                Planar::copyColors(line.pixels + first, out + first, end - first);
+            });
+            return true;
         };
-        divideByFlatness(line.mask, stretch, line.reach, LineKeys<Format, Planar::colorKey>{line.pixels},
-                         flat, mixed);
-        return fits;
+        return stretch_.divide(LineKeys<Format, Planar::colorKey>{line.pixels},
+                               flatWindowsKeepTheirs<Format>(kernel_), flat,
+                               [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
     }
 
-    bool blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
-        if (!stretch_.weigh(LineKeys<Format, Planar::colorKey>{line.pixels}, x, count)) {
-            return false;
-        }
+    void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
         for (std::size_t c = 0; c < 3; ++c) {
             if (hasTail()) {
                 Planar::mixedMeans(boxes_.color[c] + x, boxes_.count + x, stretch_.sums(c),
@@ -212,7 +200,7 @@ private:
         }
         if (nextMaskedOut(line.mask, x, x + count) == x + count) {
             Planar::mergeColors(means_.data(), out + x, count);
-            return true;
+            return;
         }
         // A list first: what is masked in may be as hard to foresee as a coin's fall.
         int32_t counted = 0;
@@ -224,7 +212,6 @@ private:
             const int32_t i = places_[k];
             Planar::setColors(out[x + i], means_[0][i], means_[1][i], means_[2][i]);
         }
-        return true;
     }
 
     const GaussKernel& kernel_;

@@ -56,10 +56,10 @@ struct Kernels {
     /// The same where every weight is 32768.
     void (*wholeMeans16)(const uint32_t* sums, uint32_t* means, int32_t count);
     /// means[i] = (box * tailWeight + core * (32768 - tailWeight) + 16384) >> 15, where box is boxes[i] / counts[i] and core is
-    /// sums[i] / weights[i], or 0 where no weight is; counts from 1 on, boxes below 2^31.
+    /// sums[i] / weights[i], or 0 where no weight is; anything where a count is 0, boxes below 2^31.
     void (*mixedMeans16)(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
                          const uint32_t* weights, uint32_t tailWeight, uint32_t* means, int32_t count);
-    /// means[i] = (sums[i] + counts[i] / 2) / counts[i], the sum taken as signed; counts from 1 on.
+    /// means[i] = (sums[i] + counts[i] / 2) / counts[i], the sum taken as signed; anything where a count is 0.
     void (*flatMeans16)(const uint32_t* sums, const uint32_t* counts, uint32_t* means, int32_t count);
 
     /// Puts the low halves of three lines into the colours of `count` pixels; alpha stays.
@@ -81,7 +81,7 @@ struct Kernels {
     /// where no weight is.
     void (*mixedMeans32)(const double* boxes, const uint32_t* counts, const double* sums,
                          const uint32_t* weights, double tailShare, float* means, int32_t count);
-    /// means[i] = sums[i] / counts[i]; counts from 1 on.
+    /// means[i] = sums[i] / counts[i]; anything where a count is 0.
     void (*flatMeans32)(const double* sums, const uint32_t* counts, float* means, int32_t count);
     void (*mergeColors32)(const float* red, const float* green, const float* blue, void* pixels,
                           int32_t count);

@@ -71,6 +71,11 @@ void addScaledDoubles(const double* table, double factor, double* __restrict sum
     }
 }
 
+/// Only where no pixel counts is there no weight: any quotient does.
+inline uint32_t atLeastOne(uint32_t divisor) {
+    return divisor != 0 ? divisor : 1;
+}
+
 /// The quotient of whole numbers, sum below 2^31. The half keeps it so far from the next whole number that no rounding of
 /// double reaches one.
 inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
@@ -81,8 +86,7 @@ inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
 
 void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
-        // Only where no pixel counts is there no weight.
-        const uint32_t weight = weights[i] != 0 ? weights[i] : 1;
+        const uint32_t weight = atLeastOne(weights[i]);
         means[i] = quotient(sums[i] + (weight >> 1), weight);
     }
 }
@@ -97,9 +101,8 @@ void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t*
                   const uint32_t* weights, uint32_t tailWeight, uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         // Without weight the sum is 0, and so is its quotient by 1.
-        const uint32_t weight = weights[i] != 0 ? weights[i] : 1;
-        const uint32_t box = quotient(boxes[i], counts[i]) * tailWeight;
-        const uint32_t core = quotient(sums[i], weight) * (32768 - tailWeight);
+        const uint32_t box = quotient(boxes[i], atLeastOne(counts[i])) * tailWeight;
+        const uint32_t core = quotient(sums[i], atLeastOne(weights[i])) * (32768 - tailWeight);
         means[i] = (box + core + 16384) >> 15;
     }
 }
@@ -107,7 +110,8 @@ void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t*
 void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         const int32_t sum = static_cast<int32_t>(sums[i] + (counts[i] >> 1));
-        const double exact = static_cast<double>(sum) / static_cast<double>(static_cast<int32_t>(counts[i]));
+        const double exact =
+            static_cast<double>(sum) / static_cast<double>(static_cast<int32_t>(atLeastOne(counts[i])));
         means[i] = static_cast<uint32_t>(static_cast<int32_t>(exact));
     }
 }
