@@ -10,7 +10,8 @@
 #   WINE   says something of Windows: the target wine_tests builds it for Windows, and the presets win32 and win64 run it. No
 #          more programs than these are built there: each costs time
 #   SETS   runs once more, as PROGRAM.SET.N, with the plain kernels, or with those of each instruction set that this machine has
-#          beside the one in use; under a sanitizer and Wine with the plain ones alone
+#          beside the one in use; under the address sanitizer and Wine with the plain ones alone. To the thread sanitizer all
+#          sets are alike
 #   JAPANESE   under Wine, on a Japanese system: with names in code page 932, of which a byte may look like '\'
 #
 # Every test bears the name of its room, a folder of tests/, as a label.
@@ -64,7 +65,9 @@ function(kovalune_add_tests program)
   set(sets)
   if(arg_SETS)
     target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/ChosenSet.cpp)
-    set(sets plain)
+    if(NOT KOVALUNE_SANITIZE STREQUAL "thread")
+      set(sets plain)
+    endif()
     if(arg_SETS STREQUAL "ALL" AND NOT WIN32 AND NOT KOVALUNE_SANITIZE)
       list(APPEND sets sse2 avx2 avx512)
     endif()

@@ -145,9 +145,9 @@ TEST_P(ExtensionSweep, OfCoresFarApart) {
 
 TEST_P(ExtensionSweep, OfLinesLongerThanTheLargestReach) {
     Random random(203);
-    const std::pair<int32_t, int32_t> sizes[] = {{2300, 2}, {2, 2300}, {1500, 9}, {9, 1500}, {1050, 33}};
+    const std::pair<int32_t, int32_t> sizes[] = {{2300, 2}, {2, 2300}, {1500, 3}, {3, 1500}, {1050, 9}};
     for (const auto& [width, height] : sizes) {
-        for (const double reach : {300.5, 700.0, 999.0, 1000.0, 1001.0}) {
+        for (const double reach : {300.5, 999.0, 1000.0, 1001.0}) {
             for (const bool stopAtGap : {false, true}) {
                 const Mask limit = without(Mask(width, height, 1), fewPixels(width, height, random));
                 const PlainExtension job = {wholeRect(width, height), fewPixels(width, height, random), limit,

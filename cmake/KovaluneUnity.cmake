@@ -1,0 +1,50 @@
+# Where CMAKE_UNITY_BUILD is on, as in the presets of the sanitizers and of Windows, several files of a target are compiled as
+# one: most of a test file's time is that of its headers, and those builds ask what a program does, not what a file includes,
+# which the others do. What ships is compiled file by file everywhere.
+if(WIN32)
+  set_target_properties(kovalune_effect Kovalune PROPERTIES UNITY_BUILD OFF)
+endif()
+
+# kovalune_compile_alone(TARGET FILE...): each as a file of its own all the same.
+function(kovalune_compile_alone target)
+  if(TARGET ${target})
+    list(TRANSFORM ARGN PREPEND ${PROJECT_SOURCE_DIR}/ OUTPUT_VARIABLE files)
+    set_source_files_properties(${files} TARGET_DIRECTORY ${target} PROPERTIES SKIP_UNITY_BUILD_INCLUSION ON)
+  endif()
+endfunction()
+
+# What another program has in its own way, and the kernels, of which each file has an instruction set's flags.
+kovalune_compile_alone(kovalune_effect
+  effect/frame/EntryPoint.cpp
+  effect/frame/sequence/SequenceData.cpp
+  effect/frame/sequence/SequenceRecord.cpp
+  effect/kernels/Kernels.cpp
+  effect/kernels/plain/Kernels.cpp)
+kovalune_compile_alone(kovalune_pictures pictures/LibraryVersions.cpp pictures/PictureFile.cpp)
+
+# What has names of its own that other files of the target have too.
+kovalune_compile_alone(kovalune_effect effect/share/AEUtil/AEWorldSuite.cpp)
+kovalune_compile_alone(kovalune_pictures pictures/tga/TgaFile.cpp pictures/tga/TgaHeader.cpp)
+kovalune_compile_alone(kovalune_render render/SelectionNotes.cpp)
+kovalune_compile_alone(kovalune_cli_parts cli/files/ColorsPicture.cpp)
+kovalune_compile_alone(kovalune_test_support tests/reference/PlainBoundaryBlur.cpp tests/support/PlainPicture.cpp)
+kovalune_compile_alone(platform_tests tests/platform/ProfileFileReadTest.cpp)
+kovalune_compile_alone(smoothing_tests tests/smoothing/NubTest.cpp tests/smoothing/PatternsTest.cpp)
+kovalune_compile_alone(frame_tests
+  tests/frame/FirstCallTest.cpp
+  tests/frame/SetUpTest.cpp
+  tests/frame/SmartPreRenderTest.cpp
+  tests/frame/SmartRenderTest.cpp)
+kovalune_compile_alone(pipeline_tests
+  tests/pipeline/CoverageTest.cpp
+  tests/pipeline/FrameStageTest.cpp
+  tests/pipeline/PassMemoryTest.cpp
+  tests/pipeline/ProcessStageTest.cpp
+  tests/pipeline/ProcessWildTest.cpp
+  tests/pipeline/WorldWatch.cpp)
+kovalune_compile_alone(faults_tests tests/faults/FaultScene.cpp)
+kovalune_compile_alone(pictures_tests
+  tests/pictures/PictureFileTest.cpp
+  tests/pictures/PlainConversionTest.cpp
+  tests/pictures/TiffFileTest.cpp)
+kovalune_compile_alone(cli_tests tests/cli/RoundTripTest.cpp)
