@@ -31,28 +31,99 @@ LineRange activeRange(const uint8_t* active, int32_t count) {
     return {static_cast<int32_t>(first - active), end};
 }
 
-/// Marks the columns of a row's non-zero elements, eight at a time. Whether there are any.
-bool markHeld(const uint8_t* elements, int32_t count, uint8_t* colActive) {
-    constexpr uint64_t kLowBits = ~uint64_t{0} / 0xff * 0x7f;
-    uint64_t any = 0;
+// Elements are taken eight at a time, as the bytes of one number: rows, summaries and other planes may lie in one block, so
+// that a compiler has to take them for the same bytes.
+
+uint64_t eightAt(const uint8_t* bytes) {
+    uint64_t eight = 0;
+    std::memcpy(&eight, bytes, sizeof eight);
+    return eight;
+}
+
+void setEight(uint8_t* bytes, uint64_t eight) {
+    std::memcpy(bytes, &eight, sizeof eight);
+}
+
+constexpr uint64_t kOnes = ~uint64_t{0} / 0xff;
+
+/// 1 for each byte that is not 0.
+uint64_t heldOf(uint64_t eight) {
+    constexpr uint64_t kLowBits = kOnes * 0x7f;
+    return (((eight & kLowBits) + kLowBits) | eight) >> 7 & kOnes;
+}
+
+/// Calls `eight(x)` for eight elements at a time and `one(x)` for what is left over.
+template <class Eight, class One>
+void forEachElement(int32_t count, const Eight& eight, const One& one) {
     int32_t x = 0;
     for (; x + 8 <= count; x += 8) {
-        uint64_t eight = 0;
-        std::memcpy(&eight, elements + x, sizeof eight);
-        if (eight != 0) {
-            const uint64_t held = (((eight & kLowBits) + kLowBits) | eight) >> 7 & ~uint64_t{0} / 0xff;
-            uint64_t marks = 0;
-            std::memcpy(&marks, colActive + x, sizeof marks);
-            marks |= held;
-            std::memcpy(colActive + x, &marks, sizeof marks);
-            any |= held;
-        }
+        eight(x);
     }
     for (; x < count; ++x) {
-        const auto held = static_cast<uint8_t>(elements[x] != 0);
-        colActive[x] |= held;
-        any |= held;
+        one(x);
     }
+}
+
+/// Marks the columns of a row's non-zero elements. Whether there are any.
+bool markHeld(const uint8_t* elements, int32_t count, uint8_t* colActive) {
+    uint64_t any = 0;
+    forEachElement(
+        count,
+        [&](int32_t x) {
+            const uint64_t eight = eightAt(elements + x);
+            if (eight != 0) {
+                any |= eight;
+                setEight(colActive + x, eightAt(colActive + x) | heldOf(eight));
+            }
+        },
+        [&](int32_t x) {
+            any |= elements[x];
+            colActive[x] |= static_cast<uint8_t>(elements[x] != 0);
+        });
+    return any != 0;
+}
+
+/// Puts a row's non-zero elements into another row, and marks their columns. Whether there are any.
+bool putHeld(const uint8_t* added, int32_t count, uint8_t* elements, uint8_t* colActive) {
+    uint64_t any = 0;
+    forEachElement(
+        count,
+        [&](int32_t x) {
+            const uint64_t eight = eightAt(added + x);
+            if (eight != 0) {
+                any |= eight;
+                const uint64_t held = heldOf(eight);
+                setEight(elements + x, (eightAt(elements + x) & ~(held * 0xff)) | eight);
+                setEight(colActive + x, eightAt(colActive + x) | held);
+            }
+        },
+        [&](int32_t x) {
+            if (added[x] != 0) {
+                any = 1;
+                elements[x] = added[x];
+                colActive[x] = 1;
+            }
+        });
+    return any != 0;
+}
+
+/// 0 becomes 1 and all else 0, and the columns of what is 1 then are marked. Whether there is any.
+bool invertHeld(uint8_t* elements, int32_t count, uint8_t* colActive) {
+    uint64_t any = 0;
+    forEachElement(
+        count,
+        [&](int32_t x) {
+            const uint64_t inverted = heldOf(eightAt(elements + x)) ^ kOnes;
+            setEight(elements + x, inverted);
+            setEight(colActive + x, eightAt(colActive + x) | inverted);
+            any |= inverted;
+        },
+        [&](int32_t x) {
+            const auto inverted = static_cast<uint8_t>(elements[x] == 0);
+            elements[x] = inverted;
+            colActive[x] |= inverted;
+            any |= inverted;
+        });
     return any != 0;
 }
 
@@ -146,15 +217,7 @@ void MaskPlane::invert() {
     uint8_t* const colActive = layout().colActive;
     setActivity(0);
     for (int32_t y = 0; y < height(); ++y) {
-        uint8_t* const elements = row(y);
-        uint8_t marked = 0;
-        for (int32_t x = 0; x < width(); ++x) {
-            const auto inverted = static_cast<uint8_t>(elements[x] == 0);
-            elements[x] = inverted;
-            colActive[x] |= inverted;
-            marked |= inverted;
-        }
-        layout().rowActive[y] = marked;
+        layout().rowActive[y] = invertHeld(row(y), width(), colActive) ? 1 : 0;
     }
     marks().activityStale = 0;
     marks().boundsStale = 1;
@@ -176,17 +239,8 @@ void MaskPlane::unionWith(const MaskPlane& other) {
         if (!other.activityStale() && !other.rowActive(y)) {
             continue;
         }
-        uint8_t* const elements = row(y);
-        const uint8_t* const added = other.row(y);
-        bool marked = rowActive(y);
-        for (int32_t x = 0; x < columns; ++x) {
-            if (added[x] != 0) {
-                elements[x] = added[x];
-                colActive[x] = 1;
-                marked = true;
-            }
-        }
-        layout().rowActive[y] = marked ? 1 : 0;
+        const bool marked = putHeld(other.row(y), columns, row(y), colActive);
+        layout().rowActive[y] = marked || rowActive(y) ? 1 : 0;
     }
     marks().boundsStale = 1;
 }
@@ -195,8 +249,7 @@ void MaskPlane::refreshActivity() {
     uint8_t* const colActive = layout().colActive;
     setActivity(0);
     for (int32_t y = 0; y < height(); ++y) {
-        const uint8_t marked = markHeld(row(y), width(), colActive) ? 1 : 0;
-        layout().rowActive[y] = marked;
+        layout().rowActive[y] = markHeld(row(y), width(), colActive) ? 1 : 0;
         marks().boundsStale = 1;
     }
     marks().activityStale = 0;
