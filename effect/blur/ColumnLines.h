@@ -71,15 +71,16 @@ public:
             const uint8_t* const counted = masks.counted.row(y) + left;
             Pixel* const row = rowOf<Format>(*record.dst, record.rect, y) + left;
             const Pixel* const result = results_ + y;
-            if (columns == kColumns && allSet(counted)) {
+            const Held held = columns == kColumns ? heldOf(counted) : Held::kSome;
+            if (held == Held::kAll) {
                 for (int32_t c = 0; c < kColumns; ++c) {
                     lay(result[at(c, pixelStep_)], row[c]);
                 }
-                continue;
-            }
-            for (int32_t c = 0; c < columns; ++c) {
-                if (counted[c] != 0) {
-                    lay(result[at(c, pixelStep_)], row[c]);
+            } else if (held == Held::kSome) {
+                for (int32_t c = 0; c < columns; ++c) {
+                    if (counted[c] != 0) {
+                        lay(result[at(c, pixelStep_)], row[c]);
+                    }
                 }
             }
         }
@@ -105,30 +106,70 @@ private:
         __builtin_prefetch(row + columns - 1);
     }
 
-    static bool allSet(const uint8_t* mask) {
-        uint8_t none = 0;
-        for (int32_t c = 0; c < kColumns; ++c) {
-            none |= mask[c] == 0 ? 1 : 0;
+    /// Elements are taken eight at a time, as the bytes of one number.
+    static constexpr int32_t kWords = kColumns / 8;
+    static constexpr uint64_t kOnes = ~uint64_t{0} / 0xff;
+
+    static uint64_t eightAt(const uint8_t* mask, int32_t word) {
+        uint64_t eight = 0;
+        std::memcpy(&eight, mask + std::ptrdiff_t{word} * 8, sizeof eight);
+        return eight;
+    }
+
+    /// What of some places is masked in. A mask's elements are mostly 1; others may count as some only.
+    enum class Held : uint8_t { kNone, kSome, kAll };
+
+    static Held heldOf(const uint8_t* mask) {
+        uint64_t any = 0;
+        uint64_t all = kOnes;
+        for (int32_t word = 0; word < kWords; ++word) {
+            any |= eightAt(mask, word);
+            all &= eightAt(mask, word);
         }
-        return none == 0;
+        return any == 0 ? Held::kNone : all == kOnes ? Held::kAll : Held::kSome;
+    }
+
+    /// Row r's byte c becomes row c's byte r.
+    static void transpose(uint64_t* rows) {
+        const auto exchange = [&](int32_t upper, int32_t lower, int32_t bits, uint64_t kept) {
+            const uint64_t other = (rows[upper] >> bits ^ rows[lower]) & kept;
+            rows[lower] ^= other;
+            rows[upper] ^= other << bits;
+        };
+        for (int32_t r = 0; r < 4; ++r) {
+            exchange(r, r + 4, 32, 0x00000000FFFFFFFF);
+        }
+        for (const int32_t r : {0, 1, 4, 5}) {
+            exchange(r, r + 2, 16, 0x0000FFFF0000FFFF);
+        }
+        for (int32_t r = 0; r < 8; r += 2) {
+            exchange(r, r + 1, 8, 0x00FF00FF00FF00FF);
+        }
     }
 
     /// Whether the rows have anything.
     bool gatherMask(const MaskView& mask, uint8_t* lines, int32_t y, int32_t rows, int32_t left,
                     int32_t columns) const {
-        uint8_t block[std::size_t{kRows}][std::size_t{kColumns}] = {};
-        uint8_t any = 0;
-        for (int32_t r = 0; r < rows; ++r) {
-            const uint8_t* const row = mask.row(y + r) + left;
-            for (int32_t c = 0; c < columns; ++c) {
-                block[r][c] = row[c];
-                any |= row[c];
+        uint64_t block[std::size_t{kWords}][std::size_t{kRows}];
+        uint64_t any = 0;
+        uint64_t all = kOnes;
+        for (int32_t r = 0; r < kRows; ++r) {
+            uint8_t row[std::size_t{kColumns}] = {};
+            if (r < rows) {
+                std::memcpy(row, mask.row(y + r) + left, static_cast<std::size_t>(columns));
+            }
+            for (int32_t word = 0; word < kWords; ++word) {
+                block[word][r] = eightAt(row, word);
+                any |= block[word][r];
+                all &= block[word][r];
             }
         }
-        for (int32_t c = 0; c < columns; ++c) {
-            uint8_t* const line = lines + at(c, maskStep_) + y;
-            for (int32_t r = 0; r < kRows; ++r) {
-                line[r] = block[r][c];
+        for (int32_t word = 0; word < kWords; ++word) {
+            if (any != 0 && all != kOnes) {
+                transpose(block[word]);
+            }
+            for (int32_t c = word * 8; c < std::min(columns, word * 8 + 8); ++c) {
+                std::memcpy(lines + at(c, maskStep_) + y, &block[word][c - word * 8], kRows);
             }
         }
         return any != 0;
