@@ -16,6 +16,9 @@
 
 namespace kovalune {
 
+/// What can be done with a line's samples: no weighed sums at all, sums in the stated order, or in any, of which each is exact.
+enum class Summing : uint8_t { kNone, kInOrder, kInAnyOrder };
+
 /// Undefined for formats that no blur works in.
 template <class Format>
 struct PlanarOf;
@@ -74,18 +77,20 @@ struct PlanarOf<Argb16> {
     /// What a sample is lessened by in a pair, so that white fits.
     static constexpr uint32_t kBias = 16384;
 
-    /// False where a value is too large for pairs.
-    static bool splitColors(const Argb16::Pixel* pixels, const uint8_t* mask, int32_t count,
-                            Sample* const* to) {
-        return !kernels().splitColors16(pixels, mask, count, to[0], to[1], to[2]);
+    /// A value may be too large for pairs.
+    static Summing splitColors(const Argb16::Pixel* pixels, const uint8_t* mask, int32_t count,
+                               Sample* const* to) {
+        return kernels().splitColors16(pixels, mask, count, to[0], to[1], to[2]) ? Summing::kNone
+                                                                                 : Summing::kInAnyOrder;
     }
-    static bool splitAlpha(const Argb16::Pixel* pixels, const uint8_t* mask, int32_t count, Sample* to) {
-        return !kernels().splitAlpha16(pixels, mask, count, to);
+    static Summing splitAlpha(const Argb16::Pixel* pixels, const uint8_t* mask, int32_t count, Sample* to) {
+        return kernels().splitAlpha16(pixels, mask, count, to) ? Summing::kNone : Summing::kInAnyOrder;
     }
     static void makeReady(Sample* samples, int32_t count) { kernels().pairUp(samples, kBias, count); }
 
     /// The lines begin at the samples of the first sums; `reach` is how far the sums reach to either side of theirs.
-    static void weigh(WeighedLines<Sample> lines, const LineWeights& weights, int32_t reach) {
+    static void weigh(WeighedLines<Sample> lines, const LineWeights& weights, int32_t reach,
+                      Summing /*summing*/) {
         const uint32_t start = kBias * weights.sum(-reach, reach + 1);
         lines.line -= reach;
         kernels().weighPairs(lines, weights.from(reach), reach + 1, start);
@@ -210,19 +215,23 @@ struct PlanarOf<Argb32> {
         }
     }
 
-    static bool splitColors(const Argb32::Pixel* pixels, const uint8_t* mask, int32_t count,
-                            Sample* const* to) {
-        kernels().splitColors32(pixels, mask, count, to[0], to[1], to[2]);
-        return true;
+    static Summing splitColors(const Argb32::Pixel* pixels, const uint8_t* mask, int32_t count,
+                               Sample* const* to) {
+        return kernels().splitColors32(pixels, mask, count, to[0], to[1], to[2]) ? Summing::kInAnyOrder
+                                                                                 : Summing::kInOrder;
     }
-    static bool splitAlpha(const Argb32::Pixel* pixels, const uint8_t* mask, int32_t count, Sample* to) {
-        kernels().splitAlpha32(pixels, mask, count, to);
-        return true;
+    static Summing splitAlpha(const Argb32::Pixel* pixels, const uint8_t* mask, int32_t count, Sample* to) {
+        return kernels().splitAlpha32(pixels, mask, count, to) ? Summing::kInAnyOrder : Summing::kInOrder;
     }
     static void makeReady(Sample* /*samples*/, int32_t /*count*/) {}
 
-    static void weigh(const WeighedLines<Sample>& lines, const LineWeights& weights, int32_t reach) {
-        kernels().weighDoubles(lines, weights.doubles(), reach);
+    static void weigh(const WeighedLines<Sample>& lines, const LineWeights& weights, int32_t reach,
+                      Summing summing) {
+        if (summing == Summing::kInAnyOrder) {
+            kernels().weighExactDoubles(lines, weights.doubles(), reach);
+        } else {
+            kernels().weighDoubles(lines, weights.doubles(), reach);
+        }
     }
 
     static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {

@@ -101,16 +101,17 @@ private:
         }
         if (!isLoaded_) {
             isLoaded_ = true;
-            fits_ = load();
+            summing_ = load();
         }
-        if (fits_) {
-            weighByTaps(x, count);
+        if (summing_ == Summing::kNone) {
+            return false;
         }
-        return fits_;
+        weighByTaps(x, count);
+        return true;
     }
 
-    /// Takes the pixels apart. False where they have values that the sums cannot hold.
-    bool load() {
+    /// Takes the pixels apart.
+    Summing load() {
         const Pixel* const pixels = line_->pixels + first_;
         const uint8_t* const mask = line_->mask + first_;
         hasHoles_ = nextMaskedOut(mask, 0, count_) < count_;
@@ -118,14 +119,14 @@ private:
         for (std::size_t c = 0; c < kChannels; ++c) {
             at[c] = start(planes_ + static_cast<std::ptrdiff_t>(c) * planeStep_);
         }
-        bool fits = false;
+        Summing summing{};
         if constexpr (kChannels == 3) {
-            fits = Planar::splitColors(pixels, mask, count_, at.data());
+            summing = Planar::splitColors(pixels, mask, count_, at.data());
         } else {
-            fits = Planar::splitAlpha(pixels, mask, count_, at[0]);
+            summing = Planar::splitAlpha(pixels, mask, count_, at[0]);
         }
-        if (!fits) {
-            return false;
+        if (summing == Summing::kNone) {
+            return summing;
         }
         for (Sample* const samples : at) {
             pad(samples);
@@ -137,7 +138,7 @@ private:
             pad(counted);
             kernels().pairUp(counted - reach_, 0, count_ + 2 * reach_ + 1);
         }
-        return true;
+        return summing;
     }
 
     void weighByTaps(int32_t x, int32_t count) {
@@ -147,7 +148,7 @@ private:
                        .sumsStep = kSumsStep,
                        .channels = kChannels,
                        .count = count},
-                      *kernel_, reach_);
+                      *kernel_, reach_, summing_);
         wholeFrom_ = wholeTo_ = 0;
         if (hasHoles_ && hasHoleAround(x, count)) {
             kernels().weighPairs({.line = start(counted_) + (x - first_) - reach_,
@@ -185,7 +186,7 @@ private:
     template <class T>
     void pad(T* samples) const {
         std::fill_n(samples - reach_, reach_, T{0});
-        std::fill_n(samples + count_, reach_ + 2, T{0});
+        std::fill_n(samples + count_, reach_ + kPadding, T{0});
     }
 
     bool hasHoleAround(int32_t x, int32_t count) const {
@@ -208,7 +209,7 @@ private:
     int32_t count_ = 0;
     int32_t reach_ = 0;
     bool isLoaded_ = false; ///< the planes hold the stretch, if it fits
-    bool fits_ = false;
+    Summing summing_ = Summing::kNone;
     bool hasHoles_ = false;
     int32_t wholeFrom_ = 0; ///< of the block: the weights from here to `wholeTo_` are all 32768
     int32_t wholeTo_ = 0;

@@ -66,13 +66,16 @@ struct Kernels {
     void (*mergeColors16)(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
                           int32_t count);
 
-    /// As splitColors16, for float pixels.
-    void (*splitColors32)(const void* pixels, const uint8_t* mask, int32_t count, double* red, double* green,
+    /// As splitColors16, for float pixels. True if sums of products of these numbers and taps are exact in whatever order they
+    /// are added: a product has 24 and 15 of a double's 53 bits, and 14 are left for how far the numbers differ in size.
+    bool (*splitColors32)(const void* pixels, const uint8_t* mask, int32_t count, double* red, double* green,
                           double* blue);
-    void (*splitAlpha32)(const void* pixels, const uint8_t* mask, int32_t count, double* alpha);
+    bool (*splitAlpha32)(const void* pixels, const uint8_t* mask, int32_t count, double* alpha);
     /// sums[i]: the sum of line[i - k] * taps[k] for k from 1 to `reach`, then of line[i + k] * taps[k] for k from 0 to `reach`,
     /// added in this order. Products must be exact. A line has `reach` entries before the first one.
     void (*weighDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
+    /// The same where they are exact in any order. Numbers in reach of the padding are read and have to be finite.
+    void (*weighExactDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
     /// means[i] = sums[i] * (32768 / weights[i]).
     void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);
     /// The same where every weight is 32768.

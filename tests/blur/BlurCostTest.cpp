@@ -28,6 +28,7 @@ public:
             products += int64_t{lines.channels} * lines.count * (2 * reach + 1);
             kernelsOf(InstructionSet::kPlain)->weighDoubles(lines, taps, reach);
         };
+        counted_.weighExactDoubles = counted_.weighDoubles;
         counted_.addScaled = [](const uint32_t* table, uint32_t factor, uint32_t* sums, int32_t count) {
             products += count;
             kernelsOf(InstructionSet::kPlain)->addScaled(table, factor, sums, count);

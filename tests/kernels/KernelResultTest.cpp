@@ -296,6 +296,94 @@ TEST_P(KernelResultTest, WeighsFloatsInTheOrderThatIsPartOfTheResult) {
     }
 }
 
+/// Some bits at the end, so that sums of products take all that they may.
+float floatOfSize(Random& random, int32_t exponent) {
+    const double mantissa = 1.0 + (random.below(1 << 23) | 1) * 0x1p-23;
+    return static_cast<float>(std::ldexp(random.chance(30) ? -mantissa : mantissa, exponent));
+}
+
+TEST_P(KernelResultTest, WeighsFloatsInAnyOrderWhereThatIsExact) {
+    for (int round = 0; round < kRounds; ++round) {
+        const int32_t count = width();
+        const int32_t reach = random.between(0, 60);
+        const int32_t least = random.between(-120, 100);
+        const int32_t lines = count > 2 && random.chance(50) ? 3 : 1;
+        const int32_t weighed = count - lines + 1;
+        std::vector<double> line(padded(count + 2 * reach));
+        for (int32_t i = 0; i < count + 2 * reach; ++i) {
+            line[at(i)] = random.chance(20)
+                              ? 0.0
+                              : static_cast<double>(floatOfSize(random, least + random.between(0, 14)));
+        }
+        // Never more than 1 in all, as of a kernel.
+        std::vector<double> taps(at(reach + 1));
+        for (double& tap : taps) {
+            tap = random.below(32768 / (2 * reach + 1) + 1) / 32768.0;
+        }
+        std::vector<double> ordered(3 * padded(count));
+        std::vector<double> sums = ordered;
+        const auto step = static_cast<int64_t>(padded(count));
+        WeighedLines<double> job = {.line = line.data() + reach,
+                                    .lineStep = 1,
+                                    .sums = ordered.data(),
+                                    .sumsStep = step,
+                                    .channels = lines,
+                                    .count = weighed};
+        kernelsOf(InstructionSet::kPlain)->weighDoubles(job, taps.data(), reach);
+        job.sums = sums.data();
+        kernel().weighExactDoubles(job, taps.data(), reach);
+        for (int32_t c = 0; c < lines; ++c) {
+            for (int32_t i = 0; i < weighed; ++i) {
+                ASSERT_EQ(bitsOf(sums[at(i) + at(c) * padded(count)]),
+                          bitsOf(ordered[at(i) + at(c) * padded(count)]))
+                    << i << " of " << weighed << ", line " << c << ", reach " << reach;
+            }
+        }
+    }
+}
+
+TEST_P(KernelResultTest, TellsWhichFloatsAreExactInAnyOrder) {
+    const float infinity = std::numeric_limits<float>::infinity();
+    const float nan = std::numeric_limits<float>::quiet_NaN();
+    struct Case {
+        float one;
+        float other;
+        bool exact;
+    };
+    const Case cases[] = {{1.0F, 0x1p-14F, true},    {1.0F, 0x1p-15F, false},    {-1.5F, 0x1.8p-15F, false},
+                          {0.0F, -0.0F, true},       {0.0F, 1e30F, true},        {1e-40F, 0x1p-126F, true},
+                          {1e-40F, 0x1p-112F, true}, {1e-40F, 0x1p-111F, false}, {1.0F, infinity, false},
+                          {0.0F, -infinity, false},  {nan, 1.0F, false}};
+    for (const auto& [one, other, exact] : cases) {
+        for (int round = 0; round < kRounds; ++round) {
+            const int32_t count = width() + 1;
+            std::vector<float> pixels(at(4 * count), one);
+            std::vector<uint8_t> mask(at(count), 1);
+            const int32_t place = random.below(count);
+            const int32_t channel = random.below(4);
+            pixels[at(4 * place + channel)] = other;
+            const bool isSeen = random.chance(70);
+            mask[at(place)] = isSeen ? 1 : 0;
+            const bool onesAreExact = count - (isSeen ? 0 : 1) == 0 || std::isfinite(one);
+            std::vector<double> planes[3] = {std::vector<double>(padded(count)),
+                                             std::vector<double>(padded(count)),
+                                             std::vector<double>(padded(count))};
+            const bool colors = kernel().splitColors32(pixels.data(), mask.data(), count, planes[0].data(),
+                                                       planes[1].data(), planes[2].data());
+            const bool alpha = kernel().splitAlpha32(pixels.data(), mask.data(), count, planes[0].data());
+            // Of one pixel alone the one channel has no other to be compared with.
+            const bool isAlone = count == 1;
+            if (!isSeen) {
+                ASSERT_EQ(colors, onesAreExact || isAlone);
+                ASSERT_EQ(alpha, onesAreExact || isAlone);
+            } else if (!isAlone) {
+                ASSERT_EQ(channel != 0 ? colors : alpha, exact) << one << " and " << other;
+                ASSERT_EQ(channel != 0 ? alpha : colors, std::isfinite(one));
+            }
+        }
+    }
+}
+
 TEST_P(KernelResultTest, MakesMeansOfFloats) {
     for (int round = 0; round < kRounds; ++round) {
         const int32_t count = width();

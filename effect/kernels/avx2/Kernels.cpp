@@ -8,9 +8,11 @@ namespace kovalune {
 namespace {
 
 struct Avx2 {
-    // In flight at once: of one line, or of each of three.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 8;
     static constexpr int kVectorsOfThree = 4;
+    static constexpr int kSharedByOne = 4;
+    static constexpr int kSharedByThree = 3;
     using Words = __m256i;
     static constexpr int32_t kWords = 8;
     static Words fill(uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }
@@ -20,7 +22,7 @@ struct Avx2 {
     static void store(uint32_t* to, Words value) {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
     }
-    static Words addProducts(Words sum, Words pair, Words tap) {
+    static Words add(Words sum, Words pair, Words tap) {
         return _mm256_add_epi32(sum, _mm256_madd_epi16(pair, tap));
     }
 
@@ -29,9 +31,7 @@ struct Avx2 {
     static Doubles fill(double value) { return _mm256_set1_pd(value); }
     static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
     static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
-    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
-        return _mm256_fmadd_pd(value, tap, sum);
-    }
+    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm256_fmadd_pd(value, tap, sum); }
 };
 
 } // namespace

@@ -8,15 +8,17 @@ namespace kovalune {
 namespace {
 
 struct Avx512 {
-    // In flight at once: of one line, or of each of three.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 12;
     static constexpr int kVectorsOfThree = 8;
+    static constexpr int kSharedByOne = 12;
+    static constexpr int kSharedByThree = 6;
     using Words = __m512i;
     static constexpr int32_t kWords = 16;
     static Words fill(uint32_t value) { return _mm512_set1_epi32(static_cast<int>(value)); }
     static Words load(const uint32_t* from) { return _mm512_loadu_si512(from); }
     static void store(uint32_t* to, Words value) { _mm512_storeu_si512(to, value); }
-    static Words addProducts(Words sum, Words pair, Words tap) {
+    static Words add(Words sum, Words pair, Words tap) {
         return _mm512_add_epi32(sum, _mm512_madd_epi16(pair, tap));
     }
 
@@ -25,9 +27,7 @@ struct Avx512 {
     static Doubles fill(double value) { return _mm512_set1_pd(value); }
     static Doubles load(const double* from) { return _mm512_loadu_pd(from); }
     static void store(double* to, Doubles value) { _mm512_storeu_pd(to, value); }
-    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
-        return _mm512_fmadd_pd(value, tap, sum);
-    }
+    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm512_fmadd_pd(value, tap, sum); }
 };
 
 } // namespace

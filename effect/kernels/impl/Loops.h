@@ -133,30 +133,66 @@ struct FloatPixel {
 };
 
 /// Not multiplied by the mask: what is masked out may be infinite.
-inline double channelIf(uint8_t mask, const float& channel) {
+inline uint32_t bitsIf(uint8_t mask, const float& channel) {
     uint32_t bits;
     __builtin_memcpy(&bits, &channel, 4);
-    bits &= mask != 0 ? ~uint32_t{0} : uint32_t{0};
-    float kept;
-    __builtin_memcpy(&kept, &bits, 4);
-    return static_cast<double>(kept);
+    return bits & (mask != 0 ? ~uint32_t{0} : uint32_t{0});
 }
 
-void splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
+inline double numberOf(uint32_t bits) {
+    float number;
+    __builtin_memcpy(&number, &bits, 4);
+    return static_cast<double>(number);
+}
+
+/// The sizes of numbers, as their exponents: all but zeros.
+struct Sizes {
+    static constexpr uint32_t kLargestFinite = 254;
+    static constexpr uint32_t kSpareBits = 14;
+
+    uint32_t smallest = kLargestFinite;
+    uint32_t largest = 0;
+
+    void add(uint32_t bits) {
+        const uint32_t size = bits >> 23 & 0xFF;
+        // Below the smallest exponent numbers lose bits and not size.
+        const uint32_t least = size != 0 ? size : 1;
+        const uint32_t counted = (bits & 0x7FFFFFFF) != 0 ? least : kLargestFinite;
+        smallest = counted < smallest ? counted : smallest;
+        largest = size > largest ? size : largest;
+    }
+    bool sumsAreExact() const {
+        return largest <= kLargestFinite && (largest <= smallest || largest - smallest <= kSpareBits);
+    }
+};
+
+bool splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
                    double* __restrict green, double* __restrict blue) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
+    Sizes sizes;
     for (int32_t i = 0; i < count; ++i) {
-        red[i] = channelIf(mask[i], from[i].red);
-        green[i] = channelIf(mask[i], from[i].green);
-        blue[i] = channelIf(mask[i], from[i].blue);
+        const uint32_t r = bitsIf(mask[i], from[i].red);
+        const uint32_t g = bitsIf(mask[i], from[i].green);
+        const uint32_t b = bitsIf(mask[i], from[i].blue);
+        red[i] = numberOf(r);
+        green[i] = numberOf(g);
+        blue[i] = numberOf(b);
+        sizes.add(r);
+        sizes.add(g);
+        sizes.add(b);
     }
+    return sizes.sumsAreExact();
 }
 
-void splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
+bool splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
+    Sizes sizes;
     for (int32_t i = 0; i < count; ++i) {
-        alpha[i] = channelIf(mask[i], from[i].alpha);
+        const uint32_t a = bitsIf(mask[i], from[i].alpha);
+        alpha[i] = numberOf(a);
+        sizes.add(a);
     }
+    return sizes.sumsAreExact();
 }
 
 void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict means, int32_t count) {

@@ -26,6 +26,7 @@ constexpr Kernels tableOf(InstructionSet set) {
             .splitColors32 = splitColors32,
             .splitAlpha32 = splitAlpha32,
             .weighDoubles = weighDoubles<Set>,
+            .weighExactDoubles = weighExactDoubles<Set>,
             .coreMeans32 = coreMeans32,
             .wholeMeans32 = wholeMeans32,
             .mixedMeans32 = mixedMeans32,

@@ -13,6 +13,105 @@ inline uint32_t pairOf(const uint16_t* taps) {
     return static_cast<uint32_t>(taps[0]) | static_cast<uint32_t>(taps[1]) << 16;
 }
 
+/// The set's vector of a kind of numbers. The vector is nowhere a template's argument, where it would lose what it is.
+template <class Set, class Number>
+struct VectorOf;
+
+template <class Set>
+struct VectorOf<Set, uint32_t> {
+    using Type = typename Set::Words;
+    static constexpr int32_t kWidth = Set::kWords;
+};
+
+template <class Set>
+struct VectorOf<Set, double> {
+    using Type = typename Set::Doubles;
+    static constexpr int32_t kWidth = Set::kDoubles;
+};
+
+/// Blocks of kVectors neighbouring vectors of sums, of kChannels lines each, in registers.
+template <class Set, class Number, int kChannels, int kVectors>
+class SumBlock {
+public:
+    using Vector = typename VectorOf<Set, Number>::Type;
+    static constexpr int32_t kWidth = VectorOf<Set, Number>::kWidth;
+
+    explicit SumBlock(Number start) {
+        for (auto& each : sums_) {
+            each = Set::fill(start);
+        }
+    }
+
+    /// Adds `tap` times what lies at `at` and after it, for each vector its own part.
+    void addTap(const WeighedLines<Number>& lines, const Number* at, Vector tap) {
+        for (int c = 0; c < kChannels; ++c) {
+            for (int v = 0; v < kVectors; ++v) {
+                auto& each = sums_[c * kVectors + v];
+                each = Set::add(each, Set::load(at + c * lines.lineStep + v * kWidth), tap);
+            }
+        }
+    }
+
+    /// Adds `taps` taps, which `tapAt(k)` tells, of what lies at `at` and after it, from each to the next kStep entries further.
+    ///
+    /// What a vector of sums takes of the line for some tap, the vector on its left takes some taps later. So of every so many
+    /// taps one is taken at a time: each part of the line is loaded once and multiplied for all vectors, while the taps wait
+    /// in registers for their turn. Before the first tap of a vector and after its last one it takes 0 times a part.
+    template <int kStep, class Tap>
+    void addTaps(const WeighedLines<Number>& lines, const Number* at, int32_t taps, const Tap& tapAt) {
+        constexpr int32_t kEvery = kWidth / kStep;
+        for (int32_t first = 0; first < kEvery && first < taps; ++first) {
+            const int32_t own = (taps - first + kEvery - 1) / kEvery;
+            const auto ownTap = [&](int32_t turn) { return tapAt(first + turn * kEvery); };
+            for (auto& each : waiting_) {
+                each = Set::fill(Number{0});
+            }
+            const Number* part = at + first * kStep;
+            int32_t turn = 0;
+            for (; own - turn >= kVectors; turn += kVectors, part += kVectors * kWidth) {
+                addParts<0>(lines, part, kVectors, [&](int32_t k) { return ownTap(turn + k); });
+            }
+            const int32_t all = own + kVectors - 1;
+            for (; turn < all; turn += kVectors, part += kVectors * kWidth) {
+                addParts<0>(lines, part, all - turn, [&](int32_t k) {
+                    return turn + k < own ? ownTap(turn + k) : Set::fill(Number{0});
+                });
+            }
+        }
+    }
+
+    void store(const WeighedLines<Number>& lines, int32_t i) const {
+        for (int c = 0; c < kChannels; ++c) {
+            for (int v = 0; v < kVectors; ++v) {
+                Set::store(lines.sums + c * lines.sumsStep + i + v * kWidth, sums_[c * kVectors + v]);
+            }
+        }
+    }
+
+private:
+    /// `parts` parts, at most kVectors, the first of them with the newest tap at kSlot.
+    template <int kSlot, class Tap>
+    __attribute__((always_inline)) void addParts(const WeighedLines<Number>& lines, const Number* part,
+                                                 int32_t parts, const Tap& tapAt) {
+        if constexpr (kSlot < kVectors) {
+            if (kSlot < parts) {
+                waiting_[kSlot] = tapAt(kSlot);
+                for (int c = 0; c < kChannels; ++c) {
+                    const Vector samples = Set::load(part + kSlot * kWidth + c * lines.lineStep);
+                    for (int v = 0; v < kVectors; ++v) {
+                        auto& each = sums_[c * kVectors + v];
+                        each = Set::add(each, samples, waiting_[(kSlot + kVectors - v) % kVectors]);
+                    }
+                }
+                addParts<kSlot + 1>(lines, part, parts, tapAt);
+            }
+        }
+    }
+
+    Vector sums_[kChannels * kVectors + 0UL];
+    Vector waiting_[kVectors + 0UL];
+};
+
 struct PairTaps {
     const uint16_t* taps;
     int32_t tapPairs;
@@ -21,25 +120,31 @@ struct PairTaps {
 
 template <class Set, int kChannels, int kVectors>
 inline void weighBlock(const WeighedLines<uint32_t>& lines, int32_t i, const PairTaps& with) {
-    typename Set::Words sum[kChannels * kVectors + 0UL];
-    for (auto& each : sum) {
-        each = Set::fill(with.start);
-    }
-    const uint32_t* at = lines.line + i;
-    for (int32_t k = 0; k < with.tapPairs; ++k, at += 2) {
-        const typename Set::Words tap = Set::fill(pairOf(with.taps + 2 * k));
-        for (int c = 0; c < kChannels; ++c) {
-            for (int v = 0; v < kVectors; ++v) {
-                auto& each = sum[c * kVectors + v];
-                each = Set::addProducts(each, Set::load(at + c * lines.lineStep + v * Set::kWords), tap);
-            }
+    SumBlock<Set, uint32_t, kChannels, kVectors> sums(with.start);
+    const auto tapAt = [&](int32_t k) { return Set::fill(pairOf(with.taps + 2 * k)); };
+    if constexpr (Set::kWords > 1) {
+        sums.template addTaps<2>(lines, lines.line + i, with.tapPairs, tapAt);
+    } else {
+        for (int32_t k = 0; k < with.tapPairs; ++k) {
+            sums.addTap(lines, lines.line + i + 2 * k, tapAt(k));
         }
     }
-    for (int c = 0; c < kChannels; ++c) {
-        for (int v = 0; v < kVectors; ++v) {
-            Set::store(lines.sums + c * lines.sumsStep + i + v * Set::kWords, sum[c * kVectors + v]);
-        }
-    }
+    sums.store(lines, i);
+}
+
+/// Whose sums are exact in any order.
+struct ExactTaps {
+    const double* taps;
+    int32_t reach;
+};
+
+template <class Set, int kChannels, int kVectors>
+inline void weighBlock(const WeighedLines<double>& lines, int32_t i, const ExactTaps& with) {
+    SumBlock<Set, double, kChannels, kVectors> sums(0.0);
+    sums.template addTaps<1>(lines, lines.line + i - with.reach, 2 * with.reach + 1, [&](int32_t k) {
+        return Set::fill(with.taps[k < with.reach ? with.reach - k : k - with.reach]);
+    });
+    sums.store(lines, i);
 }
 
 struct DoubleTaps {
@@ -49,31 +154,15 @@ struct DoubleTaps {
 
 template <class Set, int kChannels, int kVectors>
 inline void weighBlock(const WeighedLines<double>& lines, int32_t i, const DoubleTaps& with) {
-    typename Set::Doubles sum[kChannels * kVectors + 0UL];
-    for (auto& each : sum) {
-        each = Set::fill(0.0);
-    }
-    const auto add = [&](const double* at, double weight) {
-        const typename Set::Doubles tap = Set::fill(weight);
-        for (int c = 0; c < kChannels; ++c) {
-            for (int v = 0; v < kVectors; ++v) {
-                auto& each = sum[c * kVectors + v];
-                each = Set::addProduct(each, Set::load(at + c * lines.lineStep + v * Set::kDoubles), tap);
-            }
-        }
-    };
+    SumBlock<Set, double, kChannels, kVectors> sums(0.0);
     const double* const centre = lines.line + i;
     for (int32_t k = 1; k <= with.reach; ++k) {
-        add(centre - k, with.taps[k]);
+        sums.addTap(lines, centre - k, Set::fill(with.taps[k]));
     }
     for (int32_t k = 0; k <= with.reach; ++k) {
-        add(centre + k, with.taps[k]);
+        sums.addTap(lines, centre + k, Set::fill(with.taps[k]));
     }
-    for (int c = 0; c < kChannels; ++c) {
-        for (int v = 0; v < kVectors; ++v) {
-            Set::store(lines.sums + c * lines.sumsStep + i + v * Set::kDoubles, sum[c * kVectors + v]);
-        }
-    }
+    sums.store(lines, i);
 }
 
 /// All lines in blocks of kVectors vectors of `step` entries, and what is left over in smaller ones.
@@ -93,9 +182,9 @@ template <class Set>
 void weighPairs(const WeighedLines<uint32_t>& lines, const uint16_t* taps, int32_t tapPairs, uint32_t start) {
     const PairTaps with{taps, tapPairs, start};
     if (lines.channels == 3) {
-        weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kWords, with);
+        weighFrom<Set, 3, Set::kSharedByThree>(lines, 0, Set::kWords, with);
     } else {
-        weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kWords, with);
+        weighFrom<Set, 1, Set::kSharedByOne>(lines, 0, Set::kWords, with);
     }
 }
 
@@ -106,6 +195,20 @@ void weighDoubles(const WeighedLines<double>& lines, const double* taps, int32_t
         weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kDoubles, with);
     } else {
         weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kDoubles, with);
+    }
+}
+
+template <class Set>
+void weighExactDoubles(const WeighedLines<double>& lines, const double* taps, int32_t reach) {
+    if constexpr (Set::kDoubles == 1) {
+        weighDoubles<Set>(lines, taps, reach);
+        return;
+    }
+    const ExactTaps with{taps, reach};
+    if (lines.channels == 3) {
+        weighFrom<Set, 3, Set::kSharedByThree>(lines, 0, Set::kDoubles, with);
+    } else {
+        weighFrom<Set, 1, Set::kSharedByOne>(lines, 0, Set::kDoubles, with);
     }
 }
 

@@ -6,15 +6,17 @@ namespace kovalune {
 namespace {
 
 struct Plain {
-    // In flight at once: of one line, or of each of three.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 16;
     static constexpr int kVectorsOfThree = 8;
+    static constexpr int kSharedByOne = 16;
+    static constexpr int kSharedByThree = 8;
     using Words = uint32_t;
     static constexpr int32_t kWords = 1;
     static Words fill(uint32_t value) { return value; }
     static Words load(const uint32_t* from) { return *from; }
     static void store(uint32_t* to, Words value) { *to = value; }
-    static Words addProducts(Words sum, Words pair, Words tap) {
+    static Words add(Words sum, Words pair, Words tap) {
         const auto product = [](uint32_t a, uint32_t b) {
             return static_cast<uint32_t>(static_cast<int16_t>(a) * static_cast<int16_t>(b));
         };
@@ -26,7 +28,7 @@ struct Plain {
     static Doubles fill(double value) { return value; }
     static Doubles load(const double* from) { return *from; }
     static void store(double* to, Doubles value) { *to = value; }
-    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) { return sum + value * tap; }
+    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return sum + value * tap; }
 };
 
 } // namespace

@@ -8,9 +8,11 @@ namespace kovalune {
 namespace {
 
 struct Sse2 {
-    // In flight at once: of one line, or of each of three.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 8;
     static constexpr int kVectorsOfThree = 4;
+    static constexpr int kSharedByOne = 4;
+    static constexpr int kSharedByThree = 3;
     using Words = __m128i;
     static constexpr int32_t kWords = 4;
     static Words fill(uint32_t value) { return _mm_set1_epi32(static_cast<int>(value)); }
@@ -18,7 +20,7 @@ struct Sse2 {
         return _mm_loadu_si128(reinterpret_cast<const __m128i*>(from));
     }
     static void store(uint32_t* to, Words value) { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value); }
-    static Words addProducts(Words sum, Words pair, Words tap) {
+    static Words add(Words sum, Words pair, Words tap) {
         return _mm_add_epi32(sum, _mm_madd_epi16(pair, tap));
     }
 
@@ -27,7 +29,7 @@ struct Sse2 {
     static Doubles fill(double value) { return _mm_set1_pd(value); }
     static Doubles load(const double* from) { return _mm_loadu_pd(from); }
     static void store(double* to, Doubles value) { _mm_storeu_pd(to, value); }
-    static Doubles addProduct(Doubles sum, Doubles value, Doubles tap) {
+    static Doubles add(Doubles sum, Doubles value, Doubles tap) {
         return _mm_add_pd(sum, _mm_mul_pd(value, tap));
     }
 };
