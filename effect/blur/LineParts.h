@@ -8,16 +8,21 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <limits>
 
 namespace kovalune {
 
-/// Whether a stretch is a run so short that a plain walk costs less than taking it apart.
+/// Whether a stretch is a run so short that a plain walk costs less than taking it apart. Neighbouring ones may be walked
+/// together.
 template <class Scan>
 bool isShortRun(Span stretch) {
-    return !Scan::kWindowHasHoles && stretch.last - stretch.first < 4;
+    return !Scan::kWindowHasHoles && stretch.last - stretch.first < 6;
 }
 
-/// A run as a line of its own.
+/// Before any run was met.
+inline constexpr Span kNoRun = {std::numeric_limits<int32_t>::max(), -1};
+
+/// A run, or some neighbouring ones, as a line of its own.
 template <class Pixel>
 Line<Pixel> partOf(const Line<Pixel>& line, Span run) {
     return {line.pixels + run.first, line.mask + run.first,

@@ -160,8 +160,23 @@ public:
             Scan::scan(BoxRecorder<Format, Scan>{line, boxes_});
         }
         bool fits = true;
-        forEachStretch<Scan>(line.mask, line.count, line.reach,
-                             [&](Span stretch) { fits = fits && blurStretch(line, stretch, out); });
+        Span shortRuns = kNoRun;
+        const auto blurShortRuns = [&] {
+            if (shortRuns.first <= shortRuns.last) {
+                Scan::scan(PlainRegionLine<Format, Scan>{partOf(line, shortRuns), kernel_,
+                                                         out + shortRuns.first});
+                shortRuns = kNoRun;
+            }
+        };
+        forEachStretch<Scan>(line.mask, line.count, line.reach, [&](Span stretch) {
+            if (isShortRun<Scan>(stretch)) {
+                shortRuns = {std::min(shortRuns.first, stretch.first), stretch.last};
+                return;
+            }
+            blurShortRuns();
+            fits = fits && blurStretch(line, stretch, out);
+        });
+        blurShortRuns();
         if (!fits) {
             Scan::scan(PlainRegionLine<Format, Scan>{line, kernel_, out});
         }
