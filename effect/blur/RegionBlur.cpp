@@ -163,8 +163,8 @@ public:
         Span shortRuns = kNoRun;
         const auto blurShortRuns = [&] {
             if (shortRuns.first <= shortRuns.last) {
-                Scan::scan(PlainRegionLine<Format, Scan>{partOf(line, shortRuns), kernel_,
-                                                         out + shortRuns.first});
+                Scan::scan(
+                    PlainRegionLine<Format, Scan>{partOf(line, shortRuns), kernel_, out + shortRuns.first});
                 shortRuns = kNoRun;
             }
         };
