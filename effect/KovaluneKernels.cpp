@@ -1,19 +1,11 @@
 #include "effect/Kovalune.h"
 #include "effect/kernels/Kernels.h"
 
-#include <array>
-
 namespace kovalune {
-namespace {
-
-constexpr std::array<InstructionSet, kInstructionSets> kSets = {
-    InstructionSet::kPlain, InstructionSet::kSse2, InstructionSet::kAvx2, InstructionSet::kAvx512};
-
-} // namespace
 
 std::vector<std::string> instructionSets() {
     std::vector<std::string> names;
-    for (const InstructionSet set : kSets) {
+    for (const InstructionSet set : kInstructionSets) {
         if (kernelsOf(set) != nullptr) {
             names.emplace_back(nameOf(set));
         }
@@ -26,7 +18,7 @@ std::string instructionSet() {
 }
 
 bool useInstructionSet(const std::string& name) {
-    for (const InstructionSet set : kSets) {
+    for (const InstructionSet set : kInstructionSets) {
         if (name == nameOf(set)) {
             return useInstructionSet(set);
         }

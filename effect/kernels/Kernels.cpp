@@ -4,19 +4,21 @@
 
 #include <array>
 #include <atomic>
+#include <iterator>
 
 namespace kovalune {
 namespace {
 
-constexpr std::array<const char*, kInstructionSets> kNames = {"plain", "sse2", "avx2", "avx512"};
+constexpr std::array<const char*, std::size(kInstructionSets)> kNames = {"plain", "sse2", "avx2", "avx512"};
 
 const Kernels* widest() {
-    for (const InstructionSet set : {InstructionSet::kAvx512, InstructionSet::kAvx2, InstructionSet::kSse2}) {
+    const Kernels* widest = &kPlainKernels;
+    for (const InstructionSet set : kInstructionSets) {
         if (const Kernels* const found = kernelsOf(set)) {
-            return found;
+            widest = found;
         }
     }
-    return &kPlainKernels;
+    return widest;
 }
 
 std::atomic<const Kernels*>& inUse() {

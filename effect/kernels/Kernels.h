@@ -10,7 +10,9 @@
 namespace kovalune {
 
 enum class InstructionSet : uint8_t { kPlain, kSse2, kAvx2, kAvx512 };
-inline constexpr int kInstructionSets = 4;
+/// All of them, the narrower ones first.
+inline constexpr InstructionSet kInstructionSets[] = {InstructionSet::kPlain, InstructionSet::kSse2,
+                                                      InstructionSet::kAvx2, InstructionSet::kAvx512};
 
 /// Entries of 4 or 8 bytes: the widest vector's.
 inline constexpr int32_t kPadding = 16;

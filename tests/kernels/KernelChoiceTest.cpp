@@ -7,19 +7,16 @@
 namespace kovalune::test {
 namespace {
 
-constexpr InstructionSet kAllSets[] = {InstructionSet::kPlain, InstructionSet::kSse2, InstructionSet::kAvx2,
-                                       InstructionSet::kAvx512};
-
 TEST(KernelChoice, IsTheWidestSetOfTheMachine) {
     const InstructionSet first = kernels().set;
-    for (const InstructionSet set : kAllSets) {
+    for (const InstructionSet set : kInstructionSets) {
         EXPECT_EQ(kernelsOf(set) != nullptr && set > first, false) << nameOf(set);
     }
 }
 
 TEST(KernelChoice, TakesEachSetThatTheMachineHasAndNoOther) {
     const InstructionSet first = kernels().set;
-    for (const InstructionSet set : kAllSets) {
+    for (const InstructionSet set : kInstructionSets) {
         const InstructionSet before = kernels().set;
         const bool has = kernelsOf(set) != nullptr;
         EXPECT_EQ(useInstructionSet(set), has);
@@ -35,7 +32,7 @@ TEST(KernelChoice, HasThePlainSetEverywhere) {
 
 TEST(KernelChoice, NamesTheSetsAsUsersWriteThem) {
     const std::string names[] = {"plain", "sse2", "avx2", "avx512"};
-    for (const InstructionSet set : kAllSets) {
+    for (const InstructionSet set : kInstructionSets) {
         EXPECT_EQ(nameOf(set), names[static_cast<std::size_t>(set)]);
         if (const Kernels* const found = kernelsOf(set)) {
             EXPECT_EQ(found->set, set);

@@ -22,8 +22,7 @@ protected:
 /// Under Wine those of this machine alone, since nothing is skipped there.
 inline std::vector<InstructionSet> allSets() {
     std::vector<InstructionSet> sets;
-    for (const InstructionSet set :
-         {InstructionSet::kPlain, InstructionSet::kSse2, InstructionSet::kAvx2, InstructionSet::kAvx512}) {
+    for (const InstructionSet set : kInstructionSets) {
 #ifdef _WIN32
         if (kernelsOf(set) == nullptr) {
             continue;

@@ -16,8 +16,7 @@ bool useTheSetOfTheEnvironment() {
     if (asked == nullptr) {
         return false;
     }
-    for (const InstructionSet set :
-         {InstructionSet::kPlain, InstructionSet::kSse2, InstructionSet::kAvx2, InstructionSet::kAvx512}) {
+    for (const InstructionSet set : kInstructionSets) {
         if (std::string(asked) == nameOf(set) && set != kernels().set && useInstructionSet(set)) {
             std::printf("with %s\n", asked);
             return true;
