@@ -1,4 +1,5 @@
 #include "bench/BenchScene.h"
+#include "bench/FrameSettings.h"
 
 #include "effect/pipeline/ColorExtraction.h"
 #include "effect/pipeline/DepthConversion.h"

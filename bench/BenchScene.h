@@ -26,10 +26,6 @@ inline constexpr A_long kWidth = 1920;
 inline constexpr A_long kHeight = 1080;
 inline constexpr FrameRect kWhole = {0, 0, static_cast<int16_t>(kHeight), static_cast<int16_t>(kWidth)};
 
-/// Four colours of the drawing: a jacket and a face, each with its shadow. About a tenth of its pixels.
-inline constexpr PF_Pixel kPicked[4] = {
-    {255, 0x32, 0x64, 0xb4}, {255, 0x1e, 0x46, 0x82}, {255, 0xff, 0xd9, 0xbe}, {255, 0xe8, 0xa9, 0x8c}};
-
 /// Made once for each source, format and scale.
 const host::Image& picture(int64_t source, PF_PixelFormat format, int64_t scale = kFullHd);
 

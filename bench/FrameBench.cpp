@@ -2,6 +2,7 @@
 
 #include "bench/BenchScene.h"
 #include "bench/CopyTime.h"
+#include "bench/FrameSettings.h"
 
 #include "host/EffectModule.h"
 #include "host/Host.h"
@@ -14,52 +15,9 @@
 namespace kovalune::bench {
 namespace {
 
-using Setting = void (*)(host::Session&);
-
-void set(host::Session& session, const std::string& label, host::ParamValue value) {
-    session.setValue(session.findParam(label).value(), value);
-}
-
-/// As the effect comes, all stages on; few pixels match its default colours.
-void useDefaults(host::Session&) {}
-
-/// The Base stage alone, on the four picked colours.
-template <int amount>
-void useBase(host::Session& session) {
-    for (int i = 0; i < 4; ++i) {
-        const std::string number = std::to_string(i + 1);
-        set(session, "Enable " + number, A_long{1});
-        set(session, "Color " + number, kPicked[i]);
-        set(session, number + " : Enable Process", A_long{0});
-    }
-    set(session, "Blur Amount", static_cast<double>(amount));
-}
-
-/// Base on the picked colours and each Process stage on one of them, with the default amounts.
-void useAllStages(host::Session& session) {
-    useBase<10>(session);
-    for (int i = 0; i < 4; ++i) {
-        const std::string number = std::to_string(i + 1);
-        set(session, number + " : Enable Process", A_long{1});
-        set(session, number + " : Color", kPicked[i]);
-    }
-}
-
-/// The same with every amount and repeat at its largest.
-void useLargest(host::Session& session) {
-    useAllStages(session);
-    set(session, "Blur Amount", 1000.0);
-    set(session, "Blur Repeat Num", A_long{10});
-    for (int i = 0; i < 4; ++i) {
-        const std::string number = std::to_string(i + 1);
-        set(session, number + " : Boundary Blur", 1000.0);
-        set(session, number + " : Blur Repeat Num", A_long{10});
-    }
-}
-
 /// In the memory that the pictures lie in, as a tool that has them in the effect's own formats renders them. Argument:
 /// source.
-template <PF_PixelFormat format, Setting setting, int64_t scale = kFullHd>
+template <PF_PixelFormat format, FrameSetting setting, int64_t scale = kFullHd>
 void frame(benchmark::State& state) {
     host::HostOptions options;
     host::Host host(options);

@@ -2,6 +2,7 @@
 
 #include "bench/BenchScene.h"
 #include "bench/CopyTime.h"
+#include "bench/FrameSettings.h"
 
 #include "effect/share/HostCode.h"
 
