@@ -1,6 +1,7 @@
 // The region blur and the boundary blur: single passes by kernel length, and whole sequences; and the making of kernels.
 
 #include "bench/BenchScene.h"
+#include "bench/CopyTime.h"
 
 #include "effect/blur/BoundaryBlur.h"
 #include "effect/blur/GaussKernel.h"
@@ -11,6 +12,15 @@
 
 namespace kovalune::bench {
 namespace {
+
+/// A single pass beside itself with the plain kernels and on one thread, and beside copies of the picture.
+template <class Record>
+void reportPasses(benchmark::State& state, PF_PixelFormat format, PF_InData* inData, Record& record,
+                  PassFunction pass) {
+    reportPlain(state, [&] { benchmark::DoNotOptimize(iterate(inData, record, pass)); });
+    reportOneThread(state, [&] { benchmark::DoNotOptimize(pass(&record, 0, 0, 1)); });
+    reportCopies(state, format);
+}
 
 /// Arguments: source, amount.
 template <PF_PixelFormat format, PassFunction pass>
@@ -25,6 +35,7 @@ void singlePass(benchmark::State& state) {
         for (auto step : state) {
             benchmark::DoNotOptimize(iterate(inData, record, pass));
         }
+        reportPasses(state, format, inData, record, pass);
     });
     report(state, state.range(0));
 }
@@ -70,6 +81,7 @@ void boundaryPass(benchmark::State& state) {
         for (auto step : state) {
             benchmark::DoNotOptimize(iterate(inData, record, pass));
         }
+        reportPasses(state, format, inData, record, pass);
     });
     report(state, state.range(0));
 }

@@ -1,8 +1,11 @@
 #include "bench/CopyTime.h"
 
+#include "effect/kernels/Kernels.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstring>
+#include <limits>
 #include <vector>
 
 namespace kovalune::bench {
@@ -26,7 +29,37 @@ double secondsOfACopy(std::size_t bytes) {
     return *median;
 }
 
+/// The shortest of at least three turns and 50 ms.
+double secondsOf(const std::function<void()>& once) {
+    using Clock = std::chrono::steady_clock;
+    double shortest = std::numeric_limits<double>::infinity();
+    const Clock::time_point begin = Clock::now();
+    for (int turn = 0; turn < 3 || Clock::now() - begin < std::chrono::milliseconds(50); ++turn) {
+        const Clock::time_point start = Clock::now();
+        once();
+        benchmark::ClobberMemory();
+        shortest = std::min(shortest, std::chrono::duration<double>(Clock::now() - start).count());
+    }
+    return shortest;
+}
+
+void reportIterations(benchmark::State& state, const char* name, double seconds) {
+    state.counters[name] = benchmark::Counter(seconds, benchmark::Counter::kIsIterationInvariantRate);
+}
+
 } // namespace
+
+void reportPlain(benchmark::State& state, const std::function<void()>& once) {
+    const InstructionSet chosen = kernels().set;
+    if (useInstructionSet(InstructionSet::kPlain)) {
+        reportIterations(state, "plain", secondsOf(once));
+    }
+    static_cast<void>(useInstructionSet(chosen));
+}
+
+void reportOneThread(benchmark::State& state, const std::function<void()>& once) {
+    reportIterations(state, "one thread", secondsOf(once));
+}
 
 void reportCopies(benchmark::State& state, const Traffic& traffic) {
     using benchmark::Counter;

@@ -3,6 +3,8 @@
 
 #include "bench/BenchScene.h"
 
+#include <functional>
+
 namespace kovalune::bench {
 
 /// What a pass cannot do without, in bytes.
@@ -19,5 +21,13 @@ void reportCopies(benchmark::State& state, const Traffic& traffic);
 
 /// Copies of such a picture.
 void reportCopies(benchmark::State& state, PF_PixelFormat format, int64_t scale = kFullHd);
+
+// What the same work takes in another way, likewise measured right then, as how many iterations of the loop it takes.
+
+/// Sets the counter `plain`: with the plain kernels.
+void reportPlain(benchmark::State& state, const std::function<void()>& once);
+
+/// Sets the counter `one thread`; `once` is what does the same on the thread that calls it.
+void reportOneThread(benchmark::State& state, const std::function<void()>& once);
 
 } // namespace kovalune::bench

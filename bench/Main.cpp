@@ -1,5 +1,5 @@
-// The benchmarks' program: as the library has it, but that "copies" is shown as the plain number that it is. The library takes
-// all that is divided by a time for a rate, and ends it in "s".
+// The benchmarks' program: as the library has it, but that what is no rate is shown as the plain number that it is. The library
+// takes all that is divided by a time for a rate, and ends it in "s".
 #include "effect/Kovalune.h"
 
 #include <benchmark/benchmark.h>
@@ -19,9 +19,11 @@ public:
     void ReportRuns(const std::vector<Run>& runs) override {
         std::vector<Run> shown = runs;
         for (Run& run : shown) {
-            const auto copies = run.counters.find("copies");
-            if (copies != run.counters.end()) {
-                copies->second.flags = benchmark::Counter::kDefaults;
+            for (const char* const name : {"copies", "plain", "one thread"}) {
+                const auto counter = run.counters.find(name);
+                if (counter != run.counters.end()) {
+                    counter->second.flags = benchmark::Counter::kDefaults;
+                }
             }
         }
         ConsoleReporter::ReportRuns(shown);

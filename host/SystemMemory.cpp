@@ -39,7 +39,7 @@ std::size_t wholePages(std::size_t bytes) {
     return large - bytes <= bytes / 8 ? large : roundedUp(bytes, kPage);
 }
 
-/// Asks for more and gives back what is before and behind the part that large pages can be laid on.
+/// Asks for more and gives back what is before and after the part that large pages can be laid on.
 SystemMemory takePages(std::size_t bytes) {
     const std::size_t wanted = wholePages(bytes);
     const std::size_t asked = wanted + kLargePage;

@@ -3,6 +3,7 @@
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
 #include "effect/blur/FlatWindows.h"
+#include "effect/blur/LineKeys.h"
 #include "effect/blur/LinePass.h"
 #include "effect/blur/PlanarStretch.h"
 #include "effect/blur/WindowTotals.h"
@@ -169,7 +170,7 @@ struct ColorLine {
 
 /// Writes all four channels.
 template <class FormatType, class Scan>
-struct BoundaryPass {
+class BoundaryPass {
 public:
     using Format = FormatType;
     using Record = BoundaryPassRecord;

@@ -22,7 +22,7 @@
 namespace kovalune {
 
 template <class Format, class Scan>
-struct BoundaryPass;
+class BoundaryPass;
 
 /// Handed to every iteration of a pass. The border of `rect` acts like a masked-out pixel.
 struct BoundaryPassRecord {

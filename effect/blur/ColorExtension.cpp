@@ -263,7 +263,7 @@ public:
         for (; x + kEight <= stretch.end; x += kEight) {
             if (areFar(x)) {
                 std::fill_n(dst_ + x, kEight, farPixel_);
-            } else {
+            } else if (!areOutside(x)) {
                 store({x, x + kEight});
             }
         }
@@ -271,13 +271,17 @@ public:
     }
 
 private:
+    static uint64_t eightAt(const uint8_t* elements) {
+        uint64_t eight = 0;
+        std::memcpy(&eight, elements, sizeof eight);
+        return eight;
+    }
+
+    /// Eight pixels neither of the area nor of the core.
+    bool areOutside(int32_t x) const { return (eightAt(seed_ + x) | eightAt(limit_ + x)) == 0; }
+
     /// Eight pixels of the area, none of the core, none with an entry in its column.
     bool areFar(int32_t x) const {
-        const auto eightAt = [](const uint8_t* elements) {
-            uint64_t eight = 0;
-            std::memcpy(&eight, elements, sizeof eight);
-            return eight;
-        };
         uint64_t columns[2] = {};
         std::memcpy(columns, inColumn_ + x, sizeof columns);
         return eightAt(seed_ + x) == 0 && (columns[0] & columns[1]) == ~uint64_t{0} &&

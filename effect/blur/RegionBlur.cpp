@@ -3,6 +3,7 @@
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
 #include "effect/blur/FlatWindows.h"
+#include "effect/blur/LineKeys.h"
 #include "effect/blur/LinePass.h"
 #include "effect/blur/PlanarStretch.h"
 
@@ -108,7 +109,7 @@ struct BoxRecorder {
 
 /// Writes red, green and blue; the alpha already in the target stays, except where no weight exists at all.
 template <class FormatType, class Scan>
-struct RegionPass {
+class RegionPass {
 public:
     using Format = FormatType;
     using Record = BlurPassRecord;

@@ -19,7 +19,7 @@
 namespace kovalune {
 
 template <class Format, class Scan>
-struct RegionPass;
+class RegionPass;
 
 /// Handed to every iteration of a pass. The border of `rect` acts like a masked-out pixel.
 struct BlurPassRecord {

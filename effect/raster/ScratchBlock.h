@@ -16,17 +16,21 @@ public:
     explicit ScratchBlock(std::size_t bytes) : own_(new (std::nothrow) uint8_t[bytes]), memory_(own_.get()) {}
 
     /// Of the bench's slot for iteration `i`; memory of its own without a bench, or where the bench has no such slot.
-    ScratchBlock(Workbench* bench, int32_t i, std::size_t bytes)
-        : own_(bench == nullptr || i >= Workbench::kSlots ? new (std::nothrow) uint8_t[bytes] : nullptr),
-          memory_(own_ != nullptr || bench == nullptr || i >= Workbench::kSlots ? own_.get()
-                                                                                : bench->take(i, bytes)) {}
+    ScratchBlock(Workbench* bench, int32_t i, std::size_t bytes) {
+        if (bench != nullptr && i < Workbench::kSlots) {
+            memory_ = bench->take(i, bytes);
+        } else {
+            own_.reset(new (std::nothrow) uint8_t[bytes]);
+            memory_ = own_.get();
+        }
+    }
 
     /// Aligned for every fundamental type; null where there was no memory.
     uint8_t* memory() const { return memory_; }
 
 private:
     std::unique_ptr<uint8_t[]> own_;
-    uint8_t* memory_;
+    uint8_t* memory_ = nullptr;
 };
 
 /// Deals out a block of memory. Run once on no memory it tells how many bytes it takes.

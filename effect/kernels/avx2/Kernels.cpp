@@ -11,7 +11,7 @@ struct Avx2 {
     // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 8;
     static constexpr int kVectorsOfThree = 4;
-    static constexpr int kSharedByOne = 4;
+    static constexpr int kSharedByOne = 6;
     static constexpr int kSharedByThree = 3;
     using Words = __m256i;
     static constexpr int32_t kWords = 8;
@@ -23,8 +23,13 @@ struct Avx2 {
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(to), value);
     }
     static Words add(Words sum, Words pair, Words tap) {
-        return _mm256_add_epi32(sum, _mm256_madd_epi16(pair, tap));
+        sum = _mm256_add_epi32(sum, _mm256_madd_epi16(pair, tap));
+        keepInOrder(sum);
+        return sum;
     }
+
+    /// Sums added up in another order would not fit the registers.
+    static void keepInOrder(Words& sum) { asm("" : "+x"(sum)); }
 
     using Doubles = __m256d;
     static constexpr int32_t kDoubles = 4;

@@ -19,8 +19,13 @@ struct Avx512 {
     static Words load(const uint32_t* from) { return _mm512_loadu_si512(from); }
     static void store(uint32_t* to, Words value) { _mm512_storeu_si512(to, value); }
     static Words add(Words sum, Words pair, Words tap) {
-        return _mm512_add_epi32(sum, _mm512_madd_epi16(pair, tap));
+        sum = _mm512_add_epi32(sum, _mm512_madd_epi16(pair, tap));
+        keepInOrder(sum);
+        return sum;
     }
+
+    /// Sums added up in another order would not fit the registers.
+    static void keepInOrder(Words& sum) { asm("" : "+v"(sum)); }
 
     using Doubles = __m512d;
     static constexpr int32_t kDoubles = 8;

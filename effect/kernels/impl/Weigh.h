@@ -56,26 +56,22 @@ public:
     ///
     /// What a vector of sums takes of the line for some tap, the vector on its left takes some taps later. So of every so many
     /// taps one is taken at a time: each part of the line is loaded once and multiplied for all vectors, while the taps wait
-    /// in registers for their turn. Before the first tap of a vector and after its last one it takes 0 times a part.
+    /// in registers for their turn.
     template <int kStep, class Tap>
     void addTaps(const WeighedLines<Number>& lines, const Number* at, int32_t taps, const Tap& tapAt) {
         constexpr int32_t kEvery = kWidth / kStep;
         for (int32_t first = 0; first < kEvery && first < taps; ++first) {
             const int32_t own = (taps - first + kEvery - 1) / kEvery;
+            const Number* const parts = at + first * kStep;
             const auto ownTap = [&](int32_t turn) { return tapAt(first + turn * kEvery); };
-            for (auto& each : waiting_) {
-                each = Set::fill(Number{0});
+            if constexpr (kVectors > 1) {
+                if (own >= kVectors) {
+                    addShared(lines, parts, own, ownTap);
+                    continue;
+                }
             }
-            const Number* part = at + first * kStep;
-            int32_t turn = 0;
-            for (; own - turn >= kVectors; turn += kVectors, part += kVectors * kWidth) {
-                addParts<0>(lines, part, kVectors, [&](int32_t k) { return ownTap(turn + k); });
-            }
-            const int32_t all = own + kVectors - 1;
-            for (; turn < all; turn += kVectors, part += kVectors * kWidth) {
-                addParts<0>(lines, part, all - turn, [&](int32_t k) {
-                    return turn + k < own ? ownTap(turn + k) : Set::fill(Number{0});
-                });
+            for (int32_t k = 0; k < own; ++k) {
+                addTap(lines, parts + k * kWidth, ownTap(k));
             }
         }
     }
@@ -89,27 +85,81 @@ public:
     }
 
 private:
-    /// `parts` parts, at most kVectors, the first of them with the newest tap at kSlot.
-    template <int kSlot, class Tap>
-    __attribute__((always_inline)) void addParts(const WeighedLines<Number>& lines, const Number* part,
-                                                 int32_t parts, const Tap& tapAt) {
-        if constexpr (kSlot < kVectors) {
-            if (kSlot < parts) {
-                waiting_[kSlot] = tapAt(kSlot);
-                for (int c = 0; c < kChannels; ++c) {
-                    const Vector samples = Set::load(part + kSlot * kWidth + c * lines.lineStep);
-                    for (int v = 0; v < kVectors; ++v) {
-                        auto& each = sums_[c * kVectors + v];
-                        each = Set::add(each, samples, waiting_[(kSlot + kVectors - v) % kVectors]);
-                    }
-                }
-                addParts<kSlot + 1>(lines, part, parts, tapAt);
+    /// At turn t of a part vector v takes tap t - v, of which there are `own`, at least kVectors.
+    template <class Tap>
+    __attribute__((always_inline)) void addShared(const WeighedLines<Number>& lines, const Number* parts,
+                                                  int32_t own, const Tap& tapAt) {
+        addFirst<0>(lines, parts, tapAt);
+        int32_t turn = kVectors - 1;
+        Vector waiting[kVectors + 0UL]; // tap k at k modulo kVectors
+        for (int k = 0; k < kVectors - 1; ++k) {
+            waiting[k] = tapAt(k);
+        }
+        const Number* part = parts + turn * kWidth;
+        for (; own - turn >= kVectors; turn += kVectors) {
+            addTurns<0>(
+                lines, part, [&](int32_t k) { return tapAt(turn + k); }, waiting);
+            part += kVectors * kWidth;
+        }
+        for (; turn < own; ++turn) {
+            addPart<0, kVectors>(lines, part, turn, tapAt);
+            part += kWidth;
+        }
+        addLast<1>(lines, part, own, tapAt);
+    }
+
+    /// One part, for the vectors from kFirst to before kPast.
+    template <int kFirst, int kPast, class Tap>
+    __attribute__((always_inline)) void addPart(const WeighedLines<Number>& lines, const Number* part,
+                                                int32_t turn, const Tap& tapAt) {
+        for (int c = 0; c < kChannels; ++c) {
+            const Vector samples = Set::load(part + c * lines.lineStep);
+            for (int v = kFirst; v < kPast; ++v) {
+                auto& each = sums_[c * kVectors + v];
+                each = Set::add(each, samples, tapAt(turn - v));
             }
         }
     }
 
+    /// The turns at which the vectors begin, one after the other.
+    template <int kTurn, class Tap>
+    __attribute__((always_inline)) void addFirst(const WeighedLines<Number>& lines, const Number* parts,
+                                                 const Tap& tapAt) {
+        if constexpr (kTurn < kVectors - 1) {
+            addPart<0, kTurn + 1>(lines, parts, kTurn, tapAt);
+            addFirst<kTurn + 1>(lines, parts + kWidth, tapAt);
+        }
+    }
+
+    /// And those at which they end.
+    template <int kFirst, class Tap>
+    __attribute__((always_inline)) void addLast(const WeighedLines<Number>& lines, const Number* parts,
+                                                int32_t turn, const Tap& tapAt) {
+        if constexpr (kFirst < kVectors) {
+            addPart<kFirst, kVectors>(lines, parts, turn, tapAt);
+            addLast<kFirst + 1>(lines, parts + kWidth, turn + 1, tapAt);
+        }
+    }
+
+    /// kVectors parts; the first one's turn is kVectors - 1 or some kVectors later.
+    template <int kTurn, class Tap>
+    __attribute__((always_inline)) void addTurns(const WeighedLines<Number>& lines, const Number* parts,
+                                                 const Tap& tapAt, Vector* waiting) {
+        if constexpr (kTurn < kVectors) {
+            constexpr int kNewest = (kTurn + kVectors - 1) % kVectors;
+            waiting[kNewest] = tapAt(kTurn);
+            for (int c = 0; c < kChannels; ++c) {
+                const Vector samples = Set::load(parts + kTurn * kWidth + c * lines.lineStep);
+                for (int v = 0; v < kVectors; ++v) {
+                    auto& each = sums_[c * kVectors + v];
+                    each = Set::add(each, samples, waiting[(kNewest + kVectors - v) % kVectors]);
+                }
+            }
+            addTurns<kTurn + 1>(lines, parts, tapAt, waiting);
+        }
+    }
+
     Vector sums_[kChannels * kVectors + 0UL];
-    Vector waiting_[kVectors + 0UL];
 };
 
 struct PairTaps {

@@ -11,7 +11,7 @@ struct Sse2 {
     // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
     static constexpr int kVectorsOfOne = 8;
     static constexpr int kVectorsOfThree = 4;
-    static constexpr int kSharedByOne = 4;
+    static constexpr int kSharedByOne = 6;
     static constexpr int kSharedByThree = 3;
     using Words = __m128i;
     static constexpr int32_t kWords = 4;
@@ -21,8 +21,13 @@ struct Sse2 {
     }
     static void store(uint32_t* to, Words value) { _mm_storeu_si128(reinterpret_cast<__m128i*>(to), value); }
     static Words add(Words sum, Words pair, Words tap) {
-        return _mm_add_epi32(sum, _mm_madd_epi16(pair, tap));
+        sum = _mm_add_epi32(sum, _mm_madd_epi16(pair, tap));
+        keepInOrder(sum);
+        return sum;
     }
+
+    /// Sums added up in another order would not fit the registers.
+    static void keepInOrder(Words& sum) { asm("" : "+x"(sum)); }
 
     using Doubles = __m128d;
     static constexpr int32_t kDoubles = 2;
