@@ -183,6 +183,7 @@ private:
         return plane + kMaxTaps;
     }
 
+    /// Zeros on both sides, as far as windows and the widest vector reach.
     template <class T>
     void pad(T* samples) const {
         std::fill_n(samples - reach_, reach_, T{0});

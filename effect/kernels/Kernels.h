@@ -76,7 +76,7 @@ struct Kernels {
     /// sums[i]: the sum of line[i - k] * taps[k] for k from 1 to `reach`, then of line[i + k] * taps[k] for k from 0 to `reach`,
     /// added in this order. Products must be exact. A line has `reach` entries before the first one.
     void (*weighDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
-    /// The same where they are exact in any order. Numbers in reach of the padding are read and have to be finite.
+    /// The same where they are exact in any order.
     void (*weighExactDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
     /// means[i] = sums[i] * (32768 / weights[i]).
     void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);
