@@ -5,7 +5,8 @@
 #   KOVALUNE_BENCH   the benchmarks, which need all of the command
 #   KOVALUNE_RIVALS  one more benchmark, beside OpenCV, which nothing else needs
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
-#   KOVALUNE_TEST_LONG  what takes too long for every change: with the address sanitizer the tests of the command too
+#   KOVALUNE_TEST_LONG  what takes too long for every change: with the address sanitizer the tests of the command
+#                    too, for 64-bit Windows those that are much the same on 32-bit Windows
 if(NOT WIN32)
   option(KOVALUNE_CLI "Build the command" ON)
 elseif(KOVALUNE_CLI)
@@ -14,7 +15,7 @@ endif()
 option(KOVALUNE_TIFF "Read and write TIFF files" ON)
 option(KOVALUNE_EXR "Read and write OpenEXR files" ON)
 option(KOVALUNE_BENCH "Build the benchmarks" OFF)
-option(KOVALUNE_TEST_LONG "With the address sanitizer, test the command too" OFF)
+option(KOVALUNE_TEST_LONG "Test what takes too long for every change too" OFF)
 option(KOVALUNE_RIVALS "With the benchmarks, one beside OpenCV" OFF)
 
 # Stops where the user asked for `what` and the options that it needs are off.

@@ -1,6 +1,6 @@
 # How test programs are run by CTest.
 #
-#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE] [JAPANESE] [SETS PLAIN|ALL] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
+#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE] [WINE32] [JAPANESE] [SETS PLAIN|ALL] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
 #
 # A program's tests share a few processes, PROGRAM.1 to PROGRAM.4, since starting one for each test takes longer than most of
 # them, above all under a sanitizer. What each test did is in results/PROGRAM.N.xml of the build folder.
@@ -9,6 +9,7 @@
 #   SLOW   the label "slow" beside that of the room
 #   WINE   says something of Windows: the target wine_tests builds it for Windows, and the presets win32 and win64 run it. No
 #          more programs than these are built there: each costs time
+#   WINE32 as WINE, but of 64-bit Windows with KOVALUNE_TEST_LONG alone: what a width changes is tested without Wine
 #   SETS   runs once more, as PROGRAM.SET.N, with the plain kernels, or with those of each instruction set that this machine has
 #          beside the one in use; under the address sanitizer and Wine with the plain ones alone. To the thread sanitizer all
 #          sets are alike
@@ -20,7 +21,7 @@ include(GoogleTest)
 set(KOVALUNE_TEST_PROCESSES 4 CACHE STRING "The processes that a test program's tests are dealt out to")
 
 function(kovalune_add_tests program)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;JAPANESE" "TIMEOUT;SETS" "ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;WINE32;JAPANESE" "TIMEOUT;SETS" "ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kovalune_add_tests(${program}) does not know ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -29,6 +30,9 @@ function(kovalune_add_tests program)
   set(labels ${room})
   if(arg_SLOW)
     list(APPEND labels slow)
+  endif()
+  if(arg_WINE32 AND (CMAKE_SIZEOF_VOID_P EQUAL 4 OR KOVALUNE_TEST_LONG))
+    set(arg_WINE TRUE)
   endif()
   if(WIN32 AND arg_WINE)
     list(APPEND labels wine)

@@ -1,6 +1,6 @@
-# Where CMAKE_UNITY_BUILD is on, as in the presets of the sanitizers and of Windows, several files of a target are compiled as
-# one: most of a test file's time is that of its headers, and those builds ask what a program does, not what a file includes,
-# which the others do. What ships is compiled file by file everywhere.
+# Where CMAKE_UNITY_BUILD is on, as in the presets of the sanitizers and of Windows and for all tests but those of daily work,
+# several files of a target are compiled as one: most of a test file's time is that of its headers, and those builds ask what a
+# program does, not what a file includes, which the others do. What ships is compiled file by file everywhere.
 if(WIN32)
   set_target_properties(kovalune_effect Kovalune PROPERTIES UNITY_BUILD OFF)
 endif()
@@ -29,6 +29,8 @@ kovalune_compile_alone(kovalune_render render/SelectionNotes.cpp)
 kovalune_compile_alone(kovalune_cli_parts cli/files/ColorsPicture.cpp)
 kovalune_compile_alone(kovalune_test_support tests/reference/PlainBoundaryBlur.cpp tests/support/PlainPicture.cpp)
 kovalune_compile_alone(platform_tests tests/platform/ProfileFileReadTest.cpp)
+# GCC warns of a copy in it that cannot be.
+kovalune_compile_alone(params_tests tests/params/posix/DefaultsStoreTest.cpp)
 kovalune_compile_alone(smoothing_tests tests/smoothing/NubTest.cpp tests/smoothing/PatternsTest.cpp)
 kovalune_compile_alone(frame_tests
   tests/frame/FirstCallTest.cpp

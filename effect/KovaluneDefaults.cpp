@@ -44,6 +44,7 @@ DefaultsResult rememberDefaults(const std::string& path, std::span<const PF_Para
     }
     std::vector<PF_ParamDef> copies(params.begin(), params.end());
     std::vector<PF_ParamDef*> array;
+    array.reserve(copies.size());
     for (PF_ParamDef& def : copies) {
         array.push_back(&def);
     }

@@ -49,6 +49,7 @@ private:
 
 int printPlainly(A_char* buffer, const A_char* format, std::va_list arguments) {
     [[maybe_unused]] const PlainLocaleScope locale;
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller's is begun
     return std::vsprintf(buffer, format, arguments);
 }
 

@@ -24,10 +24,10 @@ public:
 
     /// Whether `called` is to come, whose text takes time to make.
     virtual bool logsCalls() const { return false; }
-    virtual void called(const char* /*call*/, std::string /*arguments*/) {}
+    virtual void called(const char* /*call*/, const std::string& /*arguments*/) {}
 
     /// The effect did what the interface does not allow.
-    virtual void misused(std::string /*text*/) {}
+    virtual void misused(const std::string& /*text*/) {}
 
     /// A parameter was checked in that was not checked out, after a call of the operation had been refused.
     virtual void strayCheckin() {}

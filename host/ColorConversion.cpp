@@ -1,6 +1,7 @@
 #include "host/ColorConversion.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kovalune::host {
 
@@ -10,7 +11,7 @@ constexpr double kFixedOne = 65536.0;
 constexpr PF_Fixed kFullTurn = 360 * 65536;
 
 PF_Fixed roundedFixed(double steps) {
-    return static_cast<PF_Fixed>(steps + 0.5);
+    return static_cast<PF_Fixed>(std::floor(steps + 0.5));
 }
 
 } // namespace

@@ -138,20 +138,20 @@ struct SuiteEntry {
 };
 
 const SuiteEntry* findSuite(std::string_view name, int32_t version) {
-    constexpr int32_t fillMatte = kPFFillMatteSuiteVersions[0];
-    constexpr int32_t handles = kPFHandleSuiteVersions[0];
-    constexpr int32_t paramUtils = kPFParamUtilsSuiteVersions[0];
+    constexpr int32_t kFillMatte = kPFFillMatteSuiteVersions[0];
+    constexpr int32_t kHandles = kPFHandleSuiteVersions[0];
+    constexpr int32_t kParamUtils = kPFParamUtilsSuiteVersions[0];
     static const std::array<SuiteEntry, 10> entries{{
         {kPFWorldSuite, 1, &worldSuite1(), true},
         {kPFWorldSuite, 2, &worldSuite2(), true},
         {kPFWorldTransformSuite, 1, &worldTransformSuite1(), true},
-        {kPFFillMatteSuite, 1, &fillMatteSuite1(), fillMatte == 1},
-        {kPFFillMatteSuite, 2, &fillMatteSuite2(), fillMatte == 2},
-        {kPFHandleSuite, 1, &handleSuite1(), handles == 1},
-        {kPFHandleSuite, 2, &handleSuite1(), handles == 2},
-        {kPFParamUtilsSuite, 1, &paramUtilsSuite1(), paramUtils == 1},
-        {kPFParamUtilsSuite, 2, &paramUtilsSuite1(), paramUtils == 2},
-        {kPFParamUtilsSuite, 3, &paramUtilsSuite3(), paramUtils == 3},
+        {kPFFillMatteSuite, 1, &fillMatteSuite1(), kFillMatte == 1},
+        {kPFFillMatteSuite, 2, &fillMatteSuite2(), kFillMatte == 2},
+        {kPFHandleSuite, 1, &handleSuite1(), kHandles == 1},
+        {kPFHandleSuite, 2, &handleSuite1(), kHandles == 2},
+        {kPFParamUtilsSuite, 1, &paramUtilsSuite1(), kParamUtils == 1},
+        {kPFParamUtilsSuite, 2, &paramUtilsSuite1(), kParamUtils == 2},
+        {kPFParamUtilsSuite, 3, &paramUtilsSuite3(), kParamUtils == 3},
     }};
     const auto found = std::find_if(entries.begin(), entries.end(), [&](const SuiteEntry& entry) {
         return entry.name == name && entry.version == version;

@@ -54,6 +54,7 @@ auto* pixelsOf(SomeImage& image, A_long y) {
 /// Of floats too, where NaN is the same as itself and 0 is not -0.
 template <class Sample>
 bool sameBits(Sample a, Sample b) {
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits are meant
     return std::memcmp(&a, &b, sizeof a) == 0;
 }
 

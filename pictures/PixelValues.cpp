@@ -51,10 +51,10 @@ const char* depthText(SampleType type) {
 } // namespace
 
 std::span<const char* const> channelNames(Channels channels) {
-    static constexpr std::array<const char*, 2> grey = {"grey", "alpha"};
-    static constexpr std::array<const char*, 4> rgb = {"red", "green", "blue", "alpha"};
+    static constexpr std::array<const char*, 2> kGrey = {"grey", "alpha"};
+    static constexpr std::array<const char*, 4> kRgb = {"red", "green", "blue", "alpha"};
     const std::span<const char* const> all =
-        isGrey(channels) ? std::span<const char* const>(grey) : std::span<const char* const>(rgb);
+        isGrey(channels) ? std::span<const char* const>(kGrey) : std::span<const char* const>(kRgb);
     return all.first(channelCount(channels));
 }
 

@@ -36,7 +36,7 @@ std::string drawable(std::string_view text) {
 
 /// In dots.
 std::vector<Corner> cornersOf(std::string letters) {
-    constexpr std::size_t kMostCornersALetter = 4 * 32;
+    constexpr std::size_t kMostCornersALetter = 128;
     std::vector<Corner> corners(letters.size() * kMostCornersALetter);
     const int count = stb_easy_font_print(0.0F, 0.0F, letters.data(), nullptr, corners.data(),
                                           static_cast<int>(corners.size() * sizeof(Corner)));

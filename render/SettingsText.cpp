@@ -207,9 +207,12 @@ std::string linesOf(const host::Session& session, int index) {
     }
     const std::vector<std::string> texts = valueTexts(session, index, value);
     for (const std::string& text : texts) {
-        const std::string line = label + '=' + text;
+        std::string line = label;
+        line += '=';
+        line += text;
         if (readsBack(session, line, index, value)) {
-            return line + '\n' + alphaLine;
+            line += '\n';
+            return line + alphaLine;
         }
     }
     return std::string(1, kSaysNothing) + ' ' + text::printable(label + '=' + texts.front()) + '\n';

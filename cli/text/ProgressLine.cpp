@@ -3,6 +3,7 @@
 #include "text/NumberText.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 #include <sys/ioctl.h>
 #include <unistd.h>
@@ -23,7 +24,7 @@ std::size_t columns() {
 /// "4 s", "3:05 min", "1:00 h"
 std::string durationText(double seconds) {
     constexpr double kLongest = 360000.0;
-    const auto whole = static_cast<int64_t>(std::clamp(seconds, 0.0, kLongest) + 0.5);
+    const auto whole = static_cast<int64_t>(std::lround(std::clamp(seconds, 0.0, kLongest)));
     if (whole < 60) {
         return std::to_string(whole) + " s";
     }

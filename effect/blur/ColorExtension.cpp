@@ -40,9 +40,9 @@ public:
 
     uint8_t* limit(int32_t column) const { return tile_.line<uint8_t>(0, column); }
     uint8_t* seed(int32_t column) const { return tile_.line<uint8_t>(kColumns, column); }
-    uint16_t* distances(int32_t column) const { return tile_.line<uint16_t>(kColumns * 2, column); }
+    uint16_t* distances(int32_t column) const { return tile_.line<uint16_t>(kBytesBeforeDistances, column); }
     /// A position for each row, of a spread's origin or of the nearest entry.
-    int32_t* positions(int32_t column) const { return tile_.line<int32_t>(kColumns * 4, column); }
+    int32_t* positions(int32_t column) const { return tile_.line<int32_t>(kBytesBeforePositions, column); }
 
     NearestEntry* nearest() const { return tile_.line<NearestEntry>(kBytesBeforeSearch, 0); }
     PassedEntries passed() const {
@@ -65,6 +65,8 @@ public:
     }
 
 private:
+    static constexpr std::size_t kBytesBeforeDistances = std::size_t{kColumns} * 2;
+    static constexpr std::size_t kBytesBeforePositions = std::size_t{kColumns} * 4;
     static constexpr std::size_t kBytesBeforeSearch = std::size_t{kColumns} * 8;
     static constexpr std::size_t kBytesBeforeActive =
         kBytesBeforeSearch + sizeof(NearestEntry) + sizeof(PassedEntries::Entry);

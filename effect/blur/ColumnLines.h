@@ -91,7 +91,7 @@ private:
     /// fall on one set of a cache.
     template <class T>
     static std::size_t stepOf(int32_t height) {
-        const auto rows = static_cast<std::size_t>((height + kRows - 1) / kRows * kRows);
+        const auto rows = (static_cast<std::size_t>(height) + kRows - 1) / kRows * kRows;
         const std::size_t cacheLines = (rows * sizeof(T) + 63) / 64;
         return (cacheLines | 1) * 64 / sizeof(T);
     }

@@ -41,9 +41,9 @@ void BaseParam::beginDefinition(PF_InData* inData, PF_ParamType type) {
 }
 
 PF_Err BaseParam::addDefinition(PF_InData* inData, int32_t id) {
-    constexpr A_long append = -1;
+    constexpr A_long kAppend = -1;
     def.uu.id = id;
-    return inData->inter.add_param(inData->effect_ref, append, &def);
+    return inData->inter.add_param(inData->effect_ref, kAppend, &def);
 }
 
 } // namespace kovalune

@@ -65,13 +65,13 @@ private:
 
     /// A Process group's check box is the group's master switch.
     void groupSwitch(int32_t group) {
-        constexpr int32_t offsets[] = {3,  4,  5,  7,  8,  6,  9,  10, 11, 12,
-                                       13, 14, 15, 16, 17, 18, 19, 20, 21, 22};
-        int32_t indices[std::size(offsets)];
-        for (std::size_t i = 0; i < std::size(offsets); ++i) {
-            indices[i] = indexOf(group + offsets[i]);
+        constexpr int32_t kOffsets[] = {3,  4,  5,  7,  8,  6,  9,  10, 11, 12,
+                                        13, 14, 15, 16, 17, 18, 19, 20, 21, 22};
+        int32_t indices[std::size(kOffsets)];
+        for (std::size_t i = 0; i < std::size(kOffsets); ++i) {
+            indices[i] = indexOf(group + kOffsets[i]);
         }
-        setEnabled(on(group + 2), indices, static_cast<int>(std::size(offsets)));
+        setEnabled(on(group + 2), indices, static_cast<int>(std::size(kOffsets)));
     }
 
     /// A stage can keep only what an earlier one has made.

@@ -109,7 +109,7 @@ bool writeProfileString(const char* section, const char* key, const char* value,
 class CriticalSection {
 public:
     CriticalSection();
-    ~CriticalSection();
+    ~CriticalSection(); // NOLINT(performance-trivially-destructible): that of Windows has work to do
     CriticalSection(const CriticalSection&) = delete;
     CriticalSection& operator=(const CriticalSection&) = delete;
 

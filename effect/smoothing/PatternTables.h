@@ -32,7 +32,7 @@ struct ShoulderPair {
 };
 
 /// The tables, apart for the sake of the letters that they are written in.
-namespace patternTables {
+namespace pattern_tables {
 
 inline constexpr uint8_t R = EDGE_RIGHT;
 inline constexpr uint8_t D = EDGE_DOWN;
@@ -112,6 +112,6 @@ inline constexpr ShoulderPair kHorizontalShoulders[] = {
     {{{0, 0, R, 0}, {0, 1, R, 0}, {1, 0, 0, D}}, {{1, 0, 0, 0, 0, -1, U}, {1, 1, 0, 1, 0, 1, F}}},
 };
 
-} // namespace patternTables
+} // namespace pattern_tables
 
 } // namespace kovalune

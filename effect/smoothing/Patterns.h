@@ -57,15 +57,15 @@ void mend(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
 
 template <class Context>
 void mendRightStep(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
-    mend<patternTables::kMendRightStep>(c, f, x, y);
+    mend<pattern_tables::kMendRightStep>(c, f, x, y);
 }
 template <class Context>
 void mendDownStep(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
-    mend<patternTables::kMendDownStep>(c, f, x, y);
+    mend<pattern_tables::kMendDownStep>(c, f, x, y);
 }
 template <class Context>
 void mendDownRightStep(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
-    mend<patternTables::kMendDownRightStep>(c, f, x, y);
+    mend<pattern_tables::kMendDownRightStep>(c, f, x, y);
 }
 
 /// A vertical step that has neither run nor diagonal still exchanges a little colour, on the sides without a ramp.
@@ -117,9 +117,9 @@ void restore(const Context& c, const RestorePattern& p, int32_t x, int32_t y) {
 }
 
 inline bool mayRestore(const FlagWindow& f) {
-    return f.lacks(0, 0, EDGE_RIGHT) ? mayHold<patternTables::kRestoreHorizontalStep>(f)
-                                     : mayHold<patternTables::kRestoreFarFromBorder>(f) ||
-                                           mayHold<patternTables::kRestoreVerticalStep>(f);
+    return f.lacks(0, 0, EDGE_RIGHT) ? mayHold<pattern_tables::kRestoreHorizontalStep>(f)
+                                     : mayHold<pattern_tables::kRestoreFarFromBorder>(f) ||
+                                           mayHold<pattern_tables::kRestoreVerticalStep>(f);
 }
 
 /// At most one pattern acts.
@@ -127,13 +127,13 @@ template <class Context>
 void restoreSharpPixel(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
     const RestorePattern* p = nullptr;
     if (f.lacks(0, 0, EDGE_RIGHT)) {
-        p = firstThatHolds<patternTables::kRestoreHorizontalStep>(c, f, x, y);
+        p = firstThatHolds<pattern_tables::kRestoreHorizontalStep>(c, f, x, y);
     } else {
         if (x < c.width() - 3 && y > 2) {
-            p = firstThatHolds<patternTables::kRestoreFarFromBorder>(c, f, x, y);
+            p = firstThatHolds<pattern_tables::kRestoreFarFromBorder>(c, f, x, y);
         }
         if (p == nullptr) {
-            p = firstThatHolds<patternTables::kRestoreVerticalStep>(c, f, x, y);
+            p = firstThatHolds<pattern_tables::kRestoreVerticalStep>(c, f, x, y);
         }
     }
     if (p != nullptr) {
@@ -165,11 +165,11 @@ void blendShoulders(const Context& c, const FlagWindow& f, int32_t x, int32_t y)
 
 template <class Context>
 void blendVerticalShoulders(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
-    blendShoulders<patternTables::kVerticalShoulders>(c, f, x, y);
+    blendShoulders<pattern_tables::kVerticalShoulders>(c, f, x, y);
 }
 template <class Context>
 void blendHorizontalShoulders(const Context& c, const FlagWindow& f, int32_t x, int32_t y) {
-    blendShoulders<patternTables::kHorizontalShoulders>(c, f, x, y);
+    blendShoulders<pattern_tables::kHorizontalShoulders>(c, f, x, y);
 }
 
 } // namespace kovalune

@@ -19,7 +19,7 @@ inline bool mayGoOut(const SideBeginnings& side, const FlagWindow& f) {
     return whichHold(side.run, f) != 0 || side.taper.holdsIn(f);
 }
 
-namespace runBeginnings {
+namespace run_beginnings {
 
 /// Told for rows.
 struct BeginningCells {
@@ -68,6 +68,6 @@ inline constexpr SideBeginnings kRight = sideOf<false>(kForward);
 inline constexpr SideBeginnings kUp = sideOf<true>(kBackward);
 inline constexpr SideBeginnings kDown = sideOf<true>(kForward);
 
-} // namespace runBeginnings
+} // namespace run_beginnings
 
 } // namespace kovalune

@@ -35,22 +35,22 @@ inline bool isCrossed(const FlagWindow& f) {
 
 inline uint32_t workOfVerticalStep(const FlagWindow& f) {
     uint32_t work = 0;
-    work |= mayGoOut(runBeginnings::kLeft, f) ? kWorkLeft : 0;
-    work |= mayGoOut(runBeginnings::kRight, f) ? kWorkRight : 0;
+    work |= mayGoOut(run_beginnings::kLeft, f) ? kWorkLeft : 0;
+    work |= mayGoOut(run_beginnings::kRight, f) ? kWorkRight : 0;
     work |= mayTraceVertically(f) ? kWorkVerticalDiagonals : 0;
     work |= !isCrossed(f) ? kWorkFringe : 0;
-    work |= mayHold<patternTables::kMendRightStep>(f) ? kWorkMendRight : 0;
-    work |= mayHold<patternTables::kVerticalShoulders>(f) ? kWorkVerticalShoulders : 0;
+    work |= mayHold<pattern_tables::kMendRightStep>(f) ? kWorkMendRight : 0;
+    work |= mayHold<pattern_tables::kVerticalShoulders>(f) ? kWorkVerticalShoulders : 0;
     return work;
 }
 
 inline uint32_t workOfHorizontalStep(const FlagWindow& f) {
     uint32_t work = 0;
-    work |= mayGoOut(runBeginnings::kUp, f) ? kWorkUp : 0;
-    work |= mayGoOut(runBeginnings::kDown, f) ? kWorkDown : 0;
+    work |= mayGoOut(run_beginnings::kUp, f) ? kWorkUp : 0;
+    work |= mayGoOut(run_beginnings::kDown, f) ? kWorkDown : 0;
     work |= mayTraceHorizontally(f) ? kWorkHorizontalDiagonals : 0;
-    work |= mayHold<patternTables::kMendDownStep>(f) ? kWorkMendDown : 0;
-    work |= mayHold<patternTables::kHorizontalShoulders>(f) ? kWorkHorizontalShoulders : 0;
+    work |= mayHold<pattern_tables::kMendDownStep>(f) ? kWorkMendDown : 0;
+    work |= mayHold<pattern_tables::kHorizontalShoulders>(f) ? kWorkHorizontalShoulders : 0;
     return work;
 }
 
@@ -61,7 +61,7 @@ inline uint32_t workIn(const FlagWindow& f) {
     uint32_t work = isNub(f) || mayRestore(f) ? kWorkNubOrRestore : 0;
     work |= verticalStep ? workOfVerticalStep(f) : 0;
     work |= horizontalStep ? workOfHorizontalStep(f) : 0;
-    if (verticalStep && horizontalStep && mayHold<patternTables::kMendDownRightStep>(f)) {
+    if (verticalStep && horizontalStep && mayHold<pattern_tables::kMendDownRightStep>(f)) {
         work |= kWorkMendDownRight;
     }
     return work;

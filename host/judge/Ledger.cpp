@@ -8,14 +8,14 @@ std::unique_ptr<Operation> Ledger::beginOperation(ProgressFunction onProgress) {
     return std::make_unique<JudgedOperation>(options_, faults_.take(), std::move(onProgress), &faults_);
 }
 
-void Ledger::called(const char* call, std::string arguments) {
+void Ledger::called(const char* call, const std::string& arguments) {
     const std::lock_guard lock(mutex_);
-    calls_.push_back({call, std::move(arguments)});
+    calls_.push_back({call, arguments});
 }
 
-void Ledger::misused(std::string text) {
+void Ledger::misused(const std::string& text) {
     const std::lock_guard lock(mutex_);
-    report_.misuse.push_back(std::move(text));
+    report_.misuse.push_back(text);
 }
 
 void Ledger::strayCheckin() {

@@ -20,8 +20,8 @@ public:
 
     std::unique_ptr<Operation> beginOperation(ProgressFunction onProgress) override;
     bool logsCalls() const override { return options_.recordCalls; }
-    void called(const char* call, std::string arguments) override;
-    void misused(std::string text) override;
+    void called(const char* call, const std::string& arguments) override;
+    void misused(const std::string& text) override;
     void strayCheckin() override;
     void paramsLeftOut(int open, int refused) override;
     void layersLeftOut(int open, int refused) override;

@@ -78,6 +78,7 @@ Chosen chosenOf(const std::vector<ExrPart>& parts, const std::string& name) {
             failReading(name, "it holds deep data, which are not read");
         }
         std::vector<std::string> names;
+        names.reserve(parts.size());
         for (const ExrPart& part : parts) {
             names.push_back(channelNames(part));
         }

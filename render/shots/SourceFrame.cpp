@@ -8,8 +8,6 @@ namespace kovalune::shots {
 
 namespace {
 
-using pictures::Picture;
-
 PF_PixelFormat formatFor(pictures::SampleType type, const FrameForm& form) {
     return form.depth ? render::formatOfDepth(*form.depth) : pictures::workingFormat(type);
 }

@@ -63,8 +63,8 @@ private:
             shuffledOptions(random.between(1, 8), random.between(1, 3), random.next());
         options.recordCalls = true;
         options.rowPadding = 4 * random.below(6);
-        options.onProgress = [this](int current, int /*total*/) {
-            percents_.push_back(current);
+        options.onProgress = [this](int percent, int /*total*/) {
+            percents_.push_back(percent);
             return true;
         };
         return options;

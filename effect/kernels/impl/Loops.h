@@ -8,7 +8,7 @@ namespace kovalune {
 namespace {
 
 // White's two nearest powers of two bound what `pairUp` can hold: a number less kPairBias is a signed 16-bit number.
-constexpr uint32_t kPairLimit = 49151;
+inline constexpr uint32_t kPairLimit = 49151;
 
 inline uint64_t pixel16At(const void* pixels, int32_t i) {
     uint64_t pixel;
@@ -20,8 +20,8 @@ inline uint64_t wholeIf(uint8_t mask) {
     return mask != 0 ? ~uint64_t{0} : uint64_t{0};
 }
 
-bool splitColors16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict red,
-                   uint32_t* __restrict green, uint32_t* __restrict blue) {
+inline bool splitColors16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict red,
+                          uint32_t* __restrict green, uint32_t* __restrict blue) {
     uint32_t above = 0;
     for (int32_t i = 0; i < count; ++i) {
         const uint64_t pixel = pixel16At(pixels, i) & wholeIf(mask[i]);
@@ -36,7 +36,7 @@ bool splitColors16(const void* pixels, const uint8_t* mask, int32_t count, uint3
     return above > 0xFFFF;
 }
 
-bool splitAlpha16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict alpha) {
+inline bool splitAlpha16(const void* pixels, const uint8_t* mask, int32_t count, uint32_t* __restrict alpha) {
     uint32_t above = 0;
     for (int32_t i = 0; i < count; ++i) {
         const uint64_t pixel = pixel16At(pixels, i) & wholeIf(mask[i]);
@@ -47,25 +47,25 @@ bool splitAlpha16(const void* pixels, const uint8_t* mask, int32_t count, uint32
     return above > 0xFFFF;
 }
 
-void splitMask(const uint8_t* mask, int32_t count, uint32_t* __restrict counted) {
+inline void splitMask(const uint8_t* mask, int32_t count, uint32_t* __restrict counted) {
     for (int32_t i = 0; i < count; ++i) {
         counted[i] = mask[i] != 0 ? 1 : 0;
     }
 }
 
-void pairUp(uint32_t* numbers, uint32_t bias, int32_t count) {
+inline void pairUp(uint32_t* numbers, uint32_t bias, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         numbers[i] = ((numbers[i] - bias) & 0xFFFF) | ((numbers[i + 1] - bias) << 16);
     }
 }
 
-void addScaled(const uint32_t* table, uint32_t factor, uint32_t* __restrict sums, int32_t count) {
+inline void addScaled(const uint32_t* table, uint32_t factor, uint32_t* __restrict sums, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         sums[i] += factor * table[i];
     }
 }
 
-void addScaledDoubles(const double* table, double factor, double* __restrict sums, int32_t count) {
+inline void addScaledDoubles(const double* table, double factor, double* __restrict sums, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         sums[i] += factor * table[i];
     }
@@ -84,21 +84,23 @@ inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
         static_cast<int32_t>((static_cast<double>(static_cast<int32_t>(sum)) + 0.5) * reciprocal));
 }
 
-void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __restrict means, int32_t count) {
+inline void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __restrict means,
+                        int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         const uint32_t weight = atLeastOne(weights[i]);
         means[i] = quotient(sums[i] + (weight >> 1), weight);
     }
 }
 
-void wholeMeans16(const uint32_t* sums, uint32_t* __restrict means, int32_t count) {
+inline void wholeMeans16(const uint32_t* sums, uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         means[i] = (sums[i] + 16384) >> 15;
     }
 }
 
-void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
-                  const uint32_t* weights, uint32_t tailWeight, uint32_t* __restrict means, int32_t count) {
+inline void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t* sums,
+                         const uint32_t* weights, uint32_t tailWeight, uint32_t* __restrict means,
+                         int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         // Without weight the sum is 0, and so is its quotient by 1.
         const uint32_t box = quotient(boxes[i], atLeastOne(counts[i])) * tailWeight;
@@ -107,7 +109,8 @@ void mixedMeans16(const uint32_t* boxes, const uint32_t* counts, const uint32_t*
     }
 }
 
-void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* __restrict means, int32_t count) {
+inline void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* __restrict means,
+                        int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         const int32_t sum = static_cast<int32_t>(sums[i] + (counts[i] >> 1));
         const double exact =
@@ -116,8 +119,8 @@ void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* __restr
     }
 }
 
-void mergeColors16(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
-                   int32_t count) {
+inline void mergeColors16(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
+                          int32_t count) {
     auto* const bytes = static_cast<uint8_t*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
         uint64_t pixel = pixel16At(pixels, i) & 0xFFFF;
@@ -166,8 +169,8 @@ struct Sizes {
     }
 };
 
-bool splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
-                   double* __restrict green, double* __restrict blue) {
+inline bool splitColors32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict red,
+                          double* __restrict green, double* __restrict blue) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
     Sizes sizes;
     for (int32_t i = 0; i < count; ++i) {
@@ -184,7 +187,7 @@ bool splitColors32(const void* pixels, const uint8_t* mask, int32_t count, doubl
     return sizes.sumsAreExact();
 }
 
-bool splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
+inline bool splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double* __restrict alpha) {
     const auto* const from = static_cast<const FloatPixel*>(pixels);
     Sizes sizes;
     for (int32_t i = 0; i < count; ++i) {
@@ -195,21 +198,21 @@ bool splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count, double
     return sizes.sumsAreExact();
 }
 
-void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict means, int32_t count) {
+inline void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         means[i] =
             static_cast<float>(sums[i] * (32768.0 / static_cast<double>(static_cast<int32_t>(weights[i]))));
     }
 }
 
-void wholeMeans32(const double* sums, float* __restrict means, int32_t count) {
+inline void wholeMeans32(const double* sums, float* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         means[i] = static_cast<float>(sums[i]);
     }
 }
 
-void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sums, const uint32_t* weights,
-                  double tailShare, float* __restrict means, int32_t count) {
+inline void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sums,
+                         const uint32_t* weights, double tailShare, float* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         const double box = boxes[i] / static_cast<double>(static_cast<int32_t>(counts[i])) * tailShare;
         const double weight = static_cast<double>(static_cast<int32_t>(weights[i]));
@@ -218,13 +221,14 @@ void mixedMeans32(const double* boxes, const uint32_t* counts, const double* sum
     }
 }
 
-void flatMeans32(const double* sums, const uint32_t* counts, float* __restrict means, int32_t count) {
+inline void flatMeans32(const double* sums, const uint32_t* counts, float* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
         means[i] = static_cast<float>(sums[i] / static_cast<double>(static_cast<int32_t>(counts[i])));
     }
 }
 
-void mergeColors32(const float* red, const float* green, const float* blue, void* pixels, int32_t count) {
+inline void mergeColors32(const float* red, const float* green, const float* blue, void* pixels,
+                          int32_t count) {
     // One store a pixel.
     using Whole = float __attribute__((vector_size(16)));
     auto* const to = static_cast<FloatPixel*>(pixels);

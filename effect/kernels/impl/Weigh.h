@@ -159,7 +159,7 @@ private:
         }
     }
 
-    Vector sums_[kChannels * kVectors + 0UL];
+    Vector sums_[kChannels * 1UL * kVectors];
 };
 
 struct PairTaps {
@@ -171,7 +171,7 @@ struct PairTaps {
 template <class Set, int kChannels, int kVectors>
 inline void weighBlock(const WeighedLines<uint32_t>& lines, int32_t i, const PairTaps& with) {
     SumBlock<Set, uint32_t, kChannels, kVectors> sums(with.start);
-    const auto tapAt = [&](int32_t k) { return Set::fill(pairOf(with.taps + 2 * k)); };
+    const auto tapAt = [&](int32_t k) { return Set::fill(pairOf(with.taps + static_cast<intptr_t>(k) * 2)); };
     if constexpr (Set::kWords > 1) {
         sums.template addTaps<2>(lines, lines.line + i, with.tapPairs, tapAt);
     } else {

@@ -46,6 +46,7 @@ intptr_t answer(Window window, uint32_t message, uintptr_t word, intptr_t longWo
     namespace platform = kovalune::platform;
     if (message == platform::kMessageInitDialog) {
         // The object that doModal asked with.
+        // NOLINTNEXTLINE(performance-no-int-to-ptr): a message has no other room for it
         store(window, reinterpret_cast<DialogBase*>(longWord));
     }
     DialogBase* const dialog = find(window);

@@ -31,12 +31,12 @@ const char* errorName(PF_Err code) {
         "PF_Err_INTERNAL_STRUCT_DAMAGED",   "PF_Err_INVALID_INDEX",      "PF_Err_UNRECOGNIZED_PARAM_TYPE",
         "PF_Err_INVALID_CALLBACK",          "PF_Err_BAD_CALLBACK_PARAM", "PF_Interrupt_CANCEL",
         "PF_Err_CANNOT_PARSE_KEYFRAME_TEXT"};
-    constexpr PF_Err firstHigh = PF_Err_INTERNAL_STRUCT_DAMAGED;
+    constexpr PF_Err kFirstHigh = PF_Err_INTERNAL_STRUCT_DAMAGED;
     if (code >= 0 && code < static_cast<PF_Err>(kLow.size())) {
         return kLow[static_cast<std::size_t>(code)];
     }
-    if (code >= firstHigh && code < firstHigh + static_cast<PF_Err>(kHigh.size())) {
-        return kHigh[static_cast<std::size_t>(code - firstHigh)];
+    if (code >= kFirstHigh && code < kFirstHigh + static_cast<PF_Err>(kHigh.size())) {
+        return kHigh[static_cast<std::size_t>(code - kFirstHigh)];
     }
     return "unknown";
 }
