@@ -11,8 +11,8 @@
 #          more programs than these are built there: each costs time
 #   WINE32 as WINE, but of 64-bit Windows with KOVALUNE_TEST_LONG alone: what a width changes is tested without Wine
 #   SETS   runs once more, as PROGRAM.SET.N, with the plain kernels, or with those of each instruction set that this machine has
-#          beside the one in use; under the address sanitizer and Wine with the plain ones alone. To the thread sanitizer all
-#          sets are alike
+#          beside the one in use; under the address sanitizer and Wine with the plain ones alone, of slow programs for 64-bit
+#          Windows with KOVALUNE_TEST_LONG alone. To the thread sanitizer all sets are alike
 #   JAPANESE   under Wine, on a Japanese system: with names in code page 932, of which a byte may look like '\'
 #
 # Every test bears the name of its room, a folder of tests/, as a label.
@@ -31,7 +31,11 @@ function(kovalune_add_tests program)
   if(arg_SLOW)
     list(APPEND labels slow)
   endif()
-  if(arg_WINE32 AND (CMAKE_SIZEOF_VOID_P EQUAL 4 OR KOVALUNE_TEST_LONG))
+  set(for_long FALSE)
+  if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 8 AND NOT KOVALUNE_TEST_LONG)
+    set(for_long TRUE)
+  endif()
+  if(arg_WINE32 AND NOT for_long)
     set(arg_WINE TRUE)
   endif()
   if(WIN32 AND arg_WINE)
@@ -69,7 +73,7 @@ function(kovalune_add_tests program)
   set(sets)
   if(arg_SETS)
     target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/ChosenSet.cpp)
-    if(NOT KOVALUNE_SANITIZE STREQUAL "thread")
+    if(NOT KOVALUNE_SANITIZE STREQUAL "thread" AND NOT (for_long AND arg_SLOW))
       set(sets plain)
     endif()
     if(arg_SETS STREQUAL "ALL" AND NOT WIN32 AND NOT KOVALUNE_SANITIZE)

@@ -19,6 +19,7 @@ std::string formatPiece(const char* format, va_list arguments) KOVALUNE_PRINTF_L
 
 std::string formatPiece(const char* format, va_list arguments) {
     std::array<char, kPieceBytes> piece{};
+    // NOLINTNEXTLINE(clang-analyzer-valist.Uninitialized): the caller's is begun
     std::vsnprintf(piece.data(), piece.size(), format, arguments);
     return piece.data();
 }
