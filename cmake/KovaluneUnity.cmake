@@ -1,10 +1,5 @@
-# Where CMAKE_UNITY_BUILD is on, as in the presets of the sanitizers and of Windows and for all tests but those of daily work,
-# several files of a target are compiled as one: most of a test file's time is that of its headers, and those builds ask what a
-# program does, not what a file includes, which the others do. What ships is compiled file by file everywhere.
-if(WIN32)
-  set_target_properties(kovalune_effect Kovalune PROPERTIES UNITY_BUILD OFF)
-endif()
-
+# Where CMAKE_UNITY_BUILD is on, as in all presets but those of daily work and clang-tidy, several files of a target are compiled
+# as one: most of a file's time is that of its headers. What a file includes by itself is looked at in those two.
 # kovalune_compile_alone(TARGET FILE...): each as a file of its own all the same.
 function(kovalune_compile_alone target)
   if(TARGET ${target})

@@ -87,7 +87,8 @@ private:
     void writeNotes(const Picture& picture) {
         for (const PictureNote& note : picture.notes) {
             png_byte name[5] = {};
-            std::copy_n(note.name.begin(), std::min(note.name.size(), sizeof name - 1), name);
+            // NOLINTNEXTLINE(bugprone-not-null-terminated-result): the array ends in zeros
+            std::memcpy(name, note.name.data(), std::min(note.name.size(), sizeof name - 1));
             png_write_chunk(png_, name, note.bytes.data(), note.bytes.size());
         }
     }

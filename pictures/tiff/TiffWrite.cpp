@@ -37,7 +37,8 @@ void setCompression(TIFF* tiff, const Picture& picture) {
         tag = kUsualTiffCompression;
     }
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
-    if (tiffCompression(tag)->hasPredictor) {
+    const auto* const compression = tiffCompression(tag);
+    if (compression != nullptr && compression->hasPredictor) {
         TIFFSetField(tiff, TIFFTAG_PREDICTOR,
                      isFloat(picture.sampleType) ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
     }

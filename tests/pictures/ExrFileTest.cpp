@@ -3,6 +3,7 @@
 #include "tests/pictures/DamagedBytes.h"
 #include "tests/pictures/ExrMaker.h"
 #include "tests/pictures/Pictures.h"
+#include "tests/support/Effort.h"
 #include "text/Failure.h"
 
 #include <ImfChannelList.h>
@@ -302,10 +303,11 @@ TEST(ExrSize, OfTilesIsCheckedToo) {
 TEST(ExrSize, MayBeHeldByFewBytesOfFlatColour) {
     for (int compression = 0; compression < Imf::NUM_COMPRESSION_METHODS; ++compression) {
         for (const Imf::PixelType type : {Imf::HALF, Imf::FLOAT}) {
-            ExrSheet sheet = sheetOf(1500, 300);
+            constexpr int kHeight = cases(300);
+            ExrSheet sheet = sheetOf(1500, kHeight);
             sheet.compression = static_cast<Imf::Compression>(compression);
             for (const char* const name : {"R", "G", "B", "A"}) {
-                sheet.layers.push_back({name, type, std::vector<uint32_t>(1500 * 300, 0)});
+                sheet.layers.push_back({name, type, std::vector<uint32_t>(std::size_t{1500} * kHeight, 0)});
             }
             const Picture picture = decode(exrOf(sheet));
             EXPECT_EQ(picture.samples.size(), picture.byteCount());

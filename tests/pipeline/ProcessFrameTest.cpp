@@ -1,6 +1,7 @@
 // Whole frames with Process stages against the plain twin: pictures, progress and the calls made of the host.
 #include "tests/pipeline/IterateWatch.h"
 #include "tests/pipeline/ProcessScene.h"
+#include "tests/support/Effort.h"
 
 #include <gtest/gtest.h>
 #include <optional>
@@ -78,15 +79,15 @@ private:
 TEST_P(ProcessFrame, IsLikeThePlainOne) {
     Random random(201);
     Seen seen;
-    for (int round = 0; round < 600 && !HasFailure(); ++round) {
+    for (int round = 0; round < cases(600) && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         Round(GetParam(), random).run(seen);
     }
     for (const int32_t view : kViews) {
-        EXPECT_GT(seen.views[view], 40) << "view " << view;
+        EXPECT_GT(seen.views[view], cases(40)) << "view " << view;
     }
-    EXPECT_GT(seen.changed, 400);
-    EXPECT_GT(seen.smaller, 100);
+    EXPECT_GT(seen.changed, cases(400));
+    EXPECT_GT(seen.smaller, cases(100));
 }
 
 TEST_P(ProcessFrame, IsTheSameForEveryDivisionOfTheWork) {

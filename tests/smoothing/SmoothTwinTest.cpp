@@ -3,6 +3,7 @@
 
 #include "tests/reference/PlainSmooth.h"
 #include "tests/smoothing/SmoothScenes.h"
+#include "tests/support/Effort.h"
 #include "tests/support/TestWorld.h"
 
 #include <gtest/gtest.h>
@@ -141,8 +142,8 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(SmoothTwin, AgreesWhileEveryPatternComesUp) {
     Random random(101);
-    compareRandom(1000, 64, random);
-    compareRandom(1500, 12, random);
+    compareRandom(cases(1000), 64, random);
+    compareRandom(cases(1500), 12, random);
     for (const std::string_view pattern : kPatterns) {
         EXPECT_GT(counts_[pattern], 0) << pattern;
     }
@@ -154,7 +155,7 @@ TEST_P(SmoothTwin, AgreesWhileEveryPatternComesUp) {
 
 TEST_P(SmoothTwin, AgreesOnPicturesOfOneRowOrColumn) {
     Random random(102);
-    for (int n = 0; n < 400 && !HasFailure(); ++n) {
+    for (int n = 0; n < cases(400) && !HasFailure(); ++n) {
         const int32_t length = random.between(1, 40);
         const bool row = random.chance(50);
         compare(randomSmoothScene(format(), mode(), row ? length : random.between(1, 2),
