@@ -24,6 +24,10 @@ void runSmooth(const SmoothArguments& arguments);
 /// Transparent pixels have a line of their own at the end. The picture that the arguments name is written first.
 std::string colorsText(const ColorsArguments& arguments);
 
+/// `kovalune suggest`: settings for the pairs of colours that look like light and shadow, into a file. False where there is no
+/// pair: nothing is written then. Prints the pairs.
+bool runSuggest(const SuggestArguments& arguments);
+
 /// `kovalune pick`: one pixel of a picture, as the file holds it and as the effect sees it. Lines of a title and a value.
 /// Hue, lightness and saturation are those by which the effect matches colours: of the colour in 8 bits.
 std::string pickText(const PickArguments& arguments);

@@ -32,6 +32,8 @@ ExitCode run(const Arguments& arguments) {
         printOut(infoText(*info));
     } else if (const auto* colors = std::get_if<ColorsArguments>(&arguments)) {
         printOut(colorsText(*colors));
+    } else if (const auto* suggest = std::get_if<SuggestArguments>(&arguments)) {
+        return runSuggest(*suggest) ? ExitCode::kSuccess : ExitCode::kDifferent;
     } else if (const auto* pick = std::get_if<PickArguments>(&arguments)) {
         printOut(pickText(*pick));
     } else if (const auto* compare = std::get_if<CompareArguments>(&arguments)) {

@@ -57,6 +57,12 @@ bool sameValue(double a, double whiteA, double b, double whiteB) {
     return a * whiteB == b * whiteA;
 }
 
+/// Of 255. For whole numbers the products are exact as long as the tolerance has few digits.
+bool isBeyond(double tolerance, double a, double whiteA, double b, double whiteB) {
+    constexpr double kOf = 255.0;
+    return !(std::abs(a * whiteB - b * whiteA) * kOf <= tolerance * whiteA * whiteB);
+}
+
 /// NaN outweighs every number.
 void keepLarger(double& largest, double other) {
     if (std::isnan(other) || other > largest) {
@@ -66,9 +72,9 @@ void keepLarger(double& largest, double other) {
 
 class Comparing {
 public:
-    Comparing(const Picture& a, const Picture& b)
-        : a_(a), b_(b), channels_(comparedChannels(a.channels, b.channels)), whiteA_(whiteOf(a.sampleType)),
-          whiteB_(whiteOf(b.sampleType)) {
+    Comparing(const Picture& a, const Picture& b, double tolerance)
+        : a_(a), b_(b), tolerance_(tolerance), channels_(comparedChannels(a.channels, b.channels)),
+          whiteA_(whiteOf(a.sampleType)), whiteB_(whiteOf(b.sampleType)) {
         for (const ComparedChannel& channel : channels_) {
             result_.largest.push_back({channel.name, 0.0, 0.0});
         }
@@ -79,6 +85,7 @@ public:
 
     bool lookAt(std::size_t pixel) {
         bool differs = false;
+        bool beyond = false;
         for (std::size_t i = 0; i < channels_.size(); ++i) {
             const double a = valueAt(a_, pixel, channels_[i].inA);
             const double b = valueAt(b_, pixel, channels_[i].inB);
@@ -86,13 +93,15 @@ public:
                 continue;
             }
             differs = true;
+            beyond = beyond || isBeyond(tolerance_, a, whiteA_, b, whiteB_);
             keepLarger(result_.largest[i].units, std::abs(a - b));
             keepLarger(result_.largest[i].fraction, std::abs(a / whiteA_ - b / whiteB_));
         }
-        if (differs && result_.pixels++ == 0) {
+        if (beyond && result_.pixels++ == 0) {
             result_.first = pixel;
         }
-        return differs;
+        result_.within += differs && !beyond ? 1 : 0;
+        return beyond;
     }
 
     PictureDifference result() const { return result_; }
@@ -100,6 +109,7 @@ public:
 private:
     const Picture& a_;
     const Picture& b_;
+    double tolerance_;
     std::vector<ComparedChannel> channels_;
     double whiteA_;
     double whiteB_;
@@ -109,8 +119,8 @@ private:
 } // namespace
 
 PictureDifference differenceOf(const Picture& a, const Picture& b,
-                               const std::function<void(std::size_t pixel)>& differing) {
-    Comparing comparing(a, b);
+                               const std::function<void(std::size_t pixel)>& differing, double tolerance) {
+    Comparing comparing(a, b, tolerance);
     const std::size_t rowBytes = a.rowBytes();
     for (std::size_t y = 0; y < a.height; ++y) {
         const std::size_t start = y * rowBytes;

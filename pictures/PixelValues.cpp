@@ -22,6 +22,16 @@ std::string floatText(float value, uint32_t bits, int digits) {
     return "nan(0x" + text + ")";
 }
 
+} // namespace
+
+std::span<const char* const> channelNames(Channels channels) {
+    static constexpr std::array<const char*, 2> kGrey = {"grey", "alpha"};
+    static constexpr std::array<const char*, 4> kRgb = {"red", "green", "blue", "alpha"};
+    const std::span<const char* const> all =
+        isGrey(channels) ? std::span<const char* const>(kGrey) : std::span<const char* const>(kRgb);
+    return all.first(channelCount(channels));
+}
+
 const char* channelsText(Channels channels) {
     switch (channels) {
     case Channels::kGrey:
@@ -46,16 +56,6 @@ const char* depthText(SampleType type) {
     default:
         return "float of 32 bits";
     }
-}
-
-} // namespace
-
-std::span<const char* const> channelNames(Channels channels) {
-    static constexpr std::array<const char*, 2> kGrey = {"grey", "alpha"};
-    static constexpr std::array<const char*, 4> kRgb = {"red", "green", "blue", "alpha"};
-    const std::span<const char* const> all =
-        isGrey(channels) ? std::span<const char* const>(kGrey) : std::span<const char* const>(kRgb);
-    return all.first(channelCount(channels));
 }
 
 double whiteOf(SampleType type) {

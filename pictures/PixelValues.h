@@ -15,6 +15,12 @@ namespace kovalune::pictures {
 /// In the order of the samples: "grey" or "red", "green", "blue", then "alpha".
 std::span<const char* const> channelNames(Channels channels);
 
+/// "grey", "grey and alpha", "RGB", "RGBA"
+const char* channelsText(Channels channels);
+
+/// "8 bits", "16 bits", "float of 16 bits", "float of 32 bits"
+const char* depthText(SampleType type);
+
 /// 255, 65535 or 1.
 double whiteOf(SampleType type);
 

@@ -63,6 +63,10 @@ struct SheetArguments {
     std::string input;
     std::string output;
     bool force = false;
+    std::vector<std::string> views; ///< by their names, in order; none: all
+    int columns = 0;                ///< of the sheet; 0: as many as are usual
+    std::optional<double> scale;    ///< of the views, above 0 to 1; not with `width`
+    int width = 0;                  ///< that the sheet has at most, in pixels; 0: what is usual
 };
 
 /// The boundary smoothing alone.
@@ -94,6 +98,7 @@ struct DefaultsArguments {
 
 struct InfoArguments {
     std::optional<std::string> plugin;
+    bool json = false;
 };
 
 struct ColorsArguments {
@@ -102,13 +107,29 @@ struct ColorsArguments {
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
     int most = 32; ///< colours listed; 0: all
+    bool where = false;
+    bool json = false;
     pictures::EncodeOptions encoding;
+};
+
+/// Settings proposed for a picture.
+struct SuggestArguments {
+    std::string input;
+    std::string output;
+    bool force = false;
+    std::optional<pictures::AlphaKind> alphaKind;
+};
+
+/// Counted from 0,0 at the left top.
+struct PickedPoint {
+    uint32_t x = 0;
+    uint32_t y = 0;
 };
 
 struct PickArguments {
     std::string input;
-    uint32_t x = 0;
-    uint32_t y = 0;
+    std::vector<PickedPoint> points; ///< at least one
+    bool json = false;
     std::optional<pictures::AlphaKind> alphaKind;
 };
 
@@ -116,6 +137,8 @@ struct CompareArguments {
     std::string first;
     std::string second;
     std::optional<std::string> diff; ///< a picture of the differences
+    double tolerance = 0.0;          ///< of 255; samples that are no farther apart do not differ
+    bool json = false;
     bool force = false;
     pictures::EncodeOptions encoding;
 };
@@ -125,9 +148,9 @@ struct ShownText {
     std::string text;
 };
 
-using Arguments =
-    std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments, DefaultsArguments,
-                 InfoArguments, ColorsArguments, PickArguments, CompareArguments, ShownText>;
+using Arguments = std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments,
+                               DefaultsArguments, InfoArguments, ColorsArguments, SuggestArguments,
+                               PickArguments, CompareArguments, ShownText>;
 
 /// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
 /// of parameters are looked at later.

@@ -10,6 +10,7 @@ void addRender(CommandSyntax& command, RenderArguments& arguments);
 void addSheet(CommandSyntax& command, SheetArguments& arguments);
 void addSmooth(CommandSyntax& command, SmoothArguments& arguments);
 void addColors(CommandSyntax& command, ColorsArguments& arguments);
+void addSuggest(CommandSyntax& command, SuggestArguments& arguments);
 void addPick(CommandSyntax& command, PickArguments& arguments);
 void addCompare(CommandSyntax& command, CompareArguments& arguments);
 void addParams(CommandSyntax& command, ParamsArguments& arguments);

@@ -42,6 +42,7 @@ void checkTogether(const DefaultsArguments& arguments) {
 
 void addInfo(CommandSyntax& command, InfoArguments& arguments) {
     command.describe("Tell what the effect says of itself and what this build runs on");
+    command.addFlag("--json", arguments.json, "As JSON, for programs");
     addPlugin(command, arguments.plugin);
     command.addFooter(example("info"));
 }

@@ -7,6 +7,7 @@
 #include "text/MessageText.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace kovalune::cli {
 
@@ -29,6 +30,11 @@ std::string example(const std::string& line, const std::string& more) {
 
 void refuse(const std::string& name, const std::string& takes, const std::string& text) {
     throw UsageMistake(name + " takes " + takes + ", not " + text::inQuotes(text));
+}
+
+bool readDecimal(std::string_view text, double& value) {
+    const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
+    return end.ec == std::errc() && end.ptr == text.data() + text.size() && std::isfinite(value);
 }
 
 OptionSyntax addWhole(CommandSyntax& command, const std::string& name, int& value, int lowest, int highest,

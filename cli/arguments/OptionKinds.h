@@ -29,6 +29,9 @@ bool readWhole(std::string_view text, Number& value) {
     return end.ec == std::errc() && end.ptr == text.data() + text.size();
 }
 
+/// The same of a decimal number with or without a point, whatever the locale; no "inf" and no "nan".
+bool readDecimal(std::string_view text, double& value);
+
 OptionSyntax addWhole(CommandSyntax& command, const std::string& name, int& value, int lowest, int highest,
                       const std::string& what);
 

@@ -82,6 +82,16 @@ OptionSyntax CommandSyntax::addTaker(const std::string& names, const TextTaker& 
     return OptionSyntax(command_->add_option_function<std::string>(names, taken, what));
 }
 
+OptionSyntax CommandSyntax::addTakers(const std::string& names, const TextTaker& take,
+                                      const std::string& what) {
+    const auto taken = [take](const std::vector<std::string>& texts) {
+        for (const std::string& text : texts) {
+            takeOrComplain(take, text);
+        }
+    };
+    return OptionSyntax(command_->add_option_function<std::vector<std::string>>(names, taken, what));
+}
+
 std::string CommandSyntax::name() const {
     return command_->get_name();
 }

@@ -57,6 +57,8 @@ public:
     OptionSyntax addTexts(const std::string& names, std::vector<std::string>& values,
                           const std::string& what);
     OptionSyntax addTaker(const std::string& names, const TextTaker& take, const std::string& what);
+    /// The same for a place of several words, each of which is taken.
+    OptionSyntax addTakers(const std::string& names, const TextTaker& take, const std::string& what);
 
     std::string name() const;
     bool isUsed() const;

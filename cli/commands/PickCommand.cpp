@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/text/PickedText.h"
 #include "effect/Kovalune.h"
 #include "host/ColorConversion.h"
 #include "pictures/PictureConversion.h"
@@ -8,34 +9,24 @@
 #include "pictures/PixelValues.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
-#include "text/NumberText.h"
 
-#include <array>
-#include <type_traits>
+#include <vector>
 
 namespace kovalune::cli {
 
 namespace {
 
-using Bytes = std::array<uint8_t, 3>;
-
-/// One pixel as the effect sees it: its values, the nearest colour in 8 bits, and the one in 8 bits that the
-/// effect matches by, which wraps around where a float is outside 0 to 1.
-struct EffectPixel {
-    std::string values;
-    Bytes nearest;
-    Bytes matched;
-};
-
-void checkPlace(const PickArguments& arguments, const pictures::Picture& picture) {
-    if (arguments.x < picture.width && arguments.y < picture.height) {
-        return;
+void checkPlaces(const PickArguments& arguments, const pictures::Picture& picture) {
+    for (const PickedPoint& point : arguments.points) {
+        if (point.x < picture.width && point.y < picture.height) {
+            continue;
+        }
+        throw text::Failure(text::FailureKind::kUsage,
+                            text::inQuotes(arguments.input) + " has no pixel " + std::to_string(point.x) +
+                                ',' + std::to_string(point.y) + ": X is 0 to " +
+                                std::to_string(picture.width - 1) + ", Y is 0 to " +
+                                std::to_string(picture.height - 1));
     }
-    throw text::Failure(text::FailureKind::kUsage, text::inQuotes(arguments.input) + " has no pixel " +
-                                                       std::to_string(arguments.x) + ',' +
-                                                       std::to_string(arguments.y) + ": X is 0 to " +
-                                                       std::to_string(picture.width - 1) + ", Y is 0 to " +
-                                                       std::to_string(picture.height - 1));
 }
 
 pictures::Picture cutOut(const pictures::Picture& picture, std::size_t pixel) {
@@ -63,20 +54,12 @@ uint8_t nearestOf(float value) {
     return pictures::rescaled<pictures::FloatScale, pictures::FileScale8>(value);
 }
 
-template <class Channel>
-std::string valueOf(Channel value) {
-    if constexpr (std::is_floating_point_v<Channel>) {
-        return text::shortestText(value);
-    } else {
-        return std::to_string(value);
-    }
-}
-
 template <class Pixel>
-EffectPixel effectPixel(const host::Image& image, const char* white) {
+EffectPixel effectPixel(const host::Image& image, double white) {
     const Pixel& pixel = image.at<Pixel>(0, 0);
-    return {"red " + valueOf(pixel.red) + ", green " + valueOf(pixel.green) + ", blue " +
-                valueOf(pixel.blue) + ", alpha " + valueOf(pixel.alpha) + " (white is " + white + ")",
+    return {{static_cast<float>(pixel.red), static_cast<float>(pixel.green), static_cast<float>(pixel.blue),
+             static_cast<float>(pixel.alpha)},
+            white,
             {nearestOf(pixel.red), nearestOf(pixel.green), nearestOf(pixel.blue)},
             {matchedLevel(pixel.red), matchedLevel(pixel.green), matchedLevel(pixel.blue)}};
 }
@@ -84,23 +67,27 @@ EffectPixel effectPixel(const host::Image& image, const char* white) {
 EffectPixel effectPixel(const host::Image& image) {
     switch (image.format()) {
     case PF_PixelFormat_ARGB32:
-        return effectPixel<PF_Pixel>(image, "255");
+        return effectPixel<PF_Pixel>(image, 255.0);
     case PF_PixelFormat_ARGB64:
-        return effectPixel<PF_Pixel16>(image, "32768");
+        return effectPixel<PF_Pixel16>(image, 32768.0);
     default:
-        return effectPixel<PF_PixelFloat>(image, "1");
+        return effectPixel<PF_PixelFloat>(image, 1.0);
     }
 }
 
-std::string hlsText(const Bytes& rgb) {
+PickedPixel pickedPixel(const pictures::Picture& picture, const PickedPoint& point) {
+    PickedPixel picked;
+    picked.point = point;
+    picked.file = cutOut(picture, std::size_t{point.y} * picture.width + point.x);
+    picked.effect = effectPixel(pictures::imageOf(picked.file, pictures::workingFormat(picture.sampleType)));
+    const EffectPixel::Bytes& rgb = picked.effect.matched;
     PF_Fixed hls[3] = {};
     host::rgbToHls(PF_Pixel{255, rgb[0], rgb[1], rgb[2]}, hls);
-    const auto number = [](PF_Fixed fixed, double factor) {
-        return text::fixedText(fixed * factor / 65536.0, 2);
-    };
-    return "Hue         " + number(hls[0], 1.0) + " degrees\n" + //
-           "Lightness   " + number(hls[1], 100.0) + " %\n" +     //
-           "Saturation  " + number(hls[2], 100.0) + " %\n";
+    constexpr double kOne = 65536.0;
+    picked.hue = hls[0] / kOne;
+    picked.lightness = hls[1] * 100.0 / kOne;
+    picked.saturation = hls[2] * 100.0 / kOne;
+    return picked;
 }
 
 std::string textOf(const PickArguments& arguments) {
@@ -108,18 +95,12 @@ std::string textOf(const PickArguments& arguments) {
     if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
     }
-    checkPlace(arguments, picture);
-    const std::size_t place = std::size_t{arguments.y} * picture.width + arguments.x;
-    const pictures::Picture cut = cutOut(picture, place);
-    const EffectPixel pixel = effectPixel(pictures::imageOf(cut, pictures::workingFormat(cut.sampleType)));
-    std::string text = "Pixel       " + std::to_string(arguments.x) + ',' + std::to_string(arguments.y) +
-                       "\nPicture     " + pictures::formText(picture) + "\nFile        " +
-                       pictures::pixelText(cut, 0) + "\nEffect      " + pixel.values + "\nColour      " +
-                       pictures::hexText(pixel.nearest) + '\n';
-    if (pixel.matched != pixel.nearest) {
-        text += "Matched as  " + pictures::hexText(pixel.matched) + '\n';
+    checkPlaces(arguments, picture);
+    std::vector<PickedPixel> picked;
+    for (const PickedPoint& point : arguments.points) {
+        picked.push_back(pickedPixel(picture, point));
     }
-    return text + hlsText(pixel.matched);
+    return arguments.json ? pickedJson(picked, picture, arguments.input) : pickedText(picked, picture);
 }
 
 } // namespace

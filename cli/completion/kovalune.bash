@@ -130,8 +130,12 @@ _kovalune_pictures() {
 }
 
 _kovalune_value() {
-    local option=$1 typed=$2
+    local sub=$1 option=$2 typed=$3
     case $option in
+        -o | --output)
+            # Settings are written under any name.
+            if [[ $sub == suggest ]]; then _kovalune_files "$typed"; else _kovalune_pictures "$typed"; fi
+            ;;
         --alpha) _kovalune_offer "$typed" <<<$'straight\npremultiplied' ;;
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
         --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
@@ -141,7 +145,7 @@ _kovalune_value() {
             _kovalune_offer "$typed" < <(_kovalune_settings "$typed")
             [[ $typed == *=* ]] || compopt -o nospace 2>/dev/null
             ;;
-        -o | --output | --diff | --flag-map) _kovalune_pictures "$typed" ;;
+        --diff | --flag-map) _kovalune_pictures "$typed" ;;
         --params) _kovalune_files "$typed" ;;
         --plugin) _kovalune_files "$typed" .so ;;
     esac
@@ -166,9 +170,9 @@ _kovalune() {
     elif [[ ! $sub ]]; then
         _kovalune_offer "$typed" < <(_kovalune_names Options)
     elif [[ $before == -* && $before != *=* ]] && _kovalune_takes_value "$sub" "$before"; then
-        _kovalune_value "$before" "$typed"
+        _kovalune_value "$sub" "$before" "$typed"
     elif [[ $typed == --*=* ]]; then
-        _kovalune_value "${typed%%=*}" "${typed#*=}"
+        _kovalune_value "$sub" "${typed%%=*}" "${typed#*=}"
     elif [[ $typed == -* ]]; then
         _kovalune_offer "$typed" < <(_kovalune_names Options "$sub")
     elif [[ $sub == defaults ]]; then

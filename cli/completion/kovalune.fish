@@ -80,8 +80,15 @@ function __kovalune_pictures
 end
 
 function __kovalune_value
-    set -l typed $argv[2]
-    switch $argv[1]
+    set -l typed $argv[3]
+    switch $argv[2]
+        case -o --output
+            # Settings are written under any name.
+            if test $argv[1] = suggest
+                __fish_complete_path $typed
+            else
+                __kovalune_pictures $typed
+            end
         case --alpha
             printf '%s\n' straight premultiplied
         case --depth
@@ -94,7 +101,7 @@ function __kovalune_value
             __kovalune_settings View= | string replace View= ''
         case --set
             __kovalune_settings $typed
-        case -o --output --diff --flag-map
+        case --diff --flag-map
             __kovalune_pictures $typed
         case --params
             __fish_complete_path $typed
@@ -115,10 +122,10 @@ function __kovalune_complete
             __kovalune_offer_help Subcommands
         end
     else if string match -qr '^-[^=]*$' -- $before; and __kovalune_takes_value $sub $before
-        __kovalune_value $before $typed
+        __kovalune_value $sub $before $typed
     else if string match -qr '^--.*=' -- $typed
         set -l option (string replace -r '=.*' '' -- $typed)
-        printf "$option=%s\n" (__kovalune_value $option (string replace -r '^[^=]*=' '' -- $typed))
+        printf "$option=%s\n" (__kovalune_value $sub $option (string replace -r '^[^=]*=' '' -- $typed))
     else if string match -q -- '-*' $typed
         __kovalune_offer_help Options $sub
     else if test $sub = defaults

@@ -65,8 +65,10 @@ _kovalune_pictures() {
 }
 
 _kovalune_value() {
-    local option=$1
+    local sub=$1 option=$2
     case $option in
+        # Settings are written under any name.
+        -o | --output) if [[ $sub == suggest ]]; then _files; else _kovalune_pictures; fi ;;
         --alpha) compadd straight premultiplied ;;
         --depth) compadd 8 16 32 auto ;;
         --png-level) compadd {0..9} ;;
@@ -80,7 +82,7 @@ _kovalune_value() {
             _kovalune_settings "${(Q)PREFIX}"
             if [[ $PREFIX == *=* ]]; then compadd -a reply; else compadd -S '' -a reply; fi
             ;;
-        -o | --output | --diff | --flag-map) _kovalune_pictures ;;
+        --diff | --flag-map) _kovalune_pictures ;;
         --params) _files ;;
         --plugin) _files -g '*.so(-.)' ;;
     esac
@@ -104,11 +106,11 @@ _kovalune() {
     elif [[ -z $sub ]]; then
         _kovalune_offer_help Options
     elif [[ $before == -* && $before != *=* ]] && _kovalune_takes_value "$sub" "$before"; then
-        _kovalune_value "$before"
+        _kovalune_value "$sub" "$before"
     elif [[ $PREFIX == --*=* ]]; then
         local option=${PREFIX%%=*}
         compset -P '*='
-        _kovalune_value "$option"
+        _kovalune_value "$sub" "$option"
     elif [[ $PREFIX == -* ]]; then
         _kovalune_offer_help Options "$sub"
     elif [[ $sub == defaults ]]; then

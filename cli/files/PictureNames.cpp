@@ -110,4 +110,8 @@ void checkParamsName(const std::string& name) {
     checkNoStream(name, "settings are read from a file, not from the standard input");
 }
 
+void checkParamsTarget(const std::string& name) {
+    checkNoStream(name, "settings are written to a file, not to the standard output");
+}
+
 } // namespace kovalune::cli

@@ -18,5 +18,6 @@ void checkReadName(const std::string& name, const std::string& command);
 void checkWriteName(const std::string& name, const std::string& command);
 /// The same of a file of settings that is called "-".
 void checkParamsName(const std::string& name);
+void checkParamsTarget(const std::string& name);
 
 } // namespace kovalune::cli

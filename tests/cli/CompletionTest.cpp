@@ -148,6 +148,8 @@ TEST_F(Completion, OffersFilesByTheirEnds) {
     EXPECT_EQ(offered("kovalune render --set \"Blur Amount=3\" \"絵"), (Words{"絵 1.png"}));
     EXPECT_EQ(offered("kovalune info --plugin "), (Words{"g.so", "sub"}));
     EXPECT_EQ(offered("kovalune render --params f"), (Words{"f.txt"}));
+    EXPECT_EQ(offered("kovalune suggest a.png -o f"), (Words{"f.txt"}));
+    EXPECT_EQ(offered("kovalune suggest "), pictures);
     EXPECT_EQ(offered("kovalune params "), Words{});
 }
 

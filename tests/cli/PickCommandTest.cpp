@@ -74,7 +74,18 @@ TEST_F(PickCommand, WritesFloatsSoThatTheyReadBack) {
     EXPECT_NE(picked({"a.tif", "1,0"}).find("Colour      #FF40FF\nMatched as  #7F4000\n"), std::string::npos);
 }
 
+TEST_F(PickCommand, TellsSeveralPixelsInTheirOrder) {
+    PngPicture png = blankPng(PngColor::kGrey, 8, 2, 1);
+    png.rows = {10, 200};
+    writePng(folder_ / "a.png", png);
+    const std::string both = picked({"a.png", "1,0", "0,0"});
+    EXPECT_EQ(both, picked({"a.png", "1,0"}) + '\n' + picked({"a.png", "0,0"}));
+    EXPECT_EQ(picked({"a.png", "0,0", "--alpha", "straight", "0,0"}),
+              picked({"a.png", "0,0"}) + '\n' + picked({"a.png", "0,0"}));
+}
+
 TEST_F(PickCommand, PlacesOutsideNameTheRange) {
+    expectFailure({"pick", "in.png", "0,0", "12,0"}, 2, {"'in.png'", "12,0"});
     expectFailure({"pick", "in.png", "12,0"}, 2, {"'in.png'", "12,0", "X is 0 to 11", "Y is 0 to 8"});
     expectFailure({"pick", "in.png", "0,9"}, 2, {"0,9", "X is 0 to 11", "Y is 0 to 8"});
 }
@@ -84,6 +95,7 @@ TEST_F(PickCommand, PlacesOfWrongFormAreRefused) {
         expectFailure({"pick", "in.png", place}, 2, {"two whole numbers", place});
     }
     expectFailure({"pick", "in.png"}, 2, {"PIXEL"});
+    expectFailure({"pick", "in.png", "1,1", "1,2,3"}, 2, {"two whole numbers", "'1,2,3'"});
     expectFailure({"pick", "in.png", "1,1", "--alpha", "strait"}, 2, {"strait"});
 }
 

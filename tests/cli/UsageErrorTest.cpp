@@ -36,7 +36,7 @@ TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
     expectFailure({"colors", "a.png", "b.png"}, 2,
                   {"'b.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
     expectFailure({"render", "in.png", "new.png"}, 2, {"'new.png'", "stands behind -o"});
-    expectFailure({"pick", "in.png", "1,1", "b.png"}, 2, {"takes no 'b.png'", "'kovalune pick --help'"});
+    expectFailure({"pick", "in.png", "1,1", "b.png"}, 2, {"PIXEL takes X,Y", "not 'b.png'"});
     expectFailure({"params", "x"}, 2, {"takes no 'x'", "'kovalune params --help'"});
 }
 

@@ -93,6 +93,22 @@ TEST(PictureDifference, KnowsTheFirstPixelAndTheLargestOfAll) {
     EXPECT_EQ(found.largest.at(0).fraction, 9.0 / 255.0 - 4.0 / 255.0);
 }
 
+TEST(PictureDifference, ToleranceIsOf255AndTellsWhatIsWithin) {
+    const auto within = [](const Picture& a, const Picture& b, double tolerance) {
+        return differenceOf(
+            a, b, [](std::size_t) {}, tolerance);
+    };
+    const PictureDifference found = within(bytes({1, 2, 3, 4}), bytes({1, 3, 5, 14}), 2.0);
+    EXPECT_EQ(found.pixels, 1U);
+    EXPECT_EQ(found.within, 2U);
+    EXPECT_EQ(found.first, 3U);
+    EXPECT_EQ(found.largest.at(0).units, 10.0);
+    EXPECT_EQ(within(floats({0.0F}), floats({1.0F}), 255.0).pixels, 0U);
+    EXPECT_EQ(within(floats({0.0F}), floats({std::nextafter(1.0F, 2.0F)}), 255.0).pixels, 1U);
+    EXPECT_EQ(within(floats({std::bit_cast<float>(0x7fc00000U)}), floats({1.0F}), 255.0).pixels, 1U);
+    EXPECT_EQ(within(floats({kInfinity}), floats({-kInfinity}), 255.0).pixels, 1U);
+}
+
 TEST(PixelValues, TextsReadBackAsTheSameSample) {
     const Picture picture =
         floats({0.1F, -0.0F, 1e-45F, 3.4028235e38F, -kInfinity, std::bit_cast<float>(0xffc12345U)});

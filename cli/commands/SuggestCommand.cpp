@@ -1,0 +1,86 @@
+#include "cli/Commands.h"
+
+#include "cli/text/Reporting.h"
+#include "cli/text/StandardOutput.h"
+#include "pictures/PictureFile.h"
+#include "pictures/PictureMemory.h"
+#include "pictures/PixelValues.h"
+#include "render/shots/AtomicFile.h"
+#include "render/shots/Suggestion.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+#include "text/NumberText.h"
+
+#include <span>
+
+namespace kovalune::cli {
+
+namespace {
+
+void checkOutput(const SuggestArguments& arguments) {
+    if (pictures::formatOfName(arguments.output)) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "cannot write " + text::inQuotes(arguments.output) +
+                                ": it is the name of a picture, and what is proposed are settings");
+    }
+    shots::checkWritable(arguments.output, arguments.force);
+    if (shots::nameOneFile(arguments.output, arguments.input)) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "cannot write " + text::inQuotes(arguments.output) + ": it is the picture " +
+                                text::inQuotes(arguments.input) + " of this command");
+    }
+}
+
+shots::Suggestion suggestionFor(const SuggestArguments& arguments) {
+    return pictures::withMemoryFor(arguments.input, [&arguments] {
+        pictures::Picture picture = pictures::readPicture(arguments.input);
+        if (arguments.alphaKind) {
+            picture.alphaKind = *arguments.alphaKind;
+        }
+        shots::SuggestionFigures figures;
+        figures.add(picture, 0);
+        return figures.suggestion(arguments.input);
+    });
+}
+
+/// A line a pair, by pass and stage.
+std::string pairsText(const shots::Suggestion& suggestion) {
+    const auto nameOf = [&suggestion](std::size_t place) {
+        return pictures::hexText(
+            pictures::nearestRgb(suggestion.regions[place].color, pictures::SampleType::kUint8));
+    };
+    std::string text;
+    for (std::size_t pass = 0; pass < suggestion.passes.size(); ++pass) {
+        const std::string where =
+            suggestion.passes.size() > 1 ? "pass " + std::to_string(pass + 1) + ", " : std::string();
+        std::size_t number = 0;
+        for (const shots::SuggestedStage& stage : suggestion.passes[pass].stages) {
+            ++number;
+            for (const pictures::ColorPair& pair : stage.pairs) {
+                text += nameOf(pair.second) + (pair.isHighlight() ? "  highlight on  " : "  shadow of     ") +
+                        nameOf(pair.neighbour) + "  " + where + "Process " + std::to_string(number) +
+                        ", Boundary Blur " + text::shortestText(stage.boundaryBlur) + '\n';
+            }
+        }
+    }
+    return text;
+}
+
+} // namespace
+
+bool runSuggest(const SuggestArguments& arguments) {
+    checkOutput(arguments);
+    const shots::Suggestion suggestion = suggestionFor(arguments);
+    if (suggestion.passes.empty()) {
+        tell("no two colours of " + text::inQuotes(arguments.input) +
+             " look like light and shadow; nothing is written");
+        return false;
+    }
+    const std::string& settings = suggestion.settings;
+    shots::writeAtomically(arguments.output,
+                           std::span(reinterpret_cast<const uint8_t*>(settings.data()), settings.size()));
+    printOut(pairsText(suggestion));
+    return true;
+}
+
+} // namespace kovalune::cli
