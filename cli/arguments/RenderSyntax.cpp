@@ -2,6 +2,10 @@
 
 #include "cli/arguments/CommandSyntaxes.h"
 #include "cli/arguments/OptionKinds.h"
+#include "cli/files/SheetLayout.h"
+#include "text/AsciiText.h"
+
+#include <algorithm>
 
 namespace kovalune::cli {
 
@@ -56,6 +60,40 @@ void addReport(CommandSyntax& command, ReportArguments& report) {
         "Print the pixels that each stage selected and changed; the built-in effect alone counts "
         "them");
     command.addFlag("--json", report.json, "The report as JSON, for programs").needs(table);
+}
+
+/// Names of views have no commas.
+std::vector<std::string> listedNames(const std::string& text) {
+    std::vector<std::string> names;
+    for (std::size_t start = 0; start <= text.size();) {
+        const std::size_t end = std::min(text.find(',', start), text.size());
+        names.emplace_back(text::trimmed(std::string_view(text).substr(start, end - start)));
+        start = end + 1;
+    }
+    return names;
+}
+
+void addSheetForm(CommandSyntax& command, SheetArguments& arguments) {
+    constexpr int kMostColumns = 64;
+    command
+        .addTaker(
+            "--views", [&arguments](const std::string& text) { arguments.views = listedNames(text); },
+            "Draw these views alone, in this order")
+        .shownAs("NAME,NAME");
+    addWhole(command, "--columns", arguments.columns, 1, kMostColumns,
+             "Views beside each other, 1 to " + std::to_string(kMostColumns) +
+                 "; default: 4, or as many as the width holds");
+    const auto setScale = [&arguments](const std::string& text) {
+        double read = 0.0;
+        if (!readDecimal(text, read) || !(read > 0.0 && read <= 1.0)) {
+            refuse("--scale", "a number above 0, at most 1", text);
+        }
+        arguments.scale = read;
+    };
+    command.addTaker("--scale", setScale, "Shrink the views by this factor, above 0 to 1").shownAs("N");
+    addWhole(command, "--width", arguments.width, kNarrowestSheet, kWidestSheet,
+             "Shrink the views until the sheet has so many pixels across; default: " +
+                 std::to_string(kUsualSheetWidth));
 }
 
 void checkCpu(const EffectArguments& effect) {
@@ -115,12 +153,17 @@ void addSheet(CommandSyntax& command, SheetArguments& arguments) {
     addEffect(command, arguments.effect);
     addFrame(command, arguments.frame);
     addReport(command, arguments.report);
+    addSheetForm(command, arguments);
     command.addFooter(example("sheet drawing.png -o views.png --params jacket.txt"));
 }
 
 void checkTogether(const SheetArguments& arguments) {
     checkReport(arguments.report, arguments.effect);
     checkCpu(arguments.effect);
+    if (arguments.scale && arguments.width > 0) {
+        throw UsageMistake(
+            "--scale: is the size of the views and --width that of the sheet; give one of them");
+    }
 }
 
 } // namespace kovalune::cli

@@ -140,7 +140,7 @@ _kovalune_value() {
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
         --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
         --key) _kovalune_offer "$typed" <<<$'remove\nonly' ;;
-        --view) _kovalune_offer "$typed" < <(_kovalune_views) ;;
+        --view | --views) _kovalune_offer "$typed" < <(_kovalune_views) ;;
         --set)
             _kovalune_offer "$typed" < <(_kovalune_settings "$typed")
             [[ $typed == *=* ]] || compopt -o nospace 2>/dev/null

@@ -97,7 +97,7 @@ function __kovalune_value
             seq 0 9
         case --key
             printf '%s\n' remove only
-        case --view
+        case --view --views
             __kovalune_settings View= | string replace View= ''
         case --set
             __kovalune_settings $typed

@@ -73,7 +73,7 @@ _kovalune_value() {
         --depth) compadd 8 16 32 auto ;;
         --png-level) compadd {0..9} ;;
         --key) compadd remove only ;;
-        --view)
+        --view | --views)
             _kovalune_settings View=
             reply=("${reply[@]#View=}")
             compadd -a reply

@@ -12,6 +12,8 @@ TEST_F(InspectMemory, OfAPictureThatDoesNotFitIsAFileError) {
     CommandSetting setting;
     setting.mostMemoryBytes = std::size_t{110} << 20;
     for (const std::vector<std::string>& words : {std::vector<std::string>{"colors", "large.png"},
+                                                  {"colors", "large.png", "--where"},
+                                                  {"suggest", "large.png", "-o", "new.params"},
                                                   {"pick", "large.png", "0,0"},
                                                   {"compare", "in.png", "large.png"},
                                                   {"compare", "large.png", "in.png", "--diff", "old.png"}}) {

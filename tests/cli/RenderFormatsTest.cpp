@@ -118,7 +118,8 @@ TEST_F(RenderFormats, SheetHasTheDepthOfTheFile) {
         EXPECT_EQ(sheet.channels, Channels::kRgb);
     }
     const Picture sheet = readPicture(folder_ / "b.tif");
-    const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
+    // Below a name and a colour.
+    const std::size_t first = (std::size_t{8 + 2 * 14} * sheet.width + 8) * 3;
     EXPECT_EQ(sheet.sample<float>(first), -1.0F);
     EXPECT_EQ(sheet.sample<float>(first + 1), 0.5F);
     EXPECT_EQ(sheet.sample<float>(first + 2), 3.0F);
@@ -130,7 +131,8 @@ TEST_F(RenderFormats, SheetOfHalvesHasHalves) {
     const Picture sheet = readPicture(folder_ / "b.exr");
     EXPECT_EQ(sheet.sampleType, SampleType::kHalf);
     const Picture source = readPicture(folder_ / "a.exr");
-    const std::size_t first = (std::size_t{8 + 14} * sheet.width + 8) * 3;
+    // Below a name and a colour.
+    const std::size_t first = (std::size_t{8 + 2 * 14} * sheet.width + 8) * 3;
     for (std::size_t channel = 0; channel < 3; ++channel) {
         EXPECT_EQ(sheet.sample<uint16_t>(first + channel), source.sample<uint16_t>(channel));
     }

@@ -1,6 +1,7 @@
 // `kovalune sheet`: every view is in it as `kovalune render` draws it, at its place.
 
 #include "cli/files/SheetLayout.h"
+#include "pictures/Canvas.h"
 #include "pictures/TextDrawing.h"
 #include "tests/cli/ErrorCase.h"
 
@@ -15,31 +16,60 @@ using namespace pictures;
 
 namespace {
 
+SheetContent contentOf(std::size_t count, int64_t width, int64_t height) {
+    return {.count = count, .width = width, .height = height, .textWidth = 60};
+}
+
 TEST(SheetLayout, PutsUpToFourInARowWithMarginsAround) {
-    const SheetLayout three = sheetLayout(3, 100, 40, 60, 30000);
+    const SheetLayout three = sheetLayout(contentOf(3, 100, 40), {});
     EXPECT_EQ(three.width(), 8 + 3 * 108);
     EXPECT_EQ(three.height(), 8 + 14 + 40 + 8);
     EXPECT_EQ(three.left(2), 8 + 2 * 108);
     EXPECT_EQ(three.top(2), 8);
-    const SheetLayout seven = sheetLayout(7, 100, 40, 60, 30000);
+    const SheetLayout seven = sheetLayout(contentOf(7, 100, 40), {});
     EXPECT_EQ(seven.width(), 8 + 4 * 108);
     EXPECT_EQ(seven.height(), 8 + 2 * (14 + 40 + 8));
     EXPECT_EQ(seven.left(5), 8 + 108);
     EXPECT_EQ(seven.top(5), 8 + 62);
+    EXPECT_EQ(sheetLayout(contentOf(7, 100, 40), {.columns = 7}).width(), 8 + 7 * 108);
+    EXPECT_EQ(sheetLayout(contentOf(3, 100, 40), {.columns = 7}).columns, 3U);
 }
 
 TEST(SheetLayout, GivesNarrowPicturesTheWidthOfTheText) {
-    const SheetLayout narrow = sheetLayout(7, 7680, 4320, 60, 30000);
-    EXPECT_EQ(narrow.columns, 3U);
-    EXPECT_LE(narrow.width(), 30000);
-    EXPECT_EQ(sheetLayout(2, 1, 1, 60, 30000).width(), 8 + 2 * 68);
+    EXPECT_EQ(sheetLayout(contentOf(2, 1, 1), {}).width(), 8 + 2 * 68);
+}
+
+TEST(SheetLayout, TakesFewerColumnsWhereTheScaleLeavesNoRoom) {
+    const SheetLayout large = sheetLayout(contentOf(7, 7680, 4320), {.scale = 1.0, .mostWidth = 30000});
+    EXPECT_EQ(large.columns, 3U);
+    EXPECT_LE(large.width(), 30000);
+    EXPECT_EQ(large.pictureWidth, 7680);
 }
 
 TEST(SheetLayout, GrowsTextAndMarginsWithThePicture) {
-    const SheetLayout layout = sheetLayout(1, 1920, 1080, 60, 30000);
+    SheetContent content = contentOf(1, 1920, 1080);
+    content.textLines = 3;
+    const SheetLayout layout = sheetLayout(content, {});
     EXPECT_EQ(layout.textScale, 6);
     EXPECT_EQ(layout.margin, 48);
     EXPECT_EQ(layout.lineHeight, 84);
+    EXPECT_EQ(layout.captionHeight, 252);
+}
+
+TEST(SheetLayout, ShrinksPicturesToTheWidthAndEnlargesNone) {
+    for (const int64_t most : {4096, 1000, 400}) {
+        const SheetLayout layout = sheetLayout(contentOf(7, 1920, 1080), {.mostWidth = most});
+        EXPECT_EQ(layout.columns, 4U);
+        EXPECT_LE(layout.width(), most);
+        EXPECT_GT(layout.width(), most - 60);
+        EXPECT_NEAR(static_cast<double>(layout.pictureHeight),
+                    static_cast<double>(layout.pictureWidth) * 9.0 / 16.0, 0.5);
+    }
+    EXPECT_EQ(sheetLayout(contentOf(7, 100, 40), {.mostWidth = 30000}).pictureWidth, 100);
+    const SheetLayout half = sheetLayout(contentOf(2, 101, 41), {.scale = 0.5});
+    EXPECT_EQ(half.pictureWidth, 51);
+    EXPECT_EQ(half.pictureHeight, 21);
+    EXPECT_EQ(sheetLayout(contentOf(2, 101, 41), {.scale = 0.001}).pictureHeight, 1);
 }
 
 class Sheet : public ErrorCase {
@@ -94,11 +124,19 @@ protected:
     }
 
     static SheetLayout layoutOf(const std::vector<std::string>& names, const PngPicture& picture) {
-        int64_t textWidth = 0;
+        return sheetLayout(contentOf(names, picture), {});
+    }
+
+    /// With the factory's settings: a colour in Base, and one in Process 1.
+    static SheetContent contentOf(const std::vector<std::string>& names, const PngPicture& picture) {
+        const std::string caption = "#000000 " + std::to_string(std::size_t{picture.width} * picture.height);
+        SheetContent content{.count = names.size(), .width = picture.width, .height = picture.height};
+        content.textWidth = 14 + textSize(caption, 1).width;
+        content.textLines = 2;
         for (const std::string& name : labels()) {
-            textWidth = std::max(textWidth, textSize(name, 1).width);
+            content.textWidth = std::max(content.textWidth, textSize(name, 1).width);
         }
-        return sheetLayout(names.size(), picture.width, picture.height, textWidth, 30000);
+        return content;
     }
 };
 
@@ -164,8 +202,9 @@ TEST_P(SheetOfDepth, HoldsEveryViewPixelForPixel) {
         for (int64_t y = 0; y < 40; ++y) {
             for (int64_t x = 0; x < 100; ++x) {
                 if (isOpaque(picture, x, y)) {
-                    ASSERT_EQ(colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y),
-                              colorAt(picture, x, y))
+                    ASSERT_EQ(
+                        colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.captionHeight + y),
+                        colorAt(picture, x, y))
                         << names[cell] << " at " << x << ", " << y;
                 }
             }
@@ -187,7 +226,7 @@ TEST_P(SheetOfDepth, LeavesViewsOfStagesThatAreOffEmpty) {
         for (int64_t y = 0; y < 40; ++y) {
             for (int64_t x = 0; x < 100; ++x) {
                 colors.insert(
-                    colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.lineHeight + y));
+                    colorAt(drawn, layout.left(cell) + x, layout.top(cell) + layout.captionHeight + y));
             }
         }
         const auto grey = [byte](int level) {
@@ -209,7 +248,7 @@ TEST_F(Sheet, ShowsTransparentPartsOverAChequeredGround) {
     EXPECT_EQ(drawn.color, PngColor::kRgb);
     const SheetLayout layout = layoutOf(views(), art);
     const int64_t left = layout.left(0);
-    const int64_t top = layout.top(0) + layout.lineHeight;
+    const int64_t top = layout.top(0) + layout.captionHeight;
     std::set<std::vector<uint16_t>> clear;
     std::set<std::vector<uint16_t>> half;
     for (int64_t x = 0; x < 60; ++x) {
@@ -240,6 +279,91 @@ TEST_F(Sheet, HasANameAboveEveryView) {
     EXPECT_EQ(lines.size(), names.size());
 }
 
+TEST_F(Sheet, HasColoursAndCountsBelowTheNames) {
+    writePng(folder_ / "art.png", art(8));
+    const std::vector<std::string> settings = {"--set",           "Color 1=#787878", "--set",
+                                               "Color 1 Range=0", "--set",           "1 : Color=#888888"};
+    const PngPicture drawn = sheet("art.png", settings);
+    const SheetLayout layout = layoutOf(views(), art(8));
+    const auto patch = [&](std::size_t cell) {
+        return colorAt(drawn, layout.left(cell) + 1, layout.top(cell) + layout.lineHeight + 1);
+    };
+    EXPECT_EQ(patch(2), (std::vector<uint16_t>{0x78, 0x78, 0x78}));
+    EXPECT_EQ(patch(3), (std::vector<uint16_t>{0x88, 0x88, 0x88}));
+    EXPECT_EQ(patch(0), (std::vector<uint16_t>{96, 96, 96})) << "a view of no stage has no colours";
+    EXPECT_EQ(patch(4), (std::vector<uint16_t>{96, 96, 96})) << "nor has one that is off";
+    Canvas canvas(200, 20, {96, 96, 96});
+    drawText(canvas, 0, 0, "#787878 1200", {240, 240, 240}, 1);
+    for (int64_t y = 0; y < 12; ++y) {
+        for (int64_t x = 0; x < textSize("#787878 1200", 1).width; ++x) {
+            ASSERT_EQ(colorAt(drawn, layout.left(2) + 14 + x, layout.top(2) + layout.lineHeight + y)[0],
+                      canvas.picture().samples[static_cast<std::size_t>(y * 200 + x) * 3])
+                << x << ", " << y;
+        }
+    }
+}
+
+TEST_F(Sheet, DrawsTheViewsThatAreAskedForInTheirOrder) {
+    writePng(folder_ / "art.png", art(8));
+    std::vector<std::string> more = kSettings;
+    more.insert(more.end(), {"--views", "base, Normal"});
+    const PngPicture drawn = sheet("art.png", more);
+    const PngPicture base = view("art.png", "Base", kSettings);
+    const PngPicture normal = view("art.png", "Normal", kSettings);
+    const SheetLayout layout = layoutOf({"Base", "Normal"}, base);
+    ASSERT_EQ(drawn.width, layout.width());
+    EXPECT_EQ(colorAt(drawn, layout.left(0), layout.top(0) + layout.captionHeight), colorAt(base, 0, 0));
+    EXPECT_EQ(colorAt(drawn, layout.left(1) + 99, layout.top(1) + layout.captionHeight + 39),
+              colorAt(normal, 99, 39));
+    const PngPicture column = sheet("art.png", {"--views", "Base,Normal", "--columns", "1"});
+    EXPECT_LT(column.width, drawn.width);
+    EXPECT_GT(column.height, drawn.height);
+    // The notes and the report go by "Normal" all the same.
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    const std::string report =
+        runCommand({"sheet", "art.png", "-o", "x.png", "--views", "Base", "--report"}, setting).out;
+    EXPECT_EQ(report.find("not in this view"), std::string::npos) << report;
+}
+
+TEST_F(Sheet, ShrinksByAreaMeans) {
+    PngPicture lines = blankPng(PngColor::kRgb, 8, 400, 100);
+    for (std::size_t at = 0; at < lines.rows.size(); ++at) {
+        lines.rows[at] = at / 3 % 2 == 0 ? 40 : 200;
+    }
+    writePng(folder_ / "lines.png", lines);
+    for (const std::vector<std::string>& size :
+         {std::vector<std::string>{"--scale", "0.5"}, {"--width", "840", "--columns", "4"}}) {
+        const PngPicture drawn = sheet("lines.png", size);
+        const SheetLayout layout = sheetLayout(contentOf(views(), lines), {.scale = 0.5});
+        ASSERT_EQ(drawn.width, layout.width()) << size[0];
+        const int64_t top = layout.top(0) + layout.captionHeight;
+        EXPECT_EQ(colorAt(drawn, layout.left(0), top), (std::vector<uint16_t>{120, 120, 120}));
+        EXPECT_EQ(colorAt(drawn, layout.left(0) + 199, top + 49), (std::vector<uint16_t>{120, 120, 120}));
+    }
+}
+
+TEST_F(Sheet, RefusesSizesAndViewsThatThereAreNot) {
+    const auto expectRefused = [this](const std::vector<std::string>& options,
+                                      const std::vector<std::string>& named) {
+        std::vector<std::string> words = {"sheet", "in.png", "-o", "old.png"};
+        words.insert(words.end(), options.begin(), options.end());
+        expectFailure(words, 2, named);
+    };
+    expectRefused({"--views", "Bass"}, {"'Bass'", "Normal, Extract, Base"});
+    expectRefused({"--views", "Base,"}, {"''"});
+    expectRefused({"--views", "2"}, {"'(-'"});
+    expectRefused({"--scale", "0"}, {"--scale takes a number above 0, at most 1, not '0'"});
+    expectRefused({"--scale", "1.5"}, {"--scale", "'1.5'"});
+    expectRefused({"--scale", "half"}, {"--scale", "'half'"});
+    expectRefused({"--width", "63"}, {"--width", "64 to 30000"});
+    expectRefused({"--width", "30001"}, {"--width", "64 to 30000"});
+    expectRefused({"--columns", "0"}, {"--columns", "1 to 64"});
+    expectRefused({"--columns", "65"}, {"--columns", "1 to 64"});
+    expectRefused({"--scale", "1", "--width", "100"}, {"--scale", "--width", "one of them"});
+    expectRefused({"--columns", "7", "--width", "100"}, {"--width: 7 views beside each other need"});
+}
+
 TEST_F(Sheet, IsWrittenInTheFormatOfItsName) {
     const PngPicture png = sheet("in.png");
     const CommandOutcome outcome = run({"sheet", "in.png", "-o", "sheet.tga"});
@@ -261,7 +385,8 @@ TEST_F(Sheet, NeedsNoViewOfTheRememberedDefaults) {
 
 TEST_F(Sheet, ThatWouldBeTooLargeIsRefused) {
     writePng(folder_ / "wide.png", randomPng(PngColor::kGrey, 8, 29990, 1, 1));
-    expectFailure({"sheet", "wide.png", "-o", "old.png"}, 3, {"'wide.png'", "30000"});
+    expectFailure({"sheet", "wide.png", "-o", "old.png", "--scale", "1"}, 3, {"'wide.png'", "30000"});
+    EXPECT_LE(sheet("wide.png").width, 4096U);
     writePng(folder_ / "high.png", randomPng(PngColor::kGrey, 8, 1, 30000, 1));
     expectFailure({"sheet", "high.png", "-o", "old.png"}, 3, {"'high.png'", "30000"});
 }
