@@ -105,6 +105,17 @@ ParamStore::ParamStore() {
     tracks_.emplace_back();
 }
 
+ParamStore::ParamStore(const ParamStore& other, const ParamValues& values) {
+    {
+        const std::lock_guard lock(other.mutex_);
+        definitions_ = other.definitions_;
+        tracks_ = other.tracks_;
+    }
+    for (const auto& [index, value] : values) {
+        setValue(index, value);
+    }
+}
+
 const A_char* ParamStore::keepText(const A_char* text) {
     return text == nullptr ? nullptr : texts_.emplace_back(text).c_str();
 }

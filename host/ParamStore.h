@@ -20,6 +20,10 @@ class ParamStore {
 public:
     ParamStore(); ///< holds entry 0, the input layer
 
+    /// The same parameters with `values` in place of its own. The other one must outlive this one, whose texts are the other's.
+    /// Throws HostError as setValue does.
+    ParamStore(const ParamStore& other, const ParamValues& values);
+
     /// The host's add_param: an index of -1 appends, as does the number of entries; others are INVALID_INDEX.
     /// The value starts at the default. Texts behind pointers are copied.
     [[nodiscard]] PF_Err add(PF_ParamIndex index, const PF_ParamDef& def);

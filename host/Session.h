@@ -31,6 +31,9 @@ struct RenderRequest {
     std::optional<PF_Rect> extentHint; ///< Legacy; default: the whole picture
     std::optional<PF_Quality> quality; ///< default: HostOptions::quality
 
+    /// In place of the session's own, for this frame alone: frames at once may have different ones.
+    ParamValues values;
+
     /// How far the frame is, as the effect reports it; false cancels this frame alone. Must bear several threads at once.
     ProgressFunction onProgress;
 };

@@ -233,11 +233,16 @@ RenderResult Session::State::renderLayers(const LayerPicture& input, const Layer
     base.downsampleX = request.downsampleX;
     base.downsampleY = request.downsampleY;
 
+    std::optional<ParamStore> own;
+    if (!request.values.empty()) {
+        own.emplace(params, request.values);
+    }
+    const CommandTarget target{host, module, own ? *own : params};
     const std::unique_ptr<Operation> operation = host.watch.beginOperation(request.onProgress);
     if (request.flow == RenderFlow::kLegacy) {
-        return legacyRender(target(), *operation, base, input, output);
+        return legacyRender(target, *operation, base, input, output);
     }
-    return SmartRender(target(), *operation, base, input, output).run(smartRequest(input.pixels, request));
+    return SmartRender(target, *operation, base, input, output).run(smartRequest(input.pixels, request));
 }
 
 void Session::State::checkRender(A_long width, A_long height, const RenderRequest& request) const {

@@ -71,6 +71,15 @@ void ThreadPool::startWorkers(int wanted) {
     }
 }
 
+/// For helpers, of all callers at once.
+int ThreadPool::openSlots() const {
+    int slots = 0;
+    for (const Job* job = firstJob_; job != nullptr; job = job->nextJob) {
+        slots += job->maxSlots - 1;
+    }
+    return slots;
+}
+
 ThreadPool::Job* ThreadPool::openJob() const {
     Job* job = firstJob_;
     while (job != nullptr && (job->slots >= job->maxSlots || job->next.load() >= job->count)) {
@@ -113,8 +122,8 @@ public:
     OpenJob(ThreadPool& pool, Job& job) : pool_(pool), job_(job) {
         {
             const std::lock_guard lock(pool_.mutex_);
-            pool_.startWorkers(job_.maxSlots - 1);
             job_.nextJob = std::exchange(pool_.firstJob_, &job_);
+            pool_.startWorkers(pool_.openSlots());
             ++pool_.jobsOpened_;
         }
         wakeHelpers();

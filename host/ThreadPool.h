@@ -39,7 +39,7 @@ public:
     ThreadPool& operator=(const ThreadPool&) = delete;
 
     /// Returns when all pieces are done. Threads are started as calls first need them, as many as have a
-    /// piece to take, and kept. What `work` throws on the caller's thread comes out when all helpers have
+    /// piece to take, those of several callers at once together, and kept. What `work` throws on the caller's thread comes out when all helpers have
     /// left; pieces not begun by then are left out.
     void run(int count, int helpers, const Work& work);
 
@@ -49,6 +49,7 @@ private:
     struct Job;
     class OpenJob;
 
+    int openSlots() const;
     Job* openJob() const;
     void workerLoop();
     void startWorkers(int wanted);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effect/Kovalune.h"
+#include "host/ParamValue.h"
 
 #include <array>
 #include <cstdint>
@@ -25,6 +26,7 @@ struct FrameRequest {
     bool legacy = false; ///< by the host's older command, also where the effect knows the newer ones
     /// Called as the frame goes on, on several threads at once; false gives it up.
     std::function<bool(int current, int total)> onProgress;
+    host::ParamValues values;      ///< in place of the session's own, for this frame alone
     FrameReport* counts = nullptr; ///< filled by the built-in effect, if it is not null
 };
 

@@ -39,6 +39,7 @@ host::RenderRequest hostRequest(const host::Session& session, const FrameRequest
     }
     result.downsampleX = scaleOf(request.downsample[0]);
     result.downsampleY = scaleOf(request.downsample[1]);
+    result.values = request.values;
     result.onProgress = request.onProgress;
     return result;
 }

@@ -6,22 +6,23 @@
 #include "host/Session.h"
 #include "render/Settings.h"
 
+#include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace kovalune::render {
 
-/// Sets what the text says. Throws Failure with `name`, that of its file, if it is text in UTF-16, with the line's number
-/// too for an unknown label, a value that the parameter does not take, a carriage return within the line, and a label that
-/// a line before has.
+/// Sets what the text says. Throws Failure as parseSettingsText does, and if it has keys or passes.
 NamedParams applyParamsText(host::Session& session, std::string_view text, const std::string& name);
 
 /// All parameters that can be set, with their values to the last bit, as applyParamsText takes them. What it
 /// could not take, as a label that several parameters have, is a line that says nothing.
 std::string paramsFileText(const host::Session& session);
 
-/// The same for the parameters that `chosen` is true of, by their index.
-std::string paramsFileText(const host::Session& session, const std::function<bool(int index)>& chosen);
+/// The same for the parameters that `chosen` is true of, by their index; with `frame`, as keys for that frame.
+std::string paramsFileText(const host::Session& session, const std::function<bool(int index)>& chosen,
+                           std::optional<int64_t> frame = std::nullopt);
 
 } // namespace kovalune::render

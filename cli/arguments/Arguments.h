@@ -7,6 +7,7 @@
 #include "render/FrameRequest.h"
 #include "render/OpenEffect.h"
 #include "render/shots/FrameForm.h"
+#include "render/shots/SequencePlan.h"
 
 #include <cstdint>
 #include <optional>
@@ -16,16 +17,18 @@
 
 namespace kovalune::cli {
 
-/// Which effect, and what its parameters are set to: first its defaults, then the file, then the settings, then
+/// Which effect, and what its parameters are set to: first its defaults, then the files in order, then the settings, then
 /// the view.
 struct EffectArguments {
     std::optional<std::string> plugin;
     bool factory = false; ///< not the user's remembered defaults
-    int threads = 0;      ///< to render::kMostThreads; 0: what the machine has
+    int threads = 0;      ///< to render::kMostThreads; 0: not said
     std::optional<std::string>
         cpu; ///< the instruction set to work with, one of the machine's; else its widest
-    std::optional<std::string> paramsFile;
-    std::vector<std::string> settings; ///< "LABEL=VALUE", in order
+    std::vector<std::string> paramsFiles;
+    std::vector<std::string> passFiles; ///< each a pass more, named after the file
+    std::vector<std::string> settings;  ///< "LABEL=VALUE", in order
+    std::optional<std::string> until;   ///< the pass that is the last
 };
 
 /// How a frame is made of a picture.
@@ -43,14 +46,24 @@ struct ReportArguments {
     bool json = false; ///< the report's form
 };
 
+/// Which pictures are read and written, and how many at once.
+struct SequenceArguments {
+    std::vector<std::string> inputs;
+    std::string output; ///< a file, a pattern or a folder
+    shots::SequenceOptions options;
+    std::optional<int> jobs; ///< frames at once
+    bool verbose = false;
+};
+
 /// Of every record, `force` lets write-protected files be replaced.
 struct RenderArguments {
     EffectArguments effect;
     FrameArguments frame;
     ReportArguments report;
-    std::string input; ///< both empty: nothing is rendered, the parameters are printed
-    std::string output;
-    bool force = false;
+    SequenceArguments sequence; ///< without inputs and output nothing is rendered, the parameters are printed
+    std::optional<int64_t> valueFrame; ///< whose values a picture without a number gets
+    std::optional<std::string> log;
+    std::optional<std::string> saveParams;
     std::optional<std::string> view;
     bool printParams = false;
     bool time = false;

@@ -7,6 +7,9 @@
 namespace kovalune::cli {
 
 void addRender(CommandSyntax& command, RenderArguments& arguments);
+/// Which pictures a command reads and writes.
+void addSequence(CommandSyntax& command, SequenceArguments& sequence);
+
 void addSheet(CommandSyntax& command, SheetArguments& arguments);
 void addSmooth(CommandSyntax& command, SmoothArguments& arguments);
 void addColors(CommandSyntax& command, ColorsArguments& arguments);

@@ -33,8 +33,8 @@ void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {
 
 void checkTogether(const DefaultsArguments& arguments) {
     const EffectArguments& effect = arguments.effect;
-    const bool hasValues =
-        effect.paramsFile || !effect.settings.empty() || effect.factory || arguments.view.has_value();
+    const bool hasValues = !effect.paramsFiles.empty() || !effect.settings.empty() || effect.factory ||
+                           arguments.view.has_value();
     if (arguments.action != DefaultsAction::kSave && hasValues) {
         throw UsageMistake("only save takes --set, --params, --view and --factory");
     }

@@ -50,6 +50,19 @@ OptionSyntax addWhole(CommandSyntax& command, const std::string& name, int& valu
     return command.addTaker(name, set, what).shownAs("N");
 }
 
+OptionSyntax addFrameNumber(CommandSyntax& command, const std::string& name, std::optional<int64_t>& value,
+                            const std::string& what) {
+    const auto set = [name, &value](const std::string& text) {
+        constexpr int64_t kFurthest = 1000000000000000;
+        int64_t read = 0;
+        if (!readWhole(text, read) || read < -kFurthest || read > kFurthest) {
+            refuse(name, "a frame's number", text);
+        }
+        value = read;
+    };
+    return command.addTaker(name, set, what).shownAs("N");
+}
+
 void checkedAsRead(const CommandSyntax& command, OptionSyntax option) {
     option.checkedBy([name = command.name()](const std::string& text) { checkReadName(text, name); });
 }
@@ -110,8 +123,8 @@ void addSettings(CommandSyntax& command, EffectArguments& effect) {
                   "Set a parameter; may be given again. Colours are #RRGGBB or r,g,b, check boxes on or off")
         .shownAs("LABEL=VALUE");
     command
-        .addText("--params", effect.paramsFile,
-                 "Set the parameters of this file first, one LABEL=VALUE a line; implies --factory")
+        .addTexts("--params", effect.paramsFiles,
+                  "Set the parameters of this file first, one LABEL=VALUE a line; implies --factory")
         .checkedBy(checkParamsName)
         .shownAs("FILE");
     addFactory(command, effect.factory);

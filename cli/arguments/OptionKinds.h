@@ -35,6 +35,10 @@ bool readDecimal(std::string_view text, double& value);
 OptionSyntax addWhole(CommandSyntax& command, const std::string& name, int& value, int lowest, int highest,
                       const std::string& what);
 
+/// A frame's number, below 0 too.
+OptionSyntax addFrameNumber(CommandSyntax& command, const std::string& name, std::optional<int64_t>& value,
+                            const std::string& what);
+
 /// The name of a picture, looked at as it is parsed.
 void checkedAsRead(const CommandSyntax& command, OptionSyntax option);
 void checkedAsWritten(const CommandSyntax& command, OptionSyntax option);

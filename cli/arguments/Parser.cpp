@@ -62,6 +62,12 @@ OptionSyntax CommandSyntax::addFlag(const std::string& names, bool& value, const
     return OptionSyntax(command_->add_flag(names, value, what));
 }
 
+OptionSyntax CommandSyntax::addAction(const std::string& names, const std::function<void()>& act,
+                                      const std::string& what) {
+    const auto acted = [act](int64_t) { takeOrComplain([&act](const std::string&) { act(); }, {}); };
+    return OptionSyntax(command_->add_flag_function(names, acted, what));
+}
+
 OptionSyntax CommandSyntax::addText(const std::string& names, std::string& value, const std::string& what) {
     return OptionSyntax(command_->add_option(names, value, what));
 }
@@ -74,6 +80,11 @@ OptionSyntax CommandSyntax::addText(const std::string& names, std::optional<std:
 OptionSyntax CommandSyntax::addTexts(const std::string& names, std::vector<std::string>& values,
                                      const std::string& what) {
     return OptionSyntax(command_->add_option(names, values, what)->allow_extra_args(false));
+}
+
+OptionSyntax CommandSyntax::addPlaces(const std::string& names, std::vector<std::string>& values,
+                                      const std::string& what) {
+    return OptionSyntax(command_->add_option(names, values, what));
 }
 
 OptionSyntax CommandSyntax::addTaker(const std::string& names, const TextTaker& take,

@@ -50,12 +50,18 @@ public:
     void describe(const std::string& text);
     void addFooter(const std::string& text);
     OptionSyntax addFlag(const std::string& names, bool& value, const std::string& what);
+    /// A flag that does something where it stands; may throw UsageMistake.
+    OptionSyntax addAction(const std::string& names, const std::function<void()>& act,
+                           const std::string& what);
     OptionSyntax addText(const std::string& names, std::string& value, const std::string& what);
     OptionSyntax addText(const std::string& names, std::optional<std::string>& value,
                          const std::string& what);
     /// One that may be given several times, with one value each time.
     OptionSyntax addTexts(const std::string& names, std::vector<std::string>& values,
                           const std::string& what);
+    /// A place for one word or more.
+    OptionSyntax addPlaces(const std::string& names, std::vector<std::string>& values,
+                           const std::string& what);
     OptionSyntax addTaker(const std::string& names, const TextTaker& take, const std::string& what);
     /// The same for a place of several words, each of which is taken.
     OptionSyntax addTakers(const std::string& names, const TextTaker& take, const std::string& what);

@@ -2,6 +2,7 @@
 
 #include "cli/arguments/CommandSyntaxes.h"
 #include "cli/arguments/OptionKinds.h"
+#include "cli/files/PictureNames.h"
 #include "cli/files/SheetLayout.h"
 #include "text/AsciiText.h"
 
@@ -96,6 +97,16 @@ void addSheetForm(CommandSyntax& command, SheetArguments& arguments) {
                  std::to_string(kUsualSheetWidth));
 }
 
+void addPasses(CommandSyntax& command, EffectArguments& effect) {
+    command
+        .addTexts("--pass", effect.passFiles,
+                  "Put the result through the effect once more with the parameters of this file; may be "
+                  "given again")
+        .checkedBy(checkParamsName)
+        .shownAs("FILE");
+    command.addText("--until", effect.until, "Leave out the passes after this one").shownAs("NAME");
+}
+
 void checkCpu(const EffectArguments& effect) {
     if (effect.cpu && effect.plugin) {
         throw UsageMistake("--cpu: is for the built-in effect; the one of --plugin chooses for itself");
@@ -114,12 +125,17 @@ void checkReport(const ReportArguments& report, const EffectArguments& effect) {
 
 void addRender(CommandSyntax& command, RenderArguments& arguments) {
     command.describe("Put a picture through the effect");
-    addInput(command, arguments.input);
-    addOutput(command, arguments.output, arguments.force, kMayBeInput);
+    addSequence(command, arguments.sequence);
     addEffect(command, arguments.effect);
+    addPasses(command, arguments.effect);
     addView(command, arguments.view);
     command.addFlag("--print-params", arguments.printParams,
                     "Print the parameters in use, as --params takes them; INPUT and output may be left out");
+    command.addText("--save-params", arguments.saveParams, "Write them to this file").shownAs("FILE");
+    addFrameNumber(command, "--frame", arguments.valueFrame,
+                   "A picture without a number gets the keys of this frame");
+    command.addText("--log", arguments.log, "Write a line of JSON for each frame to this file")
+        .shownAs("FILE");
     addFrame(command, arguments.frame);
     addReport(command, arguments.report);
     command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
@@ -135,14 +151,16 @@ void checkTogether(const RenderArguments& arguments) {
     if (report.json && (arguments.printParams || arguments.time)) {
         throw UsageMistake("--json: prints one document, so leave out --print-params and --time");
     }
-    if (arguments.input.empty() && arguments.output.empty() && arguments.printParams && !report.report &&
-        !report.strict) {
+    const SequenceArguments& sequence = arguments.sequence;
+    const bool tellsParams = arguments.printParams || arguments.saveParams;
+    if (sequence.inputs.empty() && sequence.output.empty() && tellsParams && !report.report &&
+        !report.strict && !arguments.log) {
         return;
     }
-    if (arguments.input.empty()) {
+    if (sequence.inputs.empty()) {
         throw UsageMistake("INPUT is required");
     }
-    if (arguments.output.empty()) {
+    if (sequence.output.empty()) {
         throw UsageMistake("--output is required");
     }
 }

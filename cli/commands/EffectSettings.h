@@ -5,6 +5,7 @@
 #include "cli/arguments/Arguments.h"
 #include "render/OpenEffect.h"
 #include "render/Settings.h"
+#include "render/ShotSettings.h"
 
 #include <optional>
 #include <string>
@@ -16,8 +17,12 @@ bool startsFromFactory(const EffectArguments& arguments);
 
 render::OpenEffect openEffect(const EffectArguments& arguments);
 
-/// Throws Failure for labels and values that the effect does not take, and for a remembered default that cannot
-/// be chosen and was not overruled.
+/// Throws Failure for labels and values that the effect does not take, for a pass that there is not, and for a remembered
+/// default that cannot be chosen and was not overruled. The session has its first values, and keeps them.
+render::ShotSettings shotSettings(host::Session& session, const EffectArguments& arguments,
+                                  const std::optional<std::string>& view);
+
+/// The same brought into the session, for a command that knows neither frames nor passes: throws Failure for keys and passes.
 render::NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
                                   const std::optional<std::string>& view);
 

@@ -3,17 +3,23 @@
 #include "cli/commands/EffectSettings.h"
 #include "cli/commands/RememberedDefaults.h"
 #include "cli/commands/RenderPicture.h"
+#include "cli/commands/RenderShot.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "render/SelectionNotes.h"
-#include "render/SettingsText.h"
+#include "render/ShotSettings.h"
 #include "render/shots/AtomicFile.h"
-#include "render/shots/OutputFile.h"
+#include "render/shots/ParamsFile.h"
+#include "render/shots/SequenceInput.h"
+#include "render/shots/SequencePlan.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
 #include "text/NumberText.h"
 
 #include <chrono>
+#include <filesystem>
 #include <optional>
 #include <utility>
 
@@ -51,19 +57,43 @@ std::string timesText(const Times& times) {
 
 struct Frame {
     host::Image image;
-    std::optional<FrameReport> counts; ///< none of an effect from a file
+    std::vector<std::optional<FrameReport>> counts; ///< of each pass; none of an effect from a file
+    std::vector<std::string> notes;
 };
 
-Frame frameOf(render::OpenEffect& effect, const shots::SourceFrame& source,
-              const RenderArguments& arguments) {
-    Frame frame;
-    if (!arguments.effect.plugin) {
-        frame.counts = FrameReport{.countsChanges = arguments.report.report};
+/// A pass's notes say whose they are where there are several.
+void addNotes(Frame& frame, const host::Session& session, const render::ShotSettings& settings,
+              std::size_t pass) {
+    for (const std::string& note :
+         render::selectionNotes(session, settings.named(pass), frame.counts[pass])) {
+        frame.notes.push_back(
+            settings.hasPasses() ? "pass " + text::inQuotes(settings.passName(pass)) + ": " + note : note);
     }
-    ProgressLine progress({progressFrame(effect.session(), arguments.frame)}, source.pixels(),
-                          arguments.frame.quiet);
-    frame.image =
-        renderPicture(effect, source, arguments.frame, progress, frame.counts ? &*frame.counts : nullptr);
+}
+
+Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings,
+              const shots::SourceFrame& source, const RenderArguments& arguments) {
+    Frame frame;
+    host::Session& session = effect.session();
+    const int64_t number = arguments.valueFrame.value_or(0);
+    std::vector<ProgressFrame> progressFrames;
+    for (std::size_t pass = 0; pass < settings.passCount(); ++pass) {
+        render::setValues(session, settings.valuesAt(pass, number));
+        progressFrames.push_back(progressFrame(session, arguments.frame, settings.passName(pass)));
+    }
+    ProgressLine progress(std::move(progressFrames), source.pixels(), arguments.frame.quiet);
+    for (std::size_t pass = 0; pass < settings.passCount(); ++pass) {
+        render::setValues(session, settings.valuesAt(pass, number));
+        frame.counts.emplace_back();
+        if (!arguments.effect.plugin) {
+            frame.counts.back() = FrameReport{.countsChanges = arguments.report.report};
+        }
+        FrameReport* const counts = frame.counts.back() ? &*frame.counts.back() : nullptr;
+        frame.image = renderPicture(effect, source.name, pass == 0 ? source.image : frame.image,
+                                    arguments.frame, progress, counts);
+        progress.nextFrame();
+        addNotes(frame, session, settings, pass);
+    }
     return frame;
 }
 
@@ -79,42 +109,52 @@ std::string commented(const std::string& lines) {
     return text;
 }
 
-/// Of the picture to write; none where the parameters are printed and nothing is rendered.
-std::optional<pictures::FileFormat> plannedFormat(const RenderArguments& arguments) {
-    return arguments.input.empty()
-               ? std::nullopt
-               : std::optional(shots::checkedOutputFormat(arguments.output, arguments.force));
-}
-
 /// Of the settings, the report and the notes; then, where they are strict, the end of it.
-void tellSettings(const RenderArguments& arguments, const host::Session& session,
-                  const render::NamedParams& named, const std::optional<FrameReport>& counts) {
-    const std::vector<std::string> notes = render::selectionNotes(session, named, counts);
-    tellNotes(notes, counts, arguments.report);
+void tellSettings(const RenderArguments& arguments, host::Session& session,
+                  const render::ShotSettings& settings, const Frame& frame) {
+    tellNotes(frame.notes, frame.counts.back(), arguments.report);
     if (arguments.printParams) {
-        printOut(render::paramsFileText(session));
+        printOut(settings.text(session));
     }
     if (arguments.report.report) {
-        const std::string report = selectionText(session, counts, notes, arguments.report.json);
+        const std::string report = reportText(session, settings, arguments.valueFrame.value_or(0),
+                                              frame.counts, frame.notes, arguments.report.json);
         printOut(arguments.printParams ? commented(report) : report);
     }
-    checkStrict(notes, arguments.report, arguments.output);
+    checkStrict(frame.notes, arguments.report, arguments.sequence.output);
 }
 
-void renderFile(render::OpenEffect& effect, const RenderArguments& arguments,
-                const render::NamedParams& named, pictures::FileFormat format) {
+/// A settings file keeps its time where nothing changes.
+void saveParams(const RenderArguments& arguments, const render::ShotSettings& settings,
+                host::Session& session) {
+    if (!arguments.saveParams) {
+        return;
+    }
+    const std::string text = settings.text(session);
+    std::error_code error;
+    if (std::filesystem::exists(*arguments.saveParams, error) &&
+        shots::paramsTextOf(*arguments.saveParams) == text) {
+        return;
+    }
+    const std::vector<uint8_t> bytes(text.begin(), text.end());
+    shots::writeAtomically(*arguments.saveParams, bytes);
+}
+
+void renderFile(render::OpenEffect& effect, const render::ShotSettings& settings,
+                const shots::PlannedFrame& names, const RenderArguments& arguments) {
+    const pictures::FileFormat format = pictures::formatToWrite(names.output);
     Times times;
     Stopwatch watch;
-    const shots::SourceFrame source = shots::readFrame(arguments.input, arguments.frame.form);
+    const shots::SourceFrame source = shots::readFrame(names.input, arguments.frame.form);
     times.reading = watch.lap();
-    const Frame frame = frameOf(effect, source, arguments);
+    const Frame frame = frameOf(effect, settings, source, arguments);
     times.effect = watch.lap();
     const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.frame.form);
     const std::vector<uint8_t> bytes =
         pictures::encodePicture(format, pictures::pictureOf(frame.image, source.image, source.picture, form),
                                 arguments.frame.form.encoding);
-    tellSettings(arguments, effect.session(), named, frame.counts);
-    shots::writeAtomically(arguments.output, bytes);
+    tellSettings(arguments, effect.session(), settings, frame);
+    shots::writeAtomically(names.output, bytes);
     times.writing = watch.lap();
     if (arguments.time) {
         printOut(arguments.printParams ? commented(timesText(times)) : timesText(times));
@@ -122,21 +162,86 @@ void renderFile(render::OpenEffect& effect, const RenderArguments& arguments,
     noteLeftOut(source, format);
 }
 
-} // namespace
+/// Keys count frames, which a picture without a number is none of.
+void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& plan,
+               const RenderArguments& arguments) {
+    if (arguments.valueFrame && plan.isSequence) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "--frame: is for a picture without a number, and the INPUT has "
+                            "numbers; --frames chooses among them");
+    }
+    if (settings.hasKeys() && !plan.isSequence && !(plan.isOnePicture && arguments.valueFrame)) {
+        throw text::Failure(
+            text::FailureKind::kUsage,
+            plan.isOnePicture ? "the settings have keys, and the INPUT has no number; --frame N gives it one"
+                              : "the settings have keys, and these INPUTs have no numbers; write a pattern");
+    }
+}
 
-void runRender(const RenderArguments& arguments) {
-    const std::optional<pictures::FileFormat> format = plannedFormat(arguments);
+/// What a single picture takes no part in counts as several.
+bool isPlain(const shots::SequencePlan& plan, const RenderArguments& arguments) {
+    const shots::SequenceOptions& options = arguments.sequence.options;
+    return plan.isOnePicture && options.existing == shots::ExistingOutputs::kReplace && !options.dryRun &&
+           !arguments.log;
+}
+
+void printParams(const RenderArguments& arguments) {
     const RememberedDefaults remembered(arguments.effect, arguments.view);
     render::OpenEffect effect = openEffect(arguments.effect);
-    const render::NamedParams named = applySettings(effect.session(), arguments.effect, arguments.view);
-    if (format) {
-        pictures::withMemoryFor(arguments.input, [&] { renderFile(effect, arguments, named, *format); });
-    } else {
-        printOut(render::paramsFileText(effect.session()));
+    const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
+    saveParams(arguments, settings, effect.session());
+    if (arguments.printParams) {
+        printOut(settings.text(effect.session()));
     }
+    render::setValues(effect.session(), settings.valuesAt(settings.passCount() - 1, 0));
     if (!arguments.frame.quiet) {
         remembered.tellIfTheyCount(effect.session());
     }
+}
+
+void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
+    const bool plain = isPlain(plan, arguments);
+    if (!arguments.sequence.options.dryRun) {
+        shots::checkOutputs(plan, arguments.sequence.options);
+    }
+    const RememberedDefaults remembered(arguments.effect, arguments.view);
+    if (!plain) {
+        arguments.effect.threads = threadsFor(plan, arguments);
+    }
+    render::OpenEffect effect = openEffect(arguments.effect);
+    const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
+    checkKeys(settings, plan, arguments);
+    if (arguments.sequence.options.dryRun) {
+        tellPlan(plan, arguments);
+        return;
+    }
+    saveParams(arguments, settings, effect.session());
+    if (plain) {
+        const shots::PlannedFrame& names = plan.frames.front();
+        pictures::withMemoryFor(names.input, [&] { renderFile(effect, settings, names, arguments); });
+    } else {
+        if (arguments.printParams) {
+            printOut(settings.text(effect.session()));
+        }
+        renderShot(effect, settings, plan, arguments);
+    }
+    if (!arguments.frame.quiet) {
+        const int64_t frame = plan.frames.empty() ? 0 : plan.frames.front().number.value_or(0);
+        render::setValues(effect.session(), settings.valuesAt(settings.passCount() - 1, frame));
+        remembered.tellIfTheyCount(effect.session());
+    }
+}
+
+} // namespace
+
+void runRender(const RenderArguments& arguments) {
+    const SequenceArguments& sequence = arguments.sequence;
+    if (sequence.inputs.empty()) {
+        printParams(arguments);
+        return;
+    }
+    const shots::SequenceInput input = shots::sequenceInput(sequence.inputs);
+    renderPlan(arguments, shots::planSequence(input, sequence.output, sequence.options));
 }
 
 } // namespace kovalune::cli

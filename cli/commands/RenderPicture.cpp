@@ -48,11 +48,11 @@ ProgressFrame progressFrame(const host::Session& session, const FrameArguments& 
     return frame;
 }
 
-host::Image renderPicture(render::OpenEffect& effect, const shots::SourceFrame& source,
+host::Image renderPicture(render::OpenEffect& effect, const std::string& name, const host::Image& image,
                           const FrameArguments& arguments, ProgressLine& progress, FrameReport* counts) {
     shots::Interrupt interrupt;
     render::FrameRequest request;
-    request.name = source.name;
+    request.name = name;
     request.downsample = arguments.downsample;
     request.legacy = arguments.legacy;
     request.onProgress = [&progress, &interrupt](int current, int total) {
@@ -64,7 +64,7 @@ host::Image renderPicture(render::OpenEffect& effect, const shots::SourceFrame& 
     // Whatever becomes of the frame after a signal, it is not wanted any more.
     interrupt.during([&] {
         const CleanLine clean(progress);
-        result = render::renderFrame(effect, source.image, request);
+        result = render::renderFrame(effect, image, request);
     });
     return result;
 }

@@ -21,7 +21,7 @@ ProgressFrame progressFrame(const host::Session& session, const FrameArguments& 
 
 /// Throws Failure as render::renderFrame does, and Interruption for a frame that the user interrupted. `counts`, where it
 /// is not null, is what the built-in effect reports.
-host::Image renderPicture(render::OpenEffect& effect, const shots::SourceFrame& source,
+host::Image renderPicture(render::OpenEffect& effect, const std::string& name, const host::Image& image,
                           const FrameArguments& arguments, ProgressLine& progress,
                           FrameReport* counts = nullptr);
 

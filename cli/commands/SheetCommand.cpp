@@ -225,7 +225,7 @@ private:
             const bool isFirst = view.value == first_.value;
             result.counts = FrameReport{.countsChanges = isFirst && arguments_.report.report};
         }
-        result.image = renderPicture(effect_, source_, arguments_.frame, progress_,
+        result.image = renderPicture(effect_, source_.name, source_.image, arguments_.frame, progress_,
                                      result.counts ? &*result.counts : nullptr);
         progress_.nextFrame();
         if (view.value == first_.value && !told_) {

@@ -59,12 +59,6 @@ std::string patternOf(std::string_view name, const Place& number) {
                                                                                         : kAnyPicture;
 }
 
-void checkNoStream(const std::string& name, const std::string& rule) {
-    if (name == "-") {
-        throw text::Failure(text::FailureKind::kUsage, rule + "; a file that is called '-' is './-'");
-    }
-}
-
 /// The place of the number in a name that no file has.
 std::optional<Place> openNumber(const std::string& name) {
     std::error_code error;
@@ -72,6 +66,12 @@ std::optional<Place> openNumber(const std::string& name) {
 }
 
 } // namespace
+
+void checkNoStream(const std::string& name, const std::string& rule) {
+    if (name == "-") {
+        throw text::Failure(text::FailureKind::kUsage, rule + "; a file that is called '-' is './-'");
+    }
+}
 
 std::string loopOver(std::string_view pattern, const std::string& command) {
     const std::string start = "for f in " + std::string(pattern) + "; do kovalune " + command + " \"$f\"";
@@ -87,7 +87,7 @@ std::string loopOver(std::string_view pattern, const std::string& command) {
 }
 
 void checkReadName(const std::string& name, const std::string& command) {
-    checkNoStream(name, "a picture is read from a file, not from the standard input");
+    checkNoStream(name, kNotStandardInput);
     if (const std::optional<Place> number = openNumber(name)) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot read " + text::inQuotes(name) +
@@ -97,7 +97,7 @@ void checkReadName(const std::string& name, const std::string& command) {
 }
 
 void checkWriteName(const std::string& name, const std::string& command) {
-    checkNoStream(name, "a picture is written to a file, not to the standard output");
+    checkNoStream(name, kNotStandardOutput);
     if (openNumber(name)) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot write " + text::inQuotes(name) +

@@ -21,19 +21,6 @@ std::size_t columns() {
     return ::ioctl(STDERR_FILENO, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }
 
-/// "4 s", "3:05 min", "1:00 h"
-std::string durationText(double seconds) {
-    constexpr double kLongest = 360000.0;
-    const auto whole = static_cast<int64_t>(std::lround(std::clamp(seconds, 0.0, kLongest)));
-    if (whole < 60) {
-        return std::to_string(whole) + " s";
-    }
-    const bool hours = whole >= 3600;
-    const int64_t smaller = hours ? whole / 60 : whole;
-    const std::string digits = std::to_string(smaller % 60);
-    return std::to_string(smaller / 60) + (digits.size() < 2 ? ":0" : ":") + digits + (hours ? " h" : " min");
-}
-
 int callsOf(const ProgressFrame& frame) {
     int calls = 0;
     for (const ProgressStage& stage : frame.stages) {
@@ -54,6 +41,18 @@ int callsOf(const std::vector<ProgressFrame>& frames) {
 }
 
 } // namespace
+
+std::string durationText(double seconds) {
+    constexpr double kLongest = 360000.0;
+    const auto whole = static_cast<int64_t>(std::lround(std::clamp(seconds, 0.0, kLongest)));
+    if (whole < 60) {
+        return std::to_string(whole) + " s";
+    }
+    const bool hours = whole >= 3600;
+    const int64_t smaller = hours ? whole / 60 : whole;
+    const std::string digits = std::to_string(smaller % 60);
+    return std::to_string(smaller / 60) + (digits.size() < 2 ? ":0" : ":") + digits + (hours ? " h" : " min");
+}
 
 std::string progressText(double reached, uint64_t pixels, double seconds, const std::string& stage) {
     constexpr std::size_t kBarLetters = 20;
@@ -101,7 +100,8 @@ void ProgressLine::report(int current, int total) {
     next_ = now + kPause;
     const double seconds = std::chrono::duration<double>(now - start_).count();
     const std::string& title = frames_[frame_].title;
-    show((title.empty() ? "" : title + "  ") + progressText(reached_, pixels_, seconds, stage()));
+    letters_ = showOnTerminal(
+        (title.empty() ? "" : title + "  ") + progressText(reached_, pixels_, seconds, stage()), letters_);
 }
 
 void ProgressLine::nextFrame() {
@@ -138,13 +138,13 @@ std::string ProgressLine::stage() const {
 }
 
 /// Cut to the terminal: a line that wraps could not be written over.
-void ProgressLine::show(const std::string& text) {
+std::size_t showOnTerminal(const std::string& text, std::size_t letters) {
     const std::size_t room = columns();
     const std::string line = room > 1 ? text.substr(0, room - 1) : text;
-    const std::size_t rest = letters_ > line.size() ? letters_ - line.size() : 0;
+    const std::size_t rest = letters > line.size() ? letters - line.size() : 0;
     std::fprintf(stderr, "\r%s%*s", line.c_str(), static_cast<int>(rest), "");
     std::fflush(stderr);
-    letters_ = line.size();
+    return line.size();
 }
 
 } // namespace kovalune::cli

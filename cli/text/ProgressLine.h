@@ -46,7 +46,6 @@ private:
     bool isCounted() const { return callsInAll_ > 0; }
     double reached(int current, int total) const;
     std::string stage() const;
-    void show(const std::string& text);
 
     const std::vector<ProgressFrame> frames_; ///< at least one
     const uint64_t pixels_;
@@ -61,6 +60,12 @@ private:
     double reached_ = 0.0; ///< of 1; never goes back
     std::size_t letters_ = 0;
 };
+
+/// "4 s", "3:05 min", "1:00 h"
+std::string durationText(double seconds);
+
+/// Writes the text over what stood on the terminal's line, of which `letters` are known, and returns its own.
+std::size_t showOnTerminal(const std::string& text, std::size_t letters);
 
 /// "[#####-----]  50 %  Base  4 s gone, 4 s left, 12.3 megapixels/s"; without times and rate as long as nothing is
 /// reached, and without a stage that has no name.

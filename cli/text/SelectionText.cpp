@@ -80,9 +80,8 @@ Json stageJson(const host::Session& session, const StageReport& report, std::siz
     return json;
 }
 
-std::string jsonText(const host::Session& session, const std::optional<FrameReport>& counts,
-                     const std::vector<std::string>& notes) {
-    Json json = Json::object();
+/// What the effect counted, into `json`.
+void addCounts(Json& json, const host::Session& session, const std::optional<FrameReport>& counts) {
     if (counts) {
         json["pixels"] = counts->pixels;
         json["stages"] = Json::array();
@@ -93,6 +92,9 @@ std::string jsonText(const host::Session& session, const std::optional<FrameRepo
         json["stages"] = nullptr;
         json["reason"] = kNoCounts;
     }
+}
+
+std::string documentText(Json& json, const std::vector<std::string>& notes) {
     json["notes"] = notes;
     return json.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
@@ -102,9 +104,30 @@ std::string jsonText(const host::Session& session, const std::optional<FrameRepo
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json) {
     if (json) {
-        return jsonText(session, counts, notes);
+        Json document = Json::object();
+        addCounts(document, session, counts);
+        return documentText(document, notes);
     }
     return counts ? tableText(session, *counts) : std::string(kNoCounts) + '\n';
+}
+
+std::string reportText(host::Session& session, const render::ShotSettings& settings, int64_t frame,
+                       const std::vector<std::optional<FrameReport>>& counts,
+                       const std::vector<std::string>& notes, bool json) {
+    Json document = Json::object();
+    std::string text;
+    for (std::size_t pass = 0; pass < counts.size(); ++pass) {
+        render::setValues(session, settings.valuesAt(pass, frame));
+        if (!settings.hasPasses()) {
+            return selectionText(session, counts[pass], notes, json);
+        }
+        Json section = {{"pass", settings.passName(pass)}};
+        addCounts(section, session, counts[pass]);
+        document["passes"].push_back(std::move(section));
+        text += "Pass " + text::printable(settings.passName(pass)) + '\n' +
+                selectionText(session, counts[pass], {}, false);
+    }
+    return json ? documentText(document, notes) : text;
 }
 
 void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,

@@ -5,6 +5,7 @@
 #include "cli/arguments/Arguments.h"
 #include "effect/Kovalune.h"
 #include "host/Session.h"
+#include "render/ShotSettings.h"
 
 #include <optional>
 #include <string>
@@ -15,6 +16,12 @@ namespace kovalune::cli {
 /// A table, or JSON.
 std::string selectionText(const host::Session& session, const std::optional<FrameReport>& counts,
                           const std::vector<std::string>& notes, bool json);
+
+/// Of each pass of a frame, or of all frames together, with the values of `frame`, which the session takes. A single pass without
+/// a name is as selectionText has it.
+std::string reportText(host::Session& session, const render::ShotSettings& settings, int64_t frame,
+                       const std::vector<std::optional<FrameReport>>& counts,
+                       const std::vector<std::string>& notes, bool json);
 
 /// Writes the notes to standard error, and that there are no counts unless a report says so.
 void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,

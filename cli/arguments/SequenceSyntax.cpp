@@ -1,0 +1,97 @@
+// Which pictures a command reads and writes.
+
+#include "cli/arguments/CommandSyntaxes.h"
+#include "cli/arguments/OptionKinds.h"
+#include "cli/files/PictureNames.h"
+#include "pictures/PictureFile.h"
+#include "render/shots/FrameList.h"
+#include "text/Failure.h"
+
+namespace kovalune::cli {
+
+namespace {
+
+void addFiles(CommandSyntax& command, SequenceArguments& sequence) {
+    command
+        .addPlaces(
+            "INPUT", sequence.inputs,
+            "The picture to read: " + pictures::formatNames() +
+                "; or a shot: a pattern ('cel.####.png', 'cel.%04d.png'), a folder, or several pictures")
+        .checkedBy([](const std::string& text) { checkNoStream(text, kNotStandardInput); })
+        .shownAs("...");
+    command
+        .addText(
+            "-o,--output", sequence.output,
+            "The picture to write; its name's end (" + pictures::usualNameEnds() +
+                ") says the format; may be INPUT. Of a shot a pattern, or a folder, which keeps the names")
+        .checkedBy([](const std::string& text) { checkNoStream(text, kNotStandardOutput); })
+        .shownAs("FILE");
+    addForce(command, sequence.options.force);
+    command.addFlag("--mkdir", sequence.options.makeFolders, "Make the output's folder where there is none");
+}
+
+void addFrames(CommandSyntax& command, shots::SequenceOptions& options) {
+    const auto setFrames = [&options](const std::string& text) {
+        try {
+            options.frames = shots::parseFrames(text);
+        } catch (const text::Failure& failure) {
+            throw UsageMistake(failure.what());
+        }
+    };
+    command
+        .addTaker("--frames", setFrames,
+                  "Of a shot these frames, in this order: N, A-B or A-BxS (every S-th), joined by commas")
+        .shownAs("LIST");
+    addChoice<shots::MissingFrames>(
+        command, "--missing", options.missing,
+        {{"error", shots::MissingFrames::kError},
+         {"skip", shots::MissingFrames::kSkip},
+         {"hold", shots::MissingFrames::kHold}},
+        "What to do for a frame of --frames without a file: error, the default; skip; hold "
+        "the nearest earlier one, which fills gaps too")
+        .shownAs("WHAT");
+    addFrameNumber(command, "--renumber", options.renumber, "Give the first output this number");
+}
+
+void addExisting(CommandSyntax& command, shots::SequenceOptions& options) {
+    const auto add = [&](const char* name, shots::ExistingOutputs existing, const char* what) {
+        const auto set = [&options, existing] {
+            if (options.existing != shots::ExistingOutputs::kReplace) {
+                throw UsageMistake("one of --skip-existing, --newer and --no-clobber can hold");
+            }
+            options.existing = existing;
+        };
+        command.addAction(name, set, what);
+    };
+    add("--skip-existing", shots::ExistingOutputs::kSkip,
+        "Pass over frames whose output opens with the input's size");
+    add("--newer", shots::ExistingOutputs::kNewer, "The same, unless the input or a settings file is newer");
+    add("--no-clobber", shots::ExistingOutputs::kRefuse, "Write nothing where an output is there already");
+}
+
+} // namespace
+
+void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
+    addFiles(command, sequence);
+    addFrames(command, sequence.options);
+    addExisting(command, sequence.options);
+    command.addFlag("--keep-going", sequence.options.keepGoing,
+                    "Go on with the other frames after one has failed");
+    command.addFlag("--dry-run", sequence.options.dryRun,
+                    "Print what would be read and written, and do nothing");
+    const auto setJobs = [&sequence](const std::string& text) {
+        int jobs = 0;
+        if (!readWhole(text, jobs) || jobs < 1 || jobs > render::kMostThreads) {
+            refuse("--jobs", "a whole number, 1 to " + std::to_string(render::kMostThreads), text);
+        }
+        sequence.jobs = jobs;
+    };
+    command
+        .addTaker("--jobs", setJobs,
+                  "Frames at once, 1 to " + std::to_string(render::kMostThreads) +
+                      "; default: with --threads what the machine and its free memory bear")
+        .shownAs("N");
+    command.addFlag("--verbose", sequence.verbose, "Tell how the work is divided");
+}
+
+} // namespace kovalune::cli

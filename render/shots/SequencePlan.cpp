@@ -1,0 +1,287 @@
+#include "render/shots/SequencePlan.h"
+
+#include "pictures/PictureFile.h"
+#include "render/shots/AtomicFile.h"
+#include "render/shots/FrameList.h"
+#include "render/shots/OutputFile.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+#include <sys/stat.h>
+#include <system_error>
+#include <utility>
+
+namespace kovalune::shots {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+[[noreturn]] void refuse(const std::string& text) {
+    throw text::Failure(text::FailureKind::kUsage, text);
+}
+
+[[noreturn]] void failWriting(const std::string& name, const std::string& reason) {
+    throw text::Failure(text::FailureKind::kFile, "cannot write " + text::inQuotes(name) + ": " + reason);
+}
+
+/// Where the pictures of a run go.
+class OutputNames {
+public:
+    OutputNames(const SequenceInput& input, const std::string& output, bool makeFolder)
+        : input_(input), output_(output), isFolder_(namesFolder(output, makeFolder)) {
+        if (!isFolder_) {
+            pattern_ = FramePattern::of(output);
+        }
+    }
+
+    /// `number` is that of the output.
+    std::string of(const PlannedFrame& frame, std::optional<int64_t> number) const {
+        if (pattern_ && number) {
+            return pattern_->nameOf(*number);
+        }
+        if (!isFolder_) {
+            return output_;
+        }
+        const std::string name = number ? input_.pattern->nameOf(*number) : frame.input;
+        return (fs::path(output_) / fs::path(name).filename()).string();
+    }
+
+    void check(std::size_t frames) const {
+        if (pattern_ && !input_.isSequence()) {
+            refuse(
+                input_.isOnePicture()
+                    ? "the output " + text::inQuotes(output_) +
+                          " has a place for a number, and the INPUT has none; write the INPUT as a pattern "
+                          "with --frames 7"
+                    : "the output " + text::inQuotes(output_) +
+                          " has a place for a number, and these INPUTs have none; write a folder");
+        }
+        if (!pattern_ && !isFolder_ && frames > 1) {
+            refuse("the output " + text::inQuotes(output_) + " is one picture, and the INPUT stands for " +
+                   std::to_string(frames) + "; write " +
+                   (input_.isSequence() ? "a pattern, as 'soft.####.png', or a folder" : "a folder"));
+        }
+    }
+
+private:
+    static bool namesFolder(const std::string& output, bool makeFolder) {
+        std::error_code error;
+        if (output.ends_with('/') || fs::is_directory(output, error)) {
+            return true;
+        }
+        return makeFolder && !pictures::formatOfName(output) && !FramePattern::of(output);
+    }
+
+    const SequenceInput& input_;
+    const std::string& output_;
+    bool isFolder_;
+    std::optional<FramePattern> pattern_;
+};
+
+/// The frames of a numbered sequence, with or without files.
+class NumberedFrames {
+public:
+    NumberedFrames(const SequenceInput& input, const SequenceOptions& options, SequencePlan& plan)
+        : input_(input), options_(options), plan_(plan) {}
+
+    void plan() {
+        const std::vector<int64_t> numbers = wanted();
+        std::vector<int64_t> missing;
+        for (const int64_t number : numbers) {
+            if (!add(number)) {
+                missing.push_back(number);
+            }
+        }
+        if (!missing.empty() && options_.missing == MissingFrames::kHold) {
+            failMissing(missing, "and no earlier one is there to hold");
+        }
+        if (!missing.empty() && options_.missing == MissingFrames::kError && !options_.keepGoing) {
+            failMissing(missing,
+                        "leave them out with --missing skip, or repeat the one before with --missing hold");
+        }
+        if (options_.missing == MissingFrames::kSkip) {
+            plan_.skipped = missing;
+        }
+        first_ = numbers.front();
+    }
+
+    int64_t first() const { return first_; }
+
+private:
+    std::vector<int64_t> wanted() {
+        if (options_.frames) {
+            return *options_.frames;
+        }
+        const int64_t first = input_.frames.front();
+        const int64_t last = input_.frames.back();
+        // Numbers far apart are no shot with gaps.
+        const auto span = static_cast<uint64_t>(last) - static_cast<uint64_t>(first);
+        if (span >= kMostFrames) {
+            return input_.frames;
+        }
+        std::vector<int64_t> all;
+        for (int64_t number = first; number <= last; ++number) {
+            const bool isThere = std::binary_search(input_.frames.begin(), input_.frames.end(), number);
+            if (isThere || options_.missing == MissingFrames::kHold) {
+                all.push_back(number);
+            } else {
+                plan_.gaps.push_back(number);
+            }
+        }
+        return all;
+    }
+
+    /// False where it has no file; it is then a frame of the plan only if it is to fail alone.
+    bool add(int64_t number) {
+        PlannedFrame frame;
+        frame.number = number;
+        const auto next = std::upper_bound(input_.frames.begin(), input_.frames.end(), number);
+        const bool hasEarlier = next != input_.frames.begin();
+        const bool isThere = hasEarlier && *(next - 1) == number;
+        if (!isThere && hasEarlier && options_.missing == MissingFrames::kHold) {
+            frame.held = *(next - 1);
+        }
+        frame.isMissing = !isThere && !frame.held;
+        frame.input = input_.pattern->nameOf(frame.held.value_or(number));
+        if (!frame.isMissing || (options_.missing == MissingFrames::kError && options_.keepGoing)) {
+            plan_.frames.push_back(std::move(frame));
+        }
+        return isThere || frame.held.has_value();
+    }
+
+    [[noreturn]] void failMissing(const std::vector<int64_t>& missing, const std::string& advice) const {
+        const std::string list = framesText(missing, input_.pattern->width());
+        throw text::Failure(text::FailureKind::kFile,
+                            (missing.size() == 1 ? "frame " : "frames ") + text::shown(list) + " of " +
+                                text::inQuotes(input_.pattern->shown()) +
+                                (missing.size() == 1 ? " has no file; " : " have no file; ") + advice);
+    }
+
+    const SequenceInput& input_;
+    const SequenceOptions& options_;
+    SequencePlan& plan_;
+    int64_t first_ = 0;
+};
+
+/// What files are the same, whatever their names; one that is not there yet is told by its folder and name.
+std::string identityOf(const std::string& name) {
+    struct stat status {};
+    if (::stat(name.c_str(), &status) == 0) {
+        return std::to_string(status.st_dev) + ':' + std::to_string(status.st_ino);
+    }
+    std::error_code error;
+    const fs::path file(name);
+    const fs::path folder = file.has_parent_path() ? file.parent_path() : fs::path(".");
+    return (fs::weakly_canonical(folder, error) / file.filename()).string();
+}
+
+/// A file may be read by several frames, where one is held, and written by one that reads it alone.
+void checkNames(const SequencePlan& plan) {
+    std::unordered_map<std::string, std::vector<std::size_t>> readers;
+    for (std::size_t i = 0; i < plan.frames.size(); ++i) {
+        readers[identityOf(plan.frames[i].input)].push_back(i);
+    }
+    std::unordered_map<std::string, std::size_t> writers;
+    for (std::size_t i = 0; i < plan.frames.size(); ++i) {
+        const PlannedFrame& frame = plan.frames[i];
+        const std::string identity = identityOf(frame.output);
+        const auto [other, isNew] = writers.emplace(identity, i);
+        if (!isNew) {
+            refuse("the frames " + text::inQuotes(plan.nameOf(plan.frames[other->second])) + " and " +
+                   text::inQuotes(plan.nameOf(frame)) + " would both be written to one file");
+        }
+        for (const std::size_t reader : readers[identity]) {
+            if (reader != i) {
+                refuse("cannot write " + text::inQuotes(frame.output) + ": it is the input of frame " +
+                       text::shown(plan.nameOf(plan.frames[reader])));
+            }
+        }
+    }
+}
+
+void checkOptions(const SequenceInput& input, const SequenceOptions& options) {
+    if (input.isSequence()) {
+        return;
+    }
+    if (options.frames || options.renumber) {
+        refuse(std::string(options.frames ? "--frames" : "--renumber") +
+               ": the INPUT has no frame numbers; write a pattern, as 'cel.####.png'");
+    }
+}
+
+} // namespace
+
+std::string SequencePlan::nameOf(const PlannedFrame& frame) const {
+    return frame.number ? frameText(*frame.number, width) : fs::path(frame.input).filename().string();
+}
+
+SequencePlan planSequence(const SequenceInput& input, const std::string& output,
+                          const SequenceOptions& options) {
+    checkOptions(input, options);
+    SequencePlan plan;
+    plan.isSequence = input.isSequence();
+    int64_t shift = 0;
+    if (input.pattern) {
+        plan.width = input.pattern->width();
+        NumberedFrames frames(input, options, plan);
+        frames.plan();
+        shift = options.renumber ? *options.renumber - frames.first() : 0;
+    }
+    for (const std::string& picture : input.pictures) {
+        plan.frames.push_back({.number = std::nullopt,
+                               .input = picture,
+                               .output = {},
+                               .isMissing = false,
+                               .held = std::nullopt});
+    }
+    const OutputNames outputs(input, output, options.makeFolders);
+    outputs.check(plan.frames.size());
+    for (PlannedFrame& frame : plan.frames) {
+        frame.output = outputs.of(frame, frame.number ? std::optional(*frame.number + shift) : std::nullopt);
+    }
+    plan.isOnePicture = input.isOnePicture();
+    checkNames(plan);
+    return plan;
+}
+
+namespace {
+
+void makeFolder(const fs::path& folder) {
+    std::error_code error;
+    fs::create_directories(folder, error);
+    if (error) {
+        failWriting(folder.string(), text::systemReason(error.value()));
+    }
+}
+
+} // namespace
+
+void checkOutputs(const SequencePlan& plan, const SequenceOptions& options) {
+    std::set<fs::path> folders;
+    for (const PlannedFrame& frame : plan.frames) {
+        pictures::formatToWrite(frame.output);
+        std::error_code error;
+        const bool isThere = fs::exists(frame.output, error);
+        if (isThere && options.existing == ExistingOutputs::kRefuse) {
+            failWriting(frame.output, "it is there already, and --no-clobber keeps it");
+        }
+        const fs::path folder = fs::path(frame.output).parent_path();
+        const bool isNewFolder = folders.insert(folder).second;
+        if (options.makeFolders && !folder.empty() && !fs::exists(folder, error)) {
+            if (options.dryRun) {
+                continue;
+            }
+            makeFolder(folder);
+        }
+        // What holds for a folder is asked once; a file that is there may have rules of its own.
+        if (isNewFolder || isThere) {
+            checkWritable(frame.output, options.force);
+        }
+    }
+}
+
+} // namespace kovalune::shots

@@ -1,0 +1,65 @@
+// Frames of a shot from their files through the effect into files.
+#pragma once
+
+#include "render/FrameRequest.h"
+#include "render/OpenEffect.h"
+#include "render/ShotSettings.h"
+#include "render/shots/FrameForm.h"
+#include "render/shots/SequencePlan.h"
+#include "render/shots/SequenceRun.h"
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace kovalune::shots {
+
+struct ShotRequest {
+    FrameForm form;
+    render::Downsample downsample{};
+    bool legacy = false;
+    bool counts = true;         ///< the effect is the built-in one, which reports
+    bool countsChanges = false; ///< what takes most of a report's time
+    ExistingOutputs existing = ExistingOutputs::kReplace;
+    std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
+    int64_t frame = 0;                      ///< whose values count for a picture without a number
+};
+
+enum class FrameState {
+    kWritten,
+    kPassedOver, ///< its output was there
+    kFailed,
+    kGivenUp,
+};
+
+/// What a step took, in milliseconds.
+struct FrameTimes {
+    double reading = 0.0;
+    double effect = 0.0;
+    double writing = 0.0;
+};
+
+/// Of a pass over a frame.
+struct PassRecord {
+    std::optional<FrameReport> counts;
+    std::vector<std::string> notes; ///< of what its settings do not do
+};
+
+struct FrameRecord {
+    std::size_t index = 0; ///< in the plan
+    FrameState state = FrameState::kWritten;
+    text::FailureKind kind = text::FailureKind::kFile; ///< of a failure
+    std::string message;                               ///< likewise
+    FrameTimes times;
+    std::vector<PassRecord> passes;
+    std::vector<std::string> leftOut; ///< of the input
+};
+
+/// Throws only where the run itself breaks; see runSequence. `ended` is called by one thread at a time. `effect` may be used by
+/// nobody else meanwhile.
+void runShot(render::OpenEffect& effect, const render::ShotSettings& settings, const SequencePlan& plan,
+             const ShotRequest& request, const RunOptions& options,
+             const std::function<void(const FrameRecord& record)>& ended);
+
+} // namespace kovalune::shots
