@@ -32,8 +32,8 @@ std::string failure(const std::vector<const char*>& words) {
 
 TEST(Arguments, RenderTakesTwoFilesAndDefaults) {
     const auto render = std::get<RenderArguments>(parsed({"render", "in.png", "-o", "out.png"}));
-    EXPECT_EQ(render.input, "in.png");
-    EXPECT_EQ(render.output, "out.png");
+    EXPECT_EQ(render.sequence.inputs.front(), "in.png");
+    EXPECT_EQ(render.sequence.output, "out.png");
     EXPECT_TRUE(render.effect.settings.empty());
     EXPECT_FALSE(render.view);
     EXPECT_FALSE(render.effect.plugin);
@@ -44,7 +44,7 @@ TEST(Arguments, SetTakesOneTextEachTimeAndKeepsTheOrder) {
     const auto render = std::get<RenderArguments>(
         parsed({"render", "--set", "A=1", "in.png", "--set=B=[1,2]", "--set", "C=", "--output=out.png"}));
     EXPECT_EQ(render.effect.settings, (std::vector<std::string>{"A=1", "B=[1,2]", "C="}));
-    EXPECT_EQ(render.input, "in.png");
+    EXPECT_EQ(render.sequence.inputs.front(), "in.png");
 }
 
 TEST(Arguments, RenderTakesViewThreadsAndPlugin) {
@@ -56,11 +56,11 @@ TEST(Arguments, RenderTakesViewThreadsAndPlugin) {
 }
 
 TEST(Arguments, APictureMayHaveTheNameOfACommand) {
-    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "params", "-o", "render"})).input, "params");
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "params", "-o", "render"})).sequence.inputs.front(), "params");
 }
 
 TEST(Arguments, ANameMayStartWithADashBehindTwo) {
-    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "-o", "out", "--", "-in.png"})).input, "-in.png");
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "-o", "out", "--", "-in.png"})).sequence.inputs.front(), "-in.png");
 }
 
 TEST(Arguments, ParamsTakesAPlugin) {
