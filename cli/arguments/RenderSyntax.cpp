@@ -8,6 +8,8 @@
 
 #include <algorithm>
 
+#include <algorithm>
+
 namespace kovalune::cli {
 
 namespace {
@@ -157,7 +159,8 @@ void checkTogether(const RenderArguments& arguments) {
         !report.strict && !arguments.log) {
         return;
     }
-    if (sequence.inputs.empty()) {
+    if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
+                    [](const std::string& input) { return input.empty(); })) {
         throw UsageMistake("INPUT is required");
     }
     if (sequence.output.empty()) {
