@@ -5,8 +5,7 @@
 #include "cli/files/PictureNames.h"
 #include "cli/files/SheetLayout.h"
 #include "text/AsciiText.h"
-
-#include <algorithm>
+#include "text/MessageText.h"
 
 #include <algorithm>
 
@@ -162,6 +161,10 @@ void checkTogether(const RenderArguments& arguments) {
     if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
                     [](const std::string& input) { return input.empty(); })) {
         throw UsageMistake("INPUT is required");
+    }
+    if (sequence.output.empty() && sequence.inputs.size() > 1) {
+        throw UsageMistake("--output is required: is it " + text::inQuotes(sequence.inputs.back()) +
+                           "? The picture to write stands after -o");
     }
     if (sequence.output.empty()) {
         throw UsageMistake("--output is required");

@@ -32,7 +32,8 @@ namespace {
 class OutputNames {
 public:
     OutputNames(const SequenceInput& input, const std::string& output, bool makeFolder)
-        : input_(input), output_(output), isFolder_(namesFolder(output, makeFolder)) {
+        : input_(input), output_(output),
+          isFolder_(!input.isOnePicture() && namesFolder(output, makeFolder)) {
         if (!isFolder_) {
             pattern_ = FramePattern::of(output);
         }

@@ -1,0 +1,304 @@
+// Shots as a compositor renders them: whole command lines, files in, files out, and what goes wrong on the way.
+
+#include "tests/cli/CommandProcess.h"
+#include "tests/pictures/PngMaker.h"
+#include "tests/support/TestFolder.h"
+
+#include <algorithm>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <gtest/gtest.h>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <thread>
+
+namespace kovalune::test {
+
+namespace {
+
+using Words = std::vector<std::string>;
+
+class ShotCommand : public testing::Test {
+protected:
+    ShotCommand() {
+        for (int frame = 1; frame <= 6; ++frame) {
+            writePng(folder_ / name("cel", frame),
+                     randomPng(PngColor::kRgb, 8, 23, 17, static_cast<uint32_t>(frame)));
+        }
+    }
+
+    static std::string name(const std::string& stem, int frame) {
+        return stem + ".000" + std::to_string(frame) + ".png";
+    }
+
+    CommandOutcome run(Words words, CommandSetting setting = {}) {
+        words.insert(words.begin(), "render");
+        setting.folder = folder_.path();
+        return runCommand(words, setting);
+    }
+
+    static Words with(Words words, const Words& more) {
+        words.insert(words.end(), more.begin(), more.end());
+        return words;
+    }
+
+    /// Nothing appears, and one line of error says why.
+    void expectRefused(const Words& words, int exitCode, const std::string& part) {
+        const std::vector<std::string> before = folder_.names();
+        const CommandOutcome outcome = run(words);
+        EXPECT_EQ(outcome.exitCode, exitCode) << outcome.err;
+        EXPECT_TRUE(outcome.hasOneErrorLine()) << outcome.err;
+        EXPECT_NE(outcome.err.find(part), std::string::npos) << outcome.err;
+        EXPECT_EQ(folder_.names(), before);
+    }
+
+    std::vector<uint8_t> bytes(const std::string& file) const { return bytesOf(folder_ / file); }
+    bool exists(const std::string& file) const { return std::filesystem::exists(folder_ / file); }
+    void cutShort(int frame) const { std::filesystem::resize_file(folder_ / name("cel", frame), 60); }
+
+    std::size_t leftovers() const {
+        const std::vector<std::string> names = folder_.names();
+        return static_cast<std::size_t>(
+            std::count_if(names.begin(), names.end(), [](const std::string& each) {
+                return each.find(".kovalune-") != std::string::npos;
+            }));
+    }
+
+    const Words shot_ = {"cel.####.png",    "-o",    "soft.####.png",  "--set",
+                         "Blur Amount@1=1", "--set", "Blur Amount@6=9"};
+    TestFolder folder_;
+};
+
+TEST_F(ShotCommand, RendersEveryFrameAsItIsRenderedAlone) {
+    const CommandOutcome outcome = run(shot_);
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_NE(outcome.err.find("6 frames: 6 written"), std::string::npos) << outcome.err;
+    for (const int frame : {1, 3, 6}) {
+        EXPECT_EQ(run({name("cel", frame), "-o", "alone.png", "--frame", std::to_string(frame), "--set",
+                       "Blur Amount@1=1", "--set", "Blur Amount@6=9"})
+                      .exitCode,
+                  0);
+        EXPECT_EQ(bytes("alone.png"), bytes(name("soft", frame))) << frame;
+    }
+}
+
+TEST_F(ShotCommand, GivesTheSamePixelsForEveryDivision) {
+    ASSERT_EQ(run(shot_).exitCode, 0);
+    std::vector<std::vector<uint8_t>> first;
+    for (int frame = 1; frame <= 6; ++frame) {
+        first.push_back(bytes(name("soft", frame)));
+    }
+    for (const Words& division : {Words{"--jobs", "1", "--threads", "1"}, Words{"--jobs", "4"},
+                                  Words{"--jobs", "3", "--threads", "5"}}) {
+        ASSERT_EQ(run(with(shot_, division)).exitCode, 0);
+        for (int frame = 1; frame <= 6; ++frame) {
+            EXPECT_EQ(bytes(name("soft", frame)), first[static_cast<std::size_t>(frame - 1)]) << frame;
+        }
+    }
+}
+
+TEST_F(ShotCommand, StopsAtAFrameThatCannotBeReadOrGoesOn) {
+    cutShort(5);
+    CommandOutcome outcome = run(with(shot_, {"--jobs", "1"}));
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.err.find("1 failed (0005: "), std::string::npos) << outcome.err;
+    EXPECT_TRUE(exists(name("soft", 4)));
+    EXPECT_FALSE(exists(name("soft", 5)));
+    outcome = run(with(shot_, {"--keep-going"}));
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.err.find("6 frames: 5 written, 1 failed (0005: "), std::string::npos) << outcome.err;
+    EXPECT_TRUE(exists(name("soft", 6)));
+    EXPECT_EQ(leftovers(), 0U);
+}
+
+TEST_F(ShotCommand, PassesOverWhatIsThere) {
+    ASSERT_EQ(run(shot_).exitCode, 0);
+    std::filesystem::remove(folder_ / name("soft", 2));
+    std::filesystem::resize_file(folder_ / name("soft", 3), 50);
+    CommandOutcome outcome = run(with(shot_, {"--skip-existing"}));
+    EXPECT_NE(outcome.err.find("6 frames: 2 written, 4 passed over"), std::string::npos) << outcome.err;
+    using namespace std::chrono_literals;
+    const auto later = std::filesystem::last_write_time(folder_ / name("soft", 1)) + 10s;
+    std::filesystem::last_write_time(folder_ / name("cel", 4), later);
+    outcome = run(with(shot_, {"--newer"}));
+    EXPECT_NE(outcome.err.find("6 frames: 1 written, 5 passed over"), std::string::npos) << outcome.err;
+    std::ofstream(folder_ / "x.params") << "Blur Amount=2\n";
+    std::filesystem::last_write_time(folder_ / "x.params", later);
+    outcome = run({"cel.####.png", "-o", "soft.####.png", "--params", "x.params", "--newer"});
+    EXPECT_NE(outcome.err.find("6 frames: 6 written"), std::string::npos) << outcome.err;
+    expectRefused(with(shot_, {"--no-clobber"}), 3, "--no-clobber keeps it");
+}
+
+TEST_F(ShotCommand, IsStartedAgainAfterItWasKilled) {
+    RunningCommand command(with(with({"render"}, shot_), {"--jobs", "1", "--threads", "1"}),
+                           {.environment = {},
+                            .folder = folder_.path(),
+                            .mostFileBytes = 0,
+                            .mostMemoryBytes = 0,
+                            .standardOutput = {},
+                            .program = {},
+                            .ownGroup = false,
+                            .errorColumns = 0});
+    while (!exists(name("soft", 1)) && !command.hasEnded()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    if (!command.hasEnded()) {
+        command.send(SIGKILL);
+    }
+    command.wait();
+    const CommandOutcome outcome = run(with(shot_, {"--skip-existing"}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    for (int frame = 1; frame <= 6; ++frame) {
+        EXPECT_TRUE(exists(name("soft", frame))) << frame;
+    }
+}
+
+TEST_F(ShotCommand, LeavesFinishedFramesWhenItIsInterrupted) {
+    for (int frame = 7; frame <= 9; ++frame) {
+        writePng(folder_ / name("cel", frame), randomPng(PngColor::kRgb, 8, 900, 900, 1));
+    }
+    RunningCommand command(with(with({"render"}, shot_), {"--jobs", "1", "--threads", "1"}),
+                           {.environment = {},
+                            .folder = folder_.path(),
+                            .mostFileBytes = 0,
+                            .mostMemoryBytes = 0,
+                            .standardOutput = {},
+                            .program = {},
+                            .ownGroup = false,
+                            .errorColumns = 0});
+    while (!exists(name("soft", 6)) && !command.hasEnded()) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+    command.send(SIGINT);
+    const CommandOutcome outcome = command.wait();
+    EXPECT_EQ(outcome.exitCode, -SIGINT);
+    EXPECT_NE(outcome.err.find("kovalune: interrupted: "), std::string::npos) << outcome.err;
+    EXPECT_NE(outcome.err.find(" of 9 written"), std::string::npos) << outcome.err;
+    EXPECT_FALSE(exists(name("soft", 9)));
+    EXPECT_EQ(leftovers(), 0U);
+}
+
+TEST_F(ShotCommand, BearsTwoRunsAtOnce) {
+    const CommandSetting setting = {.environment = {},
+                                    .folder = folder_.path(),
+                                    .mostFileBytes = 0,
+                                    .mostMemoryBytes = 0,
+                                    .standardOutput = {},
+                                    .program = {},
+                                    .ownGroup = false,
+                                    .errorColumns = 0};
+    RunningCommand one(with({"render"}, shot_), setting);
+    RunningCommand other(with({"render"}, shot_), setting);
+    EXPECT_EQ(one.wait().exitCode, 0);
+    EXPECT_EQ(other.wait().exitCode, 0);
+    const std::vector<uint8_t> sixth = bytes(name("soft", 6));
+    ASSERT_EQ(run(shot_).exitCode, 0);
+    EXPECT_EQ(bytes(name("soft", 6)), sixth);
+    EXPECT_EQ(leftovers(), 0U);
+}
+
+TEST_F(ShotCommand, LeavesNothingHalfWrittenOnAFullDisk) {
+    CommandSetting setting;
+    setting.mostFileBytes = 300;
+    const CommandOutcome outcome = run(with(shot_, {"--keep-going"}), setting);
+    EXPECT_EQ(outcome.exitCode, 3);
+    EXPECT_NE(outcome.err.find("6 frames: 0 written, 6 failed (0001: cannot write "), std::string::npos)
+        << outcome.err;
+    EXPECT_FALSE(exists(name("soft", 1)));
+    EXPECT_EQ(leftovers(), 0U);
+}
+
+TEST_F(ShotCommand, WritesALineOfJsonAFrame) {
+    cutShort(2);
+    EXPECT_EQ(run(with(shot_, {"--keep-going", "--log", "log.json", "--jobs", "2"})).exitCode, 3);
+    std::ifstream file(folder_ / "log.json");
+    std::string line;
+    std::vector<int> frames;
+    while (std::getline(file, line)) {
+        const nlohmann::json json = nlohmann::json::parse(line);
+        frames.push_back(json["frame"]);
+        EXPECT_EQ(json["code"], json["frame"] == 2 ? 3 : 0);
+        EXPECT_EQ(json["state"], json["frame"] == 2 ? "failed" : "written");
+        EXPECT_EQ(json["output"], name("soft", json["frame"]));
+        EXPECT_EQ(json["passes"].size(), json["frame"] == 2 ? 0U : 1U);
+    }
+    std::sort(frames.begin(), frames.end());
+    EXPECT_EQ(frames, std::vector<int>({1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(ShotCommand, PrintsWhatItWouldDo) {
+    const CommandOutcome outcome = run(with(shot_, {"--frames", "2,1", "--dry-run"}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "cel.0002.png -> soft.0002.png\ncel.0001.png -> soft.0001.png\n");
+    EXPECT_FALSE(exists(name("soft", 1)));
+    writeBytes(folder_ / name("soft", 2), {});
+    const CommandOutcome stopped = run(with(shot_, {"--frames", "2,1", "--dry-run", "--no-clobber"}));
+    EXPECT_EQ(stopped.exitCode, 3);
+    EXPECT_NE(stopped.out.find("cel.0001.png -> "), std::string::npos);
+}
+
+TEST_F(ShotCommand, JudgesStrictlyAtTheEnd) {
+    const CommandOutcome outcome =
+        run(with(shot_, {"--strict", "--set", "Color 1=#010203", "--set", "Enable 1=on"}));
+    EXPECT_EQ(outcome.exitCode, 4) << outcome.err;
+    EXPECT_NE(outcome.err.find("in 6 of 6 frames (0001-0006)"), std::string::npos) << outcome.err;
+    EXPECT_TRUE(exists(name("soft", 6)));
+}
+
+TEST_F(ShotCommand, GoesThroughItsPasses) {
+    std::ofstream(folder_ / "a.params") << "Blur Amount=3\n";
+    std::ofstream(folder_ / "b.params") << "Blur Amount=5\n";
+    ASSERT_EQ(run({name("cel", 1), "-o", "one.tif", "--params", "a.params"}).exitCode, 0);
+    ASSERT_EQ(run({"one.tif", "-o", "two.tif", "--params", "b.params"}).exitCode, 0);
+    ASSERT_EQ(run({name("cel", 1), "-o", "both.tif", "--pass", "a.params", "--pass", "b.params"}).exitCode,
+              0);
+    EXPECT_EQ(bytes("both.tif"), bytes("two.tif"));
+    ASSERT_EQ(
+        run({name("cel", 1), "-o", "until.tif", "--pass", "a.params", "--pass", "b.params", "--until", "a"})
+            .exitCode,
+        0);
+    EXPECT_EQ(bytes("until.tif"), bytes("one.tif"));
+    const CommandOutcome outcome =
+        run({name("cel", 1), "-o", "both.tif", "--pass", "a.params", "--pass", "b.params", "--report"});
+    EXPECT_NE(outcome.out.find("Pass a\nStage"), std::string::npos) << outcome.out;
+    EXPECT_NE(outcome.out.find("Pass b\nStage"), std::string::npos) << outcome.out;
+}
+
+TEST_F(ShotCommand, SavesItsSettingsWhereTheyChange) {
+    const Words words = with(shot_, {"--save-params", "used.params"});
+    ASSERT_EQ(run(words).exitCode, 0);
+    const std::vector<uint8_t> text = bytes("used.params");
+    EXPECT_EQ(std::string(text.begin(), text.begin() + 14), "[Version=2.0]\n");
+    const auto time = std::filesystem::last_write_time(folder_ / "used.params");
+    CommandOutcome outcome = run(with(words, {"--newer"}));
+    EXPECT_NE(outcome.err.find("6 passed over"), std::string::npos) << outcome.err;
+    EXPECT_EQ(std::filesystem::last_write_time(folder_ / "used.params"), time);
+    ASSERT_EQ(run({"cel.####.png", "-o", "again.####.png", "--params", "used.params"}).exitCode, 0);
+    EXPECT_EQ(bytes(name("again", 4)), bytes(name("soft", 4)));
+}
+
+TEST_F(ShotCommand, RefusesWhatCannotBe) {
+    const Words plain = {"cel.####.png", "-o", "soft.####.png"};
+    expectRefused({"hat.####.png", "-o", "soft.####.png"}, 3, "no file has such a name");
+    expectRefused(with(plain, {"--frames", "1-"}), 2, "--frames takes");
+    expectRefused(with(plain, {"--frames", "7-9"}), 3, "frames 0007-0009");
+    expectRefused(with(plain, {"--jobs", "0"}), 2, "--jobs takes a whole number, 1 to 64");
+    expectRefused(with(plain, {"--jobs", "65"}), 2, "--jobs takes a whole number, 1 to 64");
+    expectRefused(with(plain, {"--renumber", "1.5"}), 2, "--renumber takes");
+    expectRefused(with(plain, {"--missing", "no"}), 2, "--missing takes");
+    expectRefused(with(plain, {"--skip-existing", "--newer"}), 2, "can hold");
+    expectRefused(with(plain, {"--frame", "3"}), 2, "--frame");
+    expectRefused(with(plain, {"--set", "Blur Amount@1=1", "--set", "Blur Amount@1=2"}), 2, "already");
+    expectRefused(with(plain, {"--until", "hair"}), 2, "there is no pass 'hair'");
+    expectRefused({"cel.####.png", "-o", "soft.##.##.png"}, 2, "2 places for a number");
+    expectRefused({"cel.####.png", "-o", "soft.png"}, 2, "is one picture");
+    expectRefused({"cel.####.png", "-o", "no/soft.####.png"}, 3, "there is no folder");
+    expectRefused({"cel.####.png", "-o", "cel.####.png", "--renumber", "2"}, 2, "is the input of frame 0002");
+    expectRefused({name("cel", 1), "-o", "soft.####.png"}, 2, "--frames 7");
+    expectRefused({name("cel", 1), "-o", "soft.png", "--set", "Blur Amount@1=1"}, 2, "--frame N");
+    expectRefused({name("cel", 1), "-o", "soft.png", "--frames", "1"}, 2, "--frames");
+}
+
+} // namespace
+} // namespace kovalune::test
