@@ -15,9 +15,8 @@ target_compile_options(kovalune_warnings INTERFACE
 if(CMAKE_UNITY_BUILD AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   target_compile_options(kovalune_warnings INTERFACE -Wno-subobject-linkage)
 endif()
-# GCC 12 for 32-bit Windows takes a literal joined with a std::string for an overlapping copy, inside the library.
-if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 4 AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND
-   CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+# GCC 12 takes a literal joined with a std::string for an overlapping copy, inside the library.
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
   target_compile_options(kovalune_warnings INTERFACE -Wno-restrict)
 endif()
 

@@ -11,6 +11,8 @@
 
 namespace kovalune::render {
 
+class FrameArea;
+
 struct Fraction {
     int32_t numerator = 1;
     int32_t denominator = 1;
@@ -26,8 +28,9 @@ struct FrameRequest {
     bool legacy = false; ///< by the host's older command, also where the effect knows the newer ones
     /// Called as the frame goes on, on several threads at once; false gives it up.
     std::function<bool(int current, int total)> onProgress;
-    host::ParamValues values;      ///< in place of the session's own, for this frame alone
-    FrameReport* counts = nullptr; ///< filled by the built-in effect, if it is not null
+    host::ParamValues values;        ///< in place of the session's own, for this frame alone
+    const FrameArea* area = nullptr; ///< where the effect may work, of the picture's size; null: everywhere
+    FrameReport* counts = nullptr;   ///< filled by the built-in effect, if it is not null
 };
 
 } // namespace kovalune::render

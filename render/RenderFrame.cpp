@@ -1,6 +1,8 @@
 #include "render/RenderFrame.h"
 
 #include "hostapi/Constants.h"
+#include "render/FrameArea.h"
+#include "render/ParamText.h"
 #include "render/Stages.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
@@ -52,6 +54,22 @@ text::Failure lackOfMemory(const host::Image& image, const std::string& name, co
                                             (words.empty() ? "" : ": " + words)};
 }
 
+/// True for an effect without views, too.
+bool isNormalView(const host::Session& session, const host::ParamValues& values) {
+    const std::optional<int> index = session.findParam(std::string(kViewLabel));
+    if (!index) {
+        return true;
+    }
+    const std::vector<std::string> choices = session.choices(*index);
+    host::ParamValue value = choices.empty() ? host::ParamValue() : session.value(*index);
+    for (const auto& [each, own] : values) {
+        value = each == *index ? own : value;
+    }
+    const auto* const choice = std::get_if<A_long>(&value);
+    const auto place = static_cast<std::size_t>(choice == nullptr ? 0 : *choice);
+    return place < 1 || place > choices.size() || choices[place - 1] == "Normal";
+}
+
 } // namespace
 
 PF_PixelFormat formatOfDepth(int bits) {
@@ -77,7 +95,9 @@ host::Image renderFrame(OpenEffect& effect, const host::Image& image, const Fram
             report.emplace(*request.counts);
         }
         output = host::Image(image.format(), image.width(), image.height());
-        result = session.render(image.view(), output.view(), hostRequest(session, request));
+        const host::Image cut = request.area == nullptr ? host::Image() : cutTo(image, *request.area);
+        const host::Image& seen = request.area == nullptr ? image : cut;
+        result = session.render(seen.view(), output.view(), hostRequest(session, request));
     } catch (const host::HostError& reason) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot render " + text::inQuotes(request.name) + ": " + reason.what());
@@ -91,6 +111,11 @@ host::Image renderFrame(OpenEffect& effect, const host::Image& image, const Fram
     if (!result.rendered) {
         throw text::Failure(text::FailureKind::kEffect,
                             "the effect promised no pixel of the picture that it was to render");
+    }
+    if (request.area != nullptr && isNormalView(session, request.values)) {
+        restoreOutside(output, image, *request.area);
+    } else if (request.area != nullptr) {
+        clearOutside(output, *request.area);
     }
     return output;
 }

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <filesystem>
 #include <optional>
 #include <tuple>
 #include <utility>
@@ -52,12 +53,12 @@ public:
                 return i + 1;
             }
         }
-        layer_.passes.push_back({std::string(name), {}});
+        layer_.passes.push_back({std::string(name), {}, {}});
         return layer_.passes.size();
     }
 
     void add(std::size_t pass, const Setting& setting, int line) {
-        SettingTracks& tracks = pass == 0 ? layer_.common : layer_.passes[pass - 1].tracks;
+        SettingTracks& tracks = of(pass).tracks;
         for (const char component : componentsOf(session_, setting.target)) {
             const SettingTarget target{setting.target.index, component};
             const auto [track, isNew] = tracks.try_emplace(target);
@@ -74,10 +75,27 @@ public:
         }
     }
 
+    /// What lines say of where a pass may work, each label once.
+    bool addArea(std::size_t pass, std::string_view line, const std::string& folder, int number) {
+        const std::size_t equals = line.find('=');
+        const std::string_view label = text::trimmed(line.substr(0, equals));
+        if (equals == std::string_view::npos || session_.findParam(std::string(label)) ||
+            !takeAreaLine(of(pass).area, label, line.substr(equals + 1), folder)) {
+            return false;
+        }
+        const auto [place, isNew] = areaLines_.emplace(std::pair(pass, text::foldedCase(label)), number);
+        if (!isNew) {
+            refuse(text::inQuotes(label) + " was set in line " + std::to_string(place->second) + " already");
+        }
+        return true;
+    }
+
     SettingsLayer take() { return std::move(layer_); }
 
 private:
     using Place = std::tuple<std::size_t, SettingTarget, std::optional<int64_t>>;
+
+    PassSettings& of(std::size_t pass) { return pass == 0 ? layer_.common : layer_.passes[pass - 1]; }
 
     std::string nameOf(const SettingTarget& target) const {
         return text::inQuotes(session_.params()[static_cast<std::size_t>(target.index)].name);
@@ -110,6 +128,7 @@ private:
     const Repeated repeated_;
     SettingsLayer layer_;
     std::map<Place, int> lines_;
+    std::map<std::pair<std::size_t, std::string>, int> areaLines_;
 };
 
 /// Told by its mark, or by zeros in every other byte, as ASCII has them there.
@@ -169,7 +188,8 @@ std::optional<std::string_view> passNameOf(std::string_view line) {
 /// The lines of a file, one after the other.
 class FileReader {
 public:
-    FileReader(const host::Session& session, LayerBuilder& builder) : session_(session), builder_(builder) {}
+    FileReader(const host::Session& session, LayerBuilder& builder, std::string folder)
+        : session_(session), builder_(builder), folder_(std::move(folder)) {}
 
     void take(std::string_view line, int number) {
         if (line.find('\r') != std::string_view::npos) {
@@ -184,7 +204,9 @@ public:
             takeSection(inner);
             return;
         }
-        builder_.add(pass_, parseSetting(session_, inner), number);
+        if (!builder_.addArea(pass_, inner, folder_, number)) {
+            builder_.add(pass_, parseSetting(session_, inner), number);
+        }
     }
 
 private:
@@ -198,6 +220,7 @@ private:
 
     const host::Session& session_;
     LayerBuilder& builder_;
+    const std::string folder_;
     std::size_t pass_ = 0;
 };
 
@@ -205,7 +228,7 @@ private:
 
 bool SettingsLayer::hasKeys() const {
     const auto keyed = [](const auto& track) { return track.second.isKeyed(); };
-    return std::any_of(common.begin(), common.end(), keyed) ||
+    return std::any_of(common.tracks.begin(), common.tracks.end(), keyed) ||
            std::any_of(passes.begin(), passes.end(), [&](const PassSettings& pass) {
                return std::any_of(pass.tracks.begin(), pass.tracks.end(), keyed);
            });
@@ -222,7 +245,7 @@ SettingsLayer parseSettingsText(const host::Session& session, std::string_view t
         text.remove_prefix(kByteOrderMark.size());
     }
     LayerBuilder builder(session, Repeated::kRefused);
-    FileReader reader(session, builder);
+    FileReader reader(session, builder, std::filesystem::path(name).parent_path().string());
     for (int number = 1; !text.empty(); ++number) {
         const std::size_t end = std::min(text.find('\n'), text.size());
         std::string_view line = text.substr(0, end);

@@ -2,9 +2,11 @@
 //
 // A file's lines are settings, blank, or comments (';' or '#' first). Lines before the first "[Pass NAME]" count in every pass,
 // below the pass's own; a name met again continues its pass. The defaults file of the effect is such a file too, with its
-// section's name and its colours as one line a component ("Color 1.r=3").
+// section's name and its colours as one line a component ("Color 1.r=3"). Lines may say where a pass may work, as takeAreaLine
+// has it.
 #pragma once
 
+#include "render/AreaSettings.h"
 #include "render/SettingLine.h"
 
 #include <map>
@@ -29,10 +31,11 @@ using SettingTracks = std::map<SettingTarget, SettingTrack>;
 struct PassSettings {
     std::string name;
     SettingTracks tracks;
+    AreaSettings area;
 };
 
 struct SettingsLayer {
-    SettingTracks common;
+    PassSettings common;              ///< of all passes; without a name
     std::vector<PassSettings> passes; ///< in the order that they came up in
 
     bool hasKeys() const;

@@ -89,10 +89,12 @@ std::vector<std::string> passNames(const std::vector<SettingsLayer>& layers) {
 }
 
 void layOver(PassSettings& pass, const SettingsLayer& layer) {
-    layOver(pass.tracks, layer.common);
+    layOver(pass.tracks, layer.common.tracks);
+    layOver(pass.area, layer.common.area);
     for (const PassSettings& own : layer.passes) {
         if (own.name == pass.name) {
             layOver(pass.tracks, own.tracks);
+            layOver(pass.area, own.area);
         }
     }
 }
@@ -120,7 +122,7 @@ ShotSettings::ShotSettings(const host::Session& session, const std::vector<Setti
                            const SettingsLayer& options)
     : base_(valuesOf(session)) {
     for (const std::string& name : passNames(layers)) {
-        passes_.push_back({name, {}});
+        passes_.push_back({name, {}, {}});
     }
     if (passes_.empty()) {
         passes_.emplace_back();
@@ -144,6 +146,11 @@ bool ShotSettings::hasKeys() const {
         return std::any_of(pass.tracks.begin(), pass.tracks.end(),
                            [](const auto& track) { return track.second.isKeyed(); });
     });
+}
+
+bool ShotSettings::hasAreas() const {
+    return std::any_of(passes_.begin(), passes_.end(),
+                       [](const PassSettings& pass) { return pass.area.mask || pass.area.region; });
 }
 
 host::ParamValues ShotSettings::valuesAt(std::size_t pass, int64_t frame) const {
@@ -214,7 +221,7 @@ std::string ShotSettings::text(host::Session& session) const {
     std::string text = hasPasses() || hasKeys() ? "[Version=2.0]\n" : "[Version=1.0]\n";
     for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
         text += hasPasses() ? "[Pass " + passes_[pass].name + "]\n" : "";
-        text += passText(session, pass);
+        text += areaText(passes_[pass].area) + passText(session, pass);
     }
     return text;
 }

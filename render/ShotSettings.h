@@ -38,6 +38,10 @@ public:
     /// What a pass sets at all, keyed or not.
     NamedParams named(std::size_t pass) const;
 
+    /// Where a pass may work.
+    const AreaSettings& area(std::size_t pass) const { return passes_[pass].area; }
+    bool hasAreas() const;
+
     /// The last pass becomes the one of this name. Throws Failure where there is none.
     void endWith(const std::string& passName);
 

@@ -4,6 +4,7 @@
 #include "effect/Kovalune.h"
 #include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
+#include "render/AreaSettings.h"
 #include "render/FrameRequest.h"
 #include "render/OpenEffect.h"
 #include "render/shots/FrameForm.h"
@@ -61,6 +62,7 @@ struct RenderArguments {
     FrameArguments frame;
     ReportArguments report;
     SequenceArguments sequence; ///< without inputs and output nothing is rendered, the parameters are printed
+    render::AreaSettings area;  ///< of all passes
     std::optional<int64_t> valueFrame; ///< whose values a picture without a number gets
     std::optional<std::string> log;
     std::optional<std::string> saveParams;

@@ -5,6 +5,7 @@
 #include "cli/files/PictureNames.h"
 #include "cli/files/SheetLayout.h"
 #include "text/AsciiText.h"
+#include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
@@ -53,6 +54,30 @@ void addFrame(CommandSyntax& command, FrameArguments& frame) {
     command.addFlag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
     addAlpha(command, frame.form.alphaKind);
     command.addFlag("--quiet", frame.quiet, "No progress, and no word of remembered defaults");
+}
+
+void addArea(CommandSyntax& command, render::AreaSettings& area) {
+    const OptionSyntax mask = command
+                                  .addText("--mask", area.mask,
+                                           "Work only where this picture is not 0: in its alpha, or where it "
+                                           "has none, its grey. Of a shot a pattern too")
+                                  .shownAs("FILE");
+    addChoice<std::optional<render::MaskBy>>(
+        command, "--mask-by", area.maskBy,
+        {{"alpha", render::MaskBy::kAlpha}, {"grey", render::MaskBy::kGrey}},
+        "What of the mask counts: alpha, grey")
+        .needs(mask)
+        .shownAs("CHANNEL");
+    const auto invert = [&area] { area.invert = true; };
+    command.addAction("--invert-mask", invert, "Work where the mask is 0").needs(mask);
+    const auto setRegion = [&area](const std::string& text) {
+        try {
+            area.region = render::parseRegion(text, "--region");
+        } catch (const text::Failure& failure) {
+            throw UsageMistake(failure.what());
+        }
+    };
+    command.addTaker("--region", setRegion, "Work only here: pixels from the top left").shownAs("X,Y,W,H");
 }
 
 void addReport(CommandSyntax& command, ReportArguments& report) {
@@ -137,6 +162,7 @@ void addRender(CommandSyntax& command, RenderArguments& arguments) {
                    "A picture without a number gets the keys of this frame");
     command.addText("--log", arguments.log, "Write a line of JSON for each frame to this file")
         .shownAs("FILE");
+    addArea(command, arguments.area);
     addFrame(command, arguments.frame);
     addReport(command, arguments.report);
     command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");

@@ -42,7 +42,8 @@ render::SettingsLayer passOf(const host::Session& session, const std::string& fi
             }
         }
     }
-    layer.passes.push_back({name, std::exchange(layer.common, {})});
+    layer.passes.push_back(std::exchange(layer.common, {}));
+    layer.passes.back().name = name;
     return layer;
 }
 
@@ -116,10 +117,13 @@ render::ShotSettings shotSettings(host::Session& session, const EffectArguments&
 render::NamedParams applySettings(host::Session& session, const EffectArguments& arguments,
                                   const std::optional<std::string>& view) {
     const render::ShotSettings settings = shotSettings(session, arguments, view);
-    if (settings.hasPasses() || settings.hasKeys()) {
-        throw text::Failure(text::FailureKind::kUsage, std::string("the settings have ") +
-                                                           (settings.hasPasses() ? "passes" : "keys") +
-                                                           ", which this command does not take");
+    const char* const what = settings.hasPasses()  ? "passes"
+                             : settings.hasKeys()  ? "keys"
+                             : settings.hasAreas() ? "a mask or a region"
+                                                   : nullptr;
+    if (what != nullptr) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            std::string("the settings have ") + what + ", which this command does not take");
     }
     render::setValues(session, settings.valuesAt(0, 0));
     return settings.named(0);

@@ -14,6 +14,7 @@
 #include "render/shots/ParamsFile.h"
 #include "render/shots/SequenceInput.h"
 #include "render/shots/SequencePlan.h"
+#include "render/shots/ShotAreas.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 #include "text/NumberText.h"
@@ -71,8 +72,9 @@ void addNotes(Frame& frame, const host::Session& session, const render::ShotSett
     }
 }
 
-Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings,
-              const shots::SourceFrame& source, const RenderArguments& arguments) {
+Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings, const shots::ShotAreas& areas,
+              const shots::PlannedFrame& names, const shots::SourceFrame& source,
+              const RenderArguments& arguments) {
     Frame frame;
     host::Session& session = effect.session();
     const int64_t number = arguments.valueFrame.value_or(0);
@@ -89,8 +91,9 @@ Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings,
             frame.counts.back() = FrameReport{.countsChanges = arguments.report.report};
         }
         FrameReport* const counts = frame.counts.back() ? &*frame.counts.back() : nullptr;
+        const auto area = areas.areaOf(pass, names, source.image.width(), source.image.height(), frame.notes);
         frame.image = renderPicture(effect, source.name, pass == 0 ? source.image : frame.image,
-                                    arguments.frame, progress, counts);
+                                    arguments.frame, progress, counts, area.get());
         progress.nextFrame();
         addNotes(frame, session, settings, pass);
     }
@@ -141,13 +144,14 @@ void saveParams(const RenderArguments& arguments, const render::ShotSettings& se
 }
 
 void renderFile(render::OpenEffect& effect, const render::ShotSettings& settings,
-                const shots::PlannedFrame& names, const RenderArguments& arguments) {
+                const shots::ShotAreas& areas, const shots::PlannedFrame& names,
+                const RenderArguments& arguments) {
     const pictures::FileFormat format = pictures::formatToWrite(names.output);
     Times times;
     Stopwatch watch;
     const shots::SourceFrame source = shots::readFrame(names.input, arguments.frame.form);
     times.reading = watch.lap();
-    const Frame frame = frameOf(effect, settings, source, arguments);
+    const Frame frame = frameOf(effect, settings, areas, names, source, arguments);
     times.effect = watch.lap();
     const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.frame.form);
     const std::vector<uint8_t> bytes =
@@ -211,6 +215,8 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     render::OpenEffect effect = openEffect(arguments.effect);
     const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
     checkKeys(settings, plan, arguments);
+    const shots::ShotAreas areas(settings, arguments.area);
+    areas.check(plan);
     if (arguments.sequence.options.dryRun) {
         tellPlan(plan, arguments);
         return;
@@ -218,12 +224,12 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     saveParams(arguments, settings, effect.session());
     if (plain) {
         const shots::PlannedFrame& names = plan.frames.front();
-        pictures::withMemoryFor(names.input, [&] { renderFile(effect, settings, names, arguments); });
+        pictures::withMemoryFor(names.input, [&] { renderFile(effect, settings, areas, names, arguments); });
     } else {
         if (arguments.printParams) {
             printOut(settings.text(effect.session()));
         }
-        renderShot(effect, settings, plan, arguments);
+        renderShot(effect, settings, areas, plan, arguments);
     }
     if (!arguments.frame.quiet) {
         const int64_t frame = plan.frames.empty() ? 0 : plan.frames.front().number.value_or(0);

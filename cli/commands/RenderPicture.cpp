@@ -49,7 +49,8 @@ ProgressFrame progressFrame(const host::Session& session, const FrameArguments& 
 }
 
 host::Image renderPicture(render::OpenEffect& effect, const std::string& name, const host::Image& image,
-                          const FrameArguments& arguments, ProgressLine& progress, FrameReport* counts) {
+                          const FrameArguments& arguments, ProgressLine& progress, FrameReport* counts,
+                          const render::FrameArea* area) {
     shots::Interrupt interrupt;
     render::FrameRequest request;
     request.name = name;
@@ -60,6 +61,7 @@ host::Image renderPicture(render::OpenEffect& effect, const std::string& name, c
         return !interrupt.came();
     };
     request.counts = counts;
+    request.area = area;
     host::Image result;
     // Whatever becomes of the frame after a signal, it is not wanted any more.
     interrupt.during([&] {

@@ -3,6 +3,7 @@
 
 #include "cli/arguments/Arguments.h"
 #include "cli/text/ProgressLine.h"
+#include "render/FrameArea.h"
 #include "render/OpenEffect.h"
 #include "render/shots/SourceFrame.h"
 
@@ -23,6 +24,6 @@ ProgressFrame progressFrame(const host::Session& session, const FrameArguments& 
 /// is not null, is what the built-in effect reports.
 host::Image renderPicture(render::OpenEffect& effect, const std::string& name, const host::Image& image,
                           const FrameArguments& arguments, ProgressLine& progress,
-                          FrameReport* counts = nullptr);
+                          FrameReport* counts = nullptr, const render::FrameArea* area = nullptr);
 
 } // namespace kovalune::cli

@@ -129,7 +129,8 @@ int threadsFor(const shots::SequencePlan& plan, RenderArguments& arguments) {
 }
 
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
-                const shots::SequencePlan& plan, const RenderArguments& arguments) {
+                const shots::ShotAreas& areas, const shots::SequencePlan& plan,
+                const RenderArguments& arguments) {
     tellGaps(plan, arguments.frame.quiet);
     std::optional<FrameLog> log;
     if (arguments.log) {
@@ -140,17 +141,18 @@ void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings
     options.jobs = static_cast<std::size_t>(arguments.sequence.jobs.value_or(1));
     options.keepGoing = arguments.sequence.options.keepGoing;
     options.isToStop = [&interrupt] { return interrupt.came(); };
+    shots::ShotRequest request = requestOf(arguments);
+    request.areas = areas.any() ? &areas : nullptr;
     shots::ShotSummary summary(plan);
     {
         SequenceProgress progress(plan.frames.size(), arguments.frame.quiet);
-        shots::runShot(effect, settings, plan, requestOf(arguments), options,
-                       [&](const shots::FrameRecord& record) {
-                           summary.add(record);
-                           if (log) {
-                               log->add(plan, settings, record);
-                           }
-                           progress.ended(plan.nameOf(plan.frames[record.index]));
-                       });
+        shots::runShot(effect, settings, plan, request, options, [&](const shots::FrameRecord& record) {
+            summary.add(record);
+            if (log) {
+                log->add(plan, settings, record);
+            }
+            progress.ended(plan.nameOf(plan.frames[record.index]));
+        });
     }
     interrupt.release();
     if (interrupt.came()) {

@@ -5,6 +5,7 @@
 #include "render/OpenEffect.h"
 #include "render/ShotSettings.h"
 #include "render/shots/SequencePlan.h"
+#include "render/shots/ShotAreas.h"
 
 namespace kovalune::cli {
 
@@ -13,7 +14,8 @@ void tellPlan(const shots::SequencePlan& plan, const RenderArguments& arguments)
 
 /// Throws Failure of the worst frame's kind where one failed, and Interruption; everything else is told by then.
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
-                const shots::SequencePlan& plan, const RenderArguments& arguments);
+                const shots::ShotAreas& areas, const shots::SequencePlan& plan,
+                const RenderArguments& arguments);
 
 /// How many threads an effect that renders this plan is to have.
 int threadsFor(const shots::SequencePlan& plan, RenderArguments& arguments);

@@ -76,8 +76,11 @@ public:
     void addNotes(std::size_t pass) {
         host::Session& session = effect_.session();
         render::setValues(session, settings_.valuesAt(pass, number()));
-        record.passes[pass].notes =
-            render::selectionNotes(session, settings_.named(pass), record.passes[pass].counts);
+        std::vector<std::string>& notes = record.passes[pass].notes; // what there is of masks
+        for (std::string& note :
+             render::selectionNotes(session, settings_.named(pass), record.passes[pass].counts)) {
+            notes.push_back(std::move(note));
+        }
     }
 
     FrameRecord record;
@@ -100,8 +103,15 @@ private:
         if (request_.existing == ExistingOutputs::kReplace || !fs::exists(frame_.output, error)) {
             return false;
         }
-        return request_.existing == ExistingOutputs::kSkip ||
-               isNewest(frame_.output, frame_.input, request_.settingsFiles);
+        if (request_.existing == ExistingOutputs::kSkip) {
+            return true;
+        }
+        std::vector<std::string> others = request_.settingsFiles;
+        if (request_.areas != nullptr) {
+            const std::vector<std::string> masks = request_.areas->masksOf(frame_);
+            others.insert(others.end(), masks.begin(), masks.end());
+        }
+        return isNewest(frame_.output, frame_.input, others);
     }
 
     void readPictures() {
@@ -125,6 +135,12 @@ private:
             request.values = settings_.valuesAt(pass, number());
             request.onProgress = [this](int, int) { return !isToStop_ || !isToStop_(); };
             request.counts = of.counts ? &*of.counts : nullptr;
+            std::shared_ptr<const render::FrameArea> area;
+            if (request_.areas != nullptr) {
+                area = request_.areas->areaOf(pass, frame_, source_.image.width(), source_.image.height(),
+                                              of.notes);
+            }
+            request.area = area.get();
             result_ = render::renderFrame(effect_, pass == 0 ? source_.image : result_, request);
         }
     }

@@ -7,6 +7,7 @@
 #include "render/shots/FrameForm.h"
 #include "render/shots/SequencePlan.h"
 #include "render/shots/SequenceRun.h"
+#include "render/shots/ShotAreas.h"
 
 #include <functional>
 #include <optional>
@@ -23,6 +24,7 @@ struct ShotRequest {
     bool countsChanges = false; ///< what takes most of a report's time
     ExistingOutputs existing = ExistingOutputs::kReplace;
     std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
+    const ShotAreas* areas = nullptr;       ///< where passes may work; null: everywhere
     int64_t frame = 0;                      ///< whose values count for a picture without a number
 };
 
