@@ -86,9 +86,8 @@ struct SheetArguments {
 
 /// The boundary smoothing alone.
 struct SmoothArguments {
-    std::string input;
-    std::string output;
-    bool force = false;
+    SequenceArguments sequence;
+    bool quiet = false;
     SmoothOptions options; ///< but for the key's colour
     std::optional<std::string> keyColor;
     std::optional<std::string> flagMap; ///< a picture of the edge flags

@@ -9,6 +9,8 @@ namespace kovalune::cli {
 void addRender(CommandSyntax& command, RenderArguments& arguments);
 /// Which pictures a command reads and writes.
 void addSequence(CommandSyntax& command, SequenceArguments& sequence);
+/// Throws UsageMistake where one of them is missing.
+void checkInputAndOutput(const SequenceArguments& sequence);
 
 void addSheet(CommandSyntax& command, SheetArguments& arguments);
 void addSmooth(CommandSyntax& command, SmoothArguments& arguments);
@@ -23,6 +25,7 @@ void addInfo(CommandSyntax& command, InfoArguments& arguments);
 // Throw UsageMistake for options that do not go together.
 void checkTogether(const RenderArguments& arguments);
 void checkTogether(const SheetArguments& arguments);
+void checkTogether(const SmoothArguments& arguments);
 void checkTogether(const DefaultsArguments& arguments);
 
 } // namespace kovalune::cli

@@ -184,17 +184,7 @@ void checkTogether(const RenderArguments& arguments) {
         !report.strict && !arguments.log) {
         return;
     }
-    if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
-                    [](const std::string& input) { return input.empty(); })) {
-        throw UsageMistake("INPUT is required");
-    }
-    if (sequence.output.empty() && sequence.inputs.size() > 1) {
-        throw UsageMistake("--output is required: is it " + text::inQuotes(sequence.inputs.back()) +
-                           "? The picture to write stands after -o");
-    }
-    if (sequence.output.empty()) {
-        throw UsageMistake("--output is required");
-    }
+    checkInputAndOutput(sequence);
 }
 
 void addSheet(CommandSyntax& command, SheetArguments& arguments) {

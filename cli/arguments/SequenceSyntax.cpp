@@ -6,6 +6,9 @@
 #include "pictures/PictureFile.h"
 #include "render/shots/FrameList.h"
 #include "text/Failure.h"
+#include "text/MessageText.h"
+
+#include <algorithm>
 
 namespace kovalune::cli {
 
@@ -92,6 +95,20 @@ void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
                       "; default: with --threads what the machine and its free memory bear")
         .shownAs("N");
     command.addFlag("--verbose", sequence.verbose, "Tell how the work is divided");
+}
+
+void checkInputAndOutput(const SequenceArguments& sequence) {
+    if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
+                    [](const std::string& input) { return input.empty(); })) {
+        throw UsageMistake("INPUT is required");
+    }
+    if (sequence.output.empty() && sequence.inputs.size() > 1) {
+        throw UsageMistake("--output is required: is it " + text::inQuotes(sequence.inputs.back()) +
+                           "? The picture to write stands after -o");
+    }
+    if (sequence.output.empty()) {
+        throw UsageMistake("--output is required");
+    }
 }
 
 } // namespace kovalune::cli

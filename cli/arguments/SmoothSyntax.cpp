@@ -29,7 +29,7 @@ void addKey(CommandSyntax& command, SmoothArguments& arguments) {
 
 void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
     command.describe("Turn stair-steps into ramps: the effect's anti-aliasing alone, on any picture");
-    addRequiredFiles(command, arguments, kMayBeInput);
+    addSequence(command, arguments.sequence);
     addNumber(command, "--threshold", arguments.options.threshold, kThresholdRange,
               "Neighbours are apart where their channels' differences add up to more");
     addNumber(command, "--strength", arguments.options.strength, kStrengthRange,
@@ -44,7 +44,12 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
     addPngLevel(command, arguments.form.encoding);
     addAlpha(command, arguments.form.alphaKind);
     addCpu(command, arguments.cpu);
+    command.addFlag("--quiet", arguments.quiet, "No progress, and no line at the end of a shot");
     command.addFooter(example("smooth drawing.png -o smooth.png --strength 90"));
+}
+
+void checkTogether(const SmoothArguments& arguments) {
+    checkInputAndOutput(arguments.sequence);
 }
 
 } // namespace kovalune::cli

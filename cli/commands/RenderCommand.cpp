@@ -4,6 +4,7 @@
 #include "cli/commands/RememberedDefaults.h"
 #include "cli/commands/RenderPicture.h"
 #include "cli/commands/RenderShot.h"
+#include "cli/commands/RunFrames.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureFile.h"
@@ -210,7 +211,10 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     }
     const RememberedDefaults remembered(arguments.effect, arguments.view);
     if (!plain) {
-        arguments.effect.threads = threadsFor(plan, arguments);
+        const FrameDivision division =
+            divisionOf(plan, arguments.sequence, arguments.frame.form, arguments.effect.threads);
+        arguments.effect.threads = division.threads;
+        arguments.sequence.jobs = division.jobs;
     }
     render::OpenEffect effect = openEffect(arguments.effect);
     const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
@@ -218,7 +222,7 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     const shots::ShotAreas areas(settings, arguments.area);
     areas.check(plan);
     if (arguments.sequence.options.dryRun) {
-        tellPlan(plan, arguments);
+        tellPlan(plan, arguments.sequence, arguments.frame.quiet);
         return;
     }
     saveParams(arguments, settings, effect.session());

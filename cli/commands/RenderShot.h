@@ -9,15 +9,9 @@
 
 namespace kovalune::cli {
 
-/// What would be read and written, a line a frame on standard output; then throws what would stop the run.
-void tellPlan(const shots::SequencePlan& plan, const RenderArguments& arguments);
-
 /// Throws Failure of the worst frame's kind where one failed, and Interruption; everything else is told by then.
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
                 const shots::ShotAreas& areas, const shots::SequencePlan& plan,
                 const RenderArguments& arguments);
-
-/// How many threads an effect that renders this plan is to have.
-int threadsFor(const shots::SequencePlan& plan, RenderArguments& arguments);
 
 } // namespace kovalune::cli

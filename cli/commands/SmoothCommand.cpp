@@ -2,6 +2,7 @@
 #include "cli/commands/EffectSettings.h"
 
 #include "cli/commands/RenderPicture.h"
+#include "cli/commands/RunFrames.h"
 #include "effect/Kovalune.h"
 #include "pictures/Canvas.h"
 #include "pictures/PictureFile.h"
@@ -9,7 +10,9 @@
 #include "render/ParamText.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/DrawnFile.h"
-#include "render/shots/OutputFile.h"
+#include "render/shots/SequenceInput.h"
+#include "render/shots/SequencePlan.h"
+#include "render/shots/ShotRun.h"
 #include "text/Failure.h"
 
 #include <algorithm>
@@ -108,49 +111,84 @@ pictures::Picture flagPicture(const host::Image& image, const SmoothOptions& opt
     return std::move(canvas).picture();
 }
 
-/// What is to be done, as far as it is known before a picture is read.
-struct SmoothPlan {
-    pictures::FileFormat format = pictures::FileFormat::kPng; ///< of the output
-    SmoothOptions options;
-};
-
-SmoothPlan planOf(const SmoothArguments& arguments) {
-    SmoothPlan plan;
-    plan.format = shots::checkedOutputFormat(arguments.output, arguments.force);
-    if (arguments.flagMap) {
-        shots::checkDrawnFile(*arguments.flagMap, {arguments.input, arguments.output}, arguments.force);
-    }
-    plan.options = optionsOf(arguments);
-    return plan;
+host::Image smoothed(const host::Image& image, const SmoothOptions& options) {
+    checkKey(image.format(), options);
+    host::Image result(image.format(), image.width(), image.height());
+    requireNoError(smoothPicture(viewOf<PictureView>(image), viewOf<WritablePictureView>(result), options));
+    return result;
 }
 
-void smoothFile(const SmoothArguments& arguments, const SmoothPlan& plan) {
-    const shots::SourceFrame source = shots::readFrame(arguments.input, arguments.form);
-    checkKey(source.image.format(), plan.options);
-    host::Image result(source.image.format(), source.image.width(), source.image.height());
-    requireNoError(
-        smoothPicture(viewOf<PictureView>(source.image), viewOf<WritablePictureView>(result), plan.options));
-    const pictures::PictureForm form = shots::outputForm(source.picture, plan.format, arguments.form);
-    const std::vector<uint8_t> bytes =
-        pictures::encodePicture(plan.format, pictures::pictureOf(result, source.image, source.picture, form),
-                                arguments.form.encoding);
-    std::vector<shots::FileContent> files = {{arguments.output, bytes}};
+void smoothFile(const SmoothArguments& arguments, const shots::PlannedFrame& names,
+                const SmoothOptions& options) {
+    const pictures::FileFormat format = pictures::formatToWrite(names.output);
+    const shots::SourceFrame source = shots::readFrame(names.input, arguments.form);
+    const host::Image result = smoothed(source.image, options);
+    const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.form);
+    const std::vector<uint8_t> bytes = pictures::encodePicture(
+        format, pictures::pictureOf(result, source.image, source.picture, form), arguments.form.encoding);
+    std::vector<shots::FileContent> files = {{names.output, bytes}};
     std::vector<uint8_t> mapBytes;
     if (arguments.flagMap) {
-        mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, plan.options),
+        mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, options),
                                       arguments.form.encoding);
         files.push_back({*arguments.flagMap, mapBytes});
     }
     shots::writeAtomically(files);
-    noteLeftOut(source, plan.format);
+    noteLeftOut(source, format);
+}
+
+/// A picture takes one thread here, so all that there are make pictures.
+void smoothShot(const SmoothArguments& arguments, const shots::SequencePlan& plan,
+                const SmoothOptions& options) {
+    tellGaps(plan, arguments.quiet);
+    const FrameDivision division = divisionOf(plan, arguments.sequence, arguments.form, 1);
+    shots::PictureRequest request;
+    request.form = arguments.form;
+    request.existing = arguments.sequence.options.existing;
+    const shots::PictureMaker make = [&options](const shots::PlannedFrame&, const shots::SourceFrame& source,
+                                                shots::FrameRecord&) {
+        return smoothed(source.image, options);
+    };
+    const shots::ShotSummary summary =
+        runFrames(plan, division.jobs, arguments.sequence.options.keepGoing, arguments.quiet,
+                  [&](const shots::RunOptions& runOptions, const shots::FrameListener& ended) {
+                      shots::runPictures(plan, request, runOptions, make, ended);
+                  });
+    tellNotices(summary);
+    endByWorst(summary, false, arguments.quiet);
+}
+
+void checkFlagMap(const SmoothArguments& arguments, const shots::SequencePlan& plan) {
+    if (!arguments.flagMap) {
+        return;
+    }
+    if (!plan.isOnePicture) {
+        throw text::Failure(text::FailureKind::kUsage, "--flag-map: is drawn of one picture, not of a shot");
+    }
+    const shots::PlannedFrame& names = plan.frames.front();
+    shots::checkDrawnFile(*arguments.flagMap, {names.input, names.output}, arguments.sequence.options.force);
 }
 
 } // namespace
 
 void runSmooth(const SmoothArguments& arguments) {
     chooseInstructionSet(arguments.cpu);
-    const SmoothPlan plan = planOf(arguments);
-    pictures::withMemoryFor(arguments.input, [&] { smoothFile(arguments, plan); });
+    const SequenceArguments& sequence = arguments.sequence;
+    const shots::SequencePlan plan =
+        shots::planSequence(shots::sequenceInput(sequence.inputs), sequence.output, sequence.options);
+    const SmoothOptions options = optionsOf(arguments);
+    if (sequence.options.dryRun) {
+        tellPlan(plan, sequence, arguments.quiet);
+        return;
+    }
+    shots::checkOutputs(plan, sequence.options);
+    checkFlagMap(arguments, plan);
+    if (plan.isOnePicture && sequence.options.existing == shots::ExistingOutputs::kReplace) {
+        const shots::PlannedFrame& names = plan.frames.front();
+        pictures::withMemoryFor(names.input, [&] { smoothFile(arguments, names, options); });
+    } else {
+        smoothShot(arguments, plan, options);
+    }
 }
 
 } // namespace kovalune::cli

@@ -5,7 +5,6 @@
 #include "render/RenderFrame.h"
 #include "render/SelectionNotes.h"
 #include "render/shots/AtomicFile.h"
-#include "render/shots/SourceFrame.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
@@ -32,19 +31,18 @@ double timed(const Body& body) {
 bool isNewest(const fs::path& output, const fs::path& input, const std::vector<std::string>& others) {
     std::error_code error;
     const fs::file_time_type time = fs::last_write_time(output, error);
-    const auto isOlder = [&](const fs::path& file) {
+    const auto isNewer = [&](const fs::path& file) {
         std::error_code ignored;
         const fs::file_time_type other = fs::last_write_time(file, ignored);
         return !ignored && other > time;
     };
-    return !error && !isOlder(input) && std::none_of(others.begin(), others.end(), isOlder);
+    return !error && !isNewer(input) && std::none_of(others.begin(), others.end(), isNewer);
 }
 
-class ShotTask : public FrameTask {
+class PictureTask : public FrameTask {
 public:
-    ShotTask(render::OpenEffect& effect, const render::ShotSettings& settings, const PlannedFrame& frame,
-             const ShotRequest& request, const std::function<bool()>& isToStop)
-        : effect_(effect), settings_(settings), frame_(frame), request_(request), isToStop_(isToStop) {}
+    PictureTask(const PlannedFrame& frame, const PictureRequest& request, const PictureMaker& maker)
+        : frame_(frame), request_(request), maker_(maker) {}
 
     void read() override {
         record.times.reading = timed([this] {
@@ -57,37 +55,23 @@ public:
     }
 
     void make(std::size_t /*job*/) override {
-        if (record.state == FrameState::kPassedOver) {
-            return;
+        if (record.state == FrameState::kWritten) {
+            record.times.effect = timed([this] {
+                pictures::withMemoryFor(frame_.input, [this] { result_ = maker_(frame_, source_, record); });
+            });
         }
-        record.times.effect =
-            timed([this] { pictures::withMemoryFor(frame_.input, [this] { makePasses(); }); });
     }
 
     void write() override {
-        if (record.state == FrameState::kPassedOver) {
-            return;
-        }
-        record.times.writing =
-            timed([this] { pictures::withMemoryFor(frame_.output, [this] { writePicture(); }); });
-    }
-
-    /// Of a pass; the session takes the values of the frame for it.
-    void addNotes(std::size_t pass) {
-        host::Session& session = effect_.session();
-        render::setValues(session, settings_.valuesAt(pass, number()));
-        std::vector<std::string>& notes = record.passes[pass].notes; // what there is of masks
-        for (std::string& note :
-             render::selectionNotes(session, settings_.named(pass), record.passes[pass].counts)) {
-            notes.push_back(std::move(note));
+        if (record.state == FrameState::kWritten) {
+            record.times.writing =
+                timed([this] { pictures::withMemoryFor(frame_.output, [this] { writePicture(); }); });
         }
     }
 
     FrameRecord record;
 
 private:
-    int64_t number() const { return frame_.number.value_or(request_.frame); }
-
     /// One that is cut short is not what was to be there.
     bool opensWithSize(const pictures::Picture& input) const {
         try {
@@ -122,29 +106,6 @@ private:
         }
     }
 
-    void makePasses() {
-        for (std::size_t pass = 0; pass < settings_.passCount(); ++pass) {
-            PassRecord& of = record.passes.emplace_back();
-            if (request_.counts) {
-                of.counts = FrameReport{.countsChanges = request_.countsChanges};
-            }
-            render::FrameRequest request;
-            request.name = source_.name;
-            request.downsample = request_.downsample;
-            request.legacy = request_.legacy;
-            request.values = settings_.valuesAt(pass, number());
-            request.onProgress = [this](int, int) { return !isToStop_ || !isToStop_(); };
-            request.counts = of.counts ? &*of.counts : nullptr;
-            std::shared_ptr<const render::FrameArea> area;
-            if (request_.areas != nullptr) {
-                area = request_.areas->areaOf(pass, frame_, source_.image.width(), source_.image.height(),
-                                              of.notes);
-            }
-            request.area = area.get();
-            result_ = render::renderFrame(effect_, pass == 0 ? source_.image : result_, request);
-        }
-    }
-
     void writePicture() {
         const pictures::FileFormat format = pictures::formatToWrite(frame_.output);
         const pictures::PictureForm form = outputForm(source_.picture, format, request_.form);
@@ -155,25 +116,67 @@ private:
         record.leftOut = leftOutOf(source_.picture, format);
     }
 
-    render::OpenEffect& effect_;
-    const render::ShotSettings& settings_;
     const PlannedFrame& frame_;
-    const ShotRequest& request_;
-    const std::function<bool()>& isToStop_;
+    const PictureRequest& request_;
+    const PictureMaker& maker_;
     SourceFrame source_;
     host::Image result_;
 };
 
+/// A frame through its passes.
+class PassesMaker {
+public:
+    PassesMaker(render::OpenEffect& effect, const render::ShotSettings& settings, const ShotRequest& request,
+                const std::function<bool()>& isToStop)
+        : effect_(effect), settings_(settings), request_(request), isToStop_(isToStop) {}
+
+    host::Image make(const PlannedFrame& frame, const SourceFrame& source, FrameRecord& record) const {
+        host::Image result;
+        for (std::size_t pass = 0; pass < settings_.passCount(); ++pass) {
+            PassRecord& of = record.passes.emplace_back();
+            if (request_.counts) {
+                of.counts = FrameReport{.countsChanges = request_.countsChanges};
+            }
+            render::FrameRequest request;
+            request.name = source.name;
+            request.downsample = request_.downsample;
+            request.legacy = request_.legacy;
+            request.values = settings_.valuesAt(pass, numberOf(frame));
+            request.onProgress = [this](int, int) { return !isToStop_ || !isToStop_(); };
+            request.counts = of.counts ? &*of.counts : nullptr;
+            std::shared_ptr<const render::FrameArea> area;
+            if (request_.pictures.areas != nullptr) {
+                area = request_.pictures.areas->areaOf(pass, frame, source.image.width(),
+                                                       source.image.height(), of.notes);
+            }
+            request.area = area.get();
+            result = render::renderFrame(effect_, pass == 0 ? source.image : result, request);
+        }
+        return result;
+    }
+
+    /// After what there is of masks. The session takes the values of the frame; nobody else looks at them.
+    void addNotes(const PlannedFrame& frame, FrameRecord& record) const {
+        for (std::size_t pass = 0; pass < record.passes.size(); ++pass) {
+            render::setValues(effect_.session(), settings_.valuesAt(pass, numberOf(frame)));
+            const std::vector<std::string> notes =
+                render::selectionNotes(effect_.session(), settings_.named(pass), record.passes[pass].counts);
+            record.passes[pass].notes.insert(record.passes[pass].notes.end(), notes.begin(), notes.end());
+        }
+    }
+
+private:
+    int64_t numberOf(const PlannedFrame& frame) const { return frame.number.value_or(request_.frame); }
+
+    render::OpenEffect& effect_;
+    const render::ShotSettings& settings_;
+    const ShotRequest& request_;
+    const std::function<bool()>& isToStop_;
+};
+
 void takeOutcome(FrameRecord& record, const FrameOutcome& outcome) {
-    switch (outcome.end) {
-    case FrameEnd::kDone:
-        break; // written or passed over
-    case FrameEnd::kFailed:
-        record.state = FrameState::kFailed;
-        break;
-    case FrameEnd::kGivenUp:
-        record.state = FrameState::kGivenUp;
-        break;
+    if (outcome.end != FrameEnd::kDone) {
+        record.state = outcome.end == FrameEnd::kFailed ? FrameState::kFailed : FrameState::kGivenUp;
     }
     record.kind = outcome.kind;
     record.message = outcome.reason;
@@ -181,24 +184,31 @@ void takeOutcome(FrameRecord& record, const FrameOutcome& outcome) {
 
 } // namespace
 
-void runShot(render::OpenEffect& effect, const render::ShotSettings& settings, const SequencePlan& plan,
-             const ShotRequest& request, const RunOptions& options,
-             const std::function<void(const FrameRecord& record)>& ended) {
+void runPictures(const SequencePlan& plan, const PictureRequest& request, const RunOptions& options,
+                 const PictureMaker& make, const FrameListener& ended) {
     const auto begin = [&](std::size_t frame) -> std::unique_ptr<FrameTask> {
-        return std::make_unique<ShotTask>(effect, settings, plan.frames[frame], request, options.isToStop);
+        return std::make_unique<PictureTask>(plan.frames[frame], request, make);
     };
     runSequence(plan.frames.size(), options, begin,
                 [&](std::size_t frame, FrameTask& task, const FrameOutcome& outcome) {
-                    auto& shot = static_cast<ShotTask&>(task);
-                    shot.record.index = frame;
-                    takeOutcome(shot.record, outcome);
-                    for (std::size_t pass = 0; pass < shot.record.passes.size(); ++pass) {
-                        if (shot.record.state == FrameState::kWritten) {
-                            shot.addNotes(pass);
-                        }
-                    }
-                    ended(shot.record);
+                    FrameRecord& record = static_cast<PictureTask&>(task).record;
+                    record.index = frame;
+                    takeOutcome(record, outcome);
+                    ended(record);
                 });
+}
+
+void runShot(render::OpenEffect& effect, const render::ShotSettings& settings, const SequencePlan& plan,
+             const ShotRequest& request, const RunOptions& options, const FrameListener& ended) {
+    const PassesMaker maker(effect, settings, request, options.isToStop);
+    const PictureMaker make = [&maker](const PlannedFrame& frame, const SourceFrame& source,
+                                       FrameRecord& record) { return maker.make(frame, source, record); };
+    runPictures(plan, request.pictures, options, make, [&](FrameRecord& record) {
+        if (record.state == FrameState::kWritten) {
+            maker.addNotes(plan.frames[record.index], record);
+        }
+        ended(record);
+    });
 }
 
 } // namespace kovalune::shots

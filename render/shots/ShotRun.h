@@ -1,4 +1,4 @@
-// Frames of a shot from their files through the effect into files.
+// Pictures of a shot from their files, through the effect or something else, into files.
 #pragma once
 
 #include "render/FrameRequest.h"
@@ -8,6 +8,7 @@
 #include "render/shots/SequencePlan.h"
 #include "render/shots/SequenceRun.h"
 #include "render/shots/ShotAreas.h"
+#include "render/shots/SourceFrame.h"
 
 #include <functional>
 #include <optional>
@@ -16,16 +17,22 @@
 
 namespace kovalune::shots {
 
-struct ShotRequest {
+/// How the pictures of a run are taken and written.
+struct PictureRequest {
     FrameForm form;
+    ExistingOutputs existing = ExistingOutputs::kReplace;
+    std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
+    const ShotAreas* areas =
+        nullptr; ///< whose masks it looks at too, and where passes may work; null: everywhere
+};
+
+struct ShotRequest {
+    PictureRequest pictures;
     render::Downsample downsample{};
     bool legacy = false;
     bool counts = true;         ///< the effect is the built-in one, which reports
     bool countsChanges = false; ///< what takes most of a report's time
-    ExistingOutputs existing = ExistingOutputs::kReplace;
-    std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
-    const ShotAreas* areas = nullptr;       ///< where passes may work; null: everywhere
-    int64_t frame = 0;                      ///< whose values count for a picture without a number
+    int64_t frame = 0;          ///< whose values count for a picture without a number
 };
 
 enum class FrameState {
@@ -58,10 +65,19 @@ struct FrameRecord {
     std::vector<std::string> leftOut; ///< of the input
 };
 
-/// Throws only where the run itself breaks; see runSequence. `ended` is called by one thread at a time. `effect` may be used by
-/// nobody else meanwhile.
+/// Makes the result for a frame's picture, in its format and size, and may fill the record. Called by several threads at once.
+using PictureMaker =
+    std::function<host::Image(const PlannedFrame& frame, const SourceFrame& source, FrameRecord& record)>;
+
+/// Is told of each frame that was begun, as it ends, by one thread at a time.
+using FrameListener = std::function<void(FrameRecord& record)>;
+
+/// Throws only where the run itself breaks; see runSequence.
+void runPictures(const SequencePlan& plan, const PictureRequest& request, const RunOptions& options,
+                 const PictureMaker& make, const FrameListener& ended);
+
+/// The same through the effect, which may be used by nobody else meanwhile.
 void runShot(render::OpenEffect& effect, const render::ShotSettings& settings, const SequencePlan& plan,
-             const ShotRequest& request, const RunOptions& options,
-             const std::function<void(const FrameRecord& record)>& ended);
+             const ShotRequest& request, const RunOptions& options, const FrameListener& ended);
 
 } // namespace kovalune::shots

@@ -28,10 +28,6 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
 }
 
 TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
-    const std::string loop =
-        "; for several: mkdir -p out; for f in *.png; do kovalune smooth \"$f\" -o \"out/$f\"; done";
-    expectFailure({"smooth", "a.png", "b.png", "c.png", "-o", "d.png"}, 2,
-                  {"'kovalune smooth' takes one picture, and 'b.png' is one more" + loop});
     expectFailure({"colors", "a.png", "b.png"}, 2,
                   {"'b.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
     expectFailure({"render", "in.png", "new.png"}, 2, {"'new.png'", "stands after -o"});
@@ -41,8 +37,8 @@ TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
 
 TEST_F(UsageError, NumberedSequencesAreAnsweredWithALoop) {
     expectFailure(
-        {"smooth", "seq_####.png", "-o", "old.png"}, 3,
-        {"cannot read 'seq_####.png'", "for f in seq_*.png; do kovalune smooth \"$f\" -o \"out/$f\"; done"});
+        {"sheet", "seq_####.png", "-o", "old.png"}, 3,
+        {"cannot read 'seq_####.png'", "for f in seq_*.png; do kovalune sheet \"$f\" -o \"out/$f\"; done"});
     expectFailure({"colors", "a/s%04d.png"}, 3, {"'a/s%04d.png'", "for f in a/s*.png; do"});
     expectFailure({"sheet", "my s_##.png", "-o", "old.png"}, 3, {"'my s_##.png'", "for f in *.png; do"});
     expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "one picture"});

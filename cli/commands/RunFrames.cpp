@@ -1,0 +1,127 @@
+#include "cli/commands/RunFrames.h"
+
+#include "cli/text/Reporting.h"
+#include "cli/text/SequenceProgress.h"
+#include "cli/text/StandardOutput.h"
+#include "pictures/PictureConversion.h"
+#include "pictures/PictureFile.h"
+#include "render/RenderFrame.h"
+#include "render/shots/FrameList.h"
+#include "render/shots/Machine.h"
+#include "render/shots/SignalWatch.h"
+#include "text/MessageText.h"
+
+namespace kovalune::cli {
+
+namespace {
+
+/// The first picture that can be read says how much memory a frame takes.
+shots::DivisionRequest divisionRequest(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+                                       const shots::FrameForm& form, int threads) {
+    shots::DivisionRequest request;
+    request.jobs = sequence.jobs;
+    request.threads = threads > 0 ? std::optional(threads) : std::nullopt;
+    request.frames = plan.frames.size();
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        try {
+            const pictures::Picture picture = pictures::readPicture(frame.input);
+            request.pixels = uint64_t{picture.width} * picture.height;
+            request.format =
+                form.depth ? render::formatOfDepth(*form.depth) : pictures::workingFormat(picture.sampleType);
+            break;
+        } catch (const std::exception&) {
+            continue; // the run tells of it
+        }
+    }
+    return request;
+}
+
+} // namespace
+
+void tellGaps(const shots::SequencePlan& plan, bool quiet) {
+    if (quiet) {
+        return;
+    }
+    if (!plan.gaps.empty()) {
+        tell("note: no file for " + text::shown(shots::framesText(plan.gaps, plan.width)) +
+             " between the first frame and the last");
+    }
+    if (!plan.skipped.empty()) {
+        tell("note: no file for " + text::shown(shots::framesText(plan.skipped, plan.width)) + ", left out");
+    }
+}
+
+void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet) {
+    std::string text;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        text += text::printable(frame.input) + " -> " + text::printable(frame.output) +
+                (frame.isMissing ? "  (missing)" : "") +
+                (frame.held ? "  (held for " + plan.nameOf(frame) + ")" : std::string()) + '\n';
+    }
+    printOut(text);
+    tellGaps(plan, quiet);
+    shots::checkOutputs(plan, sequence.options);
+}
+
+FrameDivision divisionOf(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+                         const shots::FrameForm& form, int threads) {
+    const shots::DivisionRequest request = divisionRequest(plan, sequence, form, threads);
+    const int processors = shots::usableProcessors();
+    const uint64_t memory = shots::freeMemory();
+    const shots::Division division = shots::divided(request, processors, memory);
+    if (sequence.verbose) {
+        tell(shots::divisionText(division, request, processors, memory));
+    }
+    return {division.jobs, division.threads};
+}
+
+shots::ShotSummary
+runFrames(const shots::SequencePlan& plan, int jobs, bool keepGoing, bool quiet,
+          const std::function<void(const shots::RunOptions&, const shots::FrameListener&)>& run) {
+    shots::Interrupt interrupt;
+    shots::RunOptions options;
+    options.jobs = static_cast<std::size_t>(jobs);
+    options.keepGoing = keepGoing;
+    options.isToStop = [&interrupt] { return interrupt.came(); };
+    shots::ShotSummary summary(plan);
+    {
+        SequenceProgress progress(plan.frames.size(), quiet);
+        run(options, [&](shots::FrameRecord& record) {
+            summary.add(record);
+            progress.ended(plan.nameOf(plan.frames[record.index]));
+        });
+    }
+    interrupt.release();
+    if (interrupt.came()) {
+        throw shots::Interruption(interrupt.signalNumber(),
+                                  "interrupted: " + std::to_string(summary.written()) + " of " +
+                                      std::to_string(plan.frames.size()) + " written");
+    }
+    return summary;
+}
+
+void tellNotices(const shots::ShotSummary& summary) {
+    for (const std::string& notice : summary.notices()) {
+        tell("note: " + notice);
+    }
+}
+
+void endByWorst(const shots::ShotSummary& summary, bool strict, bool quiet) {
+    std::optional<text::FailureKind> worst = summary.worst();
+    std::string line = summary.line();
+    if (strict && summary.idleSettings() > 0) {
+        worst = text::FailureKind::kEffect;
+        line += "; --strict: " +
+                (summary.idleSettings() == 1 ? "a setting does"
+                                             : std::to_string(summary.idleSettings()) + " settings do") +
+                " nothing in any frame";
+    }
+    if (worst) {
+        throw text::Failure(*worst, line);
+    }
+    if (!quiet) {
+        tell(line);
+    }
+}
+
+} // namespace kovalune::cli

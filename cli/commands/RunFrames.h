@@ -1,0 +1,39 @@
+// What commands over several frames have in common: how the work is divided, the line while it runs, and the end.
+#pragma once
+
+#include "cli/arguments/Arguments.h"
+#include "render/shots/ShotRun.h"
+#include "render/shots/ShotSummary.h"
+
+#include <functional>
+#include <optional>
+
+namespace kovalune::cli {
+
+/// What would be read and written, a line a frame on standard output; then throws what would stop the run.
+void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet);
+
+/// Gaps of the sequence, and frames that are left out.
+void tellGaps(const shots::SequencePlan& plan, bool quiet);
+
+/// Frames at once and threads each, as far as `sequence` and `threads` (0: not said) leave them open. Tells how if it is asked to.
+struct FrameDivision {
+    int jobs = 1;
+    int threads = 1;
+};
+FrameDivision divisionOf(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+                         const shots::FrameForm& form, int threads);
+
+/// Calls `run` with what it takes to run frames, and returns what became of them. Throws Interruption.
+shots::ShotSummary
+runFrames(const shots::SequencePlan& plan, int jobs, bool keepGoing, bool quiet,
+          const std::function<void(const shots::RunOptions&, const shots::FrameListener&)>& run);
+
+/// Notes that frames have in common.
+void tellNotices(const shots::ShotSummary& summary);
+
+/// Tells what became of the frames; throws Failure of the worst frame's kind where one failed, or where `strict` and settings did
+/// nothing in any frame.
+void endByWorst(const shots::ShotSummary& summary, bool strict, bool quiet);
+
+} // namespace kovalune::cli
