@@ -11,6 +11,10 @@
 #include "render/shots/SignalWatch.h"
 #include "text/MessageText.h"
 
+#include <algorithm>
+#include <filesystem>
+#include <system_error>
+
 namespace kovalune::cli {
 
 namespace {
@@ -34,6 +38,21 @@ shots::DivisionRequest divisionRequest(const shots::SequencePlan& plan, const Se
         }
     }
     return request;
+}
+
+/// The first output says how large the others will be.
+void tellLackOfRoom(const shots::SequencePlan& plan, std::size_t first) {
+    const std::filesystem::path output = plan.frames[first].output;
+    std::error_code error;
+    const uintmax_t bytes = std::filesystem::file_size(output, error);
+    const std::filesystem::path folder = output.has_parent_path() ? output.parent_path() : ".";
+    const std::filesystem::space_info space = std::filesystem::space(folder, error);
+    const uintmax_t rest = plan.frames.size() - 1;
+    if (!error && rest > 0 && space.available / rest < bytes) {
+        tell("note: the disk of " + text::inQuotes(folder.string()) + " has room for " +
+             std::to_string(space.available / std::max<uintmax_t>(bytes, 1)) + " of the " +
+             std::to_string(rest) + " frames that are left, if they are as large as the first");
+    }
 }
 
 } // namespace
@@ -88,6 +107,9 @@ runFrames(const shots::SequencePlan& plan, int jobs, bool keepGoing, bool quiet,
         SequenceProgress progress(plan.frames.size(), quiet);
         run(options, [&](shots::FrameRecord& record) {
             summary.add(record);
+            if (record.state == shots::FrameState::kWritten && summary.written() == 1) {
+                tellLackOfRoom(plan, record.index);
+            }
             progress.ended(plan.nameOf(plan.frames[record.index]));
         });
     }
