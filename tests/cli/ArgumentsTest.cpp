@@ -56,11 +56,14 @@ TEST(Arguments, RenderTakesViewThreadsAndPlugin) {
 }
 
 TEST(Arguments, APictureMayHaveTheNameOfACommand) {
-    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "params", "-o", "render"})).sequence.inputs.front(), "params");
+    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "params", "-o", "render"})).sequence.inputs.front(),
+              "params");
 }
 
 TEST(Arguments, ANameMayStartWithADashBehindTwo) {
-    EXPECT_EQ(std::get<RenderArguments>(parsed({"render", "-o", "out", "--", "-in.png"})).sequence.inputs.front(), "-in.png");
+    EXPECT_EQ(
+        std::get<RenderArguments>(parsed({"render", "-o", "out", "--", "-in.png"})).sequence.inputs.front(),
+        "-in.png");
 }
 
 TEST(Arguments, ParamsTakesAPlugin) {
@@ -83,7 +86,7 @@ TEST(Arguments, WrongFormsAreNamed) {
     EXPECT_NE(failure({"render", "-o", "x"}).find("INPUT"), std::string::npos);
     EXPECT_NE(failure({"render", "x"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o"}).find("--output"), std::string::npos);
-    EXPECT_NE(failure({"render", "x", "-o", "y", "z"}).find("'z'"), std::string::npos);
+    EXPECT_NE(failure({"sheet", "x", "-o", "y", "z"}).find("'z'"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "--bogus"}).find("--bogus"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "-o", "z"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"params", "x"}).find("'x'"), std::string::npos);

@@ -112,8 +112,9 @@ TEST_F(MaskCommand, TellsOfMasksThatBoundNothing) {
     writeMask("none.png", 0);
     const CommandOutcome outcome = run({"--mask", "none.png"});
     EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
-    EXPECT_NE(outcome.err.find("the mask 'none.png' is empty everywhere"), std::string::npos) << outcome.err;
-    EXPECT_NE(run({"--mask", "left.png", "--mask-by", "alpha"}).err.find("is full everywhere"),
+    EXPECT_NE(outcome.notes.find("the mask 'none.png' is empty everywhere"), std::string::npos)
+        << outcome.notes;
+    EXPECT_NE(run({"--mask", "left.png", "--mask-by", "alpha"}).notes.find("is full everywhere"),
               std::string::npos);
 }
 

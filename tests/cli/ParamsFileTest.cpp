@@ -189,7 +189,8 @@ TEST_F(ParamsFile, ErrorsNameTheFileTheLineAndTheReason) {
     expectRefused("=3", 1, {"no parameter is called ''"});
     expectRefused("Process 1=3", 1, {"'Process 1' is a group"});
     expectRefused("Blur Amount", 1, {"LABEL=VALUE", "'Blur Amount'"});
-    expectRefused("[Version=2.0]\nBlur Amount=3\n", 1, {"'[Version=2.0]'", "[Version=1.0]"});
+    expectRefused("[Version=3.0]\nBlur Amount=3\n", 1, {"version 3.0", "versions 1.0 and 2.0"});
+    expectRefused("[Settings]\nBlur Amount=3\n", 1, {"'[Settings]'", "[Version=1.0]"});
     expectRefused(std::string("\x01\0\n", 3), 1, {"LABEL=VALUE", "\\x01\\x00"});
 }
 

@@ -21,7 +21,7 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
     expectFailure({"render", "in.png"}, 2, {"--output"});
     expectFailure({"render", "-o", "new.png"}, 2, {"INPUT"});
     expectRefused({"--bogus"}, {"--bogus"});
-    expectRefused({"two\nlines"}, {"two"});
+    expectRefused({"--two\nlines"}, {"two"});
     expectRefused({"--threads", "65"}, {"--threads", "1", "64"});
     expectRefused({"--threads", "many"}, {"--threads"});
     expectRefused({"--png-level", "10"}, {"--png-level takes a whole number, 0 to 9, not '10'"});
