@@ -168,7 +168,7 @@ TEST_F(ParamsFile, KeepsTheAlphaOfAColour) {
 
 TEST_F(ParamsFile, SaysNothingOfWhatItCouldNotRead) {
     const std::string text = printed({"--plugin", KOVALUNE_TEST_EFFECT, "--set", "twin=-3"});
-    EXPECT_EQ(text, "Twin=0\ntwin=-3\n; Same=0\n; Same=0\n");
+    EXPECT_EQ(text, "[Version=1.0]\nTwin=0\ntwin=-3\n; Same=0\n; Same=0\n");
     EXPECT_EQ(printedWith(text, {"--plugin", KOVALUNE_TEST_EFFECT}), text);
 }
 

@@ -58,7 +58,8 @@ TEST_F(UsageError, FilesOfSuchNamesArePictures) {
         EXPECT_TRUE(runCommand({"smooth", std::string("./") + name, "-o", "soft#1.png"}, setting).ok())
             << name;
     }
-    EXPECT_TRUE(runCommand({"smooth", "in.png", "-o", "s_####.png"}, setting).ok());
+    EXPECT_EQ(runCommand({"smooth", "in.png", "-o", "s_####.png"}, setting).exitCode, 2)
+        << "an output is never looked up";
 }
 
 TEST_F(UsageError, StandardStreamsAreNoFiles) {
