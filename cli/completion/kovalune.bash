@@ -137,6 +137,8 @@ _kovalune_value() {
             if [[ $sub == suggest ]]; then _kovalune_files "$typed"; else _kovalune_pictures "$typed"; fi
             ;;
         --alpha) _kovalune_offer "$typed" <<<$'straight\npremultiplied' ;;
+        --missing) _kovalune_offer "$typed" <<<$'error\nskip\nhold' ;;
+        --mask-by) _kovalune_offer "$typed" <<<$'alpha\ngrey' ;;
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
         --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
         --key) _kovalune_offer "$typed" <<<$'remove\nonly' ;;
@@ -145,8 +147,8 @@ _kovalune_value() {
             _kovalune_offer "$typed" < <(_kovalune_settings "$typed")
             [[ $typed == *=* ]] || compopt -o nospace 2>/dev/null
             ;;
-        --diff | --flag-map) _kovalune_pictures "$typed" ;;
-        --params) _kovalune_files "$typed" ;;
+        --diff | --flag-map | --mask) _kovalune_pictures "$typed" ;;
+        --params | --pass | --save-params | --log) _kovalune_files "$typed" ;;
         --plugin) _kovalune_files "$typed" .so ;;
     esac
 }

@@ -91,6 +91,10 @@ function __kovalune_value
             end
         case --alpha
             printf '%s\n' straight premultiplied
+        case --missing
+            printf '%s\n' error skip hold
+        case --mask-by
+            printf '%s\n' alpha grey
         case --depth
             printf '%s\n' 8 16 32 auto
         case --png-level
@@ -101,9 +105,9 @@ function __kovalune_value
             __kovalune_settings View= | string replace View= ''
         case --set
             __kovalune_settings $typed
-        case --diff --flag-map
+        case --diff --flag-map --mask
             __kovalune_pictures $typed
-        case --params
+        case --params --pass --save-params --log
             __fish_complete_path $typed
         case --plugin
             __kovalune_files $typed so

@@ -70,6 +70,8 @@ _kovalune_value() {
         # Settings are written under any name.
         -o | --output) if [[ $sub == suggest ]]; then _files; else _kovalune_pictures; fi ;;
         --alpha) compadd straight premultiplied ;;
+        --missing) compadd error skip hold ;;
+        --mask-by) compadd alpha grey ;;
         --depth) compadd 8 16 32 auto ;;
         --png-level) compadd {0..9} ;;
         --key) compadd remove only ;;
@@ -82,8 +84,8 @@ _kovalune_value() {
             _kovalune_settings "${(Q)PREFIX}"
             if [[ $PREFIX == *=* ]]; then compadd -a reply; else compadd -S '' -a reply; fi
             ;;
-        --diff | --flag-map) _kovalune_pictures ;;
-        --params) _files ;;
+        --diff | --flag-map | --mask) _kovalune_pictures ;;
+        --params | --pass | --save-params | --log) _files ;;
         --plugin) _files -g '*.so(-.)' ;;
     esac
 }
