@@ -234,7 +234,7 @@ TEST_F(LongTexts, OfTheCommandLineAreCut) {
     const std::vector<std::vector<std::string>> commands = {
         {longText},
         {"render", "in.png", "-o", "old.png", "--" + longText},
-        {"render", "in.png", "-o", "old.png", longText},
+        {"sheet", "in.png", "-o", "old.png", longText},
         {"render", "in.png", "-o", "old.png", "--threads", longText},
         {"render", "in.png", "-o", "old.png", "--depth", longText},
         {"render", "in.png", "-o", "old.png", "--alpha", longText},
