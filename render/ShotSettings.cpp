@@ -217,11 +217,25 @@ std::string ShotSettings::passText(host::Session& session, std::size_t pass) con
     return text;
 }
 
+/// What stands before a pass's values.
+std::string ShotSettings::headText(std::size_t pass) const {
+    return (hasPasses() ? "[Pass " + passes_[pass].name + "]\n" : std::string()) +
+           areaText(passes_[pass].area);
+}
+
 std::string ShotSettings::text(host::Session& session) const {
     std::string text = hasPasses() || hasKeys() ? "[Version=2.0]\n" : "[Version=1.0]\n";
     for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
-        text += hasPasses() ? "[Pass " + passes_[pass].name + "]\n" : "";
-        text += areaText(passes_[pass].area) + passText(session, pass);
+        text += headText(pass) + passText(session, pass);
+    }
+    return text;
+}
+
+std::string ShotSettings::textAt(host::Session& session, int64_t frame) const {
+    std::string text = hasPasses() ? "[Version=2.0]\n" : "[Version=1.0]\n";
+    for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
+        setValues(session, valuesAt(pass, frame));
+        text += headText(pass) + paramsFileText(session);
     }
     return text;
 }

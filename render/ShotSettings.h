@@ -50,11 +50,15 @@ public:
     /// In all passes but the last.
     void setBeforeLast(int index, const host::ParamValue& value);
 
+    /// The values of one frame as such a file has them: without keys.
+    std::string textAt(host::Session& session, int64_t frame) const;
+
     /// As files of parameters have it, to the last bit. `session` is of the same effect.
     std::string text(host::Session& session) const;
 
 private:
     std::string passText(host::Session& session, std::size_t pass) const;
+    std::string headText(std::size_t pass) const;
 
     host::ParamValues base_;           ///< of a new session
     std::vector<PassSettings> passes_; ///< at least one, with all that its layers say

@@ -95,9 +95,10 @@ struct SmoothArguments {
     shots::FrameForm form;
 };
 
+/// The table of parameters, or with a frame the values that settings give them there.
 struct ParamsArguments {
-    std::optional<std::string> plugin;
-    bool factory = false;
+    EffectArguments effect; ///< without a frame: plug-in and factory alone
+    std::optional<int64_t> frame;
     bool json = false;
 };
 

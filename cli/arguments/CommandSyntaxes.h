@@ -26,6 +26,7 @@ void addInfo(CommandSyntax& command, InfoArguments& arguments);
 void checkTogether(const RenderArguments& arguments);
 void checkTogether(const SheetArguments& arguments);
 void checkTogether(const SmoothArguments& arguments);
+void checkTogether(const ParamsArguments& arguments);
 void checkTogether(const DefaultsArguments& arguments);
 
 } // namespace kovalune::cli

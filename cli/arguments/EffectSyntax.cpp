@@ -8,9 +8,12 @@ namespace kovalune::cli {
 void addParams(CommandSyntax& command, ParamsArguments& arguments) {
     command.describe("List the effect's parameters");
     command.addFlag("--json", arguments.json, "As JSON, for programs");
-    addFactory(command, arguments.factory);
-    addPlugin(command, arguments.plugin);
-    command.addFooter(example("params --plugin build/release/bin/Kovalune.so"));
+    addFrameNumber(command, "--at", arguments.frame,
+                   "Print the values that the settings below give this frame, as --params takes them");
+    addSettings(command, arguments.effect);
+    addPasses(command, arguments.effect);
+    addPlugin(command, arguments.effect.plugin);
+    command.addFooter(example("params --at 12 --params shot.params"));
 }
 
 void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {
@@ -29,6 +32,19 @@ void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {
                 "they are,\nor become the effect's own with --factory or --params.\nshow prints what is "
                 "remembered, as --params takes it. Hosts read the "
                 "file when they start."));
+}
+
+void checkTogether(const ParamsArguments& arguments) {
+    const EffectArguments& effect = arguments.effect;
+    const bool hasValues =
+        !effect.paramsFiles.empty() || !effect.passFiles.empty() || !effect.settings.empty() || effect.until;
+    if (hasValues && !arguments.frame) {
+        throw UsageMistake("--params, --pass, --set and --until are for --at FRAME; without it the table is "
+                           "that of the effect");
+    }
+    if (arguments.frame && arguments.json) {
+        throw UsageMistake("--json: is the form of the table, not of --at");
+    }
 }
 
 void checkTogether(const DefaultsArguments& arguments) {

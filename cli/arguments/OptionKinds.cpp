@@ -130,6 +130,16 @@ void addSettings(CommandSyntax& command, EffectArguments& effect) {
     addFactory(command, effect.factory);
 }
 
+void addPasses(CommandSyntax& command, EffectArguments& effect) {
+    command
+        .addTexts("--pass", effect.passFiles,
+                  "Put the result through the effect once more with the parameters of this file; may be "
+                  "given again")
+        .checkedBy(checkParamsName)
+        .shownAs("FILE");
+    command.addText("--until", effect.until, "Leave out the passes after this one").shownAs("NAME");
+}
+
 void addView(CommandSyntax& command, std::optional<std::string>& view) {
     command.addText("--view", view, "Choose the View; wins over --set View=...").shownAs("NAME");
 }

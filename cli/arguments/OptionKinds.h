@@ -59,6 +59,8 @@ void addCpu(CommandSyntax& command, std::optional<std::string>& cpu);
 void addFactory(CommandSyntax& command, bool& factory);
 /// Where the parameters' values come from.
 void addSettings(CommandSyntax& command, EffectArguments& effect);
+/// Several runs through the effect, one after the other.
+void addPasses(CommandSyntax& command, EffectArguments& effect);
 void addView(CommandSyntax& command, std::optional<std::string>& view);
 void addAlpha(CommandSyntax& command, std::optional<pictures::AlphaKind>& alphaKind);
 void addDepth(CommandSyntax& command, std::optional<int>& depth);

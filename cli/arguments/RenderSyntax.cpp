@@ -123,16 +123,6 @@ void addSheetForm(CommandSyntax& command, SheetArguments& arguments) {
                  std::to_string(kUsualSheetWidth));
 }
 
-void addPasses(CommandSyntax& command, EffectArguments& effect) {
-    command
-        .addTexts("--pass", effect.passFiles,
-                  "Put the result through the effect once more with the parameters of this file; may be "
-                  "given again")
-        .checkedBy(checkParamsName)
-        .shownAs("FILE");
-    command.addText("--until", effect.until, "Leave out the passes after this one").shownAs("NAME");
-}
-
 void checkCpu(const EffectArguments& effect) {
     if (effect.cpu && effect.plugin) {
         throw UsageMistake("--cpu: is for the built-in effect; the one of --plugin chooses for itself");

@@ -73,13 +73,14 @@ std::string aligned(const std::vector<Cells>& lines) {
 } // namespace
 
 std::string paramsText(const ParamsArguments& arguments) {
-    EffectArguments start;
-    start.plugin = arguments.plugin;
-    start.factory = arguments.factory;
-    const RememberedDefaults remembered(start, std::nullopt);
-    render::OpenEffect effect = openEffect(start);
-    remembered.tellIfTheyCount(effect.session());
-    return arguments.json ? paramsJson(effect.session()) : aligned(linesOf(effect.session()));
+    const RememberedDefaults remembered(arguments.effect, std::nullopt);
+    render::OpenEffect effect = openEffect(arguments.effect);
+    host::Session& session = effect.session();
+    if (arguments.frame) {
+        return shotSettings(session, arguments.effect, std::nullopt).textAt(session, *arguments.frame);
+    }
+    remembered.tellIfTheyCount(session);
+    return arguments.json ? paramsJson(session) : aligned(linesOf(session));
 }
 
 } // namespace kovalune::cli

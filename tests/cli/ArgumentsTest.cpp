@@ -67,8 +67,8 @@ TEST(Arguments, ANameMayStartWithADashBehindTwo) {
 }
 
 TEST(Arguments, ParamsTakesAPlugin) {
-    EXPECT_FALSE(std::get<ParamsArguments>(parsed({"params"})).plugin);
-    EXPECT_EQ(std::get<ParamsArguments>(parsed({"params", "--plugin", "x.so"})).plugin, "x.so");
+    EXPECT_FALSE(std::get<ParamsArguments>(parsed({"params"})).effect.plugin);
+    EXPECT_EQ(std::get<ParamsArguments>(parsed({"params", "--plugin", "x.so"})).effect.plugin, "x.so");
 }
 
 TEST(Arguments, HelpOfEachCommandHasAnExample) {

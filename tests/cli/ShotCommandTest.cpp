@@ -273,6 +273,24 @@ TEST_F(ShotCommand, SavesItsSettingsWhereTheyChange) {
     EXPECT_EQ(bytes(name("again", 4)), bytes(name("soft", 4)));
 }
 
+/// What `params --at` prints is what the effect reads: rendered from that text, the frame is the same.
+TEST_F(ShotCommand, HasTheValuesThatParamsPrintsAtAFrame) {
+    ASSERT_EQ(run(shot_).exitCode, 0);
+    CommandSetting setting;
+    setting.folder = folder_.path();
+    for (const int frame : {2, 5}) {
+        const CommandOutcome outcome = runCommand({"params", "--at", std::to_string(frame), "--factory",
+                                                   "--set", "Blur Amount@1=1", "--set", "Blur Amount@6=9"},
+                                                  setting);
+        ASSERT_EQ(outcome.exitCode, 0) << outcome.err;
+        std::ofstream(folder_ / "at.params") << outcome.out;
+        ASSERT_EQ(run({name("cel", frame), "-o", "at.png", "--params", "at.params"}).exitCode, 0);
+        EXPECT_EQ(bytes("at.png"), bytes(name("soft", frame))) << outcome.out;
+    }
+    EXPECT_EQ(runCommand({"params", "--set", "Blur Amount=1"}, setting).exitCode, 2);
+    EXPECT_EQ(runCommand({"params", "--at", "x"}, setting).exitCode, 2);
+}
+
 TEST_F(ShotCommand, RefusesWhatCannotBe) {
     const Words plain = {"cel.####.png", "-o", "soft.####.png"};
     expectRefused({"hat.####.png", "-o", "soft.####.png"}, 3, "no file has such a name");
