@@ -3,6 +3,7 @@
 #pragma once
 
 #include <bit>
+#include <cmath>
 #include <cstdint>
 
 namespace kovalune::pictures {
@@ -39,6 +40,18 @@ inline uint16_t halfOfFloat(float value) {
             std::bit_cast<uint32_t>(std::bit_cast<float>(magnitude) + 0.5F) - std::bit_cast<uint32_t>(0.5F);
     }
     return static_cast<uint16_t>(sign | half);
+}
+
+/// As halfOfFloat, rounded once: a float on the way would make a middle of what only lies near one.
+inline uint16_t halfOfDouble(double value) {
+    const auto nearest = static_cast<float>(value);
+    const auto back = static_cast<double>(nearest);
+    if (std::isnan(value) || back == value) {
+        return halfOfFloat(nearest);
+    }
+    // The float towards zero, made odd: it has digits enough to lie on the same side of every middle.
+    const uint32_t bits = std::bit_cast<uint32_t>(nearest) - (std::abs(back) > std::abs(value) ? 1 : 0);
+    return halfOfFloat(std::bit_cast<float>(bits | 1U));
 }
 
 } // namespace kovalune::pictures

@@ -95,18 +95,6 @@ const Format* formatBeginning(Bytes bytes) {
     return found == kFormats.end() ? nullptr : &*found;
 }
 
-/// "A, B or C"
-std::string oneOf(const std::vector<std::string>& texts) {
-    std::string result;
-    for (std::size_t i = 0; i < texts.size(); ++i) {
-        if (i > 0) {
-            result += i + 1 < texts.size() ? ", " : " or ";
-        }
-        result += texts[i];
-    }
-    return result;
-}
-
 std::vector<std::string> nameEnds() {
     std::vector<std::string> ends;
     for (const NameEnd& each : kNameEnds) {
@@ -153,7 +141,7 @@ std::string formatNames() {
             names.emplace_back(each.name);
         }
     }
-    return oneOf(names);
+    return text::oneOf(names);
 }
 
 std::string usualNameEnds() {
@@ -192,7 +180,7 @@ FileFormat formatToWrite(const std::filesystem::path& output) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot write " + text::inQuotes(output.string()) +
                                 ": the end of its name says what is written, and must be " +
-                                oneOf(nameEnds()));
+                                text::oneOf(nameEnds()));
     }
     if (!formatOf(*format).isBuiltIn()) {
         throw text::Failure(text::FailureKind::kFile, "cannot write " + text::inQuotes(output.string()) +
@@ -244,6 +232,34 @@ SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
         return SampleType::kUint8;
     default:
         return wanted;
+    }
+}
+
+std::span<const SampleType> sampleTypesOf(FileFormat format) {
+    static constexpr std::array kAll = {SampleType::kUint8, SampleType::kUint16, SampleType::kHalf,
+                                        SampleType::kFloat};
+    switch (format) {
+    case FileFormat::kPng:
+        return std::span(kAll).first<2>();
+    case FileFormat::kExr:
+        return std::span(kAll).last<2>();
+    case FileFormat::kTga:
+        return std::span(kAll).first<1>();
+    default:
+        return kAll;
+    }
+}
+
+const char* sampleTypeWord(SampleType type) {
+    switch (type) {
+    case SampleType::kUint8:
+        return "8";
+    case SampleType::kUint16:
+        return "16";
+    case SampleType::kHalf:
+        return "half";
+    default:
+        return "float";
     }
 }
 

@@ -52,6 +52,12 @@ std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture,
 /// float types become Uint16.
 SampleType sampleTypeIn(FileFormat format, SampleType wanted);
 
+/// The types that files of this format have, the narrowest first.
+std::span<const SampleType> sampleTypesOf(FileFormat format);
+
+/// "8", "16", "half" or "float": how a user calls a type.
+const char* sampleTypeWord(SampleType type);
+
 /// The kind that files of this format hold unless they or the user say otherwise.
 AlphaKind usualAlphaKind(FileFormat format);
 

@@ -62,7 +62,7 @@ struct HalfScale {
     static float toFloat(Sample sample) { return floatOfHalf(sample); }
     static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
     static Sample fromFloat(float value) { return halfOfFloat(value); }
-    static Sample fromDouble(double value) { return fromFloat(static_cast<float>(value)); }
+    static Sample fromDouble(double value) { return halfOfDouble(value); }
 };
 
 // In files ...

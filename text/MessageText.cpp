@@ -111,4 +111,15 @@ std::string inQuotes(std::string_view text) {
     return result;
 }
 
+std::string oneOf(const std::vector<std::string>& texts) {
+    std::string result;
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (i > 0) {
+            result += i + 1 < texts.size() ? ", " : " or ";
+        }
+        result += texts[i];
+    }
+    return result;
+}
+
 } // namespace kovalune::text

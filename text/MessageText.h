@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace kovalune::text {
 
@@ -22,5 +23,8 @@ std::string systemReason(int errorNumber);
 
 /// 'text', the text as shown() has it.
 std::string inQuotes(std::string_view text);
+
+/// "a, b or c"
+std::string oneOf(const std::vector<std::string>& texts);
 
 } // namespace kovalune::text

@@ -11,19 +11,6 @@
 
 namespace kovalune::cli {
 
-namespace {
-
-/// "a, b or c"
-std::string listOf(const std::vector<std::string>& words) {
-    std::string list;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        list += (i == 0 ? "" : i + 1 < words.size() ? ", " : " or ") + words[i];
-    }
-    return list;
-}
-
-} // namespace
-
 std::string example(const std::string& line, const std::string& more) {
     return "Example:\n  kovalune " + line + (more.empty() ? "" : "\n\n" + more);
 }
@@ -101,7 +88,7 @@ void addCpu(CommandSyntax& command, std::optional<std::string>& cpu) {
         const std::string word = words[placeOfChoice("--cpu", words, text)];
         const std::vector<std::string> sets = instructionSets();
         if (std::find(sets.begin(), sets.end(), word) == sets.end()) {
-            throw UsageMistake("--cpu: this machine has no " + word + ", but " + listOf(sets));
+            throw UsageMistake("--cpu: this machine has no " + word + ", but " + text::oneOf(sets));
         }
         cpu = word;
     };
@@ -160,6 +147,19 @@ void addDepth(CommandSyntax& command, std::optional<int>& depth) {
         .shownAs("N");
 }
 
+void addOutDepth(CommandSyntax& command, shots::FrameForm& form) {
+    using pictures::SampleType;
+    Choices<std::optional<SampleType>> choices;
+    for (const SampleType type :
+         {SampleType::kUint8, SampleType::kUint16, SampleType::kHalf, SampleType::kFloat}) {
+        choices.emplace_back(pictures::sampleTypeWord(type), type);
+    }
+    addChoice<std::optional<SampleType>>(
+        command, "--out-depth", form.outType, choices,
+        "Samples to write, whatever was worked in: 8, 16, half, float, as far as the format has them")
+        .shownAs("TYPE");
+}
+
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding) {
     addWhole(command, "--png-level", encoding.pngLevel, 0, pictures::kHighestPngLevel,
              "Pack PNG files this hard, 0 not at all to " + std::to_string(pictures::kHighestPngLevel) +
@@ -173,7 +173,7 @@ std::size_t placeOfChoice(const std::string& name, const std::vector<std::string
         return text::equalWithoutCase(word, text);
     });
     if (found == words.end()) {
-        refuse(name, listOf(words), text);
+        refuse(name, text::oneOf(words), text);
     }
     return static_cast<std::size_t>(found - words.begin());
 }

@@ -64,6 +64,8 @@ void addPasses(CommandSyntax& command, EffectArguments& effect);
 void addView(CommandSyntax& command, std::optional<std::string>& view);
 void addAlpha(CommandSyntax& command, std::optional<pictures::AlphaKind>& alphaKind);
 void addDepth(CommandSyntax& command, std::optional<int>& depth);
+/// The type of the written samples.
+void addOutDepth(CommandSyntax& command, shots::FrameForm& form);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);
 
 /// Finds one of a few words, without case; throws UsageMistake where `text` is none of them.

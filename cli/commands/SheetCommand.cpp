@@ -315,7 +315,7 @@ void drawFile(render::OpenEffect& effect, const std::vector<View>& all, const st
 
 void runSheet(const SheetArguments& arguments) {
     const pictures::FileFormat format =
-        shots::checkDrawnFile(arguments.output, {arguments.input}, arguments.force);
+        shots::checkDrawnFile(arguments.output, {arguments.input}, arguments.force, arguments.frame.form);
     const RememberedDefaults remembered = RememberedDefaults::forAllViews(arguments.effect);
     render::OpenEffect effect = openEffect(arguments.effect);
     const std::vector<View> all = viewsOf(effect.session());

@@ -140,6 +140,7 @@ _kovalune_value() {
         --missing) _kovalune_offer "$typed" <<<$'error\nskip\nhold' ;;
         --mask-by) _kovalune_offer "$typed" <<<$'alpha\ngrey' ;;
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
+        --out-depth) _kovalune_offer "$typed" <<<$'8\n16\nhalf\nfloat' ;;
         --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
         --key) _kovalune_offer "$typed" <<<$'remove\nonly' ;;
         --view | --views) _kovalune_offer "$typed" < <(_kovalune_views) ;;

@@ -97,6 +97,8 @@ function __kovalune_value
             printf '%s\n' alpha grey
         case --depth
             printf '%s\n' 8 16 32 auto
+        case --out-depth
+            printf '%s\n' 8 16 half float
         case --png-level
             seq 0 9
         case --key

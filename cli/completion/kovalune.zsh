@@ -73,6 +73,7 @@ _kovalune_value() {
         --missing) compadd error skip hold ;;
         --mask-by) compadd alpha grey ;;
         --depth) compadd 8 16 32 auto ;;
+        --out-depth) compadd 8 16 half float ;;
         --png-level) compadd {0..9} ;;
         --key) compadd remove only ;;
         --view | --views)

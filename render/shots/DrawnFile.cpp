@@ -19,8 +19,8 @@ pictures::Picture withSampleType(const pictures::Picture& drawn, pictures::Sampl
 } // namespace
 
 pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others,
-                                    bool force) {
-    const pictures::FileFormat format = checkedOutputFormat(file, force);
+                                    bool force, const FrameForm& form) {
+    const pictures::FileFormat format = checkedOutputFormat(file, force, form);
     for (const std::string& other : others) {
         if (nameOneFile(file, other)) {
             throw text::Failure(text::FailureKind::kUsage, "cannot write " + text::inQuotes(file.string()) +

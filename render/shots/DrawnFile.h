@@ -3,6 +3,7 @@
 
 #include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
+#include "render/shots/FrameForm.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -14,7 +15,7 @@ namespace kovalune::shots {
 /// Before anything is read: throws Failure if no picture can be written under this name, as checkedOutputFormat does,
 /// or if it is that of one of the `others`, pictures that the tool reads or writes too.
 pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others,
-                                    bool force);
+                                    bool force, const FrameForm& form = {});
 
 /// The bytes of such a file. `drawn` has no alpha. The file's samples are of the type that its format has nearest to
 /// `wanted`. Throws Failure as encodePicture does.

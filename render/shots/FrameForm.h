@@ -11,6 +11,7 @@ namespace kovalune::shots {
 struct FrameForm {
     std::optional<int> depth;                     ///< 8, 16 or 32 bits a channel; otherwise the file's
     std::optional<pictures::AlphaKind> alphaKind; ///< of all files, whatever they say
+    std::optional<pictures::SampleType> outType;  ///< of the written samples; else what holds the depth best
     pictures::EncodeOptions encoding;
 };
 

@@ -2,11 +2,48 @@
 
 #include "pictures/PictureFile.h"
 #include "render/shots/AtomicFile.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
+
+#include <string>
+#include <vector>
 
 namespace kovalune::shots {
 
-pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force) {
+namespace {
+
+/// "cannot write 'x.png' with --option value: PNG files have a, b or c"
+[[noreturn]] void refuse(const std::filesystem::path& output, const std::string& option,
+                         pictures::FileFormat format, const std::vector<std::string>& has) {
+    throw text::Failure(text::FailureKind::kUsage,
+                        "cannot write " + text::inQuotes(output.string()) + " with " + option + ": " +
+                            pictures::formatName(format) + " files have " + text::oneOf(has));
+}
+
+void checkType(const std::filesystem::path& output, pictures::FileFormat format,
+               pictures::SampleType wanted) {
+    std::vector<std::string> words;
+    for (const pictures::SampleType type : pictures::sampleTypesOf(format)) {
+        if (type == wanted) {
+            return;
+        }
+        words.emplace_back(pictures::sampleTypeWord(type));
+    }
+    refuse(output, std::string("--out-depth ") + pictures::sampleTypeWord(wanted), format, words);
+}
+
+} // namespace
+
+void checkForm(const std::filesystem::path& output, pictures::FileFormat format, const FrameForm& form) {
+    if (form.outType) {
+        checkType(output, format, *form.outType);
+    }
+}
+
+pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force,
+                                         const FrameForm& form) {
     const pictures::FileFormat format = pictures::formatToWrite(output);
+    checkForm(output, format, form);
     checkWritable(output, force);
     return format;
 }

@@ -32,7 +32,7 @@ pictures::PictureForm outputForm(const pictures::Picture& source, pictures::File
     if (form.depth) {
         result.sampleType = pictures::sampleTypeFor(formatFor(source.sampleType, form), source.sampleType);
     }
-    result.sampleType = pictures::sampleTypeIn(format, result.sampleType);
+    result.sampleType = form.outType ? *form.outType : pictures::sampleTypeIn(format, result.sampleType);
     result.alphaKind = form.alphaKind            ? *form.alphaKind
                        : format == source.format ? source.alphaKind
                                                  : pictures::usualAlphaKind(format);

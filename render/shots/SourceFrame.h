@@ -25,7 +25,7 @@ struct SourceFrame {
 /// Throws Failure for a file that cannot be read.
 SourceFrame readFrame(const std::string& file, const FrameForm& form);
 
-/// Of the picture that is written to a file of this format.
+/// Of the picture that is written to a file of this format, which has the form's type of samples.
 pictures::PictureForm outputForm(const pictures::Picture& source, pictures::FileFormat format,
                                  const FrameForm& form);
 

@@ -48,5 +48,25 @@ TEST(HalfFloat, SmallFloatsBecomeTheSameHalf) {
     }
 }
 
+// A float on the way would land on the middle, and the half on the wrong side of it.
+TEST(HalfFloat, DoublesAreRoundedOnce) {
+    constexpr double kNear = 0x1p-40; // a float has no digits for it
+    for (uint32_t half = 0; half < 0x7bff; ++half) {
+        const auto below = static_cast<double>(floatOfHalf(static_cast<uint16_t>(half)));
+        const auto above = static_cast<double>(floatOfHalf(static_cast<uint16_t>(half + 1)));
+        const double middle = (below + above) / 2;
+        const double little = middle * kNear;
+        ASSERT_EQ(halfOfDouble(below), half);
+        ASSERT_EQ(halfOfDouble(middle - little), half);
+        ASSERT_EQ(halfOfDouble(middle), half % 2 == 0 ? half : half + 1);
+        ASSERT_EQ(halfOfDouble(middle + little), half + 1);
+        ASSERT_EQ(halfOfDouble(-middle - little), 0x8000 | (half + 1));
+    }
+    EXPECT_EQ(halfOfDouble(1e300), 0x7c00);
+    EXPECT_EQ(halfOfDouble(-1e300), 0xfc00);
+    EXPECT_EQ(halfOfDouble(1e-300), 0);
+    EXPECT_EQ(halfOfDouble(65520 - 0x1p-30), 0x7bff);
+}
+
 } // namespace
 } // namespace kovalune::test
