@@ -1,5 +1,8 @@
-// What may be chosen of a file that is written; what it holds is the same with every choice.
+// What may be chosen of a file that is written. What it holds is the same with every choice but the compressions that
+// lose something.
 #pragma once
+
+#include <string>
 
 namespace kovalune::pictures {
 
@@ -13,6 +16,9 @@ inline constexpr int kSmallPngLevel = 6;
 
 struct EncodeOptions {
     int pngLevel = kUsualPngLevel; ///< how hard a PNG's samples are packed: 0 not at all, to kHighestPngLevel
+    /// By name, one of the format's compressionsOf; empty: as the file that the picture was read from, where that was of this
+    /// format and loses nothing, or else the format's usual one.
+    std::string compression = {};
 };
 
 } // namespace kovalune::pictures

@@ -26,6 +26,7 @@ using Bytes = std::span<const uint8_t>;
 struct Coder {
     Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
     std::vector<uint8_t> (*encode)(const Picture& picture, const EncodeOptions& options) = nullptr;
+    std::vector<std::string> (*compressions)() = nullptr;
 };
 
 /// Of a format that has nothing to choose.
@@ -34,13 +35,21 @@ std::vector<uint8_t> encodeAlways(const Picture& picture, const EncodeOptions&) 
     return encode(picture);
 }
 
+std::vector<std::string> noCompressions() {
+    return {};
+}
+
+std::vector<std::string> runLengths() {
+    return {"rle"};
+}
+
 #ifdef KOVALUNE_HAS_TIFF
-constexpr Coder kTiffCoder = {decodeTiff, encodeAlways<encodeTiff>};
+constexpr Coder kTiffCoder = {decodeTiff, encodeTiff, tiffCompressionNames};
 #else
 constexpr Coder kTiffCoder;
 #endif
 #ifdef KOVALUNE_HAS_EXR
-constexpr Coder kExrCoder = {decodeExr, encodeAlways<encodeExr>};
+constexpr Coder kExrCoder = {decodeExr, encodeExr, exrCompressionNames};
 #else
 constexpr Coder kExrCoder;
 #endif
@@ -59,7 +68,12 @@ struct Format {
 
 /// Those that are known by a signature come first.
 constexpr std::array kFormats = {
-    Format{FileFormat::kPng, "PNG", "a PNG file", AlphaKind::kStraight, beginsAsPng, {decodePng, encodePng}},
+    Format{FileFormat::kPng,
+           "PNG",
+           "a PNG file",
+           AlphaKind::kStraight,
+           beginsAsPng,
+           {decodePng, encodePng, noCompressions}},
     Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
     Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
     Format{FileFormat::kTga,
@@ -67,7 +81,7 @@ constexpr std::array kFormats = {
            "a TGA file",
            AlphaKind::kStraight,
            beginsAsTga,
-           {decodeTga, encodeAlways<encodeTga>}},
+           {decodeTga, encodeAlways<encodeTga>, runLengths}},
 };
 
 struct NameEnd {
@@ -208,6 +222,13 @@ std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture, co
         throw text::Failure(text::FailureKind::kFile,
                             "cannot write the picture: " + notBuiltIn(formatOf(format)));
     }
+    const std::vector<std::string> known = coder.compressions();
+    if (!options.compression.empty() &&
+        std::find(known.begin(), known.end(), options.compression) == known.end()) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "cannot make " + std::string(formatOf(format).described) + " with compression " +
+                                text::inQuotes(options.compression));
+    }
     std::vector<PictureNote> notes;
     if (picture.format != format) {
         notes = notesFor(format, picture);
@@ -233,6 +254,23 @@ SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
     default:
         return wanted;
     }
+}
+
+std::vector<std::string> compressionsOf(FileFormat format) {
+    const Format& known = formatOf(format);
+    return known.isBuiltIn() ? known.coder.compressions() : std::vector<std::string>{};
+}
+
+std::vector<std::string> compressionNames() {
+    std::vector<std::string> names;
+    for (const Format& format : kFormats) {
+        for (const std::string& name : compressionsOf(format.format)) {
+            if (std::find(names.begin(), names.end(), name) == names.end()) {
+                names.push_back(name);
+            }
+        }
+    }
+    return names;
 }
 
 std::span<const SampleType> sampleTypesOf(FileFormat format) {

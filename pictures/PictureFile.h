@@ -43,7 +43,8 @@ Picture readPicture(const std::filesystem::path& file);
 Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name);
 
 /// The bytes of a whole file. The picture's sample type must be one that the format has (see sampleTypeIn). Notes of
-/// another format are carried over as far as this one has them. Throws Failure if the picture cannot be written.
+/// another format are carried over as far as this one has them. Throws Failure if the picture cannot be written, or not
+/// with these options.
 std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture,
                                    const EncodeOptions& options = {});
 
@@ -57,6 +58,13 @@ std::span<const SampleType> sampleTypesOf(FileFormat format);
 
 /// "8", "16", "half" or "float": how a user calls a type.
 const char* sampleTypeWord(SampleType type);
+
+/// The names that EncodeOptions::compression may have in this format, those that lose nothing first; none for PNG, which
+/// has levels instead.
+std::vector<std::string> compressionsOf(FileFormat format);
+
+/// Of all formats, each name once.
+std::vector<std::string> compressionNames();
 
 /// The kind that files of this format hold unless they or the user say otherwise.
 AlphaKind usualAlphaKind(FileFormat format);

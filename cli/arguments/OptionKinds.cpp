@@ -160,6 +160,18 @@ void addOutDepth(CommandSyntax& command, shots::FrameForm& form) {
         .shownAs("TYPE");
 }
 
+void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding) {
+    const std::vector<std::string> names = pictures::compressionNames();
+    Choices<std::string> choices;
+    for (const std::string& name : names) {
+        choices.emplace_back(name, name);
+    }
+    addChoice<std::string>(command, "--compression", encoding.compression, choices,
+                           "Pack TIFF and OpenEXR files so, as far as the format has it: " +
+                               text::oneOf(names) + "; default: as the input, where nothing is lost so")
+        .shownAs("NAME");
+}
+
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding) {
     addWhole(command, "--png-level", encoding.pngLevel, 0, pictures::kHighestPngLevel,
              "Pack PNG files this hard, 0 not at all to " + std::to_string(pictures::kHighestPngLevel) +

@@ -66,6 +66,7 @@ void addAlpha(CommandSyntax& command, std::optional<pictures::AlphaKind>& alphaK
 void addDepth(CommandSyntax& command, std::optional<int>& depth);
 /// The type of the written samples.
 void addOutDepth(CommandSyntax& command, shots::FrameForm& form);
+void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);
 
 /// Finds one of a few words, without case; throws UsageMistake where `text` is none of them.

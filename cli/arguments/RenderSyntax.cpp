@@ -51,6 +51,7 @@ void addFrame(CommandSyntax& command, FrameArguments& frame) {
     addDepth(command, frame.form.depth);
     addOutDepth(command, frame.form);
     addPngLevel(command, frame.form.encoding);
+    addCompression(command, frame.form.encoding);
     addDownsample(command, frame.downsample);
     command.addFlag("--legacy", frame.legacy, "Render by the host's older command, without pre-render");
     addAlpha(command, frame.form.alphaKind);

@@ -43,6 +43,7 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
     addDepth(command, arguments.form.depth);
     addOutDepth(command, arguments.form);
     addPngLevel(command, arguments.form.encoding);
+    addCompression(command, arguments.form.encoding);
     addAlpha(command, arguments.form.alphaKind);
     addCpu(command, arguments.cpu);
     command.addFlag("--quiet", arguments.quiet, "No progress, and no line at the end of a shot");

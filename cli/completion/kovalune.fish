@@ -99,6 +99,8 @@ function __kovalune_value
             printf '%s\n' 8 16 32 auto
         case --out-depth
             printf '%s\n' 8 16 half float
+        case --compression
+            printf '%s\n' none lzw deflate packbits lzma zstd rle zips zip piz pxr24 b44 b44a dwaa dwab
         case --png-level
             seq 0 9
         case --key

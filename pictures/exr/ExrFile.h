@@ -3,6 +3,7 @@
 // one part of scan lines is written. Colours are taken to be premultiplied, as the format has it.
 #pragma once
 
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -26,9 +27,13 @@ bool beginsAsExr(std::span<const uint8_t> bytes);
 /// square pixels). "compression" is there where it is one that encodeExr keeps and does not use anyway.
 Picture decodeExr(std::span<const uint8_t> bytes, const std::string& name);
 
+/// The names of the compressions to write with, those that lose nothing first.
+std::vector<std::string> exrCompressionNames();
+
 /// The bytes of a whole file with these samples, whatever alphaKind says. The picture has samples of Half or
-/// Float. Compressed as the notes say if no sample is lost so, else with ZIP; a data window of another size than
-/// the picture's and notes of other formats are left out. Throws Failure if the picture cannot be written.
-std::vector<uint8_t> encodeExr(const Picture& picture);
+/// Float. Compressed as the options say, which name one of exrCompressionNames, or as the notes say if no sample is lost
+/// so, else with ZIP; a data window of another size than the picture's and notes of other formats are left out. Throws
+/// Failure if the picture cannot be written.
+std::vector<uint8_t> encodeExr(const Picture& picture, const EncodeOptions& options = {});
 
 } // namespace kovalune::pictures

@@ -1,6 +1,7 @@
 #include "pictures/exr/ExrHeader.h"
 
 #include "pictures/ReadFailure.h"
+#include "pictures/exr/ExrFile.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
@@ -251,16 +252,30 @@ private:
 /// Runs of RLE are of 128 bytes in two. PIZ repeats a 16-bit value 255 times by a code of a bit and a count of
 /// eight. PXR24 deflates three bytes of a float. B44 has three bytes for 16 halves. The DWA pair deflates one half
 /// for 64 values, and besides may leave out all the others.
-const std::array<ExrCompression, 10> kExrCompressions = {{{1, 1, true, true},
-                                                          {1, 64, true, true},
-                                                          {1, 1032, true, true},
-                                                          {16, 1032, true, true},
-                                                          {32, 512, true, true},
-                                                          {16, 1376, true, false},
-                                                          {32, 16, false, false},
-                                                          {32, 16, false, false},
-                                                          {32, 1U << 18, false, false},
-                                                          {256, 1U << 18, false, false}}};
+const std::array<ExrCompression, 10> kExrCompressions = {{{"none", 1, 1, true, true},
+                                                          {"rle", 1, 64, true, true},
+                                                          {"zips", 1, 1032, true, true},
+                                                          {"zip", 16, 1032, true, true},
+                                                          {"piz", 32, 512, true, true},
+                                                          {"pxr24", 16, 1376, true, false},
+                                                          {"b44", 32, 16, false, false},
+                                                          {"b44a", 32, 16, false, false},
+                                                          {"dwaa", 32, 1U << 18, false, false},
+                                                          {"dwab", 256, 1U << 18, false, false}}};
+
+std::vector<std::string> exrCompressionNames() {
+    std::vector<std::string> names;
+    for (const ExrCompression& each : kExrCompressions) {
+        names.emplace_back(each.name);
+    }
+    return names;
+}
+
+uint8_t exrCompressionNamed(const std::string& name) {
+    const auto found = std::find_if(kExrCompressions.begin(), kExrCompressions.end(),
+                                    [&name](const ExrCompression& each) { return each.name == name; });
+    return static_cast<uint8_t>(found - kExrCompressions.begin());
+}
 
 const ExrAttribute* ExrPart::find(std::string_view name) const {
     const auto found = std::find_if(attributes.begin(), attributes.end(),

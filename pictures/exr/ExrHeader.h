@@ -61,6 +61,7 @@ struct ExrPart {
 
 /// Of the compressions by their numbers in a file.
 struct ExrCompression {
+    const char* name;
     uint32_t linesOfABlock;
     uint32_t mostExpansion; ///< bytes that one compressed byte may stand for
     bool keepsHalf;
@@ -68,6 +69,9 @@ struct ExrCompression {
 };
 extern const std::array<ExrCompression, 10> kExrCompressions;
 inline constexpr uint8_t kUsualExrCompression = 3; // ZIP
+
+/// Of one of exrCompressionNames.
+uint8_t exrCompressionNamed(const std::string& name);
 
 int32_t exrInt(ExrBytes bytes, std::size_t place);
 

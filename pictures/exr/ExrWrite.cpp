@@ -1,6 +1,7 @@
 #include "pictures/exr/ExrFile.h"
 
 #include "pictures/LackOfMemory.h"
+#include "pictures/exr/ExrHeader.h"
 #include "pictures/exr/ExrMemory.h"
 #include "pictures/exr/ExrNotes.h"
 #include "text/Failure.h"
@@ -32,11 +33,14 @@ void packQuickly(Header& header) {
     }
 }
 
-std::vector<uint8_t> encoded(const Picture& picture) {
+std::vector<uint8_t> encoded(const Picture& picture, const EncodeOptions& options) {
     const std::vector<const char*> names = channelNames(picture.channels);
     const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
     const std::size_t bytes = bytesPerSample(picture.sampleType);
     Imf::Header header = exrHeader(picture);
+    if (!options.compression.empty()) {
+        header.compression() = static_cast<Imf::Compression>(exrCompressionNamed(options.compression));
+    }
     packQuickly(header);
     Imf::FrameBuffer buffer;
     for (std::size_t i = 0; i < names.size(); ++i) {
@@ -56,7 +60,7 @@ std::vector<uint8_t> encoded(const Picture& picture) {
 
 } // namespace
 
-std::vector<uint8_t> encodeExr(const Picture& picture) {
+std::vector<uint8_t> encodeExr(const Picture& picture, const EncodeOptions& options) {
     const auto fail = [](const std::string& reason) {
         throw text::Failure(text::FailureKind::kFile, "cannot make an OpenEXR file: " + reason);
     };
@@ -64,7 +68,7 @@ std::vector<uint8_t> encodeExr(const Picture& picture) {
         fail("its samples are half or float");
     }
     try {
-        return encoded(picture);
+        return encoded(picture, options);
     } catch (const std::bad_alloc&) {
         throw;
     } catch (const std::exception& exception) {

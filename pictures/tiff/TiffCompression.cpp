@@ -1,9 +1,11 @@
 #include "pictures/tiff/TiffCompression.h"
 
+#include "pictures/tiff/TiffFile.h"
+
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <tiff.h>
+#include <tiffio.h>
 
 namespace kovalune::pictures {
 
@@ -39,6 +41,18 @@ constexpr std::array kCompressions = {
     TiffCompression{COMPRESSION_THUNDERSCAN, "ThunderScan", false, false, false, false, 1},
 };
 
+/// As users write it.
+struct ChosenName {
+    const char* name;
+    uint16_t tag;
+};
+constexpr std::array kChosenNames = {ChosenName{"none", COMPRESSION_NONE},
+                                     ChosenName{"lzw", COMPRESSION_LZW},
+                                     ChosenName{"deflate", COMPRESSION_ADOBE_DEFLATE},
+                                     ChosenName{"packbits", COMPRESSION_PACKBITS},
+                                     ChosenName{"lzma", COMPRESSION_LZMA},
+                                     ChosenName{"zstd", COMPRESSION_ZSTD}};
+
 } // namespace
 
 static_assert(kUsualTiffCompression == COMPRESSION_ADOBE_DEFLATE);
@@ -63,6 +77,22 @@ uint16_t tiffCompressionOf(const std::vector<PictureNote>& notes) {
                    std::find(notes.begin(), notes.end(), tiffCompressionNote(each.tag)) != notes.end();
         });
     return kept == kCompressions.end() ? kUsualTiffCompression : kept->tag;
+}
+
+std::vector<std::string> tiffCompressionNames() {
+    std::vector<std::string> names;
+    for (const ChosenName& each : kChosenNames) {
+        if (TIFFIsCODECConfigured(each.tag) != 0) {
+            names.emplace_back(each.name);
+        }
+    }
+    return names;
+}
+
+uint16_t tiffCompressionNamed(const std::string& name) {
+    return std::find_if(kChosenNames.begin(), kChosenNames.end(),
+                        [&name](const ChosenName& each) { return each.name == name; })
+        ->tag;
 }
 
 std::string tiffCompressionName(uint16_t tag) {

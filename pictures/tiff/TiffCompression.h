@@ -31,6 +31,9 @@ PictureNote tiffCompressionNote(uint16_t tag);
 /// The compression to write with: what the notes say where that is kept, or kUsualTiffCompression.
 uint16_t tiffCompressionOf(const std::vector<PictureNote>& notes);
 
+/// Of one of tiffCompressionNames.
+uint16_t tiffCompressionNamed(const std::string& name);
+
 /// The name, or "compression 12345".
 std::string tiffCompressionName(uint16_t tag);
 

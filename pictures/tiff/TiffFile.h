@@ -3,6 +3,7 @@
 // samples together or in planes, both byte orders and BigTIFF are read; strips of this machine's order written.
 #pragma once
 
+#include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -26,8 +27,11 @@ bool beginsAsTiff(std::span<const uint8_t> bytes);
 /// machine's order. Tag 259 is there where the compression is one that encodeTiff keeps and does not use anyway.
 Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name);
 
-/// The bytes of a whole file. Compressed as the notes say, else with deflate; notes of other formats are left out.
-/// Throws Failure if the picture cannot be written as a TIFF.
-std::vector<uint8_t> encodeTiff(const Picture& picture);
+/// The names of the compressions to write with that the library was built with.
+std::vector<std::string> tiffCompressionNames();
+
+/// The bytes of a whole file. Compressed as the options say, which name one of tiffCompressionNames, or as the notes say,
+/// else with deflate; notes of other formats are left out. Throws Failure if the picture cannot be written as a TIFF.
+std::vector<uint8_t> encodeTiff(const Picture& picture, const EncodeOptions& options = {});
 
 } // namespace kovalune::pictures

@@ -30,12 +30,17 @@ void setForm(TIFF* tiff, const Picture& picture) {
     }
 }
 
-void setCompression(TIFF* tiff, const Picture& picture) {
-    uint16_t tag =
-        picture.format == FileFormat::kTiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
-    if (TIFFIsCODECConfigured(tag) == 0) {
-        tag = kUsualTiffCompression;
+uint16_t compressionFor(const Picture& picture, const EncodeOptions& options) {
+    if (!options.compression.empty()) {
+        return tiffCompressionNamed(options.compression);
     }
+    const uint16_t tag =
+        picture.format == FileFormat::kTiff ? tiffCompressionOf(picture.notes) : kUsualTiffCompression;
+    return TIFFIsCODECConfigured(tag) == 0 ? kUsualTiffCompression : tag;
+}
+
+void setCompression(TIFF* tiff, const Picture& picture, const EncodeOptions& options) {
+    const uint16_t tag = compressionFor(picture, options);
     TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
     const auto* const compression = tiffCompression(tag);
     if (compression != nullptr && compression->hasPredictor) {
@@ -44,10 +49,10 @@ void setCompression(TIFF* tiff, const Picture& picture) {
     }
 }
 
-bool write(TIFF* tiff, const Picture& picture) {
+bool write(TIFF* tiff, const Picture& picture, const EncodeOptions& options) {
     constexpr std::size_t kStripBytes = std::size_t{128} << 10;
     setForm(tiff, picture);
-    setCompression(tiff, picture);
+    setCompression(tiff, picture, options);
     if (picture.format == FileFormat::kTiff) {
         setTiffNotes(tiff, picture);
     }
@@ -69,7 +74,7 @@ bool write(TIFF* tiff, const Picture& picture) {
 
 } // namespace
 
-std::vector<uint8_t> encodeTiff(const Picture& picture) {
+std::vector<uint8_t> encodeTiff(const Picture& picture, const EncodeOptions& options) {
     // A classic TIFF has offsets of 32 bits; compressed samples may be a little longer than plain ones.
     constexpr std::size_t kMostClassicBytes = 0xe0000000;
     const bool isBig = picture.byteCount() > kMostClassicBytes;
@@ -77,7 +82,7 @@ std::vector<uint8_t> encodeTiff(const Picture& picture) {
     {
         const OpenTiff tiff =
             openTiff(memory, isBig ? "w8m" : "wm", 2 * picture.byteCount() + (std::size_t{64} << 20));
-        if (!tiff || !write(tiff.get(), picture)) {
+        if (!tiff || !write(tiff.get(), picture, options)) {
             if (memory.outOfMemory) {
                 throw std::bad_alloc();
             }

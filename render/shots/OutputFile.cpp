@@ -5,6 +5,7 @@
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
+#include <algorithm>
 #include <string>
 #include <vector>
 
@@ -32,11 +33,24 @@ void checkType(const std::filesystem::path& output, pictures::FileFormat format,
     refuse(output, std::string("--out-depth ") + pictures::sampleTypeWord(wanted), format, words);
 }
 
+void checkCompression(const std::filesystem::path& output, pictures::FileFormat format,
+                      const std::string& wanted) {
+    const std::vector<std::string> known = pictures::compressionsOf(format);
+    if (std::find(known.begin(), known.end(), wanted) != known.end()) {
+        return;
+    }
+    refuse(output, "--compression " + wanted, format,
+           known.empty() ? std::vector<std::string>{"--png-level instead"} : known);
+}
+
 } // namespace
 
 void checkForm(const std::filesystem::path& output, pictures::FileFormat format, const FrameForm& form) {
     if (form.outType) {
         checkType(output, format, *form.outType);
+    }
+    if (!form.encoding.compression.empty()) {
+        checkCompression(output, format, form.encoding.compression);
     }
 }
 

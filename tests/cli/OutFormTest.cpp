@@ -1,10 +1,13 @@
-// The form of the written file as options ask for it: the type of its samples.
+// The form of the written file as options ask for it: the type of its samples and how they are packed.
 
 #include "pictures/PictureFile.h"
 #include "tests/cli/ErrorCase.h"
+#include "tests/pictures/ExrMaker.h"
 #include "tests/pictures/Pictures.h"
 
+#include <algorithm>
 #include <cmath>
+#include <map>
 
 namespace kovalune::test {
 
@@ -94,6 +97,61 @@ TEST_F(OutForm, TypesThatTheFormatLacksAreRefusedBeforeAnythingIsRead) {
     refused("x.tga", "16", "TGA files have 8\n");
     expectFailure({"render", "in.png", "-o", "x.png", "--out-depth", "12"}, 2,
                   {"--out-depth takes 8, 16, half or float, not '12'"});
+}
+
+TEST_F(OutForm, CompressionsThatLoseNothingGiveTheSamePicture) {
+    for (const SampleType type : {SampleType::kHalf, SampleType::kFloat}) {
+        const Picture source = randomPicture(type, Channels::kRgbAlpha, 37, 41, 3);
+        write("a.tif", source);
+        write("a.exr", source);
+        for (const std::string end : {"tif", "exr"}) {
+            for (const char* const name :
+                 {"none", "lzw", "deflate", "packbits", "lzma", "zstd", "rle", "zips", "zip", "piz"}) {
+                const std::vector<std::string> known = compressionsOf(*formatOfName("x." + end));
+                if (std::find(known.begin(), known.end(), name) == known.end()) {
+                    continue;
+                }
+                const std::string output = std::string("b.") + end;
+                const Picture result =
+                    made({"smooth", "a." + end, "-o", output, "--strength", "0", "--compression", name});
+                EXPECT_TRUE(result.samples == source.samples) << name << end;
+            }
+        }
+    }
+}
+
+TEST_F(OutForm, FilesArePackedAsAskedFor) {
+    write("a.png", pictureWith(SampleType::kUint8, Channels::kRgb, 200, std::vector<double>(600 * 100, 77)));
+    std::map<std::string, std::size_t> bytes;
+    for (const std::string name : {"none", "packbits", "lzw", "deflate"}) {
+        made({"smooth", "a.png", "-o", "b.tif", "--compression", name});
+        bytes[name] = std::filesystem::file_size(folder_ / "b.tif");
+    }
+    EXPECT_GT(bytes["none"], 60000U);
+    EXPECT_LT(bytes["packbits"], bytes["none"] / 20);
+    EXPECT_LT(bytes["deflate"], bytes["packbits"]);
+    EXPECT_NE(bytes["lzw"], bytes["deflate"]);
+    for (const std::string& name : compressionsOf(FileFormat::kExr)) {
+        made({"smooth", "a.png", "-o", "b.exr", "--compression", name});
+        const Imf::Compression wanted = headerOf(bytesOf(folder_ / "b.exr")).compression();
+        EXPECT_EQ(compressionsOf(FileFormat::kExr).at(static_cast<std::size_t>(wanted)), name);
+    }
+    made({"smooth", "a.png", "-o", "b.tga", "--compression", "RLE"});
+}
+
+TEST_F(OutForm, CompressionsThatTheFormatLacksAreRefused) {
+    const auto refused = [this](const std::string& output, const std::string& name, const std::string& has) {
+        for (const std::string command : {"render", "smooth", "sheet"}) {
+            expectFailure({command, "missing.png", "-o", output, "--compression", name}, 2,
+                          {"cannot write '" + output + "' with --compression " + name + ": " + has});
+        }
+    };
+    refused("x.png", "zip", "PNG files have --png-level instead\n");
+    refused("x.tif", "zip", "TIFF files have none, lzw, deflate, packbits, lzma or zstd\n");
+    refused("x.exr", "lzw", "OpenEXR files have none, rle, zips, zip, piz, pxr24, b44, b44a, dwaa or dwab\n");
+    refused("x.tga", "none", "TGA files have rle\n");
+    expectFailure({"render", "in.png", "-o", "x.png", "--compression", "jpeg"}, 2,
+                  {"--compression takes none, lzw,", "not 'jpeg'"});
 }
 
 } // namespace
