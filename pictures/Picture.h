@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <memory>
 #include <new>
 #include <string>
 #include <vector>
@@ -74,6 +75,8 @@ struct PictureNote {
     friend bool operator==(const PictureNote&, const PictureNote&) = default;
 };
 
+struct ExrRest;
+
 struct Picture {
     uint32_t width = 0;
     uint32_t height = 0;
@@ -85,6 +88,9 @@ struct Picture {
     std::vector<PictureNote> notes;
     /// Names of what the file holds besides and the picture does not: channels, parts, pages. For messages.
     std::vector<std::string> leftOut;
+    /// The same of what a file of this format that is written of the picture has again.
+    std::vector<std::string> passedOn;
+    std::shared_ptr<const ExrRest> exrRest; ///< of an OpenEXR file: those, if there are any
 
     std::size_t rowBytes() const { return width * channelCount(channels) * bytesPerSample(sampleType); }
 

@@ -344,6 +344,7 @@ Picture pictureOf(const host::Image& result, const host::Image& image, const Pic
         });
     });
     picture.notes = fittingNotes(source, picture.channels);
+    picture.exrRest = source.exrRest;
     return picture;
 }
 

@@ -24,12 +24,22 @@ using Bytes = std::span<const uint8_t>;
 
 /// Null where the format's library is not built in.
 struct Coder {
-    Picture (*decode)(Bytes bytes, const std::string& name) = nullptr;
+    Picture (*decode)(Bytes bytes, const std::string& name, const DecodeOptions& options) = nullptr;
     std::vector<uint8_t> (*encode)(const Picture& picture, const EncodeOptions& options) = nullptr;
     std::vector<std::string> (*compressions)() = nullptr;
 };
 
-/// Of a format that has nothing to choose.
+// Of a format that has nothing to choose.
+template <Picture (*decode)(Bytes bytes, const std::string& name)>
+Picture decodeAlways(Bytes bytes, const std::string& name, const DecodeOptions& options) {
+    if (options.isForExr()) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "cannot read " + text::inQuotes(name) +
+                                " with --exr-layer or --exr-part: it is not an OpenEXR file");
+    }
+    return decode(bytes, name);
+}
+
 template <std::vector<uint8_t> (*encode)(const Picture& picture)>
 std::vector<uint8_t> encodeAlways(const Picture& picture, const EncodeOptions&) {
     return encode(picture);
@@ -44,12 +54,12 @@ std::vector<std::string> runLengths() {
 }
 
 #ifdef KOVALUNE_HAS_TIFF
-constexpr Coder kTiffCoder = {decodeTiff, encodeTiff, tiffCompressionNames};
+constexpr Coder kTiffCoder = {decodeAlways<decodeTiff>, encodeTiff, tiffCompressionNames};
 #else
 constexpr Coder kTiffCoder;
 #endif
 #ifdef KOVALUNE_HAS_EXR
-constexpr Coder kExrCoder = {decodeExr, encodeExr, exrCompressionNames};
+constexpr Coder kExrCoder = {decodeExrWith, encodeExr, exrCompressionNames};
 #else
 constexpr Coder kExrCoder;
 #endif
@@ -73,7 +83,7 @@ constexpr std::array kFormats = {
            "a PNG file",
            AlphaKind::kStraight,
            beginsAsPng,
-           {decodePng, encodePng, noCompressions}},
+           {decodeAlways<decodePng>, encodePng, noCompressions}},
     Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
     Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
     Format{FileFormat::kTga,
@@ -81,7 +91,7 @@ constexpr std::array kFormats = {
            "a TGA file",
            AlphaKind::kStraight,
            beginsAsTga,
-           {decodeTga, encodeAlways<encodeTga>, runLengths}},
+           {decodeAlways<decodeTga>, encodeAlways<encodeTga>, runLengths}},
 };
 
 struct NameEnd {
@@ -203,17 +213,18 @@ FileFormat formatToWrite(const std::filesystem::path& output) {
     return *format;
 }
 
-Picture readPicture(const std::filesystem::path& file) {
+Picture readPicture(const std::filesystem::path& file, const DecodeOptions& options) {
     const std::optional<FileFormat> named = formatOfName(file);
     const Format* format = named ? &formatOf(*named) : nullptr;
     const std::vector<uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
         format = &checkedFormat(beginning, format, file.string());
     });
-    return format->coder.decode(bytes, file.string());
+    return format->coder.decode(bytes, file.string(), options);
 }
 
-Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name) {
-    return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name);
+Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name,
+                      const DecodeOptions& options) {
+    return checkedFormat(bytes, &formatOf(format), name).coder.decode(bytes, name, options);
 }
 
 std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture, const EncodeOptions& options) {

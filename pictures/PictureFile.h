@@ -3,6 +3,7 @@
 #pragma once
 
 #include "hostapi/Constants.h"
+#include "pictures/DecodeOptions.h"
 #include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
@@ -36,11 +37,13 @@ FileFormat formatToWrite(const std::filesystem::path& output);
 /// A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
 /// missing, cannot be read, is of another format than its name says, is damaged or cut short, is of a kind that
 /// is not read, or is more than kMostPixelsASide wide or high. A size that so short a file cannot hold is
-/// refused before memory is taken for it.
-Picture readPicture(const std::filesystem::path& file);
+/// refused before memory is taken for it. Throws it too for options that are not for the file's format, or that choose what
+/// it does not have.
+Picture readPicture(const std::filesystem::path& file, const DecodeOptions& options = {});
 
 /// `name` is for messages only. Throws as readPicture does.
-Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name);
+Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name,
+                      const DecodeOptions& options = {});
 
 /// The bytes of a whole file. The picture's sample type must be one that the format has (see sampleTypeIn). Notes of
 /// another format are carried over as far as this one has them. Throws Failure if the picture cannot be written, or not

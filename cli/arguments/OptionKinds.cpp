@@ -172,6 +172,18 @@ void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding) {
         .shownAs("NAME");
 }
 
+void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding) {
+    command
+        .addText("--exr-layer", decoding.exrLayer,
+                 "Read this layer of an OpenEXR file: NAME stands for NAME.R, NAME.G, NAME.B, NAME.A")
+        .shownAs("NAME");
+    command
+        .addText("--exr-part", decoding.exrPart,
+                 "Read this part of an OpenEXR file, by its name or its number from 1; default: the first "
+                 "with such channels")
+        .shownAs("NAME|N");
+}
+
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding) {
     addWhole(command, "--png-level", encoding.pngLevel, 0, pictures::kHighestPngLevel,
              "Pack PNG files this hard, 0 not at all to " + std::to_string(pictures::kHighestPngLevel) +

@@ -67,6 +67,8 @@ void addDepth(CommandSyntax& command, std::optional<int>& depth);
 /// The type of the written samples.
 void addOutDepth(CommandSyntax& command, shots::FrameForm& form);
 void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding);
+/// Which of an OpenEXR file's pictures is read.
+void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);
 
 /// Finds one of a few words, without case; throws UsageMistake where `text` is none of them.

@@ -48,6 +48,7 @@ void addDownsample(CommandSyntax& command, render::Downsample& downsample) {
 }
 
 void addFrame(CommandSyntax& command, FrameArguments& frame) {
+    addExrChoice(command, frame.form.decoding);
     addDepth(command, frame.form.depth);
     addOutDepth(command, frame.form);
     addPngLevel(command, frame.form.encoding);

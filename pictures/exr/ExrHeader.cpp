@@ -101,7 +101,8 @@ public:
         do {
             ExrPart part = readPart();
             const std::string type = textOf(part.find("type"));
-            part.deep = (version & kDeep) != 0 || type.starts_with("deep");
+            // The flag is the whole file's: of several parts some may be deep.
+            part.deep = type.starts_with("deep") || (!isMultiPart && (version & kDeep) != 0);
             part.tiled = isMultiPart || part.deep ? type == "tiledimage" || type == "deeptile"
                                                   : (version & kTiled) != 0;
             readTiles(part);

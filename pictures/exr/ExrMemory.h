@@ -8,6 +8,7 @@
 #include <cstring>
 #include <span>
 #include <stdexcept>
+#include <string>
 #include <utility>
 #include <vector>
 
@@ -15,6 +16,14 @@ namespace kovalune::pictures {
 
 /// In the library's messages, where a file would be named.
 inline constexpr char kExrStreamName[] = "stream";
+
+/// What the library says, without the file's name that it begins with.
+inline std::string exrReason(const std::string& text) {
+    std::string before(1, '"');
+    before.append(kExrStreamName).append("\". ");
+    const std::size_t at = text.rfind(before);
+    return at == std::string::npos ? text : text.substr(at + before.size());
+}
 
 class ExrInput : public Imf::IStream {
 public:

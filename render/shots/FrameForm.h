@@ -1,6 +1,7 @@
 // How a picture's file is taken, and what it is written back as.
 #pragma once
 
+#include "pictures/DecodeOptions.h"
 #include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
@@ -12,6 +13,7 @@ struct FrameForm {
     std::optional<int> depth;                     ///< 8, 16 or 32 bits a channel; otherwise the file's
     std::optional<pictures::AlphaKind> alphaKind; ///< of all files, whatever they say
     std::optional<pictures::SampleType> outType;  ///< of the written samples; else what holds the depth best
+    pictures::DecodeOptions decoding;
     pictures::EncodeOptions encoding;
 };
 

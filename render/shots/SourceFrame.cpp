@@ -17,7 +17,7 @@ PF_PixelFormat formatFor(pictures::SampleType type, const FrameForm& form) {
 SourceFrame readFrame(const std::string& file, const FrameForm& form) {
     SourceFrame frame;
     frame.name = file;
-    frame.picture = pictures::readPicture(file);
+    frame.picture = pictures::readPicture(file, form.decoding);
     if (form.alphaKind) {
         frame.picture.alphaKind = *form.alphaKind;
     }
@@ -41,7 +41,11 @@ pictures::PictureForm outputForm(const pictures::Picture& source, pictures::File
 
 std::vector<std::string> leftOutOf(const pictures::Picture& source,
                                    std::optional<pictures::FileFormat> format) {
-    std::vector<std::string> parts = source.leftOut;
+    std::vector<std::string> parts;
+    if (format != source.format) {
+        parts = source.passedOn;
+    }
+    parts.insert(parts.end(), source.leftOut.begin(), source.leftOut.end());
     if (format) {
         for (const std::string& part : pictures::notesLeftOut(*format, source)) {
             parts.push_back(part);

@@ -100,11 +100,46 @@ TEST_F(RenderFormats, NameWhatIsLeftOut) {
         sheet.layers.push_back({name, Imf::HALF, halves({0.5F, 0.25F})});
     }
     writeBytes(folder_ / "a.exr", exrOf(sheet));
-    for (const char* command : {"render", "sheet"}) {
-        const CommandOutcome outcome = run({command, "a.exr", "-o", "b.exr", "--quiet"});
+    for (const auto& [command, output] :
+         {std::pair("render", "b.png"), {"smooth", "b.tif"}, {"sheet", "s.exr"}}) {
+        const CommandOutcome outcome = run({command, "a.exr", "-o", output});
         EXPECT_EQ(outcome.exitCode, 0);
         EXPECT_EQ(outcome.err, "kovalune: left out of 'a.exr': channel Z\n");
     }
+    for (const char* const command : {"render", "smooth"}) {
+        EXPECT_TRUE(run({command, "a.exr", "-o", "b.exr"}).ok());
+        EXPECT_TRUE(valuesIn(bytesOf(folder_ / "b.exr"), 0, "Z") == sheet.layers[3].values);
+    }
+}
+
+TEST_F(RenderFormats, LayersAndPartsAreChosenByNameAndNothingElseChanges) {
+    ExrSheet main, more;
+    main.width = more.width = 2;
+    main.height = more.height = 1;
+    main.name = "main";
+    more.name = "more";
+    for (const char* const name : {"B", "G", "R", "key.B", "key.G", "key.R"}) {
+        main.layers.push_back({name, Imf::HALF, halves({0.5F, 0.25F})});
+        more.layers.push_back({name, Imf::HALF, halves({0.125F, 0.25F})});
+    }
+    more.layers.push_back({"id", Imf::UINT, {7, 0xffffffffU}});
+    writeBytes(folder_ / "a.exr", exrOf({main, more}));
+    EXPECT_TRUE(
+        run({"smooth", "a.exr", "-o", "b.exr", "--strength", "0", "--exr-layer", "key", "--exr-part", "more"})
+            .ok());
+    const std::vector<uint8_t> written = bytesOf(folder_ / "b.exr");
+    for (const ExrLayer& layer : more.layers) {
+        EXPECT_TRUE(valuesIn(written, 1, layer.name) == layer.values) << layer.name;
+    }
+    EXPECT_TRUE(valuesIn(written, 0, "key.R") == main.layers[5].values);
+    EXPECT_NE(run({"pick", "a.exr", "0,0", "--exr-part", "2"}).out.find("red 0.125"), std::string::npos);
+    EXPECT_NE(run({"colors", "a.exr", "--exr-part", "main"}).out.find("0.5"), std::string::npos);
+    expectFailure({"render", "a.exr", "-o", "c.exr", "--exr-layer", "fill"}, 2,
+                  {"cannot read 'a.exr': it has no layer 'fill'; its layers are key"});
+    expectFailure({"render", "in.png", "-o", "c.exr", "--exr-part", "1"}, 2,
+                  {"cannot read 'in.png' with --exr-layer or --exr-part: it is not an OpenEXR file"});
+    expectFailure({"render", "a.exr", "-o", "c.exr", "--exr-part", "more", "--compression", "dwaa"}, 2,
+                  {"--compression dwaa, which loses something: channel id of 'a.exr' is passed on"});
 }
 
 TEST_F(RenderFormats, SheetHasTheDepthOfTheFile) {

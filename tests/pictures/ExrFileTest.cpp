@@ -192,8 +192,9 @@ TEST(ExrChannels, BesidesTheColoursAreNamedOnly) {
     EXPECT_EQ(picture.sampleType, SampleType::kHalf);
     EXPECT_EQ(picture.channels, Channels::kRgb);
     expectSamples(picture, colours);
-    EXPECT_EQ(picture.leftOut, (std::vector<std::string>{"channel Y", "channel Z", "channel diffuse.R",
-                                                         "channel id", "channel small"}));
+    EXPECT_EQ(picture.passedOn,
+              (std::vector<std::string>{"channel Y", "channel Z", "channel diffuse.R", "channel id"}));
+    EXPECT_EQ(picture.leftOut, std::vector<std::string>{"channel small"});
 }
 
 TEST(ExrParts, TheFirstWithColoursIsReadAndTheOthersNamed) {
@@ -214,8 +215,9 @@ TEST(ExrParts, TheFirstWithColoursIsReadAndTheOthersNamed) {
     EXPECT_EQ(picture.width, 5U);
     EXPECT_EQ(picture.height, 7U);
     expectSamples(picture, colours.layers);
-    EXPECT_EQ(picture.leftOut, (std::vector<std::string>{"part depth", "part more"}));
-    const Imf::Header header = headerOf(encodeExr(picture));
+    EXPECT_EQ(picture.passedOn, (std::vector<std::string>{"part depth", "part more"}));
+    EXPECT_TRUE(picture.leftOut.empty());
+    const Imf::Header header = headersOf(encodeExr(picture)).at(1);
     EXPECT_EQ(header.dataWindow(), Imath::Box2i({-3, 0}, {1, 6}));
     EXPECT_EQ(header.displayWindow(), Imath::Box2i({0, 0}, {9, 9}));
     EXPECT_EQ(header.name(), "main");

@@ -6,8 +6,11 @@
 #include <ImfChannelList.h>
 #include <ImfDeepFrameBuffer.h>
 #include <ImfDeepScanLineOutputFile.h>
+#include <ImfDeepScanLineOutputPart.h>
 #include <ImfFrameBuffer.h>
 #include <ImfInputFile.h>
+#include <ImfInputPart.h>
+#include <ImfMultiPartInputFile.h>
 #include <ImfMultiPartOutputFile.h>
 #include <ImfOutputFile.h>
 #include <ImfOutputPart.h>
@@ -88,6 +91,32 @@ void writeLines(LineFile& file, const ExrSheet& sheet) {
     file.writePixels(sheet.height);
 }
 
+void makeDeep(Imf::Header& header) {
+    header.channels() = Imf::ChannelList();
+    header.channels().insert("Z", Imf::Channel(Imf::FLOAT));
+    header.channels().insert("R", Imf::Channel(Imf::HALF));
+    header.setType(Imf::DEEPSCANLINE);
+    header.compression() = Imf::ZIPS_COMPRESSION;
+}
+
+template <class DeepFile>
+void writeDeep(DeepFile& file, int width, int height) {
+    const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+    std::vector<unsigned> counts(pixels, 0);
+    std::vector<float*> samples(pixels, nullptr);
+    const auto stride = static_cast<std::size_t>(width);
+    Imf::DeepFrameBuffer buffer;
+    buffer.insertSampleCountSlice(Imf::Slice(Imf::UINT, reinterpret_cast<char*>(counts.data()),
+                                             sizeof(unsigned), sizeof(unsigned) * stride));
+    for (const char* const name : {"R", "Z"}) {
+        buffer.insert(name, Imf::DeepSlice(*name == 'R' ? Imf::HALF : Imf::FLOAT,
+                                           reinterpret_cast<char*>(samples.data()), sizeof(float*),
+                                           sizeof(float*) * stride, sizeof(float)));
+    }
+    file.setFrameBuffer(buffer);
+    file.writePixels(height);
+}
+
 } // namespace
 
 ExrLayer randomLayer(const std::string& name, Imf::PixelType type, const ExrSheet& sheet, uint32_t seed) {
@@ -133,11 +162,17 @@ std::vector<uint8_t> exrOf(const std::vector<ExrSheet>& parts) {
         std::vector<Imf::Header> headers;
         for (const ExrSheet& part : parts) {
             headers.push_back(headerFor(part));
+            if (part.deep) {
+                makeDeep(headers.back());
+            }
         }
         Imf::MultiPartOutputFile output(file.c_str(), headers.data(), static_cast<int>(headers.size()), false,
                                         0);
         for (std::size_t i = 0; i < parts.size(); ++i) {
-            if (parts[i].tileWidth != 0) {
+            if (parts[i].deep) {
+                Imf::DeepScanLineOutputPart part(output, static_cast<int>(i));
+                writeDeep(part, parts[i].width, parts[i].height);
+            } else if (parts[i].tileWidth != 0) {
                 Imf::TiledOutputPart part(output, static_cast<int>(i));
                 writeTiles(part, parts[i]);
             } else {
@@ -154,25 +189,9 @@ std::vector<uint8_t> deepExr(int width, int height) {
     const std::string file = (folder / "deep.exr").string();
     {
         Imf::Header header(width, height);
-        header.channels().insert("Z", Imf::Channel(Imf::FLOAT));
-        header.channels().insert("R", Imf::Channel(Imf::HALF));
-        header.setType(Imf::DEEPSCANLINE);
-        header.compression() = Imf::ZIPS_COMPRESSION;
-        const auto pixels = static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
-        std::vector<unsigned> counts(pixels, 0);
-        std::vector<float*> samples(pixels, nullptr);
-        const auto stride = static_cast<std::size_t>(width);
-        Imf::DeepFrameBuffer buffer;
-        buffer.insertSampleCountSlice(Imf::Slice(Imf::UINT, reinterpret_cast<char*>(counts.data()),
-                                                 sizeof(unsigned), sizeof(unsigned) * stride));
-        for (const char* const name : {"R", "Z"}) {
-            buffer.insert(name, Imf::DeepSlice(*name == 'R' ? Imf::HALF : Imf::FLOAT,
-                                               reinterpret_cast<char*>(samples.data()), sizeof(float*),
-                                               sizeof(float*) * stride, sizeof(float)));
-        }
+        makeDeep(header);
         Imf::DeepScanLineOutputFile output(file.c_str(), header, 0);
-        output.setFrameBuffer(buffer);
-        output.writePixels(height);
+        writeDeep(output, width, height);
     }
     return bytesOf(file);
 }
@@ -185,6 +204,39 @@ std::size_t valuePlace(const std::vector<uint8_t>& file, const std::string& name
         throw std::runtime_error("no attribute " + name);
     }
     return static_cast<std::size_t>(found - file.begin()) + key.size() + 4;
+}
+
+std::vector<uint32_t> valuesIn(const std::vector<uint8_t>& file, int part, const std::string& channel) {
+    const TestFolder folder;
+    writeBytes(folder / "read.exr", file);
+    Imf::MultiPartInputFile input((folder / "read.exr").string().c_str(), 0);
+    Imf::InputPart source(input, part);
+    const Imath::Box2i window = source.header().dataWindow();
+    const Imf::PixelType type = source.header().channels()[channel.c_str()].type;
+    const std::size_t bytes = type == Imf::HALF ? 2 : 4;
+    const auto width = static_cast<std::size_t>(window.max.x - window.min.x + 1);
+    const auto height = static_cast<std::size_t>(window.max.y - window.min.y + 1);
+    std::vector<char> plane(width * height * bytes);
+    Imf::FrameBuffer buffer;
+    buffer.insert(channel, Imf::Slice::Make(type, plane.data(), window, bytes, width * bytes));
+    source.setFrameBuffer(buffer);
+    source.readPixels(window.min.y, window.max.y);
+    std::vector<uint32_t> values(width * height);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        std::memcpy(&values[i], plane.data() + i * bytes, bytes); // low bytes first
+    }
+    return values;
+}
+
+std::vector<Imf::Header> headersOf(const std::vector<uint8_t>& file) {
+    const TestFolder folder;
+    writeBytes(folder / "read.exr", file);
+    const Imf::MultiPartInputFile input((folder / "read.exr").string().c_str(), 0);
+    std::vector<Imf::Header> headers;
+    for (int part = 0; part < input.parts(); ++part) {
+        headers.push_back(input.header(part));
+    }
+    return headers;
 }
 
 Imf::Header headerOf(const std::vector<uint8_t>& file) {

@@ -28,6 +28,7 @@ struct ExrSheet {
     int tileHeight = 0;
     std::vector<ExrLayer> layers;
     std::string name;                                 ///< of a part among several
+    bool deep = false;                                ///< of a part among several, without samples
     std::function<void(Imf::Header&)> moreAttributes; ///< the display window is the data window without
 };
 
@@ -48,7 +49,13 @@ std::vector<uint8_t> deepExr(int width, int height);
 /// Where the value of an attribute begins in the first header, by its name and type.
 std::size_t valuePlace(const std::vector<uint8_t>& file, const std::string& name, const std::string& type);
 
-/// The header of a file of one part, as the library reads it.
+/// The bits of a channel that is not subsampled, as the library reads it; `part` counts from 0.
+std::vector<uint32_t> valuesIn(const std::vector<uint8_t>& file, int part, const std::string& channel);
+
+/// The headers of a file's parts, as the library reads them.
+std::vector<Imf::Header> headersOf(const std::vector<uint8_t>& file);
+
+/// The header of a file of one part.
 Imf::Header headerOf(const std::vector<uint8_t>& file);
 
 } // namespace kovalune::test
