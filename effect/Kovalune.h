@@ -2,7 +2,7 @@
 // alone, and the edge flags that it works from. Pixels are the very same as in a host; everything is serial, on the
 // calling thread, keeps nothing between calls and throws nothing. And the user's remembered defaults, by the code that
 // the effect's dialog runs. And what a frame that goes through a host will do, or did, and how it matches a pixel; and the
-// instruction set that it works with.
+// instruction set that it works with; and the curve of colours that are linear light.
 #pragma once
 
 #include "hostapi/HostApi.h"
@@ -128,6 +128,11 @@ bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param);
 uint8_t matchedLevel(uint8_t channel);
 uint8_t matchedLevel(uint16_t channel);
 uint8_t matchedLevel(float channel);
+
+/// The sRGB curve by the effect's own power function, so that the bits are the same on every machine: from linear light to
+/// what a screen is sent, and back. 0 to 1 stay there; below 0 it is mirrored, above 1 it goes on as it comes.
+double srgbOfLinear(double light);
+double linearOfSrgb(double value);
 
 /// Base, and Process 1 to 4.
 inline constexpr std::size_t kStageCount = 5;

@@ -83,6 +83,7 @@ struct Picture {
     Channels channels = Channels::kRgb;
     SampleType sampleType = SampleType::kUint8;
     AlphaKind alphaKind = AlphaKind::kStraight;
+    bool isLinear = false;                ///< colours are linear light, as the user says; not alpha
     std::vector<uint8_t> samples;         ///< grey or red, green, blue, then alpha if there is one
     FileFormat format = FileFormat::kPng; ///< whose notes these are
     std::vector<PictureNote> notes;

@@ -2,12 +2,14 @@
 
 #include "hostapi/Constants.h"
 #include "pictures/FileRows.h"
+#include "pictures/LightCurve.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/SampleScale.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
+#include <optional>
 #include <span>
 #include <type_traits>
 #include <utility>
@@ -103,7 +105,11 @@ class HostRows {
 public:
     HostRows(host::Image& image, const Picture& picture)
         : image_(image), picture_(picture), hostPixel_(picture.alphaKind), row_(picture.width),
-          samples_(4 * row_.size()), scaled_(samples_.size()) {}
+          samples_(4 * row_.size()), scaled_(samples_.size()) {
+        if (picture.isLinear) {
+            curve_.emplace(srgbOfLinear);
+        }
+    }
 
     void fill(A_long y) {
         loadRow<File>(picture_, static_cast<std::size_t>(y), std::span(row_));
@@ -113,7 +119,9 @@ public:
         for (std::size_t x = 0; x < row_.size(); ++x) {
             pixels[x] = alphaFirst<Pixel>(scaled_.data() + 4 * x);
         }
-        if (picture_.alphaKind == AlphaKind::kPremultiplied) {
+        if (curve_) {
+            bend(pixels);
+        } else if (picture_.alphaKind == AlphaKind::kPremultiplied) {
             divide(pixels);
         }
     }
@@ -131,9 +139,23 @@ private:
         }
     }
 
+    void bend(Pixel* pixels) {
+        const auto bent = [this](Sample colour, Sample alpha) {
+            return std::bit_cast<typename Host::Channel>(recolouredThrough<File, Host>(
+                *curve_, colour, alpha, picture_.alphaKind, AlphaKind::kStraight));
+        };
+        for (std::size_t x = 0; x < row_.size(); ++x) {
+            const FilePixel<Sample>& pixel = row_[x];
+            pixels[x].red = bent(pixel.red, pixel.alpha);
+            pixels[x].green = bent(pixel.green, pixel.alpha);
+            pixels[x].blue = bent(pixel.blue, pixel.alpha);
+        }
+    }
+
     host::Image& image_;
     const Picture& picture_;
     HostPixel<File, Host> hostPixel_;
+    std::optional<LightCurve> curve_; ///< of linear light
     std::vector<FilePixel<Sample>> row_;
     std::vector<Sample> samples_;               ///< the same, four a pixel
     std::vector<typename Host::Sample> scaled_; ///< likewise
@@ -180,24 +202,51 @@ Channels channelsFor(const host::Image& result, Channels source) {
     return channelsOf(grey, alpha);
 }
 
+/// What a sample's place in the host's picture is made of, and what is made of it.
+struct FileKind {
+    AlphaKind alpha = AlphaKind::kStraight;
+    bool isLinear = false;
+};
+
+/// A colour between kinds; through the curve where one of them alone is linear light.
+class Recolouring {
+public:
+    Recolouring(FileKind from, FileKind to) : from_(from.alpha), to_(to.alpha) {
+        if (from.isLinear != to.isLinear) {
+            curve_.emplace(from.isLinear ? srgbOfLinear : linearOfSrgb);
+        }
+    }
+
+    template <class From, class To>
+    typename To::Sample of(typename From::Sample colour, typename From::Sample alpha) {
+        return curve_ ? recolouredThrough<From, To>(*curve_, colour, alpha, from_, to_)
+                      : recoloured<From, To>(colour, alpha, from_, to_);
+    }
+
+private:
+    AlphaKind from_;
+    AlphaKind to_;
+    std::optional<LightCurve> curve_;
+};
+
 /// One pixel to write: what the effect left comes from the file, the rest from the result.
 template <class Host, class From, class To>
 class PixelChoice {
 public:
-    PixelChoice(AlphaKind from, AlphaKind to)
-        : from_(from), to_(to),
-          eitherMultiplied_(from == AlphaKind::kPremultiplied || to == AlphaKind::kPremultiplied) {}
+    PixelChoice(FileKind from, FileKind to)
+        : left_(from, to), changed_({}, to), eitherMultiplied_(from.alpha == AlphaKind::kPremultiplied ||
+                                                               to.alpha == AlphaKind::kPremultiplied) {}
 
     FilePixel<typename To::Sample> operator()(const typename Host::Pixel& now,
                                               const typename Host::Pixel& before,
-                                              const FilePixel<typename From::Sample>& inFile) const {
+                                              const FilePixel<typename From::Sample>& inFile) {
         const bool alphaStays = sameBits(now.alpha, before.alpha);
         const bool coloursMayStay = alphaStays || !eitherMultiplied_;
         const auto colour = [&](auto sampleNow, auto sampleBefore, auto sampleInFile) {
             if (coloursMayStay && sameBits(sampleNow, sampleBefore)) {
-                return recoloured<From, To>(sampleInFile, inFile.alpha, from_, to_);
+                return left_.template of<From, To>(sampleInFile, inFile.alpha);
             }
-            return recoloured<Host, To>(sampleOf(sampleNow), sampleOf(now.alpha), AlphaKind::kStraight, to_);
+            return changed_.template of<Host, To>(sampleOf(sampleNow), sampleOf(now.alpha));
         };
         return {colour(now.red, before.red, inFile.red), colour(now.green, before.green, inFile.green),
                 colour(now.blue, before.blue, inFile.blue),
@@ -209,8 +258,8 @@ private:
         return std::bit_cast<typename Host::Sample>(channel);
     }
 
-    AlphaKind from_;
-    AlphaKind to_;
+    Recolouring left_;
+    Recolouring changed_; ///< of the host's straight values
     bool eitherMultiplied_;
 };
 
@@ -220,8 +269,9 @@ class RowChoice {
 public:
     RowChoice(const host::Image& result, const host::Image& image, const Picture& source, Picture& picture)
         : result_(result), image_(image), source_(source), picture_(picture),
-          choice_(source.alphaKind, picture.alphaKind),
-          samplesStay_(std::is_same_v<From, To> && source.alphaKind == picture.alphaKind),
+          choice_({source.alphaKind, source.isLinear}, {picture.alphaKind, picture.isLinear}),
+          samplesStay_(std::is_same_v<From, To> && source.alphaKind == picture.alphaKind &&
+                       source.isLinear == picture.isLinear),
           inFile_(source.width), chosen_(source.width) {}
 
     void fill(A_long y) {
@@ -332,6 +382,7 @@ Picture pictureOf(const host::Image& result, const host::Image& image, const Pic
     picture.height = source.height;
     picture.sampleType = form.sampleType;
     picture.alphaKind = form.alphaKind;
+    picture.isLinear = form.isLinear;
     picture.format = source.format;
     withScale(result.format(), [&](auto host) {
         using Host = decltype(host);
@@ -346,6 +397,11 @@ Picture pictureOf(const host::Image& result, const host::Image& image, const Pic
     picture.notes = fittingNotes(source, picture.channels);
     picture.exrRest = source.exrRest;
     return picture;
+}
+
+Picture displayed(const Picture& picture) {
+    const host::Image image = imageOf(picture, PF_PixelFormat_ARGB128);
+    return pictureOf(image, image, picture, {SampleType::kFloat, AlphaKind::kStraight, false});
 }
 
 } // namespace kovalune::pictures

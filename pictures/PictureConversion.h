@@ -5,6 +5,7 @@
 // those of the host. Where floats become whole numbers they are cut to 0 to white first; NaN becomes 0.
 // Colours of premultiplied files are divided by alpha on the way in and multiplied on the way out. Under alpha 0
 // they are taken as they stand on the way in; under a negative alpha or NaN, on both ways.
+// Colours of linear light go through the sRGB curve on the way in and back on the way out, straight and in double.
 #pragma once
 
 #include "host/Image.h"
@@ -25,6 +26,7 @@ host::Image imageOf(const Picture& picture, PF_PixelFormat format);
 struct PictureForm {
     SampleType sampleType = SampleType::kUint8;
     AlphaKind alphaKind = AlphaKind::kStraight;
+    bool isLinear = false;
 };
 
 /// The picture to write for `result`, where `image` is imageOf(`source`, the format of `result`). A sample that is the
@@ -34,5 +36,9 @@ struct PictureForm {
 /// it is no longer full everywhere, and grey becomes RGB where a pixel is not grey.
 Picture pictureOf(const host::Image& result, const host::Image& image, const Picture& source,
                   const PictureForm& form);
+
+/// A picture with the colours that the effect sees, but not rounded to what it works in: straight floats, and where the
+/// picture is linear light, through the curve.
+Picture displayed(const Picture& picture);
 
 } // namespace kovalune::pictures

@@ -128,4 +128,22 @@ typename To::Sample recoloured(typename From::Sample colour, typename From::Samp
     return rescaled<From, To>(colour);
 }
 
+/// The same of a colour that goes through a curve, which gets and gives straight fractions of white. Rounded once too.
+template <class From, class To, class Curve>
+typename To::Sample recolouredThrough(Curve& curve, typename From::Sample colour, typename From::Sample alpha,
+                                      AlphaKind from, AlphaKind to) {
+    constexpr double kFrom = From::kWhite;
+    constexpr double kTo = To::kWhite;
+    const double share = From::toDouble(alpha) / kFrom;
+    double value = From::toDouble(colour) / kFrom;
+    if (from == AlphaKind::kPremultiplied && share > 0.0) {
+        value = From::toDouble(colour) / From::toDouble(alpha);
+    }
+    value = curve(value);
+    if (to == AlphaKind::kPremultiplied && share >= 0.0) {
+        value *= share;
+    }
+    return To::fromDouble(value * kTo);
+}
+
 } // namespace kovalune::pictures

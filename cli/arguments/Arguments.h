@@ -121,6 +121,8 @@ struct ColorsArguments {
     std::optional<std::string> output; ///< a picture of the colours
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
+    bool linear = false;
+    pictures::DecodeOptions decoding;
     int most = 32; ///< colours listed; 0: all
     bool where = false;
     bool json = false;
@@ -133,6 +135,8 @@ struct SuggestArguments {
     std::string output;
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
+    bool linear = false;
+    pictures::DecodeOptions decoding;
 };
 
 /// Counted from 0,0 at the left top.
@@ -146,6 +150,8 @@ struct PickArguments {
     std::vector<PickedPoint> points; ///< at least one
     bool json = false;
     std::optional<pictures::AlphaKind> alphaKind;
+    bool linear = false;
+    pictures::DecodeOptions decoding;
 };
 
 struct CompareArguments {

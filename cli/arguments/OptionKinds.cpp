@@ -172,6 +172,13 @@ void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding) {
         .shownAs("NAME");
 }
 
+void addLinear(CommandSyntax& command, bool& linear) {
+    command.addFlag(
+        "--linear", linear,
+        "The files' colours are linear light: the effect gets them through the sRGB curve, and what it "
+        "changes goes back");
+}
+
 void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding) {
     command
         .addText("--exr-layer", decoding.exrLayer,

@@ -67,6 +67,7 @@ void addDepth(CommandSyntax& command, std::optional<int>& depth);
 /// The type of the written samples.
 void addOutDepth(CommandSyntax& command, shots::FrameForm& form);
 void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding);
+void addLinear(CommandSyntax& command, bool& linear);
 /// Which of an OpenEXR file's pictures is read.
 void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);

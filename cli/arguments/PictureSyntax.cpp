@@ -40,6 +40,8 @@ void addColors(CommandSyntax& command, ColorsArguments& arguments) {
         "look like light and shadow");
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     addAlpha(command, arguments.alphaKind);
+    addLinear(command, arguments.linear);
+    addExrChoice(command, arguments.decoding);
     command.addFooter(
         example("colors drawing.png -o palette.png",
                 "Each line: share of all pixels, pixels, the nearest #RRGGBB, and for more than 8 bits "
@@ -58,6 +60,8 @@ void addSuggest(CommandSyntax& command, SuggestArguments& arguments) {
         .shownAs("FILE REQUIRED");
     addForce(command, arguments.force);
     addAlpha(command, arguments.alphaKind);
+    addLinear(command, arguments.linear);
+    addExrChoice(command, arguments.decoding);
     command.addFooter(example("suggest drawing.png -o drawing.params",
                               "More than four pairs make several passes of one file.\n"
                               "Exit code: 1 where no two colours look like light and shadow; nothing is "
@@ -81,6 +85,8 @@ void addPick(CommandSyntax& command, PickArguments& arguments) {
         .shownAs("X,Y ... REQUIRED");
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     addAlpha(command, arguments.alphaKind);
+    addLinear(command, arguments.linear);
+    addExrChoice(command, arguments.decoding);
     command.addFooter(example("pick drawing.png 640,360 700,412"));
 }
 

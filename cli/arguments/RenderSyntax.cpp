@@ -49,6 +49,7 @@ void addDownsample(CommandSyntax& command, render::Downsample& downsample) {
 
 void addFrame(CommandSyntax& command, FrameArguments& frame) {
     addExrChoice(command, frame.form.decoding);
+    addLinear(command, frame.form.linear);
     addDepth(command, frame.form.depth);
     addOutDepth(command, frame.form);
     addPngLevel(command, frame.form.encoding);

@@ -41,6 +41,7 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
         command.addText("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
             .shownAs("FILE"));
     addExrChoice(command, arguments.form.decoding);
+    addLinear(command, arguments.form.linear);
     addDepth(command, arguments.form.depth);
     addOutDepth(command, arguments.form);
     addPngLevel(command, arguments.form.encoding);

@@ -4,6 +4,7 @@
 #include "cli/text/ColorsText.h"
 #include "cli/text/Swatch.h"
 #include "pictures/FlatColors.h"
+#include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "pictures/PixelValues.h"
@@ -68,9 +69,13 @@ ColorsFound colorsOf(const pictures::Picture& picture, bool where) {
 }
 
 std::string textOf(const ColorsArguments& arguments) {
-    pictures::Picture picture = pictures::readPicture(arguments.input);
+    pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
     if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
+    }
+    if (arguments.linear) {
+        picture.isLinear = true;
+        picture = pictures::displayed(picture);
     }
     const ColorsFound found = colorsOf(picture, arguments.where);
     const std::size_t listed = listedOf(found, arguments.most);

@@ -36,6 +36,7 @@ pictures::Picture cutOut(const pictures::Picture& picture, std::size_t pixel) {
     cut.channels = picture.channels;
     cut.sampleType = picture.sampleType;
     cut.alphaKind = picture.alphaKind;
+    cut.isLinear = picture.isLinear;
     const std::size_t bytes = cut.rowBytes();
     const auto start = picture.samples.begin() + static_cast<std::ptrdiff_t>(pixel * bytes);
     cut.samples.assign(start, start + static_cast<std::ptrdiff_t>(bytes));
@@ -91,10 +92,11 @@ PickedPixel pickedPixel(const pictures::Picture& picture, const PickedPoint& poi
 }
 
 std::string textOf(const PickArguments& arguments) {
-    pictures::Picture picture = pictures::readPicture(arguments.input);
+    pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
     if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
     }
+    picture.isLinear = arguments.linear;
     checkPlaces(arguments, picture);
     std::vector<PickedPixel> picked;
     for (const PickedPoint& point : arguments.points) {

@@ -2,6 +2,7 @@
 
 #include "cli/text/Reporting.h"
 #include "cli/text/StandardOutput.h"
+#include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "pictures/PixelValues.h"
@@ -33,9 +34,13 @@ void checkOutput(const SuggestArguments& arguments) {
 
 shots::Suggestion suggestionFor(const SuggestArguments& arguments) {
     return pictures::withMemoryFor(arguments.input, [&arguments] {
-        pictures::Picture picture = pictures::readPicture(arguments.input);
+        pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
         if (arguments.alphaKind) {
             picture.alphaKind = *arguments.alphaKind;
+        }
+        if (arguments.linear) {
+            picture.isLinear = true;
+            picture = pictures::displayed(picture);
         }
         shots::SuggestionFigures figures;
         figures.add(picture, 0);

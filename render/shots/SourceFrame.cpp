@@ -21,6 +21,7 @@ SourceFrame readFrame(const std::string& file, const FrameForm& form) {
     if (form.alphaKind) {
         frame.picture.alphaKind = *form.alphaKind;
     }
+    frame.picture.isLinear = form.linear;
     frame.image = pictures::imageOf(frame.picture, formatFor(frame.picture.sampleType, form));
     return frame;
 }
@@ -36,6 +37,7 @@ pictures::PictureForm outputForm(const pictures::Picture& source, pictures::File
     result.alphaKind = form.alphaKind            ? *form.alphaKind
                        : format == source.format ? source.alphaKind
                                                  : pictures::usualAlphaKind(format);
+    result.isLinear = source.isLinear;
     return result;
 }
 
