@@ -2,6 +2,8 @@
 #   KOVALUNE_CLI     the command, on POSIX systems
 #   KOVALUNE_TIFF    its TIFF files, which take libtiff
 #   KOVALUNE_EXR     its OpenEXR files, which take OpenEXR
+#   KOVALUNE_WEBP    reading WebP files, which takes libwebp
+#   KOVALUNE_JPEG    reading JPEG files, which takes libjpeg
 #   KOVALUNE_BENCH   the benchmarks, which need all of the command
 #   KOVALUNE_RIVALS  one more benchmark, beside OpenCV, which nothing else needs
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
@@ -14,6 +16,8 @@ elseif(KOVALUNE_CLI)
 endif()
 option(KOVALUNE_TIFF "Read and write TIFF files" ON)
 option(KOVALUNE_EXR "Read and write OpenEXR files" ON)
+option(KOVALUNE_WEBP "Read WebP files" ON)
+option(KOVALUNE_JPEG "Read JPEG files" ON)
 option(KOVALUNE_BENCH "Build the benchmarks" OFF)
 option(KOVALUNE_TEST_LONG "Test what takes too long for every change too" OFF)
 option(KOVALUNE_RIVALS "With the benchmarks, one beside OpenCV" OFF)

@@ -19,7 +19,14 @@ kovalune_compile_alone(kovalune_pictures pictures/LibraryVersions.cpp pictures/P
 
 # What has names of its own that other files of the target have too.
 kovalune_compile_alone(kovalune_effect effect/share/AEUtil/AEWorldSuite.cpp)
-kovalune_compile_alone(kovalune_pictures pictures/tga/TgaFile.cpp pictures/tga/TgaHeader.cpp)
+kovalune_compile_alone(kovalune_pictures
+  pictures/bmp/BmpFile.cpp
+  pictures/bmp/BmpLibrary.cpp
+  pictures/exr/ExrWrite.cpp
+  pictures/jpeg/JpegRead.cpp
+  pictures/tga/TgaFile.cpp
+  pictures/tga/TgaHeader.cpp
+  pictures/webp/WebpRead.cpp)
 kovalune_compile_alone(kovalune_render render/SelectionNotes.cpp)
 kovalune_compile_alone(kovalune_cli_parts cli/files/ColorsPicture.cpp)
 kovalune_compile_alone(kovalune_test_support tests/reference/PlainBoundaryBlur.cpp tests/support/PlainPicture.cpp)
@@ -43,5 +50,8 @@ kovalune_compile_alone(faults_tests tests/faults/FaultScene.cpp)
 kovalune_compile_alone(pictures_tests
   tests/pictures/PictureFileTest.cpp
   tests/pictures/PlainConversionTest.cpp
+  tests/pictures/ExrRestTest.cpp
+  tests/pictures/LinearLightTest.cpp
+  tests/pictures/ReadOnlyFormatsTest.cpp
   tests/pictures/TiffFileTest.cpp)
 kovalune_compile_alone(cli_tests tests/cli/RoundTripTest.cpp)

@@ -3,9 +3,16 @@
 #ifdef KOVALUNE_HAS_EXR
 #include <OpenEXRConfig.h>
 #endif
+#ifdef KOVALUNE_HAS_JPEG
+#include <cstdio>
+#include <jpeglib.h>
+#endif
 #include <png.h>
 #ifdef KOVALUNE_HAS_TIFF
 #include <tiffio.h>
+#endif
+#ifdef KOVALUNE_HAS_WEBP
+#include <webp/decode.h>
 #endif
 
 #include <string_view>
@@ -27,6 +34,29 @@ std::string tiffVersion() {
 }
 #endif
 
+#ifdef KOVALUNE_HAS_WEBP
+std::string webpVersion() {
+    const int version = WebPGetDecoderVersion(); // a byte each
+    return std::to_string(version >> 16) + '.' + std::to_string(version >> 8 & 0xff) + '.' +
+           std::to_string(version & 0xff);
+}
+#else
+std::string webpVersion() {
+    return "not built in";
+}
+#endif
+
+#ifdef KOVALUNE_HAS_JPEG
+/// Of the interface, 62 for the sixth edition's.
+std::string jpegVersion() {
+    return std::to_string(JPEG_LIB_VERSION);
+}
+#else
+std::string jpegVersion() {
+    return "not built in";
+}
+#endif
+
 #ifdef KOVALUNE_HAS_EXR
 constexpr char kExrVersion[] = OPENEXR_VERSION_STRING;
 #else
@@ -39,6 +69,8 @@ std::vector<LibraryVersion> pictureLibraries() {
     return {{"libpng", png_get_libpng_ver(nullptr)},
             {"libtiff", tiffVersion()},
             {"OpenEXR", kExrVersion},
+            {"libwebp", webpVersion()},
+            {"libjpeg", jpegVersion()},
             {"stb_image", KOVALUNE_STB_IMAGE_VERSION}};
 }
 

@@ -18,7 +18,8 @@ using Bytes = std::vector<uint8_t>;
 
 constexpr char kPngProfile[] = "iCCP";
 constexpr char kTiffProfile[] = "34675";
-constexpr char kTiffBytes[] = "7"; // the type of bytes without a meaning
+constexpr char kBareProfile[] = "ICC"; // of JPEG and WebP
+constexpr char kTiffBytes[] = "7";     // the type of bytes without a meaning
 
 /// In memory; a larger one is no profile.
 constexpr std::size_t kMostProfileBytes = std::size_t{64} << 20;
@@ -77,7 +78,7 @@ std::optional<Bytes> profileOf(const Picture& picture) {
     if (note == picture.notes.end() || note->bytes.size() > kMostProfileBytes) {
         return std::nullopt;
     }
-    if (picture.format == FileFormat::kTiff) {
+    if (picture.format != FileFormat::kPng) {
         return note->bytes;
     }
     const auto zero = std::find(note->bytes.begin(), note->bytes.end(), 0);
@@ -106,7 +107,8 @@ std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) 
 
 bool isColourProfile(const PictureNote& note, FileFormat format) {
     return (format == FileFormat::kPng && note.name == kPngProfile) ||
-           (format == FileFormat::kTiff && note.name == kTiffProfile);
+           (format == FileFormat::kTiff && note.name == kTiffProfile) ||
+           ((format == FileFormat::kJpeg || format == FileFormat::kWebp) && note.name == kBareProfile);
 }
 
 std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture) {

@@ -1,5 +1,5 @@
-// Notes of one picture format for another: the resolution (PNG, TIFF, OpenEXR) and the ICC profile (PNG, TIFF) are
-// what several have. Everything else is told in one format alone.
+// Notes of one picture format for another: the resolution (PNG, TIFF, OpenEXR) and the ICC profile (PNG, TIFF, and from
+// JPEG and WebP) are what several have. Everything else is told in one format alone.
 #pragma once
 
 #include "pictures/Picture.h"

@@ -12,7 +12,8 @@
 
 namespace kovalune::pictures {
 
-enum class FileFormat { kPng, kTiff, kExr, kTga };
+/// The last three are read only.
+enum class FileFormat { kPng, kTiff, kExr, kTga, kBmp, kWebp, kJpeg };
 
 enum class Channels { kGrey, kGreyAlpha, kRgb, kRgbAlpha };
 
@@ -83,7 +84,8 @@ struct Picture {
     Channels channels = Channels::kRgb;
     SampleType sampleType = SampleType::kUint8;
     AlphaKind alphaKind = AlphaKind::kStraight;
-    bool isLinear = false;                ///< colours are linear light, as the user says; not alpha
+    bool isLinear = false; ///< colours are linear light, as the user says; not alpha
+    bool isLossy = false;  ///< its file's compression has changed colours: flat ones are flat no longer
     std::vector<uint8_t> samples;         ///< grey or red, green, blue, then alpha if there is one
     FileFormat format = FileFormat::kPng; ///< whose notes these are
     std::vector<PictureNote> notes;

@@ -3,10 +3,13 @@
 #include "pictures/FileBytes.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/ReadFailure.h"
+#include "pictures/bmp/BmpFile.h"
 #include "pictures/exr/ExrFile.h"
+#include "pictures/jpeg/JpegFile.h"
 #include "pictures/png/PngFile.h"
 #include "pictures/tga/TgaFile.h"
 #include "pictures/tiff/TiffFile.h"
+#include "pictures/webp/WebpFile.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
@@ -22,7 +25,7 @@ namespace {
 
 using Bytes = std::span<const uint8_t>;
 
-/// Null where the format's library is not built in.
+/// Null where the format's library is not built in; of a format that is read only, what writes.
 struct Coder {
     Picture (*decode)(Bytes bytes, const std::string& name, const DecodeOptions& options) = nullptr;
     std::vector<uint8_t> (*encode)(const Picture& picture, const EncodeOptions& options) = nullptr;
@@ -64,6 +67,17 @@ constexpr Coder kExrCoder = {decodeExrWith, encodeExr, exrCompressionNames};
 constexpr Coder kExrCoder;
 #endif
 
+#ifdef KOVALUNE_HAS_WEBP
+constexpr Coder kWebpCoder = {decodeAlways<decodeWebp>, nullptr, nullptr};
+#else
+constexpr Coder kWebpCoder;
+#endif
+#ifdef KOVALUNE_HAS_JPEG
+constexpr Coder kJpegCoder = {decodeAlways<decodeJpeg>, nullptr, nullptr};
+#else
+constexpr Coder kJpegCoder;
+#endif
+
 /// What is told of a format to all that is not its own.
 struct Format {
     FileFormat format;
@@ -73,10 +87,12 @@ struct Format {
     bool (*begins)(Bytes bytes); ///< whether a file with these first bytes may be one
     Coder coder;
 
+    bool isWritten = true;
+
     bool isBuiltIn() const { return coder.decode != nullptr; }
 };
 
-/// Those that are known by a signature come first.
+/// No file begins as two of them do.
 constexpr std::array kFormats = {
     Format{FileFormat::kPng,
            "PNG",
@@ -92,6 +108,15 @@ constexpr std::array kFormats = {
            AlphaKind::kStraight,
            beginsAsTga,
            {decodeAlways<decodeTga>, encodeAlways<encodeTga>, runLengths}},
+    Format{FileFormat::kBmp,
+           "BMP",
+           "a BMP file",
+           AlphaKind::kStraight,
+           beginsAsBmp,
+           {decodeAlways<decodeBmp>, nullptr, nullptr},
+           false},
+    Format{FileFormat::kWebp, "WebP", "a WebP file", AlphaKind::kStraight, beginsAsWebp, kWebpCoder, false},
+    Format{FileFormat::kJpeg, "JPEG", "a JPEG file", AlphaKind::kStraight, beginsAsJpeg, kJpegCoder, false},
 };
 
 struct NameEnd {
@@ -102,7 +127,9 @@ struct NameEnd {
 constexpr std::array kNameEnds = {
     NameEnd{".png", FileFormat::kPng},   NameEnd{".tif", FileFormat::kTiff},
     NameEnd{".tiff", FileFormat::kTiff}, NameEnd{".exr", FileFormat::kExr},
-    NameEnd{".tga", FileFormat::kTga},
+    NameEnd{".tga", FileFormat::kTga},   NameEnd{".bmp", FileFormat::kBmp},
+    NameEnd{".webp", FileFormat::kWebp}, NameEnd{".jpg", FileFormat::kJpeg},
+    NameEnd{".jpeg", FileFormat::kJpeg},
 };
 
 /// The longest beginning that any format wants to see.
@@ -122,11 +149,18 @@ const Format* formatBeginning(Bytes bytes) {
 std::vector<std::string> nameEnds() {
     std::vector<std::string> ends;
     for (const NameEnd& each : kNameEnds) {
-        if (formatOf(each.format).isBuiltIn()) {
+        const Format& format = formatOf(each.format);
+        if (format.isWritten && format.isBuiltIn()) {
             ends.emplace_back(each.text);
         }
     }
     return ends;
+}
+
+bool beginsAsPhotoshop(Bytes bytes) {
+    constexpr std::string_view kSignature = "8BPS";
+    return bytes.size() >= kSignature.size() &&
+           std::equal(kSignature.begin(), kSignature.end(), bytes.begin());
 }
 
 std::string notBuiltIn(const Format& format) {
@@ -137,6 +171,10 @@ std::string notBuiltIn(const Format& format) {
 const Format& checkedFormat(Bytes bytes, const Format* named, const std::string& name) {
     if (bytes.empty()) {
         failReading(name, "it is empty");
+    }
+    if (beginsAsPhotoshop(bytes)) {
+        failReading(name, "it is a Photoshop file, which is not read; save a copy of it as PNG, or as TIFF "
+                          "where it has 16 or 32 bits");
     }
     const Format* const begun = named != nullptr && named->begins(bytes) ? named : formatBeginning(bytes);
     if (named != nullptr && begun != named) {
@@ -173,7 +211,7 @@ std::string usualNameEnds() {
     const Format* last = nullptr;
     for (const NameEnd& each : kNameEnds) {
         const Format* const format = &formatOf(each.format);
-        if (format->isBuiltIn() && format != last) {
+        if (format->isWritten && format->isBuiltIn() && format != last) {
             result += last == nullptr ? "" : " ";
             result += each.text;
         }
@@ -200,7 +238,7 @@ FileFormat formatToWrite(const std::filesystem::path& output) {
                                                           text::inQuotes((output / "soft.png").string()));
     }
     const std::optional<FileFormat> format = formatOfName(output);
-    if (!format) {
+    if (!format || !formatOf(*format).isWritten) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot write " + text::inQuotes(output.string()) +
                                 ": the end of its name says what is written, and must be " +
@@ -231,7 +269,10 @@ std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture, co
     const Coder& coder = formatOf(format).coder;
     if (coder.encode == nullptr) {
         throw text::Failure(text::FailureKind::kFile,
-                            "cannot write the picture: " + notBuiltIn(formatOf(format)));
+                            "cannot write the picture: " +
+                                (formatOf(format).isWritten
+                                     ? notBuiltIn(formatOf(format))
+                                     : std::string(formatOf(format).name) + " files are read only"));
     }
     const std::vector<std::string> known = coder.compressions();
     if (!options.compression.empty() &&
@@ -269,7 +310,7 @@ SampleType sampleTypeIn(FileFormat format, SampleType wanted) {
 
 std::vector<std::string> compressionsOf(FileFormat format) {
     const Format& known = formatOf(format);
-    return known.isBuiltIn() ? known.coder.compressions() : std::vector<std::string>{};
+    return known.coder.compressions != nullptr ? known.coder.compressions() : std::vector<std::string>{};
 }
 
 std::vector<std::string> compressionNames() {

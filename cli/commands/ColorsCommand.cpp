@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/commands/RenderPicture.h"
 #include "cli/files/ColorsPicture.h"
 #include "cli/text/ColorsText.h"
 #include "cli/text/Swatch.h"
@@ -70,6 +71,7 @@ ColorsFound colorsOf(const pictures::Picture& picture, bool where) {
 
 std::string textOf(const ColorsArguments& arguments) {
     pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
+    noteLosses(picture, arguments.input);
     if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
     }

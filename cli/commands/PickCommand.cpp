@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/commands/RenderPicture.h"
 #include "cli/text/PickedText.h"
 #include "effect/Kovalune.h"
 #include "host/ColorConversion.h"
@@ -93,6 +94,7 @@ PickedPixel pickedPixel(const pictures::Picture& picture, const PickedPoint& poi
 
 std::string textOf(const PickArguments& arguments) {
     pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
+    noteLosses(picture, arguments.input);
     if (arguments.alphaKind) {
         picture.alphaKind = *arguments.alphaKind;
     }

@@ -24,6 +24,12 @@ private:
 
 } // namespace
 
+void noteLosses(const pictures::Picture& picture, const std::string& name) {
+    if (const std::optional<std::string> note = shots::noteOnLosses(picture, name)) {
+        tell("note: " + *note);
+    }
+}
+
 void noteLeftOut(const shots::SourceFrame& source, std::optional<pictures::FileFormat> format) {
     std::string list;
     for (const std::string& part : shots::leftOutOf(source.picture, format)) {
@@ -32,6 +38,7 @@ void noteLeftOut(const shots::SourceFrame& source, std::optional<pictures::FileF
     if (!list.empty()) {
         tell("left out of " + text::inQuotes(source.name) + ": " + text::shown(list));
     }
+    noteLosses(source.picture, source.name);
 }
 
 ProgressFrame progressFrame(const host::Session& session, const FrameArguments& arguments,

@@ -12,8 +12,11 @@
 
 namespace kovalune::cli {
 
+/// Tells on standard error that the file has disturbed its colours, if it has.
+void noteLosses(const pictures::Picture& picture, const std::string& name);
+
 /// Names on standard error what the file has and the picture has not, if anything; with `format`, also what a file of
-/// that format cannot take over.
+/// that format cannot take over. And its losses.
 void noteLeftOut(const shots::SourceFrame& source, std::optional<pictures::FileFormat> format = std::nullopt);
 
 /// What the effect will report of the frame that the session's values make.

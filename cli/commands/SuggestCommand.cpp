@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/commands/RenderPicture.h"
 #include "cli/text/Reporting.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureConversion.h"
@@ -35,6 +36,7 @@ void checkOutput(const SuggestArguments& arguments) {
 shots::Suggestion suggestionFor(const SuggestArguments& arguments) {
     return pictures::withMemoryFor(arguments.input, [&arguments] {
         pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
+        noteLosses(picture, arguments.input);
         if (arguments.alphaKind) {
             picture.alphaKind = *arguments.alphaKind;
         }

@@ -126,7 +126,7 @@ _kovalune_files() {
 }
 
 _kovalune_pictures() {
-    _kovalune_files "$1" .png .tif .tiff .exr .tga
+    _kovalune_files "$1" .png .tif .tiff .exr .tga .bmp .webp .jpg .jpeg
 }
 
 _kovalune_value() {

@@ -76,7 +76,7 @@ function __kovalune_files
 end
 
 function __kovalune_pictures
-    __kovalune_files $argv[1] png tif tiff exr tga
+    __kovalune_files $argv[1] png tif tiff exr tga bmp webp jpg jpeg
 end
 
 function __kovalune_value

@@ -61,7 +61,7 @@ _kovalune_settings() {
 }
 
 _kovalune_pictures() {
-    _files -g '(#i)*.(png|tif|tiff|exr|tga)(-.)' "$@"
+    _files -g '(#i)*.(png|tif|tiff|exr|tga|bmp|webp|jpg|jpeg)(-.)' "$@"
 }
 
 _kovalune_value() {

@@ -3,6 +3,7 @@
 #include "pictures/NoteConversion.h"
 #include "pictures/PictureFile.h"
 #include "render/RenderFrame.h"
+#include "text/MessageText.h"
 
 namespace kovalune::shots {
 
@@ -54,6 +55,15 @@ std::vector<std::string> leftOutOf(const pictures::Picture& source,
         }
     }
     return parts;
+}
+
+std::optional<std::string> noteOnLosses(const pictures::Picture& source, const std::string& name) {
+    if (!source.isLossy) {
+        return std::nullopt;
+    }
+    return text::inQuotes(name) + " is " + pictures::formatName(source.format) +
+           ", packed with losses that disturb flat colours: give colours a range above 0, as in \"Color 1 "
+           "Range=2\"";
 }
 
 } // namespace kovalune::shots

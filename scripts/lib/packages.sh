@@ -1,7 +1,7 @@
 # shellcheck shell=bash disable=SC2034
 # Installs Debian packages that are missing, as root or through sudo, and says what it does. Sourced by the scripts.
 
-build_packages=(g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libstb-dev nlohmann-json3-dev libcli11-dev)
+build_packages=(g++ cmake ninja-build libpng-dev libtiff-dev libopenexr-dev libwebp-dev libjpeg-dev libstb-dev nlohmann-json3-dev libcli11-dev)
 room_packages=("${build_packages[@]}" libgtest-dev)
 # Two thread models: one for what ships, one for the tests.
 windows_packages=(g++-mingw-w64-{i686,x86-64}-{win32,posix})

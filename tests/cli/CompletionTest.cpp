@@ -136,11 +136,13 @@ TEST_F(Completion, QuotesWhatIsNotQuotedYet) {
 }
 
 TEST_F(Completion, OffersFilesByTheirEnds) {
-    for (const char* name : {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "f.txt", "g.so", "絵 1.png"}) {
+    for (const char* name : {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "f.txt", "g.so", "絵 1.png",
+                             "h.bmp", "i.webp", "j.JPG"}) {
         writeBytes(folder_ / name, {});
     }
     std::filesystem::create_directory(folder_ / "sub");
-    const Words pictures = {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga", "sub", "絵 1.png"};
+    const Words pictures = {"a.png", "b.TIFF", "c.tif", "d.exr", "e.tga",
+                            "h.bmp", "i.webp", "j.JPG", "sub",   "絵 1.png"};
     EXPECT_EQ(offered("kovalune render "), pictures);
     EXPECT_EQ(offered("kovalune render -o "), pictures);
     EXPECT_EQ(offered("kovalune compare a.png "), pictures);

@@ -42,8 +42,9 @@ TEST(InfoCommand, TellsWhatTheBuildRunsOn) {
     const std::string text = runCommand({"info"}).out;
     for (const char* start :
          {"\nCompiler        ", "\nBuild type      ", "\nLibraries       libpng 1.",
-          "\n                libtiff 4.", "\n                OpenEXR 3.", "\n                stb_image 2.",
-          "\nSystem          Linux ", "\nProcessor       ", "\nInstructions    ", "\nThreads         "}) {
+          "\n                libtiff 4.", "\n                OpenEXR 3.", "\n                libwebp 1.",
+          "\n                libjpeg ", "\n                stb_image 2.", "\nSystem          Linux ",
+          "\nProcessor       ", "\nInstructions    ", "\nThreads         "}) {
         EXPECT_NE(text.find(start), std::string::npos) << start << " is not in\n" << text;
     }
 }
