@@ -5,6 +5,7 @@
 #include "cli/arguments/Arguments.h"
 #include "cli/text/Reporting.h"
 #include "cli/text/StandardOutput.h"
+#include "render/shots/OutputFile.h"
 
 #include <csignal>
 
@@ -17,7 +18,23 @@ ExitCode printed(const Comparison& comparison) {
     return comparison.same ? ExitCode::kSuccess : ExitCode::kDifferent;
 }
 
+/// Whether the picture that the command makes goes there.
+bool takesStandardOutput(const Arguments& arguments) {
+    return std::visit(
+        [](const auto& record) {
+            if constexpr (requires { kovalune::shots::isStandardOutput(record.output); }) {
+                return kovalune::shots::isStandardOutput(record.output);
+            } else {
+                return false;
+            }
+        },
+        arguments);
+}
+
 ExitCode run(const Arguments& arguments) {
+    if (takesStandardOutput(arguments)) {
+        leaveOutputToPictures();
+    }
     if (const auto* render = std::get_if<RenderArguments>(&arguments)) {
         runRender(*render);
     } else if (const auto* sheet = std::get_if<SheetArguments>(&arguments)) {

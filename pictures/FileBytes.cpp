@@ -14,7 +14,11 @@ namespace kovalune::pictures {
 namespace {
 
 struct CloseFile {
-    void operator()(std::FILE* file) const noexcept { std::fclose(file); }
+    void operator()(std::FILE* file) const noexcept {
+        if (file != stdin) {
+            std::fclose(file);
+        }
+    }
 };
 using OpenFile = std::unique_ptr<std::FILE, CloseFile>;
 
@@ -34,7 +38,7 @@ void appendBytes(std::vector<uint8_t>& bytes, std::size_t count, std::FILE* sour
     const int error = errno;
     bytes.resize(before + taken);
     if (std::ferror(source) != 0) {
-        failReading(file.string(), text::systemReason(error));
+        failReading(readName(file), text::systemReason(error));
     }
 }
 
@@ -46,12 +50,16 @@ bool atEnd(std::FILE* source) {
 
 } // namespace
 
+std::string readName(const std::filesystem::path& file) {
+    return file == kStream ? "standard input" : file.string();
+}
+
 std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t count,
                                const std::function<void(std::span<const uint8_t>)>& checkBeginning) {
     constexpr std::size_t kBlock = std::size_t{1} << 20;
-    const OpenFile source(std::fopen(file.string().c_str(), "rb"));
+    const OpenFile source(file == kStream ? stdin : std::fopen(file.string().c_str(), "rb"));
     if (!source) {
-        failReading(file.string(), text::systemReason(errno));
+        failReading(readName(file), text::systemReason(errno));
     }
     std::vector<uint8_t> bytes;
     appendBytes(bytes, count, source.get(), file);
@@ -63,7 +71,7 @@ std::vector<uint8_t> fileBytes(const std::filesystem::path& file, std::size_t co
         appendBytes(bytes, std::min(left, kBlock), source.get(), file);
     }
     if (std::ferror(source.get()) != 0) {
-        failReading(file.string(), text::systemReason(errno));
+        failReading(readName(file), text::systemReason(errno));
     }
     return bytes;
 }

@@ -230,6 +230,19 @@ std::optional<FileFormat> formatOfName(const std::filesystem::path& file) {
     return std::nullopt;
 }
 
+const char* formatWord(FileFormat format) {
+    const auto end = std::find_if(kNameEnds.begin(), kNameEnds.end(),
+                                  [format](const NameEnd& each) { return each.format == format; });
+    return end->text.data() + 1; // without the dot
+}
+
+void checkBuiltIn(FileFormat format, const std::string& output) {
+    if (!formatOf(format).isBuiltIn()) {
+        throw text::Failure(text::FailureKind::kFile,
+                            "cannot write " + output + ": " + notBuiltIn(formatOf(format)));
+    }
+}
+
 FileFormat formatToWrite(const std::filesystem::path& output) {
     std::error_code error;
     if (std::filesystem::is_directory(output, error) || !output.has_filename()) {
@@ -244,20 +257,23 @@ FileFormat formatToWrite(const std::filesystem::path& output) {
                                 ": the end of its name says what is written, and must be " +
                                 text::oneOf(nameEnds()));
     }
-    if (!formatOf(*format).isBuiltIn()) {
-        throw text::Failure(text::FailureKind::kFile, "cannot write " + text::inQuotes(output.string()) +
-                                                          ": " + notBuiltIn(formatOf(*format)));
-    }
+    checkBuiltIn(*format, text::inQuotes(output.string()));
     return *format;
 }
 
 Picture readPicture(const std::filesystem::path& file, const DecodeOptions& options) {
-    const std::optional<FileFormat> named = formatOfName(file);
+    const std::string name = readName(file);
+    const std::optional<FileFormat> inName = file == kStream ? std::nullopt : formatOfName(file);
+    if (options.format && inName && *options.format != *inName) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "cannot read " + text::inQuotes(name) + " as " + formatName(*options.format) +
+                                ": by its name it is " + formatOf(*inName).described);
+    }
+    const std::optional<FileFormat> named = options.format ? options.format : inName;
     const Format* format = named ? &formatOf(*named) : nullptr;
-    const std::vector<uint8_t> bytes = fileBytes(file, kBeginning, [&](Bytes beginning) {
-        format = &checkedFormat(beginning, format, file.string());
-    });
-    return format->coder.decode(bytes, file.string(), options);
+    const std::vector<uint8_t> bytes = fileBytes(
+        file, kBeginning, [&](Bytes beginning) { format = &checkedFormat(beginning, format, name); });
+    return format->coder.decode(bytes, name, options);
 }
 
 Picture decodePicture(FileFormat format, std::span<const uint8_t> bytes, const std::string& name,

@@ -30,11 +30,17 @@ std::string usualNameEnds();
 /// By the end of the name, without case: .png, .tif, .tiff, .exr, .tga.
 std::optional<FileFormat> formatOfName(const std::filesystem::path& file);
 
+/// "png", "tif", "exr" and "tga": how a user calls a format that is written.
+const char* formatWord(FileFormat format);
+
+/// Throws Failure if the format is not built in; `output` is for the message.
+void checkBuiltIn(FileFormat format, const std::string& output);
+
 /// The format of a file to write. Throws Failure if its name is that of a folder, or names no format or one that is not
 /// built in.
 FileFormat formatToWrite(const std::filesystem::path& output);
 
-/// A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
+/// The file "-" is the standard input. A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
 /// missing, cannot be read, is of another format than its name says, is damaged or cut short, is of a kind that
 /// is not read, or is more than kMostPixelsASide wide or high. A size that so short a file cannot hold is
 /// refused before memory is taken for it. Throws it too for options that are not for the file's format, or that choose what

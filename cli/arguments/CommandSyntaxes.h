@@ -28,5 +28,6 @@ void checkTogether(const SheetArguments& arguments);
 void checkTogether(const SmoothArguments& arguments);
 void checkTogether(const ParamsArguments& arguments);
 void checkTogether(const DefaultsArguments& arguments);
+void checkTogether(const CompareArguments& arguments);
 
 } // namespace kovalune::cli

@@ -58,9 +58,13 @@ void checkedAsWritten(const CommandSyntax& command, OptionSyntax option) {
     option.checkedBy([name = command.name()](const std::string& text) { checkWriteName(text, name); });
 }
 
+void checkedAsDrawn(const CommandSyntax& command, OptionSyntax option) {
+    option.checkedBy([name = command.name()](const std::string& text) { checkDrawnName(text, name); });
+}
+
 OptionSyntax addInput(CommandSyntax& command, std::string& input) {
-    const OptionSyntax option =
-        command.addText("INPUT", input, "The picture to read: " + pictures::formatNames());
+    const OptionSyntax option = command.addText(
+        "INPUT", input, "The picture to read, - for the standard input: " + pictures::formatNames());
     checkedAsRead(command, option);
     return option;
 }
@@ -70,9 +74,10 @@ void addForce(CommandSyntax& command, bool& force) {
 }
 
 OptionSyntax addOutput(CommandSyntax& command, std::string& output, bool& force, const std::string& asInput) {
-    OptionSyntax option = command.addText("-o,--output", output,
-                                          "The picture to write; its name's end (" +
-                                              pictures::usualNameEnds() + ") says the format; " + asInput);
+    OptionSyntax option =
+        command.addText("-o,--output", output,
+                        "The picture to write; its name's end (" + pictures::usualNameEnds() +
+                            ") says the format; " + asInput + "; - for the standard output");
     checkedAsWritten(command, option);
     addForce(command, force);
     return option.shownAs("FILE");
@@ -177,6 +182,27 @@ void addLinear(CommandSyntax& command, bool& linear) {
         "--linear", linear,
         "The files' colours are linear light: the effect gets them through the sRGB curve, and what it "
         "changes goes back");
+}
+
+void addInFormat(CommandSyntax& command, pictures::DecodeOptions& decoding) {
+    addChoice<std::optional<pictures::FileFormat>>(
+        command, "--in-format", decoding.format, {{"tga", pictures::FileFormat::kTga}},
+        "Take INPUT as tga, which has no beginning of its own, where its name does not say so")
+        .shownAs("tga");
+}
+
+void addOutFormat(CommandSyntax& command, shots::FrameForm& form) {
+    using pictures::FileFormat;
+    Choices<std::optional<FileFormat>> choices;
+    for (const FileFormat format :
+         {FileFormat::kPng, FileFormat::kTiff, FileFormat::kExr, FileFormat::kTga}) {
+        choices.emplace_back(pictures::formatWord(format), format);
+    }
+    addChoice<std::optional<FileFormat>>(
+        command, "--format", form.outFormat, choices,
+        "What goes to the standard output (-o -): png, tif, exr, tga; all words "
+        "go to standard error then")
+        .shownAs("KIND");
 }
 
 void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding) {

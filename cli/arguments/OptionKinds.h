@@ -42,6 +42,8 @@ OptionSyntax addFrameNumber(CommandSyntax& command, const std::string& name, std
 /// The name of a picture, looked at as it is parsed.
 void checkedAsRead(const CommandSyntax& command, OptionSyntax option);
 void checkedAsWritten(const CommandSyntax& command, OptionSyntax option);
+/// Of one beside what the command tells, which goes to a file always.
+void checkedAsDrawn(const CommandSyntax& command, OptionSyntax option);
 
 OptionSyntax addInput(CommandSyntax& command, std::string& input);
 void addForce(CommandSyntax& command, bool& force);
@@ -68,6 +70,9 @@ void addDepth(CommandSyntax& command, std::optional<int>& depth);
 void addOutDepth(CommandSyntax& command, shots::FrameForm& form);
 void addCompression(CommandSyntax& command, pictures::EncodeOptions& encoding);
 void addLinear(CommandSyntax& command, bool& linear);
+/// The kinds of what the standard input has, and of what goes to the standard output.
+void addInFormat(CommandSyntax& command, pictures::DecodeOptions& decoding);
+void addOutFormat(CommandSyntax& command, shots::FrameForm& form);
 /// Which of an OpenEXR file's pictures is read.
 void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);

@@ -28,7 +28,7 @@ void addTolerance(CommandSyntax& command, double& tolerance) {
 void addColors(CommandSyntax& command, ColorsArguments& arguments) {
     command.describe("List the flat colours of a picture by their share");
     addInput(command, arguments.input).required();
-    checkedAsWritten(
+    checkedAsDrawn(
         command,
         command.addText("-o,--output", arguments.output, "Draw them as a picture too").shownAs("FILE"));
     addForce(command, arguments.force);
@@ -41,6 +41,7 @@ void addColors(CommandSyntax& command, ColorsArguments& arguments) {
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     addAlpha(command, arguments.alphaKind);
     addLinear(command, arguments.linear);
+    addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
     command.addFooter(
         example("colors drawing.png -o palette.png",
@@ -61,6 +62,7 @@ void addSuggest(CommandSyntax& command, SuggestArguments& arguments) {
     addForce(command, arguments.force);
     addAlpha(command, arguments.alphaKind);
     addLinear(command, arguments.linear);
+    addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
     command.addFooter(example("suggest drawing.png -o drawing.params",
                               "More than four pairs make several passes of one file.\n"
@@ -86,6 +88,7 @@ void addPick(CommandSyntax& command, PickArguments& arguments) {
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     addAlpha(command, arguments.alphaKind);
     addLinear(command, arguments.linear);
+    addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
     command.addFooter(example("pick drawing.png 640,360 700,412"));
 }
@@ -94,8 +97,8 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments) {
     command.describe("Tell whether two pictures are the same, and where not");
     checkedAsRead(command, command.addText("A", arguments.first, "A picture").required());
     checkedAsRead(command, command.addText("B", arguments.second, "Another one").required());
-    checkedAsWritten(command,
-                     command.addText("--diff", arguments.diff, "Draw where they differ").shownAs("FILE"));
+    checkedAsDrawn(command,
+                   command.addText("--diff", arguments.diff, "Draw where they differ").shownAs("FILE"));
     addForce(command, arguments.force);
     addPngLevel(command, arguments.encoding);
     addTolerance(command, arguments.tolerance);
@@ -105,6 +108,12 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments) {
                               "as they stand in the files; missing alpha "
                               "is full.\n-0 is the same as 0, NaN the same as NaN of the same bits.\n"
                               "Exit code: 0 the same, 1 different."));
+}
+
+void checkTogether(const CompareArguments& arguments) {
+    if (arguments.first == "-" && arguments.second == "-") {
+        throw UsageMistake("A and B: only one of them can be the standard input");
+    }
 }
 
 } // namespace kovalune::cli

@@ -48,6 +48,8 @@ void addDownsample(CommandSyntax& command, render::Downsample& downsample) {
 }
 
 void addFrame(CommandSyntax& command, FrameArguments& frame) {
+    addInFormat(command, frame.form.decoding);
+    addOutFormat(command, frame.form);
     addExrChoice(command, frame.form.decoding);
     addLinear(command, frame.form.linear);
     addDepth(command, frame.form.depth);

@@ -36,10 +36,12 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
               "Percentage that stretches every ramp");
     addNumber(command, "--curve", arguments.options.curve, kCurveRange, "S-curve of the ramps");
     addKey(command, arguments);
-    checkedAsWritten(
+    checkedAsDrawn(
         command,
         command.addText("--flag-map", arguments.flagMap, "Draw the edges that are found as a picture too")
             .shownAs("FILE"));
+    addInFormat(command, arguments.form.decoding);
+    addOutFormat(command, arguments.form);
     addExrChoice(command, arguments.form.decoding);
     addLinear(command, arguments.form.linear);
     addDepth(command, arguments.form.depth);

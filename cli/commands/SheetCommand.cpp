@@ -18,6 +18,7 @@
 #include "render/Stages.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/DrawnFile.h"
+#include "render/shots/OutputFile.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 

@@ -141,6 +141,8 @@ _kovalune_value() {
         --mask-by) _kovalune_offer "$typed" <<<$'alpha\ngrey' ;;
         --depth) _kovalune_offer "$typed" <<<$'8\n16\n32\nauto' ;;
         --out-depth) _kovalune_offer "$typed" <<<$'8\n16\nhalf\nfloat' ;;
+        --format) _kovalune_offer "$typed" <<<$'png\ntif\nexr\ntga' ;;
+        --in-format) _kovalune_offer "$typed" <<<tga ;;
         --compression) _kovalune_offer "$typed" <<<$'none\nlzw\ndeflate\npackbits\nlzma\nzstd\nrle\nzips\nzip\npiz\npxr24\nb44\nb44a\ndwaa\ndwab' ;;
         --png-level) _kovalune_offer "$typed" < <(printf '%s\n' {0..9}) ;;
         --key) _kovalune_offer "$typed" <<<$'remove\nonly' ;;

@@ -99,6 +99,10 @@ function __kovalune_value
             printf '%s\n' 8 16 32 auto
         case --out-depth
             printf '%s\n' 8 16 half float
+        case --format
+            printf '%s\n' png tif exr tga
+        case --in-format
+            echo tga
         case --compression
             printf '%s\n' none lzw deflate packbits lzma zstd rle zips zip piz pxr24 b44 b44a dwaa dwab
         case --png-level

@@ -74,6 +74,8 @@ _kovalune_value() {
         --mask-by) compadd alpha grey ;;
         --depth) compadd 8 16 32 auto ;;
         --out-depth) compadd 8 16 half float ;;
+        --format) compadd png tif exr tga ;;
+        --in-format) compadd tga ;;
         --compression) compadd none lzw deflate packbits lzma zstd rle zips zip piz pxr24 b44 b44a dwaa dwab ;;
         --png-level) compadd {0..9} ;;
         --key) compadd remove only ;;

@@ -96,6 +96,11 @@ void checkReadName(const std::string& name, const std::string& command) {
     }
 }
 
+void checkDrawnName(const std::string& name, const std::string& command) {
+    checkNoStream(name, "this picture is written to a file, not to the standard output");
+    checkWriteName(name, command);
+}
+
 void checkWriteName(const std::string& name, const std::string& command) {
     checkNoStream(name, kNotStandardOutput);
     if (openNumber(name)) {

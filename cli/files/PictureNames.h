@@ -22,6 +22,8 @@ void checkNoStream(const std::string& name, const std::string& rule);
 /// numbered sequence ("####", "%04d") while there is no file of that very name.
 void checkReadName(const std::string& name, const std::string& command);
 void checkWriteName(const std::string& name, const std::string& command);
+/// The same of a picture that is drawn beside what the command tells, which may not be "-" either.
+void checkDrawnName(const std::string& name, const std::string& command);
 /// The same of a file of settings that is called "-".
 void checkParamsName(const std::string& name);
 void checkParamsTarget(const std::string& name);

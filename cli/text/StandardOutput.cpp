@@ -6,9 +6,20 @@
 
 namespace kovalune::cli {
 
+namespace {
+
+bool wordsGoToError = false;
+
+} // namespace
+
+void leaveOutputToPictures() {
+    wordsGoToError = true;
+}
+
 void printOut(std::string_view text) {
-    const bool written = std::fwrite(text.data(), 1, text.size(), stdout) == text.size();
-    if (!written || std::fflush(stdout) != 0) {
+    std::FILE* const stream = wordsGoToError ? stderr : stdout;
+    const bool written = std::fwrite(text.data(), 1, text.size(), stream) == text.size();
+    if (!written || std::fflush(stream) != 0) {
         throw text::Failure(text::FailureKind::kFile, "cannot write to the standard output");
     }
 }

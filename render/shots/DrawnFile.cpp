@@ -22,7 +22,8 @@ pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std
                                     bool force, const FrameForm& form) {
     const pictures::FileFormat format = checkedOutputFormat(file, force, form);
     for (const std::string& other : others) {
-        if (nameOneFile(file, other)) {
+        const bool isStream = isStandardOutput(file) || isStandardOutput(other);
+        if (!isStream && nameOneFile(file, other)) {
             throw text::Failure(text::FailureKind::kUsage, "cannot write " + text::inQuotes(file.string()) +
                                                                ": it is the picture " +
                                                                text::inQuotes(other) + " of this command");
@@ -33,7 +34,11 @@ pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std
 
 std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
                                  pictures::SampleType wanted, const pictures::EncodeOptions& options) {
-    const pictures::FileFormat format = pictures::formatOfName(file).value();
+    return encodeDrawn(pictures::formatOfName(file).value(), drawn, wanted, options);
+}
+
+std::vector<uint8_t> encodeDrawn(pictures::FileFormat format, const pictures::Picture& drawn,
+                                 pictures::SampleType wanted, const pictures::EncodeOptions& options) {
     const pictures::SampleType type = pictures::sampleTypeIn(format, wanted);
     return type == drawn.sampleType ? pictures::encodePicture(format, drawn, options)
                                     : pictures::encodePicture(format, withSampleType(drawn, type), options);

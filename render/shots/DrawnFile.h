@@ -22,6 +22,10 @@ pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std
 std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
                                  pictures::SampleType wanted, const pictures::EncodeOptions& options = {});
 
+/// The same of a file of this format.
+std::vector<uint8_t> encodeDrawn(pictures::FileFormat format, const pictures::Picture& drawn,
+                                 pictures::SampleType wanted, const pictures::EncodeOptions& options = {});
+
 /// As near to `drawn` as the format can.
 inline std::vector<uint8_t> encodeDrawn(const std::filesystem::path& file, const pictures::Picture& drawn,
                                         const pictures::EncodeOptions& options = {}) {

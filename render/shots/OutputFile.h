@@ -2,13 +2,19 @@
 #pragma once
 
 #include "pictures/Picture.h"
+#include "render/shots/AtomicFile.h"
 #include "render/shots/FrameForm.h"
 
+#include <cstdint>
 #include <filesystem>
+#include <span>
 
 namespace kovalune::shots {
 
-/// The format of a file of this name. Throws Failure if no picture can be written under it: its end names no format or
+/// Whether this is the standard output: "-".
+bool isStandardOutput(const std::filesystem::path& output);
+
+/// The format of a file of this name, or of the standard output, for which the form says it and no other. Throws Failure if no picture can be written under it: its end names no format or
 /// one that is not built in, its folder is missing or takes no files, it is a folder or a device, or without `force` it
 /// is write-protected; or if files of that format cannot be as the form wants them. Leaves nothing behind.
 pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force = false,
@@ -16,5 +22,10 @@ pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bo
 
 /// The last of these checks alone. Throws Failure with what the format has instead.
 void checkForm(const std::filesystem::path& output, pictures::FileFormat format, const FrameForm& form);
+
+/// As writeAtomically does; what goes to the standard output goes there when all files are in place. Throws Failure.
+void writeOutputs(std::span<const FileContent> outputs);
+
+void writeOutput(const std::filesystem::path& output, std::span<const uint8_t> bytes);
 
 } // namespace kovalune::shots

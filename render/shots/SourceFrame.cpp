@@ -1,5 +1,6 @@
 #include "render/shots/SourceFrame.h"
 
+#include "pictures/FileBytes.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/PictureFile.h"
 #include "render/RenderFrame.h"
@@ -17,7 +18,7 @@ PF_PixelFormat formatFor(pictures::SampleType type, const FrameForm& form) {
 
 SourceFrame readFrame(const std::string& file, const FrameForm& form) {
     SourceFrame frame;
-    frame.name = file;
+    frame.name = pictures::readName(file);
     frame.picture = pictures::readPicture(file, form.decoding);
     if (form.alphaKind) {
         frame.picture.alphaKind = *form.alphaKind;

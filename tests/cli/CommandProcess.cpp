@@ -53,6 +53,12 @@ void sendTo(const std::string& file, int stream) {
     for (const auto& [name, value] : setting.environment) {
         setenv(name.c_str(), value.c_str(), 1);
     }
+    if (!setting.standardInput.empty()) {
+        const int source = open(setting.standardInput.c_str(), O_RDONLY);
+        if (source < 0 || dup2(source, STDIN_FILENO) < 0) {
+            _exit(kCannotStart);
+        }
+    }
     sendTo(out, STDOUT_FILENO);
     if (terminal < 0) {
         sendTo(err, STDERR_FILENO);

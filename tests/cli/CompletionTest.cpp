@@ -93,7 +93,8 @@ TEST_F(Completion, OffersTheValuesOfOptions) {
 
 // The command is the judge: it takes what is offered and refuses anything else.
 TEST_F(Completion, OfferedValuesAreTaken) {
-    for (const std::string option : {"--alpha", "--compression", "--depth", "--out-depth", "--png-level"}) {
+    for (const std::string option :
+         {"--alpha", "--compression", "--depth", "--format", "--in-format", "--out-depth", "--png-level"}) {
         for (const std::string& value : offered("kovalune render " + option + " ")) {
             const CommandOutcome outcome = runCommand({"render", "--print-params", option, value});
             EXPECT_NE(outcome.exitCode, 2) << outcome.err;

@@ -62,10 +62,7 @@ TEST_F(UsageError, FilesOfSuchNamesArePictures) {
         << "an output is never looked up";
 }
 
-TEST_F(UsageError, StandardStreamsAreNoFiles) {
-    expectFailure({"render", "-", "-o", "old.png"}, 2, {"not from the standard input", "'./-'"});
-    expectFailure({"compare", "in.png", "-"}, 2, {"not from the standard input"});
-    expectFailure({"render", "in.png", "-o", "-"}, 2, {"not to the standard output"});
+TEST_F(UsageError, StandardStreamsTakeNoDrawnPicturesAndNoSettings) {
     expectFailure({"colors", "in.png", "-o", "-"}, 2, {"not to the standard output", "'./-'"});
     expectFailure({"compare", "in.png", "in.png", "--diff", "-"}, 2, {"not to the standard output"});
     expectFailure({"smooth", "in.png", "-o", "new.png", "--flag-map", "-"}, 2,
