@@ -48,6 +48,7 @@ kovalune_compile_alone(pipeline_tests
   tests/pipeline/WorldWatch.cpp)
 kovalune_compile_alone(faults_tests tests/faults/FaultScene.cpp)
 kovalune_compile_alone(pictures_tests
+  tests/pictures/EmbeddedSettingsTest.cpp
   tests/pictures/PictureFileTest.cpp
   tests/pictures/PlainConversionTest.cpp
   tests/pictures/ExrRestTest.cpp

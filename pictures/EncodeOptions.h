@@ -19,6 +19,8 @@ struct EncodeOptions {
     /// By name, one of the format's compressionsOf; empty: as the file that the picture was read from, where that was of this
     /// format and loses nothing, or else the format's usual one.
     std::string compression = {};
+    /// A settings file's text to put into the picture's notes, in UTF-8; empty: none.
+    std::string settings = {};
 };
 
 } // namespace kovalune::pictures

@@ -1,6 +1,7 @@
 #include "pictures/PictureConversion.h"
 
 #include "hostapi/Constants.h"
+#include "pictures/EmbeddedSettings.h"
 #include "pictures/FileRows.h"
 #include "pictures/LightCurve.h"
 #include "pictures/NoteConversion.h"
@@ -334,7 +335,7 @@ void fillPicture(Picture& picture, const host::Image& result, const host::Image&
 /// A colour profile is made for grey or for colour pictures and means nothing in the other kind.
 std::vector<PictureNote> fittingNotes(const Picture& source, Channels channels) {
     std::vector<PictureNote> notes;
-    for (const PictureNote& note : source.notes) {
+    for (const PictureNote& note : withoutSettings(source.format, source.notes)) {
         if (isGrey(source.channels) == isGrey(channels) || !isColourProfile(note, source.format)) {
             notes.push_back(note);
         }

@@ -32,7 +32,7 @@ struct PictureForm {
 /// The picture to write for `result`, where `image` is imageOf(`source`, the format of `result`). A sample that is the
 /// same in `result` as in `image` (with its alpha too, where either file is premultiplied) is taken from the
 /// file, exactly where the form is the source's, though several file values share one of the host's.
-/// The notes and what is passed on beside them are the source's, and so are its channels as far as they can hold the result: alpha is added where
+/// The notes, but for embedded settings, and what is passed on beside them are the source's, and so are its channels as far as they can hold the result: alpha is added where
 /// it is no longer full everywhere, and grey becomes RGB where a pixel is not grey.
 Picture pictureOf(const host::Image& result, const host::Image& image, const Picture& source,
                   const PictureForm& form);

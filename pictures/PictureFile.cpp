@@ -1,5 +1,6 @@
 #include "pictures/PictureFile.h"
 
+#include "pictures/EmbeddedSettings.h"
 #include "pictures/FileBytes.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/ReadFailure.h"
@@ -297,9 +298,16 @@ std::vector<uint8_t> encodePicture(FileFormat format, const Picture& picture, co
                             "cannot make " + std::string(formatOf(format).described) + " with compression " +
                                 text::inQuotes(options.compression));
     }
-    std::vector<PictureNote> notes;
-    if (picture.format != format) {
-        notes = notesFor(format, picture);
+    if (!options.settings.empty() && !canEmbedSettings(format)) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            std::string(formatOf(format).name) + " files have no place for settings");
+    }
+    if (options.settings.empty() && picture.format == format) {
+        return coder.encode(picture, options);
+    }
+    std::vector<PictureNote> notes = notesFor(format, picture);
+    if (!options.settings.empty()) {
+        notes = withSettings(format, notes, options.settings);
     }
     if (notes.empty()) { // those of another format are nothing to an encoder
         return coder.encode(picture, options);

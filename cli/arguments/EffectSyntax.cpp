@@ -13,7 +13,20 @@ void addParams(CommandSyntax& command, ParamsArguments& arguments) {
     addSettings(command, arguments.effect);
     addPasses(command, arguments.effect);
     addPlugin(command, arguments.effect.plugin);
+    checkedAsRead(command, command
+                               .addText("--from", arguments.from,
+                                        "Print the settings that render --embed wrote into this picture")
+                               .shownAs("PICTURE"));
     command.addFooter(example("params --at 12 --params shot.params"));
+}
+
+void checkTogether(const ParamsArguments& arguments) {
+    const EffectArguments& effect = arguments.effect;
+    if (arguments.from && (arguments.json || effect.factory || effect.plugin || arguments.frame ||
+                           !effect.paramsFiles.empty() || !effect.passFiles.empty() ||
+                           !effect.settings.empty())) {
+        throw UsageMistake("--from: prints what the picture holds, so leave out all other options");
+    }
 }
 
 void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {

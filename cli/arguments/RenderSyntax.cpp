@@ -160,6 +160,8 @@ void addRender(CommandSyntax& command, RenderArguments& arguments) {
         .shownAs("FILE");
     addArea(command, arguments.area);
     addFrame(command, arguments.frame);
+    command.addFlag("--embed", arguments.frame.form.embeds,
+                    "Write the settings and the effect's version into the picture's notes; not into tga");
     addReport(command, arguments.report);
     command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
     command.addFooter(

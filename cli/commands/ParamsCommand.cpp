@@ -4,13 +4,18 @@
 #include "cli/commands/RememberedDefaults.h"
 #include "cli/text/ParamsJson.h"
 #include "hostapi/Constants.h"
+#include "pictures/EmbeddedSettings.h"
+#include "pictures/PictureFile.h"
+#include "pictures/PictureMemory.h"
 #include "render/OpenEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
+#include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
 #include <array>
+#include <optional>
 #include <vector>
 
 namespace kovalune::cli {
@@ -70,9 +75,23 @@ std::string aligned(const std::vector<Cells>& lines) {
     return text;
 }
 
+std::string settingsIn(const std::string& file) {
+    const std::optional<std::string> settings = pictures::withMemoryFor(
+        file, [&] { return pictures::embeddedSettings(pictures::readPicture(file)); });
+    if (!settings) {
+        throw text::Failure(text::FailureKind::kFile, "cannot read " + text::inQuotes(file) +
+                                                          ": it holds no settings; 'kovalune render --embed' "
+                                                          "writes them into a picture");
+    }
+    return *settings;
+}
+
 } // namespace
 
 std::string paramsText(const ParamsArguments& arguments) {
+    if (arguments.from) {
+        return settingsIn(*arguments.from);
+    }
     const RememberedDefaults remembered(arguments.effect, std::nullopt);
     render::OpenEffect effect = openEffect(arguments.effect);
     host::Session& session = effect.session();

@@ -9,6 +9,7 @@
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
+#include "render/EffectVersion.h"
 #include "render/SelectionNotes.h"
 #include "render/ShotSettings.h"
 #include "render/shots/AtomicFile.h"

@@ -1,7 +1,8 @@
-// The flags and the version of an effect as text.
+// The flags of an effect as text.
 #pragma once
 
 #include "hostapi/Types.h"
+#include "render/EffectVersion.h"
 
 #include <string>
 #include <vector>
@@ -12,10 +13,7 @@ namespace kovalune::cli {
 std::vector<std::string> outFlagNames(A_long flags);
 std::vector<std::string> outFlag2Names(A_long flags);
 
-/// "1.0.1 release, build 8"
-std::string versionText(A_u_long packed);
-
-/// "0x02000000"
-std::string hexNumber(A_u_long number);
+using render::hexNumber;
+using render::versionText;
 
 } // namespace kovalune::cli

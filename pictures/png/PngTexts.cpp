@@ -1,5 +1,7 @@
 #include "pictures/png/PngTexts.h"
 
+#include "pictures/EmbeddedSettings.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <unordered_set>
@@ -47,7 +49,8 @@ std::string pngTextsNamed(const Picture& picture) {
     std::unordered_set<std::string> known; // a file may have very many
     std::vector<std::string> keywords;
     for (const PictureNote& note : picture.notes) {
-        const std::string keyword = isText(note) ? keywordOf(note) : "";
+        const bool isNamed = isText(note) && !isEmbeddedSettings(note, FileFormat::kPng);
+        const std::string keyword = isNamed ? keywordOf(note) : "";
         if (!keyword.empty() && known.insert(keyword).second) {
             keywords.push_back(keyword);
         }

@@ -11,7 +11,8 @@ namespace kovalune::pictures {
 /// The chunks that hold them.
 inline constexpr std::array<const char*, 3> kPngTexts = {"tEXt", "zTXt", "iTXt"};
 
-/// Tells of a PNG's texts by their keywords, such as "texts (Title, Author)"; empty where the picture has none.
+/// Tells of a PNG's texts by their keywords, such as "texts (Title, Author)"; empty where the picture has none but embedded
+/// settings.
 std::string pngTextsNamed(const Picture& picture);
 
 } // namespace kovalune::pictures

@@ -10,10 +10,11 @@
 namespace kovalune::shots {
 
 struct FrameForm {
-    std::optional<int> depth;                      ///< 8, 16 or 32 bits a channel; otherwise the file's
-    std::optional<pictures::AlphaKind> alphaKind;  ///< of all files, whatever they say
-    std::optional<pictures::SampleType> outType;   ///< of the written samples; else what holds the depth best
-    bool linear = false;                           ///< the files' colours are linear light
+    std::optional<int> depth;                     ///< 8, 16 or 32 bits a channel; otherwise the file's
+    std::optional<pictures::AlphaKind> alphaKind; ///< of all files, whatever they say
+    std::optional<pictures::SampleType> outType;  ///< of the written samples; else what holds the depth best
+    bool linear = false;                          ///< the files' colours are linear light
+    bool embeds = false; ///< the settings go into the output's notes, as EncodeOptions::settings
     std::optional<pictures::FileFormat> outFormat; ///< of what goes to the standard output
     pictures::DecodeOptions decoding;
     pictures::EncodeOptions encoding;

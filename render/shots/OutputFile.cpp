@@ -1,5 +1,6 @@
 #include "render/shots/OutputFile.h"
 
+#include "pictures/EmbeddedSettings.h"
 #include "pictures/FileBytes.h"
 #include "pictures/PictureFile.h"
 #include "text/Failure.h"
@@ -89,6 +90,9 @@ void checkForm(const std::filesystem::path& output, pictures::FileFormat format,
     }
     if (!form.encoding.compression.empty()) {
         checkCompression(output, format, form.encoding.compression);
+    }
+    if (form.embeds && !pictures::canEmbedSettings(format)) {
+        refuse(output, "--embed", format, {"no place for settings"});
     }
 }
 
