@@ -22,7 +22,9 @@ ExitCode printed(const Comparison& comparison) {
 bool takesStandardOutput(const Arguments& arguments) {
     return std::visit(
         [](const auto& record) {
-            if constexpr (requires { kovalune::shots::isStandardOutput(record.output); }) {
+            if constexpr (requires { record.sequence; }) {
+                return kovalune::shots::isStandardOutput(record.sequence.output);
+            } else if constexpr (requires { kovalune::shots::isStandardOutput(record.output); }) {
                 return kovalune::shots::isStandardOutput(record.output);
             } else {
                 return false;

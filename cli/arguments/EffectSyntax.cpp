@@ -20,15 +20,6 @@ void addParams(CommandSyntax& command, ParamsArguments& arguments) {
     command.addFooter(example("params --at 12 --params shot.params"));
 }
 
-void checkTogether(const ParamsArguments& arguments) {
-    const EffectArguments& effect = arguments.effect;
-    if (arguments.from && (arguments.json || effect.factory || effect.plugin || arguments.frame ||
-                           !effect.paramsFiles.empty() || !effect.passFiles.empty() ||
-                           !effect.settings.empty())) {
-        throw UsageMistake("--from: prints what the picture holds, so leave out all other options");
-    }
-}
-
 void addDefaults(CommandSyntax& command, DefaultsArguments& arguments) {
     command.describe("Remember, forget or show what new instances of the effect start with");
     addChoice<DefaultsAction>(command, "ACTION", arguments.action,
@@ -51,6 +42,10 @@ void checkTogether(const ParamsArguments& arguments) {
     const EffectArguments& effect = arguments.effect;
     const bool hasValues =
         !effect.paramsFiles.empty() || !effect.passFiles.empty() || !effect.settings.empty() || effect.until;
+    if (arguments.from &&
+        (arguments.json || effect.factory || effect.plugin || arguments.frame || hasValues)) {
+        throw UsageMistake("--from: prints what the picture holds, so leave out all other options");
+    }
     if (hasValues && !arguments.frame) {
         throw UsageMistake("--params, --pass, --set and --until are for --at FRAME; without it the table is "
                            "that of the effect");

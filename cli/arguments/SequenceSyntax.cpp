@@ -18,16 +18,14 @@ void addFiles(CommandSyntax& command, SequenceArguments& sequence) {
     command
         .addPlaces(
             "INPUT", sequence.inputs,
-            "The picture to read: " + pictures::formatNames() +
+            "The picture to read, - for the standard input: " + pictures::formatNames() +
                 "; or a shot: a pattern ('cel.####.png', 'cel.%04d.png'), a folder, or several pictures")
-        .checkedBy([](const std::string& text) { checkNoStream(text, kNotStandardInput); })
         .shownAs("...");
     command
-        .addText(
-            "-o,--output", sequence.output,
-            "The picture to write; its name's end (" + pictures::usualNameEnds() +
-                ") says the format; may be INPUT. Of a shot a pattern, or a folder, which keeps the names")
-        .checkedBy([](const std::string& text) { checkNoStream(text, kNotStandardOutput); })
+        .addText("-o,--output", sequence.output,
+                 "The picture to write; its name's end (" + pictures::usualNameEnds() +
+                     ") says the format; may be INPUT; - for the standard output. Of a shot a pattern, or a "
+                     "folder, which keeps the names")
         .shownAs("FILE");
     addForce(command, sequence.options.force);
     command.addFlag("--mkdir", sequence.options.makeFolders, "Make the output's folder where there is none");
@@ -97,7 +95,21 @@ void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
     command.addFlag("--verbose", sequence.verbose, "Tell how the work is divided");
 }
 
+void checkStreams(const SequenceArguments& sequence) {
+    const bool reads =
+        std::find(sequence.inputs.begin(), sequence.inputs.end(), "-") != sequence.inputs.end();
+    if (!reads && sequence.output != "-") {
+        return;
+    }
+    if (sequence.jobs || sequence.options.existing != shots::ExistingOutputs::kReplace ||
+        sequence.options.dryRun || sequence.options.frames || sequence.inputs.size() > 1) {
+        throw UsageMistake("-: is one picture, so leave out other INPUTs, --frames, --jobs, --dry-run, "
+                           "--skip-existing, --newer and --no-clobber");
+    }
+}
+
 void checkInputAndOutput(const SequenceArguments& sequence) {
+    checkStreams(sequence);
     if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
                     [](const std::string& input) { return input.empty(); })) {
         throw UsageMistake("INPUT is required");

@@ -13,6 +13,7 @@
 #include "render/SelectionNotes.h"
 #include "render/ShotSettings.h"
 #include "render/shots/AtomicFile.h"
+#include "render/shots/OutputFile.h"
 #include "render/shots/ParamsFile.h"
 #include "render/shots/SequenceInput.h"
 #include "render/shots/SequencePlan.h"
@@ -148,7 +149,7 @@ void saveParams(const RenderArguments& arguments, const render::ShotSettings& se
 void renderFile(render::OpenEffect& effect, const render::ShotSettings& settings,
                 const shots::ShotAreas& areas, const shots::PlannedFrame& names,
                 const RenderArguments& arguments) {
-    const pictures::FileFormat format = pictures::formatToWrite(names.output);
+    const pictures::FileFormat format = shots::outputFormat(names.output, arguments.frame.form);
     Times times;
     Stopwatch watch;
     const shots::SourceFrame source = shots::readFrame(names.input, arguments.frame.form);
@@ -156,11 +157,16 @@ void renderFile(render::OpenEffect& effect, const render::ShotSettings& settings
     const Frame frame = frameOf(effect, settings, areas, names, source, arguments);
     times.effect = watch.lap();
     const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.frame.form);
-    const std::vector<uint8_t> bytes =
-        pictures::encodePicture(format, pictures::pictureOf(frame.image, source.image, source.picture, form),
-                                arguments.frame.form.encoding);
+    pictures::EncodeOptions encoding = arguments.frame.form.encoding;
+    if (arguments.frame.form.embeds) {
+        host::Session& session = effect.session();
+        encoding.settings =
+            render::settingsWithVersion(session, settings.textAt(session, arguments.valueFrame.value_or(0)));
+    }
+    const std::vector<uint8_t> bytes = pictures::encodePicture(
+        format, pictures::pictureOf(frame.image, source.image, source.picture, form), encoding);
     tellSettings(arguments, effect.session(), settings, frame);
-    shots::writeAtomically(names.output, bytes);
+    shots::writeOutput(names.output, bytes);
     times.writing = watch.lap();
     if (arguments.time) {
         printOut(arguments.printParams ? commented(timesText(times)) : timesText(times));
@@ -208,7 +214,7 @@ void printParams(const RenderArguments& arguments) {
 void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     const bool plain = isPlain(plan, arguments);
     if (!arguments.sequence.options.dryRun) {
-        shots::checkOutputs(plan, arguments.sequence.options);
+        shots::checkOutputs(plan, arguments.sequence.options, arguments.frame.form);
     }
     const RememberedDefaults remembered(arguments.effect, arguments.view);
     if (!plain) {

@@ -25,8 +25,8 @@ private:
 } // namespace
 
 void noteLosses(const pictures::Picture& picture, const std::string& name) {
-    if (const std::optional<std::string> note = shots::noteOnLosses(picture, name)) {
-        tell("note: " + *note);
+    if (const std::optional<std::string> losses = shots::lossesOf(picture)) {
+        tell("note: " + text::inQuotes(name) + " is " + *losses);
     }
 }
 

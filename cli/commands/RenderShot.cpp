@@ -4,8 +4,13 @@
 #include "cli/text/FrameLog.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
+#include "render/EffectVersion.h"
 
+#include <functional>
+#include <map>
 #include <optional>
+#include <string>
+#include <utility>
 
 namespace kovalune::cli {
 
@@ -30,6 +35,26 @@ shots::ShotRequest requestOf(const RenderArguments& arguments) {
     return request;
 }
 
+/// Made beforehand, since the session is for one thread; without keys all frames share one text.
+std::function<std::string(const shots::PlannedFrame&)> embeddedTexts(host::Session& session,
+                                                                     const render::ShotSettings& settings,
+                                                                     const shots::SequencePlan& plan,
+                                                                     int64_t frame) {
+    std::map<int64_t, std::string> texts;
+    const auto numberOf = [frame, hasKeys = settings.hasKeys()](const shots::PlannedFrame& planned) {
+        return hasKeys ? planned.number.value_or(frame) : frame;
+    };
+    for (const shots::PlannedFrame& planned : plan.frames) {
+        const int64_t number = numberOf(planned);
+        if (!texts.contains(number)) {
+            texts.emplace(number, render::settingsWithVersion(session, settings.textAt(session, number)));
+        }
+    }
+    return [texts = std::move(texts), numberOf](const shots::PlannedFrame& planned) {
+        return texts.at(numberOf(planned));
+    };
+}
+
 } // namespace
 
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
@@ -41,6 +66,9 @@ void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings
         log.emplace(*arguments.log);
     }
     shots::ShotRequest request = requestOf(arguments);
+    if (arguments.frame.form.embeds) {
+        request.pictures.settingsOf = embeddedTexts(effect.session(), settings, plan, request.frame);
+    }
     request.pictures.areas = areas.any() ? &areas : nullptr;
     const shots::ShotSummary summary = runFrames(
         plan, arguments.sequence.jobs.value_or(1), arguments.sequence.options.keepGoing,

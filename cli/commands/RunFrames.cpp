@@ -28,7 +28,7 @@ shots::DivisionRequest divisionRequest(const shots::SequencePlan& plan, const Se
     request.frames = plan.frames.size();
     for (const shots::PlannedFrame& frame : plan.frames) {
         try {
-            const pictures::Picture picture = pictures::readPicture(frame.input);
+            const pictures::Picture picture = pictures::readPicture(frame.input, form.decoding);
             request.pixels = uint64_t{picture.width} * picture.height;
             request.format =
                 form.depth ? render::formatOfDepth(*form.depth) : pictures::workingFormat(picture.sampleType);

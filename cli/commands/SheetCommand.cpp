@@ -307,8 +307,8 @@ void drawFile(render::OpenEffect& effect, const std::vector<View>& all, const st
         type == pictures::SampleType::kHalf ? pictures::SampleType::kFloat : type;
     const pictures::Picture sheet =
         SheetDrawing(effect, all, chosen, source, arguments, named, drawn).drawn();
-    shots::writeAtomically(arguments.output,
-                           shots::encodeDrawn(arguments.output, sheet, type, arguments.frame.form.encoding));
+    shots::writeOutput(arguments.output,
+                       shots::encodeDrawn(format, sheet, type, arguments.frame.form.encoding));
     noteLeftOut(source);
 }
 

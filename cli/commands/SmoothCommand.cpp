@@ -10,6 +10,7 @@
 #include "render/ParamText.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/DrawnFile.h"
+#include "render/shots/OutputFile.h"
 #include "render/shots/SequenceInput.h"
 #include "render/shots/SequencePlan.h"
 #include "render/shots/ShotRun.h"
@@ -120,7 +121,7 @@ host::Image smoothed(const host::Image& image, const SmoothOptions& options) {
 
 void smoothFile(const SmoothArguments& arguments, const shots::PlannedFrame& names,
                 const SmoothOptions& options) {
-    const pictures::FileFormat format = pictures::formatToWrite(names.output);
+    const pictures::FileFormat format = shots::outputFormat(names.output, arguments.form);
     const shots::SourceFrame source = shots::readFrame(names.input, arguments.form);
     const host::Image result = smoothed(source.image, options);
     const pictures::PictureForm form = shots::outputForm(source.picture, format, arguments.form);
@@ -130,10 +131,10 @@ void smoothFile(const SmoothArguments& arguments, const shots::PlannedFrame& nam
     std::vector<uint8_t> mapBytes;
     if (arguments.flagMap) {
         mapBytes = shots::encodeDrawn(*arguments.flagMap, flagPicture(source.image, options),
-                                      arguments.form.encoding);
+                                      {.pngLevel = arguments.form.encoding.pngLevel});
         files.push_back({*arguments.flagMap, mapBytes});
     }
-    shots::writeAtomically(files);
+    shots::writeOutputs(files);
     noteLeftOut(source, format);
 }
 
@@ -181,7 +182,7 @@ void runSmooth(const SmoothArguments& arguments) {
         tellPlan(plan, sequence, arguments.quiet);
         return;
     }
-    shots::checkOutputs(plan, sequence.options);
+    shots::checkOutputs(plan, sequence.options, arguments.form);
     checkFlagMap(arguments, plan);
     if (plan.isOnePicture && sequence.options.existing == shots::ExistingOutputs::kReplace) {
         const shots::PlannedFrame& names = plan.frames.front();

@@ -151,7 +151,7 @@ _kovalune_value() {
             _kovalune_offer "$typed" < <(_kovalune_settings "$typed")
             [[ $typed == *=* ]] || compopt -o nospace 2>/dev/null
             ;;
-        --diff | --flag-map | --mask) _kovalune_pictures "$typed" ;;
+        --from | --diff | --flag-map | --mask) _kovalune_pictures "$typed" ;;
         --params | --pass | --save-params | --log) _kovalune_files "$typed" ;;
         --plugin) _kovalune_files "$typed" .so ;;
     esac

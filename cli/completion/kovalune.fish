@@ -113,7 +113,7 @@ function __kovalune_value
             __kovalune_settings View= | string replace View= ''
         case --set
             __kovalune_settings $typed
-        case --diff --flag-map --mask
+        case --from --diff --flag-map --mask
             __kovalune_pictures $typed
         case --params --pass --save-params --log
             __fish_complete_path $typed

@@ -88,7 +88,7 @@ _kovalune_value() {
             _kovalune_settings "${(Q)PREFIX}"
             if [[ $PREFIX == *=* ]]; then compadd -a reply; else compadd -S '' -a reply; fi
             ;;
-        --diff | --flag-map | --mask) _kovalune_pictures ;;
+        --from | --diff | --flag-map | --mask) _kovalune_pictures ;;
         --params | --pass | --save-params | --log) _files ;;
         --plugin) _files -g '*.so(-.)' ;;
     esac

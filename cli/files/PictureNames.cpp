@@ -87,7 +87,6 @@ std::string loopOver(std::string_view pattern, const std::string& command) {
 }
 
 void checkReadName(const std::string& name, const std::string& command) {
-    checkNoStream(name, kNotStandardInput);
     if (const std::optional<Place> number = openNumber(name)) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot read " + text::inQuotes(name) +
@@ -102,7 +101,6 @@ void checkDrawnName(const std::string& name, const std::string& command) {
 }
 
 void checkWriteName(const std::string& name, const std::string& command) {
-    checkNoStream(name, kNotStandardOutput);
     if (openNumber(name)) {
         throw text::Failure(text::FailureKind::kFile,
                             "cannot write " + text::inQuotes(name) +

@@ -12,13 +12,10 @@ inline constexpr char kAnyPicture[] = "*.png";
 /// empty for a command that does not make something of each picture.
 std::string loopOver(std::string_view pattern, const std::string& command);
 
-inline constexpr char kNotStandardInput[] = "a picture is read from a file, not from the standard input";
-inline constexpr char kNotStandardOutput[] = "a picture is written to a file, not to the standard output";
-
 /// Throws Failure with `rule` for the name "-".
 void checkNoStream(const std::string& name, const std::string& rule);
 
-/// Throw Failure for the name of a picture to read or to write that is "-", or that stands for the pictures of a
+/// Throw Failure for the name of a picture to read or to write that stands for the pictures of a
 /// numbered sequence ("####", "%04d") while there is no file of that very name.
 void checkReadName(const std::string& name, const std::string& command);
 void checkWriteName(const std::string& name, const std::string& command);

@@ -100,8 +100,7 @@ bool isStandardOutput(const std::filesystem::path& output) {
     return output == pictures::kStream;
 }
 
-pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force,
-                                         const FrameForm& form) {
+pictures::FileFormat outputFormat(const std::filesystem::path& output, const FrameForm& form) {
     if (isStandardOutput(output)) {
         const pictures::FileFormat format = checkedStreamFormat(form);
         checkForm(kStreamName, format, form);
@@ -116,7 +115,15 @@ pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bo
     }
     const pictures::FileFormat format = pictures::formatToWrite(output);
     checkForm(output, format, form);
-    checkWritable(output, force);
+    return format;
+}
+
+pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force,
+                                         const FrameForm& form) {
+    const pictures::FileFormat format = outputFormat(output, form);
+    if (!isStandardOutput(output)) {
+        checkWritable(output, force);
+    }
     return format;
 }
 

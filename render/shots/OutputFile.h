@@ -20,6 +20,9 @@ bool isStandardOutput(const std::filesystem::path& output);
 pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bool force = false,
                                          const FrameForm& form = {});
 
+/// The same without looking at the file and its folder.
+pictures::FileFormat outputFormat(const std::filesystem::path& output, const FrameForm& form);
+
 /// The last of these checks alone. Throws Failure with what the format has instead.
 void checkForm(const std::filesystem::path& output, pictures::FileFormat format, const FrameForm& form);
 

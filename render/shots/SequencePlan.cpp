@@ -261,10 +261,17 @@ void makeFolder(const fs::path& folder) {
 
 } // namespace
 
-void checkOutputs(const SequencePlan& plan, const SequenceOptions& options) {
+void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form) {
     std::set<fs::path> folders;
     for (const PlannedFrame& frame : plan.frames) {
-        pictures::formatToWrite(frame.output);
+        if (!plan.isOnePicture && (isStandardOutput(frame.output) || isStandardOutput(frame.input))) {
+            throw text::Failure(text::FailureKind::kUsage,
+                                "'-': the standard input and output are for one picture, not for a shot");
+        }
+        outputFormat(frame.output, form);
+        if (isStandardOutput(frame.output)) {
+            continue;
+        }
         std::error_code error;
         const bool isThere = fs::exists(frame.output, error);
         if (isThere && options.existing == ExistingOutputs::kRefuse) {

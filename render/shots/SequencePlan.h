@@ -1,6 +1,7 @@
 // Which pictures a run reads and writes, worked out and looked at before the first of them.
 #pragma once
 
+#include "render/shots/FrameForm.h"
 #include "render/shots/SequenceInput.h"
 
 #include <cstddef>
@@ -66,7 +67,8 @@ struct SequencePlan {
 SequencePlan planSequence(const SequenceInput& input, const std::string& output,
                           const SequenceOptions& options);
 
-/// Throws Failure where an output cannot be written: see checkWritable. With options.makeFolders the folders are made.
-void checkOutputs(const SequencePlan& plan, const SequenceOptions& options);
+/// Throws Failure where an output cannot be written: see checkWritable and outputFormat. With options.makeFolders the folders
+/// are made. The standard input and output are for one picture.
+void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form = {});
 
 } // namespace kovalune::shots

@@ -5,6 +5,7 @@
 #include "render/RenderFrame.h"
 #include "render/SelectionNotes.h"
 #include "render/shots/AtomicFile.h"
+#include "render/shots/OutputFile.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
@@ -107,13 +108,17 @@ private:
     }
 
     void writePicture() {
-        const pictures::FileFormat format = pictures::formatToWrite(frame_.output);
+        const pictures::FileFormat format = outputFormat(frame_.output, request_.form);
         const pictures::PictureForm form = outputForm(source_.picture, format, request_.form);
+        pictures::EncodeOptions encoding = request_.form.encoding;
+        if (request_.form.embeds && request_.settingsOf) {
+            encoding.settings = request_.settingsOf(frame_);
+        }
         const std::vector<uint8_t> bytes = pictures::encodePicture(
-            format, pictures::pictureOf(result_, source_.image, source_.picture, form),
-            request_.form.encoding);
+            format, pictures::pictureOf(result_, source_.image, source_.picture, form), encoding);
         writeAtomically(frame_.output, bytes);
         record.leftOut = leftOutOf(source_.picture, format);
+        record.losses = lossesOf(source_.picture);
     }
 
     const PlannedFrame& frame_;

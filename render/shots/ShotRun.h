@@ -20,6 +20,8 @@ namespace kovalune::shots {
 /// How the pictures of a run are taken and written.
 struct PictureRequest {
     FrameForm form;
+    /// The text for the picture's notes, where the form embeds settings. Called by several threads at once.
+    std::function<std::string(const PlannedFrame& frame)> settingsOf;
     ExistingOutputs existing = ExistingOutputs::kReplace;
     std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
     const ShotAreas* areas =
@@ -62,7 +64,8 @@ struct FrameRecord {
     std::string message;                               ///< likewise
     FrameTimes times;
     std::vector<PassRecord> passes;
-    std::vector<std::string> leftOut; ///< of the input
+    std::vector<std::string> leftOut;  ///< of the input
+    std::optional<std::string> losses; ///< of the input's file: see lossesOf
 };
 
 /// Makes the result for a frame's picture, in its format and size, and may fill the record. Called by several threads at once.

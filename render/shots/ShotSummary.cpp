@@ -69,6 +69,9 @@ void ShotSummary::add(const FrameRecord& record) {
     for (const std::string& part : record.leftOut) {
         note(leftOut_, part, record.index);
     }
+    if (record.losses) {
+        note(losses_, *record.losses, record.index);
+    }
     addCounts(record);
 }
 
@@ -131,6 +134,9 @@ std::vector<std::string> ShotSummary::notices() const {
     std::vector<std::string> texts;
     for (const auto& [text, frames] : notes_) {
         texts.push_back(text + in(frames));
+    }
+    for (const auto& [losses, frames] : losses_) {
+        texts.push_back("the pictures are " + losses + in(frames));
     }
     for (const auto& [part, frames] : leftOut_) {
         texts.push_back("left out: " + text::shown(part) + in(frames));

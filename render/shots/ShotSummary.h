@@ -52,6 +52,7 @@ private:
     std::optional<text::FailureKind> worst_;
     std::vector<std::pair<std::string, Frames>> notes_; ///< in the order that they came up in
     std::vector<std::pair<std::string, Frames>> leftOut_;
+    std::vector<std::pair<std::string, Frames>> losses_;
     std::vector<std::optional<FrameReport>> counts_;
     FrameTimes times_;
 };

@@ -4,7 +4,6 @@
 #include "pictures/NoteConversion.h"
 #include "pictures/PictureFile.h"
 #include "render/RenderFrame.h"
-#include "text/MessageText.h"
 
 namespace kovalune::shots {
 
@@ -58,11 +57,11 @@ std::vector<std::string> leftOutOf(const pictures::Picture& source,
     return parts;
 }
 
-std::optional<std::string> noteOnLosses(const pictures::Picture& source, const std::string& name) {
+std::optional<std::string> lossesOf(const pictures::Picture& source) {
     if (!source.isLossy) {
         return std::nullopt;
     }
-    return text::inQuotes(name) + " is " + pictures::formatName(source.format) +
+    return std::string(pictures::formatName(source.format)) +
            ", packed with losses that disturb flat colours: give colours a range above 0, as in \"Color 1 "
            "Range=2\"";
 }

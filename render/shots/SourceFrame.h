@@ -33,7 +33,7 @@ pictures::PictureForm outputForm(const pictures::Picture& source, pictures::File
 std::vector<std::string> leftOutOf(const pictures::Picture& source,
                                    std::optional<pictures::FileFormat> format = std::nullopt);
 
-/// What is to be told of a picture whose file has disturbed its colours; `name` is the file's.
-std::optional<std::string> noteOnLosses(const pictures::Picture& source, const std::string& name);
+/// What is to be told of a picture whose file has disturbed its colours: "JPEG, packed with losses that ...".
+std::optional<std::string> lossesOf(const pictures::Picture& source);
 
 } // namespace kovalune::shots

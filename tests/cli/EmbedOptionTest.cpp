@@ -43,8 +43,7 @@ TEST_F(EmbedOption, IsRefusedWhereItHasNoPlace) {
                   {"cannot write 'x.tga' with --embed: TGA files have no place for settings"});
     expectFailure({"params", "--from", "in.png"}, 3, {"cannot read 'in.png': it holds no settings"});
     expectFailure({"params", "--from", "missing.png"}, 3, {"missing.png"});
-    expectFailure({"params", "--from", "in.png", "--json"}, 2,
-                  {"--from: prints what the picture holds"});
+    expectFailure({"params", "--from", "in.png", "--json"}, 2, {"--from: prints what the picture holds"});
 }
 
 } // namespace
