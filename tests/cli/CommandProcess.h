@@ -17,7 +17,7 @@ struct CommandSetting {
     std::filesystem::path folder;                   ///< to run in; empty: the test's own
     std::size_t mostFileBytes = 0;                  ///< of any file written; 0: no limit
     std::size_t mostMemoryBytes = 0;                ///< of address space; 0: no limit
-    std::filesystem::path standardInput;            ///< empty: the test's own
+    std::filesystem::path standardInput = {};       ///< empty: the test's own
     std::filesystem::path standardOutput;           ///< empty: caught
     std::string program;                            ///< a whole path; empty: the command
     bool ownGroup = false; ///< signals go to it and all that it starts, as Ctrl-C does

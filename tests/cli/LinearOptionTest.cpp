@@ -21,7 +21,7 @@ protected:
     Picture made(const std::vector<std::string>& words) const {
         const CommandOutcome outcome = run(words);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return readPicture(folder_ / words.at(3));
+        return pictures::readPicture(folder_ / words.at(3));
     }
 
     /// The colours of #3264B4 and #1E4682 beside each other, as linear light and as they are.
@@ -44,8 +44,8 @@ protected:
 
 TEST_F(LinearOption, GivesWhatTheEffectMakesOfTheShownPicture) {
     writeBoth();
-    const Picture light = readPicture(folder_ / "light.tif");
-    const Picture shown = readPicture(folder_ / "shown.tif");
+    const Picture light = pictures::readPicture(folder_ / "light.tif");
+    const Picture shown = pictures::readPicture(folder_ / "shown.tif");
     const std::vector<std::string> settings = {"--set", "Color 1=#3264B4", "--set", "Enable 2=on",
                                                "--set", "Color 2=#1E4682", "--set", "1 : Enable Process=off"};
     for (const std::string command : {"render", "smooth"}) {

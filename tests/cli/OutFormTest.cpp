@@ -26,7 +26,7 @@ protected:
         setting.folder = folder_.path();
         const CommandOutcome outcome = runCommand(words, setting);
         EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return readPicture(folder_ / words.at(3));
+        return pictures::readPicture(folder_ / words.at(3));
     }
 };
 
@@ -71,7 +71,7 @@ TEST_F(OutForm, SamplesThatChangedAreRoundedOnceFromWhatWasWorkedIn) {
         }
     }
     write("a.tif", pictureWith(SampleType::kFloat, Channels::kGrey, 40, values));
-    const Picture before = readPicture(folder_ / "a.tif");
+    const Picture before = pictures::readPicture(folder_ / "a.tif");
     const Picture floats = made({"smooth", "a.tif", "-o", "b.tif"});
     const Picture bytes = made({"smooth", "a.tif", "-o", "c.png", "--out-depth", "8"});
     int changed = 0;

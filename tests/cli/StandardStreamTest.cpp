@@ -41,7 +41,7 @@ TEST_F(StandardStream, GivesTheSameAsFilesDo) {
 }
 
 TEST_F(StandardStream, IsReadByCommandsThatTellSomething) {
-    writeBytes(folder_ / "a.tga", encodePicture(FileFormat::kTga, readPicture(folder_ / "in.png")));
+    writeBytes(folder_ / "a.tga", encodePicture(FileFormat::kTga, pictures::readPicture(folder_ / "in.png")));
     EXPECT_EQ(runCommand({"colors", "-"}, from("in.png")).out,
               runCommand({"colors", "in.png"}, from("in.png")).out);
     EXPECT_EQ(runCommand({"pick", "-", "3,4", "--in-format", "tga"}, from("a.tga")).out,
