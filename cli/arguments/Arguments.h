@@ -56,6 +56,12 @@ struct SequenceArguments {
     bool verbose = false;
 };
 
+/// Which pictures a command looks at.
+struct ReadArguments {
+    std::vector<std::string> inputs;
+    shots::SequenceOptions options; ///< frames and missing ones alone
+};
+
 /// Of every record, `force` lets write-protected files be replaced.
 struct RenderArguments {
     EffectArguments effect;
@@ -118,7 +124,7 @@ struct InfoArguments {
 };
 
 struct ColorsArguments {
-    std::string input;
+    ReadArguments pictures;
     std::optional<std::string> output; ///< a picture of the colours
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
@@ -132,7 +138,7 @@ struct ColorsArguments {
 
 /// Settings proposed for a picture.
 struct SuggestArguments {
-    std::string input;
+    ReadArguments pictures;
     std::string output;
     bool force = false;
     std::optional<pictures::AlphaKind> alphaKind;
@@ -158,8 +164,9 @@ struct PickArguments {
 struct CompareArguments {
     std::string first;
     std::string second;
-    std::optional<std::string> diff; ///< a picture of the differences
-    double tolerance = 0.0;          ///< of 255; samples that are no farther apart do not differ
+    std::optional<std::vector<int64_t>> frames; ///< of shots
+    std::optional<std::string> diff;            ///< a picture of the differences
+    double tolerance = 0.0;                     ///< of 255; samples that are no farther apart do not differ
     bool json = false;
     bool force = false;
     pictures::EncodeOptions encoding;

@@ -9,6 +9,9 @@ namespace kovalune::cli {
 void addRender(CommandSyntax& command, RenderArguments& arguments);
 /// Which pictures a command reads and writes.
 void addSequence(CommandSyntax& command, SequenceArguments& sequence);
+/// Which ones it looks at.
+void addRead(CommandSyntax& command, ReadArguments& read);
+void addFrameList(CommandSyntax& command, std::optional<std::vector<int64_t>>& frames);
 /// Throws UsageMistake where one of them is missing.
 void checkInputAndOutput(const SequenceArguments& sequence);
 
@@ -25,6 +28,8 @@ void addInfo(CommandSyntax& command, InfoArguments& arguments);
 // Throw UsageMistake for options that do not go together.
 void checkTogether(const RenderArguments& arguments);
 void checkTogether(const SheetArguments& arguments);
+void checkTogether(const ColorsArguments& arguments);
+void checkTogether(const SuggestArguments& arguments);
 void checkTogether(const SmoothArguments& arguments);
 void checkTogether(const ParamsArguments& arguments);
 void checkTogether(const DefaultsArguments& arguments);

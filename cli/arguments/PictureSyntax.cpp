@@ -23,11 +23,17 @@ void addTolerance(CommandSyntax& command, double& tolerance) {
         .shownAs("N");
 }
 
+void checkRead(const ReadArguments& read) {
+    if (read.inputs.empty()) {
+        throw UsageMistake("INPUT is required");
+    }
+}
+
 } // namespace
 
 void addColors(CommandSyntax& command, ColorsArguments& arguments) {
-    command.describe("List the flat colours of a picture by their share");
-    addInput(command, arguments.input).required();
+    command.describe("List the flat colours of a picture or a shot by their share");
+    addRead(command, arguments.pictures);
     checkedAsDrawn(
         command,
         command.addText("-o,--output", arguments.output, "Draw them as a picture too").shownAs("FILE"));
@@ -52,7 +58,7 @@ void addColors(CommandSyntax& command, ColorsArguments& arguments) {
 
 void addSuggest(CommandSyntax& command, SuggestArguments& arguments) {
     command.describe("Propose settings for the pairs of colours that look like light and shadow");
-    addInput(command, arguments.input).required();
+    addRead(command, arguments.pictures);
     command
         .addText("-o,--output", arguments.output,
                  "The file of settings to write, as --params takes it; each line has its figures as a remark")
@@ -68,6 +74,14 @@ void addSuggest(CommandSyntax& command, SuggestArguments& arguments) {
                               "More than four pairs make several passes of one file.\n"
                               "Exit code: 1 where no two colours look like light and shadow; nothing is "
                               "written then."));
+}
+
+void checkTogether(const ColorsArguments& arguments) {
+    checkRead(arguments.pictures);
+}
+
+void checkTogether(const SuggestArguments& arguments) {
+    checkRead(arguments.pictures);
 }
 
 void addPick(CommandSyntax& command, PickArguments& arguments) {
@@ -94,9 +108,10 @@ void addPick(CommandSyntax& command, PickArguments& arguments) {
 }
 
 void addCompare(CommandSyntax& command, CompareArguments& arguments) {
-    command.describe("Tell whether two pictures are the same, and where not");
-    checkedAsRead(command, command.addText("A", arguments.first, "A picture").required());
-    checkedAsRead(command, command.addText("B", arguments.second, "Another one").required());
+    command.describe("Tell whether two pictures, or two shots, are the same, and where not");
+    command.addText("A", arguments.first, "A picture; or a shot: a pattern or a folder").required();
+    command.addText("B", arguments.second, "Another one").required();
+    addFrameList(command, arguments.frames);
     checkedAsDrawn(command,
                    command.addText("--diff", arguments.diff, "Draw where they differ").shownAs("FILE"));
     addForce(command, arguments.force);

@@ -14,13 +14,17 @@ namespace kovalune::cli {
 
 namespace {
 
-void addFiles(CommandSyntax& command, SequenceArguments& sequence) {
+void addInputs(CommandSyntax& command, std::vector<std::string>& inputs) {
     command
         .addPlaces(
-            "INPUT", sequence.inputs,
+            "INPUT", inputs,
             "The picture to read, - for the standard input: " + pictures::formatNames() +
                 "; or a shot: a pattern ('cel.####.png', 'cel.%04d.png'), a folder, or several pictures")
         .shownAs("...");
+}
+
+void addFiles(CommandSyntax& command, SequenceArguments& sequence) {
+    addInputs(command, sequence.inputs);
     command
         .addText("-o,--output", sequence.output,
                  "The picture to write; its name's end (" + pictures::usualNameEnds() +
@@ -31,18 +35,7 @@ void addFiles(CommandSyntax& command, SequenceArguments& sequence) {
     command.addFlag("--mkdir", sequence.options.makeFolders, "Make the output's folder where there is none");
 }
 
-void addFrames(CommandSyntax& command, shots::SequenceOptions& options) {
-    const auto setFrames = [&options](const std::string& text) {
-        try {
-            options.frames = shots::parseFrames(text);
-        } catch (const text::Failure& failure) {
-            throw UsageMistake(failure.what());
-        }
-    };
-    command
-        .addTaker("--frames", setFrames,
-                  "Of a shot these frames, in this order: N, A-B or A-BxS (every S-th), joined by commas")
-        .shownAs("LIST");
+void addMissing(CommandSyntax& command, shots::SequenceOptions& options) {
     addChoice<shots::MissingFrames>(
         command, "--missing", options.missing,
         {{"error", shots::MissingFrames::kError},
@@ -51,7 +44,6 @@ void addFrames(CommandSyntax& command, shots::SequenceOptions& options) {
         "What to do for a frame of --frames without a file: error, the default; skip; hold "
         "the nearest earlier one, which fills gaps too")
         .shownAs("WHAT");
-    addFrameNumber(command, "--renumber", options.renumber, "Give the first output this number");
 }
 
 void addExisting(CommandSyntax& command, shots::SequenceOptions& options) {
@@ -72,9 +64,31 @@ void addExisting(CommandSyntax& command, shots::SequenceOptions& options) {
 
 } // namespace
 
+void addFrameList(CommandSyntax& command, std::optional<std::vector<int64_t>>& frames) {
+    const auto setFrames = [&frames](const std::string& text) {
+        try {
+            frames = shots::parseFrames(text);
+        } catch (const text::Failure& failure) {
+            throw UsageMistake(failure.what());
+        }
+    };
+    command
+        .addTaker("--frames", setFrames,
+                  "Of a shot these frames, in this order: N, A-B or A-BxS (every S-th), joined by commas")
+        .shownAs("LIST");
+}
+
+void addRead(CommandSyntax& command, ReadArguments& read) {
+    addInputs(command, read.inputs);
+    addFrameList(command, read.options.frames);
+    addMissing(command, read.options);
+}
+
 void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
     addFiles(command, sequence);
-    addFrames(command, sequence.options);
+    addFrameList(command, sequence.options.frames);
+    addMissing(command, sequence.options);
+    addFrameNumber(command, "--renumber", sequence.options.renumber, "Give the first output this number");
     addExisting(command, sequence.options);
     command.addFlag("--keep-going", sequence.options.keepGoing,
                     "Go on with the other frames after one has failed");

@@ -1,12 +1,10 @@
 #include "cli/Commands.h"
 
-#include "cli/commands/RenderPicture.h"
+#include "cli/commands/LookedPictures.h"
 #include "cli/files/ColorsPicture.h"
 #include "cli/text/ColorsText.h"
 #include "cli/text/Swatch.h"
 #include "pictures/FlatColors.h"
-#include "pictures/PictureConversion.h"
-#include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "pictures/PixelValues.h"
 #include "render/shots/AtomicFile.h"
@@ -58,43 +56,79 @@ ColorsFound colorsOf(const pictures::Picture& picture, bool where) {
     ColorsFound found;
     found.counted = pictures::flatColorsOf(picture);
     found.type = picture.sampleType;
-    found.where = where;
     if (where) {
-        const std::vector<pictures::ColorRegion> regions = pictures::regionsOf(picture, found.counted);
-        found.pairs = pictures::pairsIn(regions, found.type);
-        for (const pictures::ColorRegion& region : regions) {
-            found.regions.push_back({region, {}});
+        for (pictures::ColorRegion& region : pictures::regionsOf(picture, found.counted)) {
+            found.regions.push_back({std::move(region), {}});
         }
     }
     return found;
 }
 
-std::string textOf(const ColorsArguments& arguments) {
-    pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
-    noteLosses(picture, arguments.input);
-    if (arguments.alphaKind) {
-        picture.alphaKind = *arguments.alphaKind;
+/// All pictures have samples of one type: the same colour is not to be two.
+void checkType(const shots::SequencePlan& plan, std::size_t index, pictures::SampleType type,
+               pictures::SampleType first) {
+    if (type != first) {
+        throw text::Failure(text::FailureKind::kFile,
+                            "the colours of " + text::inQuotes(plan.frames[index].input) + " (" +
+                                pictures::depthText(type) + ") are not counted with those of " +
+                                text::inQuotes(plan.frames.front().input) + " (" +
+                                pictures::depthText(first) + ")");
     }
-    if (arguments.linear) {
-        picture.isLinear = true;
-        picture = pictures::displayed(picture);
+}
+
+ColorsFound colorsOf(const shots::SequencePlan& plan, const ColorsArguments& arguments) {
+    ColorsFound found;
+    pictures::ShotColors shot;
+    lookAtAll(plan, {arguments.alphaKind, arguments.linear, arguments.decoding},
+              [&](const pictures::Picture& picture, std::size_t index) {
+                  if (plan.isOnePicture) {
+                      found = colorsOf(picture, arguments.where);
+                      return;
+                  }
+                  found.type = index == 0 ? picture.sampleType : found.type;
+                  checkType(plan, index, picture.sampleType, found.type);
+                  const pictures::FlatColors counted = pictures::flatColorsOf(picture);
+                  shot.add(counted,
+                           arguments.where ? pictures::regionsOf(picture, counted)
+                                           : std::vector<pictures::ColorRegion>(),
+                           lookedNumber(plan, index));
+              });
+    if (!plan.isOnePicture) {
+        found.counted = shot.counted();
+        found.regions = shot.regions();
+        found.frames = plan.frames.size();
+        found.frameWidth = plan.isSequence ? plan.width : 1;
     }
-    const ColorsFound found = colorsOf(picture, arguments.where);
+    found.where = arguments.where;
+    std::vector<pictures::ColorRegion> regions;
+    for (const pictures::ShotRegion& each : found.regions) {
+        regions.push_back(each.region);
+    }
+    found.pairs = pictures::pairsIn(regions, found.type);
+    return found;
+}
+
+std::string textOf(const ColorsArguments& arguments, const shots::SequencePlan& plan) {
+    const ColorsFound found = colorsOf(plan, arguments);
     const std::size_t listed = listedOf(found, arguments.most);
     if (arguments.output) {
         draw(found, listed, *arguments.output, arguments.encoding);
     }
-    return arguments.json ? colorsJson(found, listed, arguments.input)
+    return arguments.json ? colorsJson(found, listed, lookedName(arguments.pictures))
                           : colorsText(found, listed, terminalColors());
 }
 
 } // namespace
 
 std::string colorsText(const ColorsArguments& arguments) {
-    if (arguments.output) {
-        shots::checkDrawnFile(*arguments.output, {arguments.input}, arguments.force);
+    if (arguments.output && arguments.pictures.inputs.size() == 1) {
+        shots::checkDrawnFile(*arguments.output, {arguments.pictures.inputs.front()}, arguments.force);
     }
-    return pictures::withMemoryFor(arguments.input, [&arguments] { return textOf(arguments); });
+    const shots::SequencePlan plan = lookedPlan(arguments.pictures);
+    if (arguments.output) {
+        shots::checkDrawnFile(*arguments.output, lookedFiles(plan), arguments.force);
+    }
+    return textOf(arguments, plan);
 }
 
 } // namespace kovalune::cli

@@ -1,5 +1,6 @@
 #include "cli/Commands.h"
 
+#include "cli/commands/ShotComparison.h"
 #include "cli/text/ComparedText.h"
 #include "pictures/PictureDifference.h"
 #include "pictures/PictureFile.h"
@@ -7,6 +8,8 @@
 #include "pictures/PixelValues.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/DrawnFile.h"
+#include "text/Failure.h"
+#include "text/MessageText.h"
 
 #include <array>
 
@@ -50,9 +53,7 @@ pictures::PictureDifference compareAndDraw(const pictures::Picture& a, const pic
     });
 }
 
-} // namespace
-
-Comparison compareFiles(const CompareArguments& arguments) {
+Comparison comparePictures(const CompareArguments& arguments) {
     if (arguments.diff) {
         shots::checkDrawnFile(*arguments.diff, {arguments.first, arguments.second}, arguments.force);
     }
@@ -73,6 +74,36 @@ Comparison compareFiles(const CompareArguments& arguments) {
         result.text += "No picture of the differences is written.\n";
     }
     return result;
+}
+
+/// Names of pictures that do not exist are those of pictures, so that reading them tells what is wrong.
+shots::SequenceInput sideOf(const std::string& name) {
+    shots::SequenceInput side = shots::sequenceInput({name});
+    if (!side.isSequence() && !side.isOnePicture()) {
+        throw text::Failure(text::FailureKind::kUsage, "the pictures in " + text::inQuotes(name) +
+                                                           " have no numbers to compare them by");
+    }
+    return side;
+}
+
+} // namespace
+
+Comparison compareFiles(const CompareArguments& arguments) {
+    const shots::SequenceInput a = sideOf(arguments.first);
+    const shots::SequenceInput b = sideOf(arguments.second);
+    if (a.isSequence() != b.isSequence()) {
+        throw text::Failure(
+            text::FailureKind::kUsage,
+            text::inQuotes(a.isSequence() ? arguments.first : arguments.second) + " is a shot and " +
+                text::inQuotes(a.isSequence() ? arguments.second : arguments.first) + " one picture");
+    }
+    if (!a.isSequence() && arguments.frames) {
+        throw text::Failure(text::FailureKind::kUsage, "--frames: is for shots, and these are pictures");
+    }
+    if (a.isSequence() && arguments.diff) {
+        throw text::Failure(text::FailureKind::kUsage, "--diff: is for two pictures, not for shots");
+    }
+    return a.isSequence() ? compareShots(arguments, a, b) : comparePictures(arguments);
 }
 
 } // namespace kovalune::cli

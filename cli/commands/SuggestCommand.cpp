@@ -1,11 +1,10 @@
 #include "cli/Commands.h"
 
-#include "cli/commands/RenderPicture.h"
+#include "cli/commands/LookedPictures.h"
 #include "cli/text/Reporting.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
-#include "pictures/PictureMemory.h"
 #include "pictures/PixelValues.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/Suggestion.h"
@@ -26,28 +25,25 @@ void checkOutput(const SuggestArguments& arguments) {
                                 ": it is the name of a picture, and what is proposed are settings");
     }
     shots::checkWritable(arguments.output, arguments.force);
-    if (shots::nameOneFile(arguments.output, arguments.input)) {
-        throw text::Failure(text::FailureKind::kUsage,
-                            "cannot write " + text::inQuotes(arguments.output) + ": it is the picture " +
-                                text::inQuotes(arguments.input) + " of this command");
+}
+
+void checkIsNoInput(const SuggestArguments& arguments, const shots::SequencePlan& plan) {
+    for (const std::string& file : lookedFiles(plan)) {
+        if (shots::nameOneFile(arguments.output, file)) {
+            throw text::Failure(text::FailureKind::kUsage,
+                                "cannot write " + text::inQuotes(arguments.output) + ": it is the picture " +
+                                    text::inQuotes(file) + " of this command");
+        }
     }
 }
 
-shots::Suggestion suggestionFor(const SuggestArguments& arguments) {
-    return pictures::withMemoryFor(arguments.input, [&arguments] {
-        pictures::Picture picture = pictures::readPicture(arguments.input, arguments.decoding);
-        noteLosses(picture, arguments.input);
-        if (arguments.alphaKind) {
-            picture.alphaKind = *arguments.alphaKind;
-        }
-        if (arguments.linear) {
-            picture.isLinear = true;
-            picture = pictures::displayed(picture);
-        }
-        shots::SuggestionFigures figures;
-        figures.add(picture, 0);
-        return figures.suggestion(arguments.input);
-    });
+shots::Suggestion suggestionFor(const SuggestArguments& arguments, const shots::SequencePlan& plan) {
+    shots::SuggestionFigures figures;
+    lookAtAll(plan, {arguments.alphaKind, arguments.linear, arguments.decoding},
+              [&](const pictures::Picture& picture, std::size_t index) {
+                  figures.add(picture, lookedNumber(plan, index));
+              });
+    return figures.suggestion(lookedName(arguments.pictures));
 }
 
 /// A line a pair, by pass and stage.
@@ -77,9 +73,11 @@ std::string pairsText(const shots::Suggestion& suggestion) {
 
 bool runSuggest(const SuggestArguments& arguments) {
     checkOutput(arguments);
-    const shots::Suggestion suggestion = suggestionFor(arguments);
+    const shots::SequencePlan plan = lookedPlan(arguments.pictures);
+    checkIsNoInput(arguments, plan);
+    const shots::Suggestion suggestion = suggestionFor(arguments, plan);
     if (suggestion.passes.empty()) {
-        tell("no two colours of " + text::inQuotes(arguments.input) +
+        tell("no two colours of " + text::inQuotes(lookedName(arguments.pictures)) +
              " look like light and shadow; nothing is written");
         return false;
     }

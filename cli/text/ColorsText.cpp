@@ -1,6 +1,7 @@
 #include "cli/text/ColorsText.h"
 
 #include "pictures/PixelValues.h"
+#include "render/shots/FramePattern.h"
 #include "text/NumberText.h"
 
 #include <algorithm>
@@ -63,7 +64,7 @@ public:
                            std::to_string(region.outline) + '\n';
         text += kIndent + std::string("borders on ") + bordersOf(region) + '\n';
         if (found_.frames > 0) {
-            text += kIndent + std::string("frames ") + framesText(each.frames) + '\n';
+            text += kIndent + std::string("frames ") + rangesText(each.frames) + '\n';
         }
         return text;
     }
@@ -112,12 +113,14 @@ private:
         return text;
     }
 
-    static std::string framesText(const std::vector<pictures::FrameRange>& frames) {
+    /// As --frames takes them.
+    std::string rangesText(const std::vector<pictures::FrameRange>& frames) const {
         std::string text;
         for (const pictures::FrameRange& range : frames) {
-            text += (text.empty() ? "" : ", ") + std::to_string(range.first);
+            text += text.empty() ? "" : ",";
+            text += shots::frameText(range.first, found_.frameWidth);
             if (range.last != range.first) {
-                text += '-' + std::to_string(range.last);
+                text += '-' + shots::frameText(range.last, found_.frameWidth);
             }
         }
         return text;

@@ -21,6 +21,7 @@ struct ColorsFound {
     std::vector<pictures::ShotRegion> regions; ///< then; of the colours that are followed
     std::vector<pictures::ColorPair> pairs;    ///< then; of the regions
     std::size_t frames = 0;                    ///< of a shot; 0: one picture, whose frames say nothing
+    int frameWidth = 1;                        ///< of their numbers in texts
 };
 
 /// "  5.730 %", aligned for a list.

@@ -90,9 +90,8 @@ public:
         : input_(input), options_(options), plan_(plan) {}
 
     void plan() {
-        const std::vector<int64_t> numbers = wanted();
         std::vector<int64_t> missing;
-        for (const int64_t number : numbers) {
+        for (const int64_t number : wanted()) {
             if (!add(number)) {
                 missing.push_back(number);
             }
@@ -107,10 +106,7 @@ public:
         if (options_.missing == MissingFrames::kSkip) {
             plan_.skipped = missing;
         }
-        first_ = numbers.front();
     }
-
-    int64_t first() const { return first_; }
 
 private:
     std::vector<int64_t> wanted() {
@@ -165,7 +161,6 @@ private:
     const SequenceInput& input_;
     const SequenceOptions& options_;
     SequencePlan& plan_;
-    int64_t first_ = 0;
 };
 
 /// What files are the same, whatever their names; one that is not there yet is told by its folder and name.
@@ -220,17 +215,14 @@ std::string SequencePlan::nameOf(const PlannedFrame& frame) const {
     return frame.number ? frameText(*frame.number, width) : fs::path(frame.input).filename().string();
 }
 
-SequencePlan planSequence(const SequenceInput& input, const std::string& output,
-                          const SequenceOptions& options) {
+SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& options) {
     checkOptions(input, options);
     SequencePlan plan;
     plan.isSequence = input.isSequence();
-    int64_t shift = 0;
+    plan.isOnePicture = input.isOnePicture();
     if (input.pattern) {
         plan.width = input.pattern->width();
-        NumberedFrames frames(input, options, plan);
-        frames.plan();
-        shift = options.renumber ? *options.renumber - frames.first() : 0;
+        NumberedFrames(input, options, plan).plan();
     }
     for (const std::string& picture : input.pictures) {
         plan.frames.push_back({.number = std::nullopt,
@@ -239,12 +231,21 @@ SequencePlan planSequence(const SequenceInput& input, const std::string& output,
                                .isMissing = false,
                                .held = std::nullopt});
     }
+    return plan;
+}
+
+SequencePlan planSequence(const SequenceInput& input, const std::string& output,
+                          const SequenceOptions& options) {
+    SequencePlan plan = planInputs(input, options);
+    int64_t shift = 0;
+    if (options.renumber) {
+        shift = *options.renumber - (options.frames ? options.frames->front() : input.frames.front());
+    }
     const OutputNames outputs(input, output, options.makeFolders);
     outputs.check(plan.frames.size());
     for (PlannedFrame& frame : plan.frames) {
         frame.output = outputs.of(frame, frame.number ? std::optional(*frame.number + shift) : std::nullopt);
     }
-    plan.isOnePicture = input.isOnePicture();
     checkNames(plan);
     return plan;
 }

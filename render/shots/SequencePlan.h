@@ -67,6 +67,9 @@ struct SequencePlan {
 SequencePlan planSequence(const SequenceInput& input, const std::string& output,
                           const SequenceOptions& options);
 
+/// The same for pictures that are only looked at: without outputs.
+SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& options);
+
 /// Throws Failure where an output cannot be written: see checkWritable and outputFormat. With options.makeFolders the folders
 /// are made. The standard input and output are for one picture.
 void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form = {});

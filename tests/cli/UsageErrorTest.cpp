@@ -28,8 +28,8 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
 }
 
 TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
-    expectFailure({"colors", "a.png", "b.png"}, 2,
-                  {"'b.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
+    expectFailure({"sheet", "a.png", "b.png", "-o", "old.png"}, 2,
+                  {"'b.png'", "for f in *.png; do kovalune sheet \"$f\""});
     expectFailure({"render", "in.png", "new.png"}, 2, {"'new.png'", "stands after -o"});
     expectFailure({"pick", "in.png", "1,1", "b.png"}, 2, {"PIXEL takes X,Y", "not 'b.png'"});
     expectFailure({"params", "x"}, 2, {"takes no 'x'", "'kovalune params --help'"});
@@ -39,7 +39,7 @@ TEST_F(UsageError, NumberedSequencesAreAnsweredWithALoop) {
     expectFailure(
         {"sheet", "seq_####.png", "-o", "old.png"}, 3,
         {"cannot read 'seq_####.png'", "for f in seq_*.png; do kovalune sheet \"$f\" -o \"out/$f\"; done"});
-    expectFailure({"colors", "a/s%04d.png"}, 3, {"'a/s%04d.png'", "for f in a/s*.png; do"});
+    expectFailure({"sheet", "a/s%04d.png", "-o", "old.png"}, 3, {"'a/s%04d.png'", "for f in a/s*.png; do"});
     expectFailure({"sheet", "my s_##.png", "-o", "old.png"}, 3, {"'my s_##.png'", "for f in *.png; do"});
     expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "one picture"});
     expectFailure({"colors", "in.png", "-o", "out_%04d.png"}, 3,
