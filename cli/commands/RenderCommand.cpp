@@ -190,6 +190,31 @@ void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& 
     }
 }
 
+/// What is written beside the pictures may replace none of them, nor what they are made with. Settings may be saved to where they
+/// came from.
+void checkSideFiles(const shots::SequencePlan& plan, const shots::ShotAreas& areas,
+                    const RenderArguments& arguments) {
+    std::vector<std::string> settings = arguments.effect.paramsFiles;
+    settings.insert(settings.end(), arguments.effect.passFiles.begin(), arguments.effect.passFiles.end());
+    std::vector<std::string> pictures;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        pictures.push_back(frame.input);
+        pictures.push_back(frame.output);
+        const std::vector<std::string> masks = areas.masksOf(frame);
+        pictures.insert(pictures.end(), masks.begin(), masks.end());
+    }
+    if (arguments.saveParams) {
+        shots::checkWritable(*arguments.saveParams, arguments.sequence.options.force);
+        shots::checkReplacesNone(*arguments.saveParams, pictures, "the picture");
+        settings.push_back(*arguments.saveParams);
+    }
+    if (arguments.log) {
+        shots::checkWritable(*arguments.log, arguments.sequence.options.force);
+        shots::checkReplacesNone(*arguments.log, pictures, "the picture");
+        shots::checkReplacesNone(*arguments.log, settings, "the settings file");
+    }
+}
+
 /// What a single picture takes no part in counts as several.
 bool isPlain(const shots::SequencePlan& plan, const RenderArguments& arguments) {
     const shots::SequenceOptions& options = arguments.sequence.options;
@@ -228,9 +253,14 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     checkKeys(settings, plan, arguments);
     const shots::ShotAreas areas(settings, arguments.area);
     areas.check(plan);
+    checkSideFiles(plan, areas, arguments);
+
     if (arguments.sequence.options.dryRun) {
-        tellPlan(plan, arguments.sequence, arguments.frame.quiet);
+        tellPlan(plan, arguments.sequence, arguments.frame.form, arguments.frame.quiet);
         return;
+    }
+    if (arguments.sequence.options.makeFolders) {
+        shots::makeFolders(plan);
     }
     saveParams(arguments, settings, effect.session());
     if (plain) {

@@ -70,7 +70,8 @@ void tellGaps(const shots::SequencePlan& plan, bool quiet) {
     }
 }
 
-void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet) {
+void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+              const shots::FrameForm& form, bool quiet) {
     std::string text;
     for (const shots::PlannedFrame& frame : plan.frames) {
         text += text::printable(frame.input) + " -> " + text::printable(frame.output) +
@@ -79,7 +80,7 @@ void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence
     }
     printOut(text);
     tellGaps(plan, quiet);
-    shots::checkOutputs(plan, sequence.options);
+    shots::checkOutputs(plan, sequence.options, form);
 }
 
 FrameDivision divisionOf(const shots::SequencePlan& plan, const SequenceArguments& sequence,

@@ -11,7 +11,8 @@
 namespace kovalune::cli {
 
 /// What would be read and written, a line a frame on standard output; then throws what would stop the run.
-void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet);
+void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+              const shots::FrameForm& form, bool quiet);
 
 /// Gaps of the sequence, and frames that are left out.
 void tellGaps(const shots::SequencePlan& plan, bool quiet);

@@ -179,11 +179,14 @@ void runSmooth(const SmoothArguments& arguments) {
         shots::planSequence(shots::sequenceInput(sequence.inputs), sequence.output, sequence.options);
     const SmoothOptions options = optionsOf(arguments);
     if (sequence.options.dryRun) {
-        tellPlan(plan, sequence, arguments.quiet);
+        tellPlan(plan, sequence, arguments.form, arguments.quiet);
         return;
     }
     shots::checkOutputs(plan, sequence.options, arguments.form);
     checkFlagMap(arguments, plan);
+    if (sequence.options.makeFolders) {
+        shots::makeFolders(plan);
+    }
     if (plan.isOnePicture && sequence.options.existing == shots::ExistingOutputs::kReplace) {
         const shots::PlannedFrame& names = plan.frames.front();
         pictures::withMemoryFor(names.input, [&] { smoothFile(arguments, names, options); });

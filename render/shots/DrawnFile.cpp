@@ -2,10 +2,7 @@
 
 #include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
-#include "render/shots/AtomicFile.h"
 #include "render/shots/OutputFile.h"
-#include "text/Failure.h"
-#include "text/MessageText.h"
 
 namespace kovalune::shots {
 
@@ -21,14 +18,7 @@ pictures::Picture withSampleType(const pictures::Picture& drawn, pictures::Sampl
 pictures::FileFormat checkDrawnFile(const std::filesystem::path& file, const std::vector<std::string>& others,
                                     bool force, const FrameForm& form) {
     const pictures::FileFormat format = checkedOutputFormat(file, force, form);
-    for (const std::string& other : others) {
-        const bool isStream = isStandardOutput(file) || isStandardOutput(other);
-        if (!isStream && nameOneFile(file, other)) {
-            throw text::Failure(text::FailureKind::kUsage, "cannot write " + text::inQuotes(file.string()) +
-                                                               ": it is the picture " +
-                                                               text::inQuotes(other) + " of this command");
-        }
-    }
+    checkReplacesNone(file, others, "the picture");
     return format;
 }
 

@@ -127,6 +127,18 @@ pictures::FileFormat checkedOutputFormat(const std::filesystem::path& output, bo
     return format;
 }
 
+void checkReplacesNone(const std::filesystem::path& file, const std::vector<std::string>& others,
+                       const std::string& what) {
+    for (const std::string& other : others) {
+        const bool isStream = isStandardOutput(file) || isStandardOutput(other);
+        if (!isStream && nameOneFile(file, other)) {
+            throw text::Failure(text::FailureKind::kUsage, "cannot write " + text::inQuotes(file.string()) +
+                                                               ": it is " + what + ' ' +
+                                                               text::inQuotes(other) + " of this command");
+        }
+    }
+}
+
 void writeOutputs(std::span<const FileContent> outputs) {
     std::vector<FileContent> files;
     for (const FileContent& each : outputs) {

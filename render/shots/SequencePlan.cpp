@@ -8,10 +8,10 @@
 #include "text/MessageText.h"
 
 #include <algorithm>
-#include <limits>
 #include <set>
 #include <sys/stat.h>
 #include <system_error>
+#include <unordered_map>
 #include <utility>
 
 namespace kovalune::shots {
@@ -102,6 +102,9 @@ public:
         if (!missing.empty() && options_.missing == MissingFrames::kError && !options_.keepGoing) {
             failMissing(missing,
                         "leave them out with --missing skip, or repeat the one before with --missing hold");
+        }
+        if (plan_.frames.empty()) {
+            failMissing(missing, "so there is nothing to do");
         }
         if (options_.missing == MissingFrames::kSkip) {
             plan_.skipped = missing;
@@ -250,18 +253,6 @@ SequencePlan planSequence(const SequenceInput& input, const std::string& output,
     return plan;
 }
 
-namespace {
-
-void makeFolder(const fs::path& folder) {
-    std::error_code error;
-    fs::create_directories(folder, error);
-    if (error) {
-        failWriting(folder.string(), text::systemReason(error.value()));
-    }
-}
-
-} // namespace
-
 void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form) {
     std::set<fs::path> folders;
     for (const PlannedFrame& frame : plan.frames) {
@@ -281,14 +272,25 @@ void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, cons
         const fs::path folder = fs::path(frame.output).parent_path();
         const bool isNewFolder = folders.insert(folder).second;
         if (options.makeFolders && !folder.empty() && !fs::exists(folder, error)) {
-            if (options.dryRun) {
-                continue;
-            }
-            makeFolder(folder);
+            continue; // it is yet to be made
         }
         // What holds for a folder is asked once; a file that is there may have rules of its own.
         if (isNewFolder || isThere) {
             checkWritable(frame.output, options.force);
+        }
+    }
+}
+
+void makeFolders(const SequencePlan& plan) {
+    for (const PlannedFrame& frame : plan.frames) {
+        const fs::path folder = fs::path(frame.output).parent_path();
+        std::error_code error;
+        if (folder.empty() || fs::exists(folder, error)) {
+            continue;
+        }
+        fs::create_directories(folder, error);
+        if (error) {
+            failWriting(folder.string(), text::systemReason(error.value()));
         }
     }
 }

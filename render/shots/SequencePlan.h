@@ -6,11 +6,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <filesystem>
-#include <functional>
+
 #include <optional>
 #include <string>
-#include <unordered_map>
+
 #include <vector>
 
 namespace kovalune::shots {
@@ -36,7 +35,7 @@ struct SequenceOptions {
     std::optional<int64_t> renumber; ///< the first output's number; the others keep their distance
     ExistingOutputs existing = ExistingOutputs::kReplace;
     bool makeFolders = false;
-    bool dryRun = false;    ///< folders that would be made are taken for granted
+    bool dryRun = false;
     bool force = false;     ///< write-protected files are replaced too
     bool keepGoing = false; ///< a missing frame fails alone
 };
@@ -70,8 +69,11 @@ SequencePlan planSequence(const SequenceInput& input, const std::string& output,
 /// The same for pictures that are only looked at: without outputs.
 SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& options);
 
-/// Throws Failure where an output cannot be written: see checkWritable and outputFormat. With options.makeFolders the folders
-/// are made. The standard input and output are for one picture.
+/// Throws Failure where an output cannot be written: see checkWritable and outputFormat. With options.makeFolders those that
+/// are not there are taken for granted. The standard input and output are for one picture.
 void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form = {});
+
+/// Those of the outputs, once nothing else can stop the run. Throws Failure.
+void makeFolders(const SequencePlan& plan);
 
 } // namespace kovalune::shots

@@ -304,6 +304,11 @@ TEST_F(ShotCommand, RefusesWhatCannotBe) {
     expectRefused(with(plain, {"--frame", "3"}), 2, "--frame");
     expectRefused(with(plain, {"--set", "Blur Amount@1=1", "--set", "Blur Amount@1=2"}), 2, "already");
     expectRefused(with(plain, {"--until", "hair"}), 2, "there is no pass 'hair'");
+    expectRefused(with(plain, {"--log", name("cel", 2)}), 2, "it is the picture");
+    expectRefused(with(plain, {"--save-params", name("soft", 2)}), 2, "it is the picture");
+    expectRefused(with(plain, {"--save-params", "x", "--log", "./x"}), 2, "it is the settings file");
+    expectRefused({"cel.####.png", "-o", "new/", "--mkdir", "--set", "Blur Amount=-1"}, 2, "Blur Amount");
+    expectRefused(with(plain, {"--frames", "8,9", "--missing", "skip"}), 3, "nothing to do");
     expectRefused({"cel.####.png", "-o", "soft.##.##.png"}, 2, "2 places for a number");
     expectRefused({"cel.####.png", "-o", "soft.png"}, 2, "is one picture");
     expectRefused({"cel.####.png", "-o", "no/soft.####.png"}, 3, "there is no folder");
