@@ -30,15 +30,7 @@ protected:
         writePng(folder_ / name, png);
     }
 
-    std::string colors(const std::vector<std::string>& words) const {
-        std::vector<std::string> all = {"colors"};
-        all.insert(all.end(), words.begin(), words.end());
-        CommandSetting setting;
-        setting.folder = folder_.path();
-        const CommandOutcome outcome = runCommand(all, setting);
-        EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return outcome.out;
-    }
+    std::string colors(const std::vector<std::string>& words) const { return printedBy("colors", words); }
 };
 
 TEST_F(ColorPlaces, AreBoxPiecesThicknessOutlineAndBorders) {

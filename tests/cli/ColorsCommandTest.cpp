@@ -15,26 +15,12 @@ namespace {
 
 class ColorsCommand : public ErrorCase {
 protected:
-    std::string colors(const std::vector<std::string>& words) {
-        std::vector<std::string> all = {"colors"};
-        all.insert(all.end(), words.begin(), words.end());
-        CommandSetting setting;
-        setting.folder = folder_.path();
-        const CommandOutcome outcome = runCommand(all, setting);
-        EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return outcome.out;
-    }
-
-    void write(const std::string& name, PngColor color, int depth, uint32_t width,
-               const std::vector<uint8_t>& bytes) {
-        PngPicture png = blankPng(color, depth, width, 1);
-        png.rows = bytes;
-        writePng(folder_ / name, png);
-    }
+    std::string colors(const std::vector<std::string>& words) { return printedBy("colors", words); }
 };
 
 TEST_F(ColorsCommand, ListsTheMostFrequentFirstAndTiesAsTheyAppear) {
-    write("a.png", PngColor::kRgb, 8, 7, {9, 9, 9, 255, 0, 128, 1, 2, 3, 9, 9, 9, 0, 0, 0, 1, 2, 3, 9, 9, 9});
+    writeRow("a.png", PngColor::kRgb, 8, 7,
+             {9, 9, 9, 255, 0, 128, 1, 2, 3, 9, 9, 9, 0, 0, 0, 1, 2, 3, 9, 9, 9});
     EXPECT_EQ(colors({"a.png"}), " 42.857 %  3  #090909\n"
                                  " 28.571 %  2  #010203\n"
                                  " 14.286 %  1  #FF0080\n"
@@ -42,7 +28,7 @@ TEST_F(ColorsCommand, ListsTheMostFrequentFirstAndTiesAsTheyAppear) {
 }
 
 TEST_F(ColorsCommand, TellsHowManyMoreThereAre) {
-    write("a.png", PngColor::kGrey, 8, 6, {1, 1, 1, 2, 2, 3});
+    writeRow("a.png", PngColor::kGrey, 8, 6, {1, 1, 1, 2, 2, 3});
     EXPECT_EQ(colors({"a.png", "--most", "1"}), " 50.000 %  3  #010101\n 50.000 %  3  in 2 more colours\n");
     EXPECT_EQ(colors({"a.png", "--most", "2"}),
               " 50.000 %  3  #010101\n 33.333 %  2  #020202\n 16.667 %  1  in 1 more colour\n");
@@ -54,29 +40,29 @@ TEST_F(ColorsCommand, ListsAllOnDemand) {
     for (std::size_t i = 0; i < ramp.size(); ++i) {
         ramp[i] = static_cast<uint8_t>(i);
     }
-    write("a.png", PngColor::kGrey, 8, 100, ramp);
+    writeRow("a.png", PngColor::kGrey, 8, 100, ramp);
     const auto lines = [](const std::string& text) { return std::count(text.begin(), text.end(), '\n'); };
     EXPECT_EQ(lines(colors({"a.png"})), 33);
     EXPECT_EQ(lines(colors({"a.png", "--most", "0"})), 100);
 }
 
 TEST_F(ColorsCommand, TransparentPixelsAreCountedApartAndCoverDoesNotMatter) {
-    write("a.png", PngColor::kRgbAlpha, 8, 5,
-          {1, 2, 3, 0, 7, 8, 9, 255, 7, 8, 9, 1, 4, 5, 6, 0, 7, 8, 9, 128});
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 5,
+             {1, 2, 3, 0, 7, 8, 9, 255, 7, 8, 9, 1, 4, 5, 6, 0, 7, 8, 9, 128});
     EXPECT_EQ(colors({"a.png"}), " 60.000 %  3  #070809\n 40.000 %  2  transparent\n");
-    write("b.png", PngColor::kGreyAlpha, 8, 1, {1, 0});
+    writeRow("b.png", PngColor::kGreyAlpha, 8, 1, {1, 0});
     EXPECT_EQ(colors({"b.png"}), "100.000 %  1  transparent\n");
 }
 
 TEST_F(ColorsCommand, PremultipliedColoursAreDivided) {
-    write("a.png", PngColor::kRgbAlpha, 8, 2, {200, 100, 50, 255, 100, 50, 25, 128});
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 2, {200, 100, 50, 255, 100, 50, 25, 128});
     EXPECT_EQ(colors({"a.png"}), " 50.000 %  1  #C86432\n 50.000 %  1  #643219\n");
     EXPECT_EQ(colors({"a.png", "--alpha", "premultiplied"}),
               " 50.000 %  1  #C86432\n 50.000 %  1  #C76432\n");
 }
 
 TEST_F(ColorsCommand, ShowsExactValuesOfMoreThan8Bits) {
-    write("a.png", PngColor::kRgb, 16, 2, {0x80, 0, 0, 0, 0xff, 0xff, 0x80, 0, 0, 1, 0xff, 0xff});
+    writeRow("a.png", PngColor::kRgb, 16, 2, {0x80, 0, 0, 0, 0xff, 0xff, 0x80, 0, 0, 1, 0xff, 0xff});
     EXPECT_EQ(colors({"a.png"}), " 50.000 %  1  #8000FF  32768, 0, 65535\n"
                                  " 50.000 %  1  #8000FF  32768, 1, 65535\n");
     writeFloats(folder_ / "b.tif", 3, 1, Channels::kRgb, {0.1F, 2, -1, 0.1F, 2, -1, 0, -0.0F, 0});
@@ -108,8 +94,8 @@ TEST_P(ManyColors, AreCountedAsASlowCountDoes) {
 INSTANTIATE_TEST_SUITE_P(Masks, ManyColors, testing::Values(0x81, 0x87, 0xff));
 
 TEST_F(ColorsCommand, DrawsThemAsAPicture) {
-    write("a.png", PngColor::kRgbAlpha, 8, 4,
-          {200, 10, 20, 255, 200, 10, 20, 255, 0, 99, 0, 255, 0, 0, 0, 0});
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 4,
+             {200, 10, 20, 255, 200, 10, 20, 255, 0, 99, 0, 255, 0, 0, 0, 0});
     for (const std::string name : {"色 見本.png", "colors.tif", "colors.tga", "colors.exr"}) {
         colors({"a.png", "-o", name});
         const Picture picture = readPicture(folder_ / name);

@@ -12,20 +12,9 @@ namespace {
 class CompareCommand : public ErrorCase {
 protected:
     CommandOutcome compare(const std::vector<std::string>& words) {
-        std::vector<std::string> all = {"compare"};
-        all.insert(all.end(), words.begin(), words.end());
-        CommandSetting setting;
-        setting.folder = folder_.path();
-        const CommandOutcome outcome = runCommand(all, setting);
+        const CommandOutcome outcome = runHere("compare", words);
         EXPECT_EQ(outcome.err, "");
         return outcome;
-    }
-
-    void write(const std::string& name, PngColor color, int depth, uint32_t width,
-               const std::vector<uint8_t>& bytes) {
-        PngPicture png = blankPng(color, depth, width, 1);
-        png.rows = bytes;
-        writePng(folder_ / name, png);
     }
 };
 
@@ -36,8 +25,8 @@ TEST_F(CompareCommand, APictureIsTheSameAsItself) {
 }
 
 TEST_F(CompareCommand, TellsHowMuchAndWhere) {
-    write("a.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 20, 30, 40, 0, 0, 0, 255});
-    write("b.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 25, 27, 40, 0, 0, 51, 254});
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 20, 30, 40, 0, 0, 0, 255});
+    writeRow("b.png", PngColor::kRgbAlpha, 8, 3, {1, 2, 3, 4, 10, 25, 27, 40, 0, 0, 51, 254});
     const CommandOutcome outcome = compare({"a.png", "b.png"});
     EXPECT_EQ(outcome.exitCode, 1);
     EXPECT_EQ(outcome.out,
@@ -52,9 +41,9 @@ TEST_F(CompareCommand, TellsHowMuchAndWhere) {
 }
 
 TEST_F(CompareCommand, DepthsAreComparedAsFractionsOfWhite) {
-    write("8.png", PngColor::kGrey, 8, 2, {0x12, 0xff});
-    write("16.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xff});
-    write("off.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xfe});
+    writeRow("8.png", PngColor::kGrey, 8, 2, {0x12, 0xff});
+    writeRow("16.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xff});
+    writeRow("off.png", PngColor::kGrey, 16, 2, {0x12, 0x12, 0xff, 0xfe});
     EXPECT_EQ(compare({"8.png", "16.png"}).exitCode, 0);
     const CommandOutcome outcome = compare({"8.png", "off.png"});
     EXPECT_EQ(outcome.exitCode, 1);
@@ -66,10 +55,10 @@ TEST_F(CompareCommand, DepthsAreComparedAsFractionsOfWhite) {
 }
 
 TEST_F(CompareCommand, GreyIsSpreadAndMissingAlphaIsFull) {
-    write("grey.png", PngColor::kGrey, 8, 2, {7, 9});
-    write("rgb.png", PngColor::kRgb, 8, 2, {7, 7, 7, 9, 9, 9});
-    write("rgba.png", PngColor::kRgbAlpha, 8, 2, {7, 7, 7, 255, 9, 9, 9, 255});
-    write("thin.png", PngColor::kGreyAlpha, 8, 2, {7, 255, 9, 254});
+    writeRow("grey.png", PngColor::kGrey, 8, 2, {7, 9});
+    writeRow("rgb.png", PngColor::kRgb, 8, 2, {7, 7, 7, 9, 9, 9});
+    writeRow("rgba.png", PngColor::kRgbAlpha, 8, 2, {7, 7, 7, 255, 9, 9, 9, 255});
+    writeRow("thin.png", PngColor::kGreyAlpha, 8, 2, {7, 255, 9, 254});
     EXPECT_EQ(compare({"grey.png", "rgb.png"}).exitCode, 0);
     EXPECT_EQ(compare({"rgba.png", "grey.png"}).exitCode, 0);
     const CommandOutcome outcome = compare({"grey.png", "thin.png"});
@@ -83,7 +72,7 @@ TEST_F(CompareCommand, GreyIsSpreadAndMissingAlphaIsFull) {
 TEST_F(CompareCommand, FloatsAreComparedExactly) {
     writeFloats(folder_ / "a.tif", 2, 1, Channels::kRgb, {0.2F, 0, 0, 1, 2, 3});
     writeFloats(folder_ / "b.tif", 2, 1, Channels::kRgb, {0.2F, -0.0F, 0, 1, 2, 3});
-    write("c.png", PngColor::kRgb, 8, 2, {51, 0, 0, 255, 255, 255});
+    writeRow("c.png", PngColor::kRgb, 8, 2, {51, 0, 0, 255, 255, 255});
     EXPECT_EQ(compare({"a.tif", "b.tif"}).exitCode, 0);
     const CommandOutcome outcome = compare({"a.tif", "c.png"});
     EXPECT_EQ(outcome.exitCode, 1);
@@ -116,8 +105,8 @@ TEST_F(CompareCommand, SizesThatDifferAreToldAndNothingIsDrawn) {
 }
 
 TEST_F(CompareCommand, DrawsWhatDiffersBrightlyOnTheDimmedPicture) {
-    write("a.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 30});
-    write("b.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 31});
+    writeRow("a.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 30});
+    writeRow("b.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 31});
     EXPECT_EQ(compare({"a.png", "b.png", "--diff", "絵 diff.png"}).exitCode, 1);
     EXPECT_EQ(readPngFile(folder_ / "絵 diff.png").rows, (std::vector<uint8_t>{50, 25, 0, 255, 64, 224}));
     EXPECT_EQ(compare({"a.png", "a.png", "--diff", "same.png"}).exitCode, 0);

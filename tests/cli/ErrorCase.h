@@ -35,6 +35,29 @@ protected:
         EXPECT_EQ(bytesOf(folder_ / "old.png"), oldBytes());
     }
 
+    /// The command's own words, run in the folder.
+    CommandOutcome runHere(const std::string& command, std::vector<std::string> words) const {
+        words.insert(words.begin(), command);
+        CommandSetting setting;
+        setting.folder = folder_.path();
+        return runCommand(words, setting);
+    }
+
+    /// What it prints, where nothing is wrong.
+    std::string printedBy(const std::string& command, const std::vector<std::string>& words) const {
+        const CommandOutcome outcome = runHere(command, words);
+        EXPECT_TRUE(outcome.ok()) << outcome.err;
+        return outcome.out;
+    }
+
+    /// A picture of one row, of these samples' bytes.
+    void writeRow(const std::string& name, PngColor color, int depth, uint32_t width,
+                  const std::vector<uint8_t>& bytes) const {
+        PngPicture png = blankPng(color, depth, width, 1);
+        png.rows = bytes;
+        writePng(folder_ / name, png);
+    }
+
     TestFolder folder_;
 };
 

@@ -14,25 +14,16 @@ namespace {
 
 class InspectJson : public ErrorCase {
 protected:
-    CommandOutcome run(const std::vector<std::string>& words) const {
-        CommandSetting setting;
-        setting.folder = folder_.path();
-        const CommandOutcome outcome = runCommand(words, setting);
+    CommandOutcome run(const std::string& command, const std::vector<std::string>& words) const {
+        const CommandOutcome outcome = runHere(command, words);
         EXPECT_EQ(outcome.err, "");
         return outcome;
-    }
-
-    void write(const std::string& name, PngColor color, int depth, uint32_t width,
-               const std::vector<uint8_t>& bytes) {
-        PngPicture png = blankPng(color, depth, width, 1);
-        png.rows = bytes;
-        writePng(folder_ / name, png);
     }
 };
 
 TEST_F(InspectJson, OfPickHasEveryPoint) {
-    write("a.png", PngColor::kRgbAlpha, 8, 2, {12, 34, 56, 78, 255, 0, 0, 255});
-    const Json json = Json::parse(run({"pick", "a.png", "1,0", "0,0", "--json"}).out);
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 2, {12, 34, 56, 78, 255, 0, 0, 255});
+    const Json json = Json::parse(run("pick", {"a.png", "1,0", "0,0", "--json"}).out);
     EXPECT_EQ(json.at("picture").at("width"), 2);
     EXPECT_EQ(json.at("picture").at("alpha"), "straight");
     ASSERT_EQ(json.at("points").size(), 2U);
@@ -47,15 +38,15 @@ TEST_F(InspectJson, OfPickHasEveryPoint) {
 
 TEST_F(InspectJson, HasFloatsByTheirDigitsAndWhatIsNoNumberAsText) {
     writeFloats(folder_ / "a.tif", 1, 1, Channels::kRgb, {0.1F, -2.5F, std::bit_cast<float>(0x7fc00000U)});
-    const std::string text = run({"pick", "a.tif", "0,0", "--json"}).out;
+    const std::string text = run("pick", {"a.tif", "0,0", "--json"}).out;
     EXPECT_NE(text.find("\"red\": 0.1,"), std::string::npos) << text;
     EXPECT_EQ(Json::parse(text).at("points").at(0).at("file").at("blue"), "nan(0x7fc00000)");
 }
 
 TEST_F(InspectJson, OfCompareTellsWhatDiffers) {
-    write("a.png", PngColor::kGrey, 8, 3, {1, 2, 3});
-    write("b.png", PngColor::kGrey, 8, 3, {1, 5, 4});
-    const CommandOutcome outcome = run({"compare", "a.png", "b.png", "--json", "--tolerance", "1"});
+    writeRow("a.png", PngColor::kGrey, 8, 3, {1, 2, 3});
+    writeRow("b.png", PngColor::kGrey, 8, 3, {1, 5, 4});
+    const CommandOutcome outcome = run("compare", {"a.png", "b.png", "--json", "--tolerance", "1"});
     EXPECT_EQ(outcome.exitCode, 1);
     const Json json = Json::parse(outcome.out);
     EXPECT_EQ(json.at("a").at("file"), "a.png");
@@ -66,15 +57,15 @@ TEST_F(InspectJson, OfCompareTellsWhatDiffers) {
     EXPECT_EQ(json.at("withinTolerance"), 1);
     EXPECT_EQ(json.at("largest").at(0).at("units"), 3.0);
     EXPECT_EQ(json.at("first"), (Json{{"x", 1}, {"y", 0}, {"a", {{"grey", 2}}}, {"b", {{"grey", 5}}}}));
-    const Json same = Json::parse(run({"compare", "a.png", "a.png", "--json"}).out);
+    const Json same = Json::parse(run("compare", {"a.png", "a.png", "--json"}).out);
     EXPECT_EQ(same.at("same"), true);
     EXPECT_FALSE(same.contains("first"));
-    EXPECT_EQ(Json::parse(run({"compare", "a.png", "in.png", "--json"}).out).at("reason"),
+    EXPECT_EQ(Json::parse(run("compare", {"a.png", "in.png", "--json"}).out).at("reason"),
               "the sizes differ");
 }
 
 TEST_F(InspectJson, OfInfoHasEffectAndCommand) {
-    const Json json = Json::parse(run({"info", "--json"}).out);
+    const Json json = Json::parse(run("info", {"--json"}).out);
     EXPECT_TRUE(json.at("effect").at("plugin").is_null());
     EXPECT_EQ(json.at("effect").at("depths"), (Json{8, 16, 32}));
     EXPECT_EQ(json.at("effect").at("smartRender"), true);
@@ -87,21 +78,21 @@ TEST_F(InspectJson, OfInfoHasEffectAndCommand) {
 class Tolerance : public InspectJson {};
 
 TEST_F(Tolerance, OfAnyChannelAndAlphaTooCountsWhatIsBeyondIt) {
-    write("a.png", PngColor::kRgbAlpha, 8, 2, {10, 20, 30, 40, 0, 0, 0, 255});
-    write("b.png", PngColor::kRgbAlpha, 8, 2, {10, 22, 30, 40, 0, 0, 0, 252});
+    writeRow("a.png", PngColor::kRgbAlpha, 8, 2, {10, 20, 30, 40, 0, 0, 0, 255});
+    writeRow("b.png", PngColor::kRgbAlpha, 8, 2, {10, 22, 30, 40, 0, 0, 0, 252});
     const auto code = [this](const std::string& tolerance) {
-        return run({"compare", "a.png", "b.png", "--tolerance", tolerance}).exitCode;
+        return run("compare", {"a.png", "b.png", "--tolerance", tolerance}).exitCode;
     };
     EXPECT_EQ(code("0"), 1);
     EXPECT_EQ(code("2.99"), 1);
     EXPECT_EQ(code("3"), 0);
     EXPECT_EQ(code("255"), 0);
-    const CommandOutcome within = run({"compare", "a.png", "b.png", "--tolerance", "3"});
+    const CommandOutcome within = run("compare", {"a.png", "b.png", "--tolerance", "3"});
     EXPECT_NE(within.out.find("\nsame within 3 of 255: 2 pixels differ by no more\n"
                               "Largest difference, of 255 (of 1): red 0 (0), green 2"),
               std::string::npos)
         << within.out;
-    const CommandOutcome beyond = run({"compare", "a.png", "b.png", "--tolerance", "2"});
+    const CommandOutcome beyond = run("compare", {"a.png", "b.png", "--tolerance", "2"});
     EXPECT_NE(beyond.out.find("\ndifferent: 1 of 2 pixels (50.000 %) by more than 2 of 255\n"),
               std::string::npos)
         << beyond.out;
@@ -109,16 +100,16 @@ TEST_F(Tolerance, OfAnyChannelAndAlphaTooCountsWhatIsBeyondIt) {
 }
 
 TEST_F(Tolerance, IsOf255InEveryDepth) {
-    write("8.png", PngColor::kGrey, 8, 1, {100});
-    write("16.png", PngColor::kGrey, 16, 1, {100, 228}); // 25828, half a step more than 25700
-    EXPECT_EQ(run({"compare", "8.png", "16.png", "--tolerance", "0.5"}).exitCode, 0);
-    EXPECT_EQ(run({"compare", "8.png", "16.png", "--tolerance", "0.49"}).exitCode, 1);
+    writeRow("8.png", PngColor::kGrey, 8, 1, {100});
+    writeRow("16.png", PngColor::kGrey, 16, 1, {100, 228}); // 25828, half a step more than 25700
+    EXPECT_EQ(run("compare", {"8.png", "16.png", "--tolerance", "0.5"}).exitCode, 0);
+    EXPECT_EQ(run("compare", {"8.png", "16.png", "--tolerance", "0.49"}).exitCode, 1);
 }
 
 TEST_F(Tolerance, DrawsWhatIsBeyondItAlone) {
-    write("a.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 30});
-    write("b.png", PngColor::kRgb, 8, 2, {202, 101, 3, 10, 20, 40});
-    EXPECT_EQ(run({"compare", "a.png", "b.png", "--tolerance", "5", "--diff", "d.png"}).exitCode, 1);
+    writeRow("a.png", PngColor::kRgb, 8, 2, {200, 101, 3, 10, 20, 30});
+    writeRow("b.png", PngColor::kRgb, 8, 2, {202, 101, 3, 10, 20, 40});
+    EXPECT_EQ(run("compare", {"a.png", "b.png", "--tolerance", "5", "--diff", "d.png"}).exitCode, 1);
     EXPECT_EQ(readPngFile(folder_ / "d.png").rows, (std::vector<uint8_t>{50, 25, 0, 255, 64, 224}));
 }
 

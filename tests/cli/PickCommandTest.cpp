@@ -9,15 +9,7 @@ namespace {
 
 class PickCommand : public ErrorCase {
 protected:
-    std::string picked(const std::vector<std::string>& words) {
-        std::vector<std::string> all = {"pick"};
-        all.insert(all.end(), words.begin(), words.end());
-        CommandSetting setting;
-        setting.folder = folder_.path();
-        const CommandOutcome outcome = runCommand(all, setting);
-        EXPECT_TRUE(outcome.ok()) << outcome.err;
-        return outcome.out;
-    }
+    std::string picked(const std::vector<std::string>& words) { return printedBy("pick", words); }
 };
 
 TEST_F(PickCommand, TellsFileAndEffectValuesOf8Bits) {
