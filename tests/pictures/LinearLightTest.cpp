@@ -18,16 +18,16 @@ using namespace pictures;
 namespace {
 
 /// By the C library, in more digits.
-long double otherCurve(long double light) {
-    const long double size = std::abs(light);
+double otherCurve(double light) {
+    const auto size = static_cast<long double>(std::abs(light));
     const long double value = size <= 0.0031308L ? 12.92L * size : 1.055L * std::pow(size, 1 / 2.4L) - 0.055L;
-    return light < 0 ? -value : value;
+    return static_cast<double>(light < 0 ? -value : value);
 }
 
-long double otherWayBack(long double value) {
-    const long double size = std::abs(value);
+double otherWayBack(double value) {
+    const auto size = static_cast<long double>(std::abs(value));
     const long double light = size <= 0.04045L ? size / 12.92L : std::pow((size + 0.055L) / 1.055L, 2.4L);
-    return value < 0 ? -light : light;
+    return static_cast<double>(value < 0 ? -light : light);
 }
 
 Picture linear(Picture picture) {
@@ -47,8 +47,8 @@ TEST(LightCurve, IsTheOneOfSrgbMirroredAndContinued) {
     constexpr double kNear = 4e-16;
     for (int i = -3000; i <= 3000; ++i) {
         const double x = i / 1000.0;
-        EXPECT_NEAR(srgbOfLinear(x), static_cast<double>(otherCurve(x)), kNear * 3) << x;
-        EXPECT_NEAR(linearOfSrgb(x), static_cast<double>(otherWayBack(x)), kNear * 16) << x;
+        EXPECT_NEAR(srgbOfLinear(x), otherCurve(x), kNear * 3) << x;
+        EXPECT_NEAR(linearOfSrgb(x), otherWayBack(x), kNear * 16) << x;
         EXPECT_EQ(srgbOfLinear(-x), -srgbOfLinear(x));
         EXPECT_EQ(linearOfSrgb(-x), -linearOfSrgb(x));
     }
