@@ -104,7 +104,7 @@ public:
                         "leave them out with --missing skip, or repeat the one before with --missing hold");
         }
         if (plan_.frames.empty()) {
-            failMissing(missing, "so there is nothing to do");
+            failMissing(missing, "so with these --frames there is nothing to do");
         }
         if (options_.missing == MissingFrames::kSkip) {
             plan_.skipped = missing;
