@@ -145,12 +145,13 @@ private:
         if (!isThere && hasEarlier && options_.missing == MissingFrames::kHold) {
             frame.held = *(next - 1);
         }
-        frame.isMissing = !isThere && !frame.held;
+        const bool has = isThere || frame.held;
+        frame.isMissing = !has;
         frame.input = input_.pattern->nameOf(frame.held.value_or(number));
-        if (!frame.isMissing || (options_.missing == MissingFrames::kError && options_.keepGoing)) {
+        if (has || (options_.missing == MissingFrames::kError && options_.keepGoing)) {
             plan_.frames.push_back(std::move(frame));
         }
-        return isThere || frame.held.has_value();
+        return has;
     }
 
     [[noreturn]] void failMissing(const std::vector<int64_t>& missing, const std::string& advice) const {
