@@ -1,6 +1,6 @@
 # How test programs are run by CTest.
 #
-#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE] [WINE32] [JAPANESE] [SETS PLAIN|ALL] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
+#   kovalune_add_tests(PROGRAM [EACH] [SLOW] [WINE | WINE32 | WINE_LONG] [JAPANESE] [SETS PLAIN|ALL] [TIMEOUT SECONDS] [ENVIRONMENT NAME=VALUE...])
 #
 # A program's tests share a few processes, PROGRAM.1 to PROGRAM.4, since starting one for each test takes longer than most of
 # them, above all under a sanitizer. What each test did is in results/PROGRAM.N.xml of the build folder.
@@ -10,9 +10,11 @@
 #   WINE   says something of Windows: the target wine_tests builds it for Windows, and the presets win32 and win64 run it. No
 #          more programs than these are built there: each costs time
 #   WINE32 as WINE, but of 64-bit Windows with KOVALUNE_TEST_LONG alone: what a width changes is tested without Wine
+#   WINE_LONG  as WINE with KOVALUNE_TEST_LONG alone: whole frames of the finished files go the same ways
 #   SETS   runs once more, as PROGRAM.SET.N, with the plain kernels, or with those of each instruction set that this machine has
-#          beside the one in use; under the address sanitizer and Wine with the plain ones alone, of slow programs for 64-bit
-#          Windows with KOVALUNE_TEST_LONG alone. To the thread sanitizer all sets are alike
+#          beside the one in use; under the address sanitizer and Wine with the plain ones alone. Without KOVALUNE_TEST_LONG slow
+#          programs run once on each width of Windows: on 32 bits with the set in use, on 64 with the plain one. To the thread
+#          sanitizer all sets are alike
 #   JAPANESE   under Wine, on a Japanese system: with names in code page 932, of which a byte may look like '\'
 #
 # Every test bears the name of its room, a folder of tests/, as a label.
@@ -21,7 +23,7 @@ include(GoogleTest)
 set(KOVALUNE_TEST_PROCESSES 4 CACHE STRING "The processes that a test program's tests are dealt out to")
 
 function(kovalune_add_tests program)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;WINE32;JAPANESE" "TIMEOUT;SETS" "ENVIRONMENT")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "EACH;SLOW;WINE;WINE32;WINE_LONG;JAPANESE" "TIMEOUT;SETS" "ENVIRONMENT")
   if(arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "kovalune_add_tests(${program}) does not know ${arg_UNPARSED_ARGUMENTS}")
   endif()
@@ -31,11 +33,7 @@ function(kovalune_add_tests program)
   if(arg_SLOW)
     list(APPEND labels slow)
   endif()
-  set(for_long FALSE)
-  if(WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 8 AND NOT KOVALUNE_TEST_LONG)
-    set(for_long TRUE)
-  endif()
-  if(arg_WINE32 AND NOT for_long)
+  if(arg_WINE_LONG AND KOVALUNE_TEST_LONG OR arg_WINE32 AND (KOVALUNE_TEST_LONG OR CMAKE_SIZEOF_VOID_P EQUAL 4))
     set(arg_WINE TRUE)
   endif()
   if(WIN32 AND arg_WINE)
@@ -70,22 +68,26 @@ function(kovalune_add_tests program)
     set(results ${PROJECT_BINARY_DIR}/results)
   endif()
   math(EXPR last "${KOVALUNE_TEST_PROCESSES} - 1")
-  set(sets)
+  set(sets in_use)
   if(arg_SETS)
     target_sources(${program} PRIVATE ${PROJECT_SOURCE_DIR}/tests/support/ChosenSet.cpp)
-    if(NOT KOVALUNE_SANITIZE STREQUAL "thread" AND NOT (for_long AND arg_SLOW))
-      set(sets plain)
+    if(WIN32 AND arg_SLOW AND NOT KOVALUNE_TEST_LONG)
+      if(CMAKE_SIZEOF_VOID_P EQUAL 8)
+        set(sets plain)
+      endif()
+    elseif(NOT KOVALUNE_SANITIZE STREQUAL "thread")
+      list(APPEND sets plain)
     endif()
     if(arg_SETS STREQUAL "ALL" AND NOT WIN32 AND NOT KOVALUNE_SANITIZE)
       list(APPEND sets sse2 avx2 avx512)
     endif()
   endif()
-  foreach(instructions "" ${sets})
+  foreach(instructions ${sets})
     foreach(shard RANGE ${last})
       math(EXPR number "${shard} + 1")
       set(name ${program}.${number})
       set(environment GTEST_TOTAL_SHARDS=${KOVALUNE_TEST_PROCESSES} GTEST_SHARD_INDEX=${shard} ${arg_ENVIRONMENT})
-      if(instructions)
+      if(NOT instructions STREQUAL "in_use")
         set(name ${program}.${instructions}.${number})
         list(APPEND environment KOVALUNE_TEST_SET=${instructions})
       endif()
