@@ -91,6 +91,10 @@ std::optional<std::string> embeddedSettings(const Picture& picture) {
     return std::nullopt;
 }
 
+bool holdsSettings(const Picture& picture, const std::string& settings) {
+    return embeddedSettings(picture) == std::string(kTitle) + settings;
+}
+
 std::vector<PictureNote> withoutSettings(FileFormat format, const std::vector<PictureNote>& notes) {
     std::vector<PictureNote> others;
     for (const PictureNote& note : notes) {

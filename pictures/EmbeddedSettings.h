@@ -16,6 +16,9 @@ bool canEmbedSettings(FileFormat format);
 /// As they were embedded; none where there are none.
 std::optional<std::string> embeddedSettings(const Picture& picture);
 
+/// Whether it holds just these, as withSettings has put them in.
+bool holdsSettings(const Picture& picture, const std::string& settings);
+
 /// Whether a note of this format is theirs alone, and not of the user's making.
 bool isEmbeddedSettings(const PictureNote& note, FileFormat format);
 

@@ -81,13 +81,16 @@ struct SheetArguments {
     EffectArguments effect;
     FrameArguments frame;
     ReportArguments report;
-    std::string input;
+    ReadArguments pictures;
     std::string output;
     bool force = false;
-    std::vector<std::string> views; ///< by their names, in order; none: all
-    int columns = 0;                ///< of the sheet; 0: as many as are usual
-    std::optional<double> scale;    ///< of the views, above 0 to 1; not with `width`
-    int width = 0;                  ///< that the sheet has at most, in pixels; 0: what is usual
+    render::AreaSettings area;         ///< of all passes
+    std::optional<int64_t> valueFrame; ///< whose values a picture without a number gets
+    std::vector<std::string> views;    ///< of one picture, by their names, in order; none: all
+    std::optional<std::string> view;   ///< of a shot
+    int columns = 0;                   ///< of the sheet; 0: as many as are usual
+    std::optional<double> scale;       ///< of the views, above 0 to 1; not with `width`
+    int width = 0;                     ///< that the sheet has at most, in pixels; 0: what is usual
 };
 
 /// The boundary smoothing alone.
@@ -169,6 +172,7 @@ struct CompareArguments {
     double tolerance = 0.0;                     ///< of 255; samples that are no farther apart do not differ
     bool json = false;
     bool force = false;
+    pictures::DecodeOptions decoding; ///< of both
     pictures::EncodeOptions encoding;
 };
 

@@ -11,9 +11,12 @@ void addRender(CommandSyntax& command, RenderArguments& arguments);
 void addSequence(CommandSyntax& command, SequenceArguments& sequence);
 /// Which ones it looks at.
 void addRead(CommandSyntax& command, ReadArguments& read);
+/// Throws UsageMistake where there is none.
+void checkRead(const ReadArguments& read);
 void addFrameList(CommandSyntax& command, std::optional<std::vector<int64_t>>& frames);
 /// Throws UsageMistake where one of them is missing.
 void checkInputAndOutput(const SequenceArguments& sequence);
+void checkInputAndOutput(const std::vector<std::string>& inputs, const std::string& output);
 
 void addSheet(CommandSyntax& command, SheetArguments& arguments);
 void addSmooth(CommandSyntax& command, SmoothArguments& arguments);

@@ -49,12 +49,6 @@ OptionSyntax addInput(CommandSyntax& command, std::string& input);
 void addForce(CommandSyntax& command, bool& force);
 OptionSyntax addOutput(CommandSyntax& command, std::string& output, bool& force, const std::string& asInput);
 
-template <class Record>
-void addRequiredFiles(CommandSyntax& command, Record& arguments, const std::string& asInput) {
-    addInput(command, arguments.input).required();
-    addOutput(command, arguments.output, arguments.force, asInput).required().shownAs("FILE REQUIRED");
-}
-
 void addPlugin(CommandSyntax& command, std::optional<std::string>& plugin);
 /// The instruction set; one that the machine lacks is refused.
 void addCpu(CommandSyntax& command, std::optional<std::string>& cpu);

@@ -23,12 +23,6 @@ void addTolerance(CommandSyntax& command, double& tolerance) {
         .shownAs("N");
 }
 
-void checkRead(const ReadArguments& read) {
-    if (read.inputs.empty()) {
-        throw UsageMistake("INPUT is required");
-    }
-}
-
 } // namespace
 
 void addColors(CommandSyntax& command, ColorsArguments& arguments) {
@@ -117,6 +111,8 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments) {
     addForce(command, arguments.force);
     addPngLevel(command, arguments.encoding);
     addTolerance(command, arguments.tolerance);
+    addInFormat(command, arguments.decoding);
+    addExrChoice(command, arguments.decoding);
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     command.addFooter(example("compare before.png after.png --diff where.png",
                               "Without a tolerance samples are compared exactly, as fractions of white and "

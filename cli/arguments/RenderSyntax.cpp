@@ -111,11 +111,12 @@ void addSheetForm(CommandSyntax& command, SheetArguments& arguments) {
     command
         .addTaker(
             "--views", [&arguments](const std::string& text) { arguments.views = listedNames(text); },
-            "Draw these views alone, in this order")
+            "Of one picture draw these views alone, in this order")
         .shownAs("NAME,NAME");
+    command.addText("--view", arguments.view, "Of a shot draw this view; default: Normal").shownAs("NAME");
     addWhole(command, "--columns", arguments.columns, 1, kMostColumns,
-             "Views beside each other, 1 to " + std::to_string(kMostColumns) +
-                 "; default: 4, or as many as the width holds");
+             "Pictures beside each other, 1 to " + std::to_string(kMostColumns) +
+                 "; default: 4 views, or as many as the width holds; of a shot as many as there are rows");
     const auto setScale = [&arguments](const std::string& text) {
         double read = 0.0;
         if (!readDecimal(text, read) || !(read > 0.0 && read <= 1.0)) {
@@ -123,9 +124,9 @@ void addSheetForm(CommandSyntax& command, SheetArguments& arguments) {
         }
         arguments.scale = read;
     };
-    command.addTaker("--scale", setScale, "Shrink the views by this factor, above 0 to 1").shownAs("N");
+    command.addTaker("--scale", setScale, "Shrink the pictures by this factor, above 0 to 1").shownAs("N");
     addWhole(command, "--width", arguments.width, kNarrowestSheet, kWidestSheet,
-             "Shrink the views until the sheet has so many pixels across; default: " +
+             "Shrink the pictures until the sheet has so many pixels across; default: " +
                  std::to_string(kUsualSheetWidth));
 }
 
@@ -186,9 +187,14 @@ void checkTogether(const RenderArguments& arguments) {
 }
 
 void addSheet(CommandSyntax& command, SheetArguments& arguments) {
-    command.describe("Draw all views of a picture side by side with their names");
-    addRequiredFiles(command, arguments, "may not be INPUT");
+    command.describe("Draw all views of a picture side by side, or the frames of a shot");
+    addRead(command, arguments.pictures);
+    addOutput(command, arguments.output, arguments.force, "may not be INPUT").shownAs("FILE REQUIRED");
     addEffect(command, arguments.effect);
+    addPasses(command, arguments.effect);
+    addFrameNumber(command, "--frame", arguments.valueFrame,
+                   "A picture without a number gets the keys of this frame");
+    addArea(command, arguments.area);
     addFrame(command, arguments.frame);
     addReport(command, arguments.report);
     addSheetForm(command, arguments);
@@ -196,11 +202,12 @@ void addSheet(CommandSyntax& command, SheetArguments& arguments) {
 }
 
 void checkTogether(const SheetArguments& arguments) {
+    checkInputAndOutput(arguments.pictures.inputs, arguments.output);
     checkReport(arguments.report, arguments.effect);
     checkCpu(arguments.effect);
     if (arguments.scale && arguments.width > 0) {
         throw UsageMistake(
-            "--scale: is the size of the views and --width that of the sheet; give one of them");
+            "--scale: is the size of the pictures and --width that of the sheet; give one of them");
     }
 }
 

@@ -109,6 +109,12 @@ void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
     command.addFlag("--verbose", sequence.verbose, "Tell how the work is divided");
 }
 
+void checkRead(const ReadArguments& read) {
+    if (read.inputs.empty()) {
+        throw UsageMistake("INPUT is required");
+    }
+}
+
 void checkStreams(const SequenceArguments& sequence) {
     const bool reads =
         std::find(sequence.inputs.begin(), sequence.inputs.end(), "-") != sequence.inputs.end();
@@ -122,19 +128,22 @@ void checkStreams(const SequenceArguments& sequence) {
     }
 }
 
-void checkInputAndOutput(const SequenceArguments& sequence) {
-    checkStreams(sequence);
-    if (std::all_of(sequence.inputs.begin(), sequence.inputs.end(),
-                    [](const std::string& input) { return input.empty(); })) {
+void checkInputAndOutput(const std::vector<std::string>& inputs, const std::string& output) {
+    if (std::all_of(inputs.begin(), inputs.end(), [](const std::string& input) { return input.empty(); })) {
         throw UsageMistake("INPUT is required");
     }
-    if (sequence.output.empty() && sequence.inputs.size() > 1) {
-        throw UsageMistake("--output is required: is it " + text::inQuotes(sequence.inputs.back()) +
+    if (output.empty() && inputs.size() > 1) {
+        throw UsageMistake("--output is required: is it " + text::inQuotes(inputs.back()) +
                            "? The picture to write stands after -o");
     }
-    if (sequence.output.empty()) {
+    if (output.empty()) {
         throw UsageMistake("--output is required");
     }
+}
+
+void checkInputAndOutput(const SequenceArguments& sequence) {
+    checkStreams(sequence);
+    checkInputAndOutput(sequence.inputs, sequence.output);
 }
 
 } // namespace kovalune::cli

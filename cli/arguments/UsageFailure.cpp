@@ -1,6 +1,5 @@
 #include "cli/arguments/UsageFailure.h"
 
-#include "cli/files/PictureNames.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
@@ -14,8 +13,6 @@
 namespace kovalune::cli {
 
 namespace {
-
-constexpr char kOutput[] = "--output";
 
 /// Ends the messages that tell nothing else to write.
 std::string usageHint(const std::string& command) {
@@ -71,14 +68,7 @@ std::string shortNameIn(const std::string& word, const CommandSyntax& command) {
 /// Words that are neither options nor have a place.
 [[noreturn]] void failExtra(const CommandSyntax& command, const std::vector<std::string>& words) {
     const std::string name = command.name();
-    const std::string several = loopOver(kAnyPicture, name);
-    if (several.empty()) {
-        fail("'kovalune " + name + "' takes no " + text::inQuotes(words.front()) + " here" + usageHint(name));
-    }
-    const std::string text =
-        "'kovalune " + name + "' takes one picture, and " + text::inQuotes(words.front()) + " is one more";
-    const bool lacksOutput = command.timesGiven(kOutput) == std::size_t{0} && name != "colors";
-    fail(text + (lacksOutput && words.size() == 1 ? "; the picture to write stands behind -o" : several));
+    fail("'kovalune " + name + "' takes no " + text::inQuotes(words.front()) + " here" + usageHint(name));
 }
 
 /// The option had too many values or none.

@@ -57,10 +57,11 @@ Comparison comparePictures(const CompareArguments& arguments) {
     if (arguments.diff) {
         shots::checkDrawnFile(*arguments.diff, {arguments.first, arguments.second}, arguments.force);
     }
-    const pictures::Picture a =
-        pictures::withMemoryFor(arguments.first, [&] { return pictures::readPicture(arguments.first); });
-    const pictures::Picture b =
-        pictures::withMemoryFor(arguments.second, [&] { return pictures::readPicture(arguments.second); });
+    const auto read = [&arguments](const std::string& file) {
+        return pictures::withMemoryFor(file, [&] { return pictures::readPicture(file, arguments.decoding); });
+    };
+    const pictures::Picture a = read(arguments.first);
+    const pictures::Picture b = read(arguments.second);
     ComparedPictures compared = {arguments.first, arguments.second, a, b, std::nullopt, arguments.tolerance};
     if (a.width == b.width && a.height == b.height) {
         compared.difference = arguments.diff ? compareAndDraw(a, b, arguments)

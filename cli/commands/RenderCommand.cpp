@@ -10,7 +10,6 @@
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "render/EffectVersion.h"
-#include "render/SelectionNotes.h"
 #include "render/ShotSettings.h"
 #include "render/shots/AtomicFile.h"
 #include "render/shots/OutputFile.h"
@@ -65,16 +64,6 @@ struct Frame {
     std::vector<std::string> notes;
 };
 
-/// A pass's notes say whose they are where there are several.
-void addNotes(Frame& frame, const host::Session& session, const render::ShotSettings& settings,
-              std::size_t pass) {
-    for (const std::string& note :
-         render::selectionNotes(session, settings.named(pass), frame.counts[pass])) {
-        frame.notes.push_back(
-            settings.hasPasses() ? "pass " + text::inQuotes(settings.passName(pass)) + ": " + note : note);
-    }
-}
-
 Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings, const shots::ShotAreas& areas,
               const shots::PlannedFrame& names, const shots::SourceFrame& source,
               const RenderArguments& arguments) {
@@ -98,7 +87,8 @@ Frame frameOf(render::OpenEffect& effect, const render::ShotSettings& settings, 
         frame.image = renderPicture(effect, source.name, pass == 0 ? source.image : frame.image,
                                     arguments.frame, progress, counts, area.get());
         progress.nextFrame();
-        addNotes(frame, session, settings, pass);
+        const std::vector<std::string> notes = passNotes(session, settings, pass, frame.counts.back());
+        frame.notes.insert(frame.notes.end(), notes.begin(), notes.end());
     }
     return frame;
 }
@@ -127,7 +117,7 @@ void tellSettings(const RenderArguments& arguments, host::Session& session,
                                               frame.counts, frame.notes, arguments.report.json);
         printOut(arguments.printParams ? commented(report) : report);
     }
-    checkStrict(frame.notes, arguments.report, arguments.sequence.output);
+    checkStrict(frame.notes.size(), arguments.report, arguments.sequence.output);
 }
 
 /// A settings file keeps its time where nothing changes.
@@ -172,22 +162,6 @@ void renderFile(render::OpenEffect& effect, const render::ShotSettings& settings
         printOut(arguments.printParams ? commented(timesText(times)) : timesText(times));
     }
     noteLeftOut(source, format);
-}
-
-/// Keys count frames, which a picture without a number is none of.
-void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& plan,
-               const RenderArguments& arguments) {
-    if (arguments.valueFrame && plan.isSequence) {
-        throw text::Failure(text::FailureKind::kUsage,
-                            "--frame: is for a picture without a number, and the INPUT has "
-                            "numbers; --frames chooses among them");
-    }
-    if (settings.hasKeys() && !plan.isSequence && !(plan.isOnePicture && arguments.valueFrame)) {
-        throw text::Failure(
-            text::FailureKind::kUsage,
-            plan.isOnePicture ? "the settings have keys, and the INPUT has no number; --frame N gives it one"
-                              : "the settings have keys, and these INPUTs have no numbers; write a pattern");
-    }
 }
 
 /// What is written beside the pictures may replace none of them, nor what they are made with. Settings may be saved to where they
@@ -250,7 +224,7 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     }
     render::OpenEffect effect = openEffect(arguments.effect);
     const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
-    checkKeys(settings, plan, arguments);
+    checkKeys(settings, plan, arguments.valueFrame);
     const shots::ShotAreas areas(settings, arguments.area);
     areas.check(plan);
     checkSideFiles(plan, areas, arguments);

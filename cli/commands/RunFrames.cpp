@@ -9,6 +9,7 @@
 #include "render/shots/FrameList.h"
 #include "render/shots/Machine.h"
 #include "render/shots/SignalWatch.h"
+#include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
@@ -45,6 +46,9 @@ void tellLackOfRoom(const shots::SequencePlan& plan, std::size_t first) {
     const std::filesystem::path output = plan.frames[first].output;
     std::error_code error;
     const uintmax_t bytes = std::filesystem::file_size(output, error);
+    if (error) {
+        return; // nothing was written there
+    }
     const std::filesystem::path folder = output.has_parent_path() ? output.parent_path() : ".";
     const std::filesystem::space_info space = std::filesystem::space(folder, error);
     const uintmax_t rest = plan.frames.size() - 1;
@@ -56,6 +60,21 @@ void tellLackOfRoom(const shots::SequencePlan& plan, std::size_t first) {
 }
 
 } // namespace
+
+void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& plan,
+               const std::optional<int64_t>& frame) {
+    if (frame && plan.isSequence) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "--frame: is for a picture without a number, and the INPUT has "
+                            "numbers; --frames chooses among them");
+    }
+    if (settings.hasKeys() && !plan.isSequence && !(plan.isOnePicture && frame)) {
+        throw text::Failure(
+            text::FailureKind::kUsage,
+            plan.isOnePicture ? "the settings have keys, and the INPUT has no number; --frame N gives it one"
+                              : "the settings have keys, and these INPUTs have no numbers; write a pattern");
+    }
+}
 
 void tellGaps(const shots::SequencePlan& plan, bool quiet) {
     if (quiet) {

@@ -2,9 +2,11 @@
 #pragma once
 
 #include "cli/arguments/Arguments.h"
+#include "render/ShotSettings.h"
 #include "render/shots/ShotRun.h"
 #include "render/shots/ShotSummary.h"
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 
@@ -13,6 +15,11 @@ namespace kovalune::cli {
 /// What would be read and written, a line a frame on standard output; then throws what would stop the run.
 void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence,
               const shots::FrameForm& form, bool quiet);
+
+/// Keys count frames, which a picture without a number is none of: `frame` is then given. Throws Failure where it is not, or is
+/// and there are numbers.
+void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& plan,
+               const std::optional<int64_t>& frame);
 
 /// Gaps of the sequence, and frames that are left out.
 void tellGaps(const shots::SequencePlan& plan, bool quiet);

@@ -1,202 +1,77 @@
 #include "cli/Commands.h"
 
 #include "cli/commands/EffectSettings.h"
+#include "cli/commands/LookedPictures.h"
 #include "cli/commands/RememberedDefaults.h"
 #include "cli/commands/RenderPicture.h"
-#include "cli/files/SheetLayout.h"
+#include "cli/commands/RunFrames.h"
+#include "cli/commands/SheetPage.h"
+#include "cli/commands/SheetShot.h"
+#include "cli/commands/SheetViews.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
-#include "effect/Kovalune.h"
-#include "pictures/AreaMean.h"
-#include "pictures/Canvas.h"
-#include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "pictures/TextDrawing.h"
-#include "render/ParamLabel.h"
-#include "render/ParamText.h"
-#include "render/SelectionNotes.h"
-#include "render/Stages.h"
-#include "render/shots/AtomicFile.h"
 #include "render/shots/DrawnFile.h"
 #include "render/shots/OutputFile.h"
+#include "render/shots/ShotAreas.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
+#include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace kovalune::cli {
 
 namespace {
 
-constexpr pictures::DrawnColor kBackground = {96, 96, 96};
-constexpr pictures::DrawnColor kText = {240, 240, 240};
-constexpr pictures::DrawnColor kDarkSquare = {112, 112, 112};
-constexpr pictures::DrawnColor kLightSquare = {160, 160, 160};
-constexpr int64_t kPatchSide = 9;  // dots of the letters
-constexpr int64_t kPatchDots = 14; // with the room beside it
+/// A pass as its part of the sheet shows it.
+struct SheetPass {
+    host::ParamValues values;
+    std::string title; ///< before its views' names; empty where there is one pass
+    std::vector<SheetCell> cells;
+    std::shared_ptr<const render::FrameArea> area; ///< null: everywhere
 
-struct View {
-    int param = 0; ///< the index of the parameter that has the views
-    A_long value = 0;
-    std::string name;
-    std::optional<std::size_t> stage; ///< that it shows
-    bool isOff = false;               ///< it would show a stage that is switched off
+    std::string titleOf(const SheetCell& cell) const { return title + cell.caption; }
 };
 
-/// By the settings as they are.
-void labelOff(const host::Session& session, std::vector<View>& views) {
-    for (View& view : views) {
-        view.isOff = render::offStageOf(session, view.name).has_value();
-        if (view.isOff) {
-            view.name += " (off)";
-        }
-    }
-}
+/// What there is to draw.
+struct ViewsToDraw {
+    const std::vector<SheetView>& all; ///< all stages run in the first, which the next pass goes on from
+    const std::vector<SheetView>& chosen;
+    const render::ShotSettings& settings;
+    const shots::ShotAreas& areas;
+    int64_t number = 0; ///< of the frame whose values count
+};
 
-std::optional<std::size_t> stageOf(const std::string& view) {
-    for (std::size_t stage = 0; stage < kStageCount; ++stage) {
-        if (view == render::stageName(stage)) {
-            return stage;
-        }
-    }
-    return std::nullopt;
-}
-
-/// Those that can be chosen.
-std::vector<View> viewsOf(const host::Session& session) {
-    const int index = render::findSettable(session.params(), render::kViewLabel);
-    const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
-    const std::vector<std::string> choices = session.choices(index);
-    std::vector<View> views;
-    for (const A_long value : render::choosable(def, choices)) {
-        const std::string name = render::valueText(def, choices, value);
-        views.push_back({index, value, name, stageOf(name), false});
-    }
-    if (views.empty()) {
-        throw text::Failure(text::FailureKind::kUsage, "the effect has no views to draw");
-    }
-    return views;
-}
-
-/// The ones of these names, in their order; all where there are none.
-std::vector<View> chosenViews(const host::Session& session, const std::vector<View>& all,
-                              const std::vector<std::string>& names) {
-    std::vector<View> chosen;
-    for (const std::string& name : names) {
-        const PF_ParamDef& def = session.params()[static_cast<std::size_t>(all.front().param)];
-        const auto value =
-            std::get<A_long>(render::parseValue(def, session.choices(all.front().param), name));
-        chosen.push_back(
-            *std::find_if(all.begin(), all.end(), [value](const View& view) { return view.value == value; }));
-    }
-    return names.empty() ? all : chosen;
-}
-
-/// The colours of the view's stage that are switched on, with their labels.
-std::vector<std::size_t> shownColors(const host::Session& session, const View& view) {
-    std::vector<std::size_t> colors;
-    for (std::size_t color = 0; view.stage && !view.isOff && color < render::colorsOf(*view.stage); ++color) {
-        if (render::isOn(session, render::colorSwitch(*view.stage, color)) == true) {
-            colors.push_back(color);
-        }
-    }
-    return colors;
-}
-
-/// "#3264B4 118822"
-std::string captionOf(const host::Session& session, const View& view, std::size_t color,
-                      const std::optional<FrameReport>& counts) {
-    const std::string name = render::colorText(session, render::colorLabel(*view.stage, color));
-    return counts ? name + ' ' + std::to_string(counts->stages[*view.stage].selected[color]) : name;
-}
-
-SheetContent contentOf(const host::Session& session, const std::vector<View>& views,
-                       const shots::SourceFrame& source) {
-    SheetContent content{
-        .count = views.size(), .width = source.picture.width, .height = source.picture.height};
-    const std::string mostPixels = "#000000 " + std::to_string(source.pixels());
-    for (const View& view : views) {
-        content.textWidth = std::max(content.textWidth, pictures::textSize(view.name, 1).width);
-        const std::size_t colors = shownColors(session, view).size();
-        if (colors > 0) {
-            content.textWidth =
-                std::max(content.textWidth, kPatchDots + pictures::textSize(mostPixels, 1).width);
-            content.textLines = std::max(content.textLines, static_cast<int64_t>(1 + colors));
-        }
-    }
-    return content;
-}
-
-SheetLayout layoutFor(const SheetContent& content, const SheetArguments& arguments) {
-    SheetForm form{.columns = static_cast<std::size_t>(arguments.columns), .scale = arguments.scale};
-    form.mostWidth = arguments.width > 0 ? arguments.width
-                     : arguments.scale   ? kWidestSheet
-                                         : kUsualSheetWidth;
-    const SheetLayout layout = sheetLayout(content, form);
-    if (arguments.width > 0 && layout.width() > form.mostWidth) {
-        throw text::Failure(text::FailureKind::kUsage, "--width: " + std::to_string(layout.columns) +
-                                                           " views beside each other need " +
-                                                           std::to_string(layout.width()) + " pixels, not " +
-                                                           std::to_string(arguments.width));
-    }
-    const int64_t mostHeight = kWidestSheet;
-    if (layout.width() > form.mostWidth || layout.height() > mostHeight) {
-        throw text::Failure(text::FailureKind::kFile,
-                            "the sheet of " + text::inQuotes(arguments.input) + " would be " +
-                                std::to_string(layout.width()) + " x " + std::to_string(layout.height()) +
-                                " pixels; it has at most " + std::to_string(form.mostWidth) + " x " +
-                                std::to_string(mostHeight));
-    }
-    return layout;
-}
-
-std::vector<ProgressFrame> progressFrames(host::Session& session, const std::vector<View>& views,
-                                          const FrameArguments& arguments) {
-    std::vector<ProgressFrame> frames;
-    for (const View& view : views) {
-        if (view.isOff) {
-            continue;
-        }
-        session.setValue(view.param, view.value);
-        frames.push_back(progressFrame(session, arguments, text::printable(view.name)));
-    }
-    return frames;
-}
-
-void tellSelection(const host::Session& session, const SheetArguments& arguments,
-                   const render::NamedParams& named, const std::optional<FrameReport>& counts) {
-    const std::vector<std::string> notes = render::selectionNotes(session, named, counts);
-    tellNotes(notes, counts, arguments.report);
-    if (arguments.report.report) {
-        printOut(selectionText(session, counts, notes, arguments.report.json));
-    }
-    checkStrict(notes, arguments.report, arguments.output);
-}
-
-/// Renders and draws views one by one.
-class SheetDrawing {
+/// Renders and draws views one by one, pass after pass.
+class ViewsDrawing {
 public:
-    /// `all`: the views that there are; the notes go by the first, in which all stages run. `type`: of the canvas.
-    SheetDrawing(render::OpenEffect& effect, const std::vector<View>& all, const std::vector<View>& chosen,
-                 const shots::SourceFrame& source, const SheetArguments& arguments,
-                 const render::NamedParams& named, pictures::SampleType type)
-        : effect_(effect), first_(all.front()), views_(chosen), source_(source), arguments_(arguments),
-          named_(named), layout_(layoutFor(contentOf(effect.session(), chosen, source), arguments)),
-          canvas_(static_cast<uint32_t>(layout_.width()), static_cast<uint32_t>(layout_.height()),
-                  kBackground, type),
-          progress_(progressFrames(effect.session(), rendered(), arguments.frame), source.pixels(),
-                    arguments.frame.quiet) {}
+    ViewsDrawing(render::OpenEffect& effect, const ViewsToDraw& views, const shots::SourceFrame& source,
+                 const SheetArguments& arguments, pictures::SampleType type)
+        : effect_(effect), views_(views), source_(source), arguments_(arguments),
+          passes_(passesOf(effect.session(), views)), layout_(layoutOfViews()), page_(layout_, type),
+          progress_(progressFrames(), source.pixels(), arguments.frame.quiet) {
+        for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
+            const shots::PlannedFrame frame = {.number = std::nullopt,
+                                               .input = source.name,
+                                               .output = {},
+                                               .isMissing = false,
+                                               .held = std::nullopt};
+            passes_[pass].area =
+                views.areas.areaOf(pass, frame, source.image.width(), source.image.height(), notes_);
+        }
+    }
 
     pictures::Picture drawn() && {
-        if (!isDrawn(first_)) {
-            renderView(first_);
+        host::Image before;
+        for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
+            before = drawPass(pass, pass == 0 ? source_.image : before);
         }
-        for (std::size_t cell = 0; cell < views_.size(); ++cell) {
-            drawCell(cell);
-        }
-        return std::move(canvas_).picture();
+        return std::move(page_).drawn();
     }
 
 private:
@@ -205,128 +80,208 @@ private:
         std::optional<FrameReport> counts;
     };
 
-    bool isDrawn(const View& view) const {
-        return std::any_of(views_.begin(), views_.end(),
-                           [&view](const View& each) { return each.value == view.value; });
-    }
-
-    std::vector<View> rendered() const {
-        std::vector<View> views;
-        if (!isDrawn(first_)) {
-            views.push_back(first_);
+    static std::vector<SheetPass> passesOf(host::Session& session, const ViewsToDraw& views) {
+        std::vector<SheetPass> passes;
+        const bool several = views.settings.passCount() > 1;
+        for (std::size_t pass = 0; pass < views.settings.passCount(); ++pass) {
+            SheetPass& each = passes.emplace_back();
+            each.values = views.settings.valuesAt(pass, views.number);
+            each.title = several ? text::printable(views.settings.passName(pass)) + ": " : std::string();
+            render::setValues(session, each.values);
+            for (const SheetView& view : views.chosen) {
+                each.cells.push_back(sheetCell(session, view));
+            }
         }
-        views.insert(views.end(), views_.begin(), views_.end());
-        return views;
+        return passes;
     }
 
-    Rendered renderView(const View& view) {
+    const SheetView& first() const { return views_.all.front(); }
+    bool isFirst(const SheetView& view) const { return view.value == first().value; }
+    bool isFirstDrawn() const {
+        return std::any_of(views_.chosen.begin(), views_.chosen.end(),
+                           [this](const SheetView& view) { return isFirst(view); });
+    }
+
+    /// A pass begins a row.
+    std::size_t cellsAPass(std::size_t columns) const {
+        const std::size_t views = views_.chosen.size();
+        return passes_.size() > 1 ? (views + columns - 1) / columns * columns : views;
+    }
+
+    SheetLayout layoutOfViews() const {
+        const std::size_t views = views_.chosen.size();
+        const std::size_t usualColumns = passes_.size() > 1 ? views : 0;
+        const std::size_t columns =
+            arguments_.columns > 0 ? std::min(static_cast<std::size_t>(arguments_.columns), views) : views;
+        SheetContent content{.count = passes_.size() * cellsAPass(columns),
+                             .width = source_.picture.width,
+                             .height = source_.picture.height};
+        const std::string mostPixels = "#000000 " + std::to_string(source_.pixels());
+        for (const SheetPass& pass : passes_) {
+            for (const SheetCell& cell : pass.cells) {
+                content.textWidth =
+                    std::max(content.textWidth, pictures::textSize(pass.titleOf(cell), 1).width);
+                if (!cell.colors.empty()) {
+                    content.textWidth = std::max(content.textWidth, colorLineWidth(mostPixels));
+                    content.textLines =
+                        std::max(content.textLines, static_cast<int64_t>(1 + cell.colors.size()));
+                }
+            }
+        }
+        return layoutFor(content, arguments_, usualColumns, "views");
+    }
+
+    std::vector<ProgressFrame> progressFrames() const {
+        std::vector<ProgressFrame> frames;
+        for (const SheetPass& pass : passes_) {
+            const auto add = [&](const SheetCell& cell) {
+                setValues(pass, cell.view);
+                frames.push_back(
+                    progressFrame(effect_.session(), arguments_.frame, text::printable(pass.titleOf(cell))));
+            };
+            if (!isFirstDrawn()) {
+                add({first(), false, first().name, {}});
+            }
+            for (const SheetCell& cell : pass.cells) {
+                if (!cell.isOff) {
+                    add(cell);
+                }
+            }
+        }
+        return frames;
+    }
+
+    void setValues(const SheetPass& pass, const SheetView& view) const {
+        render::setValues(effect_.session(), pass.values);
         effect_.session().setValue(view.param, view.value);
+    }
+
+    Rendered render(std::size_t pass, const SheetView& view, const host::Image& before) {
+        setValues(passes_[pass], view);
         Rendered result;
         if (!arguments_.effect.plugin) {
-            const bool isFirst = view.value == first_.value;
-            result.counts = FrameReport{.countsChanges = isFirst && arguments_.report.report};
+            result.counts = FrameReport{.countsChanges = isFirst(view) && arguments_.report.report};
         }
-        result.image = renderPicture(effect_, source_.name, source_.image, arguments_.frame, progress_,
-                                     result.counts ? &*result.counts : nullptr);
+        result.image = renderPicture(effect_, source_.name, before, arguments_.frame, progress_,
+                                     result.counts ? &*result.counts : nullptr, passes_[pass].area.get());
         progress_.nextFrame();
-        if (view.value == first_.value && !told_) {
-            told_ = true;
-            tellSelection(effect_.session(), arguments_, named_, result.counts);
+        if (isFirst(view) && counts_.size() == pass) {
+            takeCounts(pass, result.counts);
         }
         return result;
     }
 
-    void drawCell(std::size_t cell) {
-        const View& view = views_[cell];
-        const pictures::Area place = {layout_.left(cell), layout_.top(cell) + layout_.captionHeight,
-                                      layout_.pictureWidth, layout_.pictureHeight};
-        pictures::drawText(canvas_, place.left, layout_.top(cell), view.name, kText, layout_.textScale);
-        if (view.isOff) {
-            drawGround(place);
-            return;
+    void takeCounts(std::size_t pass, const std::optional<FrameReport>& counts) {
+        counts_.push_back(counts);
+        const std::vector<std::string> notes = passNotes(effect_.session(), views_.settings, pass, counts);
+        notes_.insert(notes_.end(), notes.begin(), notes.end());
+        if (counts_.size() == passes_.size()) {
+            tellSelection();
         }
-        const Rendered result = renderView(view);
-        drawCaption(cell, result.counts);
-        drawPicture(result.image, place);
     }
 
-    void drawGround(const pictures::Area& place) {
-        canvas_.checker(place, (layout_.margin + 1) / 2, kDarkSquare, kLightSquare);
+    /// Once the first view of the last pass is there.
+    void tellSelection() {
+        tellNotes(notes_, counts_.back(), arguments_.report);
+        if (arguments_.report.report) {
+            printOut(reportText(effect_.session(), views_.settings, views_.number, counts_, notes_,
+                                arguments_.report.json));
+        }
+        checkStrict(notes_.size(), arguments_.report, arguments_.output);
     }
 
-    void drawPicture(const host::Image& image, const pictures::Area& place) {
-        pictures::Picture drawn =
-            pictures::pictureOf(image, source_.image, source_.picture,
-                                {canvas_.picture().sampleType, pictures::AlphaKind::kStraight});
-        if (place.width != int64_t{drawn.width} || place.height != int64_t{drawn.height}) {
-            drawn = pictures::shrunk(drawn, static_cast<uint32_t>(place.width),
-                                     static_cast<uint32_t>(place.height));
+    /// Returns what the next pass goes on from.
+    host::Image drawPass(std::size_t pass, const host::Image& before) {
+        host::Image result;
+        if (!isFirstDrawn()) {
+            result = render(pass, first(), before).image;
         }
-        if (pictures::hasAlpha(drawn.channels)) {
-            drawGround(place);
+        const std::size_t begin = pass * cellsAPass(layout_.columns);
+        for (std::size_t place = 0; place < passes_[pass].cells.size(); ++place) {
+            const SheetCell& cell = passes_[pass].cells[place];
+            const std::size_t at = begin + place;
+            page_.name(at, passes_[pass].titleOf(cell));
+            if (cell.isOff) {
+                page_.leaveEmpty(at);
+                continue;
+            }
+            Rendered rendered = render(pass, cell.view, before);
+            drawColors(at, cell, rendered.counts);
+            page_.picture(at, rendered.image, source_);
+            if (isFirst(cell.view)) {
+                result = std::move(rendered.image);
+            }
         }
-        canvas_.draw(drawn, place.left, place.top);
+        return result;
     }
 
-    /// Below the view's name a line a colour: a patch, the colour, the pixels that match it.
-    void drawCaption(std::size_t cell, const std::optional<FrameReport>& counts) {
-        const View& view = views_[cell];
-        int64_t top = layout_.top(cell);
-        for (const std::size_t color : shownColors(effect_.session(), view)) {
-            top += layout_.lineHeight;
-            const int64_t left = layout_.left(cell);
-            const int64_t side = kPatchSide * layout_.textScale;
-            const std::string label = render::colorLabel(*view.stage, color);
-            const std::optional<int> index = effect_.session().findParam(label);
-            const auto value = std::get<PF_Pixel>(effect_.session().value(index.value()));
-            canvas_.fill({left, top, side, side}, {value.red, value.green, value.blue});
-            pictures::drawText(canvas_, left + kPatchDots * layout_.textScale, top,
-                               captionOf(effect_.session(), view, color, counts), kText, layout_.textScale);
+    /// Each with the pixels that match it.
+    void drawColors(std::size_t at, const SheetCell& cell, const std::optional<FrameReport>& counts) {
+        for (std::size_t line = 0; line < cell.colors.size(); ++line) {
+            const ViewColor& color = cell.colors[line];
+            page_.color(at, line + 1, color.color,
+                        counts ? color.text + ' ' +
+                                     std::to_string(counts->stages[*cell.view.stage].selected[color.place])
+                               : color.text);
         }
     }
 
     render::OpenEffect& effect_;
-    const View& first_;
-    const std::vector<View>& views_;
+    const ViewsToDraw& views_;
     const shots::SourceFrame& source_;
     const SheetArguments& arguments_;
-    const render::NamedParams& named_;
+    std::vector<SheetPass> passes_;
     SheetLayout layout_;
-    pictures::Canvas canvas_;
+    SheetPage page_;
     ProgressLine progress_;
-    bool told_ = false;
+    std::vector<std::optional<FrameReport>> counts_; ///< of the passes' first views
+    std::vector<std::string> notes_;
 };
 
-void drawFile(render::OpenEffect& effect, const std::vector<View>& all, const std::vector<View>& chosen,
-              const SheetArguments& arguments, const render::NamedParams& named,
-              pictures::FileFormat format) {
-    const shots::SourceFrame source = shots::readFrame(arguments.input, arguments.frame.form);
-    const pictures::SampleType type =
-        shots::outputForm(source.picture, format, arguments.frame.form).sampleType;
-    const pictures::SampleType drawn =
-        type == pictures::SampleType::kHalf ? pictures::SampleType::kFloat : type;
-    const pictures::Picture sheet =
-        SheetDrawing(effect, all, chosen, source, arguments, named, drawn).drawn();
+void drawFile(render::OpenEffect& effect, const ViewsToDraw& views, const SheetArguments& arguments,
+              const std::string& input, pictures::FileFormat format) {
+    const shots::SourceFrame source = shots::readFrame(input, arguments.frame.form);
+    const SheetSamples samples = sheetSamples(source.picture, format, arguments.frame.form);
+    const pictures::Picture sheet = ViewsDrawing(effect, views, source, arguments, samples.drawn).drawn();
     shots::writeOutput(arguments.output,
-                       shots::encodeDrawn(format, sheet, type, arguments.frame.form.encoding));
+                       shots::encodeDrawn(format, sheet, samples.written, arguments.frame.form.encoding));
     noteLeftOut(source);
+}
+
+void drawViews(const SheetArguments& arguments, const shots::SequencePlan& plan,
+               pictures::FileFormat format) {
+    if (arguments.view) {
+        throw text::Failure(text::FailureKind::kUsage,
+                            "--view: is for a shot; of one picture all views are drawn, or those of --views");
+    }
+    const RememberedDefaults remembered = RememberedDefaults::forAllViews(arguments.effect);
+    render::OpenEffect effect = openEffect(arguments.effect);
+    host::Session& session = effect.session();
+    const std::vector<SheetView> all = sheetViews(session);
+    const std::vector<SheetView> chosen = chosenViews(session, all, arguments.views);
+    const render::ShotSettings settings = shotSettings(session, arguments.effect, all.front().name);
+    checkKeys(settings, plan, arguments.valueFrame);
+    const shots::ShotAreas areas(settings, arguments.area);
+    areas.check(plan);
+    const ViewsToDraw views = {all, chosen, settings, areas, arguments.valueFrame.value_or(0)};
+    const std::string& input = plan.frames.front().input;
+    pictures::withMemoryFor(input, [&] { drawFile(effect, views, arguments, input, format); });
+    if (!arguments.frame.quiet) {
+        render::setValues(session, settings.valuesAt(settings.passCount() - 1, views.number));
+        remembered.tellIfTheyCount(session);
+    }
 }
 
 } // namespace
 
 void runSheet(const SheetArguments& arguments) {
+    const shots::SequencePlan plan = lookedPlan(arguments.pictures);
     const pictures::FileFormat format =
-        shots::checkDrawnFile(arguments.output, {arguments.input}, arguments.force, arguments.frame.form);
-    const RememberedDefaults remembered = RememberedDefaults::forAllViews(arguments.effect);
-    render::OpenEffect effect = openEffect(arguments.effect);
-    const std::vector<View> all = viewsOf(effect.session());
-    std::vector<View> chosen = chosenViews(effect.session(), all, arguments.views);
-    const render::NamedParams named = applySettings(effect.session(), arguments.effect, all.front().name);
-    labelOff(effect.session(), chosen);
-    pictures::withMemoryFor(arguments.input,
-                            [&] { drawFile(effect, all, chosen, arguments, named, format); });
-    if (!arguments.frame.quiet) {
-        remembered.tellIfTheyCount(effect.session());
+        shots::checkDrawnFile(arguments.output, lookedFiles(plan), arguments.force, arguments.frame.form);
+    if (plan.isOnePicture) {
+        drawViews(arguments, plan, format);
+    } else {
+        drawShot(arguments, plan, format);
     }
 }
 

@@ -15,9 +15,10 @@ namespace kovalune::cli {
 
 namespace {
 
-pictures::Picture readFrame(const shots::SequenceInput& input, int64_t frame) {
+pictures::Picture readFrame(const shots::SequenceInput& input, int64_t frame,
+                            const pictures::DecodeOptions& decoding) {
     const std::string file = input.pattern->nameOf(frame);
-    return pictures::withMemoryFor(file, [&file] { return pictures::readPicture(file); });
+    return pictures::withMemoryFor(file, [&] { return pictures::readPicture(file, decoding); });
 }
 
 bool has(const shots::SequenceInput& input, int64_t frame) {
@@ -46,8 +47,8 @@ std::vector<int64_t> framesOf(const CompareArguments& arguments, const shots::Se
 
 ComparedFrame compareFrame(const CompareArguments& arguments, const shots::SequenceInput& a,
                            const shots::SequenceInput& b, int64_t frame) {
-    const pictures::Picture first = readFrame(a, frame);
-    const pictures::Picture second = readFrame(b, frame);
+    const pictures::Picture first = readFrame(a, frame, arguments.decoding);
+    const pictures::Picture second = readFrame(b, frame, arguments.decoding);
     ComparedFrame compared;
     compared.frame = frame;
     compared.pixels = std::size_t{first.width} * first.height;

@@ -2,15 +2,8 @@
 #pragma once
 
 #include <string>
-#include <string_view>
 
 namespace kovalune::cli {
-
-inline constexpr char kAnyPicture[] = "*.png";
-
-/// "; for several: ..." with a loop of the shell that runs `command` on each picture that `pattern` stands for;
-/// empty for a command that does not make something of each picture.
-std::string loopOver(std::string_view pattern, const std::string& command);
 
 /// Throws Failure with `rule` for the name "-".
 void checkNoStream(const std::string& name, const std::string& rule);

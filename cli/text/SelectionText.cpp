@@ -2,6 +2,7 @@
 
 #include "cli/text/Reporting.h"
 #include "render/ParamText.h"
+#include "render/SelectionNotes.h"
 #include "render/Stages.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
@@ -130,6 +131,17 @@ std::string reportText(host::Session& session, const render::ShotSettings& setti
     return json ? documentText(document, notes) : text;
 }
 
+std::vector<std::string> passNotes(const host::Session& session, const render::ShotSettings& settings,
+                                   std::size_t pass, const std::optional<FrameReport>& counts) {
+    std::vector<std::string> notes = render::selectionNotes(session, settings.named(pass), counts);
+    if (settings.hasPasses()) {
+        for (std::string& note : notes) {
+            note = "pass " + text::inQuotes(settings.passName(pass)) + ": " + note;
+        }
+    }
+    return notes;
+}
+
 void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameReport>& counts,
                const ReportArguments& arguments) {
     for (const std::string& note : notes) {
@@ -140,13 +152,12 @@ void tellNotes(const std::vector<std::string>& notes, const std::optional<FrameR
     }
 }
 
-void checkStrict(const std::vector<std::string>& notes, const ReportArguments& arguments,
-                 const std::string& output) {
-    if (arguments.strict && !notes.empty()) {
+void checkStrict(std::size_t idleSettings, const ReportArguments& arguments, const std::string& output) {
+    if (arguments.strict && idleSettings > 0) {
         throw text::Failure(text::FailureKind::kEffect,
                             "--strict: " + text::inQuotes(output) + " is not written, since " +
-                                (notes.size() == 1 ? "a setting does nothing"
-                                                   : std::to_string(notes.size()) + " settings do nothing"));
+                                (idleSettings == 1 ? "a setting does nothing"
+                                                   : std::to_string(idleSettings) + " settings do nothing"));
     }
 }
 

@@ -1,5 +1,6 @@
 #include "render/shots/ShotRun.h"
 
+#include "pictures/EmbeddedSettings.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "render/RenderFrame.h"
@@ -42,8 +43,11 @@ bool isNewest(const fs::path& output, const fs::path& input, const std::vector<s
 
 class PictureTask : public FrameTask {
 public:
-    PictureTask(const PlannedFrame& frame, const PictureRequest& request, const PictureMaker& maker)
-        : frame_(frame), request_(request), maker_(maker) {}
+    PictureTask(const SequencePlan& plan, std::size_t index, const PictureRequest& request,
+                const PictureMaker& maker)
+        : frame_(plan.frames[index]), request_(request), maker_(maker) {
+        record.index = index;
+    }
 
     void read() override {
         record.times.reading = timed([this] {
@@ -65,22 +69,35 @@ public:
 
     void write() override {
         if (record.state == FrameState::kWritten) {
-            record.times.writing =
-                timed([this] { pictures::withMemoryFor(frame_.output, [this] { writePicture(); }); });
+            record.times.writing = timed([this] {
+                pictures::withMemoryFor(request_.take ? frame_.input : frame_.output,
+                                        [this] { deliverPicture(); });
+            });
         }
     }
 
     FrameRecord record;
 
 private:
-    /// One that is cut short is not what was to be there.
-    bool opensWithSize(const pictures::Picture& input) const {
+    /// One that is cut short is not what was to be there, nor is one without the layer that is made.
+    bool opensAsWanted(const pictures::Picture& input) const {
         try {
-            const pictures::Picture output = pictures::readPicture(frame_.output);
-            return output.width == input.width && output.height == input.height;
+            pictures::DecodeOptions decoding;
+            if (pictures::formatOfName(frame_.output) == pictures::FileFormat::kExr) {
+                decoding.exrLayer = request_.form.decoding.exrLayer;
+                decoding.exrPart = request_.form.decoding.exrPart;
+            }
+            const pictures::Picture output = pictures::readPicture(frame_.output, decoding);
+            return output.width == input.width && output.height == input.height && holdsItsSettings(output);
         } catch (const text::Failure&) {
             return false;
         }
+    }
+
+    /// Where they are embedded, others make it old as a newer file would.
+    bool holdsItsSettings(const pictures::Picture& output) const {
+        return request_.existing != ExistingOutputs::kNewer || !request_.form.embeds ||
+               !request_.settingsOf || pictures::holdsSettings(output, request_.settingsOf(frame_));
     }
 
     bool mayBePassedOver() const {
@@ -101,10 +118,20 @@ private:
 
     void readPictures() {
         source_ = readFrame(frame_.input, request_.form);
-        if (mayBePassedOver() && opensWithSize(source_.picture)) {
+        if (mayBePassedOver() && opensAsWanted(source_.picture)) {
             record.state = FrameState::kPassedOver;
             source_ = {};
         }
+    }
+
+    void deliverPicture() {
+        if (request_.take) {
+            request_.take(record.index, source_, result_);
+            record.leftOut = leftOutOf(source_.picture);
+        } else {
+            writePicture();
+        }
+        record.losses = lossesOf(source_.picture);
     }
 
     void writePicture() {
@@ -118,7 +145,6 @@ private:
             format, pictures::pictureOf(result_, source_.image, source_.picture, form), encoding);
         writeAtomically(frame_.output, bytes);
         record.leftOut = leftOutOf(source_.picture, format);
-        record.losses = lossesOf(source_.picture);
     }
 
     const PlannedFrame& frame_;
@@ -192,12 +218,11 @@ void takeOutcome(FrameRecord& record, const FrameOutcome& outcome) {
 void runPictures(const SequencePlan& plan, const PictureRequest& request, const RunOptions& options,
                  const PictureMaker& make, const FrameListener& ended) {
     const auto begin = [&](std::size_t frame) -> std::unique_ptr<FrameTask> {
-        return std::make_unique<PictureTask>(plan.frames[frame], request, make);
+        return std::make_unique<PictureTask>(plan, frame, request, make);
     };
     runSequence(plan.frames.size(), options, begin,
-                [&](std::size_t frame, FrameTask& task, const FrameOutcome& outcome) {
+                [&](std::size_t /*frame*/, FrameTask& task, const FrameOutcome& outcome) {
                     FrameRecord& record = static_cast<PictureTask&>(task).record;
-                    record.index = frame;
                     takeOutcome(record, outcome);
                     ended(record);
                 });

@@ -17,13 +17,18 @@
 
 namespace kovalune::shots {
 
-/// How the pictures of a run are taken and written.
+/// Takes the result for a frame of the plan, from 0 on. Called by several threads at once; what it throws is the frame's failure.
+using PictureTaker =
+    std::function<void(std::size_t frame, const SourceFrame& source, const host::Image& result)>;
+
+/// How the pictures of a run are read and written.
 struct PictureRequest {
     FrameForm form;
     /// The text for the picture's notes, where the form embeds settings. Called by several threads at once.
     std::function<std::string(const PlannedFrame& frame)> settingsOf;
     ExistingOutputs existing = ExistingOutputs::kReplace;
     std::vector<std::string> settingsFiles; ///< that ExistingOutputs::kNewer looks at too
+    PictureTaker take;                      ///< instead of writing a file
     const ShotAreas* areas =
         nullptr; ///< whose masks it looks at too, and where passes may work; null: everywhere
 };

@@ -86,7 +86,7 @@ TEST(Arguments, WrongFormsAreNamed) {
     EXPECT_NE(failure({"render", "-o", "x"}).find("INPUT"), std::string::npos);
     EXPECT_NE(failure({"render", "x"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o"}).find("--output"), std::string::npos);
-    EXPECT_NE(failure({"sheet", "x", "-o", "y", "z"}).find("'z'"), std::string::npos);
+    EXPECT_NE(failure({"compare", "x", "y", "z"}).find("'z'"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "--bogus"}).find("--bogus"), std::string::npos);
     EXPECT_NE(failure({"render", "x", "-o", "y", "-o", "z"}).find("--output"), std::string::npos);
     EXPECT_NE(failure({"params", "x"}).find("'x'"), std::string::npos);

@@ -130,6 +130,21 @@ TEST_F(ShotCommand, PassesOverWhatIsThere) {
     expectRefused(with(shot_, {"--no-clobber"}), 3, "--no-clobber keeps it");
 }
 
+/// A value of --set has no time, but its pictures say what they were made with.
+TEST_F(ShotCommand, MakesPicturesOfOtherSettingsAgain) {
+    const Words words = with(shot_, {"--embed", "--newer"});
+    ASSERT_EQ(run(words).exitCode, 0);
+    CommandOutcome outcome = run(words);
+    EXPECT_NE(outcome.err.find("0 written, 6 passed over"), std::string::npos) << outcome.err;
+    // The first key and the last stay what they were.
+    outcome = run(with(words, {"--set", "Blur Amount@5=8"}));
+    EXPECT_NE(outcome.err.find("6 frames: 4 written, 2 passed over"), std::string::npos) << outcome.err;
+    outcome = run(with(words, {"--set", "Color 1=#102030"}));
+    EXPECT_NE(outcome.err.find("6 frames: 6 written"), std::string::npos) << outcome.err;
+    outcome = run(with(shot_, {"--newer", "--set", "Color 1=#405060"}));
+    EXPECT_NE(outcome.err.find("0 written, 6 passed over"), std::string::npos) << outcome.err;
+}
+
 TEST_F(ShotCommand, IsStartedAgainAfterItWasKilled) {
     RunningCommand command(with(with({"render"}, shot_), {"--jobs", "1", "--threads", "1"}),
                            {.environment = {},

@@ -27,21 +27,21 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
     expectRefused({"--png-level", "10"}, {"--png-level takes a whole number, 0 to 9, not '10'"});
 }
 
-TEST_F(UsageError, SeveralPicturesAreAnsweredWithALoop) {
-    expectFailure({"sheet", "a.png", "b.png", "-o", "old.png"}, 2,
-                  {"'b.png'", "for f in *.png; do kovalune sheet \"$f\""});
+TEST_F(UsageError, WordsThatAreOneMoreAreNamed) {
+    expectFailure({"sheet", "in.png", "new.png"}, 2, {"'new.png'", "stands after -o"});
+    expectFailure({"compare", "in.png", "in.png", "b.png"}, 2, {"takes no 'b.png' here"});
     expectFailure({"render", "in.png", "new.png"}, 2, {"'new.png'", "stands after -o"});
     expectFailure({"pick", "in.png", "1,1", "b.png"}, 2, {"PIXEL takes X,Y", "not 'b.png'"});
     expectFailure({"params", "x"}, 2, {"takes no 'x'", "'kovalune params --help'"});
 }
 
-TEST_F(UsageError, NumberedSequencesAreAnsweredWithALoop) {
+TEST_F(UsageError, NumberedSequencesAreAnsweredWhereTheyAreNone) {
+    expectFailure({"sheet", "seq_####.png", "-o", "old.png"}, 3,
+                  {"cannot read 'seq_####.png'", "no file has such a name"});
     expectFailure(
-        {"sheet", "seq_####.png", "-o", "old.png"}, 3,
-        {"cannot read 'seq_####.png'", "for f in seq_*.png; do kovalune sheet \"$f\" -o \"out/$f\"; done"});
-    expectFailure({"sheet", "a/s%04d.png", "-o", "old.png"}, 3, {"'a/s%04d.png'", "for f in a/s*.png; do"});
-    expectFailure({"sheet", "my s_##.png", "-o", "old.png"}, 3, {"'my s_##.png'", "for f in *.png; do"});
-    expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "one picture"});
+        {"sheet", "in.png", "-o", "views_##.png"}, 3,
+        {"cannot write 'views_##.png'", "for f in *.png; do kovalune sheet \"$f\" -o \"out/$f\"; done"});
+    expectFailure({"pick", "s_%d.png", "1,1"}, 3, {"'s_%d.png'", "'kovalune pick' takes one picture"});
     expectFailure({"colors", "in.png", "-o", "out_%04d.png"}, 3,
                   {"cannot write 'out_%04d.png'", "for f in *.png; do kovalune colors \"$f\"; done"});
     expectFailure({"compare", "in.png", "in.png", "--diff", "out_####.png"}, 3,
@@ -231,7 +231,8 @@ TEST_F(LongTexts, OfTheCommandLineAreCut) {
     const std::vector<std::vector<std::string>> commands = {
         {longText},
         {"render", "in.png", "-o", "old.png", "--" + longText},
-        {"sheet", "in.png", "-o", "old.png", longText},
+        {"compare", "in.png", "in.png", longText},
+        {"sheet", "in.png", longText, "-o", "old.png"},
         {"render", "in.png", "-o", "old.png", "--threads", longText},
         {"render", "in.png", "-o", "old.png", "--depth", longText},
         {"render", "in.png", "-o", "old.png", "--alpha", longText},

@@ -43,6 +43,9 @@ Picture rendered(const Picture& picture) {
 TEST(EmbeddedSettings, ComeOutAsTheyWentIn) {
     for (const FileFormat format : kFormats) {
         EXPECT_EQ(embeddedSettings(filed(format, plain(), kSettings)), kWhole);
+        EXPECT_TRUE(holdsSettings(filed(format, plain(), kSettings), kSettings));
+        EXPECT_FALSE(holdsSettings(filed(format, plain(), kSettings), "View=Base\n"));
+        EXPECT_FALSE(holdsSettings(filed(format, plain(), ""), ""));
         EXPECT_EQ(embeddedSettings(filed(format, plain(), "")), std::nullopt);
         Picture other = plain();
         other.format = FileFormat::kTga;
