@@ -136,7 +136,7 @@ std::vector<std::string> passNotes(const host::Session& session, const render::S
     std::vector<std::string> notes = render::selectionNotes(session, settings.named(pass), counts);
     if (settings.hasPasses()) {
         for (std::string& note : notes) {
-            note = "pass " + text::inQuotes(settings.passName(pass)) + ": " + note;
+            note.insert(0, "pass " + text::inQuotes(settings.passName(pass)) + ": ");
         }
     }
     return notes;
