@@ -56,4 +56,9 @@ std::string defaultsText(const DefaultsArguments& arguments);
 /// a value; further lines of a value are indented.
 std::string infoText(const InfoArguments& arguments);
 
+/// `kovalune selfcheck`: some four hundred frames and smoothed pictures with each instruction set of the machine, against the
+/// hashes that they have everywhere. Prints the version, the machine and a line for each set; then throws Failure for the first
+/// scene that came out otherwise.
+void runSelfCheck(const SelfCheckArguments& arguments);
+
 } // namespace kovalune::cli

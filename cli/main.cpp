@@ -49,6 +49,8 @@ ExitCode run(const Arguments& arguments) {
         printOut(defaultsText(*defaults));
     } else if (const auto* info = std::get_if<InfoArguments>(&arguments)) {
         printOut(infoText(*info));
+    } else if (const auto* selfCheck = std::get_if<SelfCheckArguments>(&arguments)) {
+        runSelfCheck(*selfCheck);
     } else if (const auto* colors = std::get_if<ColorsArguments>(&arguments)) {
         printOut(colorsText(*colors));
     } else if (const auto* suggest = std::get_if<SuggestArguments>(&arguments)) {

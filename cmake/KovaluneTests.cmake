@@ -121,7 +121,7 @@ endfunction()
 function(kovalune_link_effect_first programs)
   foreach(program ${programs})
     get_target_property(libraries ${program} LINK_LIBRARIES)
-    if(libraries MATCHES "kovalune_effect|kovalune_test_support|golden_frames")
+    if(libraries MATCHES "kovalune_effect|kovalune_test_support|kovalune_selfcheck")
       target_link_options(${program} PRIVATE
         "SHELL:LINKER:--whole-archive $<TARGET_FILE:kovalune_effect> LINKER:--no-whole-archive")
     endif()

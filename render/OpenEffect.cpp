@@ -22,7 +22,9 @@ std::string withNameShown(std::string text, const std::string& name) {
     return text;
 }
 
-host::EffectModule loadedFrom(const std::string& plugin) {
+} // namespace
+
+host::EffectModule loadedEffect(const std::string& plugin, host::SetDown setDown) {
     // The system's loader would look for a name without a folder in the system's folders.
     std::error_code error;
     const std::filesystem::path path = std::filesystem::absolute(plugin, error);
@@ -32,16 +34,18 @@ host::EffectModule loadedFrom(const std::string& plugin) {
                                 (error ? ": " + text::systemReason(error.value()) : ": it is not a file"));
     }
     try {
-        return host::EffectModule::load(path.string());
+        return host::EffectModule::load(path.string(), setDown);
     } catch (const host::HostError& reason) {
         throw text::Failure(text::FailureKind::kFile, withNameShown(reason.what(), path.string()));
     }
 }
 
-/// The effect looks for them in the user's folder for settings: here, below what is no folder.
 void hideRememberedDefaults() {
+    // The effect looks for them in the user's folder for settings: here, below what is no folder.
     ::setenv("XDG_CONFIG_HOME", "/dev/null", 1);
 }
+
+namespace {
 
 /// Before the effect's code is there, which may look at once.
 host::HostOptions optionsFor(int threads, bool factory) {
@@ -60,7 +64,7 @@ std::string thrownText(const host::CommandResult& result) {
 
 OpenEffect::OpenEffect(const std::optional<std::string>& plugin, int threads, bool factory)
     : host_(optionsFor(threads, factory)),
-      loaded_(plugin ? std::optional(loadedFrom(*plugin)) : std::nullopt),
+      loaded_(plugin ? std::optional(loadedEffect(*plugin)) : std::nullopt),
       session_(host_, loaded_ ? *loaded_ : linkedEffect()) {
     requireSuccess(session_.setupResult(), "the effect's set-up");
 }

@@ -13,6 +13,13 @@ namespace kovalune::render {
 /// The host's limit too.
 inline constexpr int kMostThreads = 64;
 
+/// An effect from a file; it is set down with each session that ends, or never. Throws Failure if it cannot be loaded.
+host::EffectModule loadedEffect(const std::string& plugin,
+                                host::SetDown setDown = host::SetDown::kWithSession);
+
+/// For this process from here on, and for effects that are set up from here on.
+void hideRememberedDefaults();
+
 class OpenEffect {
 public:
     /// `threads` 0 is what the machine has. `factory`: without the user's remembered defaults, for this process

@@ -126,6 +126,12 @@ struct InfoArguments {
     bool json = false;
 };
 
+/// The golden scenes on this machine.
+struct SelfCheckArguments {
+    std::optional<std::string> plugin;
+    bool quick = false; ///< some of them, with the instruction set in use alone
+};
+
 struct ColorsArguments {
     ReadArguments pictures;
     std::optional<std::string> output; ///< a picture of the colours
@@ -182,7 +188,7 @@ struct ShownText {
 };
 
 using Arguments = std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments,
-                               DefaultsArguments, InfoArguments, ColorsArguments, SuggestArguments,
+                               DefaultsArguments, InfoArguments, SelfCheckArguments, ColorsArguments, SuggestArguments,
                                PickArguments, CompareArguments, ShownText>;
 
 /// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values

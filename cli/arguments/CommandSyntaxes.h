@@ -27,6 +27,7 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments);
 void addParams(CommandSyntax& command, ParamsArguments& arguments);
 void addDefaults(CommandSyntax& command, DefaultsArguments& arguments);
 void addInfo(CommandSyntax& command, InfoArguments& arguments);
+void addSelfCheck(CommandSyntax& command, SelfCheckArguments& arguments);
 
 // Throw UsageMistake for options that do not go together.
 void checkTogether(const RenderArguments& arguments);

@@ -71,4 +71,11 @@ void addInfo(CommandSyntax& command, InfoArguments& arguments) {
     command.addFooter(example("info"));
 }
 
+void addSelfCheck(CommandSyntax& command, SelfCheckArguments& arguments) {
+    command.describe("Check that this machine makes the pixels that every other one makes");
+    command.addFlag("--quick", arguments.quick, "Some scenes, with the instruction set in use: a second");
+    addPlugin(command, arguments.plugin);
+    command.addFooter(example("selfcheck", "Exit code: 4 where a scene comes out otherwise."));
+}
+
 } // namespace kovalune::cli

@@ -37,6 +37,7 @@ public:
         add<ParamsArguments>("params", addParams);
         add<DefaultsArguments>("defaults", addDefaults);
         add<InfoArguments>("info", addInfo);
+        add<SelfCheckArguments>("selfcheck", addSelfCheck);
         addHelp();
     }
 

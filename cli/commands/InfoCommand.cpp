@@ -1,16 +1,11 @@
 #include "cli/Commands.h"
 
+#include "cli/commands/BuildFacts.h"
 #include "cli/text/InfoText.h"
-#include "effect/Kovalune.h"
 #include "hostapi/Constants.h"
-#include "pictures/LibraryVersions.h"
 #include "render/OpenEffect.h"
 
-#include <sys/utsname.h>
-
-#include <fstream>
 #include <string_view>
-#include <thread>
 #include <vector>
 
 namespace kovalune::cli {
@@ -55,46 +50,6 @@ EffectFacts effectFacts(const std::optional<std::string>& plugin) {
     facts.depths = depthsOf(session);
     facts.smartRender = (session.outFlags2() & PF_OutFlag2_SUPPORTS_SMART_RENDER) != 0;
     return facts;
-}
-
-std::string compilerText() {
-#ifdef __clang__
-    return "Clang " __clang_version__;
-#else
-    return "GCC " __VERSION__;
-#endif
-}
-
-std::string systemText() {
-    utsname names{};
-    if (uname(&names) != 0) {
-        return "unknown";
-    }
-    return std::string(names.sysname) + ' ' + names.release + ' ' + names.machine;
-}
-
-/// As the system describes the first one, where it does.
-std::string processorName() {
-    std::ifstream file("/proc/cpuinfo");
-    for (std::string line; std::getline(file, line);) {
-        const std::size_t colon = line.find(": ");
-        if (line.starts_with("model name") && colon != std::string::npos) {
-            return line.substr(colon + 2);
-        }
-    }
-    return "unknown";
-}
-
-BuildFacts buildFacts() {
-    return {KOVALUNE_VERSION,
-            compilerText(),
-            KOVALUNE_BUILD_TYPE,
-            pictures::pictureLibraries(),
-            systemText(),
-            processorName(),
-            instructionSet(),
-            instructionSets(),
-            std::thread::hardware_concurrency()};
 }
 
 } // namespace

@@ -8,8 +8,8 @@
 namespace kovalune::test {
 
 std::vector<std::string> subCommands() {
-    return {"colors", "compare", "defaults", "help",   "info",   "params",
-            "pick",   "render",  "sheet",    "smooth", "suggest"};
+    return {"colors", "compare", "defaults",  "help",  "info",   "params",
+            "pick",   "render",  "selfcheck", "sheet", "smooth", "suggest"};
 }
 
 std::vector<std::string> optionsOf(const std::string& subCommand) {

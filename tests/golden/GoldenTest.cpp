@@ -1,8 +1,10 @@
 // Every golden frame against the file of hashes: however the work is divided, linked in and from the plug-in's file.
 
+#include "host/judge/JudgedHost.h"
 #include "hostapi/EntryPoint.h"
-#include "tests/golden/GoldenHash.h"
-#include "tests/golden/PixelHash.h"
+#include "render/selfcheck/GoldenHash.h"
+#include "render/selfcheck/PixelHash.h"
+#include "render/selfcheck/SelfCheck.h"
 #include "tests/support/Effort.h"
 
 #include <gtest/gtest.h>
@@ -15,6 +17,9 @@
 #include <vector>
 
 namespace kovalune::test {
+
+using namespace selfcheck;
+
 namespace {
 
 /// Without comments, in the file's order.
@@ -39,7 +44,8 @@ void expectTheFilesHashes(host::EffectModule& module, const host::judge::JudgeOp
     ASSERT_EQ(lines.size(), scenes.size());
     int differing = 0;
     for (std::size_t i = 0; i < scenes.size() && differing < 5; ++i) {
-        const std::string line = goldenHash(scenes[i], module, options) + ' ' + scenes[i].text();
+        host::judge::JudgedHost host(options);
+        const std::string line = goldenHash(scenes[i], module, host) + ' ' + scenes[i].text();
         EXPECT_EQ(line, lines[i]) << "line " << i + 1 << " without comments";
         differing += line == lines[i] ? 0 : 1;
     }
@@ -79,6 +85,30 @@ INSTANTIATE_TEST_SUITE_P(Iterations, GoldenFrames,
 TEST(GoldenFramesOfThePlugIn, AreThoseOfTheFile) {
     host::EffectModule module = host::EffectModule::load(KOVALUNE_PLUGIN, host::SetDown::kNever);
     expectTheFilesHashes(module, {});
+}
+
+/// An effect that fails where the linked one renders.
+PF_Err failingToRender(PF_Cmd command, PF_InData* in, PF_OutData* out, PF_ParamDef* params[],
+                       PF_LayerDef* output, void* extra) {
+    constexpr PF_Err kOwnCode = 517;
+    return command == PF_Cmd_SMART_RENDER ? kOwnCode
+                                          : EntryPointFunc(command, in, out, params, output, extra);
+}
+
+TEST(SelfCheck, NamesTheFirstSceneThatIsAnother) {
+    host::Host host;
+    host::EffectModule sound = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
+    const CheckOutcome fine = checkScenes(sound, host, {.every = 10});
+    EXPECT_EQ(fine.scenes, 39U);
+    EXPECT_FALSE(fine.first) << fine.first->scene;
+    EXPECT_LT(checkScenes(sound, host, {.every = 10, .framesAlone = true}).scenes, fine.scenes);
+    host::EffectModule unsound = host::EffectModule::linked(failingToRender, host::SetDown::kNever);
+    const CheckOutcome outcome = checkScenes(unsound, host, {});
+    EXPECT_EQ(outcome.scenes, 1U);
+    ASSERT_TRUE(outcome.first);
+    EXPECT_EQ(outcome.first->scene, goldenScenes().front().text());
+    EXPECT_EQ(outcome.first->expected, linesOfTheFile().front().substr(0, 32));
+    EXPECT_EQ(outcome.first->found, "code 517");
 }
 
 TEST(PixelHash, IsThePublishedOne) {

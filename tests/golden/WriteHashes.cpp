@@ -2,7 +2,7 @@
 // the frames through that, else through the effect that is linked in.
 
 #include "hostapi/EntryPoint.h"
-#include "tests/golden/GoldenHash.h"
+#include "render/selfcheck/GoldenHash.h"
 
 #include <cstdio>
 #include <exception>
@@ -20,11 +20,12 @@ constexpr char kHead[] = "# What frames, smoothed pictures and maps of edge flag
                          "# hash | picture-seed, size, depth, flow, view; what is not as usual | settings\n";
 
 void writeHashes(host::EffectModule& module) {
-    host::judge::JudgeOptions options;
+    host::HostOptions options;
     options.threads = 1;
     std::fputs(kHead, stdout);
-    for (const test::GoldenScene& scene : test::goldenScenes()) {
-        std::printf("%s %s\n", test::goldenHash(scene, module, options).c_str(), scene.text().c_str());
+    host::Host host(options);
+    for (const selfcheck::GoldenScene& scene : selfcheck::goldenScenes()) {
+        std::printf("%s %s\n", selfcheck::goldenHash(scene, module, host).c_str(), scene.text().c_str());
     }
 }
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <string>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 
 class PixelHash {
 public:
@@ -42,4 +42,4 @@ private:
     uint64_t low_ = 0x62B821756295C58D;
 };
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

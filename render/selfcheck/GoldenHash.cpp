@@ -1,11 +1,11 @@
-#include "tests/golden/GoldenHash.h"
+#include "render/selfcheck/GoldenHash.h"
 
-#include "tests/golden/PixelHash.h"
+#include "render/selfcheck/PixelHash.h"
 
 #include <stdexcept>
 #include <vector>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 namespace {
 
 void addPixel(PixelHash& hash, const PF_Pixel& p) {
@@ -87,8 +87,7 @@ void apply(host::Session& session, const std::string& label, const host::ParamVa
 }
 
 std::string frameHash(const GoldenScene& scene, const host::Image& input, host::EffectModule& module,
-                      const host::judge::JudgeOptions& options) {
-    host::judge::JudgedHost host(options);
+                      host::Host& host) {
     host::Session session(host, module);
     if (!session.setupResult().ok()) {
         return codeText(session.setupResult().code);
@@ -131,8 +130,7 @@ std::string edgesHash(const GoldenScene& scene, const host::Image& input) {
 
 } // namespace
 
-std::string goldenHash(const GoldenScene& scene, host::EffectModule& module,
-                       host::judge::JudgeOptions options) {
+std::string goldenHash(const GoldenScene& scene, host::EffectModule& module, host::Host& host) {
     const host::Image input =
         drawGoldenPicture(scene.picture, scene.format, scene.width, scene.height, scene.seed).image;
     switch (scene.what) {
@@ -143,10 +141,13 @@ std::string goldenHash(const GoldenScene& scene, host::EffectModule& module,
     case GoldenScene::What::kFrame:
         break;
     }
+    const int usual = host.options().iterations;
     if (scene.iterations != 0) {
-        options.iterations = scene.iterations;
+        host.options().iterations = scene.iterations;
     }
-    return frameHash(scene, input, module, options);
+    std::string hash = frameHash(scene, input, module, host);
+    host.options().iterations = usual;
+    return hash;
 }
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

@@ -1,8 +1,8 @@
-#include "tests/golden/PixelHash.h"
+#include "render/selfcheck/PixelHash.h"
 
 #include <bit>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 
 void PixelHash::addFloat(float value) {
     constexpr uint32_t oneNan = 0x7FC00000;
@@ -20,4 +20,4 @@ std::string PixelHash::text() const {
     return text;
 }
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

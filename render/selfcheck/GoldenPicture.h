@@ -7,7 +7,7 @@
 #include <array>
 #include <cstdint>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 
 enum class PictureKind {
     kCel,         ///< shapes of flat colours with hard edges, some of them see-through
@@ -37,4 +37,4 @@ struct GoldenPicture {
 GoldenPicture drawGoldenPicture(PictureKind kind, PF_PixelFormat format, int32_t width, int32_t height,
                                 uint64_t seed);
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

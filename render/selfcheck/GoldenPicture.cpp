@@ -1,13 +1,13 @@
-#include "tests/golden/GoldenPicture.h"
+#include "render/selfcheck/GoldenPicture.h"
 
-#include "tests/support/Random.h"
+#include "render/selfcheck/Random.h"
 
 #include <algorithm>
 #include <limits>
 #include <stdexcept>
 #include <vector>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 namespace {
 
 // No call has two arguments that draw a number: compilers evaluate them in different orders.
@@ -253,4 +253,4 @@ GoldenPicture drawGoldenPicture(PictureKind kind, PF_PixelFormat format, int32_t
     }
 }
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

@@ -1,11 +1,11 @@
-#include "tests/golden/GoldenScene.h"
+#include "render/selfcheck/GoldenScene.h"
 
-#include "tests/support/Random.h"
+#include "render/selfcheck/Random.h"
 
 #include <array>
 #include <variant>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 namespace {
 
 constexpr std::array kFormats = {PF_PixelFormat_ARGB32, PF_PixelFormat_ARGB64, PF_PixelFormat_ARGB128};
@@ -342,4 +342,4 @@ std::vector<GoldenScene> goldenScenes() {
     return std::move(list).made();
 }
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

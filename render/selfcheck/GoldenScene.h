@@ -4,13 +4,13 @@
 #include "effect/Kovalune.h"
 #include "host/ParamValue.h"
 #include "host/Session.h"
-#include "tests/golden/GoldenPicture.h"
+#include "render/selfcheck/GoldenPicture.h"
 
 #include <optional>
 #include <string>
 #include <vector>
 
-namespace kovalune::test {
+namespace kovalune::selfcheck {
 
 /// A control by its label.
 struct GoldenSetting {
@@ -46,4 +46,4 @@ struct GoldenScene {
 /// All of them, in the order of the file.
 std::vector<GoldenScene> goldenScenes();
 
-} // namespace kovalune::test
+} // namespace kovalune::selfcheck

@@ -1,0 +1,37 @@
+// The golden scenes on the machine at hand, against the hashes that they had when this was built.
+#pragma once
+
+#include "host/EffectModule.h"
+#include "host/Host.h"
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace kovalune::selfcheck {
+
+/// tests/golden/hashes.txt: a line a scene, its hash before its text; lines that begin with # are remarks.
+std::string_view goldenHashes();
+
+struct CheckRequest {
+    int every = 1;            ///< each so many-th scene, from the first on
+    bool framesAlone = false; ///< boundary smoothing by itself is for the effect that is linked in
+};
+
+/// What came out otherwise.
+struct Difference {
+    std::string scene;
+    std::string expected; ///< hash
+    std::string found;    ///< a hash, a code or what was thrown
+};
+
+struct CheckOutcome {
+    std::size_t scenes = 0;          ///< that were rendered
+    std::optional<Difference> first; ///< of them, which ends the check
+};
+
+/// No remembered defaults may count.
+CheckOutcome checkScenes(host::EffectModule& module, host::Host& host, const CheckRequest& request);
+
+} // namespace kovalune::selfcheck
