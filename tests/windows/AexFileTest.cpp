@@ -69,6 +69,14 @@ TEST_P(AexFile, IsALibraryForItsKindOfWindows) {
     EXPECT_NE(file().characteristics() & 0x2000, 0);
 }
 
+TEST_P(AexFile, IsLoadedAnywhereAndRunsNoData) {
+    constexpr int kAnywhere = 0x40;
+    constexpr int kFarAnywhere = 0x20; // beyond 4 GB
+    constexpr int kNoData = 0x100;
+    const int wanted = kAnywhere | kNoData | (GetParam().is64Bit ? kFarAnywhere : 0);
+    EXPECT_EQ(file().libraryCharacteristics() & wanted, wanted);
+}
+
 TEST_P(AexFile, ExportsExactlyTheEntryPointUndecorated) {
     const PeFile::Exports exports = file().exports();
     EXPECT_EQ(exports.names, std::vector<std::string>{"EntryPointFunc"});

@@ -42,6 +42,8 @@ public:
     uint32_t symbolTable() const { return word32(header_, 8); }
     uint32_t symbolCount() const { return word32(header_, 12); }
     uint16_t characteristics() const { return word16(header_, 18); }
+    /// Of how the library is loaded.
+    uint16_t libraryCharacteristics() const { return word16(optional_, 70); }
     uint16_t magic() const { return word16(optional_, 0); }
 
     const std::vector<PeSection>& sections() const { return sections_; }
