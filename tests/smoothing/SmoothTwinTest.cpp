@@ -142,8 +142,11 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_P(SmoothTwin, AgreesWhileEveryPatternComesUp) {
     Random random(101);
-    compareRandom(1000, 64, random);
-    compareRandom(1500, 12, random);
+    compareRandom(cases(1000), 64, random);
+    compareRandom(cases(1500), 12, random);
+    if (kSanitized) {
+        return; // some come up in all of them alone
+    }
     for (const std::string_view pattern : kPatterns) {
         EXPECT_GT(counts_[pattern], 0) << pattern;
     }
