@@ -7,9 +7,9 @@
 #include "host/Session.h"
 #include "host/judge/JudgedHost.h"
 #include "hostapi/EntryPoint.h"
+#include "tests/fuzz/Require.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <span>
@@ -21,13 +21,6 @@ namespace {
 
 using host::CommandResult;
 using Bytes = std::vector<std::byte>;
-
-void require(bool holds, const char* what, const std::string& found = {}) {
-    if (!holds) {
-        std::fprintf(stderr, "SequenceDataFuzz: not so: %s %s\n", what, found.c_str());
-        std::abort();
-    }
-}
 
 // ---- What must come of a block, from the bytes alone
 
