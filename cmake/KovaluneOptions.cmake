@@ -9,6 +9,9 @@
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
 #   KOVALUNE_TEST_LONG  what takes too long for every change: with the address sanitizer the tests of the command
 #                    too, for 64-bit Windows those that are much the same on 32-bit Windows
+#   KOVALUNE_FUZZ    with the address sanitizer, fuzz targets are guided by the branches of all code. For scripts/fuzz
+#   KOVALUNE_MEMCHECK  the reference host tells valgrind that the memory that it hands out has not been written; needs valgrind's
+#                    header. For scripts/memcheck
 if(NOT WIN32)
   option(KOVALUNE_CLI "Build the command" ON)
 elseif(KOVALUNE_CLI)
@@ -20,6 +23,8 @@ option(KOVALUNE_WEBP "Read WebP files" ON)
 option(KOVALUNE_JPEG "Read JPEG files" ON)
 option(KOVALUNE_BENCH "Build the benchmarks" OFF)
 option(KOVALUNE_TEST_LONG "Test what takes too long for every change too" OFF)
+option(KOVALUNE_MEMCHECK "Let valgrind see who reads the host's memory unwritten" OFF)
+option(KOVALUNE_FUZZ "With the address sanitizer, let fuzz targets watch every branch" OFF)
 option(KOVALUNE_RIVALS "With the benchmarks, one beside OpenCV" OFF)
 
 # Stops where the user asked for `what` and the options that it needs are off.

@@ -7,7 +7,24 @@
 #include <limits>
 #include <new>
 
+#ifdef KOVALUNE_MEMCHECK
+#include <valgrind/memcheck.h>
+#endif
+
 namespace kovalune::host {
+
+namespace {
+
+/// A block has been used before, or its zeros are the system's: whoever reads it unwritten would not be found out by that. To
+/// valgrind nobody has written it yet.
+void forgetContents([[maybe_unused]] MemoryBlock& block) {
+#ifdef KOVALUNE_MEMCHECK
+    VALGRIND_MAKE_MEM_UNDEFINED(block.base, block.capacity);
+    block.zeros = false;
+#endif
+}
+
+} // namespace
 
 MemoryPool::~MemoryPool() {
     for (const auto& [capacity, kept] : free_) {
@@ -49,6 +66,7 @@ MemoryBlock MemoryPool::take(std::size_t bytes, const BlockPolicy& policy) {
     if (block.base == nullptr) {
         return {};
     }
+    forgetContents(block);
     block.payload = block.base + policy.dataOffset;
     block.payloadBytes = bytes;
     return block;
