@@ -38,7 +38,7 @@ selfcheck::CheckOutcome check(const SelfCheckArguments& arguments, host::EffectM
     constexpr int kQuickStep = 4;
     const auto start = std::chrono::steady_clock::now();
     host::Host host(render::toolOptions());
-    const selfcheck::CheckOutcome outcome = selfcheck::checkScenes(
+    selfcheck::CheckOutcome outcome = selfcheck::checkScenes(
         effect, host,
         {.every = arguments.quick ? kQuickStep : 1, .framesAlone = arguments.plugin.has_value()});
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();

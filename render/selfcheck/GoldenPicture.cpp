@@ -195,19 +195,20 @@ uint16_t wildChannel(uint16_t channel, Random& random) {
 
 float wildChannel(float channel, Random& random) {
     using Limits = std::numeric_limits<float>;
-    constexpr std::array values = {-1.0F,
-                                   1.5F,
-                                   300.25F,
-                                   -0.0F,
-                                   Limits::max(),
-                                   -Limits::max(),
-                                   Limits::min(),
-                                   Limits::denorm_min(),
-                                   Limits::infinity(),
-                                   -Limits::infinity(),
-                                   Limits::quiet_NaN()};
-    return random.chance(5) ? values[static_cast<std::size_t>(random.below(static_cast<int>(values.size())))]
-                            : channel;
+    constexpr std::array kValues = {-1.0F,
+                                    1.5F,
+                                    300.25F,
+                                    -0.0F,
+                                    Limits::max(),
+                                    -Limits::max(),
+                                    Limits::min(),
+                                    Limits::denorm_min(),
+                                    Limits::infinity(),
+                                    -Limits::infinity(),
+                                    Limits::quiet_NaN()};
+    return random.chance(5)
+               ? kValues[static_cast<std::size_t>(random.below(static_cast<int>(kValues.size())))]
+               : channel;
 }
 
 template <class Pixel>
@@ -230,8 +231,8 @@ host::Image imageOf(Drawing& drawing, PF_PixelFormat format, bool isWild, Random
 } // namespace
 
 const char* nameOf(PictureKind kind) {
-    constexpr std::array names = {"cel", "lines", "noise", "flat", "transparent", "seed", "wild"};
-    return names[static_cast<std::size_t>(kind)];
+    constexpr std::array kNames = {"cel", "lines", "noise", "flat", "transparent", "seed", "wild"};
+    return kNames[static_cast<std::size_t>(kind)];
 }
 
 GoldenPicture drawGoldenPicture(PictureKind kind, PF_PixelFormat format, int32_t width, int32_t height,

@@ -21,17 +21,17 @@ constexpr std::array kSizes = {Size{1, 1}, Size{7, 5}, Size{33, 20}, Size{64, 48
 
 /// Values are multiples of a quarter.
 std::string numberText(double value) {
-    constexpr std::array parts = {"", ".25", ".5", ".75"};
+    constexpr std::array kParts = {"", ".25", ".5", ".75"};
     const auto quarters = static_cast<int64_t>(value * 4.0);
-    return std::to_string(quarters / 4) + parts[static_cast<std::size_t>(quarters % 4)];
+    return std::to_string(quarters / 4) + kParts[static_cast<std::size_t>(quarters % 4)];
 }
 
 std::string colourText(const PF_Pixel& colour) {
-    constexpr char digits[] = "0123456789abcdef";
+    constexpr char kDigits[] = "0123456789abcdef";
     std::string text = "#";
     for (const uint8_t channel : {colour.red, colour.green, colour.blue}) {
-        text += digits[channel >> 4];
-        text += digits[channel & 15];
+        text += kDigits[channel >> 4];
+        text += kDigits[channel & 15];
     }
     return text;
 }
@@ -51,10 +51,10 @@ const char* depthText(PF_PixelFormat format) {
 }
 
 std::string frameText(const GoldenScene& scene) {
-    constexpr std::array views = {"",          "Normal",    "",          "Extract",  "Base",
-                                  "Process-1", "Process-2", "Process-3", "Process-4"};
+    constexpr std::array kViewNames = {"",          "Normal",    "",          "Extract",  "Base",
+                                       "Process-1", "Process-2", "Process-3", "Process-4"};
     std::string text = scene.flow == host::RenderFlow::kSmart ? " smart " : " legacy ";
-    text += views[static_cast<std::size_t>(scene.view)];
+    text += kViewNames[static_cast<std::size_t>(scene.view)];
     if (scene.scale != 1) {
         text += " scale=1/" + std::to_string(scene.scale);
     }
@@ -324,8 +324,8 @@ private:
 } // namespace
 
 std::string GoldenScene::text() const {
-    constexpr std::array names = {"frame", "smooth", "edges"};
-    const std::string start = std::string(names[static_cast<std::size_t>(what)]) + ' ' + nameOf(picture) +
+    constexpr std::array kNames = {"frame", "smooth", "edges"};
+    const std::string start = std::string(kNames[static_cast<std::size_t>(what)]) + ' ' + nameOf(picture) +
                               '-' + std::to_string(seed) + ' ' + std::to_string(width) + 'x' +
                               std::to_string(height) + ' ' + depthText(format);
     return start + (what == What::kFrame ? frameText(*this) : smoothText(smooth));

@@ -31,10 +31,10 @@ public:
 private:
     /// By 2^88 + 315.
     void multiply() {
-        constexpr uint64_t factor = 315;
-        const uint64_t lower = (low_ & 0xFFFFFFFF) * factor;
-        const uint64_t upper = (low_ >> 32) * factor + (lower >> 32);
-        high_ = high_ * factor + (upper >> 32) + (low_ << 24);
+        constexpr uint64_t kFactor = 315;
+        const uint64_t lower = (low_ & 0xFFFFFFFF) * kFactor;
+        const uint64_t upper = (low_ >> 32) * kFactor + (lower >> 32);
+        high_ = high_ * kFactor + (upper >> 32) + (low_ << 24);
         low_ = upper << 32 | (lower & 0xFFFFFFFF);
     }
 

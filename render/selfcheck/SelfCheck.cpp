@@ -10,26 +10,12 @@ namespace kovalune::selfcheck {
 
 namespace {
 
-/// Without remarks.
-std::vector<std::string> lines() {
-    std::vector<std::string> found;
-    std::string_view text = goldenHashes();
-    while (!text.empty()) {
-        const std::size_t end = text.find('\n');
-        const std::string_view line = text.substr(0, end);
-        if (!line.empty() && line.front() != '#') {
-            found.emplace_back(line);
-        }
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    }
-    return found;
-}
-
 /// What stands in a line before the scene's text.
-std::string hashIn(const std::string& line, const std::string& scene) {
+std::string hashIn(std::string_view line, std::string_view scene) {
     const std::size_t space = line.find(' ');
-    return space != std::string::npos && line.substr(space + 1) == scene ? line.substr(0, space)
-                                                                         : "another scene: " + line;
+    return space != std::string_view::npos && line.substr(space + 1) == scene
+               ? std::string(line.substr(0, space))
+               : "another scene: " + std::string(line);
 }
 
 std::string hashOrReason(const GoldenScene& scene, host::EffectModule& module, host::Host& host) {
@@ -43,7 +29,7 @@ std::string hashOrReason(const GoldenScene& scene, host::EffectModule& module, h
 } // namespace
 
 CheckOutcome checkScenes(host::EffectModule& module, host::Host& host, const CheckRequest& request) {
-    const std::vector<std::string> expected = lines();
+    const std::span<const std::string_view> expected = goldenLines();
     const std::vector<GoldenScene> scenes = goldenScenes();
     CheckOutcome outcome;
     for (std::size_t i = 0; i < scenes.size(); i += static_cast<std::size_t>(request.every)) {

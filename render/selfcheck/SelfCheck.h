@@ -6,13 +6,14 @@
 
 #include <cstddef>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
 namespace kovalune::selfcheck {
 
-/// tests/golden/hashes.txt: a line a scene, its hash before its text; lines that begin with # are remarks.
-std::string_view goldenHashes();
+/// tests/golden/hashes.txt without its remarks: a line a scene, its hash before its text.
+std::span<const std::string_view> goldenLines();
 
 struct CheckRequest {
     int every = 1;            ///< each so many-th scene, from the first on

@@ -34,14 +34,16 @@ void requireWhole(const pictures::Picture& picture) {
 void readPicture(const Format& format, std::span<const uint8_t> bytes) {
     const pictures::Picture picture = pictures::decodePicture(format.format, bytes, "fuzz");
     requireWhole(picture);
-    if (!format.isWritten || pictures::sampleTypeIn(format.format, picture.sampleType) != picture.sampleType) {
+    if (!format.isWritten ||
+        pictures::sampleTypeIn(format.format, picture.sampleType) != picture.sampleType) {
         return;
     }
     const pictures::Picture again = pictures::decodePicture(
         format.format, pictures::encodePicture(format.format, picture), "fuzz, written");
     requireWhole(again);
     require(again.width == picture.width && again.height == picture.height, "the size is the same");
-    require(again.channels != picture.channels || again.samples == picture.samples, "the samples are the same");
+    require(again.channels != picture.channels || again.samples == picture.samples,
+            "the samples are the same");
 }
 
 } // namespace

@@ -52,7 +52,8 @@ void readOptions(const std::string& text) {
 void readFrames(const std::string& text) {
     const std::vector<int64_t> frames = shots::parseFrames(text);
     require(!frames.empty() && frames.size() <= shots::kMostFrames, "a list has frames");
-    require(shots::parseFrames(shots::framesText(frames, 4)) == frames, "frames are read as they were written");
+    require(shots::parseFrames(shots::framesText(frames, 4)) == frames,
+            "frames are read as they were written");
 }
 
 /// A pattern, and after a line's end the name of a file.
@@ -64,7 +65,8 @@ void readPattern(const std::string& text) {
     }
     for (const int64_t frame : std::array<int64_t, 5>{0, 1, -5, 99999, -1000000000}) {
         const std::string name = pattern->nameOf(frame);
-        require(pattern->frameOf(name.substr(name.rfind('/') + 1)) == frame, "a frame's name is its own:", name);
+        require(pattern->frameOf(name.substr(name.rfind('/') + 1)) == frame,
+                "a frame's name is its own:", name);
     }
     if (end != std::string::npos) {
         const std::string file = text.substr(end + 1);
