@@ -8,8 +8,9 @@
 namespace kovalune::cli {
 
 /// `kovalune render`: one picture from a file through the effect into a file. Looks at the names and the settings before
-/// it reads the picture, and prints the parameters and times that are asked for.
-void runRender(const RenderArguments& arguments);
+/// it reads the picture, and prints the parameters and times that are asked for. False where it was to list frames that are not
+/// finished, and there are any.
+bool runRender(const RenderArguments& arguments);
 
 /// `kovalune sheet`: all views of a picture side by side in one picture, each with its name above. The views are those
 /// that can be chosen, in the effect's order. The sheet is opaque and of the depth that `kovalune render` would write;

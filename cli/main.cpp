@@ -38,7 +38,7 @@ ExitCode run(const Arguments& arguments) {
         leaveOutputToPictures();
     }
     if (const auto* render = std::get_if<RenderArguments>(&arguments)) {
-        runRender(*render);
+        return runRender(*render) ? ExitCode::kSuccess : ExitCode::kDifferent;
     } else if (const auto* sheet = std::get_if<SheetArguments>(&arguments)) {
         runSheet(*sheet);
     } else if (const auto* smooth = std::get_if<SmoothArguments>(&arguments)) {

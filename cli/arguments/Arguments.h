@@ -75,6 +75,7 @@ struct RenderArguments {
     std::optional<std::string> view;
     bool printParams = false;
     bool time = false;
+    bool listMissing = false; ///< nothing is rendered; the frames that would have to be are printed
 };
 
 struct SheetArguments {
@@ -188,8 +189,8 @@ struct ShownText {
 };
 
 using Arguments = std::variant<RenderArguments, SheetArguments, SmoothArguments, ParamsArguments,
-                               DefaultsArguments, InfoArguments, SelfCheckArguments, ColorsArguments, SuggestArguments,
-                               PickArguments, CompareArguments, ShownText>;
+                               DefaultsArguments, InfoArguments, SelfCheckArguments, ColorsArguments,
+                               SuggestArguments, PickArguments, CompareArguments, ShownText>;
 
 /// Throws Failure for a command line that is wrong in form, naming what may have been meant; labels and values
 /// of parameters are looked at later.

@@ -164,6 +164,10 @@ void addRender(CommandSyntax& command, RenderArguments& arguments) {
     command.addFlag("--embed", arguments.frame.form.embeds,
                     "Write the settings and the effect's version into the picture's notes; not into tga");
     addReport(command, arguments.report);
+    command.addFlag(
+        "--list-missing", arguments.listMissing,
+        "Render nothing; print the frames whose output is missing, cannot be read, or is older than its "
+        "input or settings, as --frames takes them. Exit code 1 if there are any");
     command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
     command.addFooter(
         example("render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
@@ -178,6 +182,15 @@ void checkTogether(const RenderArguments& arguments) {
         throw UsageMistake("--json: prints one document, so leave out --print-params and --time");
     }
     const SequenceArguments& sequence = arguments.sequence;
+    if (report.strict && sequence.options.part) {
+        throw UsageMistake("--strict: judges all frames together, so leave it out with --part");
+    }
+    if (arguments.listMissing &&
+        (sequence.options.dryRun || sequence.options.makeFolders || arguments.saveParams || arguments.log ||
+         report.report || report.strict || arguments.time || arguments.printParams)) {
+        throw UsageMistake(
+            "--list-missing: renders and writes nothing, so leave out what tells or writes something else");
+    }
     const bool tellsParams = arguments.printParams || arguments.saveParams;
     if (sequence.inputs.empty() && sequence.output.empty() && tellsParams && !report.report &&
         !report.strict && !arguments.log) {

@@ -74,7 +74,8 @@ void addFrameList(CommandSyntax& command, std::optional<std::vector<int64_t>>& f
     };
     command
         .addTaker("--frames", setFrames,
-                  "Of a shot these frames, in this order: N, A-B or A-BxS (every S-th), joined by commas")
+                  "Of a shot these frames, in this order: N, A-B or A-BxS (every S-th; A-B:S too), joined by "
+                  "commas")
         .shownAs("LIST");
 }
 
@@ -88,6 +89,19 @@ void addSequence(CommandSyntax& command, SequenceArguments& sequence) {
     addFiles(command, sequence);
     addFrameList(command, sequence.options.frames);
     addMissing(command, sequence.options);
+    const auto setPart = [&sequence](const std::string& text) {
+        try {
+            sequence.options.part = shots::parsePart(text);
+        } catch (const text::Failure& failure) {
+            throw UsageMistake(failure.what());
+        }
+        sequence.options.keepGoing = true;
+    };
+    command
+        .addTaker("--part", setPart,
+                  "Only the K-th of N even shares of the frames, for machines that take one each; implies "
+                  "--keep-going")
+        .shownAs("K/N");
     addFrameNumber(command, "--renumber", sequence.options.renumber, "Give the first output this number");
     addExisting(command, sequence.options);
     command.addFlag("--keep-going", sequence.options.keepGoing,
@@ -122,9 +136,11 @@ void checkStreams(const SequenceArguments& sequence) {
         return;
     }
     if (sequence.jobs || sequence.options.existing != shots::ExistingOutputs::kReplace ||
-        sequence.options.dryRun || sequence.options.frames || sequence.inputs.size() > 1) {
-        throw UsageMistake("-: is one picture, so leave out other INPUTs, --frames, --jobs, --dry-run, "
-                           "--skip-existing, --newer and --no-clobber");
+        sequence.options.dryRun || sequence.options.frames || sequence.options.part ||
+        sequence.inputs.size() > 1) {
+        throw UsageMistake(
+            "-: is one picture, so leave out other INPUTs, --frames, --part, --jobs, --dry-run, "
+            "--skip-existing, --newer and --no-clobber");
     }
 }
 

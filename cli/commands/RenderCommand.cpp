@@ -193,7 +193,7 @@ void checkSideFiles(const shots::SequencePlan& plan, const shots::ShotAreas& are
 bool isPlain(const shots::SequencePlan& plan, const RenderArguments& arguments) {
     const shots::SequenceOptions& options = arguments.sequence.options;
     return plan.isOnePicture && options.existing == shots::ExistingOutputs::kReplace && !options.dryRun &&
-           !arguments.log;
+           !options.part && !arguments.log;
 }
 
 void printParams(const RenderArguments& arguments) {
@@ -210,9 +210,16 @@ void printParams(const RenderArguments& arguments) {
     }
 }
 
-void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
+/// False where frames are missing that were asked for.
+bool renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
+    if (isEmptyPart(plan, arguments.sequence, arguments.frame.quiet)) {
+        return true;
+    }
+    if (arguments.sequence.options.part && arguments.log) {
+        arguments.log = shots::nameForPart(*arguments.log, *arguments.sequence.options.part);
+    }
     const bool plain = isPlain(plan, arguments);
-    if (!arguments.sequence.options.dryRun) {
+    if (!arguments.sequence.options.dryRun && !arguments.listMissing) {
         shots::checkOutputs(plan, arguments.sequence.options, arguments.frame.form);
     }
     const RememberedDefaults remembered(arguments.effect, arguments.view);
@@ -229,9 +236,14 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     areas.check(plan);
     checkSideFiles(plan, areas, arguments);
 
+    if (arguments.listMissing) {
+        const std::string missing = missingText(effect, settings, areas, plan, arguments);
+        printOut(missing);
+        return missing.empty();
+    }
     if (arguments.sequence.options.dryRun) {
         tellPlan(plan, arguments.sequence, arguments.frame.form, arguments.frame.quiet);
-        return;
+        return true;
     }
     if (arguments.sequence.options.makeFolders) {
         shots::makeFolders(plan);
@@ -251,18 +263,19 @@ void renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
         render::setValues(effect.session(), settings.valuesAt(settings.passCount() - 1, frame));
         remembered.tellIfTheyCount(effect.session());
     }
+    return true;
 }
 
 } // namespace
 
-void runRender(const RenderArguments& arguments) {
+bool runRender(const RenderArguments& arguments) {
     const SequenceArguments& sequence = arguments.sequence;
     if (sequence.inputs.empty()) {
         printParams(arguments);
-        return;
+        return true;
     }
     const shots::SequenceInput input = shots::sequenceInput(sequence.inputs);
-    renderPlan(arguments, shots::planSequence(input, sequence.output, sequence.options));
+    return renderPlan(arguments, shots::planSequence(input, sequence.output, sequence.options));
 }
 
 } // namespace kovalune::cli

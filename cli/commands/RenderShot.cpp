@@ -5,12 +5,16 @@
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
 #include "render/EffectVersion.h"
+#include "render/shots/FinishedOutput.h"
+#include "render/shots/FrameList.h"
+#include "text/MessageText.h"
 
 #include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <utility>
+#include <vector>
 
 namespace kovalune::cli {
 
@@ -55,7 +59,37 @@ std::function<std::string(const shots::PlannedFrame&)> embeddedTexts(host::Sessi
     };
 }
 
+shots::ShotRequest requestOf(const RenderArguments& arguments, host::Session& session,
+                             const render::ShotSettings& settings, const shots::ShotAreas& areas,
+                             const shots::SequencePlan& plan) {
+    shots::ShotRequest request = requestOf(arguments);
+    if (arguments.frame.form.embeds) {
+        request.pictures.settingsOf = embeddedTexts(session, settings, plan, request.frame);
+    }
+    request.pictures.areas = areas.any() ? &areas : nullptr;
+    return request;
+}
+
 } // namespace
+
+std::string missingText(render::OpenEffect& effect, const render::ShotSettings& settings,
+                        const shots::ShotAreas& areas, const shots::SequencePlan& plan,
+                        const RenderArguments& arguments) {
+    const shots::ShotRequest request = requestOf(arguments, effect.session(), settings, areas, plan);
+    std::vector<int64_t> numbers;
+    std::string names;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        if (shots::isFinished(frame, request.pictures)) {
+            continue;
+        }
+        if (frame.number) {
+            numbers.push_back(*frame.number);
+        } else {
+            names += text::printable(frame.input) + '\n';
+        }
+    }
+    return numbers.empty() ? names : shots::framesText(numbers, plan.width) + '\n';
+}
 
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
                 const shots::ShotAreas& areas, const shots::SequencePlan& plan,
@@ -65,11 +99,7 @@ void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings
     if (arguments.log) {
         log.emplace(*arguments.log);
     }
-    shots::ShotRequest request = requestOf(arguments);
-    if (arguments.frame.form.embeds) {
-        request.pictures.settingsOf = embeddedTexts(effect.session(), settings, plan, request.frame);
-    }
-    request.pictures.areas = areas.any() ? &areas : nullptr;
+    const shots::ShotRequest request = requestOf(arguments, effect.session(), settings, areas, plan);
     const shots::ShotSummary summary = runFrames(
         plan, arguments.sequence.jobs.value_or(1), arguments.sequence.options.keepGoing,
         arguments.frame.quiet, [&](const shots::RunOptions& options, const shots::FrameListener& ended) {

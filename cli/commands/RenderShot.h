@@ -7,7 +7,15 @@
 #include "render/shots/SequencePlan.h"
 #include "render/shots/ShotAreas.h"
 
+#include <string>
+
 namespace kovalune::cli {
+
+/// The frames of the plan that are not finished, as --frames takes them; of pictures without numbers their names, a line each.
+/// Empty where all are.
+std::string missingText(render::OpenEffect& effect, const render::ShotSettings& settings,
+                        const shots::ShotAreas& areas, const shots::SequencePlan& plan,
+                        const RenderArguments& arguments);
 
 /// Throws Failure of the worst frame's kind where one failed, and Interruption; everything else is told by then.
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,

@@ -76,6 +76,18 @@ void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& 
     }
 }
 
+bool isEmptyPart(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet) {
+    const std::optional<shots::FramePart>& part = sequence.options.part;
+    if (!part || !plan.frames.empty()) {
+        return false;
+    }
+    if (!quiet) {
+        tell("part " + std::to_string(part->number) + " of " + std::to_string(part->count) +
+             " has no frame to make");
+    }
+    return true;
+}
+
 void tellGaps(const shots::SequencePlan& plan, bool quiet) {
     if (quiet) {
         return;

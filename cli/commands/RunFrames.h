@@ -21,6 +21,9 @@ void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence
 void checkKeys(const render::ShotSettings& settings, const shots::SequencePlan& plan,
                const std::optional<int64_t>& frame);
 
+/// Whether `--part` leaves no frame to this command, which is told unless it is to be quiet.
+bool isEmptyPart(const shots::SequencePlan& plan, const SequenceArguments& sequence, bool quiet);
+
 /// Gaps of the sequence, and frames that are left out.
 void tellGaps(const shots::SequencePlan& plan, bool quiet);
 

@@ -178,6 +178,9 @@ void runSmooth(const SmoothArguments& arguments) {
     const shots::SequencePlan plan =
         shots::planSequence(shots::sequenceInput(sequence.inputs), sequence.output, sequence.options);
     const SmoothOptions options = optionsOf(arguments);
+    if (isEmptyPart(plan, sequence, arguments.quiet)) {
+        return;
+    }
     if (sequence.options.dryRun) {
         tellPlan(plan, sequence, arguments.form, arguments.quiet);
         return;
@@ -187,7 +190,8 @@ void runSmooth(const SmoothArguments& arguments) {
     if (sequence.options.makeFolders) {
         shots::makeFolders(plan);
     }
-    if (plan.isOnePicture && sequence.options.existing == shots::ExistingOutputs::kReplace) {
+    if (plan.isOnePicture && sequence.options.existing == shots::ExistingOutputs::kReplace &&
+        !sequence.options.part) {
         const shots::PlannedFrame& names = plan.frames.front();
         pictures::withMemoryFor(names.input, [&] { smoothFile(arguments, names, options); });
     } else {

@@ -51,7 +51,7 @@ Range rangeOf(std::string_view text) {
     if (right && rest.starts_with('-')) {
         rest.remove_prefix(1);
         right = takeNumber(rest, range.last);
-        if (right && rest.starts_with('x')) {
+        if (right && (rest.starts_with('x') || rest.starts_with(':'))) {
             rest.remove_prefix(1);
             right = takeNumber(rest, range.step);
         }

@@ -12,7 +12,7 @@ namespace kovalune::shots {
 
 inline constexpr std::size_t kMostFrames = 1000000;
 
-/// N, A-B or A-BxS, joined by commas, in the order that they stand in; "10-1" runs back. A frame that comes again counts where
+/// N, A-B or A-BxS (A-B:S too), joined by commas, in the order that they stand in; "10-1" runs back. A frame that comes again counts where
 /// it came first. Throws Failure for any other text, and for more than kMostFrames frames.
 std::vector<int64_t> parseFrames(std::string_view text);
 

@@ -12,6 +12,7 @@
 #include <sys/stat.h>
 #include <system_error>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 namespace kovalune::shots {
@@ -89,9 +90,11 @@ public:
     NumberedFrames(const SequenceInput& input, const SequenceOptions& options, SequencePlan& plan)
         : input_(input), options_(options), plan_(plan) {}
 
-    void plan() {
+    /// Returns all that were wanted, with or without files.
+    std::vector<int64_t> plan() {
         std::vector<int64_t> missing;
-        for (const int64_t number : wanted()) {
+        std::vector<int64_t> all = wanted();
+        for (const int64_t number : all) {
             if (!add(number)) {
                 missing.push_back(number);
             }
@@ -109,6 +112,7 @@ public:
         if (options_.missing == MissingFrames::kSkip) {
             plan_.skipped = missing;
         }
+        return all;
     }
 
 private:
@@ -219,14 +223,22 @@ std::string SequencePlan::nameOf(const PlannedFrame& frame) const {
     return frame.number ? frameText(*frame.number, width) : fs::path(frame.input).filename().string();
 }
 
-SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& options) {
-    checkOptions(input, options);
+namespace {
+
+struct WholePlan {
     SequencePlan plan;
+    std::vector<int64_t> numbers; ///< of a sequence, with those that are left out
+};
+
+WholePlan planWhole(const SequenceInput& input, const SequenceOptions& options) {
+    checkOptions(input, options);
+    WholePlan whole;
+    SequencePlan& plan = whole.plan;
     plan.isSequence = input.isSequence();
     plan.isOnePicture = input.isOnePicture();
     if (input.pattern) {
         plan.width = input.pattern->width();
-        NumberedFrames(input, options, plan).plan();
+        whole.numbers = NumberedFrames(input, options, plan).plan();
     }
     for (const std::string& picture : input.pictures) {
         plan.frames.push_back({.number = std::nullopt,
@@ -235,12 +247,44 @@ SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& optio
                                .isMissing = false,
                                .held = std::nullopt});
     }
-    return plan;
+    return whole;
+}
+
+/// Numbers that are left out go to the part that they would be in; gaps are everyone's.
+SequencePlan partOf(WholePlan whole, const std::optional<FramePart>& part) {
+    SequencePlan& plan = whole.plan;
+    if (!part) {
+        return std::move(plan);
+    }
+    if (plan.isSequence) {
+        const Places places = placesOf(*part, whole.numbers.size());
+        const std::unordered_set<int64_t> own(
+            whole.numbers.begin() + static_cast<std::ptrdiff_t>(places.begin),
+            whole.numbers.begin() + static_cast<std::ptrdiff_t>(places.end));
+        std::erase_if(plan.frames,
+                      [&own](const PlannedFrame& frame) { return !own.contains(*frame.number); });
+        std::erase_if(plan.skipped, [&own](int64_t number) { return !own.contains(number); });
+    } else {
+        const Places places = placesOf(*part, plan.frames.size());
+        std::vector<PlannedFrame> own;
+        for (std::size_t place = places.begin; place < places.end; ++place) {
+            own.push_back(std::move(plan.frames[place]));
+        }
+        plan.frames = std::move(own);
+    }
+    return std::move(plan);
+}
+
+} // namespace
+
+SequencePlan planInputs(const SequenceInput& input, const SequenceOptions& options) {
+    return partOf(planWhole(input, options), options.part);
 }
 
 SequencePlan planSequence(const SequenceInput& input, const std::string& output,
                           const SequenceOptions& options) {
-    SequencePlan plan = planInputs(input, options);
+    WholePlan whole = planWhole(input, options);
+    SequencePlan& plan = whole.plan;
     int64_t shift = 0;
     if (options.renumber) {
         shift = *options.renumber - (options.frames ? options.frames->front() : input.frames.front());
@@ -251,7 +295,7 @@ SequencePlan planSequence(const SequenceInput& input, const std::string& output,
         frame.output = outputs.of(frame, frame.number ? std::optional(*frame.number + shift) : std::nullopt);
     }
     checkNames(plan);
-    return plan;
+    return partOf(std::move(whole), options.part);
 }
 
 void checkOutputs(const SequencePlan& plan, const SequenceOptions& options, const FrameForm& form) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "render/shots/FrameForm.h"
+#include "render/shots/FramePart.h"
 #include "render/shots/SequenceInput.h"
 
 #include <cstddef>
@@ -32,6 +33,7 @@ enum class ExistingOutputs {
 struct SequenceOptions {
     std::optional<std::vector<int64_t>> frames; ///< in this order; otherwise those on disk
     MissingFrames missing = MissingFrames::kError;
+    std::optional<FramePart> part;   ///< of the whole list, before anything is left out
     std::optional<int64_t> renumber; ///< the first output's number; the others keep their distance
     ExistingOutputs existing = ExistingOutputs::kReplace;
     bool makeFolders = false;

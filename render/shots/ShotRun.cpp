@@ -1,23 +1,18 @@
 #include "render/shots/ShotRun.h"
 
-#include "pictures/EmbeddedSettings.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PictureMemory.h"
 #include "render/RenderFrame.h"
 #include "render/SelectionNotes.h"
 #include "render/shots/AtomicFile.h"
+#include "render/shots/FinishedOutput.h"
 #include "render/shots/OutputFile.h"
 #include "text/MessageText.h"
 
-#include <algorithm>
 #include <chrono>
-#include <filesystem>
-#include <system_error>
 #include <utility>
 
 namespace kovalune::shots {
-
-namespace fs = std::filesystem;
 
 namespace {
 
@@ -27,18 +22,6 @@ double timed(const Body& body) {
     const auto start = std::chrono::steady_clock::now();
     body();
     return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
-}
-
-/// Whether `output` is at least as new as all that it is made of.
-bool isNewest(const fs::path& output, const fs::path& input, const std::vector<std::string>& others) {
-    std::error_code error;
-    const fs::file_time_type time = fs::last_write_time(output, error);
-    const auto isNewer = [&](const fs::path& file) {
-        std::error_code ignored;
-        const fs::file_time_type other = fs::last_write_time(file, ignored);
-        return !ignored && other > time;
-    };
-    return !error && !isNewer(input) && std::none_of(others.begin(), others.end(), isNewer);
 }
 
 class PictureTask : public FrameTask {
@@ -79,46 +62,22 @@ public:
     FrameRecord record;
 
 private:
-    /// One that is cut short is not what was to be there, nor is one without the layer that is made.
-    bool opensAsWanted(const pictures::Picture& input) const {
-        try {
-            pictures::DecodeOptions decoding;
-            if (pictures::formatOfName(frame_.output) == pictures::FileFormat::kExr) {
-                decoding.exrLayer = request_.form.decoding.exrLayer;
-                decoding.exrPart = request_.form.decoding.exrPart;
-            }
-            const pictures::Picture output = pictures::readPicture(frame_.output, decoding);
-            return output.width == input.width && output.height == input.height && holdsItsSettings(output);
-        } catch (const text::Failure&) {
+    /// One that is cut short is not what was to be there, nor is one of another size or without the layer that is made.
+    bool isPassedOver(const pictures::Picture& input) const {
+        const bool asksForNewest = request_.existing == ExistingOutputs::kNewer;
+        const FinishedOutput output(frame_, request_);
+        if ((request_.existing != ExistingOutputs::kSkip && !asksForNewest) || !output.exists() ||
+            (asksForNewest && !output.isNewest())) {
             return false;
         }
-    }
-
-    /// Where they are embedded, others make it old as a newer file would.
-    bool holdsItsSettings(const pictures::Picture& output) const {
-        return request_.existing != ExistingOutputs::kNewer || !request_.form.embeds ||
-               !request_.settingsOf || pictures::holdsSettings(output, request_.settingsOf(frame_));
-    }
-
-    bool mayBePassedOver() const {
-        std::error_code error;
-        if (request_.existing == ExistingOutputs::kReplace || !fs::exists(frame_.output, error)) {
-            return false;
-        }
-        if (request_.existing == ExistingOutputs::kSkip) {
-            return true;
-        }
-        std::vector<std::string> others = request_.settingsFiles;
-        if (request_.areas != nullptr) {
-            const std::vector<std::string> masks = request_.areas->masksOf(frame_);
-            others.insert(others.end(), masks.begin(), masks.end());
-        }
-        return isNewest(frame_.output, frame_.input, others);
+        const std::optional<pictures::Picture> opened = output.opened();
+        return opened && opened->width == input.width && opened->height == input.height &&
+               (!asksForNewest || output.holdsItsSettings(*opened));
     }
 
     void readPictures() {
         source_ = readFrame(frame_.input, request_.form);
-        if (mayBePassedOver() && opensAsWanted(source_.picture)) {
+        if (isPassedOver(source_.picture)) {
             record.state = FrameState::kPassedOver;
             source_ = {};
         }

@@ -74,7 +74,7 @@ TEST_F(Completion, OffersTheOptionsOfEverySubCommandAndNoOther) {
         EXPECT_TRUE(std::binary_search(options.begin(), options.end(), "--help")) << command;
         EXPECT_EQ(offered("kovalune " + command + " -"), options) << command;
     }
-    EXPECT_EQ(offered("kovalune render --pa"), (Words{"--params", "--pass"}));
+    EXPECT_EQ(offered("kovalune render --pa"), (Words{"--params", "--part", "--pass"}));
     EXPECT_EQ(offered("kovalune compare a.png --d"), (Words{"--diff"}));
 }
 

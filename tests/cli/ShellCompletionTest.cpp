@@ -127,7 +127,7 @@ TEST_P(ShellCompletion, OffersTheOptionsOfEverySubCommandAndNoOther) {
     for (const std::string& command : subCommands()) {
         EXPECT_EQ(offered("kovalune " + command + " -"), optionsOf(command)) << command;
     }
-    EXPECT_EQ(offered("kovalune render --pa"), (Words{"--params", "--pass"}));
+    EXPECT_EQ(offered("kovalune render --pa"), (Words{"--params", "--part", "--pass"}));
 }
 
 TEST_P(ShellCompletion, OffersTheValuesOfOptions) {

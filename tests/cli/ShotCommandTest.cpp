@@ -306,8 +306,66 @@ TEST_F(ShotCommand, HasTheValuesThatParamsPrintsAtAFrame) {
     EXPECT_EQ(runCommand({"params", "--at", "x"}, setting).exitCode, 2);
 }
 
+TEST_F(ShotCommand, ListsTheFramesThatAreNotFinished) {
+    const Words embedding = with(shot_, {"--embed"});
+    CommandOutcome outcome = run(with(embedding, {"--list-missing"}));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.out, "0001-0006\n");
+    EXPECT_FALSE(exists(name("soft", 1)));
+    ASSERT_EQ(run(embedding).exitCode, 0);
+    outcome = run(with(embedding, {"--list-missing"}));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.out, "");
+    std::filesystem::remove(folder_ / name("soft", 2));
+    std::filesystem::resize_file(folder_ / name("soft", 3), 50);
+    using namespace std::chrono_literals;
+    const auto later = std::filesystem::last_write_time(folder_ / name("soft", 5)) + 10s;
+    std::filesystem::last_write_time(folder_ / name("cel", 5), later);
+    outcome = run(with(embedding, {"--list-missing"}));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.out, "0002,0003,0005\n");
+    // What it prints is what is to be rendered.
+    std::string frames = outcome.out;
+    frames.pop_back();
+    std::filesystem::last_write_time(folder_ / name("cel", 5), later - 20s);
+    EXPECT_EQ(run(with(embedding, {"--frames", frames})).exitCode, 0);
+    EXPECT_EQ(run(with(embedding, {"--list-missing"})).exitCode, 0);
+    // Other settings at frames 2 to 5.
+    outcome = run(with(embedding, {"--list-missing", "--set", "Blur Amount@5=8"}));
+    EXPECT_EQ(outcome.out, "0002-0005\n");
+    expectRefused(with(shot_, {"--list-missing", "--dry-run"}), 2,
+                  "--list-missing: renders and writes nothing");
+}
+
+TEST_F(ShotCommand, RendersOneOfItsParts) {
+    ASSERT_EQ(run(shot_).exitCode, 0);
+    std::vector<std::vector<uint8_t>> whole;
+    for (int frame = 1; frame <= 6; ++frame) {
+        whole.push_back(bytes(name("soft", frame)));
+        std::filesystem::remove(folder_ / name("soft", frame));
+    }
+    std::filesystem::remove(folder_ / name("cel", 3));
+    for (int part = 1; part <= 4; ++part) {
+        // Frame 3, which is not there any more, fails alone.
+        const CommandOutcome outcome =
+            run(with(shot_, {"--frames", "1-6", "--part", std::to_string(part) + "/4", "--log", "shot.log"}));
+        EXPECT_EQ(outcome.exitCode, part == 2 ? 3 : 0) << outcome.err;
+        EXPECT_TRUE(exists("shot." + std::to_string(part) + ".log"));
+    }
+    for (const int frame : {1, 2, 4, 5, 6}) {
+        EXPECT_EQ(bytes(name("soft", frame)), whole[static_cast<std::size_t>(frame - 1)]) << frame;
+    }
+    const CommandOutcome empty = run(with(shot_, {"--frames", "1,2", "--part", "1/3"}));
+    EXPECT_EQ(empty.exitCode, 0);
+    EXPECT_NE(empty.err.find("part 1 of 3 has no frame to make"), std::string::npos) << empty.err;
+    EXPECT_EQ(run(with(shot_, {"--frames", "1-6:2", "--missing", "skip", "--dry-run"})).out,
+              "cel.0001.png -> soft.0001.png\ncel.0005.png -> soft.0005.png\n");
+}
+
 TEST_F(ShotCommand, RefusesWhatCannotBe) {
     const Words plain = {"cel.####.png", "-o", "soft.####.png"};
+    expectRefused(with(plain, {"--part", "5/4"}), 2, "--part takes K/N");
+    expectRefused(with(plain, {"--part", "1/4", "--strict"}), 2, "leave it out with --part");
     expectRefused({"hat.####.png", "-o", "soft.####.png"}, 3, "no file has such a name");
     expectRefused(with(plain, {"--frames", "1-"}), 2, "--frames takes");
     expectRefused(with(plain, {"--frames", "7-9"}), 3, "frames 0007-0009");

@@ -94,6 +94,59 @@ TEST_F(PlannedShot, IsRenumberedAsAWhole) {
               "9:a.009.png>o.-1.png 8:a.008.png>o.-2.png 12:a.012.png>o.02.png");
 }
 
+/// Whatever their number, parts have every frame of the list once, in its order, and as many as each other but for one.
+TEST_F(PlannedShot, IsSharedOutInParts) {
+    for (const bool isNumbered : {true, false}) {
+        const std::vector<std::string> inputs =
+            isNumbered ? std::vector<std::string>{"a.###.png"}
+                       : std::vector<std::string>{"a.008.png", "b.001.png", "a.009.png", "a.010.png"};
+        std::filesystem::create_directory(folder_ / "parts");
+        const std::string whole = plan(inputs, "parts");
+        for (std::size_t count = 1; count <= 9; ++count) {
+            std::string joined;
+            std::size_t most = 0;
+            std::size_t least = 100;
+            for (std::size_t number = 1; number <= count; ++number) {
+                SequenceOptions options;
+                options.part = FramePart{number, count};
+                const std::string part = plan(inputs, "parts", options);
+                joined += (joined.empty() || part.empty() ? "" : " ") + part;
+                most = std::max(most, plan_.frames.size());
+                least = std::min(least, plan_.frames.size());
+            }
+            EXPECT_EQ(joined, whole) << count;
+            EXPECT_LE(most - least, 1U) << count;
+        }
+        std::filesystem::remove(folder_ / "parts");
+    }
+}
+
+/// Places count in the whole list, so that a machine's share does not move with the files of others.
+TEST_F(PlannedShot, IsSharedOutBeforeAnythingIsLeftOut) {
+    SequenceOptions options = frames({7, 8, 9, 10});
+    options.missing = MissingFrames::kSkip;
+    options.part = FramePart{1, 2};
+    EXPECT_EQ(plan({"a.###.png"}, "o.##.png", options), "8:a.008.png>o.08.png");
+    EXPECT_EQ(plan_.skipped, std::vector<int64_t>({7}));
+    options.part = FramePart{2, 2};
+    options.renumber = 1;
+    EXPECT_EQ(plan({"a.###.png"}, "o.##.png", options), "9:a.009.png>o.03.png 10:a.010.png>o.04.png");
+    EXPECT_TRUE(plan_.skipped.empty());
+    options.part = FramePart{1, 8};
+    EXPECT_EQ(plan({"a.###.png"}, "o.##.png", options), "");
+}
+
+TEST(FramePart, IsANumberOfANumber) {
+    EXPECT_EQ(parsePart("3/12").number, 3U);
+    EXPECT_EQ(parsePart("1000000/1000000").count, kMostParts);
+    for (const char* const text :
+         {"", "/", "0/1", "2/1", "1", "1/", "/2", "1/2/3", "a/b", "1/1000001", "-1/2", " 1/2"}) {
+        EXPECT_THROW(parsePart(text), text::Failure) << text;
+    }
+    EXPECT_EQ(nameForPart("logs/shot.log", {3, 4}), "logs/shot.3.log");
+    EXPECT_EQ(nameForPart("shot", {3, 4}), "shot.3");
+}
+
 TEST_F(PlannedShot, HasNoMissingFramesUnlessToldSo) {
     SequenceOptions options = frames({7, 8, 11});
     EXPECT_NE(refusal({"a.###.png"}, "o.##.png", options).find("frames 007,011 of"), std::string::npos);

@@ -1,0 +1,67 @@
+#include "render/shots/FinishedOutput.h"
+
+#include "pictures/EmbeddedSettings.h"
+#include "pictures/PictureFile.h"
+#include "pictures/PictureMemory.h"
+#include "text/Failure.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <system_error>
+#include <vector>
+
+namespace kovalune::shots {
+
+namespace fs = std::filesystem;
+
+bool FinishedOutput::exists() const {
+    std::error_code error;
+    return fs::exists(frame_.output, error);
+}
+
+bool FinishedOutput::isNewest() const {
+    std::error_code error;
+    const fs::file_time_type time = fs::last_write_time(frame_.output, error);
+    const auto isNewer = [&time](const fs::path& file) {
+        std::error_code ignored;
+        const fs::file_time_type other = fs::last_write_time(file, ignored);
+        return !ignored && other > time;
+    };
+    std::vector<std::string> others = request_.settingsFiles;
+    if (request_.areas != nullptr) {
+        const std::vector<std::string> masks = request_.areas->masksOf(frame_);
+        others.insert(others.end(), masks.begin(), masks.end());
+    }
+    return !error && !isNewer(frame_.input) && std::none_of(others.begin(), others.end(), isNewer);
+}
+
+std::optional<pictures::Picture> FinishedOutput::opened() const {
+    try {
+        pictures::DecodeOptions decoding;
+        if (pictures::formatOfName(frame_.output) == pictures::FileFormat::kExr) {
+            decoding.exrLayer = request_.form.decoding.exrLayer;
+            decoding.exrPart = request_.form.decoding.exrPart;
+        }
+        return pictures::withMemoryFor(frame_.output,
+                                       [&] { return pictures::readPicture(frame_.output, decoding); });
+    } catch (const text::Failure&) {
+        return std::nullopt;
+    }
+}
+
+bool FinishedOutput::holdsItsSettings(const pictures::Picture& opened) const {
+    return !request_.form.embeds || !request_.settingsOf ||
+           pictures::holdsSettings(opened, request_.settingsOf(frame_));
+}
+
+bool isFinished(const PlannedFrame& frame, const PictureRequest& request) {
+    const FinishedOutput output(frame, request);
+    if (!output.exists() || !output.isNewest()) {
+        return false;
+    }
+    const std::optional<pictures::Picture> opened = output.opened();
+    return opened && output.holdsItsSettings(*opened);
+}
+
+} // namespace kovalune::shots
