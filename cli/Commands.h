@@ -12,8 +12,8 @@ namespace kovalune::cli {
 /// finished, and there are any.
 bool runRender(const RenderArguments& arguments);
 
-/// `kovalune sheet`: all views of a picture side by side in one picture, each with its name above. The views are those
-/// that can be chosen, in the effect's order. The sheet is opaque and of the depth that `kovalune render` would write;
+/// `kovalune sheet`: all views of a picture side by side in one picture, each with its name above, a row for each pass; or one view
+/// of each frame of a shot with its number. The views are those that can be chosen, in the effect's order. The sheet is opaque and of the depth that `kovalune render` would write;
 /// transparent parts are laid over a checkerboard. A sheet that would be too large is refused.
 void runSheet(const SheetArguments& arguments);
 

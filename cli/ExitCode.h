@@ -7,7 +7,7 @@ namespace kovalune::cli {
 
 enum class ExitCode {
     kSuccess = 0,
-    kDifferent = 1, ///< compared pictures are not the same, or nothing was found
+    kDifferent = 1, ///< compared pictures are not the same, frames are missing, or nothing was found
     kUsage = 2,     ///< the command line, its labels and values
     kFile = 3,      ///< anything about a file, the lack of memory for a picture included
     kEffect = 4,    ///< what the effect reported

@@ -18,7 +18,8 @@ constexpr char kExitCodes[] =
     "Example:\n"
     "  kovalune render drawing.png -o soft.png --set \"Blur Amount=12\"\n"
     "\n"
-    "Exit codes: 0 done, 1 pictures differ or nothing is found, 2 wrong usage, 3 a file, 4 the effect.\n"
+    "Exit codes: 0 done, 1 pictures differ, or frames are missing, or nothing is found, 2 wrong usage, 3 a "
+    "file, 4 the effect.\n"
     "A signal ends the command as any other, leaving nothing half-written; shells count that as 130 for "
     "Ctrl-C\n"
     "(INT), 143 for TERM, 129 for HUP, 131 for QUIT.";

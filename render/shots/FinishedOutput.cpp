@@ -43,8 +43,7 @@ std::optional<pictures::Picture> FinishedOutput::opened() const {
             decoding.exrLayer = request_.form.decoding.exrLayer;
             decoding.exrPart = request_.form.decoding.exrPart;
         }
-        return pictures::withMemoryFor(frame_.output,
-                                       [&] { return pictures::readPicture(frame_.output, decoding); });
+        return pictures::readPicture(frame_.output, decoding);
     } catch (const text::Failure&) {
         return std::nullopt;
     }
@@ -60,8 +59,10 @@ bool isFinished(const PlannedFrame& frame, const PictureRequest& request) {
     if (!output.exists() || !output.isNewest()) {
         return false;
     }
-    const std::optional<pictures::Picture> opened = output.opened();
-    return opened && output.holdsItsSettings(*opened);
+    return pictures::withMemoryFor(frame.output, [&] {
+        const std::optional<pictures::Picture> opened = output.opened();
+        return opened && output.holdsItsSettings(*opened);
+    });
 }
 
 } // namespace kovalune::shots
