@@ -56,6 +56,15 @@ if(NOT WIN32 AND NOT KOVALUNE_SANITIZE)
   add_link_options(LINKER:-z,relro,-z,now)
 endif()
 
+# kovalune_optimize_less(LEVEL), in a folder that has no pixels or the file libraries' loops around them: what it compiles is
+# ready sooner, and as fast. Under a sanitizer it is not optimised at all, where that takes three times as long as compiling.
+macro(kovalune_optimize_less level)
+  string(REPLACE "-O3" "${level}" CMAKE_CXX_FLAGS_RELEASE "${CMAKE_CXX_FLAGS_RELEASE}")
+  if(KOVALUNE_SANITIZE)
+    string(REPLACE "-O1" "-O0" CMAKE_CXX_FLAGS_RELWITHDEBINFO "${CMAKE_CXX_FLAGS_RELWITHDEBINFO}")
+  endif()
+endmacro()
+
 # The layout of the host's records on 64-bit systems other than Windows: "x64" for that of the 64-bit hosts,
 # "native" for the 16-bit rectangles of the 32-bit ones, which the native builds test otherwise. Windows needs no
 # choice.
