@@ -123,6 +123,19 @@ enum class DefaultsResult : uint8_t {
 /// Whether the file has a value for the parameter; of a colour, for one of its channels at least.
 bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param);
 
+/// While it lives, the effect of this program, not one from a file, starts from the defaults of its own table in each host
+/// that the thread which made it opens: the file of the remembered ones is not looked for. The environment stays as it is.
+class FactoryDefaultsScope {
+public:
+    FactoryDefaultsScope();
+    ~FactoryDefaultsScope();
+    FactoryDefaultsScope(const FactoryDefaultsScope&) = delete;
+    FactoryDefaultsScope& operator=(const FactoryDefaultsScope&) = delete;
+
+private:
+    const bool outer_; ///< what holds for the thread again after this one
+};
+
 /// The 8-bit level of a channel by which a frame compares its pixels with the colours of its stages. In floats, values
 /// outside 0 to 1 wrap around modulo 256; they are not clipped. What no 32 bits hold, NaN too, is level 0.
 uint8_t matchedLevel(uint8_t channel);

@@ -3,14 +3,19 @@
 #include "effect/Kovalune.h"
 #include "effect/frame/EffectVersion.h"
 #include "effect/params/DefaultsFile.h"
+#include "effect/params/DefaultsSource.h"
 #include "effect/params/DefaultsStore.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/share/HostCode.h"
 
+#include <utility>
 #include <vector>
 
 namespace kovalune {
 namespace {
+
+/// Of the thread: others may open hosts meanwhile.
+thread_local bool threadWantsFactory = false;
 
 /// In number and kinds; what a tool's host registered with another effect may not even be as long.
 bool areTheEffects(std::span<const PF_ParamDef> params) {
@@ -94,6 +99,14 @@ bool isDefaultRemembered(const std::string& path, const PF_ParamDef& param) {
         }
     }
     return false;
+}
+
+FactoryDefaultsScope::FactoryDefaultsScope() : outer_(std::exchange(threadWantsFactory, true)) {
+    factorySource.store([] { return threadWantsFactory; }, std::memory_order_release);
+}
+
+FactoryDefaultsScope::~FactoryDefaultsScope() {
+    threadWantsFactory = outer_;
 }
 
 } // namespace kovalune

@@ -1,10 +1,11 @@
-// The effect that a tool works with, set up in the reference host: the built-in one or one from a file.
+// The effect that a tool works with, set up in the reference host: the built-in one or one that was loaded.
 #pragma once
 
 #include "host/EffectModule.h"
 #include "host/Host.h"
 #include "host/Session.h"
 
+#include <cstdint>
 #include <optional>
 #include <string>
 
@@ -13,18 +14,17 @@ namespace kovalune::render {
 /// The host's limit too.
 inline constexpr int kMostThreads = 64;
 
-/// An effect from a file; it is set down with each session that ends, or never. Throws Failure if it cannot be loaded.
-host::EffectModule loadedEffect(const std::string& plugin,
-                                host::SetDown setDown = host::SetDown::kWithSession);
-
-/// For this process from here on, and for effects that are set up from here on.
-void hideRememberedDefaults();
+/// What the values of a new session are: the effect's own, or where the user has remembered some, those.
+enum class Defaults : uint8_t { kFactory, kRemembered };
 
 class OpenEffect {
 public:
-    /// `threads` 0 is what the machine has. `factory`: without the user's remembered defaults, for this process
-    /// from here on. Throws Failure if the file cannot be loaded or the effect's set-up fails.
-    explicit OpenEffect(const std::optional<std::string>& plugin, int threads = 0, bool factory = false);
+    /// The built-in one. `threads` 0 is what the machine has. Nothing of the process changes. Throws Failure if the effect's
+    /// set-up fails.
+    OpenEffect(int threads, Defaults defaults);
+
+    /// One from a file, which goes by the environment for the remembered defaults.
+    OpenEffect(host::EffectModule loaded, int threads);
 
     host::Session& session() { return session_; }
 

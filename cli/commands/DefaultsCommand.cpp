@@ -12,12 +12,12 @@ namespace kovalune::cli {
 namespace {
 
 /// Nothing is rendered, so one thread is enough.
-render::OpenEffect builtInEffect(bool factory) {
-    return render::OpenEffect(std::nullopt, 1, factory);
+render::OpenEffect builtInEffect(render::Defaults defaults) {
+    return {1, defaults};
 }
 
 std::string save(const DefaultsArguments& arguments, const std::string& path) {
-    render::OpenEffect effect = builtInEffect(startsFromFactory(arguments.effect));
+    render::OpenEffect effect = builtInEffect(startingDefaults(arguments.effect));
     applySettings(effect.session(), arguments.effect, arguments.view);
     if (shots::isWriteProtected(path)) {
         throw text::Failure(text::FailureKind::kFile,
@@ -51,7 +51,7 @@ std::string forget(const std::string& path) {
 }
 
 std::string show(const std::string& path) {
-    render::OpenEffect effect = builtInEffect(false);
+    render::OpenEffect effect = builtInEffect(render::Defaults::kRemembered);
     const host::Session& session = effect.session();
     const std::string settings = render::paramsFileText(session, [&](int index) {
         return isDefaultRemembered(path, session.params()[static_cast<std::size_t>(index)]);

@@ -2,6 +2,7 @@
 
 #include "effect/Kovalune.h"
 #include "hostapi/Constants.h"
+#include "render/LoadedEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
 #include "render/SettingsLayer.h"
@@ -81,8 +82,9 @@ void refuseDefaults(host::Session& session, const render::ShotSettings& settings
 
 } // namespace
 
-bool startsFromFactory(const EffectArguments& arguments) {
-    return arguments.factory || !arguments.paramsFiles.empty() || !arguments.passFiles.empty();
+render::Defaults startingDefaults(const EffectArguments& arguments) {
+    const bool factory = arguments.factory || !arguments.paramsFiles.empty() || !arguments.passFiles.empty();
+    return factory ? render::Defaults::kFactory : render::Defaults::kRemembered;
 }
 
 void chooseInstructionSet(const std::optional<std::string>& cpu) {
@@ -93,7 +95,7 @@ void chooseInstructionSet(const std::optional<std::string>& cpu) {
 
 render::OpenEffect openEffect(const EffectArguments& arguments) {
     chooseInstructionSet(arguments.cpu);
-    return render::OpenEffect(arguments.plugin, arguments.threads, startsFromFactory(arguments));
+    return render::openEffect(arguments.plugin, arguments.threads, startingDefaults(arguments));
 }
 
 render::ShotSettings shotSettings(host::Session& session, const EffectArguments& arguments,

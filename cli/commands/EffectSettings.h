@@ -12,8 +12,8 @@
 
 namespace kovalune::cli {
 
-/// Whether the user's remembered defaults stay out of it: a file of parameters means the same for every user.
-bool startsFromFactory(const EffectArguments& arguments);
+/// Without the user's remembered ones also where there is a file of parameters, which means the same for every user.
+render::Defaults startingDefaults(const EffectArguments& arguments);
 
 render::OpenEffect openEffect(const EffectArguments& arguments);
 

@@ -3,7 +3,7 @@
 #include "cli/commands/BuildFacts.h"
 #include "cli/text/InfoText.h"
 #include "hostapi/Constants.h"
-#include "render/OpenEffect.h"
+#include "render/LoadedEffect.h"
 
 #include <string_view>
 #include <vector>
@@ -37,7 +37,7 @@ std::vector<int> depthsOf(const host::Session& session) {
 }
 
 EffectFacts effectFacts(const std::optional<std::string>& plugin) {
-    render::OpenEffect effect(plugin);
+    render::OpenEffect effect = render::openEffect(plugin, 0, render::Defaults::kRemembered);
     host::Session& session = effect.session();
     const host::CommandResult about = session.about();
     render::requireSuccess(about, "the effect's about text");

@@ -2,7 +2,7 @@
 
 #include "cli/commands/EffectSettings.h"
 #include "cli/text/Reporting.h"
-#include "render/OpenEffect.h"
+#include "render/LoadedEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
 #include "render/SettingsText.h"
@@ -31,7 +31,7 @@ std::string valuesOf(const host::Session& session, bool allViews) {
 
 /// Where new instances start, or nowhere.
 std::string fileFor(const EffectArguments& arguments) {
-    if (startsFromFactory(arguments)) {
+    if (startingDefaults(arguments) == render::Defaults::kFactory) {
         return {};
     }
     std::error_code error;
@@ -68,7 +68,7 @@ std::string readToTheEnd(int file) {
                                      const std::optional<std::string>& view, bool allViews) noexcept {
     bool done = false;
     try {
-        render::OpenEffect effect(arguments.plugin, 1, true);
+        render::OpenEffect effect = render::openEffect(arguments.plugin, 1, render::Defaults::kFactory);
         applySettings(effect.session(), arguments, view);
         done = written(file, valuesOf(effect.session(), allViews));
     } catch (...) {

@@ -4,7 +4,7 @@
 #include "cli/text/StandardOutput.h"
 #include "effect/Kovalune.h"
 #include "render/LinkedEffect.h"
-#include "render/OpenEffect.h"
+#include "render/LoadedEffect.h"
 #include "render/selfcheck/SelfCheck.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
@@ -59,10 +59,11 @@ std::vector<std::string> setsToCheck(const SelfCheckArguments& arguments) {
 } // namespace
 
 void runSelfCheck(const SelfCheckArguments& arguments) {
-    render::hideRememberedDefaults();
+    const FactoryDefaultsScope factory;
     // Every scene has a session of its own, and an effect that was set down renders no more.
     std::optional<host::EffectModule> loaded;
     if (arguments.plugin) {
+        render::hideRememberedDefaultsFromLoaded();
         loaded = render::loadedEffect(*arguments.plugin, host::SetDown::kNever);
     }
     host::EffectModule& effect = loaded ? *loaded : render::linkedEffect();

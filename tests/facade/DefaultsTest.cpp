@@ -7,6 +7,8 @@
 
 #include <filesystem>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <thread>
 
 namespace kovalune::test {
 namespace {
@@ -108,6 +110,43 @@ TEST_F(Defaults, StandInTheSectionOfThisVersion) {
     const std::string path = defaultsPath();
     ASSERT_EQ(rememberDefaults(path, instance.session.paramsWithValues()), DefaultsResult::kDone);
     EXPECT_TRUE(contentOf(path).starts_with('[' + defaultsSection() + ']'));
+}
+
+double blurAmount() {
+    const Instance instance;
+    return std::get<double>(instance.session.value(*instance.session.findParam("Blur Amount")));
+}
+
+TEST_F(Defaults, DoNotCountForTheThreadThatWantsTheFactorys) {
+    std::filesystem::create_directories(folder_.file("ORVEL/Tavik"));
+    folder_.write("ORVEL/Tavik/Kovalune.ini", "[Version=1.0]\r\nBlur Amount=12.5\r\n");
+    EXPECT_EQ(blurAmount(), 12.5);
+    {
+        const FactoryDefaultsScope factory;
+        EXPECT_EQ(blurAmount(), 10.0);
+        { const FactoryDefaultsScope inner; }
+        EXPECT_EQ(blurAmount(), 10.0);
+        double elsewhere = 0.0;
+        std::thread([&elsewhere] { elsewhere = blurAmount(); }).join();
+        EXPECT_EQ(elsewhere, 12.5);
+    }
+    EXPECT_EQ(blurAmount(), 12.5);
+}
+
+/// Whoever opened the pipe to read would wait for somebody who writes.
+TEST_F(Defaults, AreNotEvenLookedAtForTheFactorys) {
+    std::filesystem::create_directories(folder_.file("ORVEL/Tavik"));
+    ASSERT_EQ(::mkfifo(folder_.file("ORVEL/Tavik/Kovalune.ini").c_str(), 0600), 0);
+    const FactoryDefaultsScope factory;
+    EXPECT_EQ(blurAmount(), 10.0);
+}
+
+TEST_F(Defaults, CanBeRememberedFromTheFactorys) {
+    const FactoryDefaultsScope factory;
+    Instance instance;
+    instance.set("Blur Amount", 12.5);
+    ASSERT_EQ(rememberDefaults(defaultsPath(), instance.session.paramsWithValues()), DefaultsResult::kDone);
+    EXPECT_TRUE(isDefaultRemembered(defaultsPath(), instance.param("Blur Amount")));
 }
 
 } // namespace

@@ -24,7 +24,7 @@ namespace {
 
 /// One for all inputs; its values are never set.
 host::Session& session() {
-    static render::OpenEffect effect(std::nullopt, 1, true);
+    static render::OpenEffect effect(1, render::Defaults::kFactory);
     return effect.session();
 }
 

@@ -5,9 +5,12 @@
 #include "hostapi/EntryPoint.h"
 #include "render/LocaleGuard.h"
 #include "render/OpenEffect.h"
+#include "tests/platform/ScopedVariable.h"
+#include "tests/platform/TemporaryFolder.h"
 
 #include <clocale>
 #include <cstdlib>
+#include <filesystem>
 #include <gtest/gtest.h>
 #include <string>
 
@@ -18,7 +21,7 @@ using namespace render;
 namespace {
 
 bool rendersAFrame() {
-    OpenEffect effect(std::nullopt, 2);
+    OpenEffect effect(2, Defaults::kRemembered);
     const host::Image input(PF_PixelFormat_ARGB32, 4, 3);
     host::Image output;
     return effect.session().render(input, output).ok();
@@ -58,6 +61,21 @@ TEST_F(LinkedEffectDeathTest, OutsideOfTheGuardSetsTheLocale) {
         std::exit(std::string("C.UTF-8") == std::setlocale(LC_ALL, nullptr) ? 0 : 1);
     };
     EXPECT_EXIT(withoutGuard(), testing::ExitedWithCode(0), "");
+}
+
+/// The values that a user has remembered, and what the process's environment is.
+TEST(LinkedEffect, StartsFromTheFactorysValuesWithoutAnotherEnvironment) {
+    const TemporaryFolder folder;
+    std::filesystem::create_directories(folder.file("ORVEL/Tavik"));
+    folder.write("ORVEL/Tavik/Kovalune.ini", "[Version=1.0]\r\nBlur Amount=12.5\r\n");
+    const ScopedVariable settings("XDG_CONFIG_HOME", folder.path().c_str());
+    const auto amount = [](Defaults defaults) {
+        OpenEffect effect(1, defaults);
+        return std::get<double>(effect.session().value(*effect.session().findParam("Blur Amount")));
+    };
+    EXPECT_EQ(amount(Defaults::kFactory), 10.0);
+    EXPECT_EQ(std::getenv("XDG_CONFIG_HOME"), folder.path());
+    EXPECT_EQ(amount(Defaults::kRemembered), 12.5);
 }
 
 TEST(LinkedEffect, ServesOneSessionAfterAnother) {

@@ -36,7 +36,7 @@ protected:
         setParameter(effect_.session(), "Blur Amount", "5");
     }
 
-    OpenEffect effect_{std::nullopt, 1, true};
+    OpenEffect effect_{1, Defaults::kFactory};
     const host::Image image_ = drawing();
 };
 

@@ -61,7 +61,7 @@ protected:
                          value(shot, label, frame, pass));
     }
 
-    OpenEffect effect_{std::nullopt, 1, true};
+    OpenEffect effect_{1, Defaults::kFactory};
 };
 
 TEST_F(Shot, GoesLinearlyBetweenTheKeysOfAFloatSlider) {
@@ -155,7 +155,7 @@ TEST_F(Shot, IsTheSameFromItsText) {
     const ShotSettings shot = settings({file});
     const std::string text = shot.text(session());
     EXPECT_TRUE(text.starts_with("[Version=2.0]\n[Pass a]\n")) << text;
-    const ShotSettings again(OpenEffect(std::nullopt, 1, true).session(),
+    const ShotSettings again(OpenEffect(1, Defaults::kFactory).session(),
                              {parseSettingsText(session(), text, "text")});
     ASSERT_EQ(again.passCount(), 2U);
     for (std::size_t pass = 0; pass < 2; ++pass) {

@@ -117,7 +117,7 @@ TEST(SuggestedPasses, BlurHalfOfTheThicknessWithinLimits) {
 
 TEST(SuggestedText, IsAFileOfSettingsThatTheEffectTakes) {
     const std::string text = Drawing(4).pair(0, 1).pair(1, 2).pair(0, 3).text();
-    render::OpenEffect effect(std::nullopt, 1, true);
+    render::OpenEffect effect(1, render::Defaults::kFactory);
     render::applyParamsText(effect.session(), text, "suggested");
     const std::string all = render::paramsFileText(effect.session());
     for (const char* const line :

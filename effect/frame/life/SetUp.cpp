@@ -5,6 +5,7 @@
 #include "effect/frame/texts/Language.h"
 #include "effect/frame/texts/NoticeTable.h"
 #include "effect/params/DefaultsFile.h"
+#include "effect/params/DefaultsSource.h"
 #include "effect/params/ParamRegistry.h"
 #include "effect/platform/Platform.h"
 #include "effect/share/AEUtil/HostVersion.h"
@@ -49,6 +50,9 @@ PF_Err BaseFilter::paramsSetup(PF_InData* in, PF_OutData* out, PF_ParamDef**, PF
     PF_Err err = PF_Err_NONE;
     if (AEUtil::hostIsOld(in)) {
         paramRegistry().setSectionName("");
+        err = registerParameters(in, nullptr);
+    } else if (areFactoryDefaultsAsked()) {
+        paramRegistry().setSectionName(sectionNameOfThisVersion().c_str());
         err = registerParameters(in, nullptr);
     } else {
         char path[kDefaultsPathBytes];
