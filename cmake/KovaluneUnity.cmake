@@ -16,6 +16,8 @@ kovalune_compile_alone(kovalune_effect
   effect/kernels/Kernels.cpp
   effect/kernels/plain/Kernels.cpp)
 kovalune_compile_alone(kovalune_pictures pictures/LibraryVersions.cpp pictures/PictureFile.cpp)
+# What plug-ins for other hosts do without.
+kovalune_compile_alone(kovalune_render render/LoadedEffect.cpp)
 
 # What has names of its own that other files of the target have too.
 kovalune_compile_alone(kovalune_effect effect/share/AEUtil/AEWorldSuite.cpp)
