@@ -35,25 +35,6 @@ void addPixels(PixelHash& hash, const host::Image& image) {
     }
 }
 
-std::string hashOf(const host::Image& image) {
-    PixelHash hash;
-    hash.addInteger(static_cast<uint32_t>(image.format()));
-    hash.addInteger(static_cast<uint32_t>(image.width()));
-    hash.addInteger(static_cast<uint32_t>(image.height()));
-    switch (image.format()) {
-    case PF_PixelFormat_ARGB32:
-        addPixels<PF_Pixel>(hash, image);
-        break;
-    case PF_PixelFormat_ARGB64:
-        addPixels<PF_Pixel16>(hash, image);
-        break;
-    default:
-        addPixels<PF_PixelFloat>(hash, image);
-        break;
-    }
-    return hash.text();
-}
-
 std::string codeText(PF_Err code) {
     return "code " + std::to_string(code);
 }
@@ -98,7 +79,7 @@ std::string frameHash(const GoldenScene& scene, const host::Image& input, host::
     }
     host::Image output;
     const host::RenderResult result = session.render(input, output, requestOf(scene));
-    return result.ok() ? hashOf(output) : codeText(result.code);
+    return result.ok() ? pictureHash(output) : codeText(result.code);
 }
 
 template <class View, class Image>
@@ -111,7 +92,7 @@ std::string smoothHash(const GoldenScene& scene, const host::Image& input) {
     host::Image output(input.format(), input.width(), input.height());
     const PF_Err err =
         smoothPicture(viewOf<PictureView>(input), viewOf<WritablePictureView>(output), scene.smooth);
-    return err == PF_Err_NONE ? hashOf(output) : codeText(err);
+    return err == PF_Err_NONE ? pictureHash(output) : codeText(err);
 }
 
 std::string edgesHash(const GoldenScene& scene, const host::Image& input) {
@@ -129,6 +110,25 @@ std::string edgesHash(const GoldenScene& scene, const host::Image& input) {
 }
 
 } // namespace
+
+std::string pictureHash(const host::Image& image) {
+    PixelHash hash;
+    hash.addInteger(static_cast<uint32_t>(image.format()));
+    hash.addInteger(static_cast<uint32_t>(image.width()));
+    hash.addInteger(static_cast<uint32_t>(image.height()));
+    switch (image.format()) {
+    case PF_PixelFormat_ARGB32:
+        addPixels<PF_Pixel>(hash, image);
+        break;
+    case PF_PixelFormat_ARGB64:
+        addPixels<PF_Pixel16>(hash, image);
+        break;
+    default:
+        addPixels<PF_PixelFloat>(hash, image);
+        break;
+    }
+    return hash.text();
+}
 
 std::string goldenHash(const GoldenScene& scene, host::EffectModule& module, host::Host& host) {
     const host::Image input =
