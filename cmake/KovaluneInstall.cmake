@@ -1,5 +1,6 @@
 # Where files are installed. Each folder installs its own, by component:
 #   plugin        the plug-in; with a text on what to do with it, where hosts take it by hand
+#   frei0r        the plug-in for frei0r hosts, where they look for it below /usr and /usr/local
 #   command       the command, its manual page and its completions
 #   documents     README, CHANGELOG and docs/
 #   example       pictures to try it on

@@ -7,8 +7,10 @@ room_packages=("${build_packages[@]}" libgtest-dev)
 windows_packages=(g++-mingw-w64-{i686,x86-64}-{win32,posix})
 package_packages=(zip dpkg-dev file)
 lint_packages=(clang-format clang-tidy shellcheck codespell)
+# What scripts/test-hosts renders through.
+host_packages=(melt)
 test_packages=("${room_packages[@]}" clang libclang-rt-14-dev locales binutils imagemagick time "${windows_packages[@]}" googletest
-    "${package_packages[@]}" unzip "${lint_packages[@]}" zsh fish)
+    "${package_packages[@]}" unzip "${lint_packages[@]}" zsh fish ffmpeg)
 
 ensure_packages() {
     local missing=() package

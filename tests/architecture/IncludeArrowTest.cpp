@@ -68,7 +68,8 @@ struct Include {
 std::vector<Include> projectIncludes() {
     static const std::regex pattern(R"(^\s*#\s*include\s*"([^"]+)\")");
     std::vector<Include> found;
-    for (const char* const top : {"hostapi", "host", "text", "pictures", "render", "cli", "effect"}) {
+    for (const char* const top :
+         {"hostapi", "host", "text", "pictures", "render", "cli", "adapters", "effect"}) {
         for (const auto& entry : fs::recursive_directory_iterator(fs::path(KOVALUNE_SOURCE_DIR) / top)) {
             const std::string extension = entry.path().extension().string();
             if (extension != ".h" && extension != ".cpp") {
