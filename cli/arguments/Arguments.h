@@ -76,6 +76,8 @@ struct RenderArguments {
     bool printParams = false;
     bool time = false;
     bool listMissing = false; ///< nothing is rendered; the frames that would have to be are printed
+    bool listFrames = false;  ///< nothing is rendered; what a farm has to know of the shot is printed
+    bool sweep = false;       ///< first, what runs that were killed have left beside the outputs is removed
 };
 
 struct SheetArguments {

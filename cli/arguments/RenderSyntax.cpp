@@ -17,7 +17,8 @@ namespace {
 void addEffect(CommandSyntax& command, EffectArguments& effect) {
     addSettings(command, effect);
     addWhole(command, "--threads", effect.threads, 1, render::kMostThreads,
-             "Threads to work on, 1 to " + std::to_string(render::kMostThreads) + "; default: the machine's");
+             "Threads to work on, 1 to " + std::to_string(render::kMostThreads) +
+                 "; default: as many as this process may use");
     addCpu(command, effect.cpu);
     addPlugin(command, effect.plugin);
 }
@@ -144,6 +145,28 @@ void checkReport(const ReportArguments& report, const EffectArguments& effect) {
     }
 }
 
+/// Of what renders nothing and prints one thing.
+void checkLists(const RenderArguments& arguments) {
+    const SequenceArguments& sequence = arguments.sequence;
+    if (arguments.listMissing && (sequence.options.dryRun || arguments.listFrames || arguments.printParams)) {
+        throw UsageMistake(
+            "--list-missing: renders and writes nothing, so leave out --dry-run, --list-frames "
+            "and --print-params");
+    }
+    if (arguments.listFrames && (sequence.options.dryRun || sequence.options.part || arguments.sweep ||
+                                 arguments.report.strict || arguments.printParams)) {
+        throw UsageMistake("--list-frames: is of all frames together and changes nothing, so leave out "
+                           "--dry-run, --part, --sweep, --strict and --print-params");
+    }
+    if (arguments.sweep && sequence.options.dryRun) {
+        throw UsageMistake("--sweep: removes files, so leave it out with --dry-run");
+    }
+    const bool isFarms = arguments.listMissing || arguments.listFrames || arguments.sweep;
+    if (isFarms && (sequence.inputs == std::vector<std::string>{"-"} || sequence.output == "-")) {
+        throw UsageMistake("-: is one picture, so leave out --list-missing, --list-frames and --sweep");
+    }
+}
+
 } // namespace
 
 void addRender(CommandSyntax& command, RenderArguments& arguments) {
@@ -168,6 +191,11 @@ void addRender(CommandSyntax& command, RenderArguments& arguments) {
         "--list-missing", arguments.listMissing,
         "Render nothing; print the frames whose output is missing, cannot be read, or is older than its "
         "input or settings, as --frames takes them. Exit code 1 if there are any");
+    command.addFlag("--list-frames", arguments.listFrames,
+                    "Render nothing; print the list of frames, their number, the memory that rendering takes "
+                    "and the outputs' folder, for what spreads a shot over machines");
+    command.addFlag("--sweep", arguments.sweep,
+                    "First remove the temporary files that killed runs have left in the outputs' folders");
     command.addFlag("--time", arguments.time, "Print the milliseconds of reading, effect and writing");
     command.addFooter(
         example("render drawing.png -o soft.png --set \"Blur Amount=12\" --set \"Color 1=#F0C8A0\"",
@@ -185,12 +213,7 @@ void checkTogether(const RenderArguments& arguments) {
     if (report.strict && sequence.options.part) {
         throw UsageMistake("--strict: judges all frames together, so leave it out with --part");
     }
-    if (arguments.listMissing &&
-        (sequence.options.dryRun || sequence.options.makeFolders || arguments.saveParams || arguments.log ||
-         report.report || report.strict || arguments.time || arguments.printParams)) {
-        throw UsageMistake(
-            "--list-missing: renders and writes nothing, so leave out what tells or writes something else");
-    }
+    checkLists(arguments);
     const bool tellsParams = arguments.printParams || arguments.saveParams;
     if (sequence.inputs.empty() && sequence.output.empty() && tellsParams && !report.report &&
         !report.strict && !arguments.log) {

@@ -2,12 +2,12 @@
 
 #include "effect/Kovalune.h"
 #include "pictures/LibraryVersions.h"
+#include "render/shots/Machine.h"
 
 #include <sys/utsname.h>
 
 #include <fstream>
 #include <string>
-#include <thread>
 
 namespace kovalune::cli {
 
@@ -52,7 +52,7 @@ BuildFacts buildFacts() {
             processorName(),
             instructionSet(),
             instructionSets(),
-            std::thread::hardware_concurrency()};
+            static_cast<unsigned>(shots::usableProcessors())};
 }
 
 } // namespace kovalune::cli

@@ -6,6 +6,7 @@
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
 #include "render/SettingsLayer.h"
+#include "render/shots/Machine.h"
 #include "render/shots/ParamsFile.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
@@ -95,7 +96,9 @@ void chooseInstructionSet(const std::optional<std::string>& cpu) {
 
 render::OpenEffect openEffect(const EffectArguments& arguments) {
     chooseInstructionSet(arguments.cpu);
-    return render::openEffect(arguments.plugin, arguments.threads, startingDefaults(arguments));
+    const int threads =
+        arguments.threads > 0 ? arguments.threads : std::min(shots::usableProcessors(), render::kMostThreads);
+    return render::openEffect(arguments.plugin, threads, startingDefaults(arguments));
 }
 
 render::ShotSettings shotSettings(host::Session& session, const EffectArguments& arguments,

@@ -5,6 +5,7 @@
 #include "cli/commands/RenderPicture.h"
 #include "cli/commands/RenderShot.h"
 #include "cli/commands/RunFrames.h"
+#include "cli/text/Reporting.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureFile.h"
@@ -12,11 +13,13 @@
 #include "render/EffectVersion.h"
 #include "render/ShotSettings.h"
 #include "render/shots/AtomicFile.h"
+#include "render/shots/FrameList.h"
 #include "render/shots/OutputFile.h"
 #include "render/shots/ParamsFile.h"
 #include "render/shots/SequenceInput.h"
 #include "render/shots/SequencePlan.h"
 #include "render/shots/ShotAreas.h"
+#include "render/shots/TemporaryFiles.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 #include "text/NumberText.h"
@@ -24,7 +27,9 @@
 #include <chrono>
 #include <filesystem>
 #include <optional>
+#include <set>
 #include <utility>
+#include <vector>
 
 namespace kovalune::cli {
 
@@ -210,6 +215,44 @@ void printParams(const RenderArguments& arguments) {
     }
 }
 
+/// What runs that were killed have left beside the outputs.
+void sweepOutputs(const shots::SequencePlan& plan) {
+    std::set<std::filesystem::path> folders;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        folders.insert(shots::folderWrittenTo(frame.output));
+    }
+    for (const std::filesystem::path& folder : folders) {
+        const shots::SweptFolder swept = shots::sweepFolder(folder);
+        for (const std::filesystem::path& file : swept.removed) {
+            tell("removed " + text::inQuotes(file.string()) + ", which a run that was killed has left");
+        }
+        for (const std::string& file : swept.left) {
+            tell("note: cannot sweep " + file);
+        }
+    }
+}
+
+/// Names that the run would end on all the same.
+void checkOutputNames(const shots::SequencePlan& plan, const shots::FrameForm& form) {
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        shots::outputFormat(frame.output, form);
+    }
+}
+
+/// Frames that a part will fail with.
+void tellMissing(const shots::SequencePlan& plan, bool quiet) {
+    std::vector<int64_t> numbers;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        if (frame.isMissing) {
+            numbers.push_back(*frame.number);
+        }
+    }
+    if (!quiet && !numbers.empty()) {
+        tell("note: no file for " + text::shown(shots::framesText(numbers, plan.width)) +
+             ", which will fail alone");
+    }
+}
+
 /// False where frames are missing that were asked for.
 bool renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     if (isEmptyPart(plan, arguments.sequence, arguments.frame.quiet)) {
@@ -219,11 +262,13 @@ bool renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
         arguments.log = shots::nameForPart(*arguments.log, *arguments.sequence.options.part);
     }
     const bool plain = isPlain(plan, arguments);
-    if (!arguments.sequence.options.dryRun && !arguments.listMissing) {
+    if (arguments.listMissing) {
+        checkOutputNames(plan, arguments.frame.form);
+    } else if (!arguments.sequence.options.dryRun) {
         shots::checkOutputs(plan, arguments.sequence.options, arguments.frame.form);
     }
     const RememberedDefaults remembered(arguments.effect, arguments.view);
-    if (!plain) {
+    if (!plain && !arguments.listFrames && !arguments.listMissing) {
         const FrameDivision division =
             divisionOf(plan, arguments.sequence, arguments.frame.form, arguments.effect.threads);
         arguments.effect.threads = division.threads;
@@ -234,8 +279,18 @@ bool renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     checkKeys(settings, plan, arguments.valueFrame);
     const shots::ShotAreas areas(settings, arguments.area);
     areas.check(plan);
-    checkSideFiles(plan, areas, arguments);
+    if (!arguments.listMissing) {
+        checkSideFiles(plan, areas, arguments);
+    }
 
+    if (arguments.listFrames) {
+        tellMissing(plan, arguments.frame.quiet);
+        printOut(framesForFarm(plan, arguments));
+        return true;
+    }
+    if (arguments.sweep) {
+        sweepOutputs(plan);
+    }
     if (arguments.listMissing) {
         const std::string missing = missingText(effect, settings, areas, plan, arguments);
         printOut(missing);
@@ -275,7 +330,10 @@ bool runRender(const RenderArguments& arguments) {
         return true;
     }
     const shots::SequenceInput input = shots::sequenceInput(sequence.inputs);
-    return renderPlan(arguments, shots::planSequence(input, sequence.output, sequence.options));
+    shots::SequenceOptions options = sequence.options;
+    // Each part goes on after an input that is not there, so what speaks of all parts does.
+    options.keepGoing = options.keepGoing || arguments.listMissing || arguments.listFrames;
+    return renderPlan(arguments, shots::planSequence(input, sequence.output, options));
 }
 
 } // namespace kovalune::cli

@@ -9,6 +9,8 @@
 #include "render/shots/FrameList.h"
 #include "text/MessageText.h"
 
+#include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
@@ -89,6 +91,25 @@ std::string missingText(render::OpenEffect& effect, const render::ShotSettings& 
         }
     }
     return numbers.empty() ? names : shots::framesText(numbers, plan.width) + '\n';
+}
+
+std::string framesForFarm(const shots::SequencePlan& plan, const RenderArguments& arguments) {
+    constexpr uint64_t kMebibyte = uint64_t{1} << 20U;
+    std::vector<int64_t> numbers;
+    for (const shots::PlannedFrame& frame : plan.frames) {
+        if (frame.number) {
+            numbers.push_back(*frame.number);
+        }
+    }
+    const uint64_t bytes = memoryFor(plan, arguments.sequence, arguments.frame.form);
+    const shots::SequenceOptions& options = arguments.sequence.options;
+    const std::filesystem::path folder = std::filesystem::path(plan.frames.front().output).parent_path();
+    return "frames " + shots::framesText(numbers, plan.width) + "\ncount " +
+           std::to_string(plan.frames.size()) + "\nmebibytes " +
+           std::to_string((bytes + kMebibyte - 1) / kMebibyte) + "\ngiven" +
+           (options.frames ? " frames" : "") +
+           (options.existing != shots::ExistingOutputs::kReplace ? " existing" : "") + "\nfolder " +
+           (folder.empty() ? "." : folder.string()) + '\n';
 }
 
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,

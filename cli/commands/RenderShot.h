@@ -17,6 +17,11 @@ std::string missingText(render::OpenEffect& effect, const render::ShotSettings& 
                         const shots::ShotAreas& areas, const shots::SequencePlan& plan,
                         const RenderArguments& arguments);
 
+/// What spreads the plan over machines has to know, a line each: the frames as --frames takes them (none of pictures without
+/// numbers), their count, the memory that rendering takes in units of 2^20 bytes (0: not known), which of the options of
+/// frames and existing outputs are given, and at last the outputs' folder as it stands, whatever signs are in it.
+std::string framesForFarm(const shots::SequencePlan& plan, const RenderArguments& arguments);
+
 /// Throws Failure of the worst frame's kind where one failed, and Interruption; everything else is told by then.
 void renderShot(render::OpenEffect& effect, const render::ShotSettings& settings,
                 const shots::ShotAreas& areas, const shots::SequencePlan& plan,

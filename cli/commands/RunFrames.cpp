@@ -114,6 +114,17 @@ void tellPlan(const shots::SequencePlan& plan, const SequenceArguments& sequence
     shots::checkOutputs(plan, sequence.options, form);
 }
 
+uint64_t memoryFor(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+                   const shots::FrameForm& form) {
+    constexpr uint64_t kOfTheCommand = uint64_t{16} << 20U; // its code, its libraries, and what a process has
+    const shots::DivisionRequest request = divisionRequest(plan, sequence, form, 0);
+    if (request.pixels == 0) {
+        return 0;
+    }
+    return kOfTheCommand + shots::bytesOfFrame(request.pixels, request.format) *
+                               static_cast<uint64_t>(sequence.jobs.value_or(1));
+}
+
 FrameDivision divisionOf(const shots::SequencePlan& plan, const SequenceArguments& sequence,
                          const shots::FrameForm& form, int threads) {
     const shots::DivisionRequest request = divisionRequest(plan, sequence, form, threads);

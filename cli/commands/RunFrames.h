@@ -27,6 +27,10 @@ bool isEmptyPart(const shots::SequencePlan& plan, const SequenceArguments& seque
 /// Gaps of the sequence, and frames that are left out.
 void tellGaps(const shots::SequencePlan& plan, bool quiet);
 
+/// Bytes that rendering takes, with as many frames at once as `sequence` says, otherwise one; 0 where no picture can be read.
+uint64_t memoryFor(const shots::SequencePlan& plan, const SequenceArguments& sequence,
+                   const shots::FrameForm& form);
+
 /// Frames at once and threads each, as far as `sequence` and `threads` (0: not said) leave them open. Tells how if it is asked to.
 struct FrameDivision {
     int jobs = 1;

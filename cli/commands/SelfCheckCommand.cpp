@@ -6,10 +6,12 @@
 #include "render/LinkedEffect.h"
 #include "render/LoadedEffect.h"
 #include "render/selfcheck/SelfCheck.h"
+#include "render/shots/Machine.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 #include "text/NumberText.h"
 
+#include <algorithm>
 #include <chrono>
 #include <cstddef>
 #include <optional>
@@ -37,7 +39,7 @@ selfcheck::CheckOutcome check(const SelfCheckArguments& arguments, host::EffectM
                               const std::string& title) {
     constexpr int kQuickStep = 4;
     const auto start = std::chrono::steady_clock::now();
-    host::Host host(render::toolOptions());
+    host::Host host(render::toolOptions(std::min(shots::usableProcessors(), render::kMostThreads)));
     selfcheck::CheckOutcome outcome = selfcheck::checkScenes(
         effect, host,
         {.every = arguments.quick ? kQuickStep : 1, .framesAlone = arguments.plugin.has_value()});

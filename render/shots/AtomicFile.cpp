@@ -2,17 +2,15 @@
 
 #include "render/shots/EndingSignals.h"
 #include "render/shots/SignalWatch.h"
+#include "render/shots/TemporaryFiles.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
-#include <array>
 #include <cerrno>
-#include <charconv>
 #include <cstdio>
 #include <deque>
 #include <fcntl.h>
 #include <optional>
-#include <random>
 #include <string>
 #include <sys/stat.h>
 #include <system_error>
@@ -67,15 +65,6 @@ bool cannotFlush(int error) {
     return error == EINVAL || error == ENOSYS || error == ENOTSUP;
 }
 
-/// Not derived from the target's name, which may already be as long as names can be.
-std::string unusualName() {
-    std::random_device source;
-    const uint64_t number = uint64_t{source()} << 32 | source();
-    std::array<char, 16> digits{};
-    const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), number, 16);
-    return ".kovalune-" + std::string(digits.data(), end.ptr) + ".tmp";
-}
-
 /// The rights of the owner for whoever runs the file are for that owner alone. Another group gets what all others
 /// have: not more, since it is not the one that was meant, and not less, since then it alone were shut out.
 mode_t keptPermissions(mode_t old, bool keepsOwner, bool keepsGroup) {
@@ -92,7 +81,7 @@ public:
         constexpr int kAttempts = 100;
         const fs::path folder = folderOf(target_);
         for (int attempt = 0; attempt < kAttempts && stream_ == nullptr; ++attempt) {
-            path_ = folder / unusualName();
+            path_ = folder / temporaryName();
             onSignal_.emplace(path_);
             stream_ = std::fopen(path_.string().c_str(), "wbx");
             if (stream_ == nullptr && errno != EEXIST) {
@@ -102,6 +91,7 @@ public:
         if (stream_ == nullptr) {
             failInFolder(file_, folder, EEXIST);
         }
+        holdTemporary(::fileno(stream_));
         // A signal that another thread took may have looked for the file before it was there.
         if (RemovedOnSignal::isEnding()) {
             ::unlink(path_.c_str());
@@ -126,7 +116,10 @@ public:
             fail(file_, errno);
         }
         // Before the name changes hands: after a crash it must not stand for a file that never reached the disk.
-        if (::fsync(::fileno(stream_)) != 0 && !cannotFlush(errno)) {
+        if (::fsync(::fileno(stream_)) == 0) {
+            return; // all is told; it is held until it has its name
+        }
+        if (!cannotFlush(errno)) {
             fail(file_, errno);
         }
         if (std::fclose(std::exchange(stream_, nullptr)) != 0) {
@@ -215,6 +208,10 @@ void checkWritable(const fs::path& file, bool force) {
         fail(file, "it is write-protected; --force replaces it all the same");
     }
     const TemporaryFile attempt(file); // only the system knows whether it will
+}
+
+fs::path folderWrittenTo(const fs::path& file) {
+    return folderOf(targetOf(file));
 }
 
 bool nameOneFile(const fs::path& a, const fs::path& b) {

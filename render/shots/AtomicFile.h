@@ -16,6 +16,10 @@ bool isWriteProtected(const std::filesystem::path& file);
 /// nothing behind; passing it is no promise that writing succeeds.
 void checkWritable(const std::filesystem::path& file, bool force = false);
 
+/// Where the file is made before it gets its name: the folder that it is in, or that its link leads to. Throws Failure for a link
+/// that cannot be followed.
+std::filesystem::path folderWrittenTo(const std::filesystem::path& file);
+
 /// Whether writing the one would replace the other: links are followed, and neither need exist yet.
 bool nameOneFile(const std::filesystem::path& a, const std::filesystem::path& b);
 

@@ -6,9 +6,12 @@
 #include "text/Failure.h"
 
 #include <algorithm>
+#include <cerrno>
+#include <fcntl.h>
 #include <filesystem>
 #include <string>
 #include <system_error>
+#include <unistd.h>
 #include <vector>
 
 namespace kovalune::shots {
@@ -16,8 +19,13 @@ namespace kovalune::shots {
 namespace fs = std::filesystem;
 
 bool FinishedOutput::exists() const {
-    std::error_code error;
-    return fs::exists(frame_.output, error);
+    // On a network's folder names and times may be some seconds old until the file is opened, which asks the server.
+    const int descriptor = ::open(frame_.output.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+    if (descriptor >= 0) {
+        ::close(descriptor);
+        return true;
+    }
+    return errno != ENOENT && errno != ENOTDIR;
 }
 
 bool FinishedOutput::isNewest() const {

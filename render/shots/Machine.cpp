@@ -1,13 +1,16 @@
 #include "render/shots/Machine.h"
 
 #include "render/OpenEffect.h"
+#include "render/shots/ControlGroups.h"
 #include "text/NumberText.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <fstream>
 #include <limits>
 #include <sched.h>
 #include <thread>
+#include <vector>
 
 namespace kovalune::shots {
 
@@ -34,16 +37,27 @@ std::string megabytes(uint64_t bytes) {
 
 } // namespace
 
-int usableProcessors() {
-    cpu_set_t set;
-    CPU_ZERO(&set);
-    if (::sched_getaffinity(0, sizeof set, &set) == 0) {
-        return std::max(CPU_COUNT(&set), 1);
+namespace {
+
+/// Those that the process was given, by a farm's engine or by hand; 0 where the system does not tell.
+int ownProcessors() {
+    constexpr int kMostKnown = 1 << 16;
+    // Machines may have more than a plain set has room for.
+    for (int room = CPU_SETSIZE; room <= kMostKnown; room *= 2) {
+        const std::size_t bytes = CPU_ALLOC_SIZE(static_cast<std::size_t>(room));
+        std::vector<cpu_set_t> set((bytes + sizeof(cpu_set_t) - 1) / sizeof(cpu_set_t));
+        if (::sched_getaffinity(0, bytes, set.data()) == 0) {
+            return CPU_COUNT_S(bytes, set.data());
+        }
+        if (errno != EINVAL) {
+            break;
+        }
     }
-    return std::max(static_cast<int>(std::thread::hardware_concurrency()), 1);
+    return 0;
 }
 
-uint64_t freeMemory() {
+/// 0 where the system does not tell.
+uint64_t machinesFreeMemory() {
     constexpr uint64_t kBytesInUnit = 1024;
     std::ifstream file("/proc/meminfo");
     std::string word;
@@ -54,6 +68,24 @@ uint64_t freeMemory() {
         }
     }
     return 0;
+}
+
+} // namespace
+
+int usableProcessors() {
+    const int own = ownProcessors();
+    const int given = own > 0 ? own : static_cast<int>(std::thread::hardware_concurrency());
+    return std::max(std::min(given, groupLimits().processors.value_or(given)), 1);
+}
+
+uint64_t freeMemory() {
+    const uint64_t machines = machinesFreeMemory();
+    const std::optional<uint64_t> groups = groupLimits().freeMemory;
+    if (!groups) {
+        return machines;
+    }
+    // What is known of a group is known of the machine: nothing left is not "not told".
+    return std::max<uint64_t>(machines == 0 ? *groups : std::min(machines, *groups), 1);
 }
 
 /// A frame is read and another one written while one is made, each of them as two or three pictures.

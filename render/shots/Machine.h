@@ -10,10 +10,11 @@
 
 namespace kovalune::shots {
 
-/// Processors that this process may use; at least 1.
+/// Processors that this process may use: those that it was given, and no more than its control groups have time for. At least 1.
 int usableProcessors();
 
-/// Bytes of memory that may be taken without pushing out what others use; 0 where the system does not tell.
+/// Bytes of memory that may be taken without pushing out what others use, below the limits of its control groups; 0 where the
+/// system does not tell.
 uint64_t freeMemory();
 
 /// Frames at once, and threads for each.

@@ -5,6 +5,7 @@
 #include "tests/support/TestFolder.h"
 
 #include <algorithm>
+#include <chrono>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -335,6 +336,70 @@ TEST_F(ShotCommand, ListsTheFramesThatAreNotFinished) {
     EXPECT_EQ(outcome.out, "0002-0005\n");
     expectRefused(with(shot_, {"--list-missing", "--dry-run"}), 2,
                   "--list-missing: renders and writes nothing");
+}
+
+/// The same arguments with one more.
+TEST_F(ShotCommand, ListsWhatIsNotFinishedWhateverElseItWouldTell) {
+    const Words telling = with(shot_, {"--mkdir", "--log", "shot.log", "--report", "--strict", "--time",
+                                       "--save-params", "all.params", "--list-missing"});
+    std::filesystem::remove(folder_ / name("cel", 3));
+    CommandOutcome outcome = run(with(telling, {"--frames", "1-6"}));
+    EXPECT_EQ(outcome.exitCode, 1) << outcome.err;
+    EXPECT_EQ(outcome.out, "0001-0006\n");
+    EXPECT_FALSE(exists("shot.log"));
+    EXPECT_FALSE(exists("all.params"));
+    outcome = run(with(shot_, {"--frames", "1-6", "--keep-going"}));
+    EXPECT_EQ(outcome.exitCode, 3);
+    outcome = run(with(shot_, {"--frames", "1-6", "--list-missing"}));
+    EXPECT_EQ(outcome.exitCode, 1);
+    EXPECT_EQ(outcome.out, "0003\n");
+    expectRefused({"cel.####.png", "-o", "soft.####.jpg", "--list-missing"}, 3, "must be .png");
+    expectRefused({name("cel", 1), "-o", "-", "--format", "png", "--list-missing"}, 2, "-: is one picture");
+}
+
+TEST_F(ShotCommand, TellsAFarmOfItsFrames) {
+    std::filesystem::remove(folder_ / name("cel", 3));
+    CommandOutcome outcome = run(with(shot_, {"--list-frames"}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.out, "frames 0001,0002,0004-0006\ncount 5\nmebibytes 17\ngiven\nfolder .\n");
+    outcome = run({"cel.####.png", "-o", "soft", "--mkdir", "--frames", "6-1:2", "--newer", "--list-frames",
+                   "--jobs", "64"});
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.err;
+    EXPECT_EQ(outcome.out,
+              "frames 0006,0004,0002\ncount 3\nmebibytes 20\ngiven frames existing\nfolder soft\n");
+    EXPECT_FALSE(exists("soft"));
+    outcome = run(with(shot_, {"--frames", "1-4", "--list-frames"}));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_EQ(outcome.err + outcome.notes, "kovalune: note: no file for 0003, which will fail alone\n");
+    for (const char* const other : {"--dry-run", "--strict", "--sweep", "--print-params"}) {
+        expectRefused(with(shot_, {"--list-frames", other}), 2, "--list-frames: is of all frames together");
+    }
+    expectRefused(with(shot_, {"--list-frames", "--part", "1/2"}), 2, "--list-frames");
+    expectRefused({"cel.####.png", "-o", "nowhere/soft.####.png", "--list-frames"}, 3, "there is no folder");
+}
+
+TEST_F(ShotCommand, SweepsWhatKilledRunsHaveLeft) {
+    using namespace std::chrono_literals;
+    const auto make = [this](const char* file, std::chrono::seconds age) {
+        std::ofstream(folder_ / file) << "x";
+        std::filesystem::last_write_time(folder_ / file, std::filesystem::file_time_type::clock::now() - age);
+    };
+    make(".kovalune-1.tmp", 60s);
+    make(".kovalune-2.tmp", 0s);
+    CommandOutcome outcome = run(with(shot_, {"--sweep"}));
+    EXPECT_EQ(outcome.exitCode, 0);
+    EXPECT_NE(
+        outcome.err.find("kovalune: removed './.kovalune-1.tmp', which a run that was killed has left\n"),
+        std::string::npos)
+        << outcome.err;
+    EXPECT_FALSE(exists(".kovalune-1.tmp"));
+    EXPECT_TRUE(exists(".kovalune-2.tmp"));
+    EXPECT_TRUE(exists(name("soft", 1)));
+    make(".kovalune-1.tmp", 60s);
+    outcome = run(with(shot_, {"--sweep", "--list-missing"}));
+    EXPECT_EQ(outcome.exitCode, 0) << outcome.out;
+    EXPECT_FALSE(exists(".kovalune-1.tmp"));
+    expectRefused(with(shot_, {"--sweep", "--dry-run"}), 2, "--sweep: removes files");
 }
 
 TEST_F(ShotCommand, RendersOneOfItsParts) {

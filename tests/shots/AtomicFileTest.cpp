@@ -11,6 +11,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <csignal>
+#include <fcntl.h>
+#include <filesystem>
 #include <functional>
 #include <grp.h>
 #include <sys/resource.h>
@@ -27,6 +29,29 @@ int flushErrorFrom = 0; // the number of the call that the disk begins to fail w
 int signalAtFlush = 0;  // the number of the call that SIGTERM comes with; 0: none
 int flushes = 0;
 off_t flushedBytes = 0;
+std::filesystem::path
+    heldIn;          // the folder whose temporary files are counted as another process sees them; empty: none
+int heldAtFlush = 0; // those that somebody held
+
+/// What another process finds of the temporary files there: one that is held is nobody else's.
+int heldFiles(const std::filesystem::path& folder) {
+    int held = 0;
+    for (const auto& each : std::filesystem::directory_iterator(folder)) {
+        if (each.path().extension() != ".tmp") {
+            continue;
+        }
+        const pid_t other = fork();
+        if (other == 0) {
+            struct flock lock {};
+            lock.l_type = F_WRLCK;
+            _exit(fcntl(open(each.path().c_str(), O_RDWR), F_SETLK, &lock) == 0 ? 0 : 1);
+        }
+        int status = 0;
+        waitpid(other, &status, 0);
+        held += status != 0 ? 1 : 0;
+    }
+    return held;
+}
 
 } // namespace
 
@@ -36,6 +61,9 @@ extern "C" int fsync(int file) {
         flushedBytes = status.st_size;
     }
     ++flushes;
+    if (!heldIn.empty()) {
+        heldAtFlush = heldFiles(heldIn);
+    }
     if (flushes == signalAtFlush) {
         raise(SIGTERM);
     }
@@ -78,6 +106,8 @@ protected:
         signalAtFlush = 0;
         flushes = 0;
         flushedBytes = 0;
+        heldIn.clear();
+        heldAtFlush = 0;
     }
 
     void expectUntouched() const {
@@ -246,6 +276,16 @@ TEST_F(AtomicFile, OfSomebodyElseIsNotReplacedInAFolderWhereOnlyOwnersDo) {
     ASSERT_EQ(chown(folder_.path().c_str(), kNobody, kNobody), 0);
     EXPECT_EQ(refusal(false), "");
     EXPECT_EQ(refusalOfPlainUser([&] { writeAtomically(file_, kNew); }), "") << "the system agrees";
+}
+
+/// So that nobody takes it for one that was left behind.
+TEST_F(AtomicFile, IsHeldUntilItHasItsName) {
+    heldIn = folder_.path();
+    writeAtomically(file_, kNew);
+    EXPECT_EQ(heldAtFlush, 1);
+    const std::vector<FileContent> both = {{file_, kNew}, {folder_ / "map.png", kNew}};
+    writeAtomically(both);
+    EXPECT_EQ(heldAtFlush, 2) << "the first waits for the second";
 }
 
 TEST_F(AtomicFile, OfTwoNeitherIsPlacedBeforeBothAreOnTheDisk) {
