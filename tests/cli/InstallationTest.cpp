@@ -50,7 +50,8 @@ TEST(Installation, TheCommandComesWithItsCompletionsAndItsPage) {
     const TestFolder folder;
     install(folder.path().string(), "command");
     EXPECT_EQ(filesIn(folder.path()),
-              (std::vector<std::string>{"bin/kovalune", "share/bash-completion/completions/kovalune",
+              (std::vector<std::string>{"bin/kovalune", "bin/kovalune-slurm",
+                                        "share/bash-completion/completions/kovalune",
                                         "share/fish/vendor_completions.d/kovalune.fish",
                                         "share/man/man1/kovalune.1", "share/zsh/site-functions/_kovalune"}));
     EXPECT_EQ(bytesOf(folder / "share/bash-completion/completions/kovalune"), bytesOf(KOVALUNE_COMPLETION));
@@ -68,9 +69,9 @@ TEST(Installation, DocumentsAndExampleLieSideBySide) {
     const TestFolder folder;
     install(folder.path().string(), "documents");
     install(folder.path().string(), "example");
-    for (const char* file :
-         {"README.md", "CHANGELOG.md", "copyright", "docs/using.md", "docs/images/before-after.png",
-          "examples/cel1.png", "examples/cel1.params", "examples/smoothing/step.png"}) {
+    for (const char* file : {"README.md", "CHANGELOG.md", "copyright", "docs/using.md",
+                             "farm/kovalune.openjd.json", "docs/images/before-after.png", "examples/cel1.png",
+                             "examples/cel1.params", "examples/smoothing/step.png"}) {
         EXPECT_TRUE(std::filesystem::exists(folder / ("share/doc/kovalune/" + std::string(file)))) << file;
     }
     for (const std::string& file : filesIn(folder.path())) {
