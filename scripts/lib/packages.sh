@@ -6,6 +6,7 @@ room_packages=("${build_packages[@]}" libgtest-dev)
 # Two thread models: one for what ships, one for the tests.
 windows_packages=(g++-mingw-w64-{i686,x86-64}-{win32,posix})
 package_packages=(zip dpkg-dev file)
+farm_packages=(slurmctld slurmd slurm-client munge)
 lint_packages=(clang-format clang-tidy shellcheck codespell)
 # What scripts/test-hosts renders through.
 host_packages=(melt)
