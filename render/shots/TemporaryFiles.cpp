@@ -28,7 +28,7 @@ constexpr std::string_view kEnd = ".tmp";
 constexpr std::size_t kMostDigits = 16;
 
 constexpr std::time_t kSecondsToHold = 10;
-constexpr std::time_t kSecondsWithoutLocks = 24 * 60 * 60;
+constexpr std::time_t kSecondsWithoutLocks = 86400; // a day
 
 class Descriptor {
 public:
