@@ -1,5 +1,6 @@
 // All blurs against their plain twins, bit for bit: pictures, masks, amounts and hosts of many kinds.
 #include "tests/blur/BlurDrivers.h"
+#include "tests/support/Effort.h"
 
 #include <gtest/gtest.h>
 
@@ -46,7 +47,7 @@ void expectWholeLikeThePlainOne(const BlurDriver& driver, const Mask& mask, Rand
 
 TEST_P(BlurSweepTest, OfEveryMaskShapeInManySizes) {
     Random random(101);
-    for (int round = 0; round < 8; ++round) {
+    for (int round = 0; round < cases(8); ++round) {
         for (const MaskShape shape : kMaskShapes) {
             const int32_t width = random.between(1, 70);
             const int32_t height = random.between(1, 70);
@@ -61,7 +62,7 @@ TEST_P(BlurSweepTest, OfEveryMaskShapeInManySizes) {
 
 TEST_P(BlurSweepTest, OfFlatColoursWithTransparentHoles) {
     Random random(102);
-    for (int round = 0; round < 30; ++round) {
+    for (int round = 0; round < cases(30); ++round) {
         const Mask mask = anyMask(random.between(1, 50), random.between(1, 50), random);
         BlurScene scene(GetParam(), anyOptions(random), wholeRect(mask.width, mask.height), mask,
                         anyMask(mask.width, mask.height, random), random);
@@ -73,7 +74,7 @@ TEST_P(BlurSweepTest, OfFlatColoursWithTransparentHoles) {
 
 TEST_P(BlurSweepTest, OfEveryRepeat) {
     Random random(103);
-    for (int32_t repeat = 0; repeat <= 10; ++repeat) {
+    for (int32_t repeat = 0; repeat <= 10; repeat += kSanitized ? 3 : 1) {
         for (const double amount : {1.99, 2.0, 2.5, 9.0, 33.25}) {
             const Mask mask = anyMask(random.between(5, 30), random.between(5, 30), random);
             ASSERT_NO_FATAL_FAILURE(expectWholeLikeThePlainOne(GetParam(), mask, random, repeat, amount));
@@ -129,7 +130,7 @@ TEST_P(BlurSweepTest, OfTheLongestLinesThatAFrameHas) {
 
 TEST_P(BlurSweepTest, OfValuesBeyondFullScale) {
     Random random(107);
-    for (int round = 0; round < 40; ++round) {
+    for (int round = 0; round < cases(40); ++round) {
         const Mask mask = anyMask(random.between(1, 40), random.between(1, 40), random);
         const FrameRect rect = rectAt(random.below(3), random.below(3), mask.width, mask.height);
         BlurScene scene(GetParam(), anyOptions(random), rect, mask, anyMask(mask.width, mask.height, random),

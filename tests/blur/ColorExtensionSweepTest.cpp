@@ -1,5 +1,6 @@
 // The colour extension against its plain twin, bit for bit: masks, reaches and hosts of many kinds.
 #include "tests/blur/ColorExtensionScene.h"
+#include "tests/support/Effort.h"
 
 #include <algorithm>
 #include <cmath>
@@ -102,7 +103,7 @@ TEST_P(ExtensionSweep, OfEveryPairOfMaskShapes) {
 
 TEST_P(ExtensionSweep, OfFewCoresInAWideArea) {
     Random random(202);
-    for (int round = 0; round < 250; ++round) {
+    for (int round = 0; round < cases(250); ++round) {
         const int32_t width = random.between(1, 70);
         const int32_t height = random.between(1, 70);
         Mask seed = random.chance(50) ? discs(width, height, random) : fewPixels(width, height, random);
@@ -126,7 +127,7 @@ TEST_P(ExtensionSweep, OfFewCoresInAWideArea) {
 /// What lies idle between cores is not gone through, and columns are looked through 256 at a time.
 TEST_P(ExtensionSweep, OfCoresFarApart) {
     Random random(208);
-    for (int round = 0; round < 25; ++round) {
+    for (int round = 0; round < cases(25); ++round) {
         const int32_t width = random.between(200, 330);
         const int32_t height = random.between(40, 110);
         const Mask seed = with(fewPixels(width, height, random), fewPixels(width, height, random));
@@ -175,7 +176,7 @@ TEST_P(ExtensionSweep, OfAWholePictureAtLargeReach) {
 
 TEST_P(ExtensionSweep, OfValuesBeyondFullScale) {
     Random random(205);
-    for (int round = 0; round < 60; ++round) {
+    for (int round = 0; round < cases(60); ++round) {
         const int32_t width = random.between(1, 40);
         const int32_t height = random.between(1, 40);
         const PlainExtension job = {rectAt(random.below(3), random.below(3), width, height),

@@ -4,6 +4,7 @@
 #include "effect/Kovalune.h"
 #include "tests/pipeline/ProcessScene.h"
 #include "tests/reference/PlainExtraction.h"
+#include "tests/support/Effort.h"
 
 #include <algorithm>
 #include <gtest/gtest.h>
@@ -77,7 +78,7 @@ host::judge::JudgeOptions someOptions(Random& random) {
 
 TEST_P(FrameReports, ChangeNeitherPixelsNorCalls) {
     Random random(241);
-    for (int round = 0; round < 80 && !HasFailure(); ++round) {
+    for (int round = 0; round < cases(80) && !HasFailure(); ++round) {
         SCOPED_TRACE("round " + std::to_string(round));
         ProcessScene scene(GetParam(), someOptions(random), random.between(1, 24), random.between(1, 24),
                            random);
