@@ -5,7 +5,6 @@
 
 #include <algorithm>
 #include <atomic>
-#include <bit>
 #include <cstdint>
 #include <unordered_map>
 
@@ -28,7 +27,7 @@ std::unordered_map<PF_ProgPtr, CommandContext*>& liveContexts() {
 
 PF_ProgPtr nextReference() {
     static std::atomic<uintptr_t> last{0};
-    return std::bit_cast<PF_ProgPtr>(++last);
+    return reinterpret_cast<PF_ProgPtr>(++last);
 }
 
 } // namespace

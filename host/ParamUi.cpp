@@ -1,8 +1,5 @@
 #include "host/ParamUi.h"
 
-#include <array>
-#include <bit>
-#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -22,8 +19,7 @@ bool sameBytes(const Member& a, const Member& b) {
     if constexpr (std::is_pointer_v<Member>) {
         return a == b;
     } else {
-        using Bytes = std::array<std::byte, sizeof(Member)>;
-        return std::bit_cast<Bytes>(a) == std::bit_cast<Bytes>(b);
+        return std::memcmp(&a, &b, sizeof a) == 0;
     }
 }
 

@@ -2,7 +2,8 @@
 // bits of what it carries.
 #pragma once
 
-#include <bit>
+#include "effect/share/StandardParts.h"
+
 #include <cmath>
 #include <cstdint>
 
@@ -13,15 +14,15 @@ inline float floatOfHalf(uint16_t half) {
     const uint32_t sign = (half & 0x8000U) << 16;
     const uint32_t magnitude = half & 0x7fffU;
     // The same digits with the exponent that a float reads in their place; without branches, so that rows go quickly.
-    const float finite = std::bit_cast<float>(magnitude << 13) * 0x1p112F;
+    const float finite = bitCast<float>(magnitude << 13) * 0x1p112F;
     const uint32_t infinite = 0x7f800000U | (magnitude << 13); // and NaN
-    const uint32_t bits = magnitude >= 0x7c00 ? infinite : std::bit_cast<uint32_t>(finite);
-    return std::bit_cast<float>(sign | bits);
+    const uint32_t bits = magnitude >= 0x7c00 ? infinite : bitCast<uint32_t>(finite);
+    return bitCast<float>(sign | bits);
 }
 
 /// To the nearest, to the even one of two; from 65520 on infinity.
 inline uint16_t halfOfFloat(float value) {
-    const uint32_t bits = std::bit_cast<uint32_t>(value);
+    const uint32_t bits = bitCast<uint32_t>(value);
     const uint32_t sign = (bits >> 16) & 0x8000U;
     const uint32_t magnitude = bits & 0x7fffffffU;
     constexpr uint32_t kInfinity = 0x7f800000;
@@ -30,14 +31,13 @@ inline uint16_t halfOfFloat(float value) {
     if (magnitude > kInfinity) {
         half = 0x7c00U | ((magnitude >> 13) & 0x3ffU);
         half += half == 0x7c00U ? 1 : 0; // it would be infinity
-    } else if (magnitude >= std::bit_cast<uint32_t>(65520.0F)) {
+    } else if (magnitude >= bitCast<uint32_t>(65520.0F)) {
         half = 0x7c00;
-    } else if (magnitude >= std::bit_cast<uint32_t>(0x1p-14F)) {
+    } else if (magnitude >= bitCast<uint32_t>(0x1p-14F)) {
         half = (magnitude - kRebias + 0xfffU + ((magnitude >> 13) & 1U)) >> 13;
     } else {
         // Beside a half, floats are as far apart as the smallest values of 16 bits: the sum is rounded to one of them.
-        half =
-            std::bit_cast<uint32_t>(std::bit_cast<float>(magnitude) + 0.5F) - std::bit_cast<uint32_t>(0.5F);
+        half = bitCast<uint32_t>(bitCast<float>(magnitude) + 0.5F) - bitCast<uint32_t>(0.5F);
     }
     return static_cast<uint16_t>(sign | half);
 }
@@ -50,8 +50,8 @@ inline uint16_t halfOfDouble(double value) {
         return halfOfFloat(nearest);
     }
     // The float towards zero, made odd: it has digits enough to lie on the same side of every middle.
-    const uint32_t bits = std::bit_cast<uint32_t>(nearest) - (std::abs(back) > std::abs(value) ? 1 : 0);
-    return halfOfFloat(std::bit_cast<float>(bits | 1U));
+    const uint32_t bits = bitCast<uint32_t>(nearest) - (std::abs(back) > std::abs(value) ? 1 : 0);
+    return halfOfFloat(bitCast<float>(bits | 1U));
 }
 
 } // namespace kovalune::pictures

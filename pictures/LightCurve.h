@@ -3,8 +3,8 @@
 #pragma once
 
 #include "effect/Kovalune.h"
+#include "effect/share/StandardParts.h"
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -19,7 +19,7 @@ public:
 
     /// What the curve makes of the value, to the bit.
     double operator()(double value) {
-        const auto bits = std::bit_cast<uint64_t>(value);
+        const auto bits = bitCast<uint64_t>(value);
         Known& known = known_[(bits * 0x9e3779b97f4a7c15U) >> (64 - kKnownBits)];
         if (known.value != bits) {
             known = {bits, curve_(value)};

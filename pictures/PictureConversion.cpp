@@ -1,5 +1,6 @@
 #include "pictures/PictureConversion.h"
 
+#include "effect/share/StandardParts.h"
 #include "hostapi/Constants.h"
 #include "pictures/EmbeddedSettings.h"
 #include "pictures/FileRows.h"
@@ -77,7 +78,7 @@ public:
 
 private:
     static typename Host::Channel channel(typename Host::Sample sample) {
-        return std::bit_cast<typename Host::Channel>(sample);
+        return bitCast<typename Host::Channel>(sample);
     }
 
     AlphaKind kind_;
@@ -88,14 +89,14 @@ private:
 template <class Pixel, class Sample>
 Pixel alphaFirst(const Sample* samples) {
     if constexpr (sizeof(Sample) > 2) {
-        return std::bit_cast<Pixel>(std::array{samples[3], samples[0], samples[1], samples[2]});
+        return bitCast<Pixel>(std::array{samples[3], samples[0], samples[1], samples[2]});
     } else {
         using Word = std::conditional_t<sizeof(Sample) == 1, uint32_t, uint64_t>;
         constexpr int kChannelBits = 8 * sizeof(Sample);
         constexpr int kTurn = std::endian::native == std::endian::little ? kChannelBits : -kChannelBits;
         Word word;
         std::memcpy(&word, samples, sizeof word);
-        return std::bit_cast<Pixel>(std::rotl(word, kTurn));
+        return bitCast<Pixel>(std::rotl(word, kTurn));
     }
 }
 
@@ -142,7 +143,7 @@ private:
 
     void bend(Pixel* pixels) {
         const auto bent = [this](Sample colour, Sample alpha) {
-            return std::bit_cast<typename Host::Channel>(recolouredThrough<File, Host>(
+            return bitCast<typename Host::Channel>(recolouredThrough<File, Host>(
                 *curve_, colour, alpha, picture_.alphaKind, AlphaKind::kStraight));
         };
         for (std::size_t x = 0; x < row_.size(); ++x) {
@@ -256,7 +257,7 @@ public:
 
 private:
     static typename Host::Sample sampleOf(typename Host::Channel channel) {
-        return std::bit_cast<typename Host::Sample>(channel);
+        return bitCast<typename Host::Sample>(channel);
     }
 
     Recolouring left_;

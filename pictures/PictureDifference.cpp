@@ -1,8 +1,8 @@
 #include "pictures/PictureDifference.h"
 
+#include "effect/share/StandardParts.h"
 #include "pictures/PixelValues.h"
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstring>
@@ -52,7 +52,7 @@ double valueAt(const Picture& picture, std::size_t pixel, std::size_t place) {
 /// Samples and whites are of so few bits that the products are exact.
 bool sameValue(double a, double whiteA, double b, double whiteB) {
     if (std::isnan(a) || std::isnan(b)) {
-        return std::bit_cast<uint64_t>(a) == std::bit_cast<uint64_t>(b);
+        return bitCast<uint64_t>(a) == bitCast<uint64_t>(b);
     }
     return a * whiteB == b * whiteA;
 }

@@ -1,7 +1,8 @@
 #include "pictures/Resolution.h"
 
+#include "effect/share/StandardParts.h"
+
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstring>
 #include <string_view>
@@ -148,12 +149,12 @@ std::optional<float> floatNote(const Picture& picture, std::string_view name) {
     if (note == nullptr) {
         return std::nullopt;
     }
-    return std::bit_cast<float>(numberAt(note->bytes, 0, false));
+    return bitCast<float>(numberAt(note->bytes, 0, false));
 }
 
 PictureNote exrNote(const char* name, double value) {
     PictureNote note{name, "float", {}};
-    appendNumber(note.bytes, std::bit_cast<uint32_t>(static_cast<float>(value)), false);
+    appendNumber(note.bytes, bitCast<uint32_t>(static_cast<float>(value)), false);
     return note;
 }
 

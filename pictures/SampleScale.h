@@ -2,12 +2,12 @@
 // Whole numbers round to the nearest, halves up; floats are cut to 0 to white where they become whole numbers.
 #pragma once
 
+#include "effect/share/StandardParts.h"
 #include "hostapi/HostApi.h"
 #include "pictures/HalfFloat.h"
 #include "pictures/Picture.h"
 
 #include <algorithm>
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -48,9 +48,9 @@ struct FloatBitsScale {
     using Sample = uint32_t;
     static constexpr bool kIsFloat = true;
     static constexpr uint64_t kWhite = 1;
-    static float toFloat(Sample sample) { return std::bit_cast<float>(sample); }
+    static float toFloat(Sample sample) { return bitCast<float>(sample); }
     static double toDouble(Sample sample) { return static_cast<double>(toFloat(sample)); }
-    static Sample fromFloat(float value) { return std::bit_cast<Sample>(value); }
+    static Sample fromFloat(float value) { return bitCast<Sample>(value); }
     static Sample fromDouble(double value) { return fromFloat(static_cast<float>(value)); }
 };
 

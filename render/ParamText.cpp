@@ -1,5 +1,6 @@
 #include "render/ParamText.h"
 
+#include "effect/share/StandardParts.h"
 #include "hostapi/Constants.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
@@ -46,7 +47,7 @@ bool isTiny(std::string_view text) {
 template <class Number>
 Form parseNumber(std::string_view text, Number& number) {
     const char* const end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data(), end, number);
+    const auto [stop, error] = fromChars(text.data(), end, number);
     if (stop != end || text.empty() || error == std::errc::invalid_argument) {
         return Form::kWrong;
     }
@@ -57,7 +58,7 @@ Form parseNumber(std::string_view text, Number& number) {
 std::string numberText(float number) {
     std::array<char, 64> letters{};
     const auto end =
-        std::to_chars(letters.data(), letters.data() + letters.size(), number, std::chars_format::fixed);
+        toChars(letters.data(), letters.data() + letters.size(), number, std::chars_format::fixed);
     return {letters.data(), end.ptr};
 }
 

@@ -1,7 +1,8 @@
 #include "text/NumberText.h"
 
+#include "effect/share/StandardParts.h"
+
 #include <array>
-#include <charconv>
 #include <cmath>
 
 namespace kovalune::text {
@@ -17,7 +18,7 @@ std::string written(Number number, Form... form) {
         return "nan";
     }
     Letters letters{};
-    const auto end = std::to_chars(letters.data(), letters.data() + letters.size(), number, form...);
+    const auto end = toChars(letters.data(), letters.data() + letters.size(), number, form...);
     return {letters.data(), end.ptr};
 }
 

@@ -5,10 +5,10 @@
 #include "effect/blur/LineWeights.h"
 #include "effect/kernels/Kernels.h"
 #include "effect/raster/PixelTraits.h"
+#include "effect/share/StandardParts.h"
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cmath>
 #include <cstddef>
 #include <cstdint>
@@ -148,7 +148,7 @@ struct PlanarOf<Argb32> {
         bool holds(const std::array<Sum, kChannels>& values) {
             for (const Sum value : values) {
                 if (value != 0.0) {
-                    const auto size = static_cast<int32_t>(std::bit_cast<uint64_t>(value) >> 52 & 0x7FF);
+                    const auto size = static_cast<int32_t>(bitCast<uint64_t>(value) >> 52 & 0x7FF);
                     smallest_ = std::min(smallest_, size);
                     largest_ = std::max(largest_, size);
                 }

@@ -3,8 +3,8 @@
 #include "effect/params/ParamRegistry.h"
 #include "effect/platform/Platform.h"
 #include "effect/share/AEUtil/HostVersion.h"
+#include "effect/share/StandardParts.h"
 
-#include <charconv>
 #include <cmath>
 #include <cstring>
 #include <limits>
@@ -82,15 +82,14 @@ double parseNumber(const std::string& text) {
     const char* const last = text.data() + text.size();
     const bool plus = *first == '+' && last - first > 1 && first[1] != '-';
     double value = 0.0;
-    std::from_chars(plus ? first + 1 : first, last, value);
+    fromChars(plus ? first + 1 : first, last, value);
     return std::isfinite(value) ? value : 0.0;
 }
 
 std::string formatNumber(double value) {
     // The longest double has 309 digits before its point.
     char text[std::numeric_limits<double>::max_exponent10 + 16];
-    const std::to_chars_result result =
-        std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, 6);
+    const std::to_chars_result result = toChars(text, text + sizeof text, value, std::chars_format::fixed, 6);
     return {text, result.ptr};
 }
 

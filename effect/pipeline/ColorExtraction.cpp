@@ -6,9 +6,9 @@
 #include "effect/raster/Rows.h"
 #include "effect/raster/SameBytes.h"
 #include "effect/share/HostCode.h"
+#include "effect/share/StandardParts.h"
 
 #include <algorithm>
-#include <bit>
 #include <utility>
 
 namespace kovalune {
@@ -36,7 +36,7 @@ struct SamenessOf<Argb16> : IntegerSameness<Argb16> {
 
 template <>
 struct SamenessOf<Argb32> {
-    static bool same(float a, float b) { return std::bit_cast<uint32_t>(a) == std::bit_cast<uint32_t>(b); }
+    static bool same(float a, float b) { return bitCast<uint32_t>(a) == bitCast<uint32_t>(b); }
     static float otherRed(float red) { return red == Argb32::kFullScale ? 0.0F : Argb32::kFullScale; }
 };
 

@@ -3,9 +3,9 @@
 #include "effect/pipeline/DepthConversion.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
+#include "effect/share/StandardParts.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace kovalune {
 namespace {
@@ -30,9 +30,7 @@ template <>
 struct DifferenceOf<Argb32> {
     using Work = Argb32;
     /// -0 and 0 are the same, and so is a NaN with itself.
-    static bool differ(float a, float b) {
-        return a != b && std::bit_cast<uint32_t>(a) != std::bit_cast<uint32_t>(b);
-    }
+    static bool differ(float a, float b) { return a != b && bitCast<uint32_t>(a) != bitCast<uint32_t>(b); }
 };
 
 template <class Format>

@@ -9,9 +9,9 @@
 
 #include "effect/share/AEUtil/SharedArray.h"
 #include "effect/share/FrameRect.h"
+#include "effect/share/StandardParts.h"
 #include "hostapi/HostApi.h"
 
-#include <atomic>
 #include <cstddef>
 #include <cstdint>
 #include <utility>
@@ -20,9 +20,8 @@ namespace kovalune {
 
 /// A summary byte that several iterations of a pass may write at once, always with the value 1.
 inline void markShared(uint8_t& byte) {
-    const std::atomic_ref<uint8_t> shared(byte);
-    if (shared.load(std::memory_order_relaxed) == 0) {
-        shared.store(1, std::memory_order_relaxed);
+    if (loadRelaxed(byte) == 0) {
+        storeRelaxed(byte, 1);
     }
 }
 

@@ -16,9 +16,9 @@
 #pragma once
 
 #include "effect/share/ExactMathTables.h"
+#include "effect/share/StandardParts.h"
 
 #include <array>
-#include <bit>
 #include <cfloat>
 #include <cstddef>
 #include <cstdint>
@@ -136,18 +136,18 @@ constexpr DoubleDouble sumSeries(const std::array<DoubleDouble, kSize>& coeffici
 
 /// 2^exponent, for the exponents of normal doubles.
 constexpr double powerOfTwo(int exponent) noexcept {
-    return std::bit_cast<double>(static_cast<uint64_t>(exponent + 1023) << 52);
+    return bitCast<double>(static_cast<uint64_t>(exponent + 1023) << 52);
 }
 
 /// a + b rounded to odd: of the two doubles around an inexact sum, the one whose last bit is set. The bit
 /// stands for whatever was cut off, so that a later rounding to nearest comes out as if of the exact sum.
 constexpr double addToOdd(double a, double b) noexcept {
     const DoubleDouble sum = twoSum(a, b);
-    const auto bits = std::bit_cast<uint64_t>(sum.hi);
+    const auto bits = bitCast<uint64_t>(sum.hi);
     if (sum.lo == 0.0 || (bits & 1U) != 0U) {
         return sum.hi;
     }
-    return std::bit_cast<double>((sum.lo > 0.0) == (sum.hi > 0.0) ? bits + 1 : bits - 1);
+    return bitCast<double>((sum.lo > 0.0) == (sum.hi > 0.0) ? bits + 1 : bits - 1);
 }
 
 /// base + increment as an exact sum of two doubles, but for a rounding of base.lo + increment.lo and one to
@@ -221,9 +221,9 @@ constexpr DoubleDouble logOfDouble(double x) noexcept {
         x *= 0x1p+54;
         exponent -= 54;
     }
-    const auto bits = std::bit_cast<uint64_t>(x);
+    const auto bits = bitCast<uint64_t>(x);
     exponent += static_cast<int>(bits >> 52);
-    auto mantissa = std::bit_cast<double>((bits & kMantissaMask) | std::bit_cast<uint64_t>(1.0));
+    auto mantissa = bitCast<double>((bits & kMantissaMask) | bitCast<uint64_t>(1.0));
     if (mantissa > 1.4142135) {
         mantissa *= 0.5;
         ++exponent;
@@ -354,7 +354,7 @@ constexpr Parity parityOf(double y) noexcept {
 /// x^y where x is zero, negative or infinite, or y is infinite; neither is NaN.
 constexpr double powOfSpecial(double x, double y) noexcept {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    const bool negative = (std::bit_cast<uint64_t>(x) >> 63) != 0;
+    const bool negative = (bitCast<uint64_t>(x) >> 63) != 0;
     const double size = negative ? -x : x;
     if (isInfinite(y)) {
         if (size == 1.0) {

@@ -1,12 +1,12 @@
 #include "render/selfcheck/PixelHash.h"
 
-#include <bit>
+#include "effect/share/StandardParts.h"
 
 namespace kovalune::selfcheck {
 
 void PixelHash::addFloat(float value) {
     constexpr uint32_t kOneNan = 0x7FC00000;
-    addInteger(value != value ? kOneNan : std::bit_cast<uint32_t>(value));
+    addInteger(value != value ? kOneNan : bitCast<uint32_t>(value));
 }
 
 std::string PixelHash::text() const {
