@@ -213,12 +213,16 @@ std::to_chars_result toChars(char* first, char* last, Number number) {
 /// As std::from_chars reads a number.
 template <class Number>
 std::from_chars_result fromChars(const char* first, const char* last, Number& number) {
-#ifndef __cpp_lib_to_chars
-    if constexpr (std::is_floating_point_v<Number>) {
+#ifdef __cpp_lib_to_chars
+    constexpr bool kLibraryReads = true;
+#else
+    constexpr bool kLibraryReads = std::is_integral_v<Number>;
+#endif
+    if constexpr (kLibraryReads) {
+        return std::from_chars(first, last, number);
+    } else {
         return plainchars::fromChars(first, last, number);
     }
-#endif
-    return std::from_chars(first, last, number);
 }
 
 /// As std::to_chars writes a float or double: in its shortest form, or in that of `form`, a format and perhaps a precision.
