@@ -19,6 +19,16 @@ int report(ExitCode code, const char* text) noexcept {
     return static_cast<int>(code);
 }
 
+/// Takes no memory: '?' stands for what is not to reach a terminal.
+void tellLetters(std::string_view text) noexcept {
+    std::fputs("kovalune: ", stderr);
+    for (const char letter : text) {
+        const bool isControl = static_cast<unsigned char>(letter) < 0x20 || letter == 0x7f;
+        std::fputc(isControl ? '?' : letter, stderr);
+    }
+    std::fputc('\n', stderr);
+}
+
 [[noreturn]] void end(const shots::Interruption& interruption) noexcept {
     // Ctrl-C ends the whole line of pipes, and who should read this may have gone first.
     std::signal(SIGPIPE, SIG_IGN);
@@ -32,7 +42,7 @@ void tell(std::string_view text) noexcept {
     try {
         std::fprintf(stderr, "kovalune: %s\n", text::printable(text).c_str());
     } catch (const std::bad_alloc&) {
-        std::fputs("kovalune: not enough memory\n", stderr);
+        tellLetters(text);
     }
 }
 

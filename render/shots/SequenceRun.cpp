@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <condition_variable>
-#include <deque>
 #include <exception>
 #include <mutex>
 #include <new>
@@ -34,11 +33,15 @@ public:
         for (std::size_t job = options.jobs; job > 0; --job) {
             freeJobs_.push_back(job - 1);
         }
+        // While threads work nothing here takes memory: what is thrown in one of them ends the process.
+        toMake_.reserve(most_);
+        toWrite_.reserve(most_);
     }
 
     /// The calling thread works too: where the system gives no other, it does all.
     void run() {
         std::vector<std::thread> threads;
+        threads.reserve(most_);
         {
             const SignalsHeldBack held; // they are the caller's
             try {
@@ -46,6 +49,7 @@ public:
                     threads.emplace_back([this] { work(); });
                 }
             } catch (const std::system_error&) {
+            } catch (const std::bad_alloc&) {
             }
         }
         work();
@@ -78,9 +82,9 @@ private:
         }
     }
 
-    static Underway take(std::deque<Underway>& queue) {
+    static Underway take(std::vector<Underway>& queue) {
         Underway first = std::move(queue.front());
-        queue.pop_front();
+        queue.erase(queue.begin());
         return first;
     }
 
@@ -144,13 +148,24 @@ private:
                 break;
             }
         } catch (const text::Failure& failure) {
-            return {FrameEnd::kFailed, failure.kind(), failure.what()};
+            return failed(failure.kind(), failure.what());
         } catch (const std::bad_alloc&) {
-            return {FrameEnd::kFailed, text::FailureKind::kFile, "not enough memory"};
+            return failed(text::FailureKind::kFile, "not enough memory");
         } catch (const std::exception& exception) {
-            return {FrameEnd::kFailed, text::FailureKind::kFile, exception.what()};
+            return failed(text::FailureKind::kFile, exception.what());
         }
         return {};
+    }
+
+    /// Where there is no memory for the reason, that is the reason, in words that take none.
+    static FrameOutcome failed(text::FailureKind kind, const char* reason) noexcept {
+        FrameOutcome outcome{FrameEnd::kFailed, kind, {}};
+        try {
+            outcome.reason = reason;
+        } catch (const std::bad_alloc&) {
+            outcome.reason = "lack of memory";
+        }
+        return outcome;
     }
 
     void count(Step which, int change) {
@@ -203,8 +218,8 @@ private:
     bool stopped_ = false; ///< no frame is begun any more
     std::exception_ptr broken_;
     std::vector<std::size_t> freeJobs_;
-    std::deque<Underway> toMake_;
-    std::deque<Underway> toWrite_;
+    std::vector<Underway> toMake_; ///< a few; the oldest first
+    std::vector<Underway> toWrite_;
 };
 
 } // namespace
