@@ -342,4 +342,22 @@ std::vector<GoldenScene> goldenScenes() {
     return std::move(list).made();
 }
 
+GoldenScene randomFrame(uint64_t seed, int32_t mostSide) {
+    Random random(seed);
+    GoldenScene scene;
+    scene.picture = kPictureKinds[static_cast<std::size_t>(random.below(kPictureKinds.size()))];
+    scene.format = kFormats[static_cast<std::size_t>(random.below(kFormats.size()))];
+    scene.width = random.between(1, mostSide);
+    scene.height = random.between(1, mostSide);
+    scene.seed = seed;
+    scene.view = random.chance(50) ? 1 : kViews[static_cast<std::size_t>(random.below(kViews.size()))];
+    scene.flow = random.chance(70) ? host::RenderFlow::kSmart : host::RenderFlow::kLegacy;
+    scene.scale = random.chance(15) ? random.between(2, 4) : 1;
+    scene.iterations = random.between(1, 9);
+    const GoldenPicture picture =
+        drawGoldenPicture(scene.picture, scene.format, scene.width, scene.height, scene.seed);
+    SettingsMaker(scene, picture.palette, random).randomise();
+    return scene;
+}
+
 } // namespace kovalune::selfcheck

@@ -46,4 +46,7 @@ struct GoldenScene {
 /// All of them, in the order of the file.
 std::vector<GoldenScene> goldenScenes();
 
+/// A frame of anything at any settings, of up to `mostSide` pixels a side; the same for the same seed. It is none of the file.
+GoldenScene randomFrame(uint64_t seed, int32_t mostSide);
+
 } // namespace kovalune::selfcheck
