@@ -1,6 +1,7 @@
 #include "cli/text/ParamsJson.h"
 
 #include "hostapi/Constants.h"
+#include "render/Hints.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
 #include "text/NumberText.h"
@@ -104,6 +105,9 @@ Json parameterJson(const host::Session& session, int index, const std::vector<in
                  {"kind", kindOf(def)}, {"type", def.param_type}, {"groups", groups}};
     if (render::isSettable(def)) {
         addValue(json, session, index, def);
+    }
+    if (const render::Hint hint = render::hintOf(def.name); !hint.english.empty()) {
+        json["hint"] = {{"en", hint.english}, {"ja", hint.japanese}};
     }
     return json;
 }

@@ -59,6 +59,19 @@ TEST(ParamsJson, HasTheLabelsOfTheTable) {
     }
 }
 
+TEST(ParamsJson, HasAHintInTwoLanguagesForEachControlAndGroup) {
+    for (const json& parameter : parametersOf({})) {
+        const bool named = parameter.at("kind") != "group end";
+        ASSERT_EQ(parameter.contains("hint"), named) << parameter;
+        if (named) {
+            EXPECT_TRUE(parameter.at("hint").at("en").get<std::string>().ends_with('.')) << parameter;
+            EXPECT_TRUE(parameter.at("hint").at("ja").get<std::string>().ends_with("。")) << parameter;
+        }
+    }
+    EXPECT_EQ(labelled(parametersOf({}), "Enable 3").at("hint").at("en"),
+              "Makes this colour a part of the Base region.");
+}
+
 class KindsInJson : public testing::Test {
 protected:
     const json parameters_ = parametersOf({"--plugin", KOVALUNE_JSON_EFFECT});
