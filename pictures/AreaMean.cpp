@@ -1,6 +1,6 @@
 #include "pictures/AreaMean.h"
 
-#include "pictures/SampleScale.h"
+#include "render/samples/SampleScale.h"
 
 #include <algorithm>
 #include <vector>

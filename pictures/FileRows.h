@@ -3,7 +3,8 @@
 #pragma once
 
 #include "pictures/Picture.h"
-#include "pictures/SampleScale.h"
+#include "render/samples/PixelChoice.h"
+#include "render/samples/SampleScale.h"
 
 #include <array>
 #include <cstddef>
@@ -12,15 +13,6 @@
 #include <span>
 
 namespace kovalune::pictures {
-
-/// In the order of a file that has them all.
-template <class Sample>
-struct FilePixel {
-    Sample red;
-    Sample green;
-    Sample blue;
-    Sample alpha;
-};
 
 /// Calls use(x, samples) for each pixel of a row that has `count` samples a pixel.
 template <class Sample, std::size_t count, class Use>

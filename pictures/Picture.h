@@ -1,6 +1,8 @@
 // A picture as its file holds it: samples row by row without padding, in this machine's byte order.
 #pragma once
 
+#include "render/samples/AlphaKind.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
@@ -63,8 +65,8 @@ constexpr bool isFloat(SampleType type) {
     return type == SampleType::kHalf || type == SampleType::kFloat;
 }
 
-/// Whether colours have been multiplied by alpha.
-enum class AlphaKind { kStraight, kPremultiplied };
+// Samples are those of every tool that has pixels of its own.
+using namespace samples;
 
 /// Something that the file says about the picture as a whole, carried from input to output unread: a chunk, a
 /// tag or an attribute, by the name and in the bytes of its format.

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "pictures/Picture.h"
-#include "pictures/SampleScale.h"
+#include "render/samples/SampleScale.h"
 
 #include <array>
 #include <cstddef>

@@ -129,6 +129,8 @@ TEST(IncludeArrows, LeadFromWordsToFilesToFrames) {
     EXPECT_FALSE(points(mayInclude, {"render/RenderFrame.h", "pictures/Picture.h"}));
     EXPECT_FALSE(points(mayInclude, {"render/RenderFrame.h", "cli/Commands.h"}));
     EXPECT_FALSE(points(mayInclude, {"pictures/Picture.h", "render/RenderFrame.h"}));
+    EXPECT_TRUE(points(mayInclude, {"pictures/Picture.h", "render/samples/AlphaKind.h"}));
+    EXPECT_FALSE(points(mayInclude, {"render/samples/AlphaKind.h", "pictures/Picture.h"}));
     EXPECT_TRUE(points(mayInclude, {"host/judge/JudgedHost.h", "host/Host.h"}));
     EXPECT_FALSE(points(mayInclude, {"host/Session.cpp", "host/judge/JudgedHost.h"}));
     EXPECT_FALSE(points(mayInclude, {"render/OpenEffect.cpp", "host/judge/JudgedHost.h"}));

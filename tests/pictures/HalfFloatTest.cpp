@@ -1,6 +1,6 @@
 // Floats of 16 bits against those of the OpenEXR file format's own library.
 
-#include "pictures/HalfFloat.h"
+#include "render/samples/HalfFloat.h"
 
 #include <Imath/half.h>
 #include <gtest/gtest.h>
@@ -10,7 +10,7 @@
 
 namespace kovalune::test {
 
-using namespace pictures;
+using namespace samples;
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include "effect/Kovalune.h"
 #include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
-#include "pictures/SampleScale.h"
+#include "render/samples/SampleScale.h"
 #include "tests/pictures/Pictures.h"
 
 #include <gtest/gtest.h>

@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstdint>
 
-namespace kovalune::pictures {
+namespace kovalune::samples {
 
 /// Exact: every such value is one of 32 bits.
 inline float floatOfHalf(uint16_t half) {
@@ -54,4 +54,4 @@ inline uint16_t halfOfDouble(double value) {
     return halfOfFloat(bitCast<float>(bits | 1U));
 }
 
-} // namespace kovalune::pictures
+} // namespace kovalune::samples

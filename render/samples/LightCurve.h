@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <vector>
 
-namespace kovalune::pictures {
+namespace kovalune::samples {
 
 class LightCurve {
 public:
@@ -41,4 +41,4 @@ private:
     std::vector<Known> known_;
 };
 
-} // namespace kovalune::pictures
+} // namespace kovalune::samples

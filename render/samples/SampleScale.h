@@ -4,8 +4,8 @@
 
 #include "effect/share/StandardParts.h"
 #include "hostapi/HostApi.h"
-#include "pictures/HalfFloat.h"
-#include "pictures/Picture.h"
+#include "render/samples/AlphaKind.h"
+#include "render/samples/HalfFloat.h"
 
 #include <algorithm>
 #include <cmath>
@@ -13,7 +13,7 @@
 #include <limits>
 #include <type_traits>
 
-namespace kovalune::pictures {
+namespace kovalune::samples {
 
 /// Whole numbers with white at kWhite; larger values of the type are no colours of a file.
 template <class Stored, uint64_t white>
@@ -146,4 +146,4 @@ typename To::Sample recolouredThrough(Curve& curve, typename From::Sample colour
     return To::fromDouble(value * kTo);
 }
 
-} // namespace kovalune::pictures
+} // namespace kovalune::samples
