@@ -76,4 +76,8 @@ const HostOptions& Host::options() const {
     return state_->options;
 }
 
+const RowWork& Host::rowWork() const {
+    return state_->rowWork;
+}
+
 } // namespace kovalune::host

@@ -12,6 +12,7 @@ namespace kovalune::host {
 
 struct HostLayer;
 struct HostState;
+class RowWork;
 
 class Host {
 public:
@@ -30,6 +31,9 @@ public:
     /// with a HostError if one of them is out of range.
     HostOptions& options();
     const HostOptions& options() const;
+
+    /// For work of a caller's own on many rows, by the threads that frames have too.
+    const RowWork& rowWork() const;
 
     /// For the host's own parts.
     HostState& state() const { return *state_; }

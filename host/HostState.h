@@ -23,7 +23,8 @@ struct HostLayer {
 
 struct HostState {
     HostState(HostOptions& hostOptions, const HostLayer& layer)
-        : options(hostOptions), watch(layer.watch), memory(layer.memory), manners(layer.manners) {}
+        : options(hostOptions), watch(layer.watch), memory(layer.memory), manners(layer.manners),
+          threads(hostOptions.lentThreads) {}
 
     HostOptions& options;
     CallWatch& watch;

@@ -10,6 +10,8 @@
 
 namespace kovalune::host {
 
+class LentThreads;
+
 struct HostOptions {
     // Identity, as the effect reads it from PF_InData and get_platform_data.
     A_long applId = PF_AppID_FXTC;
@@ -27,6 +29,8 @@ struct HostOptions {
     int threads = 0;    ///< 1 to 64; 0: what the machine has
     int iterations = 0; ///< what PF_Iterations_ONCE_PER_PROCESSOR means; 0: `threads`
     bool threaded = true;
+    /// Work in place of threads of the host's own. Outlive the host, and count as they are when it is made.
+    LentThreads* lentThreads = nullptr;
 
     // Memory of worlds. The first two are multiples of 4 up to 65536.
     int rowPadding = 0; ///< bytes after the pixels of each row

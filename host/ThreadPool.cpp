@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <exception>
 #include <new>
 #include <system_error>
 #include <utility>
@@ -159,10 +160,51 @@ private:
     Job& job_;
 };
 
+/// A job that lent threads work at, however many come. What they throw must not get into their owner's code.
+class ThreadPool::LentJob {
+public:
+    explicit LentJob(Job& job) : job_(job) {}
+
+    static void enter(void* self) { static_cast<LentJob*>(self)->work(); }
+
+    void work() noexcept {
+        const int slot = slots_.fetch_add(1);
+        if (slot >= job_.maxSlots) {
+            return;
+        }
+        try {
+            job_.drain(slot);
+        } catch (...) {
+            job_.next = job_.count;
+            const std::lock_guard lock(mutex_);
+            thrown_ = std::current_exception();
+        }
+    }
+
+    void rethrow() const {
+        if (thrown_) {
+            std::rethrow_exception(thrown_);
+        }
+    }
+
+private:
+    Job& job_;
+    std::atomic<int> slots_{0}; ///< handed out
+    std::mutex mutex_;
+    std::exception_ptr thrown_; ///< the last one
+};
+
 void ThreadPool::run(int count, int helpers, const Work& work) {
     Job job{work, count, std::min(helpers + 1, count)};
     if (job.maxSlots <= 1) {
         job.drain(0);
+        return;
+    }
+    if (lent_ != nullptr) {
+        LentJob lentJob(job);
+        lent_->lend(job.maxSlots, &LentJob::enter, &lentJob);
+        lentJob.work(); // where fewer have come
+        lentJob.rethrow();
         return;
     }
     const OpenJob open(*this, job);

@@ -2,6 +2,8 @@
 // call from inside a piece, or from several threads at once, cannot block for want of a free worker.
 #pragma once
 
+#include "host/LentThreads.h"
+
 #include <atomic>
 #include <concepts>
 #include <condition_variable>
@@ -33,14 +35,15 @@ public:
         void (*call_)(const void* callable, int slot, int piece);
     };
 
-    ThreadPool() = default;
+    /// With `lent`, which outlives the pool, no threads are started: those do the work.
+    explicit ThreadPool(LentThreads* lent = nullptr) : lent_(lent) {}
     ~ThreadPool();
     ThreadPool(const ThreadPool&) = delete;
     ThreadPool& operator=(const ThreadPool&) = delete;
 
     /// Returns when all pieces are done. Threads are started as calls first need them, as many as have a
-    /// piece to take, those of several callers at once together, and kept. What `work` throws on the caller's thread comes out when all helpers have
-    /// left; pieces not begun by then are left out.
+    /// piece to take, those of several callers at once together, and kept. What `work` throws on the caller's thread, or on a lent
+    /// one, comes out when all helpers have left; pieces not begun by then are left out.
     void run(int count, int helpers, const Work& work);
 
     int startedThreads() const;
@@ -48,6 +51,7 @@ public:
 private:
     struct Job;
     class OpenJob;
+    class LentJob;
 
     int openSlots() const;
     Job* openJob() const;
@@ -55,6 +59,7 @@ private:
     void startWorkers(int wanted);
     void awaitJob(std::unique_lock<std::mutex>& lock);
 
+    LentThreads* const lent_;
     mutable std::mutex mutex_;
     std::condition_variable wake_;
     std::condition_variable left_;

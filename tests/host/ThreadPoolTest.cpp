@@ -2,11 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <atomic>
 #include <chrono>
 #include <set>
 #include <stdexcept>
 #include <thread>
+#include <vector>
 
 namespace kovalune::test {
 using namespace host;
@@ -130,6 +132,61 @@ TEST(ThreadPool, SeveralCallersShareTheWorkers) {
         caller.join();
     }
     EXPECT_EQ(done, 3 * 20 * 8);
+}
+
+/// Lends so many threads, whatever is asked for.
+class Lender : public LentThreads {
+public:
+    explicit Lender(int threads) : threads_(threads) {}
+
+    void lend(int most, void (*work)(void*), void* argument) override {
+        asked_ = most;
+        std::vector<std::thread> threads;
+        for (int i = 0; i < threads_; ++i) {
+            threads.emplace_back(work, argument);
+        }
+        for (std::thread& thread : threads) {
+            thread.join();
+        }
+    }
+
+    int asked() const { return asked_; }
+
+private:
+    int threads_;
+    std::atomic<int> asked_{0};
+};
+
+TEST(LentThreads, FewerOrMoreThanAskedForRunEveryPieceOnce) {
+    for (const int lent : {0, 1, 3, 9}) {
+        Lender lender(lent);
+        ThreadPool pool(&lender);
+        std::vector<std::atomic<int>> hits(200);
+        std::atomic<int> highestSlot{0};
+        pool.run(200, 3, [&](int slot, int piece) {
+            ++hits[static_cast<std::size_t>(piece)];
+            highestSlot = std::max(highestSlot.load(), slot);
+        });
+        for (const std::atomic<int>& hit : hits) {
+            EXPECT_EQ(hit, 1) << lent;
+        }
+        EXPECT_EQ(lender.asked(), 4);
+        EXPECT_LT(highestSlot, 4) << lent;
+        EXPECT_EQ(pool.startedThreads(), 0) << lent;
+    }
+}
+
+TEST(LentThreads, AreNotAskedForWithoutHelpers) {
+    Lender lender(2);
+    ThreadPool pool(&lender);
+    pool.run(5, 0, [](int, int) {});
+    EXPECT_EQ(lender.asked(), 0);
+}
+
+TEST(LentThreads, WhatTheyThrowComesOutOnTheCallersThread) {
+    Lender lender(2);
+    ThreadPool pool(&lender);
+    EXPECT_THROW(pool.run(100, 3, [](int, int) { throw std::runtime_error("piece"); }), std::runtime_error);
 }
 
 } // namespace
