@@ -1,6 +1,7 @@
 # Where files are installed. Each folder installs its own, by component:
 #   plugin        the plug-in; with a text on what to do with it, where hosts take it by hand
 #   frei0r        the plug-in for frei0r hosts, where they look for it below /usr and /usr/local
+#   openfx        the bundle for OpenFX hosts, which look for it in /usr/OFX/Plugins
 #   command       the command, its manual page and its completions
 #   documents     README, CHANGELOG and docs/
 #   example       pictures to try it on
@@ -17,6 +18,8 @@ if(WIN32)
 else()
   set(KOVALUNE_PLUGIN_FOLDER ${CMAKE_INSTALL_LIBDIR}/kovalune)
 endif()
+# With the prefix /usr the folder where hosts look.
+set(KOVALUNE_OFX_FOLDER OFX/Plugins)
 set(KOVALUNE_DOCUMENT_FOLDER ${CMAKE_INSTALL_DATAROOTDIR}/doc/kovalune)
 set(KOVALUNE_HEADER_FOLDER ${CMAKE_INSTALL_INCLUDEDIR}/kovalune)
 set(KOVALUNE_PACKAGE_FOLDER ${CMAKE_INSTALL_LIBDIR}/cmake/Kovalune)

@@ -5,6 +5,7 @@
 #   KOVALUNE_WEBP    reading WebP files, which takes libwebp
 #   KOVALUNE_JPEG    reading JPEG files, which takes libjpeg
 #   KOVALUNE_FREI0R  the plug-in for frei0r hosts, on POSIX systems
+#   KOVALUNE_OPENFX  the plug-in for OpenFX hosts, on systems of 64 bits
 #   KOVALUNE_BENCH   the benchmarks, which need all of the command
 #   KOVALUNE_RIVALS  one more benchmark, beside OpenCV, which nothing else needs
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
@@ -22,6 +23,11 @@ if(NOT WIN32)
   option(KOVALUNE_FREI0R "Build the plug-in for frei0r hosts" ON)
 elseif(KOVALUNE_FREI0R)
   message(FATAL_ERROR "KOVALUNE_FREI0R=ON: the plug-in for frei0r hosts is for POSIX systems, not for Windows")
+endif()
+if(NOT WIN32 AND CMAKE_SIZEOF_VOID_P EQUAL 8)
+  option(KOVALUNE_OPENFX "Build the plug-in for OpenFX hosts" ON)
+elseif(KOVALUNE_OPENFX)
+  message(FATAL_ERROR "KOVALUNE_OPENFX=ON: the plug-in for OpenFX hosts is for POSIX systems of 64 bits")
 endif()
 option(KOVALUNE_TIFF "Read and write TIFF files" ON)
 option(KOVALUNE_EXR "Read and write OpenEXR files" ON)

@@ -131,6 +131,10 @@ TEST(IncludeArrows, LeadFromWordsToFilesToFrames) {
     EXPECT_FALSE(points(mayInclude, {"pictures/Picture.h", "render/RenderFrame.h"}));
     EXPECT_TRUE(points(mayInclude, {"pictures/Picture.h", "render/samples/AlphaKind.h"}));
     EXPECT_FALSE(points(mayInclude, {"render/samples/AlphaKind.h", "pictures/Picture.h"}));
+    EXPECT_TRUE(points(mayInclude, {"adapters/openfx/Render.h", "render/Hints.h"}));
+    EXPECT_FALSE(points(mayInclude, {"adapters/openfx/Render.h", "render/shots/AtomicFile.h"}));
+    EXPECT_FALSE(points(mayInclude, {"adapters/openfx/Render.h", "pictures/Picture.h"}));
+    EXPECT_FALSE(points(mayInclude, {"render/RenderFrame.h", "adapters/openfx/Render.h"}));
     EXPECT_TRUE(points(mayInclude, {"host/judge/JudgedHost.h", "host/Host.h"}));
     EXPECT_FALSE(points(mayInclude, {"host/Session.cpp", "host/judge/JudgedHost.h"}));
     EXPECT_FALSE(points(mayInclude, {"render/OpenEffect.cpp", "host/judge/JudgedHost.h"}));
