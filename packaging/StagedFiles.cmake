@@ -16,6 +16,10 @@ if(CPACK_GENERATOR STREQUAL "DEB")
     file(RENAME ${folder}/lib ${folder}/of-this-architecture)
     file(MAKE_DIRECTORY ${folder}/lib)
     file(RENAME ${folder}/of-this-architecture ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE})
+    # Where frei0r hosts look there is no folder for the architecture.
+    if(EXISTS ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE}/frei0r-1)
+      file(RENAME ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE}/frei0r-1 ${folder}/lib/frei0r-1)
+    endif()
   endforeach()
 endif()
 

@@ -17,6 +17,7 @@ struct SettingTarget {
     int index = 0;
     char component = kWhole;
 
+    // NOLINTNEXTLINE(modernize-use-nullptr): the checker means the 0 that such a comparison is made with
     friend auto operator<=>(const SettingTarget&, const SettingTarget&) = default;
 };
 

@@ -45,6 +45,8 @@ bool shielded(const char* what, const Action& action) noexcept {
 
 } // namespace
 
+// NOLINTBEGIN(readability-identifier-naming): the interface's names
+
 /// The effect's first call, which sets the locale of the process, is made and undone here.
 KOVALUNE_EXPORTED int f0r_init() {
     return shielded("cannot be set up", [] { frei0r::paramTable(); }) ? 1 : -1;
@@ -113,3 +115,5 @@ KOVALUNE_EXPORTED void f0r_update(frei0r::Instance instance, double /*time*/, co
         filterOf(instance)->update(input, output);
     }
 }
+
+// NOLINTEND(readability-identifier-naming)

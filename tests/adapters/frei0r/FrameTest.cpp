@@ -6,9 +6,13 @@
 #include "render/selfcheck/SelfCheck.h"
 #include "tests/adapters/frei0r/TestHost.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdlib>
+#include <fstream>
 #include <gtest/gtest.h>
 #include <string>
+#include <sys/resource.h>
 #include <variant>
 
 namespace kovalune::test {
@@ -150,6 +154,35 @@ TEST(Frei0rFrames, ThatFailLeaveTheInputAndSayWhyOnce) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "kovalune: a picture of 30001x1 cannot be rendered: no side may be above 30000 pixels\n");
 }
+
+#ifndef KOVALUNE_SANITIZED
+
+/// With 64 MB more than the process has, where a frame takes several times as much.
+void renderWithLittleMemory() {
+    const Ready file;
+    const RgbaPicture picture = blocks(3000, 3000);
+    RgbaPicture output = picture;
+    LoadedFilter filter(file, picture.width, picture.height);
+    filter.set("Color 1", frei0r::Color{50 / 255.0F, 100 / 255.0F, 180 / 255.0F});
+    long pages = 0;
+    std::ifstream("/proc/self/statm") >> pages;
+    const auto bytes = static_cast<rlim_t>(pages) * 4096 + (64U << 20);
+    const rlimit limit{bytes, bytes};
+    setrlimit(RLIMIT_AS, &limit);
+    const auto* const from = static_cast<const uint32_t*>(static_cast<const void*>(picture.pixels.data()));
+    auto* const to = static_cast<uint32_t*>(static_cast<void*>(output.pixels.data()));
+    std::fill_n(to, output.pixels.size(), 7U);
+    file.update(filter.instance(), 0.0, from, to);
+    file.update(filter.instance(), 1.0, from, to);
+    std::_Exit(output == picture ? 0 : 1);
+}
+
+TEST(Frei0rFramesDeathTest, WithoutMemoryLeaveTheInput) {
+    testing::FLAGS_gtest_death_test_style = "threadsafe";
+    EXPECT_EXIT(renderWithLittleMemory(), testing::ExitedWithCode(0), "^kovalune: [^\n]*\n$");
+}
+
+#endif
 
 TEST(Frei0rFrames, OfASizeThatNobodyHasAreNotTouched) {
     const Ready file;

@@ -2,6 +2,7 @@
 
 #include "tests/adapters/frei0r/TestHost.h"
 
+#include <cfenv>
 #include <cmath>
 #include <gtest/gtest.h>
 #include <limits>
@@ -151,6 +152,31 @@ TEST(Frei0rHosts, WhoseOutputMayBeTheInput) {
     auto* const pixels = static_cast<uint32_t*>(static_cast<void*>(both.pixels.data()));
     file.update(filter.instance(), 0.0, pixels, pixels);
     EXPECT_TRUE(both == expected);
+}
+
+/// Hosts keep the pointers; melt's hosts even after f0r_deinit.
+TEST(Frei0rHosts, WhichKeepTheTextsGetTheSameOnes) {
+    const LoadedFile file;
+    ASSERT_EQ(file.init(), 1);
+    frei0r::ParamInfo before{};
+    file.getParamInfo(&before, 2);
+    file.deinit();
+    ASSERT_EQ(file.init(), 1);
+    frei0r::ParamInfo after{};
+    file.getParamInfo(&after, 2);
+    EXPECT_EQ(before.name, after.name);
+    EXPECT_EQ(before.explanation, after.explanation);
+    EXPECT_STREQ(before.name, "Blur Amount");
+}
+
+TEST(Frei0rHosts, GetTheirFloatingPointStateBack) {
+    const Ready file;
+    LoadedFilter filter(file, 48, 40);
+    filter.set("Color 1", frei0r::Color{50 / 255.0F, 100 / 255.0F, 180 / 255.0F});
+    ASSERT_EQ(std::fesetround(FE_UPWARD), 0);
+    filter.update(blocks(48, 40));
+    EXPECT_EQ(std::fegetround(), FE_UPWARD);
+    std::fesetround(FE_TONEAREST);
 }
 
 TEST(Frei0rHosts, WithoutAnInstanceOrPicturesGetNothing) {
