@@ -1,6 +1,7 @@
 #include "adapters/frei0r/ParamTable.h"
 
 #include "hostapi/Constants.h"
+#include "render/Hints.h"
 #include "render/OpenEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
@@ -40,17 +41,18 @@ ParamType typeOf(const PF_ParamDef& def) {
     }
 }
 
-std::string explanationOf(const Param& param) {
+/// The real range and its form here, empty where that goes without saying.
+std::string rangeOfParam(const Param& param) {
     const std::string range = render::rangeText(param.def, param.choices);
     switch (param.type) {
     case kDouble:
-        return range + ", given as 0 to 1";
+        return range + ", given as 0 to 1. ";
     case kString: {
         std::string numbers;
         for (const A_long value : render::choosable(param.def, param.choices)) {
             numbers += (numbers.empty() ? "" : ", ") + std::to_string(value);
         }
-        return range + "; or " + numbers;
+        return range + "; or " + numbers + ". ";
     }
     default:
         return {};
@@ -74,7 +76,7 @@ Param paramOf(const host::Session& session, int index) {
     param.index = index;
     param.choices = session.choices(index);
     param.initial = session.defaultValue(index);
-    param.explanation = explanationOf(param);
+    param.explanation = rangeOfParam(param) + std::string(render::hintOf(param.name).english);
     return param;
 }
 

@@ -91,10 +91,19 @@ TEST(Frei0rTable, SaysTheRealRanges) {
     };
     says("Settings File", "Path of a settings file");
     says("View", "Normal, Extract, Base, Process 1, Process 2, Process 3, Process 4; or 1, 3, 4, 5, 6, 7, 8");
-    says("Blur Amount", "0 to 1000, given as 0 to 1");
+    says("Blur Amount", "0 to 1000, given as 0 to 1. How far colour travels inside the region");
     says("Blur Repeat Num", "1 to 10, given as 0 to 1");
     says("Color 1 Range", "0 to 100, given as 0 to 1");
+    says("Enable 2", "Makes this colour a part of the Base region.");
     says("3 : Boundary Bias", "0 to 100, given as 0 to 1");
+}
+
+TEST(Frei0rTable, ExplainsEverything) {
+    const Ready file;
+    for (int place = 0; place < 48; ++place) {
+        const std::string explanation = infoAt(file, place).explanation;
+        EXPECT_TRUE(explanation.ends_with('.')) << infoAt(file, place).name << ": " << explanation;
+    }
 }
 
 TEST(Frei0rTable, HasNoMoreThanItSays) {
