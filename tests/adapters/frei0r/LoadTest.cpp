@@ -82,6 +82,17 @@ TEST(Frei0rLoads, LeaveLocaleEnvironmentAndFolderAsTheyWere) {
     std::setlocale(LC_ALL, "C");
 }
 
+/// The effect's first call, which sets the locale, is over by then.
+TEST(Frei0rLoads, AreDoneWithTheLocaleAfterInit) {
+    const ScopedVariable language("LC_ALL", "C");
+    const Ready file;
+    ASSERT_NE(std::setlocale(LC_ALL, "C.UTF-8"), nullptr);
+    LoadedFilter filter(file, 32, 32);
+    filter.update(blocks(32, 32));
+    EXPECT_STREQ(std::setlocale(LC_ALL, nullptr), "C.UTF-8");
+    std::setlocale(LC_ALL, "C");
+}
+
 /// What a user has remembered in another application does not change a clip.
 TEST(Frei0rLoads, TakeNoRememberedDefaults) {
     const TestFolder config;

@@ -14,6 +14,8 @@ if(NOT KOVALUNE_SANITIZE STREQUAL "thread")
 endif()
 target_link_libraries(frei0r_tests PRIVATE kovalune_selfcheck GTest::gtest_main ${CMAKE_DL_LIBS})
 target_compile_definitions(frei0r_tests PRIVATE
+  KOVALUNE_BUILD_FOLDER="${PROJECT_BINARY_DIR}"
+  KOVALUNE_CMAKE="${CMAKE_COMMAND}"
   KOVALUNE_EXAMPLES="${PROJECT_SOURCE_DIR}/examples"
   KOVALUNE_FREI0R_FILE="$<TARGET_FILE:kovalune_frei0r>"
   KOVALUNE_KDENLIVE_FILE="${PROJECT_SOURCE_DIR}/packaging/kdenlive/frei0r_kovalune.xml")
