@@ -1,17 +1,14 @@
 #include "render/shots/SequenceInput.h"
 
 #include "pictures/PictureFile.h"
+#include "render/shots/FolderNames.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <dirent.h>
 #include <filesystem>
 #include <map>
-#include <memory>
 #include <set>
-#include <sys/stat.h>
 #include <system_error>
 
 namespace kovalune::shots {
@@ -22,45 +19,6 @@ namespace {
 
 [[noreturn]] void failReading(const std::string& name, const std::string& reason) {
     throw text::Failure(text::FailureKind::kFile, "cannot read " + text::inQuotes(name) + ": " + reason);
-}
-
-struct CloseFolder {
-    void operator()(DIR* folder) const noexcept { ::closedir(folder); }
-};
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
-
-/// Links count as what they lead to.
-bool isFolder(DIR* in, const dirent& entry) {
-    if (entry.d_type != DT_LNK && entry.d_type != DT_UNKNOWN) {
-        return entry.d_type == DT_DIR;
-    }
-    struct stat status {};
-    return ::fstatat(::dirfd(in), entry.d_name, &status, 0) == 0 && S_ISDIR(status.st_mode);
-}
-
-/// By their names, so that what comes of a folder does not hang on its system. Not by the standard library, which ends the
-/// process where there is no memory for a name.
-std::vector<std::string> fileNamesIn(const fs::path& folder) {
-    const OpenFolder open(::opendir(folder.c_str()));
-    if (!open) {
-        failReading(folder.string(), text::systemReason(errno));
-    }
-    std::vector<std::string> names;
-    for (;;) {
-        errno = 0;
-        const dirent* const entry = ::readdir(open.get());
-        if (entry == nullptr) {
-            break;
-        }
-        if (!isFolder(open.get(), *entry)) {
-            names.emplace_back(entry->d_name);
-        }
-    }
-    if (errno != 0) {
-        failReading(folder.string(), text::systemReason(errno));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
 }
 
 std::vector<int64_t> framesOnDisk(const FramePattern& pattern) {

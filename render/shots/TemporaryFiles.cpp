@@ -1,10 +1,10 @@
 #include "render/shots/TemporaryFiles.h"
 
+#include "render/shots/FolderNames.h"
 #include "render/shots/SignalWatch.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
-#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <charconv>
@@ -87,16 +87,11 @@ std::time_t clockOf(const fs::path& folder) {
 
 std::vector<fs::path> temporariesIn(const fs::path& folder) {
     std::vector<fs::path> files;
-    std::error_code error;
-    for (fs::directory_iterator each(folder, error), end; !error && each != end; each.increment(error)) {
-        if (isTemporaryName(each->path().filename().string())) {
-            files.push_back(each->path());
+    for (const std::string& name : fileNamesIn(folder)) {
+        if (isTemporaryName(name)) {
+            files.push_back(folder / name);
         }
     }
-    if (error) {
-        failSweeping(folder, error.value());
-    }
-    std::sort(files.begin(), files.end());
     return files;
 }
 
