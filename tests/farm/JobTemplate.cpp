@@ -19,15 +19,19 @@ void require(bool condition, const std::string& rule) {
     }
 }
 
+std::string rule(const std::string& what, const char* says, const std::string& name) {
+    return what + says + name;
+}
+
 /// Its members are all of `needed` and some of `allowed`, and no others.
 void requireMembers(const Json& record, const std::set<std::string>& needed,
                     const std::set<std::string>& allowed, const std::string& what) {
     require(record.is_object(), what + " is no record");
     for (const auto& [name, value] : record.items()) {
-        require(needed.contains(name) || allowed.contains(name), what + " has no member " + name);
+        require(needed.contains(name) || allowed.contains(name), rule(what, " has no member ", name));
     }
     for (const std::string& name : needed) {
-        require(record.contains(name), what + " lacks " + name);
+        require(record.contains(name), rule(what, " lacks ", name));
     }
 }
 
@@ -39,7 +43,7 @@ std::string textIn(const Json& record, const std::string& name, std::size_t most
 }
 
 std::string identifierIn(const Json& record) {
-    const std::string name = textIn(record, "name", 64);
+    std::string name = textIn(record, "name", 64);
     require(std::regex_match(name, std::regex("[A-Za-z_][A-Za-z0-9_]*")), name + " is no identifier");
     return name;
 }
@@ -162,7 +166,7 @@ std::vector<Names> tasksOf(const Json& step, const Names& names) {
         task["Task.Param." + identifierIn(definition)] = std::to_string(number);
         tasks.push_back(std::move(task));
     }
-    require(tasks.size() <= 1024 * 1024, "too many tasks");
+    require(tasks.size() <= 1048576, "too many tasks");
     return tasks;
 }
 
