@@ -33,15 +33,15 @@ struct Coder {
     std::vector<std::string> (*compressions)() = nullptr;
 };
 
-// Of a format that has nothing to choose.
-template <Picture (*decode)(Bytes bytes, const std::string& name)>
+// Of a format of which no part can be chosen.
+template <Picture (*decode)(Bytes bytes, const std::string& name, const DecodeOptions& options)>
 Picture decodeAlways(Bytes bytes, const std::string& name, const DecodeOptions& options) {
     if (options.isForExr()) {
         throw text::Failure(text::FailureKind::kUsage,
                             "cannot read " + text::inQuotes(name) +
                                 " with --exr-layer or --exr-part: it is not an OpenEXR file");
     }
-    return decode(bytes, name);
+    return decode(bytes, name, options);
 }
 
 template <std::vector<uint8_t> (*encode)(const Picture& picture)>
@@ -58,7 +58,7 @@ std::vector<std::string> runLengths() {
 }
 
 #ifdef KOVALUNE_HAS_TIFF
-constexpr Coder kTiffCoder = {decodeAlways<decodeTiff>, encodeTiff, tiffCompressionNames};
+constexpr Coder kTiffCoder = {decodeAlways<decodeTiffWith>, encodeTiff, tiffCompressionNames};
 #else
 constexpr Coder kTiffCoder;
 #endif
@@ -69,12 +69,12 @@ constexpr Coder kExrCoder;
 #endif
 
 #ifdef KOVALUNE_HAS_WEBP
-constexpr Coder kWebpCoder = {decodeAlways<decodeWebp>, nullptr, nullptr};
+constexpr Coder kWebpCoder = {decodeAlways<decodeWebpWith>, nullptr, nullptr};
 #else
 constexpr Coder kWebpCoder;
 #endif
 #ifdef KOVALUNE_HAS_JPEG
-constexpr Coder kJpegCoder = {decodeAlways<decodeJpeg>, nullptr, nullptr};
+constexpr Coder kJpegCoder = {decodeAlways<decodeJpegWith>, nullptr, nullptr};
 #else
 constexpr Coder kJpegCoder;
 #endif
@@ -100,7 +100,7 @@ constexpr std::array kFormats = {
            "a PNG file",
            AlphaKind::kStraight,
            beginsAsPng,
-           {decodeAlways<decodePng>, encodePng, noCompressions}},
+           {decodeAlways<decodePngWith>, encodePng, noCompressions}},
     Format{FileFormat::kTiff, "TIFF", "a TIFF file", AlphaKind::kStraight, beginsAsTiff, kTiffCoder},
     Format{FileFormat::kExr, "OpenEXR", "an OpenEXR file", AlphaKind::kPremultiplied, beginsAsExr, kExrCoder},
     Format{FileFormat::kTga,
@@ -108,13 +108,13 @@ constexpr std::array kFormats = {
            "a TGA file",
            AlphaKind::kStraight,
            beginsAsTga,
-           {decodeAlways<decodeTga>, encodeAlways<encodeTga>, runLengths}},
+           {decodeAlways<decodeTgaWith>, encodeAlways<encodeTga>, runLengths}},
     Format{FileFormat::kBmp,
            "BMP",
            "a BMP file",
            AlphaKind::kStraight,
            beginsAsBmp,
-           {decodeAlways<decodeBmp>, nullptr, nullptr},
+           {decodeAlways<decodeBmpWith>, nullptr, nullptr},
            false},
     Format{FileFormat::kWebp, "WebP", "a WebP file", AlphaKind::kStraight, beginsAsWebp, kWebpCoder, false},
     Format{FileFormat::kJpeg, "JPEG", "a JPEG file", AlphaKind::kStraight, beginsAsJpeg, kJpegCoder, false},

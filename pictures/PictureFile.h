@@ -17,6 +17,7 @@
 namespace kovalune::pictures {
 
 inline constexpr uint32_t kMostPixelsASide = PF_MAX_WORLD_WIDTH;
+inline constexpr int kMostPixels = PF_MAX_WORLD_WIDTH * PF_MAX_WORLD_WIDTH;
 
 /// "PNG", "TIFF", "OpenEXR" or "TGA".
 const char* formatName(FileFormat format);
@@ -42,8 +43,8 @@ FileFormat formatToWrite(const std::filesystem::path& output);
 
 /// The file "-" is the standard input. A file whose name names no format is known by its first bytes. Throws Failure with the file's name if it is
 /// missing, cannot be read, is of another format than its name says, is damaged or cut short, is of a kind that
-/// is not read, or is more than kMostPixelsASide wide or high. A size that so short a file cannot hold is
-/// refused before memory is taken for it. Throws it too for options that are not for the file's format, or that choose what
+/// is not read, is more than kMostPixelsASide wide or high, or has more pixels than the options allow. Such
+/// a size, and one that so short a file cannot hold, is refused before memory is taken for it. Throws it too for options that are not for the file's format, or that choose what
 /// it does not have.
 Picture readPicture(const std::filesystem::path& file, const DecodeOptions& options = {});
 

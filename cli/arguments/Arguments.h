@@ -111,7 +111,8 @@ struct SmoothArguments {
 struct ParamsArguments {
     EffectArguments effect; ///< without a frame: plug-in and factory alone
     std::optional<int64_t> frame;
-    std::optional<std::string> from; ///< a picture whose embedded settings are printed instead
+    std::optional<std::string> from;  ///< a picture whose embedded settings are printed instead
+    pictures::DecodeOptions decoding; ///< of it
     bool json = false;
 };
 

@@ -13,10 +13,12 @@ void addParams(CommandSyntax& command, ParamsArguments& arguments) {
     addSettings(command, arguments.effect);
     addPasses(command, arguments.effect);
     addPlugin(command, arguments.effect.plugin);
-    checkedAsRead(command, command
-                               .addText("--from", arguments.from,
-                                        "Print the settings that render --embed wrote into this picture")
-                               .shownAs("PICTURE"));
+    const OptionSyntax from = command
+                                  .addText("--from", arguments.from,
+                                           "Print the settings that render --embed wrote into this picture")
+                                  .shownAs("PICTURE");
+    checkedAsRead(command, from);
+    addMaxPixels(command, arguments.decoding).needs(from);
     command.addFooter(example("params --at 12 --params shot.params"));
 }
 

@@ -217,6 +217,13 @@ void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding) {
         .shownAs("NAME|N");
 }
 
+OptionSyntax addMaxPixels(CommandSyntax& command, pictures::DecodeOptions& decoding) {
+    return addWhole(command, "--max-pixels", decoding.mostPixels, 1, pictures::kMostPixels,
+                    "Refuse files of more pixels before memory is taken for them, 1 to " +
+                        std::to_string(pictures::kMostPixels) + "; default " +
+                        std::to_string(pictures::kUsualMostPixels));
+}
+
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding) {
     addWhole(command, "--png-level", encoding.pngLevel, 0, pictures::kHighestPngLevel,
              "Pack PNG files this hard, 0 not at all to " + std::to_string(pictures::kHighestPngLevel) +

@@ -69,6 +69,8 @@ void addInFormat(CommandSyntax& command, pictures::DecodeOptions& decoding);
 void addOutFormat(CommandSyntax& command, shots::FrameForm& form);
 /// Which of an OpenEXR file's pictures is read.
 void addExrChoice(CommandSyntax& command, pictures::DecodeOptions& decoding);
+/// How large a picture may be that is read.
+OptionSyntax addMaxPixels(CommandSyntax& command, pictures::DecodeOptions& decoding);
 void addPngLevel(CommandSyntax& command, pictures::EncodeOptions& encoding);
 
 /// Finds one of a few words, without case; throws UsageMistake where `text` is none of them.

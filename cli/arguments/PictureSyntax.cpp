@@ -43,6 +43,7 @@ void addColors(CommandSyntax& command, ColorsArguments& arguments) {
     addLinear(command, arguments.linear);
     addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
+    addMaxPixels(command, arguments.decoding);
     command.addFooter(
         example("colors drawing.png -o palette.png",
                 "Each line: share of all pixels, pixels, the nearest #RRGGBB, and for more than 8 bits "
@@ -64,6 +65,7 @@ void addSuggest(CommandSyntax& command, SuggestArguments& arguments) {
     addLinear(command, arguments.linear);
     addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
+    addMaxPixels(command, arguments.decoding);
     command.addFooter(example("suggest drawing.png -o drawing.params",
                               "More than four pairs make several passes of one file.\n"
                               "Exit code: 1 where no two colours look like light and shadow; nothing is "
@@ -98,6 +100,7 @@ void addPick(CommandSyntax& command, PickArguments& arguments) {
     addLinear(command, arguments.linear);
     addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
+    addMaxPixels(command, arguments.decoding);
     command.addFooter(example("pick drawing.png 640,360 700,412"));
 }
 
@@ -113,6 +116,7 @@ void addCompare(CommandSyntax& command, CompareArguments& arguments) {
     addTolerance(command, arguments.tolerance);
     addInFormat(command, arguments.decoding);
     addExrChoice(command, arguments.decoding);
+    addMaxPixels(command, arguments.decoding);
     command.addFlag("--json", arguments.json, "As JSON, for programs");
     command.addFooter(example("compare before.png after.png --diff where.png",
                               "Without a tolerance samples are compared exactly, as fractions of white and "

@@ -52,6 +52,7 @@ void addFrame(CommandSyntax& command, FrameArguments& frame) {
     addInFormat(command, frame.form.decoding);
     addOutFormat(command, frame.form);
     addExrChoice(command, frame.form.decoding);
+    addMaxPixels(command, frame.form.decoding);
     addLinear(command, frame.form.linear);
     addDepth(command, frame.form.depth);
     addOutDepth(command, frame.form);

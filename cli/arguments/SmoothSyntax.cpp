@@ -43,6 +43,7 @@ void addSmooth(CommandSyntax& command, SmoothArguments& arguments) {
     addInFormat(command, arguments.form.decoding);
     addOutFormat(command, arguments.form);
     addExrChoice(command, arguments.form.decoding);
+    addMaxPixels(command, arguments.form.decoding);
     addLinear(command, arguments.form.linear);
     addDepth(command, arguments.form.depth);
     addOutDepth(command, arguments.form);

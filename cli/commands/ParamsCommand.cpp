@@ -75,9 +75,9 @@ std::string aligned(const std::vector<Cells>& lines) {
     return text;
 }
 
-std::string settingsIn(const std::string& file) {
+std::string settingsIn(const std::string& file, const pictures::DecodeOptions& decoding) {
     const std::optional<std::string> settings = pictures::withMemoryFor(
-        file, [&] { return pictures::embeddedSettings(pictures::readPicture(file)); });
+        file, [&] { return pictures::embeddedSettings(pictures::readPicture(file, decoding)); });
     if (!settings) {
         throw text::Failure(text::FailureKind::kFile, "cannot read " + text::inQuotes(file) +
                                                           ": it holds no settings; 'kovalune render --embed' "
@@ -90,7 +90,7 @@ std::string settingsIn(const std::string& file) {
 
 std::string paramsText(const ParamsArguments& arguments) {
     if (arguments.from) {
-        return settingsIn(*arguments.from);
+        return settingsIn(*arguments.from, arguments.decoding);
     }
     const RememberedDefaults remembered(arguments.effect, std::nullopt);
     render::OpenEffect effect = openEffect(arguments.effect);

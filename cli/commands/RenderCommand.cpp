@@ -277,7 +277,7 @@ bool renderPlan(RenderArguments arguments, const shots::SequencePlan& plan) {
     render::OpenEffect effect = openEffect(arguments.effect);
     const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, arguments.view);
     checkKeys(settings, plan, arguments.valueFrame);
-    const shots::ShotAreas areas(settings, arguments.area);
+    const shots::ShotAreas areas(settings, arguments.area, arguments.frame.form.decoding.mostPixels);
     areas.check(plan);
     if (!arguments.listMissing) {
         checkSideFiles(plan, areas, arguments);

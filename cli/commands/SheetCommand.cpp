@@ -261,7 +261,7 @@ void drawViews(const SheetArguments& arguments, const shots::SequencePlan& plan,
     const std::vector<SheetView> chosen = chosenViews(session, all, arguments.views);
     const render::ShotSettings settings = shotSettings(session, arguments.effect, all.front().name);
     checkKeys(settings, plan, arguments.valueFrame);
-    const shots::ShotAreas areas(settings, arguments.area);
+    const shots::ShotAreas areas(settings, arguments.area, arguments.frame.form.decoding.mostPixels);
     areas.check(plan);
     const ViewsToDraw views = {all, chosen, settings, areas, arguments.valueFrame.value_or(0)};
     const std::string& input = plan.frames.front().input;

@@ -145,7 +145,7 @@ void drawShot(const SheetArguments& arguments, const shots::SequencePlan& plan, 
     render::OpenEffect effect = openEffect(effectArguments);
     const render::ShotSettings settings = shotSettings(effect.session(), arguments.effect, view);
     checkKeys(settings, plan, arguments.valueFrame);
-    const shots::ShotAreas areas(settings, arguments.area);
+    const shots::ShotAreas areas(settings, arguments.area, arguments.frame.form.decoding.mostPixels);
     areas.check(plan);
     pictures::withMemoryFor(
         arguments.output, [&] { drawFile(effect, settings, areas, plan, arguments, format, division.jobs); });

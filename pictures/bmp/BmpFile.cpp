@@ -129,7 +129,7 @@ bool beginsAsBmp(Bytes bytes) {
                std::end(kHeaders);
 }
 
-Picture decodeBmp(Bytes bytes, const std::string& name) {
+Picture decodeBmpWith(Bytes bytes, const std::string& name, const DecodeOptions& options) {
     if (!beginsAsBmp(bytes)) {
         failReading(name, "it is not a BMP file of a kind that is read");
     }
@@ -137,6 +137,7 @@ Picture decodeBmp(Bytes bytes, const std::string& name) {
     checkSize(header.width, header.height, name);
     checkKind(header, name);
     checkPixels(header, bytes, name);
+    checkPixelCount(header.width, header.height, name, options);
     BmpSamples loaded = loadBmp(bytes);
     Picture picture;
     picture.format = FileFormat::kBmp;

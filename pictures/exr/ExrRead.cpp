@@ -217,6 +217,13 @@ void checkExpansion(const ExrPart& part, std::size_t fileBytes, const std::strin
     }
 }
 
+void checkPixels(const ExrPart& part, const std::string& name, const DecodeOptions& options) {
+    checkPixelCount(part.dataWindow.width(), part.dataWindow.height(), name, options);
+    if (part.tiled) {
+        checkBlockPixels(part.tileWidth, part.tileHeight, "its tiles", name, options);
+    }
+}
+
 /// Fills in what the file has besides, and what of it a new file can have.
 void takeRest(Picture& picture, const std::vector<ExrPart>& parts, const Chosen& chosen,
               std::span<const uint8_t> bytes, const std::string& name) {
@@ -282,6 +289,7 @@ Picture decodeExrWith(std::span<const uint8_t> bytes, const std::string& name, c
     picture.height = part.dataWindow.height();
     checkSize(picture.width, picture.height, name);
     takeRest(picture, parts, chosen, bytes, name);
+    checkPixels(part, name, options);
     picture.channels = channelsOf(chosen.channels.size() < 3, chosen.channels.size() % 2 == 0);
     const bool isHalf = std::all_of(chosen.channels.begin(), chosen.channels.end(),
                                     [](const ExrChannel* each) { return each->type == ExrType::kHalf; });

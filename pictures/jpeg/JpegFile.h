@@ -2,6 +2,7 @@
 // orientation is not applied.
 #pragma once
 
+#include "pictures/DecodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -16,6 +17,10 @@ bool beginsAsJpeg(std::span<const uint8_t> bytes);
 /// `name` is for messages only. Throws Failure with it if this is not a JPEG, damaged or cut short, of a kind that is not
 /// read (CMYK, arithmetic coding, more than 8 bits), or more than kMostPixelsASide wide or high. A size that so few bytes
 /// cannot hold is refused before memory is taken for it. The note "ICC", if there is one, is the profile.
-Picture decodeJpeg(std::span<const uint8_t> bytes, const std::string& name);
+Picture decodeJpegWith(std::span<const uint8_t> bytes, const std::string& name, const DecodeOptions& options);
+
+inline Picture decodeJpeg(std::span<const uint8_t> bytes, const std::string& name) {
+    return decodeJpegWith(bytes, name, {});
+}
 
 } // namespace kovalune::pictures

@@ -150,7 +150,8 @@ void takeProfile(JpegReader& reader, Picture& picture) {
 
 } // namespace
 
-Picture decodeJpeg(std::span<const uint8_t> bytes, const std::string& name) {
+Picture decodeJpegWith(std::span<const uint8_t> bytes, const std::string& name,
+                       const DecodeOptions& options) {
     if (!beginsAsJpeg(bytes)) {
         failReading(name, "it is not a JPEG file");
     }
@@ -171,6 +172,7 @@ Picture decodeJpeg(std::span<const uint8_t> bytes, const std::string& name) {
     if (!canHold(bytes.size(), reader)) {
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
     }
+    checkPixelCount(picture.width, picture.height, name, options);
     takeProfile(reader, picture);
     picture.samples.resize(picture.byteCount());
     if (!reader.readSamples(picture.samples.data(), picture.rowBytes())) {

@@ -197,7 +197,7 @@ bool beginsAsPng(std::span<const uint8_t> bytes) {
            std::equal(kSignature.begin(), kSignature.end(), bytes.begin());
 }
 
-Picture decodePng(std::span<const uint8_t> bytes, const std::string& name) {
+Picture decodePngWith(std::span<const uint8_t> bytes, const std::string& name, const DecodeOptions& options) {
     PngReader reader(bytes);
     if (!reader.readHeader()) {
         failReading(name, reader.reason());
@@ -209,6 +209,7 @@ Picture decodePng(std::span<const uint8_t> bytes, const std::string& name) {
     if (!canHold(bytes.size(), reader)) {
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
     }
+    checkPixelCount(picture.width, picture.height, name, options);
     picture.format = FileFormat::kPng;
     if (!reader.startSamples()) {
         failReading(name, reader.reason());

@@ -126,7 +126,7 @@ bool beginsAsTga(Bytes bytes) {
     return tgaHeader(bytes).has_value();
 }
 
-Picture decodeTga(Bytes bytes, const std::string& name) {
+Picture decodeTgaWith(Bytes bytes, const std::string& name, const DecodeOptions& options) {
     const std::optional<TgaHeader> header = tgaHeader(bytes);
     if (!header) {
         failReading(name, bytes.size() < TgaHeader::kBytes ? "it is cut short"
@@ -134,6 +134,7 @@ Picture decodeTga(Bytes bytes, const std::string& name) {
     }
     checkHeader(*header, bytes, name);
     checkPixels(*header, bytes, name);
+    checkPixelCount(header->width, header->height, name, options);
     Picture picture;
     picture.width = header->width;
     picture.height = header->height;

@@ -7,6 +7,7 @@
 // the file's extension area says that it was multiplied. That area is kept as a note.
 #pragma once
 
+#include "pictures/DecodeOptions.h"
 #include "pictures/Picture.h"
 
 #include <cstdint>
@@ -23,7 +24,11 @@ bool beginsAsTga(std::span<const uint8_t> bytes);
 /// `name` is for messages only. Throws Failure with it if this is no TGA that is read, is damaged or cut short,
 /// or is more than kMostPixelsASide wide or high, or 2 GiB of samples. All bytes that the picture needs are known to
 /// be there before memory is taken for it.
-Picture decodeTga(std::span<const uint8_t> bytes, const std::string& name);
+Picture decodeTgaWith(std::span<const uint8_t> bytes, const std::string& name, const DecodeOptions& options);
+
+inline Picture decodeTga(std::span<const uint8_t> bytes, const std::string& name) {
+    return decodeTgaWith(bytes, name, {});
+}
 
 /// The bytes of a whole file. The picture has samples of Uint8; notes of other formats are left out. Throws
 /// Failure if it has 2 GiB of samples.

@@ -3,6 +3,7 @@
 // samples together or in planes, both byte orders and BigTIFF are read; strips of this machine's order written.
 #pragma once
 
+#include "pictures/DecodeOptions.h"
 #include "pictures/EncodeOptions.h"
 #include "pictures/Picture.h"
 
@@ -25,7 +26,11 @@ bool beginsAsTiff(std::span<const uint8_t> bytes);
 ///
 /// A note's name is the tag's number and its type that of the TIFF type, both decimal; the bytes are in this
 /// machine's order. Tag 259 is there where the compression is one that encodeTiff keeps and does not use anyway.
-Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name);
+Picture decodeTiffWith(std::span<const uint8_t> bytes, const std::string& name, const DecodeOptions& options);
+
+inline Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name) {
+    return decodeTiffWith(bytes, name, {});
+}
 
 /// The names of the compressions to write with that the library was built with.
 std::vector<std::string> tiffCompressionNames();

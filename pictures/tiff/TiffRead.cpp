@@ -271,7 +271,8 @@ TiffDirectory checkedDirectory(std::span<const uint8_t> bytes, const std::string
 
 } // namespace
 
-Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name) {
+Picture decodeTiffWith(std::span<const uint8_t> bytes, const std::string& name,
+                       const DecodeOptions& options) {
     // Enough for the tables of any picture's strips; samples never go through the library's own memory.
     constexpr std::size_t kMostBytes = std::size_t{64} << 20;
     const TiffDirectory directory = checkedDirectory(bytes, name);
@@ -284,6 +285,10 @@ Picture decodeTiff(std::span<const uint8_t> bytes, const std::string& name) {
     const TiffForm form = tiffForm(tiff.get(), name);
     checkSize(form.width, form.height, name);
     checkBlocks(tiff.get(), form, bytes.size(), name);
+    checkPixelCount(form.width, form.height, name, options);
+    if (form.tiled) {
+        checkBlockPixels(form.blockWidth, form.blockHeight, "its tiles", name, options);
+    }
     Picture picture = PageReader(tiff.get(), memory, form, name).read();
     picture.notes = tiffNotes(directory);
     const uint16_t compression = form.compression->tag;

@@ -56,7 +56,7 @@ bool canHold(std::size_t fileBytes, const Picture& picture) {
 
 } // namespace
 
-Picture decodeWebp(Bytes bytes, const std::string& name) {
+Picture decodeWebpWith(Bytes bytes, const std::string& name, const DecodeOptions& options) {
     if (!beginsAsWebp(bytes)) {
         failReading(name, "it is not a WebP file");
     }
@@ -82,6 +82,7 @@ Picture decodeWebp(Bytes bytes, const std::string& name) {
     if (!canHold(bytes.size(), picture)) {
         failReading(name, "it is cut short: " + sizeText(picture.width, picture.height) + " need more bytes");
     }
+    checkPixelCount(picture.width, picture.height, name, options);
     picture.samples.resize(picture.byteCount());
     config.output.colorspace = hasAlpha(picture.channels) ? MODE_RGBA : MODE_RGB;
     config.output.is_external_memory = 1;

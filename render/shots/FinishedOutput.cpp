@@ -47,6 +47,7 @@ bool FinishedOutput::isNewest() const {
 std::optional<pictures::Picture> FinishedOutput::opened() const {
     try {
         pictures::DecodeOptions decoding;
+        decoding.mostPixels = request_.form.decoding.mostPixels;
         if (pictures::formatOfName(frame_.output) == pictures::FileFormat::kExr) {
             decoding.exrLayer = request_.form.decoding.exrLayer;
             decoding.exrPart = request_.form.decoding.exrPart;

@@ -80,9 +80,10 @@ std::string fileOf(const render::AreaSettings& area, const PlannedFrame& frame) 
 
 } // namespace
 
-render::FrameArea maskArea(const std::string& file, std::optional<render::MaskBy> by, bool invert) {
+render::FrameArea maskArea(const std::string& file, std::optional<render::MaskBy> by, bool invert,
+                           const pictures::DecodeOptions& decoding) {
     return pictures::withMemoryFor(file, [&] {
-        const pictures::Picture picture = pictures::readPicture(file);
+        const pictures::Picture picture = pictures::readPicture(file, decoding);
         render::FrameArea area(static_cast<int32_t>(picture.width), static_cast<int32_t>(picture.height));
         const IsInside isInside(picture, by);
         std::size_t pixel = 0;
@@ -96,7 +97,9 @@ render::FrameArea maskArea(const std::string& file, std::optional<render::MaskBy
     });
 }
 
-ShotAreas::ShotAreas(const render::ShotSettings& settings, const render::AreaSettings& command) {
+ShotAreas::ShotAreas(const render::ShotSettings& settings, const render::AreaSettings& command,
+                     int mostPixels) {
+    decoding_.mostPixels = mostPixels;
     for (std::size_t pass = 0; pass < settings.passCount(); ++pass) {
         std::vector<render::AreaSettings>& areas = passes_.emplace_back();
         for (const render::AreaSettings& area : {settings.area(pass), command}) {
@@ -145,7 +148,7 @@ void ShotAreas::check(const SequencePlan& plan) const {
 ShotAreas::Area ShotAreas::mask(const std::string& file, const render::AreaSettings& area) const {
     const auto read = [&] {
         return std::make_shared<const render::FrameArea>(
-            maskArea(file, area.maskBy, area.invert.value_or(false)));
+            maskArea(file, area.maskBy, area.invert.value_or(false), decoding_));
     };
     if (file != *area.mask) {
         return read(); // of this frame alone

@@ -1,6 +1,7 @@
 // Where the passes of a shot may work, frame by frame.
 #pragma once
 
+#include "pictures/DecodeOptions.h"
 #include "render/AreaSettings.h"
 #include "render/FrameArea.h"
 #include "render/ShotSettings.h"
@@ -18,12 +19,15 @@ namespace kovalune::shots {
 
 /// What is inside of a mask's picture: everything but 0. `by`: otherwise alpha where the picture has it, else grey, of which
 /// any channel counts. Throws Failure if the picture cannot be read.
-render::FrameArea maskArea(const std::string& file, std::optional<render::MaskBy> by, bool invert);
+render::FrameArea maskArea(const std::string& file, std::optional<render::MaskBy> by, bool invert,
+                           const pictures::DecodeOptions& decoding = {});
 
-/// Of each pass what its own settings and `command`, those of the command line for all passes, have in common.
+/// Of each pass what its own settings and `command`, those of the command line for all passes, have in common. `mostPixels`: of a mask,
+/// as pictures::DecodeOptions have it.
 class ShotAreas {
 public:
-    ShotAreas(const render::ShotSettings& settings, const render::AreaSettings& command);
+    ShotAreas(const render::ShotSettings& settings, const render::AreaSettings& command,
+              int mostPixels = pictures::kUsualMostPixels);
 
     /// Whether any pass is bounded.
     bool any() const;
@@ -45,6 +49,7 @@ private:
 
     Area mask(const std::string& file, const render::AreaSettings& area) const;
 
+    pictures::DecodeOptions decoding_;
     std::vector<std::vector<render::AreaSettings>> passes_; ///< of each pass those that say anything
     mutable std::mutex mutex_;
     mutable std::unordered_map<std::string, Area> kept_; ///< of pictures that all frames share

@@ -36,6 +36,37 @@ TEST_F(FileError, OfAnInputThatIsNotThere) {
     expectFailure({"render", "in.png/x.png", "-o", "old.png"}, 3, {"'in.png/x.png'"});
 }
 
+TEST_F(FileError, OfAPictureOfMorePixelsThanAreAllowed) {
+    writePng(folder_ / "large.png", blankPng(PngColor::kGrey, 8, 20, 10));
+    const std::vector<std::string> limit = {
+        "'large.png': it is 20 x 10 pixels, 200 in all, and --max-pixels, 1 to "
+        "900000000, allows 199"};
+    const auto refused = [&](std::vector<std::string> words) {
+        words.insert(words.end(), {"--max-pixels", "199"});
+        expectFailure(words, 3, limit);
+        words.back() = "200";
+        CommandSetting setting;
+        setting.folder = folder_.path();
+        EXPECT_NE(runCommand(words, setting).exitCode, 3) << words.front();
+    };
+    for (const char* const command : {"render", "smooth", "sheet"}) {
+        refused({command, "large.png", "-o", "new.png"});
+        std::filesystem::remove(folder_ / "new.png");
+    }
+    refused({"colors", "large.png"});
+    refused({"suggest", "large.png", "-o", "new.params"});
+    refused({"pick", "large.png", "0,0"});
+    refused({"compare", "large.png", "large.png"});
+}
+
+TEST_F(FileError, OfAMaskOfMorePixelsThanAreAllowed) {
+    writePng(folder_ / "small.png", blankPng(PngColor::kGrey, 8, 20, 9));
+    writePng(folder_ / "large.png", blankPng(PngColor::kGrey, 8, 20, 10));
+    expectFailure({"render", "small.png", "-o", "new.png", "--mask", "large.png", "--max-pixels", "199"}, 3,
+                  {"'large.png': it is 20 x 10 pixels, 200 in all"});
+    expectFailure({"params", "--from", "large.png", "--max-pixels", "199"}, 3, {"'large.png'", "200 in all"});
+}
+
 TEST_F(FileError, OfAnInputThatIsNoPng) {
     expectFailure({"render", "old.png", "-o", "new.png"}, 3, {"'old.png'", "not a PNG"});
     writeBytes(folder_ / "empty.png", {});

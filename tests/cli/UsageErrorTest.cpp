@@ -24,6 +24,9 @@ TEST_F(UsageError, CommandLinesOfWrongForm) {
     expectRefused({"--two\nlines"}, {"two"});
     expectRefused({"--threads", "65"}, {"--threads", "1", "64"});
     expectRefused({"--threads", "many"}, {"--threads"});
+    expectRefused({"--max-pixels", "0"}, {"--max-pixels takes a whole number, 1 to 900000000, not '0'"});
+    expectRefused({"--max-pixels", "900000001"}, {"--max-pixels takes a whole number, 1 to 900000000"});
+    expectFailure({"params", "--max-pixels", "9"}, 2, {"--max-pixels", "--from"});
     expectRefused({"--png-level", "10"}, {"--png-level takes a whole number, 0 to 9, not '10'"});
 }
 

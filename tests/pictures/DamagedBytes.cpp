@@ -62,6 +62,12 @@ std::string refusalOf(const Decode& decode, std::span<const uint8_t> bytes) {
     }
 }
 
+std::string refusalInLittleMemory(const Decode& decode, std::span<const uint8_t> bytes,
+                                  std::size_t mostGrowth) {
+    const MemoryLimit limit(mostGrowth);
+    return refusalOf(decode, bytes);
+}
+
 void expectBeginningsRefused(const Decode& decode, const std::vector<uint8_t>& file, std::size_t last) {
     testing::internal::CaptureStderr();
     for (std::size_t count = 0; count < file.size(); ++count) {

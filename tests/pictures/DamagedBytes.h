@@ -16,6 +16,11 @@ using Decode = std::function<pictures::Picture(std::span<const uint8_t>, const s
 /// The text of the Failure that decoding ends in, "" if it does not.
 std::string refusalOf(const Decode& decode, std::span<const uint8_t> bytes);
 
+/// The same while the memory of the process may grow by `mostGrowth` bytes only (where no sanitizer needs its address space for
+/// itself).
+std::string refusalInLittleMemory(const Decode& decode, std::span<const uint8_t> bytes,
+                                  std::size_t mostGrowth);
+
 /// Expects a Failure for each beginning of the file that ends before `last`, and no crash past that.
 void expectBeginningsRefused(const Decode& decode, const std::vector<uint8_t>& file, std::size_t last);
 
