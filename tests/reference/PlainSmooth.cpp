@@ -38,6 +38,12 @@ PlainSmooth::PlainSmooth(const SmoothParams& params, const PlainPicture& source,
       threeQuarters_(isFloat() ? 0.75 : 49151.0),
       sixth_(isFloat() ? static_cast<double>(0.16666667F) : 10922.0) {}
 
+PlainSmooth::PlainSmooth(const SmoothParams& params, const PlainPicture& source, const PlainFlags& flags,
+                         PatternCounts& counts)
+    : PlainSmooth(params, source, counts) {
+    flags_ = flags;
+}
+
 PlainPicture PlainSmooth::run() {
     if (params_.strength == 0) {
         return destination_;

@@ -59,6 +59,9 @@ class PlainSmooth {
 public:
     /// Of `params` the worlds are not used.
     PlainSmooth(const SmoothParams& params, const PlainPicture& source, PatternCounts& counts);
+    /// The same with flags from elsewhere in place of the picture's own.
+    PlainSmooth(const SmoothParams& params, const PlainPicture& source, const PlainFlags& flags,
+                PatternCounts& counts);
 
     PlainPicture run();
 
