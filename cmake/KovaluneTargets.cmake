@@ -2,7 +2,7 @@
 #   kovalune_warnings    the warnings; the presets make them errors (CMAKE_COMPILE_WARNING_AS_ERROR)
 #   kovalune_arithmetic  what keeps a result the same to the last bit on every machine: no contraction of
 #                        a * b + c, no fast-math, SSE2 instead of the x87 on 32-bit x86
-#   kovalune_sanitizers  the checks that KOVALUNE_SANITIZE names ("address", "thread" or empty)
+#   kovalune_sanitizers  the checks that KOVALUNE_SANITIZE names ("address", "thread", "memory" or empty)
 #   kovalune_windows     how files for Windows are linked
 include(CheckCXXCompilerFlag)
 
@@ -32,14 +32,19 @@ if(KOVALUNE_HAS_NO_GNU_UNIQUE)
   target_compile_options(kovalune_arithmetic INTERFACE -fno-gnu-unique)
 endif()
 
-set(KOVALUNE_SANITIZE "" CACHE STRING "address (with undefined behaviour), thread, or empty")
+set(KOVALUNE_SANITIZE "" CACHE STRING "address (with undefined behaviour), thread, memory, or empty")
 add_library(kovalune_sanitizers INTERFACE)
 if(KOVALUNE_SANITIZE STREQUAL "address")
   set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
 elseif(KOVALUNE_SANITIZE STREQUAL "thread")
   set(flags -fsanitize=thread -fno-omit-frame-pointer)
+elseif(KOVALUNE_SANITIZE STREQUAL "memory")
+  # The standard library's templates are compiled here, where what they write is seen; what is not, is listed.
+  set(flags -fsanitize=memory -fsanitize-memory-track-origins -fno-omit-frame-pointer
+            -fsanitize-ignorelist=${PROJECT_SOURCE_DIR}/cmake/memory-sanitizer-ignored.txt)
+  target_compile_definitions(kovalune_sanitizers INTERFACE _GLIBCXX_EXTERN_TEMPLATE=0 KOVALUNE_MEMORY_SANITIZED)
 elseif(NOT KOVALUNE_SANITIZE STREQUAL "")
-  message(FATAL_ERROR "KOVALUNE_SANITIZE is '${KOVALUNE_SANITIZE}'; it takes address, thread or nothing")
+  message(FATAL_ERROR "KOVALUNE_SANITIZE is '${KOVALUNE_SANITIZE}'; it takes address, thread, memory or nothing")
 endif()
 if(flags)
   if(KOVALUNE_FUZZ)

@@ -10,16 +10,23 @@
 #ifdef KOVALUNE_MEMCHECK
 #include <valgrind/memcheck.h>
 #endif
+#ifdef KOVALUNE_MEMORY_SANITIZED
+#include <sanitizer/msan_interface.h>
+#endif
 
 namespace kovalune::host {
 
 namespace {
 
 /// A block has been used before, or its zeros are the system's: whoever reads it unwritten would not be found out by that. To
-/// valgrind nobody has written it yet.
+/// valgrind and to the memory sanitizer nobody has written it yet.
 void forgetContents([[maybe_unused]] MemoryBlock& block) {
 #ifdef KOVALUNE_MEMCHECK
     VALGRIND_MAKE_MEM_UNDEFINED(block.base, block.capacity);
+    block.zeros = false;
+#endif
+#ifdef KOVALUNE_MEMORY_SANITIZED
+    __msan_allocated_memory(block.base, block.capacity);
     block.zeros = false;
 #endif
 }

@@ -8,7 +8,6 @@ namespace kovalune::host::judge {
 
 inline constexpr std::byte kGuardByte{0xA5};
 inline constexpr std::byte kPaddingByte{0x5C};
-inline constexpr std::byte kPoisonByte{0xCD};
 
 void fillBytes(std::byte* bytes, std::size_t count, std::byte value);
 

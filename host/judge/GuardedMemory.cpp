@@ -93,7 +93,7 @@ void GuardedMemory::give(MemoryPool& pool, const MemoryBlock& block, const Block
 
 void GuardedMemory::handleGrown(std::byte* bytes, std::size_t count) {
     if (options_.poisonNewWorlds) {
-        fillBytes(bytes, count, kPoisonByte);
+        fillBytes(bytes, count, std::byte{options_.poison});
     }
 }
 
@@ -120,7 +120,7 @@ std::size_t GuardedMemory::rowGuardBytes() const {
 
 void GuardedMemory::worldMade(const WorldMemory& world, bool cleared) {
     if (!cleared && options_.poisonNewWorlds) {
-        fillBytes(world.block.payload, world.block.payloadBytes, kPoisonByte);
+        fillBytes(world.block.payload, world.block.payloadBytes, std::byte{options_.poison});
     }
     for (A_long y = 0; world.block.guarded && y < world.info.height; ++y) {
         fillBytes(rowEnd(world, y), world.paddingBytes, kPaddingByte);

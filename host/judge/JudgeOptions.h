@@ -23,9 +23,10 @@ struct JudgeOptions : HostOptions {
     // Watching.
     bool audit = false;           ///< guard bytes, fresh memory for every request
     int rowGuard = 16;            ///< further bytes after the padding, with `audit` only; a multiple of 4
-    bool poisonNewWorlds = false; ///< fill uncleared new worlds and handles with a pattern
-    bool recordCalls = false;     ///< keep the log that JudgedHost::calls() gives
-    ProgressFunction onProgress;  ///< of every operation, beside that of the render request
+    bool poisonNewWorlds = false; ///< fill uncleared new worlds and handles with this byte
+    uint8_t poison = 0xCD;
+    bool recordCalls = false;    ///< keep the log that JudgedHost::calls() gives
+    ProgressFunction onProgress; ///< of every operation, beside that of the render request
 
     // The order of iterations.
     bool shuffleIterations = false;

@@ -42,7 +42,8 @@ std::string codeText(PF_Err code) {
 host::RenderRequest requestOf(const GoldenScene& scene) {
     host::RenderRequest request;
     request.flow = scene.flow;
-    request.downsampleX = request.downsampleY = {1, static_cast<A_u_long>(scene.scale)};
+    request.downsampleX = scene.scaleX;
+    request.downsampleY = scene.scaleY;
     if (!scene.rect) {
         return request;
     }

@@ -50,14 +50,25 @@ const char* depthText(PF_PixelFormat format) {
     return format == PF_PixelFormat_ARGB32 ? "8" : format == PF_PixelFormat_ARGB64 ? "16" : "32";
 }
 
+/// Nothing where the frame is no proxy, one factor where both are the same.
+std::string scalesText(const GoldenScene& scene) {
+    const auto textOf = [](const PF_RationalScale& scale) {
+        return std::to_string(scale.num) + '/' + std::to_string(scale.den);
+    };
+    const std::string across = textOf(scene.scaleX);
+    const std::string down = textOf(scene.scaleY);
+    if (across == down) {
+        return across == "1/1" ? "" : " scale=" + across;
+    }
+    return " scale=" + across + ',' + down;
+}
+
 std::string frameText(const GoldenScene& scene) {
     constexpr std::array kViewNames = {"",          "Normal",    "",          "Extract",  "Base",
                                        "Process-1", "Process-2", "Process-3", "Process-4"};
     std::string text = scene.flow == host::RenderFlow::kSmart ? " smart " : " legacy ";
     text += kViewNames[static_cast<std::size_t>(scene.view)];
-    if (scene.scale != 1) {
-        text += " scale=1/" + std::to_string(scene.scale);
-    }
+    text += scalesText(scene);
     if (scene.rect) {
         text += " rect=" + std::to_string(scene.rect->left) + ',' + std::to_string(scene.rect->top) + ',' +
                 std::to_string(scene.rect->right) + ',' + std::to_string(scene.rect->bottom);
@@ -129,6 +140,16 @@ public:
         }
     }
 
+    void keepAll(double bias) {
+        for (int number = 1; number <= 4; ++number) {
+            const std::string prefix = std::to_string(number) + " : ";
+            set(prefix + "Boundary Bias", bias);
+            if (number > 1) {
+                set(prefix + "Keep Process", A_long{1});
+            }
+        }
+    }
+
     void set(const std::string& label, host::ParamValue value) { scene_.settings.push_back({label, value}); }
 
 private:
@@ -194,7 +215,7 @@ public:
                     scene.view = random_.chance(50) ? 1 : kViews[static_cast<std::size_t>(random_.below(7))];
                     scene.flow = random_.chance(70) ? host::RenderFlow::kSmart : host::RenderFlow::kLegacy;
                     if (random_.chance(15)) {
-                        scene.scale = random_.between(2, 4);
+                        scene.scaleX = scene.scaleY = {1, static_cast<A_u_long>(random_.between(2, 4))};
                     }
                     add(scene, [](SettingsMaker& make) { make.randomise(); });
                 }
@@ -273,6 +294,46 @@ public:
         }
     }
 
+    /// Proxies whose factors are no whole parts, or another one down than across.
+    void addProxies() {
+        struct Scales {
+            PF_RationalScale across;
+            PF_RationalScale down;
+        };
+        for (const PF_PixelFormat format : kFormats) {
+            for (const Scales& scales : {Scales{{2, 3}, {2, 3}}, Scales{{1, 1}, {1, 4}},
+                                         Scales{{1, 3}, {1, 1}}, Scales{{5, 7}, {1, 2}}}) {
+                GoldenScene scene = next(PictureKind::kCel, format, {90, 70});
+                scene.scaleX = scales.across;
+                scene.scaleY = scales.down;
+                add(scene, [](SettingsMaker& make) { make.fill(24.0, 3); });
+            }
+        }
+    }
+
+    /// Lines that are longer than what passes work on at once, and pictures of one line.
+    void addLongLines() {
+        for (const PF_PixelFormat format : kFormats) {
+            for (const Size& size : {Size{1400, 6}, Size{6, 1400}, Size{700, 1}, Size{1, 700}}) {
+                for (const PictureKind kind : {PictureKind::kCel, PictureKind::kNoise}) {
+                    add(next(kind, format, size), [](SettingsMaker& make) { make.randomise(); });
+                }
+            }
+        }
+    }
+
+    /// Each stage inside the one before it, with soft edges from the hardest to the softest.
+    void addKeptStages() {
+        for (const PF_PixelFormat format : kFormats) {
+            for (const double bias : {0.0, 25.0, 100.0}) {
+                add(next(PictureKind::kCel, format, {110, 80}), [&](SettingsMaker& make) {
+                    make.fill(40.0, 2);
+                    make.keepAll(bias);
+                });
+            }
+        }
+    }
+
 private:
     GoldenScene next(PictureKind kind, PF_PixelFormat format, const Size& size) {
         GoldenScene scene;
@@ -339,6 +400,9 @@ std::vector<GoldenScene> goldenScenes() {
     list.addRandomFrames();
     list.addParts();
     list.addSmoothings();
+    list.addProxies();
+    list.addLongLines();
+    list.addKeptStages();
     return std::move(list).made();
 }
 
@@ -352,7 +416,7 @@ GoldenScene randomFrame(uint64_t seed, int32_t mostSide) {
     scene.seed = seed;
     scene.view = random.chance(50) ? 1 : kViews[static_cast<std::size_t>(random.below(kViews.size()))];
     scene.flow = random.chance(70) ? host::RenderFlow::kSmart : host::RenderFlow::kLegacy;
-    scene.scale = random.chance(15) ? random.between(2, 4) : 1;
+    scene.scaleX = scene.scaleY = {1, static_cast<A_u_long>(random.chance(15) ? random.between(2, 4) : 1)};
     scene.iterations = random.between(1, 9);
     const GoldenPicture picture =
         drawGoldenPicture(scene.picture, scene.format, scene.width, scene.height, scene.seed);

@@ -31,13 +31,20 @@ struct GoldenScene {
     // Of a frame.
     host::RenderFlow flow = host::RenderFlow::kSmart;
     int32_t view = 1;
-    int32_t scale = 1;            ///< the denominator of the downsample factor, in both directions
+    PF_RationalScale scaleX{1, 1}; ///< the downsample factors
+    PF_RationalScale scaleY{1, 1};
     std::optional<PF_LRect> rect; ///< a part of the picture
     int32_t iterations = 0;       ///< the one number that the hash holds for; 0: any
     std::vector<GoldenSetting> settings;
 
     /// Of boundary smoothing.
     SmoothOptions smooth;
+
+    /// The denominator of both factors where they are one over the same number, else 0.
+    int32_t wholeScale() const {
+        const bool isWhole = scaleX.num == 1 && scaleY.num == 1 && scaleX.den == scaleY.den;
+        return isWhole ? static_cast<int32_t>(scaleX.den) : 0;
+    }
 
     /// One line without its hash; no two scenes have the same.
     std::string text() const;

@@ -1,11 +1,13 @@
 // golden_hashes: writes the golden hashes, a line a scene, to standard output. With the path of a plug-in's file it renders
-// the frames through that, else through the effect that is linked in.
+// the frames through that, else through the effect that is linked in, after --cpu with that instruction set.
 
+#include "effect/Kovalune.h"
 #include "hostapi/EntryPoint.h"
 #include "render/selfcheck/GoldenHash.h"
 
 #include <cstdio>
 #include <exception>
+#include <string_view>
 
 namespace {
 
@@ -33,7 +35,12 @@ void writeHashes(host::EffectModule& module) {
 
 int main(int count, char** words) {
     try {
-        host::EffectModule module = count > 1
+        const bool choosesSet = count > 2 && std::string_view(words[1]) == "--cpu";
+        if (choosesSet && !useInstructionSet(words[2])) {
+            std::fprintf(stderr, "golden_hashes: this machine has no instruction set '%s'\n", words[2]);
+            return 2;
+        }
+        host::EffectModule module = count > 1 && !choosesSet
                                         ? host::EffectModule::load(words[1], host::SetDown::kNever)
                                         : host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
         writeHashes(module);

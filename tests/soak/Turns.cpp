@@ -83,7 +83,8 @@ void apply(host::Session& session, const GoldenScene& scene) {
 host::RenderRequest requestOf(const GoldenScene& scene) {
     host::RenderRequest request;
     request.flow = scene.flow;
-    request.downsampleX = request.downsampleY = {1, static_cast<A_u_long>(scene.scale)};
+    request.downsampleX = scene.scaleX;
+    request.downsampleY = scene.scaleY;
     return request;
 }
 

@@ -59,7 +59,7 @@ bool canBeSaid(const GoldenSetting& setting) {
 /// Whole pictures of 8 bits by the usual way, with the number of iterations that every tool has.
 bool canBeSaid(const GoldenScene& scene) {
     bool can = scene.what == GoldenScene::What::kFrame && scene.format == PF_PixelFormat_ARGB32 &&
-               scene.flow == host::RenderFlow::kSmart && scene.scale == 1 && !scene.rect &&
+               scene.flow == host::RenderFlow::kSmart && scene.wholeScale() == 1 && !scene.rect &&
                (scene.iterations == 0 || scene.iterations == 64);
     for (const GoldenSetting& setting : scene.settings) {
         can = can && canBeSaid(setting);
