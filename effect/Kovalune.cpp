@@ -2,6 +2,7 @@
 
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
+#include "effect/share/SizeProduct.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/SmoothBoundaries.h"
 #include "effect/smoothing/SmoothOf.h"
@@ -69,8 +70,8 @@ private:
         const PF_PixelFormat format = static_cast<LoneHost*>(static_cast<void*>(self))->format_;
         const auto used = static_cast<std::size_t>(usedRowBytes(format, from->width));
         for (int32_t y = 0; y < from->height; ++y) {
-            std::memcpy(objectAt<uint8_t>(to->data, std::ptrdiff_t{y} * to->rowbytes),
-                        objectAt<uint8_t>(from->data, std::ptrdiff_t{y} * from->rowbytes), used);
+            std::memcpy(objectAt<uint8_t>(to->data, sizeProduct<std::ptrdiff_t>(y, to->rowbytes)),
+                        objectAt<uint8_t>(from->data, sizeProduct<std::ptrdiff_t>(y, from->rowbytes)), used);
         }
         return PF_Err_NONE;
     }
@@ -79,9 +80,8 @@ private:
         *world = {};
         world->width = width;
         world->height = height;
-        world->rowbytes = width * static_cast<A_long>(sizeof(PF_Pixel));
-        world->data =
-            new (std::nothrow) PF_Pixel[static_cast<std::size_t>(width) * static_cast<std::size_t>(height)];
+        world->rowbytes = sizeProduct<A_long>(width, sizeof(PF_Pixel));
+        world->data = new (std::nothrow) PF_Pixel[sizeProduct<std::size_t>(width, height)];
         return world->data != nullptr ? PF_Err_NONE : PF_Err_OUT_OF_MEMORY;
     }
 
@@ -128,8 +128,8 @@ bool isSound(const BasicPictureView<Memory>& picture) {
 /// The address after a picture's last pixel.
 template <class Memory>
 uintptr_t endOf(const BasicPictureView<Memory>& picture) {
-    const int64_t bytes =
-        int64_t{picture.height - 1} * picture.rowbytes + usedRowBytes(picture.format, picture.width);
+    const int64_t bytes = sizeProduct<int64_t>(picture.height - 1, picture.rowbytes) +
+                          usedRowBytes(picture.format, picture.width);
     return addressOf(picture.pixels) + static_cast<uintptr_t>(bytes);
 }
 
@@ -190,8 +190,7 @@ void mapEdges(const PF_EffectWorld& keyed, int32_t threshold, const PF_EffectWor
 
 PF_Err mapEdgesIn(PF_PixelFormat format, const PF_EffectWorld& keyed, int32_t threshold, uint8_t* flags) {
     const int32_t stride = EdgeFlagMap::rowCells(keyed.width);
-    const ScratchBlock memory(static_cast<std::size_t>(stride) *
-                              static_cast<std::size_t>(EdgeFlagMap::rowCount(keyed.height)));
+    const ScratchBlock memory(sizeProduct<std::size_t>(stride, EdgeFlagMap::rowCount(keyed.height)));
     if (memory.memory() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -215,7 +214,7 @@ PF_Err mapEdgesIn(PF_PixelFormat format, const PF_EffectWorld& keyed, int32_t th
 /// The map is built from the keyed picture: what a call of strength 0 leaves.
 PF_Err mapKeyedEdges(const PictureView& picture, const SmoothOptions& options, uint8_t* flags) {
     const int64_t row = usedRowBytes(picture.format, picture.width);
-    const ScratchBlock memory(static_cast<std::size_t>(row) * static_cast<std::size_t>(picture.height));
+    const ScratchBlock memory(sizeProduct<std::size_t>(row, picture.height));
     if (memory.memory() == nullptr) {
         return PF_Err_OUT_OF_MEMORY;
     }
@@ -258,7 +257,7 @@ PF_Err edgeFlags(const PictureView& picture, const SmoothOptions& options, std::
     if (err != PF_Err_NONE) {
         return err;
     }
-    if (flags.size() != static_cast<std::size_t>(picture.width) * static_cast<std::size_t>(picture.height)) {
+    if (flags.size() != sizeProduct<std::size_t>(picture.width, picture.height)) {
         return PF_Err_BAD_CALLBACK_PARAM;
     }
     if (isEmpty(picture)) {

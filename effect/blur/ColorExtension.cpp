@@ -7,6 +7,7 @@
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
 #include "effect/share/Integers.h"
+#include "effect/share/SizeProduct.h"
 
 #include <algorithm>
 #include <cmath>
@@ -23,7 +24,7 @@ int32_t wholeReach(double reach) {
 }
 
 std::size_t sizeOf(int32_t count, std::size_t elementBytes) {
-    return static_cast<std::size_t>(count) * elementBytes;
+    return sizeProduct<std::size_t>(count, elementBytes);
 }
 
 /// What the steps along columns gather and find in each column of a tile.

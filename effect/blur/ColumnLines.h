@@ -6,6 +6,7 @@
 #include "effect/raster/MaskPlane.h"
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
+#include "effect/share/SizeProduct.h"
 
 #include <algorithm>
 #include <bit>
@@ -32,10 +33,10 @@ public:
 
     ColumnLines(int32_t height, bool hasKeep, ScratchLayout& layout)
         : height_(height), pixelStep_(stepOf<Pixel>(height)), maskStep_(stepOf<uint8_t>(height)) {
-        pixels_ = layout.take<Pixel>(pixelStep_ * kColumns);
-        results_ = layout.take<Pixel>(pixelStep_ * kColumns);
-        counted_ = layout.take<uint8_t>(maskStep_ * kColumns);
-        keep_ = hasKeep ? layout.take<uint8_t>(maskStep_ * kColumns) : nullptr;
+        pixels_ = layout.take<Pixel>(sizeProduct<std::size_t>(pixelStep_, kColumns));
+        results_ = layout.take<Pixel>(sizeProduct<std::size_t>(pixelStep_, kColumns));
+        counted_ = layout.take<uint8_t>(sizeProduct<std::size_t>(maskStep_, kColumns));
+        keep_ = hasKeep ? layout.take<uint8_t>(sizeProduct<std::size_t>(maskStep_, kColumns)) : nullptr;
     }
 
     /// Takes `columns` columns of a record's rectangle apart, from `left` on. Of rows that count in none of them little is
@@ -92,10 +93,10 @@ private:
     template <class T>
     static std::size_t stepOf(int32_t height) {
         const auto rows = (static_cast<std::size_t>(height) + kRows - 1) / kRows * kRows;
-        const std::size_t cacheLines = (rows * sizeof(T) + 63) / 64;
+        const std::size_t cacheLines = (sizeProduct<std::size_t>(rows, sizeof(T)) + 63) / 64;
         return (cacheLines | 1) * 64 / sizeof(T);
     }
-    static std::size_t at(int32_t c, std::size_t step) { return static_cast<std::size_t>(c) * step; }
+    static std::size_t at(int32_t c, std::size_t step) { return sizeProduct<std::size_t>(c, step); }
 
     /// Rows lie far apart, so that no processor sees the next one coming.
     static void prefetchRow(const Pixel* row, int32_t columns) {

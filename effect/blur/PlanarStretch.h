@@ -8,6 +8,7 @@
 #include "effect/blur/LineWindow.h"
 #include "effect/blur/PlanarOf.h"
 #include "effect/raster/MaskRuns.h"
+#include "effect/share/SizeProduct.h"
 
 #include <algorithm>
 #include <array>
@@ -117,7 +118,7 @@ private:
         hasHoles_ = nextMaskedOut(mask, 0, count_) < count_;
         std::array<Sample*, kChannels> at;
         for (std::size_t c = 0; c < kChannels; ++c) {
-            at[c] = start(planes_ + static_cast<std::ptrdiff_t>(c) * planeStep_);
+            at[c] = start(planes_ + sizeProduct<std::ptrdiff_t>(c, planeStep_));
         }
         Summing summing{};
         if constexpr (kChannels == 3) {

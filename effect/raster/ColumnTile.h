@@ -4,6 +4,7 @@
 
 #include "effect/raster/Rows.h"
 #include "effect/raster/ScratchBlock.h"
+#include "effect/share/SizeProduct.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -20,7 +21,7 @@ public:
     /// In the bench's slot for iteration `i`; without a bench in memory of its own.
     ColumnTile(int32_t height, std::size_t bytesPerRow, Workbench* bench, int32_t i)
         : height_(height), lineBytes_(((static_cast<std::size_t>(height) + 63) / 64 | 1) * 64),
-          block_(bench, i, lineBytes_ * bytesPerRow) {}
+          block_(bench, i, sizeProduct<std::size_t>(lineBytes_, bytesPerRow)) {}
 
     /// False where there was no memory; nothing else may be called then.
     bool ready() const { return block_.memory() != nullptr; }
@@ -28,7 +29,8 @@ public:
     /// Line `number` of a kind, as long as the columns are high.
     template <class T>
     T* line(std::size_t before, int32_t number) const {
-        const std::size_t at = lineBytes_ * (before + static_cast<std::size_t>(number) * sizeof(T));
+        const std::size_t at =
+            sizeProduct<std::size_t>(lineBytes_, before + static_cast<std::size_t>(number) * sizeof(T));
         return objectAt<T>(block_.memory(), static_cast<std::ptrdiff_t>(at));
     }
 

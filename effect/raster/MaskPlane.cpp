@@ -1,4 +1,5 @@
 #include "effect/raster/MaskPlane.h"
+#include "effect/share/SizeProduct.h"
 
 #include <algorithm>
 #include <cstring>
@@ -156,8 +157,8 @@ template <class Element>
 void PlaneStorage<Element>::allocate(PF_InData* inData, int32_t w, int32_t h) {
     const int64_t rowWords = (int64_t{w} + 3) / 4;
     const int64_t colWords = (int64_t{h} + 3) / 4;
-    const int64_t bytesPerRow = rowWords * 4 * static_cast<int64_t>(sizeof(Element));
-    const int64_t elementBytes = h * bytesPerRow;
+    const auto bytesPerRow = sizeProduct<int64_t>(rowWords * 4, sizeof(Element));
+    const auto elementBytes = sizeProduct<int64_t>(h, bytesPerRow);
     const int64_t rowSummaryBytes = colWords * 4;
     const int64_t bytes = elementBytes + rowSummaryBytes + rowWords * 4;
     const bool fits = bytes >= 0 && bytes <= std::numeric_limits<uint32_t>::max();

@@ -9,6 +9,7 @@
 
 #include "effect/share/AEUtil/SharedArray.h"
 #include "effect/share/FrameRect.h"
+#include "effect/share/SizeProduct.h"
 #include "effect/share/StandardParts.h"
 #include "hostapi/HostApi.h"
 
@@ -115,7 +116,7 @@ protected:
     Marks& marks() { return marks_; }
 
 private:
-    std::ptrdiff_t offsetOf(int32_t y) const { return static_cast<std::ptrdiff_t>(y) * layout_.rowStride; }
+    std::ptrdiff_t offsetOf(int32_t y) const { return sizeProduct<std::ptrdiff_t>(y, layout_.rowStride); }
     void allocate(PF_InData* inData, int32_t w, int32_t h);
 
     AEUtil::SharedCount owner_;
@@ -166,7 +167,7 @@ public:
           colActive_(plane.layout().colActive), rowStride_(plane.layout().rowStride) {}
     MaskView(const MaskPlane&&) = delete; ///< would be gone before the pass runs
 
-    const uint8_t* row(int32_t y) const { return data_ + static_cast<std::ptrdiff_t>(y) * rowStride_; }
+    const uint8_t* row(int32_t y) const { return data_ + sizeProduct<std::ptrdiff_t>(y, rowStride_); }
     bool rowActive(int32_t y) const { return rowActive_[y] != 0; }
     bool colActive(int32_t x) const { return colActive_[x] != 0; }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "effect/share/FrameRect.h"
+#include "effect/share/SizeProduct.h"
 #include "hostapi/HostApi.h"
 
 #include <cstddef>
@@ -18,7 +19,7 @@ T* objectAt(void* start, std::ptrdiff_t bytes) {
 /// The pixel of a rectangle's row `y` that stands in its column 0; both count from the rectangle's top left.
 template <class Format>
 typename Format::Pixel* rowOf(const PF_EffectWorld& world, const FrameRect& rect, int32_t y) {
-    const std::ptrdiff_t bytes = static_cast<std::ptrdiff_t>(rect.top + y) * world.rowbytes;
+    const std::ptrdiff_t bytes = sizeProduct<std::ptrdiff_t>(rect.top + y, world.rowbytes);
     return objectAt<typename Format::Pixel>(world.data, bytes) + rect.left;
 }
 

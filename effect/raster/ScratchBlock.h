@@ -3,6 +3,7 @@
 #pragma once
 
 #include "effect/raster/Workbench.h"
+#include "effect/share/SizeProduct.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -42,7 +43,7 @@ public:
     template <class T>
     T* take(std::size_t count) {
         const std::size_t at = bytes_;
-        bytes_ += (count * sizeof(T) + 63) / 64 * 64;
+        bytes_ += (sizeProduct<std::size_t>(count, sizeof(T)) + 63) / 64 * 64;
         return memory_ != nullptr ? static_cast<T*>(static_cast<void*>(memory_ + at)) : nullptr;
     }
 

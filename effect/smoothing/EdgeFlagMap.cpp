@@ -2,6 +2,7 @@
 
 #include "effect/raster/Rows.h"
 #include "effect/raster/SameBytes.h"
+#include "effect/share/SizeProduct.h"
 #include "effect/smoothing/PixelDifference.h"
 
 #include <algorithm>
@@ -133,7 +134,8 @@ EdgeFlagMap::EdgeFlagMap(const PF_EffectWorld& memory, int32_t width, int32_t he
     : stride_(memory.rowbytes), width_(width), height_(height) {
     auto* const first = objectAt<uint8_t>(memory.data, 0);
     for (int32_t i = 0; i < rowCount(height); ++i) {
-        std::memset(first + i * stride_, 0, static_cast<std::size_t>(rowCells(width)));
+        std::memset(first + sizeProduct<std::ptrdiff_t>(i, stride_), 0,
+                    static_cast<std::size_t>(rowCells(width)));
     }
     origin_ = first + stride_ + kLeftMargin;
 }

@@ -2,6 +2,7 @@
 // differ. Built once a call from pixels on which no blend has acted, and read-only afterwards.
 #pragma once
 
+#include "effect/share/SizeProduct.h"
 #include "effect/smoothing/SmoothOf.h"
 #include "hostapi/HostApi.h"
 
@@ -38,7 +39,7 @@ public:
     void add(int32_t x, int32_t y, int flags) { *cell(x, y) = static_cast<uint8_t>(*cell(x, y) | flags); }
 
     uint8_t* cell(int32_t x, int32_t y) const {
-        return origin_ + static_cast<std::ptrdiff_t>(y) * stride_ + x;
+        return origin_ + sizeProduct<std::ptrdiff_t>(y, stride_) + x;
     }
     std::ptrdiff_t stride() const { return stride_; } ///< bytes from one row of cells to the next
 
@@ -67,7 +68,8 @@ public:
 
 private:
     uint8_t cell(int32_t u, int32_t v) const {
-        return transposed ? cell_[u * stride_ + v] : cell_[v * stride_ + u];
+        return transposed ? cell_[sizeProduct<std::ptrdiff_t>(u, stride_) + v]
+                          : cell_[sizeProduct<std::ptrdiff_t>(v, stride_) + u];
     }
 
     static constexpr int turned(int flags) { return transposed ? turnedFlags(flags) : flags; }

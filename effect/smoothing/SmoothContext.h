@@ -3,6 +3,7 @@
 #pragma once
 
 #include "effect/raster/Rows.h"
+#include "effect/share/SizeProduct.h"
 #include "effect/smoothing/EdgeFlagMap.h"
 #include "effect/smoothing/PixelSource.h"
 #include "effect/smoothing/SmoothOf.h"
@@ -45,7 +46,7 @@ struct SmoothContext {
 
     /// Bytes from one pixel of the destination to the one at (dx, dy) from it.
     std::ptrdiff_t pixelStep(int32_t dx, int32_t dy) const {
-        return static_cast<std::ptrdiff_t>(dy) * destination.rowbytes +
+        return sizeProduct<std::ptrdiff_t>(dy, destination.rowbytes) +
                dx * static_cast<std::ptrdiff_t>(sizeof(Pixel));
     }
 
