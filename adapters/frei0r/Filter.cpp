@@ -116,6 +116,10 @@ void Filter::readFile() {
         file_ = readSettingsFile(effect_.session(), path);
     } catch (const text::Failure& failure) {
         fileFault_ = failure.what();
+    } catch (const std::bad_alloc&) {
+        fileFault_ = "out of memory"; // so short that it needs none
+    }
+    if (!fileFault_.empty()) {
         tell(fileFault_);
     }
 }
