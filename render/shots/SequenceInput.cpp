@@ -81,6 +81,7 @@ std::optional<FramePattern> patternAt(const std::vector<std::vector<std::string>
 /// Of two names or more that differ in one run of digits of the file's name and in nothing else.
 std::optional<FramePattern> commonPattern(const std::vector<std::string>& names) {
     std::vector<std::vector<std::string>> all;
+    all.reserve(names.size());
     for (const std::string& name : names) {
         all.push_back(piecesOf(name));
     }
@@ -137,6 +138,7 @@ std::vector<std::vector<std::string>> kindsOf(const std::vector<std::string>& na
         kinds[joined(pieces, 0, pieces.size())].push_back(name);
     }
     std::vector<std::vector<std::string>> result;
+    result.reserve(kinds.size());
     for (auto& [shape, members] : kinds) {
         result.push_back(std::move(members));
     }
