@@ -75,7 +75,7 @@ struct Kept {
     Instance instance;
 };
 
-constinit std::mutex stateMutex;
+std::mutex stateMutex;
 constinit Host* theHost = nullptr;
 constinit std::shared_ptr<Loaded> theLoaded;
 

@@ -20,21 +20,30 @@ namespace {
 
 TestHost* theHost = nullptr;
 
-/// Of the thread: the actions that it is in, the innermost last, and whether the suite has started it.
-thread_local std::vector<std::string> actions;
-thread_local bool isSpawned = false;
-thread_local unsigned int threadIndex = 0;
-/// What a property suite has handed out last: it is worth nothing after the next call.
-thread_local std::string lent;
+struct ThreadState {
+    std::vector<std::string> actions; ///< that it is in, the innermost last
+    bool isSpawned = false;           ///< by the suite, for as long as it runs
+    unsigned int index = 0;
+    std::string lent; ///< what a property suite has handed out last: it is worth nothing after the next call
+};
+
+/// Of the calling thread. Not thread-local: on Windows such objects are gone before they are destroyed.
+ThreadState& ofThread() {
+    static std::mutex mutex;
+    static std::map<std::thread::id, ThreadState> states;
+    const std::lock_guard lock(mutex);
+    return states[std::this_thread::get_id()];
+}
 
 std::string currentAction() {
+    const std::vector<std::string>& actions = ofThread().actions;
     return actions.empty() ? "" : actions.back();
 }
 
 class InAction {
 public:
-    explicit InAction(const char* name) { actions.emplace_back(name); }
-    ~InAction() { actions.pop_back(); }
+    explicit InAction(const char* name) { ofThread().actions.emplace_back(name); }
+    ~InAction() { ofThread().actions.pop_back(); }
     InAction(const InAction&) = delete;
     InAction& operator=(const InAction&) = delete;
 };
@@ -43,8 +52,9 @@ public:
 class Call {
 public:
     explicit Call(const char* name) : lock_(theHost->mutex()), name_(name), status_(theHost->enter(name)) {
+        std::string& lent = ofThread().lent;
         lent.assign(lent.size(), '?');
-        if (actions.empty()) {
+        if (currentAction().empty()) {
             fault("outside of any action");
         }
     }
@@ -161,6 +171,7 @@ Status getProperty(const char* function, Properties handle, const char* name, in
     }
     const Value& value = std::get<Value>(values[static_cast<std::size_t>(index)]);
     if constexpr (std::is_same_v<Value, std::string>) {
+        std::string& lent = ofThread().lent;
         lent = value;
         *out = lent.data();
     } else {
@@ -416,7 +427,7 @@ Status multiThread(ThreadFunction function, unsigned int count, void* argument) 
         if (call.fails()) {
             return call.status();
         }
-        if (isSpawned) {
+        if (ofThread().isSpawned) {
             return call.wrong(kExists, "nested");
         }
     }
@@ -427,9 +438,11 @@ Status multiThread(ThreadFunction function, unsigned int count, void* argument) 
     std::vector<std::thread> threads;
     for (unsigned int i = 0; i < given; ++i) {
         threads.emplace_back([=] {
-            isSpawned = true;
-            threadIndex = i;
+            ThreadState& state = ofThread();
+            state.isSpawned = true;
+            state.index = i;
             function(i, given, argument);
+            state = {}; // another thread may get its number
         });
     }
     for (std::thread& thread : threads) {
@@ -445,12 +458,12 @@ Status numCpus(unsigned int* count) {
 }
 
 Status indexOfThread(unsigned int* index) {
-    *index = threadIndex;
+    *index = ofThread().index;
     return kOk;
 }
 
 int isSpawnedThread() {
-    return isSpawned || theHost->options().callsOnSpawnedThread ? 1 : 0;
+    return ofThread().isSpawned || theHost->options().callsOnSpawnedThread ? 1 : 0;
 }
 
 std::string formatted(const char* format, va_list arguments) {
@@ -488,7 +501,7 @@ Status clearPersistentMessage(void*) {
 }
 
 const void* fetchSuite(Properties, const char* name, int version) {
-    if (actions.empty()) {
+    if (currentAction().empty()) {
         theHost->fault("fetchSuite before OfxActionLoad");
     }
     return theHost->suite(name, version);
