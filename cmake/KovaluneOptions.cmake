@@ -14,15 +14,15 @@
 #   KOVALUNE_FUZZ    with the address sanitizer, fuzz targets are guided by the branches of all code. For scripts/fuzz
 #   KOVALUNE_MEMCHECK  the reference host tells valgrind that the memory that it hands out has not been written; needs valgrind's
 #                    header. For scripts/memcheck
-if(NOT WIN32)
+if(NOT WIN32 AND NOT EMSCRIPTEN)
   option(KOVALUNE_CLI "Build the command" ON)
 elseif(KOVALUNE_CLI)
-  message(FATAL_ERROR "KOVALUNE_CLI=ON: the command is for POSIX systems, not for Windows")
+  message(FATAL_ERROR "KOVALUNE_CLI=ON: the command is for POSIX systems, not for ${CMAKE_SYSTEM_NAME}")
 endif()
-if(NOT WIN32)
+if(NOT WIN32 AND NOT EMSCRIPTEN)
   option(KOVALUNE_FREI0R "Build the plug-in for frei0r hosts" ON)
 elseif(KOVALUNE_FREI0R)
-  message(FATAL_ERROR "KOVALUNE_FREI0R=ON: the plug-in for frei0r hosts is for POSIX systems, not for Windows")
+  message(FATAL_ERROR "KOVALUNE_FREI0R=ON: the plug-in for frei0r hosts is for POSIX systems, not for ${CMAKE_SYSTEM_NAME}")
 endif()
 if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   option(KOVALUNE_OPENFX "Build the plug-in for OpenFX hosts" ON)

@@ -56,9 +56,19 @@ endif()
 
 # What ships ends at once where memory is overwritten, and has nothing at known places. On Windows the linker sees to the second
 # by itself; its runtime has nothing for the first that old systems would load.
-if(NOT WIN32 AND NOT KOVALUNE_SANITIZE)
+if(NOT WIN32 AND NOT EMSCRIPTEN AND NOT KOVALUNE_SANITIZE)
   string(APPEND CMAKE_CXX_FLAGS_RELEASE " -D_FORTIFY_SOURCE=2 -fstack-protector-strong")
   add_link_options(LINKER:-z,relro,-z,now)
+endif()
+
+# A page's code: vectors of 128 bits, which the plain kernels are compiled to, and the exceptions of the machine itself.
+if(EMSCRIPTEN)
+  add_compile_options(-msimd128 -fwasm-exceptions)
+  add_link_options(-fwasm-exceptions -sALLOW_MEMORY_GROWTH=1 -sMAXIMUM_MEMORY=4GB)
+  if(KOVALUNE_WEB_THREADS)
+    add_compile_options(-pthread)
+    add_link_options(-pthread)
+  endif()
 endif()
 
 # kovalune_optimize_less(LEVEL), in a folder that has no pixels or the file libraries' loops around them: what it compiles is

@@ -8,6 +8,11 @@ if(WIN32)
     platform/windows/Process.cpp
     platform/windows/Profile.cpp
     platform/windows/WindowCalls.cpp)
+elseif(EMSCRIPTEN)
+  list(APPEND KOVALUNE_PLATFORM_SOURCES
+    platform/none/System.cpp
+    platform/posix/CriticalSection.cpp
+    platform/posix/WindowCalls.cpp)
 else()
   list(APPEND KOVALUNE_PLATFORM_SOURCES
     platform/posix/CriticalSection.cpp
