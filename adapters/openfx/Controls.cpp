@@ -16,7 +16,7 @@ bool isWordLetter(char letter) {
     return std::isalnum(static_cast<unsigned char>(letter)) != 0;
 }
 
-char inCase(char letter, bool upper) {
+char withCase(char letter, bool upper) {
     const auto code = static_cast<unsigned char>(letter);
     return static_cast<char>(upper ? std::toupper(code) : std::tolower(code));
 }
@@ -108,7 +108,7 @@ std::string nameOf(std::string_view label, std::string_view group) {
     bool begins = true;
     for (const char letter : withoutStage(label)) {
         if (isWordLetter(letter)) {
-            name += begins ? inCase(letter, !name.empty()) : letter;
+            name += begins ? withCase(letter, !name.empty()) : letter;
         }
         begins = !isWordLetter(letter);
     }
