@@ -16,9 +16,12 @@ if(CPACK_GENERATOR STREQUAL "DEB")
     file(RENAME ${folder}/lib ${folder}/of-this-architecture)
     file(MAKE_DIRECTORY ${folder}/lib)
     file(RENAME ${folder}/of-this-architecture ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE})
-    # Where frei0r hosts look there is no folder for the architecture.
-    if(EXISTS ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE}/frei0r-1)
-      file(RENAME ${folder}/lib/${CPACK_KOVALUNE_ARCHITECTURE}/frei0r-1 ${folder}/lib/frei0r-1)
+    # Where frei0r hosts look there is no folder for the architecture. CPack would take a file there for a library of the system,
+    # and have each installation look through all of them.
+    set(plugin ${CPACK_KOVALUNE_ARCHITECTURE}/frei0r-1/kovalune.so)
+    if(EXISTS ${folder}/lib/${plugin})
+      file(MAKE_DIRECTORY ${folder}/lib/frei0r-1)
+      file(CREATE_LINK ../${plugin} ${folder}/lib/frei0r-1/kovalune.so SYMBOLIC)
     endif()
   endforeach()
 endif()

@@ -138,7 +138,7 @@ std::to_chars_result toChars(char* first, char* last, Number number, std::chars_
 
 /// The next larger number of as many digits; as it is where that has fewer.
 inline std::string oneMore(std::string scientific) {
-    const std::string unchanged = scientific;
+    std::string unchanged = scientific;
     for (std::size_t at = scientific.find('e'); at-- > 0;) {
         if (scientific[at] == '9') {
             scientific[at] = '0';
@@ -161,7 +161,7 @@ std::string shortestScientific(Number number) {
             break;
         }
         // Below a power of two numbers are twice as dense: what lies further off above it can still be its own.
-        const std::string above = oneMore(text);
+        std::string above = oneMore(text);
         if (numberOf<Number>(above.c_str()) == number) {
             return above;
         }
