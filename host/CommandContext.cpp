@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
+#include <cstring>
 #include <unordered_map>
 
 namespace kovalune::host {
@@ -27,7 +28,10 @@ std::unordered_map<PF_ProgPtr, CommandContext*>& liveContexts() {
 
 PF_ProgPtr nextReference() {
     static std::atomic<uintptr_t> last{0};
-    return reinterpret_cast<PF_ProgPtr>(++last);
+    const uintptr_t number = ++last;
+    PF_ProgPtr reference = nullptr;
+    std::memcpy(&reference, &number, sizeof number);
+    return reference;
 }
 
 } // namespace

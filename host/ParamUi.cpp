@@ -1,5 +1,7 @@
 #include "host/ParamUi.h"
 
+#include <array>
+#include <cstddef>
 #include <cstring>
 #include <type_traits>
 
@@ -19,7 +21,11 @@ bool sameBytes(const Member& a, const Member& b) {
     if constexpr (std::is_pointer_v<Member>) {
         return a == b;
     } else {
-        return std::memcmp(&a, &b, sizeof a) == 0;
+        std::array<std::byte, sizeof(Member)> first{};
+        std::array<std::byte, sizeof(Member)> second{};
+        std::memcpy(first.data(), &a, sizeof a);
+        std::memcpy(second.data(), &b, sizeof b);
+        return first == second;
     }
 }
 
