@@ -1,7 +1,7 @@
 // The finished file: what it gives to others and what it needs.
 
 #include "tests/adapters/frei0r/TestHost.h"
-#include "tests/architecture/ProgramOutput.h"
+#include "tests/architecture/LibraryFile.h"
 #include "tests/support/TestFolder.h"
 
 #include <cstdlib>
@@ -15,17 +15,8 @@ namespace {
 
 const std::string kFile = KOVALUNE_FREI0R_FILE;
 
-std::set<std::string> symbols(const std::string& which) {
-    std::set<std::string> names;
-    for (const std::string& line : outputLines("nm -D " + which + " '" + kFile + "'")) {
-        const std::string name = line.substr(line.find_last_of(' ') + 1);
-        names.insert(name.substr(0, name.find('@')));
-    }
-    return names;
-}
-
 TEST(Frei0rFile, ExportsTheInterfaceAndNothingElse) {
-    EXPECT_EQ(symbols("--defined-only"),
+    EXPECT_EQ(symbolsOf(kFile, "--defined-only"),
               (std::set<std::string>{"f0r_construct", "f0r_deinit", "f0r_destruct", "f0r_get_param_info",
                                      "f0r_get_param_value", "f0r_get_plugin_info", "f0r_init",
                                      "f0r_set_param_value", "f0r_update"}));
@@ -55,20 +46,14 @@ TEST(Frei0rFile, IsInstalledWhereHostsLook) {
 
 /// The loader comes with the C library: it is there for what belongs to a thread.
 TEST(Frei0rFile, NeedsTheCLibraryAlone) {
-    std::set<std::string> needed;
-    for (const std::string& line : outputLines("readelf -d '" + kFile + "'")) {
-        if (line.find("(NEEDED)") != std::string::npos) {
-            const std::size_t open = line.find('[');
-            needed.insert(line.substr(open + 1, line.find(']') - open - 1));
-        }
-    }
+    std::set<std::string> needed = librariesNeededBy(kFile);
     needed.erase("ld-linux-x86-64.so.2");
     EXPECT_EQ(needed, (std::set<std::string>{"libc.so.6", "libm.so.6"}));
 }
 
 /// Nothing in it could change the process's environment, signals or folder.
 TEST(Frei0rFile, CannotChangeTheProcess) {
-    const std::set<std::string> used = symbols("--undefined-only");
+    const std::set<std::string> used = symbolsOf(kFile, "--undefined-only");
     for (const char* const name :
          {"setenv", "putenv", "unsetenv", "clearenv", "signal", "sigaction", "sigprocmask", "pthread_sigmask",
           "chdir", "fchdir", "umask", "setrlimit", "exit", "fork"}) {
