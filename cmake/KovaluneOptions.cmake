@@ -6,6 +6,7 @@
 #   KOVALUNE_JPEG    reading JPEG files, which takes libjpeg
 #   KOVALUNE_FREI0R  the plug-in for frei0r hosts, on POSIX systems
 #   KOVALUNE_OPENFX  the plug-in for OpenFX hosts, on systems of 64 bits
+#   KOVALUNE_WEB_THREADS  for a page, with threads, which browsers allow to isolated pages alone
 #   KOVALUNE_BENCH   the benchmarks, which need all of the command
 #   KOVALUNE_RIVALS  one more benchmark, beside OpenCV, which nothing else needs
 #   BUILD_TESTING    the tests (of CTest), which need all of the command wherever there is one
@@ -28,6 +29,9 @@ if(CMAKE_SIZEOF_VOID_P EQUAL 8)
   option(KOVALUNE_OPENFX "Build the plug-in for OpenFX hosts" ON)
 elseif(KOVALUNE_OPENFX)
   message(FATAL_ERROR "KOVALUNE_OPENFX=ON: the plug-in for OpenFX hosts is for systems of 64 bits")
+endif()
+if(EMSCRIPTEN)
+  option(KOVALUNE_WEB_THREADS "For a page, with threads" OFF)
 endif()
 option(KOVALUNE_TIFF "Read and write TIFF files" ON)
 option(KOVALUNE_EXR "Read and write OpenEXR files" ON)

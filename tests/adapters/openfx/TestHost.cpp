@@ -249,16 +249,19 @@ Status clipDefine(Effect effect, const char* name, Properties* out) {
     return kOk;
 }
 
-Status clipGetHandle(Effect effect, const char* name, Clip* out, Properties* properties) {
-    const Call call("clipGetHandle");
+/// A clip or a parameter by its name, with its properties where they are asked for.
+template <class Handle, class Owned>
+Status handOut(const char* callName, std::deque<Owned>& all, const char* name, Handle* out,
+               Properties* properties) {
+    const Call call(callName);
     if (call.fails()) {
         return call.status();
     }
-    for (TestClip& clip : effectOf(effect)->clips) {
-        if (clip.name == name) {
-            *out = reinterpret_cast<Clip>(&clip);
+    for (Owned& each : all) {
+        if (each.name == name) {
+            *out = reinterpret_cast<Handle>(&each);
             if (properties != nullptr) {
-                *properties = handleOf(clip.bag);
+                *properties = handleOf(each.bag);
             }
             return kOk;
         }
@@ -266,13 +269,21 @@ Status clipGetHandle(Effect effect, const char* name, Clip* out, Properties* pro
     return kUnknown;
 }
 
-Status clipGetPropertySet(Clip clip, Properties* out) {
-    const Call call("clipGetPropertySet");
+Status handOutProperties(const char* callName, PropertyBag& bag, Properties* out) {
+    const Call call(callName);
     if (call.fails()) {
         return call.status();
     }
-    *out = handleOf(reinterpret_cast<TestClip*>(clip)->bag);
+    *out = handleOf(bag);
     return kOk;
+}
+
+Status clipGetHandle(Effect effect, const char* name, Clip* out, Properties* properties) {
+    return handOut("clipGetHandle", effectOf(effect)->clips, name, out, properties);
+}
+
+Status clipGetPropertySet(Clip clip, Properties* out) {
+    return handOutProperties("clipGetPropertySet", reinterpret_cast<TestClip*>(clip)->bag, out);
 }
 
 Status clipGetImage(Clip handle, double, const RectD*, Properties* out) {
@@ -350,29 +361,11 @@ Status paramDefine(ParamSet set, const char* type, const char* name, Properties*
 }
 
 Status paramGetHandle(ParamSet set, const char* name, Param* out, Properties* properties) {
-    const Call call("paramGetHandle");
-    if (call.fails()) {
-        return call.status();
-    }
-    for (TestParam& param : reinterpret_cast<TestEffect*>(set)->params) {
-        if (param.name == name) {
-            *out = reinterpret_cast<Param>(&param);
-            if (properties != nullptr) {
-                *properties = handleOf(param.bag);
-            }
-            return kOk;
-        }
-    }
-    return kUnknown;
+    return handOut("paramGetHandle", reinterpret_cast<TestEffect*>(set)->params, name, out, properties);
 }
 
 Status paramGetPropertySet(Param param, Properties* out) {
-    const Call call("paramGetPropertySet");
-    if (call.fails()) {
-        return call.status();
-    }
-    *out = handleOf(reinterpret_cast<TestParam*>(param)->bag);
-    return kOk;
+    return handOutProperties("paramGetPropertySet", reinterpret_cast<TestParam*>(param)->bag, out);
 }
 
 Status readValue(const Call& call, const TestParam& param, double time, va_list out) {
