@@ -26,9 +26,8 @@ kovalune_compile_alone(kovalune_pictures
   pictures/bmp/BmpLibrary.cpp
   pictures/exr/ExrWrite.cpp
   pictures/jpeg/JpegRead.cpp
-  pictures/tga/TgaFile.cpp
-  pictures/tga/TgaHeader.cpp
   pictures/webp/WebpRead.cpp)
+kovalune_compile_alone(kovalune_picture_values pictures/tga/TgaFile.cpp pictures/tga/TgaHeader.cpp)
 kovalune_compile_alone(kovalune_render render/SelectionNotes.cpp)
 kovalune_compile_alone(kovalune_cli_parts cli/files/ColorsPicture.cpp)
 kovalune_compile_alone(kovalune_test_support tests/reference/PlainBoundaryBlur.cpp tests/support/PlainPicture.cpp)

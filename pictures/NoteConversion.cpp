@@ -1,5 +1,6 @@
 #include "pictures/NoteConversion.h"
 
+#include "pictures/ColourProfile.h"
 #include "pictures/Resolution.h"
 #include "pictures/png/PngTexts.h"
 
@@ -16,10 +17,7 @@ namespace {
 
 using Bytes = std::vector<uint8_t>;
 
-constexpr char kPngProfile[] = "iCCP";
-constexpr char kTiffProfile[] = "34675";
-constexpr char kBareProfile[] = "ICC"; // of JPEG and WebP
-constexpr char kTiffBytes[] = "7";     // the type of bytes without a meaning
+constexpr char kTiffBytes[] = "7"; // the type of bytes without a meaning
 
 /// In memory; a larger one is no profile.
 constexpr std::size_t kMostProfileBytes = std::size_t{64} << 20;
@@ -104,12 +102,6 @@ std::optional<PictureNote> profileNote(FileFormat format, const Bytes& profile) 
 }
 
 } // namespace
-
-bool isColourProfile(const PictureNote& note, FileFormat format) {
-    return (format == FileFormat::kPng && note.name == kPngProfile) ||
-           (format == FileFormat::kTiff && note.name == kTiffProfile) ||
-           ((format == FileFormat::kJpeg || format == FileFormat::kWebp) && note.name == kBareProfile);
-}
 
 std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture) {
     const std::string texts =

@@ -8,9 +8,6 @@
 
 namespace kovalune::pictures {
 
-/// Whether a note of this format is the picture's ICC profile.
-bool isColourProfile(const PictureNote& note, FileFormat format);
-
 /// What a file of this format cannot tell of the picture and users would miss, in words for a message: the texts of a PNG
 /// file. Empty where nothing is missing.
 std::vector<std::string> notesLeftOut(FileFormat format, const Picture& picture);

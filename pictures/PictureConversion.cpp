@@ -2,9 +2,9 @@
 
 #include "effect/share/StandardParts.h"
 #include "hostapi/Constants.h"
+#include "pictures/ColourProfile.h"
 #include "pictures/EmbeddedSettings.h"
 #include "pictures/FileRows.h"
-#include "pictures/NoteConversion.h"
 #include "render/samples/LightCurve.h"
 #include "render/samples/PixelChoice.h"
 #include "render/samples/SampleScale.h"

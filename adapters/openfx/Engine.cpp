@@ -3,10 +3,10 @@
 #include "adapters/openfx/ActionFailure.h"
 #include "effect/Kovalune.h"
 #include "hostapi/Constants.h"
+#include "render/EnabledControls.h"
 #include "render/LinkedEffect.h"
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 namespace kovalune::openfx {
@@ -44,19 +44,7 @@ std::vector<bool> Engine::enabledOf(const host::ParamValues& values) {
     for (const auto& [index, value] : values) {
         session_->setValue(index, value);
     }
-    // Without a first word of the input layer's value all of Base is grey.
-    const auto withLayer = [](host::CommandFrame& frame) {
-        constexpr int32_t kAny = 1;
-        if (!frame.params.empty()) {
-            std::memcpy(&frame.params[0].u, &kAny, sizeof kAny);
-        }
-    };
-    static_cast<void>(session_->run(PF_Cmd_UPDATE_PARAMS_UI, nullptr, withLayer));
-    std::vector<bool> enabled(session_->params().size(), true);
-    for (std::size_t index = 1; index < enabled.size(); ++index) {
-        enabled[index] = session_->enabled(static_cast<int>(index));
-    }
-    return enabled;
+    return render::enabledControls(*session_);
 }
 
 host::Image Engine::takeImage(PF_PixelFormat format, int width, int height) {

@@ -2,7 +2,6 @@
 
 #include "cli/commands/EffectSettings.h"
 #include "cli/commands/RememberedDefaults.h"
-#include "cli/text/ParamsJson.h"
 #include "hostapi/Constants.h"
 #include "pictures/EmbeddedSettings.h"
 #include "pictures/PictureFile.h"
@@ -10,6 +9,7 @@
 #include "render/OpenEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
+#include "render/json/ParamsJson.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
@@ -99,7 +99,7 @@ std::string paramsText(const ParamsArguments& arguments) {
         return shotSettings(session, arguments.effect, std::nullopt).textAt(session, *arguments.frame);
     }
     remembered.tellIfTheyCount(session);
-    return arguments.json ? paramsJson(session) : aligned(linesOf(session));
+    return arguments.json ? render::paramsJson(session) : aligned(linesOf(session));
 }
 
 } // namespace kovalune::cli

@@ -7,7 +7,7 @@
 #include "pictures/PictureFile.h"
 #include "pictures/PixelValues.h"
 #include "render/shots/AtomicFile.h"
-#include "render/shots/Suggestion.h"
+#include "render/suggest/Suggestion.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 #include "text/NumberText.h"
@@ -37,8 +37,8 @@ void checkIsNoInput(const SuggestArguments& arguments, const shots::SequencePlan
     }
 }
 
-shots::Suggestion suggestionFor(const SuggestArguments& arguments, const shots::SequencePlan& plan) {
-    shots::SuggestionFigures figures;
+suggest::Suggestion suggestionFor(const SuggestArguments& arguments, const shots::SequencePlan& plan) {
+    suggest::SuggestionFigures figures;
     lookAtAll(plan, {arguments.alphaKind, arguments.linear, arguments.decoding},
               [&](const pictures::Picture& picture, std::size_t index) {
                   figures.add(picture, lookedNumber(plan, index));
@@ -47,7 +47,7 @@ shots::Suggestion suggestionFor(const SuggestArguments& arguments, const shots::
 }
 
 /// A line a pair, by pass and stage.
-std::string pairsText(const shots::Suggestion& suggestion) {
+std::string pairsText(const suggest::Suggestion& suggestion) {
     const auto nameOf = [&suggestion](std::size_t place) {
         return pictures::hexText(
             pictures::nearestRgb(suggestion.regions[place].color, pictures::SampleType::kUint8));
@@ -57,7 +57,7 @@ std::string pairsText(const shots::Suggestion& suggestion) {
         const std::string where =
             suggestion.passes.size() > 1 ? "pass " + std::to_string(pass + 1) + ", " : std::string();
         std::size_t number = 0;
-        for (const shots::SuggestedStage& stage : suggestion.passes[pass].stages) {
+        for (const suggest::SuggestedStage& stage : suggestion.passes[pass].stages) {
             ++number;
             for (const pictures::ColorPair& pair : stage.pairs) {
                 text += nameOf(pair.second) + (pair.isHighlight() ? "  highlight on  " : "  shadow of     ") +
@@ -75,7 +75,7 @@ bool runSuggest(const SuggestArguments& arguments) {
     checkOutput(arguments);
     const shots::SequencePlan plan = lookedPlan(arguments.pictures);
     checkIsNoInput(arguments, plan);
-    const shots::Suggestion suggestion = suggestionFor(arguments, plan);
+    const suggest::Suggestion suggestion = suggestionFor(arguments, plan);
     if (suggestion.passes.empty()) {
         tell("no two colours of " + text::inQuotes(lookedName(arguments.pictures)) +
              " look like light and shadow; nothing is written");

@@ -4,6 +4,7 @@
 #include "render/ParamText.h"
 #include "render/SelectionNotes.h"
 #include "render/Stages.h"
+#include "render/json/SelectionJson.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
@@ -29,17 +30,12 @@ std::string tableLine(const std::string& what, const std::string& color, const s
     return line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
 }
 
-/// Why a stage has no counts.
-std::string restText(const host::Session& session, std::size_t stage) {
-    return render::isOn(session, render::stageSwitch(stage)) == false ? "off" : "not in this view";
-}
-
 std::string tableText(const host::Session& session, const FrameReport& counts) {
     std::string text = tableLine("Stage", "Colour", "Selected", "Changed");
     for (std::size_t stage = 0; stage < kStageCount; ++stage) {
         const StageReport& report = counts.stages[stage];
         if (!report.ran) {
-            text += tableLine(render::stageName(stage), restText(session, stage), "", "");
+            text += tableLine(render::stageName(stage), render::restText(session, stage), "", "");
             continue;
         }
         const std::string own = stage == 0 ? "" : render::colorText(session, render::colorLabel(stage, 0));
@@ -56,39 +52,10 @@ std::string tableText(const host::Session& session, const FrameReport& counts) {
     return text;
 }
 
-Json stageJson(const host::Session& session, const StageReport& report, std::size_t stage) {
-    Json json = {{"stage", render::stageName(stage)}};
-    if (!report.ran) {
-        json["state"] = restText(session, stage);
-        return json;
-    }
-    json["state"] = "run";
-    json["selected"] = report.allSelected();
-    json["changed"] = report.changed;
-    if (stage > 0) {
-        json["softEdge"] = report.edge;
-        json["cutByKeepProcess"] = report.cut;
-    }
-    json["colors"] = Json::array();
-    for (std::size_t color = 0; color < render::colorsOf(stage); ++color) {
-        const std::string label = render::colorLabel(stage, color);
-        if (render::isOn(session, render::colorSwitch(stage, color)) == true) {
-            json["colors"].push_back({{"label", label},
-                                      {"color", render::colorText(session, label)},
-                                      {"selected", report.selected[color]}});
-        }
-    }
-    return json;
-}
-
 /// What the effect counted, into `json`.
 void addCounts(Json& json, const host::Session& session, const std::optional<FrameReport>& counts) {
     if (counts) {
-        json["pixels"] = counts->pixels;
-        json["stages"] = Json::array();
-        for (std::size_t stage = 0; stage < kStageCount; ++stage) {
-            json["stages"].push_back(stageJson(session, counts->stages[stage], stage));
-        }
+        render::addCounts(json, session, *counts);
     } else {
         json["stages"] = nullptr;
         json["reason"] = kNoCounts;

@@ -56,7 +56,7 @@ void mirrorRows(Picture& picture) {
     const std::size_t pixelBytes = channelCount(picture.channels);
     const auto width = static_cast<std::ptrdiff_t>(picture.rowBytes());
     for (uint32_t y = 0; y < picture.height; ++y) {
-        const auto row = picture.samples.begin() + width * y;
+        const auto row = picture.samples.begin() + width * static_cast<std::ptrdiff_t>(y);
         std::reverse(row, row + width);
         for (std::size_t x = 0; x < picture.width; ++x) {
             const auto pixel = row + static_cast<std::ptrdiff_t>(x * pixelBytes);

@@ -1,6 +1,8 @@
 // What a picture's notes tell in one format, told in another.
 
 #include "pictures/NoteConversion.h"
+
+#include "pictures/ColourProfile.h"
 #include "pictures/PictureFile.h"
 #include "pictures/Resolution.h"
 #include "tests/pictures/Pictures.h"

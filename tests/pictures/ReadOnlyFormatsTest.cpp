@@ -1,5 +1,6 @@
 // BMP, WebP and JPEG in, and Photoshop files refused. The files are made by the formats' libraries, or byte by byte.
 
+#include "pictures/ColourProfile.h"
 #include "pictures/NoteConversion.h"
 #include "pictures/PictureFile.h"
 #include "pictures/bmp/BmpFile.h"

@@ -1,6 +1,6 @@
 // How pairs are dealt out to passes and stages, and what the settings' text says of them.
 
-#include "render/shots/SuggestedPasses.h"
+#include "render/suggest/SuggestedPasses.h"
 
 #include "render/OpenEffect.h"
 #include "render/SettingsText.h"
@@ -12,7 +12,7 @@
 namespace kovalune::test {
 
 using namespace pictures;
-using namespace shots;
+using namespace suggest;
 
 namespace {
 

@@ -4,13 +4,13 @@
 
 #include "pictures/Picture.h"
 #include "pictures/regions/ShotColors.h"
-#include "render/shots/SuggestedPasses.h"
+#include "render/suggest/SuggestedPasses.h"
 
 #include <cstdint>
 #include <string>
 #include <vector>
 
-namespace kovalune::shots {
+namespace kovalune::suggest {
 
 struct Suggestion {
     std::vector<pictures::ColorRegion> regions; ///< colours in 8 bits, the larger ones first
@@ -32,4 +32,4 @@ private:
     std::size_t frames_ = 0;
 };
 
-} // namespace kovalune::shots
+} // namespace kovalune::suggest

@@ -1,4 +1,4 @@
-#include "render/shots/SuggestedPasses.h"
+#include "render/suggest/SuggestedPasses.h"
 
 #include "pictures/PixelValues.h"
 #include "render/Stages.h"
@@ -9,7 +9,7 @@
 #include <map>
 #include <optional>
 
-namespace kovalune::shots {
+namespace kovalune::suggest {
 
 namespace {
 
@@ -172,12 +172,6 @@ std::vector<std::size_t> touchedBy(const SuggestedPass& pass, std::size_t stage,
     return touched;
 }
 
-/// Whether the stage's second touches that of the stage before it, and no other such colour.
-bool liesInTheOneBefore(const SuggestedPass& pass, std::size_t stage, std::span<const ColorRegion> regions) {
-    return stage > 0 &&
-           touchedBy(pass, stage, regions) == std::vector<std::size_t>{pass.stages[stage - 1].second};
-}
-
 std::string tenths(double number) {
     return text::fixedText(number, 1);
 }
@@ -268,6 +262,11 @@ private:
 
 } // namespace
 
+bool liesInTheOneBefore(const SuggestedPass& pass, std::size_t stage, std::span<const ColorRegion> regions) {
+    return stage > 0 &&
+           touchedBy(pass, stage, regions) == std::vector<std::size_t>{pass.stages[stage - 1].second};
+}
+
 std::vector<SuggestedPass> suggestedPasses(std::span<const ColorRegion> regions,
                                            std::span<const ColorPair> pairs,
                                            const pictures::PairRules& rules) {
@@ -304,4 +303,4 @@ std::string suggestedText(std::span<const SuggestedPass> passes, std::span<const
     return text;
 }
 
-} // namespace kovalune::shots
+} // namespace kovalune::suggest

@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-namespace kovalune::shots {
+namespace kovalune::suggest {
 
 /// A Process stage: one second over all its neighbours.
 struct SuggestedStage {
@@ -31,6 +31,10 @@ std::vector<SuggestedPass> suggestedPasses(std::span<const pictures::ColorRegion
                                            std::span<const pictures::ColorPair> pairs,
                                            const pictures::PairRules& rules = {});
 
+/// Whether the second of a stage of the pass touches that of the stage before it, and no other colour that the pass has had by then.
+bool liesInTheOneBefore(const SuggestedPass& pass, std::size_t stage,
+                        std::span<const pictures::ColorRegion> regions);
+
 /// What the settings were made of.
 struct SuggestionSource {
     std::string name; ///< as remarks may have it: without line ends
@@ -43,4 +47,4 @@ std::string suggestedText(std::span<const SuggestedPass> passes,
                           std::span<const pictures::ColorRegion> regions, const SuggestionSource& source,
                           const pictures::PairRules& rules = {});
 
-} // namespace kovalune::shots
+} // namespace kovalune::suggest

@@ -1,9 +1,9 @@
-#include "render/shots/Suggestion.h"
+#include "render/suggest/Suggestion.h"
 
 #include "pictures/PictureConversion.h"
 #include "text/MessageText.h"
 
-namespace kovalune::shots {
+namespace kovalune::suggest {
 
 namespace {
 
@@ -47,4 +47,4 @@ Suggestion SuggestionFigures::suggestion(const std::string& name, const pictures
     return result;
 }
 
-} // namespace kovalune::shots
+} // namespace kovalune::suggest

@@ -1,5 +1,6 @@
-#include "cli/text/ParamsJson.h"
+#include "render/json/ParamsJson.h"
 
+#include "effect/share/StandardParts.h"
 #include "hostapi/Constants.h"
 #include "render/Hints.h"
 #include "render/ParamLabel.h"
@@ -8,10 +9,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include <charconv>
 #include <vector>
 
-namespace kovalune::cli {
+namespace kovalune::render {
 
 namespace {
 
@@ -42,7 +42,7 @@ const char* kindOf(const PF_ParamDef& def) {
 double sameDigits(float number) {
     const std::string text = text::shortestText(number);
     double result = static_cast<double>(number);
-    std::from_chars(text.data(), text.data() + text.size(), result);
+    fromChars(text.data(), text.data() + text.size(), result);
     return result;
 }
 
@@ -70,7 +70,7 @@ void addChoices(Json& json, const PF_ParamDef& def, const std::vector<std::strin
         }
         json["choices"].push_back({{"value", value},
                                    {"label", choices[place]},
-                                   {"selectable", render::choiceRefusal(def, choices, value).empty()}});
+                                   {"selectable", choiceRefusal(def, choices, value).empty()}});
     }
 }
 
@@ -89,7 +89,7 @@ void addValue(Json& json, const host::Session& session, int index, const PF_Para
         json["default"] = std::get<A_long>(value) != 0;
         break;
     case PF_Param_COLOR:
-        json["default"] = render::valueText(def, {}, value);
+        json["default"] = valueText(def, {}, value);
         json["defaultAlpha"] = std::get<PF_Pixel>(value).alpha;
         break;
     default:
@@ -103,10 +103,10 @@ Json parameterJson(const host::Session& session, int index, const std::vector<in
     const PF_ParamDef& def = session.params()[static_cast<std::size_t>(index)];
     Json json = {{"index", index},      {"id", def.uu.id},        {"label", def.name},
                  {"kind", kindOf(def)}, {"type", def.param_type}, {"groups", groups}};
-    if (render::isSettable(def)) {
+    if (isSettable(def)) {
         addValue(json, session, index, def);
     }
-    if (const render::Hint hint = render::hintOf(def.name); !hint.english.empty()) {
+    if (const Hint hint = hintOf(def.name); !hint.english.empty()) {
         json["hint"] = {{"en", hint.english}, {"ja", hint.japanese}};
     }
     return json;
@@ -132,4 +132,4 @@ std::string paramsJson(const host::Session& session) {
     return all.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
-} // namespace kovalune::cli
+} // namespace kovalune::render
