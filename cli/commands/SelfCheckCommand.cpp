@@ -37,12 +37,11 @@ std::string machineText(const std::optional<std::string>& plugin) {
 
 selfcheck::CheckOutcome check(const SelfCheckArguments& arguments, host::EffectModule& effect,
                               const std::string& title) {
-    constexpr int kQuickStep = 4;
     const auto start = std::chrono::steady_clock::now();
     host::Host host(render::toolOptions(std::min(shots::usableProcessors(), render::kMostThreads)));
     selfcheck::CheckOutcome outcome = selfcheck::checkScenes(
         effect, host,
-        {.every = arguments.quick ? kQuickStep : 1, .framesAlone = arguments.plugin.has_value()});
+        {.every = arguments.quick ? selfcheck::kQuickStep : 1, .framesAlone = arguments.plugin.has_value()});
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
     printOut(line(title, outcome.first ? "differs: " + outcome.first->scene
                                        : std::to_string(outcome.scenes) + " scenes as everywhere, " +

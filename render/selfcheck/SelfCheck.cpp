@@ -41,8 +41,14 @@ CheckOutcome checkScenes(host::EffectModule& module, host::Host& host, const Che
         const std::string wanted = i < expected.size() ? hashIn(expected[i], text) : "nothing";
         const std::string found = hashOrReason(scene, module, host);
         ++outcome.scenes;
-        if (found != wanted) {
+        if (found == wanted) {
+            continue;
+        }
+        ++outcome.differences;
+        if (!outcome.first) {
             outcome.first = Difference{text, wanted, found};
+        }
+        if (!request.toTheEnd) {
             break;
         }
     }

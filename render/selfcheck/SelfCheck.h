@@ -15,8 +15,12 @@ namespace kovalune::selfcheck {
 /// tests/golden/hashes.txt without its remarks: a line a scene, its hash before its text.
 std::span<const std::string_view> goldenLines();
 
+/// As `every`: a second on a machine of today.
+inline constexpr int kQuickStep = 4;
+
 struct CheckRequest {
     int every = 1;            ///< each so many-th scene, from the first on
+    bool toTheEnd = false;    ///< beyond the first difference too
     bool framesAlone = false; ///< boundary smoothing by itself is for the effect that is linked in
 };
 
@@ -28,8 +32,9 @@ struct Difference {
 };
 
 struct CheckOutcome {
-    std::size_t scenes = 0;          ///< that were rendered
-    std::optional<Difference> first; ///< of them, which ends the check
+    std::size_t scenes = 0;      ///< that were rendered
+    std::size_t differences = 0; ///< of them
+    std::optional<Difference> first;
 };
 
 /// No remembered defaults may count.

@@ -1,0 +1,37 @@
+// A light and its shadow that somebody has pointed at, put into the settings of a pass: the light in Base, the shadow in the next
+// free Process stage.
+#pragma once
+
+#include "host/Session.h"
+#include "pictures/regions/ColorRegions.h"
+#include "render/Settings.h"
+
+#include <cstddef>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace kovalune::web {
+
+/// As "#RRGGBB".
+struct ColorsOfPair {
+    std::string light;
+    std::string shadow;
+};
+
+struct PairPlacement {
+    /// What the settings are to say, by label; the rest stays.
+    std::vector<std::pair<std::string, std::string>> values;
+    std::size_t stage = 0; ///< that has the shadow now; 0: none
+    bool isFull = false;   ///< the pass has no place left for it
+    std::string problem;   ///< why these are no pair; in a sentence
+};
+
+/// `session` has the values of the pass, of which the settings name `named`. A place is free that is switched off, or whose colour
+/// the picture does not have. Amounts are those that a suggestion has for the pair.
+PairPlacement placePair(const host::Session& session, const render::NamedParams& named,
+                        std::span<const pictures::ColorRegion> regions, const ColorsOfPair& colors);
+
+} // namespace kovalune::web

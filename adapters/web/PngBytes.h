@@ -1,0 +1,27 @@
+// PNG files in and out where no library can be linked: what unpacks and packs are headers, the rest is here. Samples, channels
+// and notes are those of the command's reader.
+#pragma once
+
+#include "pictures/DecodeOptions.h"
+#include "pictures/Picture.h"
+
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace kovalune::web {
+
+/// Whether these bytes begin as a PNG.
+bool beginsAsPng(std::span<const uint8_t> bytes);
+
+/// `name` is for messages. Throws Failure with it if the file is damaged, cut short or of more pixels than the options allow;
+/// every chunk's checksum is looked at.
+pictures::Picture decodePng(std::span<const uint8_t> bytes, const std::string& name,
+                            const pictures::DecodeOptions& options);
+
+/// The bytes of a whole file with the picture's notes, which are those of a PNG. Samples are of Uint8 or Uint16. Throws Failure
+/// where they take 2 GiB.
+std::vector<uint8_t> encodePng(const pictures::Picture& picture);
+
+} // namespace kovalune::web
