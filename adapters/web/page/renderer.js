@@ -1,0 +1,106 @@
+// Renders the newest settings: a draft first where the full frame takes long, then the full frame.
+
+import { Cancelled } from './engine.js';
+
+/**
+ * @typedef {import('./ops.js').Ops} Ops
+ * @typedef {import('./ops.js').Job} Job
+ * @typedef {import('./ops.js').State} State
+ * @typedef {import('./ops.js').Rendered & {bytes: Uint8Array}} Picture
+ *
+ * @typedef {object} Listener
+ * @property {() => void} started
+ * @property {(state: State, job: Job) => void} understood the settings are right; what they say at the frame
+ * @property {(picture: Picture, job: Job, isDraft: boolean) => void} rendered
+ * @property {(error: unknown) => void} failed
+ */
+
+const kAtOnce = 150; // milliseconds of the last full frame, up to which the next one needs no draft
+const kQuarter = 1200; // from which the draft has a quarter of the lengths
+const kWorthWaiting = 250; // what is over sooner is not cancelled, so that a slider that moves shows something
+
+export class Renderer {
+    /**
+     * @param {Ops} ops
+     * @param {Listener} listener
+     */
+    constructor(ops, listener) {
+        this.ops = ops;
+        this.listener = listener;
+        /** @type {Job | null} */
+        this.waiting = null;
+        this.isRunning = false;
+        /** Milliseconds that the running step is thought to take. */
+        this.expected = 0;
+        /** Milliseconds of the last step of each kind, by size, pass and reduction. @type {Map<string, number>} */
+        this.lasted = new Map();
+        this.size = '';
+    }
+
+    /**
+     * @param {Job} job
+     * @param {string} size of the picture, "1920x1080"
+     */
+    request(job, size) {
+        this.waiting = job;
+        this.size = size;
+        this.listener.started();
+        if (!this.isRunning) {
+            void this.run();
+        } else if (this.expected > kWorthWaiting) {
+            this.ops.engine.cancel();
+        }
+    }
+
+    async run() {
+        this.isRunning = true;
+        while (this.waiting) {
+            const job = this.waiting;
+            this.waiting = null;
+            try {
+                await this.renderSteps(job);
+            } catch (error) {
+                if (!(error instanceof Cancelled) && !this.waiting) {
+                    this.listener.failed(error);
+                }
+            }
+        }
+        this.isRunning = false;
+    }
+
+    /** @param {Job} job */
+    async renderSteps(job) {
+        this.expected = 0;
+        const state = await this.ops.state(job);
+        if (this.waiting) {
+            return;
+        }
+        this.listener.understood(state, job);
+        for (const reduce of this.reductions(job)) {
+            this.expected = this.lasted.get(this.kind(job, reduce)) ?? (reduce === 1 ? Infinity : 0);
+            const picture = await this.ops.render({ ...job, reduce });
+            this.lasted.set(this.kind(job, reduce), picture.milliseconds);
+            this.listener.rendered(picture, job, reduce > 1 || this.waiting !== null);
+            if (this.waiting) {
+                return;
+            }
+        }
+    }
+
+    /** @param {Job} job @returns {(1 | 2 | 4)[]} */
+    reductions(job) {
+        const last = this.lasted.get(this.kind(job, 1));
+        if (last !== undefined && last < kAtOnce) {
+            return [1];
+        }
+        return last !== undefined && last > kQuarter ? [4, 1] : [2, 1];
+    }
+
+    /**
+     * @param {Job} job
+     * @param {number} reduce
+     */
+    kind(job, reduce) {
+        return `${this.size} ${job.pass} ${reduce}`;
+    }
+}
