@@ -1,5 +1,5 @@
-// What the page works on: picture, settings, pass, frame. Its parts listen to it and change it through its methods; nothing here
-// knows the document, but for the state that it tells at the root element.
+// What the page works on: picture, settings, pass, frame. Its parts listen to it and change it through its methods; it knows
+// nothing of the document.
 
 import { Settings } from './settings.js';
 import { History } from './history.js';
@@ -53,6 +53,8 @@ export class App {
         this.armed = null;
         this.settingsName = 'kovalune.params';
         this.opening = 0;
+        /** While the engine has other pictures open than the one that is shown. */
+        this.isHeld = false;
         /** @type {Map<string, ((detail: any) => void)[]>} */
         this.listeners = new Map();
         this.renderer = new Renderer(ops, {
@@ -113,6 +115,9 @@ export class App {
      * @param {string | null} [gesture] whose changes are one step of undo
      */
     edit(settings, gesture = null) {
+        if (settings.format() === this.job.settings) {
+            return;
+        }
         this.history.push(settings, gesture);
         this.tell('calm', null);
         this.settingsChanged();
@@ -263,7 +268,7 @@ export class App {
     }
 
     render() {
-        if (this.picture) {
+        if (this.picture && !this.isHeld) {
             this.renderer.request(this.job, `${this.picture.width}x${this.picture.height}`);
         }
     }

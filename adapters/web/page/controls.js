@@ -11,9 +11,10 @@ import { currentLanguage, numberText, t } from './texts.js';
  * @typedef {import('./app.js').App} App
  * @typedef {import('./layers.js').Layers} Layers
  * @typedef {import('./ops.js').Parameter} Parameter
+ * @typedef {import('./slots.js').Slot} Slot
  * @typedef {import('./ops.js').Rendered} Rendered
- * @typedef {{row: HTMLElement, show: (value: string) => void, inputs: (HTMLInputElement | HTMLSelectElement | HTMLButtonElement)[]}}
- *     Control
+ * @typedef {HTMLInputElement | HTMLSelectElement | HTMLButtonElement} Input
+ * @typedef {{row: HTMLElement, inputs: Input[], show: (value: string) => void}} Control
  */
 
 const kTintDelay = 120; // milliseconds that a pointer rests on a slot
@@ -31,10 +32,17 @@ export class Controls {
         /** Which groups were on when they were shown last, by label. @type {Map<string, boolean>} */
         this.wasOn = new Map();
         this.tintTimer = 0;
+        /** The slot whose range is being set: its tint follows. @type {Slot | null} */
+        this.ranged = null;
         app.on('state', () => this.showState());
         app.on('rendered', ({ picture, job, isDraft }) => {
             if (job.pass === app.pass && !isDraft) { // a draft counts the pixels of a smaller picture
                 this.showCounts(picture);
+            }
+        });
+        app.on('rendered', ({ isDraft }) => {
+            if (!isDraft && this.ranged) {
+                void this.layers.showSlot(this.ranged);
             }
         });
         app.on('armed', () => this.showArmed());
@@ -53,7 +61,8 @@ export class Controls {
                 ...members.map((each) => this.controlOf(each).row));
             this.explain(summary, group);
             const isOpen = place === 0 || this.wasOn.get(group.label) === true;
-            return element('details', { id: `group-${group.id}`, class: 'group', open: isOpen, 'data-stage': place }, summary, rows);
+            return element('details', { id: `group-${group.id}`, class: 'group', open: isOpen, 'data-stage': place },
+                summary, rows);
         }));
         this.showState();
         if (this.app.rendered) {
@@ -104,7 +113,8 @@ export class Controls {
     number(parameter, id) {
         const { label, kind, min = 0, max = 0, sliderMin = min, sliderMax = max, precision = 0 } = parameter;
         const step = kind === 'integer' ? 1 : 10 ** -precision;
-        const slider = element('input', { type: 'range', id: `${id}-slider`, min: sliderMin, max: sliderMax, step, 'aria-label': label });
+        const slider = element('input',
+            { type: 'range', id: `${id}-slider`, min: sliderMin, max: sliderMax, step, 'aria-label': label });
         const field = element('input', { type: 'number', id, min, max, step: 'any', inputmode: 'decimal' });
         slider.addEventListener('input', () => {
             field.value = slider.value;
@@ -114,7 +124,8 @@ export class Controls {
         slider.addEventListener('change', () => this.app.history.endGesture());
         field.addEventListener('change', () => {
             const problem = numberProblem(parameter, field.value);
-            this.complain(id, field, problem === null ? '' : t(problem === 'whole' ? 'takesWhole' : 'takesRange', { min, max }));
+            const takes = t(problem === 'whole' ? 'takesWhole' : 'takesRange', { min, max });
+            this.complain(id, field, problem === null ? '' : takes);
             if (problem === null) {
                 this.app.set({ [label]: field.value });
             }
@@ -132,8 +143,9 @@ export class Controls {
     /** @param {Parameter} parameter @param {string} id @returns {Control} */
     color({ label }, id) {
         const slot = slotOf(label);
+        const name = t('pickFor', { label });
         const swatch = button('', () => this.app.arm(this.app.armed === slot ? null : slot),
-            { id: `${id}-pick`, class: 'color-button', 'aria-pressed': 'false', 'aria-label': t('pickFor', { label }), title: t('pickFor', { label }) });
+            { id: `${id}-pick`, class: 'color-button', 'aria-pressed': 'false', 'aria-label': name, title: name });
         const field = element('input', { type: 'text', id, size: 8, maxlength: 11, spellcheck: 'false', autocomplete: 'off' });
         field.addEventListener('change', () => {
             const hex = hexOf(field.value);
@@ -209,12 +221,14 @@ export class Controls {
         }
         for (const start of ['pointerenter', 'focusin']) {
             row.addEventListener(start, () => {
+                this.ranged = label === slot.range ? slot : null;
                 window.clearTimeout(this.tintTimer);
                 this.tintTimer = window.setTimeout(() => void this.layers.showSlot(slot), kTintDelay);
             });
         }
         for (const end of ['pointerleave', 'focusout']) {
             row.addEventListener(end, () => {
+                this.ranged = null;
                 window.clearTimeout(this.tintTimer);
                 this.layers.clearTint();
             });
@@ -272,7 +286,8 @@ export class Controls {
         const colors = (report?.stages ?? []).flatMap((stage) => stage.colors ?? []);
         for (const parameter of this.app.parameters.filter((each) => each.kind === 'color')) {
             const color = colors.find((each) => each.label === parameter.label);
-            byId(`param-${parameter.id}-count`, HTMLElement).textContent = color ? t('pixels', { count: numberText(color.selected) }) : '';
+            const count = byId(`param-${parameter.id}-count`, HTMLElement);
+            count.textContent = color ? t('pixels', { count: numberText(color.selected) }) : '';
             if (!this.app.state?.passes[this.app.pass]?.keyed.includes(parameter.label)) {
                 this.note(`param-${parameter.id}`, color?.selected === 0 ? slotReason(parameter.label, rendered.notes) : '');
             }

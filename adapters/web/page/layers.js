@@ -1,5 +1,5 @@
-// The pictures of the stage, one over the other: the drawing, the result, and a tint over what a colour selects. Canvases are for
-// the eye alone; they store premultiplied and so are never read back.
+// The pictures of the stage, one over the other: the drawing, the result, and a tint over what a colour selects. Canvases
+// store premultiplied, so they are for the eye alone and are never read back.
 
 import { byId } from './dom.js';
 import { Cancelled } from './engine.js';
@@ -63,7 +63,8 @@ export class Layers {
     async showSlot(slot) {
         const turn = ++this.turn;
         try {
-            const { bytes, width, height } = await this.app.ops.select({ ...this.app.job, stage: slot.stage, color: slot.color });
+            const place = { stage: slot.stage, color: slot.color };
+            const { bytes, width, height } = await this.app.ops.select({ ...this.app.job, ...place });
             if (turn === this.turn) {
                 this.showMask(bytes, width, height);
             }
@@ -74,7 +75,7 @@ export class Layers {
         }
     }
 
-    /** @param {string} hex whose own pixels are shown, opaque or not */
+    /** @param {string} hex whose own pixels are shown */
     showColor(hex) {
         ++this.turn;
         const picture = this.app.picture;
@@ -83,7 +84,8 @@ export class Layers {
             const { bytes, width, height } = picture;
             const mask = new Uint8Array(width * height);
             for (let at = 0, from = 0; at < mask.length; ++at, from += 4) {
-                mask[at] = bytes[from] === red && bytes[from + 1] === green && bytes[from + 2] === blue && bytes[from + 3] ? 255 : 0;
+                const isIt = bytes[from] === red && bytes[from + 1] === green && bytes[from + 2] === blue;
+                mask[at] = isIt && bytes[from + 3] > 0 ? 255 : 0;
             }
             this.showMask(mask, width, height);
         }

@@ -45,7 +45,7 @@ function differingPlace(names) {
 }
 
 /**
- * "cel.####.png" for the command; null where the names are no row of that form.
+ * "cel.####.png" for the command, the sign counting as a digit; null where the names are no row of that form.
  * @param {string[]} names
  */
 export function patternOf(names) {
@@ -53,12 +53,14 @@ export function patternOf(names) {
     if (place === null) {
         return null;
     }
-    const numbers = names.map((name) => (stemOf(name).match(kNumber) ?? [])[place].replace('-', ''));
+    const numbers = names.map((name) => (stemOf(name).match(kNumber) ?? [])[place]);
     const digits = Math.min(...numbers.map((number) => number.length));
-    const isRow = digits >= 2 && numbers.every((number) => number.length === digits || !number.startsWith('0'));
-    let at = -1;
-    const mark = () => (++at === place ? '#'.repeat(digits) : null);
     const stem = stemOf(names[0]);
-    const ending = names[0].slice(stem.length);
-    return isRow ? stem.replace(kNumber, (number) => mark() ?? number) + ending : null;
+    const isRow = numbers.every((number) => number.length === digits || /^-?[1-9]/.test(number));
+    if (!isRow || /%|##/.test(stem)) {
+        return null;
+    }
+    const mark = digits < 2 ? '%d' : '#'.repeat(digits);
+    let at = -1;
+    return stem.replace(kNumber, (number) => (++at === place ? mark : number)) + names[0].slice(stem.length);
 }

@@ -1,5 +1,5 @@
-// A settings file as the page edits it: its lines in their order, so that remarks and keys survive. Values never change in place:
-// each edit makes new Settings, which undo can hold on to. Whether labels and values are right is the engine's to say.
+// A settings file as the page edits it: its lines in their order, so that remarks and keys survive. Values never change in
+// place: each edit makes new Settings, which undo can hold on to. Whether labels and values are right is the engine's to say.
 
 import { sameLabel, trimmed } from './label.js';
 
@@ -43,7 +43,7 @@ export class Settings {
                 if (pass < 0) {
                     pass = passes.push(name) - 1;
                 }
-                lines.push({ kind: 'section', pass, text: '', label: '', frame: null, value: '' });
+                lines.push(sectionLine(pass));
             } else if (!kVersionLine.test(inner)) {
                 lines.push(lineOf(inner, pass));
             }
@@ -97,16 +97,6 @@ export class Settings {
         return new Settings(lines, this.passes);
     }
 
-    /**
-     * The labels among these that have keys in a pass's own lines.
-     * @param {number} pass
-     * @param {string[]} labels
-     */
-    keyedAmong(pass, labels) {
-        const own = this.hasSections ? pass : kCommon;
-        return labels.filter((label) => this.lines.some((line) => isKeyOf(line, own, label)));
-    }
-
     /** With one more pass at the end. The lines of a file without sections become its first pass. */
     withNextPass() {
         let lines = [...this.lines];
@@ -126,7 +116,7 @@ export class Settings {
         while (lines.length > 0 && isBlank(lines[lines.length - 1])) {
             lines.pop();
         }
-        lines.push({ ...sectionLine(pass), kind: 'text', pass: pass - 1 }, sectionLine(pass));
+        lines.push(lineOf('', pass - 1), sectionLine(pass));
         return new Settings(lines, passes);
     }
 

@@ -55,7 +55,8 @@ export class Swatches {
             return;
         }
         byId('swatches', HTMLElement).replaceChildren(...colors.colors.map((each) => element('li', {}, this.swatch(each))));
-        byId('swatches-more', HTMLElement).textContent = colors.more > 0 ? t('moreColors', { count: numberText(colors.more) }) : '';
+        const more = byId('swatches-more', HTMLElement);
+        more.textContent = colors.more > 0 ? t('moreColors', { count: numberText(colors.more) }) : '';
         byId('pairs', HTMLElement).replaceChildren(...colors.pairs.map((pair) => this.pairRow(pair)));
         byId('pairs-none', HTMLElement).hidden = colors.pairs.length > 0;
     }
@@ -63,7 +64,8 @@ export class Swatches {
     /** @param {import('./ops.js').FlatColor} color */
     swatch({ hex, share }) {
         const name = t('swatchName', { color: hex, share: numberText(share, 1) });
-        const made = button('', () => void this.pairing.take(hex), { class: 'swatch', 'data-color': hex, 'aria-label': name, title: name });
+        const made = button('', () => void this.pairing.take(hex),
+            { class: 'swatch', 'data-color': hex, 'aria-label': name, title: name });
         made.style.backgroundColor = hex;
         for (const start of ['pointerenter', 'focus']) {
             made.addEventListener(start, () => this.layers.showColor(hex));

@@ -26,6 +26,7 @@ async function savePicture(app) {
 async function saveSequence(app, isGivenUp) {
     const settings = app.settings.format();
     const zip = new Zip();
+    app.isHeld = true;
     app.ops.engine.cancel();
     try {
         for (const [place, { item, name, frame }] of app.frames.entries()) {
@@ -41,6 +42,7 @@ async function saveSequence(app, isGivenUp) {
         download(zip.blob(), 'kovalune-soft.zip');
         showStatus(t('saved', { name: 'kovalune-soft.zip' }));
     } finally {
+        app.isHeld = false;
         await app.showFrame(app.place);
     }
 }

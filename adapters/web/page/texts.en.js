@@ -5,11 +5,13 @@ export const texts = {
     tagline: 'Softens drawings in flat colours, region by region. Nothing leaves this browser.',
     open: 'Open drawings…', openTip: 'PNG or TGA; several files are the frames of a sequence. Dropping or pasting works too.',
     openSample: 'Sample', undo: 'Undo', redo: 'Redo', reset: 'Start over', resetTip: 'Takes all settings back to the defaults',
-    language: 'Language', samePixels: 'Same pixels?', samePixelsTip: 'Checks that this browser renders exactly what every other machine does',
+    language: 'Language', samePixels: 'Same pixels?',
+    samePixelsTip: 'Checks that this browser renders exactly what every other machine does',
     dropHere: 'Drop drawings or a settings file', close: 'Close', settingsHeading: 'Settings', pictureHeading: 'Picture',
 
     // the stage
-    stage: 'Picture. Arrow keys move it, plus and minus zoom, 0 fits it, 1 shows it at 100 %, Enter clicks the pixel at the crosshair, B shows the drawing while held',
+    stage: 'Picture. Arrow keys move it, plus and minus zoom, 0 fits it, 1 shows it at 100 %, ' +
+        'Enter clicks the pixel at the crosshair, B shows the drawing while held',
     zoomIn: 'Zoom in', zoomOut: 'Zoom out', fit: 'Fit', full: '100 %', percent: '{value} %',
     background: 'Background', checkerboard: 'Checkerboard', oneColor: 'One colour', backgroundColor: 'Colour of the background',
     wipe: 'Before and after', wipeTip: 'Left of the line is the drawing as it was', hold: 'Before (hold B)',
@@ -18,7 +20,8 @@ export const texts = {
     draftTime: 'draft {milliseconds} ms', fullTime: '{milliseconds} ms', progress: 'Rendering',
 
     // frames
-    frames: 'Frames', firstFrame: 'First frame', previousFrame: 'Previous frame', nextFrame: 'Next frame', lastFrame: 'Last frame',
+    frames: 'Frames', firstFrame: 'First frame', previousFrame: 'Previous frame', nextFrame: 'Next frame',
+    lastFrame: 'Last frame',
     frame: 'Frame', frameOf: 'frame {frame} ({place} of {count})',
 
     // clicking colours
@@ -32,17 +35,21 @@ export const texts = {
     helpPair: 'Click another colour as the shadow, or press Esc to begin anew.',
 
     // colours
-    colorsHeading: 'Colours of the picture', swatchName: '{color}, {share} % of the picture', moreColors: 'and {count} more colours',
+    colorsHeading: 'Colours of the picture', swatchName: '{color}, {share} % of the picture',
+    moreColors: 'and {count} more colours',
     colorsHelp: 'Clicking one here is clicking it in the picture.',
     pairsHeading: 'Pairs that look like light and shadow', noPairs: 'No two colours of this picture look like a pair.',
-    pairShadow: '{shadow}, shadow of {light}; Boundary Blur {blur}', pairHighlight: '{shadow}, highlight on {light}; Boundary Blur {blur}',
-    apply: 'Apply', suggest: 'Suggest settings', suggestTip: 'Replaces the settings by some for all these pairs; one undo takes them back',
+    pairShadow: '{shadow}, shadow of {light}; Boundary Blur {blur}',
+    pairHighlight: '{shadow}, highlight on {light}; Boundary Blur {blur}',
+    apply: 'Apply', suggest: 'Suggest settings',
+    suggestTip: 'Replaces the settings by some for all these pairs; one undo takes them back',
     suggested: 'Settings for all pairs that were found.',
     nothingToSuggest: 'No two colours look like a pair. Click a light and its shadow in the picture instead.',
 
     // controls
-    passes: 'Passes', onlyPass: 'One pass', passName: 'Pass {name}', addPass: 'Next pass', addPassTip: 'Adds a pass over the result of this one',
-    removePass: 'Remove pass', pickFor: 'Choose the colour for “{label}” in the picture', hint: 'About this control',
+    passes: 'Passes', onlyPass: 'One pass', passName: 'Pass {name}', addPass: 'Next pass',
+    addPassTip: 'Adds a pass over the result of this one',
+    removePass: 'Remove pass', pickFor: 'Choose the colour for “{label}” in the picture',
     takesWhole: 'Takes a whole number from {min} to {max}.', takesRange: 'Takes a number from {min} to {max}.',
     takesColor: 'Takes a colour as #RRGGBB or red,green,blue.',
     keyed: 'Has keys over time: this is its value at frame {frame}. Change keys in the settings file.',
@@ -61,7 +68,8 @@ export const texts = {
     copied: 'Copied.', notCopied: 'The browser did not let the page copy.', settingsLoaded: 'Settings of {name}.',
     settingsTooLarge: '{name} is larger than 1 MiB, which no settings file is.',
     settingsNotUtf8: '{name} is not text in UTF-8.',
-    pasted: 'Pasted. The browser has decoded and encoded this picture again, so its values may differ from the file’s; to be sure, open the file itself.',
+    pasted: 'Pasted. The browser has decoded and encoded this picture again, so its values may differ from the file’s; ' +
+        'to be sure, open the file itself.',
 
     // what to do
     helpOpen: 'Save the drawing as PNG (8 or 16 bits) or TGA and open it again. The picture before stays.',
@@ -72,7 +80,9 @@ export const texts = {
     helpStart: 'Use a current Chrome, Edge, Firefox or Safari, and open the page through a web server or as the single file.',
 
     // same pixels
-    checkHeading: 'Same pixels?', checkAbout: 'Renders small scenes here and compares each with the one hash that it has on every machine.',
+    checkHeading: 'Same pixels?',
+    checkAbout: 'Renders small scenes here and compares each with the one hash that it has on every machine.',
     checkRunning: 'Rendering…', checkSingle: 'One thread', checkThreaded: '{threads} threads',
-    checkAgree: '{agree} of {scenes} scenes agree ({seconds} s)', checkFirst: '“{scene}” should be {expected} and is {found}.', copy: 'Copy'
+    checkAgree: '{agree} of {scenes} scenes agree ({seconds} s)', checkFirst: '“{scene}” should be {expected} and is {found}.',
+    copy: 'Copy'
 };

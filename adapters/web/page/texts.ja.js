@@ -10,7 +10,8 @@ export const texts = {
     dropHere: '絵または設定ファイルをドロップ', close: '閉じる', settingsHeading: '設定', pictureHeading: '画像',
 
     // the stage
-    stage: '画像。矢印キーで移動、プラスとマイナスで拡大縮小、0 で全体表示、1 で 100 %、Enter で十字の画素をクリック、B を押している間は元の絵を表示',
+    stage: '画像。矢印キーで移動、プラスとマイナスで拡大縮小、0 で全体表示、1 で 100 %、' +
+        'Enter で十字の画素をクリック、B を押している間は元の絵を表示',
     zoomIn: '拡大', zoomOut: '縮小', fit: '全体', full: '100 %', percent: '{value} %',
     background: '背景', checkerboard: '市松模様', oneColor: '単色', backgroundColor: '背景の色',
     wipe: '前後の比較', wipeTip: '線の左が元の絵です', hold: '元の絵 (B を押す間)',
@@ -19,7 +20,8 @@ export const texts = {
     draftTime: '下見 {milliseconds} ms', fullTime: '{milliseconds} ms', progress: 'レンダリング中',
 
     // frames
-    frames: 'フレーム', firstFrame: '最初のフレーム', previousFrame: '前のフレーム', nextFrame: '次のフレーム', lastFrame: '最後のフレーム',
+    frames: 'フレーム', firstFrame: '最初のフレーム', previousFrame: '前のフレーム', nextFrame: '次のフレーム',
+    lastFrame: '最後のフレーム',
     frame: 'フレーム', frameOf: 'フレーム {frame} ({count} 枚中 {place} 枚目)',
 
     // clicking colours
@@ -36,14 +38,16 @@ export const texts = {
     colorsHeading: '画像の色', swatchName: '{color}、画像の {share} %', moreColors: 'ほか {count} 色',
     colorsHelp: 'ここでのクリックは、画像の中のその色のクリックと同じです。',
     pairsHeading: '光と影に見える組', noPairs: 'この画像には組に見える 2 色がありません。',
-    pairShadow: '{shadow} は {light} の影、Boundary Blur {blur}', pairHighlight: '{shadow} は {light} のハイライト、Boundary Blur {blur}',
+    pairShadow: '{shadow} は {light} の影、Boundary Blur {blur}',
+    pairHighlight: '{shadow} は {light} のハイライト、Boundary Blur {blur}',
     apply: '適用', suggest: '設定を提案', suggestTip: '見つかったすべての組の設定に置き換えます。一度の「元に戻す」で戻ります',
     suggested: '見つかったすべての組を設定しました。',
     nothingToSuggest: '組に見える 2 色がありません。画像の中の明るい色とその影をクリックしてください。',
 
     // controls
-    passes: 'パス', onlyPass: 'パス 1 つ', passName: 'パス {name}', addPass: '次のパス', addPassTip: 'この結果に重ねるパスを加えます',
-    removePass: 'パスを削除', pickFor: '「{label}」の色を画像から選ぶ', hint: 'この項目について',
+    passes: 'パス', onlyPass: 'パス 1 つ', passName: 'パス {name}', addPass: '次のパス',
+    addPassTip: 'この結果に重ねるパスを加えます',
+    removePass: 'パスを削除', pickFor: '「{label}」の色を画像から選ぶ',
     takesWhole: '{min} から {max} までの整数を入れてください。', takesRange: '{min} から {max} までの数を入れてください。',
     takesColor: '色は #RRGGBB または 赤,緑,青 の形で入れてください。',
     keyed: '時間のキーがあります。フレーム {frame} での値を表示しています。キーは設定ファイルで変えてください。',
@@ -58,22 +62,26 @@ export const texts = {
     // taking home
     takeHeading: '持ち帰る', savePicture: '画像を保存 (PNG)', saveSequence: '全フレームを保存 (zip)', stop: '中止',
     saveSettings: '設定を保存', loadSettings: '設定を読み込む…', copyCommand: 'コマンドをコピー', copyLink: 'リンクをコピー',
-    commandHeading: '同じことをするコマンド', saved: '{name} として保存しました。', savingFrame: '{count} 枚中 {place} 枚目を保存中…',
+    commandHeading: '同じことをするコマンド', saved: '{name} として保存しました。',
+    savingFrame: '{count} 枚中 {place} 枚目を保存中…',
     copied: 'コピーしました。', notCopied: 'ブラウザーがコピーを許しませんでした。', settingsLoaded: '{name} の設定です。',
     settingsTooLarge: '{name} は 1 MiB を超えています。設定ファイルではありません。',
     settingsNotUtf8: '{name} は UTF-8 のテキストではありません。',
-    pasted: '貼り付けました。ブラウザーが画像を変換し直しているため、値が元のファイルと違うことがあります。確実にするにはファイルを開いてください。',
+    pasted: '貼り付けました。ブラウザーが画像を変換し直しているため、' +
+        '値が元のファイルと違うことがあります。確実にするにはファイルを開いてください。',
 
     // what to do
     helpOpen: '絵を PNG (8 または 16 ビット) か TGA で保存し、開き直してください。前の画像はそのまま残っています。',
     helpSettings: 'その行を直し、UTF-8 のテキストとして保存して読み込み直してください。前の設定はそのまま残っています。',
     helpRender: '直前の変更を元に戻すか、小さい画像を開いてください。',
     helpOther: 'もう一度お試しください。続くときはページを再読み込みしてください。設定はアドレスに残ります。',
-    helpSave: 'ブラウザーがダウンロードを許しているか確かめて、もう一度お試しください。', helpCopy: '文字列を選択して手でコピーしてください。',
+    helpSave: 'ブラウザーがダウンロードを許しているか確かめて、もう一度お試しください。',
+    helpCopy: '文字列を選択して手でコピーしてください。',
     helpStart: '新しい Chrome、Edge、Firefox、Safari を使い、Web サーバー経由か単一ファイル版で開いてください。',
 
     // same pixels
     checkHeading: '同じ画素?', checkAbout: '小さな場面をここで描き、どの環境でも同じはずのハッシュと比べます。',
     checkRunning: 'レンダリング中…', checkSingle: '1 スレッド', checkThreaded: '{threads} スレッド',
-    checkAgree: '{scenes} 場面中 {agree} 場面が一致 ({seconds} 秒)', checkFirst: '「{scene}」は {expected} のはずが {found} でした。', copy: 'コピー'
+    checkAgree: '{scenes} 場面中 {agree} 場面が一致 ({seconds} 秒)',
+    checkFirst: '「{scene}」は {expected} のはずが {found} でした。', copy: 'コピー'
 };

@@ -1,4 +1,5 @@
-// Before and after: a line that parts the visible picture, left of it the drawing; and a key that shows the drawing while it is held.
+// Before and after: a line that parts the visible picture, left of it the drawing; and a key that shows the drawing while
+// it is held.
 
 import { byId, isTyping } from './dom.js';
 
