@@ -28,5 +28,6 @@ export function hexOfBytes(red, green, blue) {
  * @returns {[number, number, number]}
  */
 export function bytesOf(hex) {
-    return [1, 3, 5].map((place) => parseInt(hex.slice(place, place + 2), 16));
+    const byte = (/** @type {number} */ place) => parseInt(hex.slice(place, place + 2), 16);
+    return [byte(1), byte(3), byte(5)];
 }

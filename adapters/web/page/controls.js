@@ -1,6 +1,6 @@
 // The effect's parameter table as controls: ranges, choices and groups as the table has them, greying as the effect rules it.
 
-import { byId, button, element } from './dom.js';
+import { button, byId, element, onAttention } from './dom.js';
 import { hexOf } from './color.js';
 import { arranged, numberProblem } from './params.js';
 import { slotOf } from './slots.js';
@@ -78,7 +78,7 @@ export class Controls {
         const control = parameter.kind === 'checkbox' ? this.checkBox(parameter, id)
             : parameter.kind === 'color' ? this.color(parameter, id)
                 : parameter.kind === 'popup' ? this.popup(parameter, id) : this.number(parameter, id);
-        control.row.dataset.label = parameter.label;
+        control.row.dataset.control = parameter.label;
         control.row.append(element('span', { class: 'note', id: `${id}-note`, hidden: true }));
         this.explain(control.row, parameter);
         if (parameter.hint) {
@@ -219,20 +219,15 @@ export class Controls {
         if (!slot) {
             return;
         }
-        for (const start of ['pointerenter', 'focusin']) {
-            row.addEventListener(start, () => {
-                this.ranged = label === slot.range ? slot : null;
-                window.clearTimeout(this.tintTimer);
-                this.tintTimer = window.setTimeout(() => void this.layers.showSlot(slot), kTintDelay);
-            });
-        }
-        for (const end of ['pointerleave', 'focusout']) {
-            row.addEventListener(end, () => {
-                this.ranged = null;
-                window.clearTimeout(this.tintTimer);
-                this.layers.clearTint();
-            });
-        }
+        onAttention(row, () => {
+            this.ranged = label === slot.range ? slot : null;
+            window.clearTimeout(this.tintTimer);
+            this.tintTimer = window.setTimeout(() => void this.layers.showSlot(slot), kTintDelay);
+        }, () => {
+            this.ranged = null;
+            window.clearTimeout(this.tintTimer);
+            this.layers.clearTint();
+        });
     }
 
     // ---- showing

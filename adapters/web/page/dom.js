@@ -71,6 +71,24 @@ export function isTyping(target) {
 }
 
 /**
+ * Calls while the pointer is over an element, or the focus of the keyboard in it: not that of a finger or a click, which stays
+ * long after the hand has gone elsewhere.
+ * @param {HTMLElement} place
+ * @param {() => void} enter
+ * @param {() => void} leave
+ */
+export function onAttention(place, enter, leave) {
+    place.addEventListener('pointerenter', enter);
+    place.addEventListener('pointerleave', leave);
+    place.addEventListener('focusin', (event) => {
+        if (event.target instanceof Element && event.target.matches(':focus-visible')) {
+            enter();
+        }
+    });
+    place.addEventListener('focusout', leave);
+}
+
+/**
  * Hands a file to the visitor.
  * @param {Blob} blob
  * @param {string} name

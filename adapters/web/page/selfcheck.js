@@ -33,6 +33,7 @@ export function startSelfcheck(app, version) {
         dialog.dataset.state = 'running';
         result.textContent = t('checkRunning');
         copy.disabled = true;
+        /** @type {string[]} */
         const lines = [];
         let isGood = true;
         /** @param {Ops} ops */

@@ -1,6 +1,6 @@
 // The picture's flat colours, the pairs among them that look like light and shadow, and settings for all of those at once.
 
-import { button, byId, element } from './dom.js';
+import { button, byId, element, onAttention } from './dom.js';
 import { showError, showStatus, textOf } from './messages.js';
 import { numberText, t } from './texts.js';
 
@@ -67,12 +67,7 @@ export class Swatches {
         const made = button('', () => void this.pairing.take(hex),
             { class: 'swatch', 'data-color': hex, 'aria-label': name, title: name });
         made.style.backgroundColor = hex;
-        for (const start of ['pointerenter', 'focus']) {
-            made.addEventListener(start, () => this.layers.showColor(hex));
-        }
-        for (const end of ['pointerleave', 'blur']) {
-            made.addEventListener(end, () => this.layers.clearTint());
-        }
+        onAttention(made, () => this.layers.showColor(hex), () => this.layers.clearTint());
         return made;
     }
 

@@ -83,6 +83,7 @@ export const texts = {
     checkHeading: 'Same pixels?',
     checkAbout: 'Renders small scenes here and compares each with the one hash that it has on every machine.',
     checkRunning: 'Rendering…', checkSingle: 'One thread', checkThreaded: '{threads} threads',
-    checkAgree: '{agree} of {scenes} scenes agree ({seconds} s)', checkFirst: '“{scene}” should be {expected} and is {found}.',
+    checkAgree: '{agree} of {scenes} scenes agree ({seconds} s)',
+    checkFirst: '“{scene}” should be {expected} and is {found}.',
     copy: 'Copy'
 };

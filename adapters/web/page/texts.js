@@ -52,8 +52,8 @@ export function numberText(value, digits = 0) {
 }
 
 /**
- * Fills in the words of a document: data-text for what stands in an element, data-label for its name where it shows none, data-tip
- * for its tooltip.
+ * Fills in the words of the document: data-text for what stands in an element, data-label for its name where it shows none,
+ * data-tip for its tooltip.
  */
 export function applyTexts() {
     document.documentElement.lang = language;
