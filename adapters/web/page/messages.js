@@ -41,5 +41,8 @@ export function followFailures(app) {
             : error instanceof EngineError ? t('helpRender') : t('helpOther');
         showError(textOf(error), help);
     });
-    app.on('calm', clearError);
+    app.on('calm', () => {
+        clearError();
+        showStatus('');
+    });
 }

@@ -49,7 +49,7 @@ export const texts = {
     // controls
     passes: 'Passes', onlyPass: 'One pass', passName: 'Pass {name}', addPass: 'Next pass',
     addPassTip: 'Adds a pass over the result of this one',
-    removePass: 'Remove pass', pickFor: 'Choose the colour for “{label}” in the picture',
+    removePass: 'Remove', pickFor: 'Choose the colour for “{label}” in the picture',
     takesWhole: 'Takes a whole number from {min} to {max}.', takesRange: 'Takes a number from {min} to {max}.',
     takesColor: 'Takes a colour as #RRGGBB or red,green,blue.',
     keyed: 'Has keys over time: this is its value at frame {frame}. Change keys in the settings file.',

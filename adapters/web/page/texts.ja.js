@@ -47,7 +47,7 @@ export const texts = {
     // controls
     passes: 'パス', onlyPass: 'パス 1 つ', passName: 'パス {name}', addPass: '次のパス',
     addPassTip: 'この結果に重ねるパスを加えます',
-    removePass: 'パスを削除', pickFor: '「{label}」の色を画像から選ぶ',
+    removePass: '削除', pickFor: '「{label}」の色を画像から選ぶ',
     takesWhole: '{min} から {max} までの整数を入れてください。', takesRange: '{min} から {max} までの数を入れてください。',
     takesColor: '色は #RRGGBB または 赤,緑,青 の形で入れてください。',
     keyed: '時間のキーがあります。フレーム {frame} での値を表示しています。キーは設定ファイルで変えてください。',
