@@ -12,6 +12,7 @@
 const kClickSlack = 5; // CSS pixels that a hand moves in a click
 const kWheelStep = 100; // of a wheel's notch
 const kPanStep = 40;
+const kMiddle = 1; // a mouse's button
 
 /**
  * @param {Camera} camera
@@ -33,10 +34,18 @@ export function startGestures(camera, listener) {
     const hover = (place) => listener.hovered(camera.pixelAt(place.x, place.y), place);
     const centre = () => ({ x: Math.floor(stage.clientWidth / 2), y: Math.floor(stage.clientHeight / 2) });
 
+    stage.addEventListener('mousedown', (event) => {
+        if (event.button === kMiddle) {
+            event.preventDefault(); // no scrolling by itself
+        }
+    });
     stage.addEventListener('pointerdown', (event) => {
+        if (event.button > kMiddle) {
+            return; // the browser's own menu, whose end is not told
+        }
         stage.setPointerCapture(event.pointerId);
         if (down.size === 0) {
-            travelled = event.button === 1 || isSpaceDown ? Infinity : 0; // those only pan
+            travelled = event.button === kMiddle || isSpaceDown ? Infinity : 0; // those only pan
         }
         down.set(event.pointerId, placeOf(event));
     });
@@ -62,7 +71,7 @@ export function startGestures(camera, listener) {
         down.set(event.pointerId, place);
     });
     stage.addEventListener('pointerup', (event) => {
-        const isClick = down.size === 1 && travelled <= kClickSlack && event.button === 0;
+        const isClick = down.has(event.pointerId) && down.size === 1 && travelled <= kClickSlack && event.button === 0;
         down.delete(event.pointerId);
         const place = placeOf(event);
         const pixel = camera.pixelAt(place.x, place.y);

@@ -17,7 +17,9 @@ import { Cancelled } from './engine.js';
 
 const kAtOnce = 150; // milliseconds of the last full frame, up to which the next one needs no draft
 const kQuarter = 1200; // from which the draft has a quarter of the lengths
-const kWorthWaiting = 250; // what is over sooner is not cancelled, so that a slider that moves shows something
+// What is over sooner is not cancelled, so that a slider that keeps moving shows something.
+const kFullWorthWaiting = 250;
+const kDraftWorthWaiting = 1000;
 
 export class Renderer {
     /**
@@ -30,8 +32,8 @@ export class Renderer {
         /** @type {Job | null} */
         this.waiting = null;
         this.isRunning = false;
-        /** Milliseconds that the running step is thought to take. */
-        this.expected = 0;
+        /** Whether the running step is better given up than waited for. */
+        this.isLong = false;
         /** Milliseconds of the last step of each kind, by size, pass and reduction. @type {Map<string, number>} */
         this.lasted = new Map();
         this.size = '';
@@ -47,7 +49,7 @@ export class Renderer {
         this.listener.started();
         if (!this.isRunning) {
             void this.run();
-        } else if (this.expected > kWorthWaiting) {
+        } else if (this.isLong) {
             this.ops.engine.cancel();
         }
     }
@@ -70,14 +72,14 @@ export class Renderer {
 
     /** @param {Job} job */
     async renderSteps(job) {
-        this.expected = 0;
-        const state = await this.ops.state(job);
-        if (this.waiting) {
-            return;
-        }
-        this.listener.understood(state, job);
+        this.isLong = false;
+        this.listener.understood(await this.ops.state(job), job);
         for (const reduce of this.reductions(job)) {
-            this.expected = this.lasted.get(this.kind(job, reduce)) ?? (reduce === 1 ? Infinity : 0);
+            const last = this.lasted.get(this.kind(job, reduce));
+            this.isLong = reduce > 1 ? (last ?? 0) > kDraftWorthWaiting : (last ?? Infinity) > kFullWorthWaiting;
+            if (this.waiting && this.isLong) {
+                return;
+            }
             const picture = await this.ops.render({ ...job, reduce });
             this.lasted.set(this.kind(job, reduce), picture.milliseconds);
             this.listener.rendered(picture, job, reduce > 1 || this.waiting !== null);
