@@ -35,20 +35,31 @@ export function fragmentOf(settings, parameters) {
  */
 export function settingsTextOf(fragment, parameters) {
     const written = fragment.replace(/^#/, '');
-    const pairs = new URLSearchParams(written === kNothing ? '' : written);
-    const lines = [...pairs].map(([name, value]) => {
-        const byId = /^(\d+)(?:_(-?\d+))?$/.exec(name);
-        const parameter = byId && parameters.find((each) => isSettable(each) && each.id === Number(byId[1]));
-        if (name === 'p') {
-            return `[Pass ${value}]`;
-        }
-        if (!byId || !parameter) {
-            return `${name}=${value}`;
-        }
-        const isBareHex = parameter.kind === 'color' && /^[0-9a-f]{6}$/i.test(value);
-        return `${parameter.label}${byId[2] === undefined ? '' : '@' + byId[2]}=${isBareHex ? '#' : ''}${value}`;
+    /** @type {string[]} */
+    const lines = [];
+    new URLSearchParams(written === kNothing ? '' : written).forEach((value, name) => {
+        lines.push(lineOf(name, value, parameters));
     });
     return Settings.parse(lines.join('\n')).format();
+}
+
+/**
+ * The settings file's line for one part of the address.
+ * @param {string} name
+ * @param {string} value
+ * @param {Parameter[]} parameters
+ */
+function lineOf(name, value, parameters) {
+    const byId = /^(\d+)(?:_(-?\d+))?$/.exec(name);
+    const parameter = byId && parameters.find((each) => isSettable(each) && each.id === Number(byId[1]));
+    if (name === 'p') {
+        return `[Pass ${value}]`;
+    }
+    if (!byId || !parameter) {
+        return `${name}=${value}`;
+    }
+    const isBareHex = parameter.kind === 'color' && /^[0-9a-f]{6}$/i.test(value);
+    return `${parameter.label}${byId[2] === undefined ? '' : '@' + byId[2]}=${isBareHex ? '#' : ''}${value}`;
 }
 
 /** @param {Parameter} parameter */

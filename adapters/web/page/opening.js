@@ -61,7 +61,7 @@ export function startOpening(app) {
         const chooser = byId(chooserId, HTMLInputElement);
         byId(buttonId, HTMLElement).addEventListener('click', () => chooser.click());
         chooser.addEventListener('change', () => {
-            const files = [...(chooser.files ?? [])];
+            const files = Array.from(chooser.files ?? []);
             chooser.value = ''; // the same file can be chosen again
             void (buttonId === 'open' ? take(app, files) : takeSettings(app, files[0]));
         });
@@ -69,7 +69,7 @@ export function startOpening(app) {
     byId('open-sample', HTMLElement).addEventListener('click', () => void openSample(app));
     startDrop(app);
     document.addEventListener('paste', (event) => {
-        const files = [...(event.clipboardData?.files ?? [])];
+        const files = Array.from(event.clipboardData?.files ?? []);
         if (files.length > 0) {
             event.preventDefault();
             const pictures = files.filter((file) => file.type.startsWith('image/'));
@@ -102,7 +102,7 @@ function startDrop(app) {
         veil.hidden = true;
         if (hasFiles(event)) {
             event.preventDefault();
-            void take(app, [...(event.dataTransfer?.files ?? [])]);
+            void take(app, Array.from(event.dataTransfer?.files ?? []));
         }
     });
 }

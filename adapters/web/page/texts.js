@@ -57,8 +57,9 @@ export function numberText(value, digits = 0) {
  */
 export function applyTexts() {
     document.documentElement.lang = language;
-    for (const each of document.querySelectorAll('[data-text], [data-label], [data-tip]')) {
-        const { text, label, tip } = /** @type {HTMLElement} */ (each).dataset;
+    const told = /** @type {NodeListOf<HTMLElement>} */ (document.querySelectorAll('[data-text], [data-label], [data-tip]'));
+    for (const each of Array.from(told)) {
+        const { text, label, tip } = each.dataset;
         if (text) {
             each.textContent = t(/** @type {TextKey} */ (text));
         }
