@@ -115,10 +115,9 @@ export class App {
      * @param {string | null} [gesture] whose changes are one step of undo
      */
     edit(settings, gesture = null) {
-        if (settings.format() === this.job.settings) {
-            return;
+        if (settings.format() !== this.settings.format()) {
+            this.history.push(settings, gesture);
         }
-        this.history.push(settings, gesture);
         this.tell('calm', null);
         this.settingsChanged();
     }
@@ -143,7 +142,9 @@ export class App {
             this.tell('failed', { error, what: 'settings' });
             return false;
         }
-        this.edit(Settings.parse(text));
+        const settings = Settings.parse(text);
+        this.pass = settings.passCount - 1; // whose result is the finished picture
+        this.edit(settings);
         return true;
     }
 
