@@ -172,6 +172,16 @@ NamedParams ShotSettings::named(std::size_t pass) const {
     return named;
 }
 
+NamedParams ShotSettings::keyed(std::size_t pass) const {
+    NamedParams keyed;
+    for (const auto& [target, track] : passes_[pass].tracks) {
+        if (track.isKeyed()) {
+            keyed.insert(target.index);
+        }
+    }
+    return keyed;
+}
+
 void ShotSettings::endWith(const std::string& passName) {
     for (std::size_t pass = 0; pass < passes_.size(); ++pass) {
         if (passes_[pass].name == passName) {

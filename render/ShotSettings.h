@@ -38,6 +38,9 @@ public:
     /// What a pass sets at all, keyed or not.
     NamedParams named(std::size_t pass) const;
 
+    /// What has keys there: a colour where one of its components has.
+    NamedParams keyed(std::size_t pass) const;
+
     /// Where a pass may work.
     const AreaSettings& area(std::size_t pass) const { return passes_[pass].area; }
     bool hasAreas() const;

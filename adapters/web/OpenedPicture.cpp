@@ -4,12 +4,14 @@
 #include "pictures/PictureMemory.h"
 #include "pictures/ReadFailure.h"
 #include "pictures/tga/TgaFile.h"
+#include "pictures/tga/TgaHeader.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <optional>
 #include <string_view>
 
 namespace kovalune::web {
@@ -37,50 +39,59 @@ std::string_view textOf(std::span<const uint8_t> bytes) {
     return {static_cast<const char*>(static_cast<const void*>(bytes.data())), bytes.size()};
 }
 
-[[noreturn]] void refuse(std::span<const uint8_t> bytes, const std::string& name) {
+/// Null for a beginning that is none of these.
+const char* otherFormat(std::span<const uint8_t> bytes) {
     const auto known = std::find_if(kOthers.begin(), kOthers.end(), [&](const Beginning& beginning) {
         return textOf(bytes).starts_with(beginning.bytes);
     });
-    const std::string what = known == kOthers.end() ? "it is no picture that is known here"
-                                                    : "it is a " + std::string(known->format) + " file";
+    return known == kOthers.end() ? nullptr : known->format;
+}
+
+[[noreturn]] void refuse(std::span<const uint8_t> bytes, const std::string& name) {
+    const char* const format = otherFormat(bytes);
+    const std::string what = beginsAsPng(bytes)  ? "it is cut short"
+                             : format == nullptr ? "it is no picture that is known here"
+                                                 : std::string("it is a ") + format + " file";
     pictures::failReading(name, what +
                                     "; save the drawing as PNG, of 8 or 16 bits, or as TGA, and open that. "
                                     "The command kovalune reads TIFF and OpenEXR too");
 }
 
-pictures::Picture decode(std::span<const uint8_t> bytes, const std::string& name) {
-    if (beginsAsPng(bytes)) {
-        return decodePng(bytes, name, {});
-    }
-    const bool isKnown = std::any_of(kOthers.begin(), kOthers.end(), [&](const Beginning& beginning) {
-        return textOf(bytes).starts_with(beginning.bytes);
-    });
-    if (!isKnown && pictures::beginsAsTga(bytes)) {
-        return pictures::decodeTga(bytes, name);
-    }
-    refuse(bytes, name);
+/// What a frame of all stages takes at the most, by measurement: the picture and the result in its file's samples and on the
+/// screen included, and a part that lies between blocks.
+uint64_t bytesAPixel(pictures::SampleType type) {
+    return type == pictures::SampleType::kUint8 ? 140 : 170;
 }
 
-/// What a frame of all stages takes at the most, the picture and the result in its file's samples and on the screen included.
-uint64_t bytesAPixel(pictures::SampleType type) {
-    return type == pictures::SampleType::kUint8 ? 80 : 140;
+/// Before anything of this size is taken.
+void checkMemory(uint32_t width, uint32_t height, pictures::SampleType type, const std::string& name,
+                 uint64_t memory) {
+    const uint64_t most = memory / bytesAPixel(type);
+    if (uint64_t{width} * height > most) {
+        const auto side = static_cast<uint32_t>(std::sqrt(static_cast<double>(most)));
+        pictures::failReading(name,
+                              "it is " + pictures::sizeText(width, height) +
+                                  ", more than fits into a page's memory: at this depth " +
+                                  pictures::sizeText(side, side) +
+                                  " do, or as many in another shape; the command kovalune has no such limit");
+    }
 }
 
 } // namespace
 
 pictures::Picture openPicture(std::span<const uint8_t> bytes, const std::string& name, uint64_t memory) {
     return pictures::withMemoryFor(name, [&] {
-        pictures::Picture picture = decode(bytes, name);
-        const uint64_t most = memory / bytesAPixel(picture.sampleType);
-        if (uint64_t{picture.width} * picture.height > most) {
-            const auto side = static_cast<uint32_t>(std::sqrt(static_cast<double>(most)));
-            pictures::failReading(name, "it is " + pictures::sizeText(picture.width, picture.height) +
-                                            ", and in a page frames of " + std::to_string(most / 1000000) +
-                                            " million pixels fit into memory, as " +
-                                            pictures::sizeText(side, side) +
-                                            "; the command kovalune has no such limit");
+        if (const std::optional<PngForm> form = pngForm(bytes)) {
+            checkMemory(form->width, form->height, form->sampleType, name, memory);
+            return decodePng(bytes, name, {});
         }
-        return picture;
+        if (otherFormat(bytes) == nullptr && pictures::beginsAsTga(bytes)) {
+            if (const std::optional<pictures::TgaHeader> header = pictures::tgaHeader(bytes)) {
+                checkMemory(header->width, header->height, pictures::SampleType::kUint8, name, memory);
+            }
+            return pictures::decodeTga(bytes, name);
+        }
+        refuse(bytes, name);
     });
 }
 

@@ -235,6 +235,15 @@ bool beginsAsPng(Bytes bytes) {
            std::equal(kSignature.begin(), kSignature.end(), bytes.begin());
 }
 
+std::optional<PngForm> pngForm(Bytes bytes) {
+    constexpr std::size_t kHeaderEnd = 29;
+    if (!beginsAsPng(bytes) || bytes.size() < kHeaderEnd) {
+        return std::nullopt;
+    }
+    return PngForm{numberAt(bytes, 16), numberAt(bytes, 20),
+                   bytes[24] == 16 ? SampleType::kUint16 : SampleType::kUint8};
+}
+
 pictures::Picture decodePng(Bytes bytes, const std::string& name, const pictures::DecodeOptions& options) {
     ChunkReader reader(bytes, name);
     const Header header = headerOf(reader.next(), name);

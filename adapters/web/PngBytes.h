@@ -6,6 +6,7 @@
 #include "pictures/Picture.h"
 
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -14,6 +15,15 @@ namespace kovalune::web {
 
 /// Whether these bytes begin as a PNG.
 bool beginsAsPng(std::span<const uint8_t> bytes);
+
+struct PngForm {
+    uint32_t width = 0;
+    uint32_t height = 0;
+    pictures::SampleType sampleType = pictures::SampleType::kUint8; ///< of the picture that is made of it
+};
+
+/// What the header says, unchecked; nothing where there is none.
+std::optional<PngForm> pngForm(std::span<const uint8_t> bytes);
 
 /// `name` is for messages. Throws Failure with it if the file is damaged, cut short or of more pixels than the options allow;
 /// every chunk's checksum is looked at.

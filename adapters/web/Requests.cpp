@@ -125,6 +125,10 @@ private:
             const std::vector<bool> enabled = engine_.enabledControls();
             Json values = Json::object();
             Json isEnabled = Json::object();
+            Json keyed = Json::array();
+            for (const int index : shot.keyed(pass)) {
+                keyed.push_back(session.params()[static_cast<std::size_t>(index)].name);
+            }
             for (std::size_t index = 1; index < session.params().size(); ++index) {
                 const PF_ParamDef& def = session.params()[index];
                 if (render::isSettable(def)) {
@@ -135,7 +139,8 @@ private:
             }
             passes.push_back({{"name", shot.passName(pass)},
                               {"values", std::move(values)},
-                              {"enabled", std::move(isEnabled)}});
+                              {"enabled", std::move(isEnabled)},
+                              {"keyed", std::move(keyed)}});
         }
         return {{"passes", std::move(passes)}};
     }

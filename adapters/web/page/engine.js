@@ -3,7 +3,7 @@
 // Where the page is cross-origin isolated, frames have several threads, and memory is shared with the page: it gives a frame up
 // by setting a word there. Elsewhere the worker is ended, a new one starts from the compiled code, and gets the picture again.
 
-import {engineCode, engineScript, workerScript} from './engineFiles.js';
+import { engineCode, engineScript, workerScript } from './engineFiles.js';
 
 /** @typedef {{result: any, bytes: Uint8Array | null}} Reply */
 
@@ -19,13 +19,13 @@ import {engineCode, engineScript, workerScript} from './engineFiles.js';
  */
 
 /** What a page's frames may take, in bytes: a module can have 4 GiB, and the browser needs some of the machine too. */
-const FRAME_MEMORY = 3 * 2 ** 30;
+const kFrameMemory = 3 * 2 ** 30;
 
 /** The host's limit. */
-const MOST_THREADS = 64;
+const kMostThreads = 64;
 
 /** Of progress, where the page looks at it itself, in milliseconds. */
-const PROGRESS_STEP = 40;
+const kProgressStep = 40;
 
 /** One sentence for the user. */
 export class EngineError extends Error {}
@@ -103,7 +103,7 @@ export class Engine {
     call(op, args = {}, bytes = null) {
         return new Promise((resolve, reject) => {
             this.#lastId += 1;
-            const whole = op === 'open' ? {memory: FRAME_MEMORY, ...args} : args;
+            const whole = op === 'open' ? {memory: kFrameMemory, ...args} : args;
             this.#waiting.push({id: this.#lastId, op, args: whole, bytes, resolve, reject, isGivenUp: false});
             this.#next();
         });
@@ -173,7 +173,7 @@ export class Engine {
             if (total > 0) {
                 this.onProgress(Atomics.load(watch, 1), total);
             }
-        }, PROGRESS_STEP);
+        }, kProgressStep);
     }
 
     /** @param {{id: number, json: string, bytes: Uint8Array | null}} answer */
@@ -244,11 +244,12 @@ function compiledCode(threaded) {
  *     there could be more
  * @returns {Promise<Engine>}
  */
-export async function openEngine({single = false, onProgress = () => {}} = {}) {
+export async function openEngine(options = {}) {
+    const { single = false, onProgress = () => {} } = options;
     const processors = navigator.hardwareConcurrency || 1;
     // The single file has no other build, and a page that is not isolated no shared memory.
     const threaded = !single && self.crossOriginIsolated && engineScript(true) !== null && processors > 1;
-    const engine = new Engine(await compiledCode(threaded), threaded ? Math.min(processors, MOST_THREADS) : 1, onProgress);
+    const engine = new Engine(await compiledCode(threaded), threaded ? Math.min(processors, kMostThreads) : 1, onProgress);
     await engine.start();
     return engine;
 }

@@ -19,7 +19,7 @@
  *
  * @typedef {{name: string, format: string, width: number, height: number, depth: 8 | 16, form: string}} Opened
  * @typedef {{name: string, values: Record<string, string>, enabled: Record<string, boolean>, keyed: string[]}} PassState
- * @typedef {{passes: PassState[], notes: string[]}} State
+ * @typedef {{passes: PassState[]}} State
  *
  * @typedef {{label: string, color: string, selected: number}} ColorReport
  * @typedef {object} StageReport

@@ -41,6 +41,7 @@ export function showProgress(current, total) {
 /** @param {App} app */
 export function followRenders(app) {
     const timing = byId('timing', HTMLElement);
+    let frames = 0; // that came whole, of the newest settings
     app.on('started', () => {
         bar.removeAttribute('value');
         setPhase('rendering');
@@ -53,6 +54,11 @@ export function followRenders(app) {
     });
     app.on('rendered', ({ picture, job, isDraft }) => {
         const isNewest = job.settings === app.settings.format() && job.pass === app.pass && job.frame === app.frame;
+        if (isNewest && !isDraft) {
+            frames += 1;
+            document.documentElement.dataset.renders = String(frames);
+            document.documentElement.dataset.milliseconds = String(picture.milliseconds);
+        }
         setPhase(!isNewest ? 'rendering' : isDraft ? 'draft' : 'ready');
         const milliseconds = numberText(picture.milliseconds);
         timing.textContent = t(isDraft ? 'draftTime' : 'fullTime', { milliseconds });

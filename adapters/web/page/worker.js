@@ -19,7 +19,7 @@
  */
 
 /** How often a page is told how far a frame is, in milliseconds. */
-const PROGRESS_STEP = 40;
+const kProgressStep = 40;
 
 /** @type {any} the module, once it has started */
 let kovalune = null;
@@ -31,7 +31,7 @@ let lastTold = 0;
  */
 function tellProgress(current, total) {
     const now = performance.now();
-    if (now - lastTold >= PROGRESS_STEP) {
+    if (now - lastTold >= kProgressStep) {
         lastTold = now;
         self.postMessage({progress: [current, total]});
     }
