@@ -8,6 +8,8 @@ windows_packages=(g++-mingw-w64-{i686,x86-64}-{win32,posix})
 package_packages=(zip dpkg-dev file)
 farm_packages=(slurmctld slurmd slurm-client munge)
 lint_packages=(clang-format clang-tidy shellcheck codespell)
+# What scripts/page builds with; node, where there is none, is for it too.
+page_packages=(cmake ninja-build emscripten libstb-dev nlohmann-json3-dev node-typescript esbuild)
 # What scripts/test-hosts renders through.
 host_packages=(melt)
 test_packages=("${room_packages[@]}" clang libclang-rt-14-dev locales binutils imagemagick time "${windows_packages[@]}" googletest
