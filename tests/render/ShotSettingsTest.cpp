@@ -170,7 +170,8 @@ TEST_F(Shot, IsTheSameFromItsText) {
 }
 
 TEST_F(Shot, TellsWhatHasKeysInEachPass) {
-    const ShotSettings shot = settings({"Blur Amount=3\n[Pass A]\nColor 1.r@4=7\n[Pass B]\nBlur Amount@1=2\n"});
+    const ShotSettings shot =
+        settings({"Blur Amount=3\n[Pass A]\nColor 1.r@4=7\n[Pass B]\nBlur Amount@1=2\n"});
     const auto indexOf = [this](const char* label) { return session().findParam(label).value(); };
     EXPECT_EQ(shot.keyed(0), NamedParams{indexOf("Color 1")});
     EXPECT_EQ(shot.keyed(1), NamedParams{indexOf("Blur Amount")});
