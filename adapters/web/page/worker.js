@@ -23,6 +23,8 @@ const kProgressStep = 40;
 
 /** @type {any} the module, once it has started */
 let kovalune = null;
+/** @type {WebAssembly.Memory} */
+let memory;
 let lastTold = 0;
 
 /**
@@ -35,6 +37,29 @@ function tellProgress(current, total) {
         lastTold = now;
         self.postMessage({progress: [current, total]});
     }
+}
+
+/** All of the module's memory: a view of it is too short once any of its threads has made it grow. */
+function heap() {
+    return new Uint8Array(memory.buffer);
+}
+
+/**
+ * A module's numbers are signed, and its memory is larger than they reach.
+ * @param {number} number
+ */
+function addressOf(number) {
+    return number >>> 0;
+}
+
+/**
+ * With threads a module gets its memory, otherwise it brings it.
+ * @param {WebAssembly.Imports} imports
+ * @param {WebAssembly.Instance} instance
+ */
+function memoryOf(imports, instance) {
+    const all = [...Object.values(imports).flatMap((module) => Object.values(module)), ...Object.values(instance.exports)];
+    return /** @type {WebAssembly.Memory} */ (all.find((each) => each instanceof WebAssembly.Memory));
 }
 
 /** @param {StartOrder} order */
@@ -51,35 +76,38 @@ async function start(order) {
         onProgress: tellProgress,
         instantiateWasm: (/** @type {WebAssembly.Imports} */ imports,
                           /** @type {(instance: WebAssembly.Instance, code: WebAssembly.Module) => void} */ done) => {
-            WebAssembly.instantiate(order.code, imports).then((instance) => done(instance, order.code));
+            WebAssembly.instantiate(order.code, imports).then((instance) => {
+                memory = memoryOf(imports, instance);
+                done(instance, order.code);
+            });
             return {};
         },
     });
     if (kovalune._kovalune_start(order.threads) !== 0) {
-        throw new Error(kovalune.UTF8ToString(kovalune._kovalune_answer()));
+        throw new Error(kovalune.UTF8ToString(addressOf(kovalune._kovalune_answer())));
     }
-    const buffer = kovalune.HEAPU8.buffer;
+    const { buffer } = memory;
     const shared = typeof SharedArrayBuffer !== 'undefined' && buffer instanceof SharedArrayBuffer;
-    self.postMessage({started: {watch: shared ? {buffer, place: kovalune._kovalune_watch()} : null}});
+    self.postMessage({started: {watch: shared ? {buffer, place: addressOf(kovalune._kovalune_watch())} : null}});
 }
 
 /** @param {Order} order */
 function answer({id, request, bytes}) {
     const count = bytes === null ? 0 : bytes.length;
-    const input = kovalune._kovalune_input(count);
+    const input = addressOf(kovalune._kovalune_input(count));
     if (count > 0 && input === 0) {
         self.postMessage({id, json: '{"error": "there is not enough memory for this file"}', bytes: null});
         return;
     }
     if (bytes !== null) {
-        kovalune.HEAPU8.set(bytes, input);
+        heap().set(bytes, input);
     }
     kovalune.ccall('kovalune_request', null, ['string'], [request]);
-    const json = kovalune.UTF8ToString(kovalune._kovalune_answer());
-    const first = kovalune._kovalune_bytes();
-    const length = kovalune._kovalune_byteCount();
+    const json = kovalune.UTF8ToString(addressOf(kovalune._kovalune_answer()));
+    const first = addressOf(kovalune._kovalune_bytes());
+    const length = addressOf(kovalune._kovalune_byteCount());
     // A copy: the module's memory may be shared, and is taken again by the next request.
-    const result = length === 0 ? null : new Uint8Array(kovalune.HEAPU8.subarray(first, first + length));
+    const result = length === 0 ? null : heap().slice(first, first + length);
     self.postMessage({id, json, bytes: result}, {transfer: result === null ? [] : [result.buffer]});
 }
 

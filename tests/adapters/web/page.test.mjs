@@ -137,6 +137,15 @@ describe('a frame is the command\'s, sample for sample', () => {
         await page.close();
     });
 
+    test('that takes most of the memory that there is', async () => {
+        const file = lab.path('large.png');
+        execFileSync('convert', [kCel, '-crop', '1080x1080+200+0', '+repage', '-filter', 'point', '-resize', '4400x4400!', file]);
+        const page = await pageWith(file);
+        await page.rendered(() => page.type('Color 1', '#3264B4'));
+        await assertAsTheCommandMakesIt(page, file);
+        await page.close();
+    });
+
     test('with two threads and with one', async () => {
         const bare = await Lab.open({ isolated: false });
         try {
