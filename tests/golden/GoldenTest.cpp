@@ -132,6 +132,12 @@ TEST(SelfCheck, NamesTheFirstSceneThatIsAnother) {
     EXPECT_EQ(outcome.first->scene, goldenScenes().front().text());
     EXPECT_EQ(outcome.first->expected, linesOfTheFile().front().substr(0, 32));
     EXPECT_EQ(outcome.first->found, "code 517");
+    // Smoothing alone is the linked effect's, whatever the other one does.
+    const CheckOutcome all = checkScenes(unsound, host, {.every = 10, .toTheEnd = true});
+    EXPECT_EQ(all.scenes, fine.scenes);
+    EXPECT_GT(all.differences, 1U);
+    EXPECT_LT(all.differences, all.scenes);
+    EXPECT_EQ(all.first->scene, outcome.first->scene);
 }
 
 TEST(PixelHash, IsThePublishedOne) {
