@@ -1,6 +1,7 @@
 #include "text/MessageText.h"
 
 #include <algorithm>
+#include <clocale>
 #include <cstddef>
 #include <cstring>
 #include <system_error>
@@ -97,8 +98,10 @@ std::string shown(std::string_view text) {
 
 std::string systemReason(int errorNumber) {
 #ifdef __GLIBC__
-    if (const char* const text = strerrordesc_np(errorNumber)) {
-        return text;
+    // This locale is the library's own: it takes no memory and is never given back.
+    static const locale_t kPlain = newlocale(LC_ALL_MASK, "C", nullptr);
+    if (kPlain != nullptr) {
+        return strerror_l(errorNumber, kPlain);
     }
 #endif
     return std::generic_category().message(errorNumber);

@@ -2,6 +2,7 @@
 
 #include "cli/files/PictureNames.h"
 #include "effect/Kovalune.h"
+#include "effect/share/StandardParts.h"
 #include "pictures/PictureFile.h"
 #include "text/AsciiText.h"
 #include "text/MessageText.h"
@@ -20,7 +21,7 @@ void refuse(const std::string& name, const std::string& takes, const std::string
 }
 
 bool readDecimal(std::string_view text, double& value) {
-    const auto end = std::from_chars(text.data(), text.data() + text.size(), value);
+    const auto end = fromChars(text.data(), text.data() + text.size(), value);
     return end.ec == std::errc() && end.ptr == text.data() + text.size() && std::isfinite(value);
 }
 

@@ -1,11 +1,11 @@
 #include "cli/text/PictureJson.h"
 
+#include "effect/share/StandardParts.h"
 #include "pictures/PixelValues.h"
 #include "text/NumberText.h"
 
 #include <nlohmann/json.hpp>
 
-#include <charconv>
 #include <cmath>
 
 namespace kovalune::cli {
@@ -51,7 +51,7 @@ Json pixelJson(const pictures::Picture& picture, std::size_t pixel) {
 Json numberJson(float number) {
     const std::string text = text::shortestText(number);
     double digits = 0.0;
-    std::from_chars(text.data(), text.data() + text.size(), digits);
+    fromChars(text.data(), text.data() + text.size(), digits);
     return std::isfinite(number) ? Json(digits) : Json(text);
 }
 

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
+#include <clocale>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -38,9 +39,35 @@ void storeRelaxed(Value& value, std::type_identity_t<Value> wanted) noexcept {
     __atomic_store_n(&value, wanted, __ATOMIC_RELAXED);
 }
 
-/// Numbers as text by what every C library has. They follow the C locale's decimal point, so they are for systems that know
-/// no other; tests hold them beside the library's.
+/// Numbers as text by what every C library has; tests hold them beside the library's.
 namespace plainchars {
+
+#if defined(_WIN32)
+
+/// There the library has its own, and these are not used.
+class PointScope {};
+
+#else
+
+/// A point in numbers on this thread, whatever locale the program or its host has set.
+class PointScope {
+public:
+    PointScope() : previous_(uselocale(plain())) {}
+    ~PointScope() { uselocale(previous_); }
+    PointScope(const PointScope&) = delete;
+    PointScope& operator=(const PointScope&) = delete;
+
+private:
+    /// Kept to the end of the program. Null for want of memory, which then changes nothing.
+    static locale_t plain() {
+        static const locale_t locale = newlocale(LC_ALL_MASK, "C", nullptr);
+        return locale;
+    }
+
+    const locale_t previous_;
+};
+
+#endif
 
 /// The beginning of the text that is a number as std::from_chars takes it.
 inline std::string_view numberIn(std::string_view text) {
@@ -82,6 +109,7 @@ inline std::string_view numberIn(std::string_view text) {
 
 template <class Number>
 Number numberOf(const char* text) {
+    [[maybe_unused]] const PointScope point;
     if constexpr (std::is_same_v<Number, float>) {
         return std::strtof(text, nullptr);
     } else {
@@ -119,6 +147,7 @@ inline std::string printed(char conversion, int precision, double number) {
     std::array<char, 512>
         letters{}; // a double has at most 309 digits before the point, and callers want few after it
     const std::array<char, 5> format{'%', '.', '*', conversion, '\0'};
+    [[maybe_unused]] const PointScope point;
     const int length = std::snprintf(letters.data(), letters.size(), format.data(), precision, number);
     return {letters.data(), std::min(static_cast<std::size_t>(length), letters.size() - 1)};
 }

@@ -1,6 +1,7 @@
 // The defaults file under a locale that writes a comma for the decimal point.
 
 #include "effect/params/DefaultsFile.h"
+#include "effect/share/StandardParts.h"
 #include "tests/params/ExpectedTable.h"
 #include "tests/params/RegisteredTable.h"
 #include "tests/platform/ScopedVariable.h"
@@ -65,6 +66,22 @@ TEST_F(CommaLocale, RegistrationReadsAndWritesPoints) {
     EXPECT_TRUE(builtTable().findById(54)->saveDefault(path.c_str()));
     EXPECT_EQ(contentOf(path), "[Version=1.0]\r\nBlur Amount=12.250000\r\n");
 }
+
+#ifndef _WIN32 // where the library's own forms are always there
+
+/// What takes the library's place where it has none of its own.
+TEST_F(CommaLocale, NumbersKeepTheirPointWithoutTheLibraryToo) {
+    char text[32];
+    const auto written = plainchars::toChars(text, text + sizeof text, 12.25);
+    EXPECT_EQ(std::string(text, written.ptr), "12.25");
+    double read = 0.0;
+    const auto end = plainchars::fromChars(text, written.ptr, read);
+    EXPECT_EQ(end.ptr, written.ptr);
+    EXPECT_EQ(read, 12.25);
+    EXPECT_STREQ(std::localeconv()->decimal_point, ","); // the program's own stays
+}
+
+#endif
 
 } // namespace
 } // namespace kovalune::test
