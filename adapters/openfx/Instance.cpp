@@ -116,6 +116,9 @@ host::ParamValue Instance::valueAt(const Held& held, std::optional<double> time,
 }
 
 Settings Instance::settingsAt(std::optional<double> time) const {
+    // Hosts' parameters need not bear several threads. As they are shown they are read by the one main thread, which must not wait
+    // for renders that wait for it.
+    const auto lock = time ? std::unique_lock(readMutex_) : std::unique_lock<std::mutex>();
     Settings settings;
     settings.isLinear = isLinearAt(time);
     for (const Held& held : held_) {

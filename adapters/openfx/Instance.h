@@ -9,6 +9,7 @@
 
 #include <atomic>
 #include <memory>
+#include <mutex>
 #include <optional>
 #include <vector>
 
@@ -27,8 +28,8 @@ public:
              Effect effect);
 
     /// Values at a time, or without one those that the host shows; of one that the parameter does not take, the nearest that it
-    /// does. In linear light colours go through the curve. Throws
-    /// ActionFailure, naming the parameter, where the host gives none.
+    /// does. In linear light colours go through the curve. Of calls at a time one after
+    /// the other reads the host's. Throws ActionFailure, naming the parameter, where the host gives none.
     Settings settingsAt(std::optional<double> time) const;
 
     /// Greys out what has no effect with the values that the host shows, of what is not known to be as it should be.
@@ -65,6 +66,7 @@ private:
     Clip output_ = nullptr;
     Clip mask_ = nullptr;
     std::vector<Held> held_;
+    mutable std::mutex readMutex_;
 };
 
 } // namespace kovalune::openfx

@@ -151,6 +151,22 @@ TEST(OpenFxParameters, DefaultsAreTheFactorys) {
     }
 }
 
+/// Some hosts keep such a control so for ever: it is done when an instance is there.
+TEST(OpenFxHabits, NothingIsSecretOrGreyInTheDescriptor) {
+    TestHost host;
+    ASSERT_TRUE(host.start(name::kContextGeneral));
+    for (TestParam& param : host.descriptorIn(name::kContextGeneral).params) {
+        EXPECT_FALSE(param.bag.has("OfxParamPropSecret") && param.bag.integer("OfxParamPropSecret") != 0);
+        EXPECT_FALSE(param.bag.has("OfxParamPropEnabled") && param.bag.integer("OfxParamPropEnabled") == 0);
+    }
+}
+
+TEST(OpenFxHabits, TheHostsTypeMayBeAnOldWord) {
+    TestHost host({.type = "Host"});
+    EXPECT_TRUE(host.start());
+    EXPECT_EQ(host.faults(), Texts{});
+}
+
 TEST(OpenFxHabits, PropertiesNewerThanTheFirstInterfaceMayBeMissing) {
     TestHost host(
         {.lacking = {"OfxPropPluginDescription", "OfxPropVersionLabel", "OfxPropLongLabel",

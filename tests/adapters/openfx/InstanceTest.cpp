@@ -177,6 +177,39 @@ TEST(OpenFxInstances, OneInstanceRendersSeveralFramesAtOnce) {
     EXPECT_TRUE(output.image() == expected);
 }
 
+/// A host's parameters need not bear several threads at once.
+TEST(OpenFxInstances, ReadTheHostsParametersForOneFrameAfterTheOther) {
+    Stage stage;
+    TestPicture source = drawn({}, 8, 8);
+    TestPicture output({}, 8, 8);
+    stage.instance->clip("Source").picture = &source;
+    stage.instance->clip("Output").picture = &output;
+    constexpr int kThreads = 4;
+    constexpr int kRounds = 25;
+    std::vector<std::thread> threads;
+    for (int i = 0; i < kThreads; ++i) {
+        threads.emplace_back([&] {
+            PropertyBag in = stage.host.renderArguments({.window = {0, 0, 8, 8}});
+            PropertyBag out = stage.host.arguments();
+            for (int round = 0; round < kRounds; ++round) {
+                stage.host.action(name::kIsIdentity, stage.instance.get(), &in, &out);
+            }
+        });
+    }
+    for (std::thread& thread : threads) {
+        thread.join();
+    }
+    const std::vector<std::thread::id>& readers = stage.host.readers();
+    constexpr std::size_t kReadOuts = kThreads * kRounds;
+    const std::size_t values = readers.size() / kReadOuts;
+    ASSERT_EQ(readers.size(), values * kReadOuts);
+    ASSERT_GT(values, 40U);
+    for (std::size_t i = 0; i < readers.size(); ++i) {
+        ASSERT_EQ(readers[i], readers[i - i % values])
+            << "value " << i % values << " of frame " << i / values;
+    }
+}
+
 TEST(OpenFxInstances, WithoutAParameterTheyAreRefusedByItsName) {
     TestHost host;
     ASSERT_TRUE(host.start());

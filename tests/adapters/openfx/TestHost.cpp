@@ -404,6 +404,7 @@ Status paramGetValue(Param handle, ...) {
 
 Status paramGetValueAtTime(Param handle, double time, ...) {
     const Call call("paramGetValueAtTime");
+    theHost->noteReader();
     if (call.fails()) {
         return call.status();
     }
@@ -573,7 +574,7 @@ void TestHost::openLibrary(const std::string& file) {
 
 void TestHost::fillHostProperties() {
     properties_.put("OfxPropAPIVersion", 1, 4);
-    properties_.put("OfxPropType", std::string("OfxTypeImageEffectHost"));
+    properties_.put("OfxPropType", options_.type);
     properties_.put("OfxPropName", std::string("org.example.host"));
     properties_.put("OfxPropLabel", std::string("Host"));
     if (options_.hasRgb) {

@@ -65,6 +65,7 @@ struct TestHostOptions {
     std::set<std::string> withheld = {};   ///< suites by name and version: "OfxMessageSuite2"
     std::set<std::string> emptySlots = {}; ///< "OfxMessageSuite2", "OfxImageEffectSuite.abort"
     std::set<std::string> lacking = {};    ///< properties that this host does not know
+    std::string type = "OfxTypeImageEffectHost";
     bool hasRgb = true;
     bool booleansAnimate = true;
     unsigned int cpus = 3;
@@ -121,6 +122,8 @@ public:
     int lastingMessages() const { return lasting_; }
     int calls() const { return calls_; }
     int imagesOut() const { return imagesOut_; }
+    /// Who read a value at a time, call by call.
+    const std::vector<std::thread::id>& readers() const { return readers_; }
 
     // For the suites' functions.
     void fault(const std::string& what);
@@ -131,6 +134,7 @@ public:
     void show(const std::string& text);
     void showLasting(int change) { lasting_ += change; }
     void lend(int images) { imagesOut_ += images; }
+    void noteReader() { readers_.push_back(std::this_thread::get_id()); }
     std::recursive_mutex& mutex() { return mutex_; }
 
 private:
@@ -154,6 +158,7 @@ private:
     mutable std::recursive_mutex mutex_;
     std::vector<std::string> faults_;
     std::vector<std::string> messages_;
+    std::vector<std::thread::id> readers_;
     std::atomic<int> calls_ = 0;
     std::atomic<int> lasting_ = 0;
     std::atomic<int> imagesOut_ = 0;
