@@ -44,11 +44,12 @@ TEST(Frei0rFile, IsInstalledWhereHostsLook) {
 
 #ifndef KOVALUNE_SANITIZED
 
-/// The loader comes with the C library: it is there for what belongs to a thread.
 TEST(Frei0rFile, NeedsTheCLibraryAlone) {
-    std::set<std::string> needed = librariesNeededBy(kFile);
-    needed.erase("ld-linux-x86-64.so.2");
-    EXPECT_EQ(needed, (std::set<std::string>{"libc.so.6", "libm.so.6"}));
+    const std::set<std::string> needed = librariesNeededBy(kFile);
+    EXPECT_EQ(needed.count("libc.so.6"), 1U);
+    for (const std::string& library : needed) {
+        EXPECT_TRUE(isOfTheCLibrary(library)) << library;
+    }
 }
 
 /// Nothing in it could change the process's environment, signals or folder.

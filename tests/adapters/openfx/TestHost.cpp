@@ -1,5 +1,6 @@
 #include "tests/adapters/openfx/TestHost.h"
 
+#include <chrono>
 #include <cstdarg>
 #include <cstdio>
 #include <filesystem>
@@ -403,6 +404,9 @@ Status paramGetValue(Param handle, ...) {
 }
 
 Status paramGetValueAtTime(Param handle, double time, ...) {
+    if (theHost->options().readsSlowly) {
+        std::this_thread::sleep_for(std::chrono::microseconds(20));
+    }
     const Call call("paramGetValueAtTime");
     theHost->noteReader();
     if (call.fails()) {

@@ -66,6 +66,7 @@ struct TestHostOptions {
     std::set<std::string> emptySlots = {}; ///< "OfxMessageSuite2", "OfxImageEffectSuite.abort"
     std::set<std::string> lacking = {};    ///< properties that this host does not know
     std::string type = "OfxTypeImageEffectHost";
+    bool readsSlowly = false; ///< takes its time before it tells a value at a time
     bool hasRgb = true;
     bool booleansAnimate = true;
     unsigned int cpus = 3;
