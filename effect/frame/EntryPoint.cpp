@@ -58,8 +58,9 @@ PF_Err captureException(PF_OutData* out) {
 
 } // namespace
 
+// On Windows Kovalune.def exports it: what the code itself said would hold for every library that the effect is linked into.
 #if defined(_WIN32)
-#define KOVALUNE_EXPORT __declspec(dllexport)
+#define KOVALUNE_EXPORT
 #else
 #define KOVALUNE_EXPORT __attribute__((visibility("default")))
 #endif
