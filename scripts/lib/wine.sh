@@ -13,6 +13,8 @@
 # which needs root to be made and entered: a foreign architecture would change the whole machine. The folder also has
 # what a window in Japanese needs: locale, font and a display in memory.
 
+. "${BASH_SOURCE[0]%/*}/debian-folder.sh"
+
 wine32_folder=${XDG_CACHE_HOME:-${HOME:-}/.cache}/kovalune/wine32 # in that folder itself there is no home
 wine_screen_packages=(locales fonts-vlgothic fonts-wine xvfb xauth)
 wine32_packages=(wine32 "${wine_screen_packages[@]}")
@@ -70,52 +72,21 @@ wine32_folder_ready() {
     fi
 }
 
-# Makes the folder unless it is there and as today's script makes it. It has its name only when it is complete.
-wine32_make_folder() (
-    trap 'exit 130' INT TERM HUP
-    mkdir -p "${wine32_folder%/*}"
-    exec {lock}>"$wine32_folder.lock"
-    flock "$lock"
-    if [ "$(cat "$wine32_folder/etc/kovalune" 2>/dev/null)" = "${wine32_packages[*]}" ]; then
-        exit 0
-    fi
-    local log=$wine32_folder.log new=$wine32_folder.new
-    echo "Making a 32-bit Debian with Wine in $wine32_folder, once: about two minutes"
-    ensure_packages debootstrap || exit 1
-    rm -rf --one-file-system "$wine32_folder" "$new"
-    if ! wine32_fill_folder "$new" >"$log" 2>&1; then
-        tail -n 20 "$log"
-        rm -rf --one-file-system "$new"
-        exit 1
-    fi
-    mv "$new" "$wine32_folder"
-)
+wine32_make_folder() {
+    debian_folder_make "$wine32_folder" "${wine32_packages[*]}" "a 32-bit Debian with Wine (about two minutes)" wine32_fill_folder
+}
 
 wine32_fill_folder() {
     local release mirror
-    if [ -z "$(debian_release_and_mirror)" ]; then
-        apt-get update -qq
-    fi
-    read -r release mirror < <(debian_release_and_mirror)
+    read -r release mirror < <(debian_release_and_mirror Debian)
     if [ -z "${mirror:-}" ]; then
         echo "apt knows no release of Debian"
         return 1
     fi
-    eval "$(apt-config shell http_proxy Acquire::http::Proxy)"
-    export http_proxy
     # What is mounted in the new system while it is made is seen by these processes alone.
     unshare --mount debootstrap --arch=i386 --variant=minbase \
         --include="$(IFS=,; echo "${wine32_packages[*]}")" "$release" "$1" "$mirror" &&
-        chroot "$1" localedef -i ja_JP -f UTF-8 ja_JP.UTF-8 &&
-        rm -f "$1"/var/cache/apt/archives/*.deb &&
-        echo "${wine32_packages[*]}" >"$1/etc/kovalune"
-}
-
-# The machine's own Debian and where apt takes it from.
-debian_release_and_mirror() {
-    # shellcheck disable=SC2016 # apt puts in the names
-    apt-get indextargets --format '$(CODENAME) $(REPO_URI)' 'Created-By: Packages' 'Origin: Debian' 'Label: Debian' \
-        'Component: main' | grep -v -m 1 '^[a-z]*-'
+        chroot "$1" localedef -i ja_JP -f UTF-8 ja_JP.UTF-8
 }
 
 # shellcheck disable=SC2034 # for those who source this

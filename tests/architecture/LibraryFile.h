@@ -30,4 +30,12 @@ inline std::set<std::string> librariesNeededBy(const std::string& file) {
     return libraries;
 }
 
+/// Parts of the C library: up to glibc 2.33 threads, loading and clocks are files of their own, and the loader is there for
+/// what belongs to a thread.
+inline bool isOfTheCLibrary(const std::string& library) {
+    static const std::set<std::string> parts = {"libc.so.6",  "libm.so.6",  "libpthread.so.0",
+                                                "libdl.so.2", "librt.so.1", "ld-linux-x86-64.so.2"};
+    return parts.count(library) == 1;
+}
+
 } // namespace kovalune::test
