@@ -50,6 +50,25 @@ TEST(OpenFxThreads, AreNoneBeforeTheFirstFrameAndNoneAfterTheLastInstance) {
         ASSERT_EQ(host.unload(), kOk);
     }
 }
+
+/// How many threads there are more after a frame, while its instance is there.
+int threadsAfterAFrame(const TestHostOptions& options) {
+    const int before = threadsOfProcess();
+    Stage stage(options);
+    chooseColours(*stage.instance);
+    TestPicture source = drawn({}, 300, 200);
+    TestPicture output({}, 300, 200);
+    EXPECT_EQ(stage.render(&source, output), kOk);
+    return threadsOfProcess() - before;
+}
+
+TEST(OpenFxThreads, AreTheHostsWhereItLendsSome) {
+    EXPECT_EQ(threadsAfterAFrame({}), 0);
+    EXPECT_EQ(threadsAfterAFrame({.callsOnSpawnedThread = true}), 0) << "a spawned thread works alone";
+    if (std::thread::hardware_concurrency() > 1) {
+        EXPECT_GT(threadsAfterAFrame({.withheld = {"OfxMultiThreadSuite1"}}), 0);
+    }
+}
 #endif
 
 TEST(OpenFxProcess, KeepsItsLocale) {
