@@ -3,11 +3,9 @@
 #include "host/HostError.h"
 #include "host/Image.h"
 
-#include <algorithm>
 #include <cstdint>
 #include <limits>
 #include <string>
-#include <utility>
 
 namespace kovalune::host {
 

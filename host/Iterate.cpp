@@ -2,7 +2,6 @@
 
 #include "host/CallbackSupport.h"
 
-#include <algorithm>
 #include <atomic>
 #include <mutex>
 #include <vector>

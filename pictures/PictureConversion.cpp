@@ -10,7 +10,6 @@
 #include "render/samples/SampleScale.h"
 
 #include <algorithm>
-#include <bit>
 #include <cstring>
 #include <optional>
 #include <span>

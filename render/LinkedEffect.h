@@ -2,7 +2,7 @@
 #pragma once
 
 #include "host/EffectModule.h"
-#include "host/Host.h"
+#include "host/Options.h"
 
 namespace kovalune::render {
 

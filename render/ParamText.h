@@ -2,7 +2,8 @@
 // table of parameters shows. Numbers have a decimal point in every locale.
 #pragma once
 
-#include "host/Session.h"
+#include "host/ParamValue.h"
+#include "hostapi/HostApi.h"
 
 #include <string>
 #include <string_view>

@@ -1,6 +1,5 @@
 #include "render/ShotSettings.h"
 
-#include "hostapi/Constants.h"
 #include "render/ParamLabel.h"
 #include "render/SettingsText.h"
 #include "text/Failure.h"

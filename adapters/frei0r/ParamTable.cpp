@@ -1,6 +1,5 @@
 #include "adapters/frei0r/ParamTable.h"
 
-#include "hostapi/Constants.h"
 #include "render/Hints.h"
 #include "render/OpenEffect.h"
 #include "render/ParamLabel.h"

@@ -5,7 +5,6 @@
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
 
-#include <algorithm>
 #include <cctype>
 
 namespace kovalune::openfx {

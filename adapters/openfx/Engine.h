@@ -2,7 +2,6 @@
 // threads and memory with it.
 #pragma once
 
-#include "adapters/openfx/Controls.h"
 #include "adapters/openfx/HostThreads.h"
 #include "adapters/openfx/Suites.h"
 #include "host/Host.h"

@@ -3,7 +3,6 @@
 #include "adapters/openfx/ActionFailure.h"
 #include "adapters/openfx/ClipImage.h"
 #include "adapters/openfx/PixelPasses.h"
-#include "hostapi/Constants.h"
 #include "render/FrameArea.h"
 #include "render/ParamText.h"
 #include "render/Stages.h"

@@ -2,11 +2,9 @@
 
 #include "cli/arguments/CommandSyntaxes.h"
 #include "cli/arguments/OptionKinds.h"
-#include "cli/files/PictureNames.h"
 #include "cli/files/SheetLayout.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
-#include "text/MessageText.h"
 
 #include <algorithm>
 

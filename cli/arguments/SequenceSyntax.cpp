@@ -2,7 +2,6 @@
 
 #include "cli/arguments/CommandSyntaxes.h"
 #include "cli/arguments/OptionKinds.h"
-#include "cli/files/PictureNames.h"
 #include "pictures/PictureFile.h"
 #include "render/shots/FrameList.h"
 #include "text/Failure.h"

@@ -1,7 +1,6 @@
 #include "cli/commands/EffectSettings.h"
 
 #include "effect/Kovalune.h"
-#include "hostapi/Constants.h"
 #include "render/LoadedEffect.h"
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"

@@ -20,7 +20,6 @@
 #include "render/shots/SequencePlan.h"
 #include "render/shots/ShotAreas.h"
 #include "render/shots/TemporaryFiles.h"
-#include "text/Failure.h"
 #include "text/MessageText.h"
 #include "text/NumberText.h"
 

@@ -3,7 +3,6 @@
 
 #include "cli/arguments/Arguments.h"
 #include "cli/files/SheetLayout.h"
-#include "hostapi/Params.h"
 #include "pictures/Canvas.h"
 #include "render/shots/SourceFrame.h"
 

@@ -1,11 +1,9 @@
 #include "cli/commands/SheetShot.h"
 
 #include "cli/commands/EffectSettings.h"
-#include "cli/commands/LookedPictures.h"
 #include "cli/commands/RememberedDefaults.h"
 #include "cli/commands/RunFrames.h"
 #include "cli/commands/SheetPage.h"
-#include "cli/commands/SheetViews.h"
 #include "cli/text/SelectionText.h"
 #include "cli/text/StandardOutput.h"
 #include "pictures/PictureMemory.h"

@@ -2,7 +2,6 @@
 #pragma once
 
 #include "cli/arguments/Arguments.h"
-#include "pictures/PictureFile.h"
 #include "render/shots/SequencePlan.h"
 
 namespace kovalune::cli {

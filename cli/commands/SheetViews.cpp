@@ -2,7 +2,6 @@
 
 #include "render/ParamLabel.h"
 #include "render/ParamText.h"
-#include "render/SelectionNotes.h"
 #include "render/Stages.h"
 #include "text/Failure.h"
 

@@ -3,7 +3,6 @@
 #include "cli/commands/LookedPictures.h"
 #include "cli/text/Reporting.h"
 #include "cli/text/StandardOutput.h"
-#include "pictures/PictureConversion.h"
 #include "pictures/PictureFile.h"
 #include "pictures/PixelValues.h"
 #include "render/shots/AtomicFile.h"

@@ -1,7 +1,6 @@
 #include "cli/text/SelectionText.h"
 
 #include "cli/text/Reporting.h"
-#include "render/ParamText.h"
 #include "render/SelectionNotes.h"
 #include "render/Stages.h"
 #include "render/json/SelectionJson.h"

@@ -1,6 +1,5 @@
 #include "cli/text/Swatch.h"
 
-#include <algorithm>
 #include <cstdlib>
 #include <string_view>
 #include <unistd.h>

@@ -2,7 +2,6 @@
 
 #include "effect/blur/BlurOf.h"
 #include "effect/blur/BlurSequence.h"
-#include "effect/blur/FlatWindows.h"
 #include "effect/blur/LineKeys.h"
 #include "effect/blur/LinePass.h"
 #include "effect/blur/PlanarStretch.h"

@@ -2,7 +2,6 @@
 
 #include "effect/platform/Ascii.h"
 
-#include <algorithm>
 #include <cstddef>
 #include <initializer_list>
 

@@ -3,9 +3,6 @@
 #include "host/Image.h"
 #include "host/judge/GuardBytes.h"
 
-#include <cstring>
-#include <limits>
-#include <new>
 #include <utility>
 
 namespace kovalune::host::judge {

@@ -5,7 +5,6 @@
 #include "pictures/tiff/TiffDirectory.h"
 
 #include <cstdint>
-#include <span>
 #include <tiffio.h>
 #include <vector>
 

@@ -1,7 +1,6 @@
 #include "render/shots/ControlGroups.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <fstream>
 #include <limits>

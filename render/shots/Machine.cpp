@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cerrno>
 #include <fstream>
-#include <limits>
 #include <sched.h>
 #include <thread>
 #include <vector>

@@ -5,7 +5,6 @@
 #include "render/shots/FramePart.h"
 #include "render/shots/SequenceInput.h"
 
-#include <cstddef>
 #include <cstdint>
 
 #include <optional>

@@ -7,7 +7,6 @@
 #include "text/MessageText.h"
 
 #include <algorithm>
-#include <array>
 #include <filesystem>
 #include <system_error>
 

@@ -10,7 +10,6 @@
 #include "text/MessageText.h"
 
 #include <chrono>
-#include <utility>
 
 namespace kovalune::shots {
 

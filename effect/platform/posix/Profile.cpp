@@ -2,7 +2,6 @@
 #include "effect/platform/ProfileFile.h"
 #include "effect/platform/posix/File.h"
 
-#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
