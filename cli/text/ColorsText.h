@@ -7,7 +7,6 @@
 #include "pictures/regions/ShotColors.h"
 
 #include <cstddef>
-#include <optional>
 #include <string>
 #include <vector>
 
