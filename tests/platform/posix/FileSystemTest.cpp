@@ -3,7 +3,9 @@
 #include "effect/platform/Platform.h"
 #include "tests/platform/TemporaryFolder.h"
 
+#include <cerrno>
 #include <gtest/gtest.h>
+#include <utility>
 
 namespace kovalune::test {
 using namespace platform;
@@ -31,6 +33,29 @@ TEST(PosixCreateFolders, TakesALinkToAFolderForOne) {
     EXPECT_TRUE(fs::is_directory(folder.file("real/below")));
     EXPECT_FALSE(createFolders(folder.file("broken").c_str()));
     EXPECT_FALSE(fs::exists(folder.file("nowhere")));
+}
+
+TEST(PosixCreateFolders, StartFromTheCurrentFolderWhereThePathDoes) {
+    const TemporaryFolder folder;
+    const fs::path before = fs::current_path();
+    fs::current_path(folder.path());
+    EXPECT_TRUE(createFolders("a/b/c"));
+    fs::current_path(before);
+    EXPECT_TRUE(fs::is_directory(folder.file("a/b/c")));
+}
+
+TEST(PosixCreateFolders, SayWhyByTheSystemsNumber) {
+    const TemporaryFolder folder;
+    folder.write("file", "x");
+    const std::pair<std::string, int> refusals[] = {{"", ENOENT},
+                                                    {folder.file(std::string(300, 'x')), ENAMETOOLONG},
+                                                    {folder.file("file"), ENOTDIR},
+                                                    {folder.file("file/below"), ENOTDIR}};
+    for (const auto& [path, reason] : refusals) {
+        errno = 0;
+        EXPECT_FALSE(createFolders(path.c_str())) << path;
+        EXPECT_EQ(errno, reason) << path;
+    }
 }
 
 TEST(PosixDeleteFile, TakesALinkAndNotWhatItLeadsTo) {

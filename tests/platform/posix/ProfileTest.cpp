@@ -88,8 +88,18 @@ TEST(ProfileRead, TakesAnUnreadableFileForAnEmptyOne) {
     EXPECT_EQ(contentOf(file), "[s]\na=1\n");
 }
 
+TEST(ProfileRead, TakesAFileThatCannotBeReadForNone) {
+    // This one opens, and no read at its start succeeds.
+    if (::access("/proc/self/mem", R_OK) != 0) {
+        GTEST_SKIP() << "the system has no such file";
+    }
+    EXPECT_EQ(profileInt("s", "a", 5, "/proc/self/mem"), 5);
+    EXPECT_FALSE(writeProfileString("s", "a", "1", "/proc/self/mem"));
+}
+
 TEST(ProfileRead, StopsAtTheSizeLimit) {
     const TemporaryFolder folder;
+    EXPECT_EQ(kProfileSizeLimit, 1048576U); // README and messages say 1 MB
     const std::string head = "[s]\na=1\n;";
     const std::string tail = "\nb=23";
     const std::string fits = head + std::string(kProfileSizeLimit - head.size() - tail.size(), 'x') + tail;
