@@ -99,7 +99,7 @@ TEST(ProfileRead, TakesAFileThatCannotBeReadForNone) {
 
 TEST(ProfileRead, StopsAtTheSizeLimit) {
     const TemporaryFolder folder;
-    EXPECT_EQ(kProfileSizeLimit, 1048576U); // README and messages say 1 MB
+    EXPECT_EQ(kProfileSizeLimit, 1048576U); // as the users' documents say
     const std::string head = "[s]\na=1\n;";
     const std::string tail = "\nb=23";
     const std::string fits = head + std::string(kProfileSizeLimit - head.size() - tail.size(), 'x') + tail;
