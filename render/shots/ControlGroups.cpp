@@ -150,9 +150,10 @@ void takeQuota(GroupLimits& limits, std::optional<int64_t> quota, std::optional<
 /// Pages of files that nobody has used lately are given back before anything else is refused.
 void takeMemory(GroupLimits& limits, std::optional<int64_t> limit, std::optional<int64_t> used,
                 int64_t givenBack) {
-    if (limit && *limit >= 0 && static_cast<uint64_t>(*limit) < kNoLimit) {
+    const int64_t most = limit.value_or(-1);
+    if (most >= 0 && static_cast<uint64_t>(most) < kNoLimit) {
         const int64_t kept = std::max<int64_t>(used.value_or(0) - std::max<int64_t>(givenBack, 0), 0);
-        lower(limits.freeMemory, static_cast<uint64_t>(std::max<int64_t>(*limit - kept, 0)));
+        lower(limits.freeMemory, static_cast<uint64_t>(std::max<int64_t>(most - kept, 0)));
     }
 }
 
