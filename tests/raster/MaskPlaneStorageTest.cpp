@@ -152,6 +152,9 @@ TEST(MaskPlaneStorage, MovingHandsTheBytesOver) {
     EXPECT_EQ(other.width(), 4);
     EXPECT_EQ(other.useCount(), 1);
     EXPECT_EQ(other.row(3)[3], 5);
+    EXPECT_FALSE(other.activityStale()) << "the marks go with the bytes";
+    EXPECT_FALSE(other.boundsStale());
+    expectBounds(other.bounds(), 0, 0, 4, 4);
 }
 
 TEST(MaskPlaneStorage, LivesAsLongAsItsLastHandle) {
