@@ -68,20 +68,22 @@ async function start(order) {
     if (script !== null) {
         importScripts(script);
     }
-    // @ts-ignore: the script that was just imported, or that stands before this, has it
-    kovalune = await startKovalune({
-        threads: order.threads,
-        mainScriptUrlOrBlob: script,
-        locateFile: (/** @type {string} */ name) => (script === null ? name : new URL(name, script).href),
-        onProgress: tellProgress,
-        instantiateWasm: (/** @type {WebAssembly.Imports} */ imports,
-                          /** @type {(instance: WebAssembly.Instance, code: WebAssembly.Module) => void} */ done) => {
-            WebAssembly.instantiate(order.code, imports).then((instance) => {
-                memory = memoryOf(imports, instance);
-                done(instance, order.code);
-            });
-            return {};
-        },
+    kovalune = await new Promise((resolve, reject) => {
+        // @ts-ignore: the script that was just imported, or that stands before this, has it
+        startKovalune({
+            threads: order.threads,
+            mainScriptUrlOrBlob: script,
+            locateFile: (/** @type {string} */ name) => (script === null ? name : new URL(name, script).href),
+            onProgress: tellProgress,
+            instantiateWasm: (/** @type {WebAssembly.Imports} */ imports,
+                              /** @type {(instance: WebAssembly.Instance, code: WebAssembly.Module) => void} */ done) => {
+                WebAssembly.instantiate(order.code, imports).then((instance) => {
+                    memory = memoryOf(imports, instance);
+                    done(instance, order.code);
+                }).catch(reject); // as for want of memory; the module itself would wait for ever
+                return {};
+            },
+        }).then(resolve, reject);
     });
     if (kovalune._kovalune_start(order.threads) !== 0) {
         throw new Error(kovalune.UTF8ToString(addressOf(kovalune._kovalune_answer())));
@@ -102,7 +104,16 @@ function answer({id, request, bytes}) {
     if (bytes !== null) {
         heap().set(bytes, input);
     }
-    kovalune.ccall('kovalune_request', null, ['string'], [request]);
+    // Not on the module's stack, which settings of a MiB would fill.
+    const text = new TextEncoder().encode(`${request}\0`);
+    const place = addressOf(kovalune._malloc(text.length));
+    if (place === 0) {
+        self.postMessage({id, json: '{"error": "there is not enough memory for these settings"}', bytes: null});
+        return;
+    }
+    heap().set(text, place);
+    kovalune._kovalune_request(place);
+    kovalune._free(place);
     const json = kovalune.UTF8ToString(addressOf(kovalune._kovalune_answer()));
     const first = addressOf(kovalune._kovalune_bytes());
     const length = addressOf(kovalune._kovalune_byteCount());
