@@ -6,6 +6,7 @@ import { stat } from 'node:fs/promises';
 import { createServer } from 'node:http';
 import { extname, join, normalize } from 'node:path';
 import { argv } from 'node:process';
+import { pipeline } from 'node:stream';
 
 const kTypes = new Map([
     ['.html', 'text/html; charset=utf-8'],
@@ -26,14 +27,17 @@ const kIsolation = {
 const kHeaders = { ...(isBare ? {} : kIsolation), 'Cache-Control': 'no-cache', 'X-Content-Type-Options': 'nosniff' };
 
 const server = createServer(async (request, response) => {
-    const path = normalize(decodeURIComponent(new URL(request.url ?? '/', 'http://localhost').pathname));
-    const file = join(folder, path.endsWith('/') ? `${path}index.html` : path);
     try {
-        const { size } = await stat(file);
+        const path = normalize(decodeURIComponent(new URL(request.url ?? '/', 'http://localhost').pathname));
+        const file = join(folder, path.endsWith('/') ? `${path}index.html` : path);
+        const found = await stat(file);
+        if (!found.isFile()) {
+            throw new Error('no file');
+        }
         const type = kTypes.get(extname(file)) ?? 'application/octet-stream';
-        response.writeHead(200, { ...kHeaders, 'Content-Type': type, 'Content-Length': size });
-        createReadStream(file).pipe(response);
-    } catch {
+        response.writeHead(200, { ...kHeaders, 'Content-Type': type, 'Content-Length': found.size });
+        pipeline(createReadStream(file), response, () => {}); // whoever goes away in the middle has gone
+    } catch { // nor is an address that is none
         response.writeHead(404, kHeaders);
         response.end('There is no such file.\n');
     }
