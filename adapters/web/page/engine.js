@@ -16,6 +16,7 @@ import { engineCode, engineScript, workerScript } from './engineFiles.js';
  * @property {(reply: Reply) => void} resolve
  * @property {(reason: Error) => void} reject
  * @property {boolean} isGivenUp
+ * @property {boolean} [isAgain] the picture that a new worker gets, of which nobody is told
  */
 
 /** What a page's frames may take, in bytes: a module can have 4 GiB, and the browser needs some of the machine too. */
@@ -51,6 +52,8 @@ export class Engine {
     #watch = null;
     #lastId = 0;
     #isStarted = false;
+    #isStarting = false;
+    #isClosed = false;
     /** @type {ReturnType<typeof setInterval> | undefined} */
     #clock = undefined;
 
@@ -72,12 +75,21 @@ export class Engine {
             const script = workerScript();
             const worker = new Worker(script);
             this.#worker = worker;
-            worker.onerror = (event) => this.#fail(event.message || 'the worker does not start', reject);
+            this.#isStarting = true;
+            worker.onerror = (event) => {
+                if (worker === this.#worker) {
+                    this.#fail(event.message || 'the worker does not start', reject);
+                }
+            };
             worker.onmessage = ({data}) => {
+                if (worker !== this.#worker) {
+                    return; // it was ended, and had said this before
+                }
                 if (data.started) {
                     const {watch} = data.started;
                     this.#watch = watch === null ? null : new Int32Array(watch.buffer, watch.place, 3);
                     this.#isStarted = true;
+                    this.#isStarting = false;
                     resolve();
                     this.#next();
                 } else if (data.progress) {
@@ -105,6 +117,9 @@ export class Engine {
             this.#lastId += 1;
             const whole = op === 'open' ? {memory: kFrameMemory, ...args} : args;
             this.#waiting.push({id: this.#lastId, op, args: whole, bytes, resolve, reject, isGivenUp: false});
+            if (this.#worker === null && !this.#isStarting && !this.#isClosed) {
+                this.#restart(); // a start that failed may succeed now
+            }
             this.#next();
         });
     }
@@ -130,7 +145,21 @@ export class Engine {
         this.#restart();
     }
 
+    /** Gives up what only tells what a colour selects: those that wait, and the running one where that costs no new worker. */
+    cancelSelections() {
+        const dropped = this.#waiting.filter((call) => call.op === 'select');
+        this.#waiting = this.#waiting.filter((call) => call.op !== 'select');
+        for (const call of dropped) {
+            call.reject(new Cancelled());
+        }
+        if (this.#running?.op === 'select' && this.#watch !== null) {
+            this.#running.isGivenUp = true;
+            Atomics.store(this.#watch, 0, 1);
+        }
+    }
+
     close() {
+        this.#isClosed = true;
         clearInterval(this.#clock);
         this.#worker?.terminate();
         this.#worker = null;
@@ -143,7 +172,7 @@ export class Engine {
         this.#isStarted = false;
         if (this.#picture !== null) {
             // Before all that waits; nobody is told of it.
-            const again = {...this.#picture, resolve: () => {}, reject: () => {}};
+            const again = {...this.#picture, resolve: () => {}, reject: () => {}, isAgain: true};
             this.#waiting.unshift(again);
         }
         this.start().catch(() => {}); // those who wait are told
@@ -207,8 +236,13 @@ export class Engine {
         reject(error);
         clearInterval(this.#clock);
         this.#worker?.terminate();
+        this.#worker = null;
         const wasStarted = this.#isStarted;
         this.#isStarted = false;
+        this.#isStarting = false;
+        if (this.#running?.isAgain) {
+            this.#picture = null; // what it fails on would come again for ever
+        }
         this.#rejectAll(error);
         if (wasStarted) { // what comes next may well succeed
             this.#restart();
@@ -248,8 +282,16 @@ export async function openEngine(options = {}) {
     const { single = false, onProgress = () => {} } = options;
     const processors = navigator.hardwareConcurrency || 1;
     // The single file has no other build, and a page that is not isolated no shared memory.
-    const threaded = !single && self.crossOriginIsolated && engineScript(true) !== null && processors > 1;
-    const engine = new Engine(await compiledCode(threaded), threaded ? Math.min(processors, kMostThreads) : 1, onProgress);
+    if (!single && self.crossOriginIsolated && engineScript(true) !== null && processors > 1) {
+        const threaded = new Engine(await compiledCode(true), Math.min(processors, kMostThreads), onProgress);
+        try {
+            await threaded.start();
+            return threaded;
+        } catch {
+            threaded.close(); // a telephone may refuse memory that is shared; the other build asks for less at once
+        }
+    }
+    const engine = new Engine(await compiledCode(false), 1, onProgress);
     await engine.start();
     return engine;
 }

@@ -62,6 +62,7 @@ export class Layers {
     /** @param {Slot} slot */
     async showSlot(slot) {
         const turn = ++this.turn;
+        this.app.ops.engine.cancelSelections(); // of the slots that the pointer has left
         try {
             const place = { stage: slot.stage, color: slot.color };
             const { bytes, width, height } = await this.app.ops.select({ ...this.app.job, ...place });
@@ -103,6 +104,7 @@ export class Layers {
 
     clearTint() {
         ++this.turn;
+        this.app.ops.engine.cancelSelections();
         this.tint.hidden = true;
     }
 }

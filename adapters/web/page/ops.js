@@ -68,6 +68,7 @@
  * @property {number} threads
  * @property {(op: string, args?: object, bytes?: Uint8Array | null) => Promise<{result: any, bytes: Uint8Array | null}>} call
  * @property {() => void} cancel
+ * @property {() => void} cancelSelections
  * @property {() => void} close
  */
 

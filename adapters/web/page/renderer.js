@@ -47,6 +47,7 @@ export class Renderer {
         this.waiting = job;
         this.size = size;
         this.listener.started();
+        this.ops.engine.cancelSelections(); // of the settings before
         if (!this.isRunning) {
             void this.run();
         } else if (this.isLong) {
