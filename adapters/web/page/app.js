@@ -53,6 +53,8 @@ export class App {
         this.armed = null;
         this.settingsName = 'kovalune.params';
         this.opening = 0;
+        /** Over once the picture that was asked for last is shown, or has failed. */
+        this.settled = Promise.resolve();
         /** While the engine has other pictures open than the one that is shown. */
         this.isHeld = false;
         /** @type {Map<string, ((detail: any) => void)[]>} */
@@ -210,7 +212,30 @@ export class App {
     // ---- pictures
 
     /** @param {File[]} files one picture, or the frames of a sequence */
-    async openPictures(files) {
+    openPictures(files) {
+        this.settled = this.openRow(files);
+        return this.settled;
+    }
+
+    /** @param {number} place among the frames */
+    showFrame(place) {
+        this.settled = this.openPlace(place);
+        return this.settled;
+    }
+
+    /** The engine has had other pictures open; it gets the one that is shown again. */
+    async comeBack() {
+        const isOpen = await this.openFrame(this.frames, this.place);
+        this.isHeld = false;
+        if (isOpen) {
+            this.pictureChanged();
+        } else {
+            this.render();
+        }
+    }
+
+    /** @param {File[]} files */
+    async openRow(files) {
         const frames = framesOf(files);
         const isFirst = this.picture === null; // what has gone wrong with a link stays to be read
         if (await this.openFrame(frames, 0)) {
@@ -228,8 +253,8 @@ export class App {
         }
     }
 
-    /** @param {number} place among the frames */
-    async showFrame(place) {
+    /** @param {number} place */
+    async openPlace(place) {
         if (await this.openFrame(this.frames, place)) {
             this.place = place;
             this.pictureChanged();
@@ -237,7 +262,7 @@ export class App {
     }
 
     /**
-     * Whether it is open, and nothing newer has been asked for meanwhile.
+     * Whether it is open. What the engine has opened is shown, although something newer is asked for: that may fail.
      * @param {Frame[]} frames
      * @param {number} place
      */
@@ -249,11 +274,7 @@ export class App {
                 return false;
             }
             this.ops.engine.cancel(); // nobody waits for the picture before
-            const picture = await this.ops.open(frames[place].name, bytes);
-            if (turn !== this.opening) {
-                return false;
-            }
-            this.picture = picture;
+            this.picture = await this.ops.open(frames[place].name, bytes);
             this.rendered = null;
             return true;
         } catch (error) {
@@ -266,6 +287,11 @@ export class App {
     pictureChanged() {
         this.tell('opened', null);
         this.settingsChanged();
+    }
+
+    /** Whether the engine has the picture that is shown. */
+    get hasPicture() {
+        return this.picture !== null && !this.isHeld;
     }
 
     render() {

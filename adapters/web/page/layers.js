@@ -61,6 +61,9 @@ export class Layers {
 
     /** @param {Slot} slot */
     async showSlot(slot) {
+        if (!this.app.hasPicture) {
+            return;
+        }
         const turn = ++this.turn;
         this.app.ops.engine.cancelSelections(); // of the slots that the pointer has left
         try {

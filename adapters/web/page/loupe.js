@@ -24,6 +24,9 @@ export function startLoupe(app) {
     let turn = 0;
 
     const ask = debounced(async (/** @type {Point} */ pixel, /** @type {number} */ asked) => {
+        if (!app.hasPicture) {
+            return;
+        }
         try {
             const picked = await app.ops.pick(pixel.x, pixel.y);
             if (asked === turn) {

@@ -38,10 +38,18 @@ export class Pairing {
         }
     }
 
+    /** Whether the engine has another picture than the one that is seen; it is then told. */
+    isAway() {
+        if (this.app.isHeld) {
+            showStatus(t('isSaving'));
+        }
+        return this.app.isHeld;
+    }
+
     /** @param {Point} pixel */
     async clickPixel(pixel) {
         const picture = this.app.picture;
-        if (!picture) {
+        if (!picture || this.isAway()) {
             return;
         }
         const at = (pixel.y * picture.width + pixel.x) * 4;
@@ -59,6 +67,9 @@ export class Pairing {
 
     /** @param {string} hex a colour that was clicked, in the picture or in a list */
     async take(hex) {
+        if (this.isAway()) {
+            return;
+        }
         const slot = this.app.armed;
         if (slot) {
             this.app.giveColor(slot, hex);
@@ -77,6 +88,9 @@ export class Pairing {
      * @param {string} shadow
      */
     async pair(light, shadow) {
+        if (this.isAway()) {
+            return;
+        }
         try {
             const reply = await this.app.ops.pair({ ...this.app.job, light, shadow });
             if (reply.full) {

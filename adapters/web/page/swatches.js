@@ -38,6 +38,9 @@ export class Swatches {
 
     async ask() {
         const turn = ++this.turn;
+        if (!this.app.hasPicture) {
+            return; // they come with the frame that is rendered afterwards
+        }
         try {
             const colors = await this.app.ops.colors();
             if (turn === this.turn) {
@@ -85,6 +88,10 @@ export class Swatches {
     }
 
     async suggest() {
+        if (!this.app.hasPicture) {
+            showStatus(t('isSaving'));
+            return;
+        }
         try {
             const { settings } = await this.app.ops.suggest();
             if (settings === '') {

@@ -1,6 +1,7 @@
 // What leaves the page: the picture, the sequence, the settings, the command line, a link.
 
 import { byId, copyText, download } from './dom.js';
+import { EngineError } from './engine.js';
 import { showError, showStatus, textOf } from './messages.js';
 import { commandLine } from './shell.js';
 import { t } from './texts.js';
@@ -13,6 +14,11 @@ import { Zip } from './zip.js';
  * @param {App} app
  */
 async function savePicture(app) {
+    if (app.isHeld) {
+        showStatus(t('isSaving'));
+        return;
+    }
+    await app.settled; // or the next frame would get this one's keys
     const { name, bytes } = await app.ops.save({ settings: app.settings.format(), frame: app.frame });
     download(new Blob([bytes], { type: 'image/png' }), name);
     showStatus(t('saved', { name }));
@@ -26,24 +32,25 @@ async function savePicture(app) {
 async function saveSequence(app, isGivenUp) {
     const settings = app.settings.format();
     const zip = new Zip();
+    const { frames } = app;
     app.isHeld = true;
     app.ops.engine.cancel();
     try {
-        for (const [place, { item, name, frame }] of app.frames.entries()) {
+        for (const [place, { item, name, frame }] of frames.entries()) {
             if (isGivenUp()) {
                 showStatus(t('gaveUp'));
                 return;
             }
-            showStatus(t('savingFrame', { place: place + 1, count: app.frames.length }));
-            await app.ops.open(name, new Uint8Array(await item.arrayBuffer()));
-            const saved = await app.ops.save({ settings, frame });
-            zip.add(saved.name, saved.bytes);
+            showStatus(t('savingFrame', { place: place + 1, count: frames.length }));
+            const bytes = new Uint8Array(await item.arrayBuffer());
+            // Asked for at once, so that no other picture comes between.
+            const [, saved] = await Promise.all([app.ops.open(name, bytes), app.ops.save({ settings, frame })]);
+            zip.add(zip.freeName(saved.name), saved.bytes);
         }
         download(zip.blob(), 'kovalune-soft.zip');
         showStatus(t('saved', { name: 'kovalune-soft.zip' }));
     } finally {
-        app.isHeld = false;
-        await app.showFrame(app.place);
+        await app.comeBack();
     }
 }
 
@@ -57,13 +64,14 @@ export function startTakingHome(app) {
     /**
      * @param {string} id
      * @param {() => Promise<void> | void} act
+     * @param {(error: unknown) => string} [help] what to do where it fails
      */
-    const onPress = (id, act) => {
+    const onPress = (id, act, help = () => t('helpSave')) => {
         byId(id, HTMLElement).addEventListener('click', async () => {
             try {
                 await act();
             } catch (error) {
-                showError(textOf(error), t('helpSave'));
+                showError(textOf(error), help(error));
             }
         });
     };
@@ -76,7 +84,7 @@ export function startTakingHome(app) {
         }
     };
 
-    onPress('save-picture', () => savePicture(app));
+    onPress('save-picture', () => savePicture(app), (error) => t(error instanceof EngineError ? 'helpRender' : 'helpSave'));
     onPress('save-sequence', async () => {
         isGivenUp = false;
         sequence.disabled = true;
@@ -87,7 +95,7 @@ export function startTakingHome(app) {
             sequence.disabled = false;
             stop.hidden = true;
         }
-    });
+    }, (error) => t(error instanceof EngineError ? 'helpFrame' : 'helpSave'));
     onPress('save-stop', () => { isGivenUp = true; });
     onPress('save-settings', () => {
         download(new Blob([app.settings.format()], { type: 'text/plain' }), app.settingsName);

@@ -65,6 +65,7 @@ export const texts = {
     takeHeading: 'Take home', savePicture: 'Save picture (PNG)', saveSequence: 'Save all frames (zip)', stop: 'Stop',
     saveSettings: 'Save settings', loadSettings: 'Load settings…', copyCommand: 'Copy command', copyLink: 'Copy link',
     commandHeading: 'The same by the command', saved: 'Saved as {name}.', savingFrame: 'Saving frame {place} of {count}…',
+    isSaving: 'The frames are still being saved. Wait for the end, or press Stop.',
     copied: 'Copied.', notCopied: 'The browser did not let the page copy.', settingsLoaded: 'Settings of {name}.',
     settingsTooLarge: '{name} is larger than 1 MiB, which no settings file is.',
     settingsNotUtf8: '{name} is not text in UTF-8.',
@@ -77,6 +78,7 @@ export const texts = {
     helpRender: 'Undo the last change, or open a smaller picture.',
     helpOther: 'Try it again. If it comes again, reload the page; the settings in the address stay.',
     helpSave: 'Check that the browser may download files, then try again.', helpCopy: 'Select the text and copy it by hand.',
+    helpFrame: 'Mend that frame or leave it out, open the others and save again.',
     helpStart: 'Use a current Chrome, Edge, Firefox or Safari, and open the page through a web server or as the single file.',
 
     // same pixels

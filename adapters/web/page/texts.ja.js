@@ -64,6 +64,7 @@ export const texts = {
     saveSettings: '設定を保存', loadSettings: '設定を読み込む…', copyCommand: 'コマンドをコピー', copyLink: 'リンクをコピー',
     commandHeading: '同じことをするコマンド', saved: '{name} として保存しました。',
     savingFrame: '{count} 枚中 {place} 枚目を保存中…',
+    isSaving: 'まだフレームを保存しています。終わるまで待つか、「中止」を押してください。',
     copied: 'コピーしました。', notCopied: 'ブラウザーがコピーを許しませんでした。', settingsLoaded: '{name} の設定です。',
     settingsTooLarge: '{name} は 1 MiB を超えています。設定ファイルではありません。',
     settingsNotUtf8: '{name} は UTF-8 のテキストではありません。',
@@ -77,6 +78,7 @@ export const texts = {
     helpOther: 'もう一度お試しください。続くときはページを再読み込みしてください。設定はアドレスに残ります。',
     helpSave: 'ブラウザーがダウンロードを許しているか確かめて、もう一度お試しください。',
     helpCopy: '文字列を選択して手でコピーしてください。',
+    helpFrame: 'そのフレームを直すか除くかして開き直し、もう一度保存してください。',
     helpStart: '新しい Chrome、Edge、Firefox、Safari を使い、Web サーバー経由か単一ファイル版で開いてください。',
 
     // same pixels

@@ -51,6 +51,19 @@ export class Zip {
         }
     }
 
+    /**
+     * The name, with a number where an entry has it already.
+     * @param {string} name
+     */
+    freeName(name) {
+        const taken = new Set(this.entries.map((entry) => new TextDecoder().decode(entry.name)));
+        let free = name;
+        for (let number = 2; taken.has(free); ++number) {
+            free = name.replace(/(\.[^.]*)?$/, `-${number}$1`);
+        }
+        return free;
+    }
+
     directorySize() {
         return this.entries.reduce((sum, entry) => sum + 46 + entry.name.length, 0);
     }
