@@ -15,7 +15,6 @@ let timer = 0;
 export function setPhase(phase) {
     document.documentElement.dataset.state = phase;
     const isBusy = phase === 'starting' || phase === 'rendering' || phase === 'draft';
-    byId('draft', HTMLElement).hidden = phase !== 'draft';
     byId('stage', HTMLElement).setAttribute('aria-busy', String(isBusy));
     window.clearTimeout(timer);
     if (isBusy) {
@@ -23,6 +22,15 @@ export function setPhase(phase) {
     } else {
         bar.hidden = true;
     }
+}
+
+/**
+ * As long as a picture with gaps is on the stage, whatever is on its way.
+ * @param {boolean} isDraft
+ */
+function markDraft(isDraft) {
+    byId('draft', HTMLElement).hidden = !isDraft;
+    byId('after', HTMLElement).classList.toggle('is-draft', isDraft);
 }
 
 /**
@@ -46,7 +54,10 @@ export function followRenders(app) {
         bar.removeAttribute('value');
         setPhase('rendering');
     });
-    app.on('opened', () => { document.documentElement.dataset.frame = String(app.frame); });
+    app.on('opened', () => {
+        document.documentElement.dataset.frame = String(app.frame);
+        markDraft(false);
+    });
     app.on('failed', ({ what }) => {
         if (what === 'render' || !app.picture) {
             setPhase('error');
@@ -59,6 +70,7 @@ export function followRenders(app) {
             document.documentElement.dataset.renders = String(frames);
             document.documentElement.dataset.milliseconds = String(picture.milliseconds);
         }
+        markDraft(picture.width < (app.picture?.width ?? 0) || picture.height < (app.picture?.height ?? 0));
         setPhase(!isNewest ? 'rendering' : isDraft ? 'draft' : 'ready');
         const milliseconds = numberText(picture.milliseconds);
         timing.textContent = t(isDraft ? 'draftTime' : 'fullTime', { milliseconds });
