@@ -63,7 +63,7 @@ export class Camera {
      * @param {number} [y]
      */
     zoomTo(zoom, x = this.stage.clientWidth / 2, y = this.stage.clientHeight / 2) {
-        const next = Math.min(kMost, Math.max(Math.min(1, this.fittingZoom) / 4, zoom));
+        const next = Math.min(Math.max(kMost, this.fittingZoom), Math.max(Math.min(1, this.fittingZoom) / 4, zoom));
         this.left = x - (x - this.left) * next / this.zoom;
         this.top = y - (y - this.top) * next / this.zoom;
         this.zoom = next;

@@ -44,9 +44,8 @@ export function startGestures(camera, listener) {
             return; // the browser's own menu, whose end is not told
         }
         stage.setPointerCapture(event.pointerId);
-        if (down.size === 0) {
-            travelled = event.button === kMiddle || isSpaceDown ? Infinity : 0; // those only pan
-        }
+        // A second finger, the middle button and the space bar move the picture, and click nothing.
+        travelled = down.size > 0 || event.button === kMiddle || isSpaceDown ? Infinity : 0;
         down.set(event.pointerId, placeOf(event));
     });
     stage.addEventListener('pointermove', (event) => {
