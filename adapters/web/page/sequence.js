@@ -22,8 +22,8 @@ export function framesOf(items) {
     const place = differingPlace(items.map((item) => item.name));
     const frames = items.map((item) => {
         const numbers = stemOf(item.name).match(kNumber) ?? [];
-        const number = numbers[place ?? numbers.length - 1];
-        return { item, name: item.name, frame: number === undefined ? 0 : Number(number) };
+        const number = Number(numbers[place ?? numbers.length - 1] ?? 0);
+        return { item, name: item.name, frame: Number.isSafeInteger(number) ? number : 0 };
     });
     const byName = new Intl.Collator('en', { numeric: true });
     return frames.sort((a, b) => (place === null ? 0 : a.frame - b.frame) || byName.compare(a.name, b.name));
