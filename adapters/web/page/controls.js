@@ -68,6 +68,7 @@ export class Controls {
         if (this.app.rendered) {
             this.showCounts(this.app.rendered);
         }
+        this.showArmed();
     }
 
     // ---- making
@@ -127,7 +128,7 @@ export class Controls {
             const takes = t(problem === 'whole' ? 'takesWhole' : 'takesRange', { min, max });
             this.complain(id, field, problem === null ? '' : takes);
             if (problem === null) {
-                this.app.set({ [label]: field.value });
+                this.app.set({ [label]: String(Number(field.value)) }); // "1e2" and "3.0" are no whole numbers in a file
             }
         });
         const row = element('div', { class: 'row is-number' }, element('label', { for: id }, label), slider, field);
@@ -271,7 +272,8 @@ export class Controls {
      * @param {Rendered} rendered
      */
     showCounts(rendered) {
-        const report = rendered.passes[this.app.pass]?.report;
+        const { name = '', report = null } = rendered.passes[this.app.pass] ?? {};
+        const ownNotes = rendered.notes.filter((note) => name === '' || note.startsWith(`'${name}': `));
         for (const [place, stage] of (report?.stages ?? []).entries()) {
             const words = document.getElementById(`stage-${place}-words`);
             if (words) {
@@ -284,7 +286,7 @@ export class Controls {
             const count = byId(`param-${parameter.id}-count`, HTMLElement);
             count.textContent = color ? t('pixels', { count: numberText(color.selected) }) : '';
             if (!this.app.state?.passes[this.app.pass]?.keyed.includes(parameter.label)) {
-                this.note(`param-${parameter.id}`, color?.selected === 0 ? slotReason(parameter.label, rendered.notes) : '');
+                this.note(`param-${parameter.id}`, color?.selected === 0 ? slotReason(parameter.label, ownNotes) : '');
             }
         }
     }

@@ -1,8 +1,9 @@
 // How files come in: dropped anywhere, pasted, chosen; pictures and settings alike.
 
 import { byId } from './dom.js';
-import { sampleFile } from './assets.js';
+import { kSampleSettings, sampleFile } from './assets.js';
 import { showError, showStatus, textOf } from './messages.js';
+import { Settings } from './settings.js';
 import { t } from './texts.js';
 
 /** @typedef {import('./app.js').App} App */
@@ -48,8 +49,12 @@ async function takeSettings(app, file) {
 
 /** @param {App} app */
 export async function openSample(app) {
+    const isFirst = app.picture === null; // it then has settings, or a link
     try {
         await app.openPictures([await sampleFile()]);
+        if (app.settings.entries.length === 0 && !app.settings.hasSections && !isFirst) {
+            app.edit(Settings.parse(kSampleSettings));
+        }
     } catch (error) {
         app.tell('failed', { error, what: 'open' });
     }
