@@ -12,7 +12,7 @@ export async function startAddress(app) {
     const write = debounced(() => {
         const fragment = fragmentOf(app.settings, app.parameters);
         if (fragment !== location.hash.slice(1)) {
-            history.replaceState(null, '', `${location.pathname}${location.search}#${fragment}`);
+            history.replaceState(null, '', `#${fragment}`);
         }
     }, kQuiet);
     const read = async () => {

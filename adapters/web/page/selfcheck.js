@@ -2,7 +2,7 @@
 
 import { byId, copyText } from './dom.js';
 import { openEngine } from './engine.js';
-import { showStatus, textOf } from './messages.js';
+import { textOf } from './messages.js';
 import { Ops } from './ops.js';
 import { numberText, t } from './texts.js';
 
@@ -33,6 +33,7 @@ export function startSelfcheck(app, version) {
         dialog.dataset.state = 'running';
         result.textContent = t('checkRunning');
         copy.disabled = true;
+        copy.textContent = t('copy');
         /** @type {string[]} */
         const lines = [];
         let isGood = true;
@@ -64,10 +65,13 @@ export function startSelfcheck(app, version) {
 
     byId('selfcheck', HTMLElement).addEventListener('click', () => {
         dialog.showModal();
-        void run();
+        if (dialog.dataset.state !== 'running') {
+            void run();
+        }
     });
     copy.addEventListener('click', async () => {
-        showStatus(t(await copyText(result.textContent ?? '') ? 'copied' : 'notCopied'));
+        // On the button: what lies behind an open dialog is neither seen nor spoken.
+        copy.textContent = t(await copyText(result.textContent ?? '') ? 'copied' : 'notCopied');
     });
     byId('selfcheck-close', HTMLElement).addEventListener('click', () => dialog.close());
 }

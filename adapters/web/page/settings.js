@@ -15,7 +15,7 @@ import { sameLabel, trimmed } from './label.js';
 
 const kCommon = -1;
 const kVersionLine = /^\[version=\s*[12]\.0\s*\]$/i;
-const kPassLine = /^\[pass (.*)\]$/i;
+const kPassLine = /^\[pass (.*)\]$/is;
 
 export class Settings {
     /**
