@@ -82,6 +82,7 @@ struct Header {
 struct Chunk {
     std::string_view name;
     Bytes bytes;
+    bool isSound = true; ///< its checksum is right
 };
 
 /// A file chunk by chunk.
@@ -89,7 +90,7 @@ class ChunkReader {
 public:
     ChunkReader(Bytes file, const std::string& name) : rest_(file.subspan(kSignature.size())), name_(name) {}
 
-    /// Throws Failure where the file ends before it or its checksum is another.
+    /// Throws Failure where the file ends before it, or its checksum is another and pixels depend on it.
     Chunk next() {
         constexpr std::size_t kAround = 12; // length, name and checksum
         if (rest_.size() < kAround || numberAt(rest_, 0) > rest_.size() - kAround) {
@@ -97,9 +98,11 @@ public:
         }
         const std::size_t length = numberAt(rest_, 0);
         const Bytes checked = rest_.subspan(4, 4 + length);
-        const Chunk chunk = {{static_cast<const char*>(static_cast<const void*>(checked.data())), 4},
-                             checked.subspan(4)};
-        if (checksum(checked) != numberAt(rest_, 8 + length)) {
+        Chunk chunk = {{static_cast<const char*>(static_cast<const void*>(checked.data())), 4},
+                       checked.subspan(4),
+                       checksum(checked) == numberAt(rest_, 8 + length)};
+        constexpr char kLowerCase = 0x20; // in the first letter of what a reader may do without
+        if (!chunk.isSound && ((chunk.name.front() & kLowerCase) == 0 || chunk.name == "tRNS")) {
             pictures::failReading(name_, "it is damaged: the checksum of its chunk " +
                                              std::string(chunk.name) + " is another");
         }
@@ -257,7 +260,7 @@ pictures::Picture decodePng(Bytes bytes, const std::string& name, const pictures
     bool isBeforeSamples = true;
     for (Chunk chunk = reader.next(); chunk.name != "IEND"; chunk = reader.next()) {
         isBeforeSamples = isBeforeSamples && chunk.name != "IDAT";
-        if (!kept.take(chunk.name, chunk.bytes, isBeforeSamples)) {
+        if (chunk.isSound && !kept.take(chunk.name, chunk.bytes, isBeforeSamples)) {
             throw std::bad_alloc();
         }
     }

@@ -26,7 +26,7 @@ struct PngForm {
 std::optional<PngForm> pngForm(std::span<const uint8_t> bytes);
 
 /// `name` is for messages. Throws Failure with it if the file is damaged, cut short or of more pixels than the options allow;
-/// every chunk's checksum is looked at.
+/// every chunk's checksum is looked at, and a note that is damaged is left out.
 pictures::Picture decodePng(std::span<const uint8_t> bytes, const std::string& name,
                             const pictures::DecodeOptions& options);
 
