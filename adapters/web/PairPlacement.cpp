@@ -7,6 +7,9 @@
 #include "text/NumberText.h"
 
 #include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <string_view>
 
 namespace kovalune::web {
 
@@ -16,6 +19,20 @@ using pictures::ColorRegion;
 
 std::string hexOf(const ColorRegion& region) {
     return pictures::hexText(pictures::nearestRgb(region.color, pictures::SampleType::kUint8));
+}
+
+/// Whether two colours differ by one in a channel at the most.
+bool isBeside(std::string_view first, std::string_view second) {
+    const auto channel = [](std::string_view hex, std::size_t place) {
+        int value = -2;
+        std::from_chars(hex.data() + place, hex.data() + place + 2, value, 16);
+        return value;
+    };
+    constexpr std::size_t kLength = 7; // "#RRGGBB"
+    return first.size() == kLength && second.size() == kLength &&
+           std::abs(channel(first, 1) - channel(second, 1)) <= 1 &&
+           std::abs(channel(first, 3) - channel(second, 3)) <= 1 &&
+           std::abs(channel(first, 5) - channel(second, 5)) <= 1;
 }
 
 class Placing {
@@ -28,16 +45,14 @@ public:
         const std::optional<std::size_t> light = placeOf(colors.light);
         const std::optional<std::size_t> shadow = placeOf(colors.shadow);
         if (!light || !shadow) {
-            return refused("The picture has no flat colour " + (light ? colors.shadow : colors.light) + '.');
+            return refused(PairProblem::Kind::kNoFlatColor, light ? colors.shadow : colors.light);
         }
         if (*light == *shadow) {
-            return refused("Both are " + colors.light +
-                           ": the second click is for the colour beside the first.");
+            return refused(PairProblem::Kind::kSameColor, colors.light);
         }
         const uint64_t border = pictures::borderWith(regions_[*shadow], *light);
         if (border == 0) {
-            return refused(colors.light + " and " + colors.shadow +
-                           " touch nowhere, so there is no border to soften.");
+            return refused(PairProblem::Kind::kNoBorder, colors.shadow);
         }
         readPass();
         auto stage = std::find(stages_.begin(), stages_.end(), shadow);
@@ -61,15 +76,20 @@ public:
 private:
     using Taken = std::vector<std::optional<std::size_t>>; ///< of each slot, its colour's place
 
-    static PairPlacement refused(std::string problem) {
+    static PairPlacement refused(PairProblem::Kind kind, const std::string& color) {
         PairPlacement result;
-        result.problem = std::move(problem);
+        result.problem = PairProblem{kind, color};
         return result;
     }
 
     std::optional<std::size_t> placeOf(const std::string& hex) const {
-        const auto found = std::find_if(regions_.begin(), regions_.end(),
-                                        [&](const ColorRegion& region) { return hexOf(region) == hex; });
+        auto found = std::find_if(regions_.begin(), regions_.end(),
+                                  [&](const ColorRegion& region) { return hexOf(region) == hex; });
+        if (found ==
+            regions_.end()) { // what was clicked may have been rounded twice: in the host's 16 bits too
+            found = std::find_if(regions_.begin(), regions_.end(),
+                                 [&](const ColorRegion& region) { return isBeside(hexOf(region), hex); });
+        }
         return found == regions_.end() ? std::nullopt
                                        : std::optional(static_cast<std::size_t>(found - regions_.begin()));
     }

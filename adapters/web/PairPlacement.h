@@ -21,12 +21,19 @@ struct ColorsOfPair {
     std::string shadow;
 };
 
+/// Why two colours are no pair.
+struct PairProblem {
+    enum class Kind { kNoFlatColor, kSameColor, kNoBorder };
+    Kind kind = Kind::kNoFlatColor;
+    std::string color; ///< that the picture does not have, or both are; else the shadow
+};
+
 struct PairPlacement {
     /// What the settings are to say, by label; the rest stays.
     std::vector<std::pair<std::string, std::string>> values;
-    std::size_t stage = 0; ///< that has the shadow now; 0: none
-    bool isFull = false;   ///< the pass has no place left for it
-    std::string problem;   ///< why these are no pair; in a sentence
+    std::size_t stage = 0;              ///< that has the shadow now; 0: none
+    bool isFull = false;                ///< the pass has no place left for it
+    std::optional<PairProblem> problem; ///< nothing is placed then
 };
 
 /// `session` has the values of the pass, of which the settings name `named`. A place is free that is switched off, or whose colour

@@ -91,7 +91,7 @@ private:
     }
 
     int64_t frame() const {
-        constexpr int64_t kMostFrame = 1'000'000'000;
+        constexpr int64_t kMostFrame = (int64_t{1} << 53U) - 1; // up to which a page's numbers are whole
         return numberOf("frame", -kMostFrame, kMostFrame);
     }
 
@@ -244,6 +244,18 @@ private:
         return {{"settings", engine_.suggestion().settings}, {"pairs", pairsOf(engine_.suggestion())}};
     }
 
+    /// By which a page has words for it.
+    static const char* nameOf(PairProblem::Kind kind) {
+        switch (kind) {
+        case PairProblem::Kind::kNoFlatColor:
+            return "no flat colour";
+        case PairProblem::Kind::kSameColor:
+            return "same colour";
+        default:
+            return "no border";
+        }
+    }
+
     Json pair() {
         const render::ShotSettings shot = settings();
         const Place place = placeIn(shot);
@@ -251,8 +263,8 @@ private:
         const PairPlacement placed =
             placePair(engine_.session(), shot.named(place.pass), engine_.suggestion().regions,
                       {textOf("light"), textOf("shadow")});
-        if (!placed.problem.empty()) {
-            return {{"problem", placed.problem}};
+        if (placed.problem) {
+            return {{"problem", nameOf(placed.problem->kind)}, {"color", placed.problem->color}};
         }
         if (placed.isFull) {
             return {{"full", true}};

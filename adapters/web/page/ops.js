@@ -56,7 +56,8 @@
  * @property {number} boundaryBlur
  * @typedef {{hex: string, pixels: number, share: number}} FlatColor
  * @typedef {{pixels: number, transparent: number, colors: FlatColor[], more: number, pairs: Pair[]}} Colors
- * @typedef {{values?: Record<string, string>, stage?: number, full?: boolean, problem?: string}} PairReply
+ * @typedef {{values?: Record<string, string>, stage?: number, full?: boolean, color?: string,
+ *     problem?: 'no flat colour' | 'same colour' | 'no border'}} PairReply
  * @typedef {{scenes: number, agree: number, seconds: number, first: null | {scene: string, expected: string, found: string}}}
  *     SelfcheckReply
  *

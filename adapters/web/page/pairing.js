@@ -9,6 +9,15 @@ import { t } from './texts.js';
 /** @typedef {import('./gestures.js').Point} Point */
 /** @typedef {{kind: 'start'} | {kind: 'light', light: string} | {kind: 'full', light: string, shadow: string}} Step */
 
+/**
+ * @param {import('./ops.js').PairReply} reply
+ * @param {string} light
+ */
+function problemText({ problem, color = '' }, light) {
+    return problem === 'same colour' ? t('pairSame', { color })
+        : problem === 'no border' ? t('pairApart', { light, shadow: color }) : t('pairNoFlat', { color });
+}
+
 export class Pairing {
     /** @param {App} app */
     constructor(app) {
@@ -101,7 +110,7 @@ export class Pairing {
                 showStatus(t('paired', { light, shadow, stage: reply.stage ?? 1 }));
             } else {
                 this.go({ kind: 'light', light });
-                showError(reply.problem ?? '', t('helpPair'));
+                showError(problemText(reply, light), t('helpPair'));
             }
         } catch (error) {
             this.go({ kind: 'start' });

@@ -32,6 +32,9 @@ export const texts = {
     giveUp: 'Give up (Esc)', gaveUp: 'Given up.', nextPass: 'Next pass',
     transparentClicked: 'This pixel is transparent; transparent pixels are never selected. Click a coloured one.',
     given: '“{label}” is {color} now.', paired: '{light} and {shadow} are a pair in Process {stage} now.',
+    pairNoFlat: 'The picture has no flat colour {color}.',
+    pairSame: 'Both are {color}: the second click is for the colour beside the first.',
+    pairApart: '{light} and {shadow} touch nowhere, so there is no border to soften.',
     helpPair: 'Click another colour as the shadow, or press Esc to begin anew.',
 
     // colours

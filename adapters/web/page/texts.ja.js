@@ -32,6 +32,9 @@ export const texts = {
     giveUp: '中止 (Esc)', gaveUp: '中止しました。', nextPass: '次のパス',
     transparentClicked: 'この画素は透明です。透明な画素は選択されません。色のある画素をクリックしてください。',
     given: '「{label}」を {color} にしました。', paired: '{light} と {shadow} の組を Process {stage} に設定しました。',
+    pairNoFlat: 'この画像には {color} で塗られた領域がありません。',
+    pairSame: 'どちらも {color} です。2 回目は隣の色をクリックしてください。',
+    pairApart: '{light} と {shadow} は接していないため、ぼかす境界がありません。',
     helpPair: '影として別の色をクリックするか、Esc で最初からやり直してください。',
 
     // colours
