@@ -91,6 +91,7 @@ async function startParts(ops, version) {
 }
 
 async function start() {
+    byId('not-started', HTMLElement).remove();
     applyTexts();
     setPhase('starting');
     try {
