@@ -91,6 +91,42 @@ describe('opening', () => {
         await page.close();
     });
 
+    test('shows what it has opened, although a newer file cannot be read', async () => {
+        const page = await lab.page();
+        const good = lab.convert('good.png', '-size', '3000x3000', 'xc:#3264B4'); // so large that it is being opened yet
+        const bad = lab.path('bad.png');
+        writeFileSync(bad, 'no picture');
+        await page.hand('drop', good);
+        await page.hand('drop', bad);
+        await page.tab.waitForFunction(() => document.getElementById('alert').textContent.includes('bad.png'), { timeout: kPatience });
+        await page.ready();
+        const [width, shown] = await page.tab.evaluate(() => [document.getElementById('after').width,
+            document.getElementById('picture-label').textContent]);
+        assert.match(shown, new RegExp(` ${width}x`));
+        await page.close();
+    });
+
+    test('takes a name with the date, and one with more digits than a number has, for a name', async () => {
+        for (const name of ['20261123131943.png', '123456789012345678901234567890.png']) {
+            const page = await pageWith(lab.convert(name, '-size', '8x6', 'xc:#3264B4'));
+            assert.match(await page.text('#picture-label'), /8x6/);
+            page.quiet();
+            await page.close();
+        }
+    });
+
+    test('reads a picture with a damaged note, as the command does', async () => {
+        const file = lab.convert('noted.png', '-size', '8x6', 'xc:#3264B4', '-set', 'comment', 'a note');
+        const bytes = readFileSync(file);
+        const place = bytes.indexOf('a note');
+        assert.ok(place > 0);
+        bytes[place] ^= 1;
+        writeFileSync(file, bytes);
+        const page = await pageWith(file);
+        await assertAsTheCommandMakesIt(page, file);
+        await page.close();
+    });
+
     test('refuses a picture that is too large for its memory, with the size that fits', async () => {
         const page = await lab.page();
         const file = lab.path('huge.png');
@@ -119,6 +155,18 @@ describe('a frame is the command\'s, sample for sample', () => {
             for (const [label, value] of Object.entries(settings)) {
                 await page.rendered(() => page.type(label, value));
             }
+            await assertAsTheCommandMakesIt(page, file);
+            page.quiet();
+            await page.close();
+        });
+    }
+
+    for (const size of ['1x1', '3x2', '5x1']) {
+        test(`of ${size}`, async () => {
+            const file = lab.convert(`tiny-${size}.png`, '-size', size, 'xc:#3264B480');
+            const page = await pageWith(file);
+            await page.rendered(() => page.type('Color 1', '#3264B4'));
+            await page.rendered(() => page.type('Blur Amount', '40'));
             await assertAsTheCommandMakesIt(page, file);
             page.quiet();
             await page.close();
@@ -235,16 +283,21 @@ describe('setting', () => {
     test('undo and redo go through the changes, and a moved slider is one of them', async () => {
         const page = await lab.page();
         const first = (await valuesOf(page, ['1 : Boundary Blur']))[0];
+        const slider = await page.tab.$('[data-control="1 : Boundary Blur"] input[type="range"]');
+        await slider.scrollIntoView();
+        const box = await slider.boundingBox();
         await page.rendered(async () => {
-            const slider = await page.tab.$('[data-control="1 : Boundary Blur"] input[type="range"]');
-            await slider.focus();
-            for (let i = 0; i < 4; ++i) {
-                await page.tab.keyboard.press('ArrowLeft');
+            await page.tab.mouse.move(box.x + box.width * 0.3, box.y + box.height / 2);
+            await page.tab.mouse.down();
+            for (const share of [0.4, 0.5, 0.6]) {
+                await page.tab.mouse.move(box.x + box.width * share, box.y + box.height / 2);
             }
+            await page.tab.mouse.up();
         });
         const moved = (await valuesOf(page, ['1 : Boundary Blur']))[0];
         assert.notEqual(moved, first);
         await page.rendered(() => page.tab.click('#undo'));
+        assert.deepEqual(await valuesOf(page, ['1 : Boundary Blur']), [first]);
         await page.rendered(() => page.tab.click('#redo'));
         assert.deepEqual(await valuesOf(page, ['1 : Boundary Blur']), [moved]);
         await page.close();
@@ -363,6 +416,61 @@ describe('taking home', () => {
         assert.deepEqual(await valuesOf(other, ['1 : Boundary Blur']), ['41.5']);
         await page.close();
         await other.close();
+    });
+
+    test('odd names of passes, keys, a region and remarks go through a link as they stand', async () => {
+        const page = await lab.page();
+        const file = lab.path('odd.params');
+        writeFileSync(file, '[Version=2.0]\nRegion=0,0,900,1080\n[Pass 肌=a&b #1 +%20]\nBlur Amount@1=3\nBlur Amount@9=5\n'
+            + 'Color 1=50,100,180\n[Pass p]\n1 : Color.r=30\n1 : Color.g=70\n1 : Color.b=130\n1 : Boundary Blur=12.5\n');
+        await page.rendered(() => page.choose('#settings-file', file));
+        const [before, url] = [readFileSync(await page.saved(() => page.tab.click('#save-settings')), 'utf8'), await addressOf(page)];
+        assert.equal(before, readFileSync(file, 'utf8'));
+        const other = await lab.page({ address: url });
+        assert.equal(readFileSync(await other.saved(() => other.tab.click('#save-settings')), 'utf8'), before);
+        await other.close();
+        const expected = lab.path('odd.png');
+        kovalune('render', kCel, '-o', expected, '--factory', '--params', file, '--frame', '0');
+        assertSamePicture(await page.saved(() => page.tab.click('#save-picture')), expected);
+        page.quiet();
+        await page.close();
+    });
+
+    test('settings of almost a MiB are read', async () => {
+        const page = await lab.page();
+        const file = lab.path('long.params');
+        writeFileSync(file, `[Version=1.0]\nBlur Amount=17\n${'; a remark that is long\n'.repeat(43000)}`);
+        await page.rendered(() => page.choose('#settings-file', file));
+        assert.deepEqual(await valuesOf(page, ['Blur Amount']), ['17']);
+        page.quiet();
+        await page.close();
+    });
+
+    test('a picture that is dropped while a sequence is saved gets into none of its frames', async () => {
+        const page = await lab.page();
+        const frames = [1, 2, 3].map((number) => lab.path(`whole.${number}.png`));
+        frames.forEach((file) => copyFileSync(kCel, file));
+        const other = lab.convert('other.png', '-size', '30x20', 'xc:#3264B4');
+        await page.rendered(() => page.choose('#open-files', ...frames));
+        const zip = await page.saved(async () => {
+            await page.tab.click('#save-sequence');
+            for (let again = 0; again < 12; ++again) {
+                await page.hand('drop', other);
+            }
+        });
+        const folder = lab.path('undisturbed');
+        execFileSync('unzip', ['-q', zip, '-d', folder]);
+        assert.deepEqual(readdirSync(folder).sort(), frames.map((file) => file.split('/').pop().replace('.png', '-soft.png')));
+        for (const frame of frames) {
+            const expected = lab.path(`undisturbed-${frame.split('/').pop()}`);
+            const settings = lab.path('none.params');
+            writeFileSync(settings, '[Version=1.0]\n');
+            kovalune('render', frame, '-o', expected, '--factory', '--params', settings);
+            assertSamePicture(join(folder, frame.split('/').pop().replace('.png', '-soft.png')), expected);
+        }
+        await page.tab.waitForFunction(() => document.getElementById('after').width === 30, { timeout: kPatience });
+        await page.ready();
+        await page.close();
     });
 
     test('a sequence of twelve with keys is the command\'s shot, in one zip', async () => {
@@ -531,6 +639,12 @@ async function swatchesOf(page, colors) {
     await page.tab.waitForFunction((all) => all.every((hex) => document.querySelector(`#swatches button[aria-label*="${hex}"]`)),
         { timeout: kPatience }, colors);
     return Promise.all(colors.map((hex) => page.tab.$(`#swatches button[aria-label*="${hex}"]`)));
+}
+
+/** The page's address once the newest settings stand in it. */
+async function addressOf(page) {
+    await new Promise((resolve) => setTimeout(resolve, 500));
+    return page.tab.url();
 }
 
 async function valuesOf(page, labels) {

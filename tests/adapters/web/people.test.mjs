@@ -2,6 +2,7 @@
 
 import assert from 'node:assert/strict';
 import { readFileSync } from 'node:fs';
+import { get } from 'node:http';
 import { createRequire } from 'node:module';
 import { join } from 'node:path';
 import { after, before, describe, test } from 'node:test';
@@ -146,6 +147,26 @@ describe('languages', () => {
         await page.tab.select('#language', 'en');
         assert.match(await page.text('#open'), /^[ -~…]+$/);
         await page.close();
+    });
+});
+
+describe('what cannot be done', () => {
+    test('two colours that are no pair are told in the visitor\'s language', async () => {
+        const page = await lab.page({ language: 'ja' });
+        await page.tab.waitForSelector('#swatches [data-color="#3264B4"]', { timeout: kPatience });
+        for (let click = 0; click < 2; ++click) {
+            await page.tab.$eval('#swatches [data-color="#3264B4"]', (swatch) => swatch.click());
+        }
+        await page.tab.waitForFunction(() => !document.getElementById('alert').hidden, { timeout: kPatience });
+        assert.match(await page.text('#alert-text'), /どちらも #3264B4/);
+        await page.close();
+    });
+
+    test('an address that is none gets an answer, and the server goes on', async () => {
+        const statusOf = (path) => new Promise((resolve, reject) => get({ host: '127.0.0.1', port: new URL(lab.address).port, path },
+            (reply) => resolve(reply.resume().statusCode)).on('error', reject));
+        assert.deepEqual([await statusOf('/%'), await statusOf('//'), await statusOf('/nosuch'), await statusOf('/')],
+            [404, 404, 404, 200]);
     });
 });
 
