@@ -46,6 +46,9 @@ export function startGestures(camera, listener) {
         stage.setPointerCapture(event.pointerId);
         // A second finger, the middle button and the space bar move the picture, and click nothing.
         travelled = down.size > 0 || event.button === kMiddle || isSpaceDown ? Infinity : 0;
+        if (event.pointerType === 'touch' && travelled === 0) {
+            hover(placeOf(event)); // for as long as the finger rests
+        }
         down.set(event.pointerId, placeOf(event));
     });
     stage.addEventListener('pointermove', (event) => {
@@ -56,6 +59,9 @@ export function startGestures(camera, listener) {
         }
         if (!last) {
             return;
+        }
+        if (event.pointerType === 'touch' && travelled > kClickSlack) {
+            listener.hovered(null, place);
         }
         const others = [...down].filter(([id]) => id !== event.pointerId).map(([, point]) => point);
         if (others.length > 0) {

@@ -2,6 +2,7 @@
 
 import { byId } from './dom.js';
 import { kSampleSettings, sampleFile } from './assets.js';
+import { sameLabel } from './label.js';
 import { showError, showStatus, textOf } from './messages.js';
 import { Settings } from './settings.js';
 import { t } from './texts.js';
@@ -40,7 +41,8 @@ async function takeSettings(app, file) {
         if (await app.load(text)) {
             app.settingsName = file.name;
             app.tell('settings', null);
-            showStatus(t('settingsLoaded', { name: file.name }));
+            const hasMask = app.settings.entries.some((line) => sameLabel(line.label, 'Mask'));
+            showStatus(t('settingsLoaded', { name: file.name }) + (hasMask ? ` ${t('maskLeftOut')}` : ''));
         }
     } catch (error) {
         showError(error instanceof TypeError ? t('settingsNotUtf8', { name: file.name }) : textOf(error), t('helpSettings'));

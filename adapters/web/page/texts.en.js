@@ -70,6 +70,7 @@ export const texts = {
     commandHeading: 'The same by the command', saved: 'Saved as {name}.', savingFrame: 'Saving frame {place} of {count}…',
     isSaving: 'The frames are still being saved. Wait for the end, or press Stop.',
     copied: 'Copied.', notCopied: 'The browser did not let the page copy.', settingsLoaded: 'Settings of {name}.',
+    maskLeftOut: 'Its mask is kept, and does not count on this page.',
     settingsTooLarge: '{name} is larger than 1 MiB, which no settings file is.',
     settingsNotUtf8: '{name} is not text in UTF-8.',
     pasted: 'Pasted. The browser has decoded and encoded this picture again, so its values may differ from the file’s; ' +

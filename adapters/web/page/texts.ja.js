@@ -69,6 +69,7 @@ export const texts = {
     savingFrame: '{count} 枚中 {place} 枚目を保存中…',
     isSaving: 'まだフレームを保存しています。終わるまで待つか、「中止」を押してください。',
     copied: 'コピーしました。', notCopied: 'ブラウザーがコピーを許可しませんでした。', settingsLoaded: '{name} の設定です。',
+    maskLeftOut: 'マスクは設定に残りますが、このページでは働きません。',
     settingsTooLarge: '{name} は 1 MiB を超えています。設定ファイルではありません。',
     settingsNotUtf8: '{name} は UTF-8 のテキストではありません。',
     pasted: '貼り付けました。ブラウザーが画像を変換し直しているため、' +
