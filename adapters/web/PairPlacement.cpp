@@ -42,6 +42,7 @@ public:
         : session_(session), named_(named), regions_(regions) {}
 
     PairPlacement place(const ColorsOfPair& colors) {
+        areRounded_ = colors.areRounded;
         const std::optional<std::size_t> light = placeOf(colors.light);
         const std::optional<std::size_t> shadow = placeOf(colors.shadow);
         if (!light || !shadow) {
@@ -85,8 +86,7 @@ private:
     std::optional<std::size_t> placeOf(const std::string& hex) const {
         auto found = std::find_if(regions_.begin(), regions_.end(),
                                   [&](const ColorRegion& region) { return hexOf(region) == hex; });
-        if (found ==
-            regions_.end()) { // what was clicked may have been rounded twice: in the host's 16 bits too
+        if (found == regions_.end() && areRounded_) {
             found = std::find_if(regions_.begin(), regions_.end(),
                                  [&](const ColorRegion& region) { return isBeside(hexOf(region), hex); });
         }
@@ -167,6 +167,7 @@ private:
     const host::Session& session_;
     const render::NamedParams& named_;
     std::span<const ColorRegion> regions_;
+    bool areRounded_ = false;
     Taken base_;
     Taken stages_; ///< from "Process 1" on
     PairPlacement result_;

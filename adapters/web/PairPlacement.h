@@ -15,10 +15,11 @@
 
 namespace kovalune::web {
 
-/// As "#RRGGBB".
+/// As "#RRGGBB". What had more than 8 bits may have been rounded twice, by way of the host's 16: it may be one off in a channel.
 struct ColorsOfPair {
     std::string light;
     std::string shadow;
+    bool areRounded = false;
 };
 
 /// Why two colours are no pair.

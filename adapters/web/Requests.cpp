@@ -260,9 +260,9 @@ private:
         const render::ShotSettings shot = settings();
         const Place place = placeIn(shot);
         engine_.setValues(shot, place);
-        const PairPlacement placed =
-            placePair(engine_.session(), shot.named(place.pass), engine_.suggestion().regions,
-                      {textOf("light"), textOf("shadow")});
+        const PairPlacement placed = placePair(
+            engine_.session(), shot.named(place.pass), engine_.suggestion().regions,
+            {textOf("light"), textOf("shadow"), engine_.picture().sampleType != SampleType::kUint8});
         if (placed.problem) {
             return {{"problem", nameOf(placed.problem->kind)}, {"color", placed.problem->color}};
         }
