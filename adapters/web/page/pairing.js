@@ -24,6 +24,8 @@ export class Pairing {
         this.app = app;
         /** @type {Step} */
         this.step = { kind: 'start' };
+        /** Over once the pairs that were asked for are placed. */
+        this.placed = Promise.resolve();
         app.on('armed', () => this.go({ kind: 'start' }));
         app.on('opened', () => this.go({ kind: 'start' }));
         document.addEventListener('keydown', (event) => {
@@ -85,7 +87,9 @@ export class Pairing {
             this.app.arm(null);
             showStatus(t('given', { color: hex, label: slot.label }));
         } else if (this.step.kind === 'light') {
-            await this.pair(this.step.light, hex);
+            const { light } = this.step;
+            this.go({ kind: 'start' }); // the next click is a light again, although the engine has not answered yet
+            await this.pair(light, hex);
         } else {
             this.go({ kind: 'light', light: hex });
         }
@@ -96,7 +100,16 @@ export class Pairing {
      * @param {string} light
      * @param {string} shadow
      */
-    async pair(light, shadow) {
+    pair(light, shadow) {
+        this.placed = this.placed.then(() => this.place(light, shadow)); // each finds what the one before has put in
+        return this.placed;
+    }
+
+    /**
+     * @param {string} light
+     * @param {string} shadow
+     */
+    async place(light, shadow) {
         if (this.isAway()) {
             return;
         }
@@ -106,7 +119,9 @@ export class Pairing {
                 this.go({ kind: 'full', light, shadow });
             } else if (reply.values) {
                 this.app.set(reply.values);
-                this.go({ kind: 'start' });
+                if (this.step.kind === 'full') {
+                    this.go({ kind: 'start' });
+                }
                 showStatus(t('paired', { light, shadow, stage: reply.stage ?? 1 }));
             } else {
                 this.go({ kind: 'light', light });
