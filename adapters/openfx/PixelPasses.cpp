@@ -73,6 +73,43 @@ void storeRun(std::byte* to, const Run<Sample>& run, std::size_t count, Componen
     }
 }
 
+enum class Order : uint8_t { kAlphaFirst, kAlphaLast };
+
+/// Pixels of four samples of so many bytes from the other order to this one, bits as they are, at any address. What is read and
+/// what is written do not overlap.
+template <Order order, std::size_t sampleBytes>
+void turnRow(void* to, const void* from, std::size_t count) {
+    constexpr bool kFirst = order == Order::kAlphaFirst;
+    auto* const target = static_cast<std::byte*>(to);
+    const auto* const source = static_cast<const std::byte*>(from);
+    for (std::size_t at = 0; at < count * 4 * sampleBytes; at += 4 * sampleBytes) {
+        if constexpr (sampleBytes == 1) {
+            constexpr int kTurn = kFirst == (std::endian::native == std::endian::little) ? 8 : -8;
+            uint32_t word = 0;
+            std::memcpy(&word, source + at, sizeof word);
+            word = std::rotl(word, kTurn);
+            std::memcpy(target + at, &word, sizeof word);
+        } else {
+            static_assert(sampleBytes == 4);
+            using Words = uint32_t __attribute__((vector_size(16))); // one instruction each
+            Words words;
+            std::memcpy(&words, source + at, sizeof words);
+            if constexpr (kFirst) {
+                words = __builtin_shufflevector(words, words, 3, 0, 1, 2);
+            } else {
+                words = __builtin_shufflevector(words, words, 1, 2, 3, 0);
+            }
+            std::memcpy(target + at, &words, sizeof words);
+        }
+    }
+}
+
+/// Whether a source's pixels are the effect's but for the order of their samples.
+bool isTurnAlone(const PixelBlock& source, bool isLinear) {
+    return !isLinear && source.depth != Depth::kShort && source.components == Components::kRgba &&
+           source.alpha == AlphaKind::kStraight;
+}
+
 /// Row `y` of a picture counts from its top, that of a block from the bottom of the plane.
 int planeRow(const RectI& bounds, A_long y) {
     return bounds.y2 - 1 - static_cast<int>(y);
@@ -82,7 +119,7 @@ template <class File, class Host>
 class RowsIn {
 public:
     RowsIn(host::Image& image, const PixelBlock& source, bool isLinear)
-        : image_(image), source_(source), hostPixel_(source.alpha) {
+        : image_(image), source_(source), hostPixel_(source.alpha), turns_(isTurnAlone(source, isLinear)) {
         if (isLinear) {
             curve_.emplace(srgbOfLinear);
         }
@@ -92,6 +129,12 @@ public:
         auto* const pixels = &image_.at<Pixel>(0, y);
         const auto width = static_cast<std::size_t>(source_.width());
         const std::byte* const row = source_.at(source_.bounds.x1, planeRow(source_.bounds, y));
+        if constexpr (sizeof(Sample) == sizeof(typename Host::Sample) && sizeof(Sample) != 2) {
+            if (turns_) {
+                turnRow<Order::kAlphaFirst, sizeof(Sample)>(pixels, row, width);
+                return;
+            }
+        }
         for (std::size_t x = 0; x < width; x += kRun) {
             const std::size_t count = std::min(kRun, width - x);
             loadRun<File>(run_, row + x * source_.pixelBytes(), count, source_.components);
@@ -146,6 +189,7 @@ private:
     host::Image& image_;
     const PixelBlock& source_;
     samples::HostPixel<File, Host> hostPixel_;
+    bool turns_;
     std::optional<samples::LightCurve> curve_;
     Run<Sample> run_;
 };
@@ -181,8 +225,7 @@ AlphaKind kindOf(const PixelBlock& output) {
 /// Whether every value of the output is one of the effect's and the other way round: what is unchanged then comes out by itself.
 bool isTurnAlone(const PixelBlock& output, const Rendered& rendered) {
     const PixelBlock& source = rendered.source;
-    return !rendered.isLinear && output.depth != Depth::kShort && output.depth == source.depth &&
-           output.components == Components::kRgba && output.alpha == AlphaKind::kStraight &&
+    return isTurnAlone(output, rendered.isLinear) && output.depth == source.depth &&
            source.alpha == AlphaKind::kStraight;
 }
 
@@ -197,26 +240,14 @@ public:
         const RectI& bounds = rendered_.source.bounds;
         const auto* const from =
             &rendered_.result.template at<Pixel>(window_.x1 - bounds.x1, bounds.y2 - 1 - y);
-        turn(output_.at(window_.x1, y), from, static_cast<std::size_t>(window_.x2 - window_.x1));
+        if constexpr (sizeof(typename Host::Sample) != 2) {
+            turnRow<Order::kAlphaLast, sizeof(typename Host::Sample)>(
+                output_.at(window_.x1, y), from, static_cast<std::size_t>(window_.x2 - window_.x1));
+        }
     }
 
 private:
     using Pixel = typename Host::Pixel;
-
-    static void turn(std::byte* to, const Pixel* from, std::size_t count) {
-        using Sample = typename Host::Sample;
-        for (std::size_t x = 0; x < count; ++x) {
-            if constexpr (sizeof(Sample) == 1) {
-                constexpr int kTurn = std::endian::native == std::endian::little ? -8 : 8;
-                const uint32_t word = std::rotl(bitCast<uint32_t>(from[x]), kTurn);
-                std::memcpy(to + x * sizeof word, &word, sizeof word);
-            } else {
-                const auto samples = bitCast<std::array<Sample, 4>>(from[x]);
-                const std::array<Sample, 4> turned = {samples[1], samples[2], samples[3], samples[0]};
-                std::memcpy(to + x * sizeof turned, &turned, sizeof turned);
-            }
-        }
-    }
 
     const PixelBlock& output_;
     const RectI window_;
