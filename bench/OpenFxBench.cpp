@@ -1,5 +1,5 @@
-// A frame as the plug-in for OpenFX hosts makes it, between images in a host's own order, beside the same frame in the reference host:
-// what is more is the two passes of its pixels.
+// A frame as the plug-in for OpenFX hosts makes it, between images in a host's own order, beside the same frame in the
+// reference host: what is more is the two passes of its pixels.
 
 #include "bench/BenchScene.h"
 #include "bench/CopyTime.h"
@@ -74,8 +74,8 @@ struct Least {
     }
 };
 
-/// Turn by turn, so that whatever else the machine does counts for both. The counters: the shortest frame of the reference host in
-/// milliseconds, of the plug-in, and the second over the first; `cpu_ratio`: the same of processor time.
+/// Turn by turn, so that whatever else the machine does counts for both. The counters: the shortest frame of the reference host
+/// in milliseconds, of the plug-in, and the second over the first; `cpu_ratio`: the same of processor time.
 template <PF_PixelFormat format, FrameSetting setting, AlphaKind alpha>
 void openfxFrame(benchmark::State& state) {
     host::HostOptions options;
