@@ -1,7 +1,6 @@
 #include "render/ParamText.h"
 
 #include "effect/share/StandardParts.h"
-#include "hostapi/Constants.h"
 #include "text/AsciiText.h"
 #include "text/Failure.h"
 #include "text/MessageText.h"
