@@ -96,7 +96,8 @@ export class Renderer {
         if (last !== undefined && last < kAtOnce) {
             return [1];
         }
-        return last !== undefined && last > kQuarter ? [4, 1] : [2, 1];
+        // Of what has never been rendered here nobody knows how long it takes: what is seen first is to be there soon.
+        return last === undefined || last > kQuarter ? [4, 1] : [2, 1];
     }
 
     /**
