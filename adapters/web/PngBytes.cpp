@@ -15,19 +15,7 @@
 
 #define STBI_ONLY_PNG
 #include "pictures/StbLoad.h"
-
-// Its warnings are its own.
-#if defined(__GNUC__)
-#pragma GCC diagnostic push
-#pragma GCC diagnostic ignored "-Wunused-function"
-#endif
-#define STB_IMAGE_WRITE_STATIC
-#define STB_IMAGE_WRITE_IMPLEMENTATION
-#define STBI_WRITE_NO_STDIO
-#include <stb/stb_image_write.h>
-#if defined(__GNUC__)
-#pragma GCC diagnostic pop
-#endif
+#include "pictures/StbSave.h"
 
 namespace kovalune::web {
 
