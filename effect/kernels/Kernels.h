@@ -69,14 +69,15 @@ struct Kernels {
                           int32_t count);
 
     /// As splitColors16, for float pixels. True if sums of products of these numbers and taps are exact in whatever order they
-    /// are added: a product has 24 and 15 of a double's 53 bits, and 14 are left for how far the numbers differ in size.
+    /// are added: a product has 24 and 15 of a double's 53 bits, and 14 are left for how far the numbers differ in size. So are
+    /// products of the sum of two numbers and a tap up to a half.
     bool (*splitColors32)(const void* pixels, const uint8_t* mask, int32_t count, double* red, double* green,
                           double* blue);
     bool (*splitAlpha32)(const void* pixels, const uint8_t* mask, int32_t count, double* alpha);
     /// sums[i]: the sum of line[i - k] * taps[k] for k from 1 to `reach`, then of line[i + k] * taps[k] for k from 0 to `reach`,
     /// added in this order. Products must be exact. A line has `reach` entries before the first one.
     void (*weighDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
-    /// The same where they are exact in any order.
+    /// The same where they are exact in any order, all taps but the first up to a half.
     void (*weighExactDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
     /// means[i] = sums[i] * (32768 / weights[i]).
     void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);

@@ -317,8 +317,12 @@ TEST_P(KernelResultTest, WeighsFloatsInAnyOrderWhereThatIsExact) {
         }
         // Never more than 1 in all, as of a kernel.
         std::vector<double> taps(at(reach + 1));
-        for (double& tap : taps) {
-            tap = random.below(32768 / (2 * reach + 1) + 1) / 32768.0;
+        if (reach > 0 && random.chance(20)) {
+            taps[at(random.between(1, reach))] = 0.5;
+        } else {
+            for (double& tap : taps) {
+                tap = random.below(32768 / (2 * reach + 1) + 1) / 32768.0;
+            }
         }
         std::vector<double> ordered(3 * padded(count));
         std::vector<double> sums = ordered;

@@ -8,11 +8,14 @@ namespace kovalune {
 namespace {
 
 struct Avx2 {
-    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, in any, and mirrored.
     static constexpr int kVectorsOfOne = 8;
     static constexpr int kVectorsOfThree = 4;
     static constexpr int kSharedByOne = 6;
     static constexpr int kSharedByThree = 3;
+    static constexpr int kMirrored = kHasManyRegisters ? 5 : 2;
+    using ShortMirror = Avx2;
+    static constexpr int32_t kShortReach = 0;
     using Words = __m256i;
     static constexpr int32_t kWords = 8;
     static Words fill(uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }
@@ -36,6 +39,7 @@ struct Avx2 {
     static Doubles fill(double value) { return _mm256_set1_pd(value); }
     static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
     static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
+    static Doubles plus(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
     static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm256_fmadd_pd(value, tap, sum); }
 };
 

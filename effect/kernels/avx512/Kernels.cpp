@@ -7,12 +7,28 @@
 namespace kovalune {
 namespace {
 
+/// Vectors of half the width, in as many registers.
+struct Avx512Narrow {
+    static constexpr int kMirrored = kHasManyRegisters ? 8 : 2;
+    using Doubles = __m256d;
+    static constexpr int32_t kDoubles = 4;
+    static Doubles fill(double value) { return _mm256_set1_pd(value); }
+    static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
+    static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
+    static Doubles plus(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
+    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm256_fmadd_pd(value, tap, sum); }
+};
+
 struct Avx512 {
-    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
+    // Vectors of sums at once, of one line or of each of three: in the stated order, in any, and mirrored.
     static constexpr int kVectorsOfOne = 12;
     static constexpr int kVectorsOfThree = 8;
     static constexpr int kSharedByOne = 12;
     static constexpr int kSharedByThree = 6;
+    static constexpr int kMirrored = kHasManyRegisters ? 8 : 2;
+    // Loads of whole vectors cross the ends of cache lines, which a few taps do not make up for.
+    using ShortMirror = Avx512Narrow;
+    static constexpr int32_t kShortReach = 22;
     using Words = __m512i;
     static constexpr int32_t kWords = 16;
     static Words fill(uint32_t value) { return _mm512_set1_epi32(static_cast<int>(value)); }
@@ -32,6 +48,7 @@ struct Avx512 {
     static Doubles fill(double value) { return _mm512_set1_pd(value); }
     static Doubles load(const double* from) { return _mm512_loadu_pd(from); }
     static void store(double* to, Doubles value) { _mm512_storeu_pd(to, value); }
+    static Doubles plus(Doubles a, Doubles b) { return _mm512_add_pd(a, b); }
     static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm512_fmadd_pd(value, tap, sum); }
 };
 

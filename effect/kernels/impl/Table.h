@@ -3,6 +3,7 @@
 
 #include "effect/kernels/Kernels.h"
 #include "effect/kernels/impl/Loops.h"
+#include "effect/kernels/impl/Mirror.h"
 #include "effect/kernels/impl/Weigh.h"
 
 namespace kovalune {

@@ -9,6 +9,9 @@
 namespace kovalune {
 namespace {
 
+/// 32-bit code has eight vector registers, whatever the set.
+inline constexpr bool kHasManyRegisters = sizeof(void*) == 8;
+
 inline uint32_t pairOf(const uint16_t* taps) {
     return static_cast<uint32_t>(taps[0]) | static_cast<uint32_t>(taps[1]) << 16;
 }
@@ -182,21 +185,6 @@ inline void weighBlock(const WeighedLines<uint32_t>& lines, int32_t i, const Pai
     sums.store(lines, i);
 }
 
-/// Whose sums are exact in any order.
-struct ExactTaps {
-    const double* taps;
-    int32_t reach;
-};
-
-template <class Set, int kChannels, int kVectors>
-inline void weighBlock(const WeighedLines<double>& lines, int32_t i, const ExactTaps& with) {
-    SumBlock<Set, double, kChannels, kVectors> sums(0.0);
-    sums.template addTaps<1>(lines, lines.line + i - with.reach, 2 * with.reach + 1, [&](int32_t k) {
-        return Set::fill(with.taps[k < with.reach ? with.reach - k : k - with.reach]);
-    });
-    sums.store(lines, i);
-}
-
 struct DoubleTaps {
     const double* taps;
     int32_t reach;
@@ -245,20 +233,6 @@ void weighDoubles(const WeighedLines<double>& lines, const double* taps, int32_t
         weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kDoubles, with);
     } else {
         weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kDoubles, with);
-    }
-}
-
-template <class Set>
-void weighExactDoubles(const WeighedLines<double>& lines, const double* taps, int32_t reach) {
-    if constexpr (Set::kDoubles == 1) {
-        weighDoubles<Set>(lines, taps, reach);
-        return;
-    }
-    const ExactTaps with{taps, reach};
-    if (lines.channels == 3) {
-        weighFrom<Set, 3, Set::kSharedByThree>(lines, 0, Set::kDoubles, with);
-    } else {
-        weighFrom<Set, 1, Set::kSharedByOne>(lines, 0, Set::kDoubles, with);
     }
 }
 

@@ -6,7 +6,7 @@ namespace kovalune {
 namespace {
 
 struct Plain {
-    // Vectors of sums at once, of one line or of each of three: in the stated order, and in any.
+    // Sums at once, of one line or of each of three: of doubles, and of pairs.
     static constexpr int kVectorsOfOne = 16;
     static constexpr int kVectorsOfThree = 8;
     static constexpr int kSharedByOne = 16;
