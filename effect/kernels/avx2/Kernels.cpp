@@ -9,9 +9,9 @@ namespace {
 
 struct Avx2 {
     // Vectors of sums at once, of one line or of each of three: in the stated order, in any, and mirrored.
-    static constexpr int kVectorsOfOne = 8;
+    static constexpr int kVectorsOfOne = kHasManyRegisters ? 8 : 4;
     static constexpr int kVectorsOfThree = 4;
-    static constexpr int kSharedByOne = 6;
+    static constexpr int kSharedByOne = kHasManyRegisters ? 6 : 4;
     static constexpr int kSharedByThree = 3;
     static constexpr int kMirrored = kHasManyRegisters ? 5 : 2;
     using ShortMirror = Avx2;

@@ -21,9 +21,9 @@ struct Avx512Narrow {
 
 struct Avx512 {
     // Vectors of sums at once, of one line or of each of three: in the stated order, in any, and mirrored.
-    static constexpr int kVectorsOfOne = 12;
+    static constexpr int kVectorsOfOne = kHasManyRegisters ? 12 : 4;
     static constexpr int kVectorsOfThree = 8;
-    static constexpr int kSharedByOne = 12;
+    static constexpr int kSharedByOne = kHasManyRegisters ? 12 : 4;
     static constexpr int kSharedByThree = 6;
     static constexpr int kMirrored = kHasManyRegisters ? 8 : 2;
     // Loads of whole vectors cross the ends of cache lines, which a few taps do not make up for.

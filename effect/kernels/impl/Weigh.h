@@ -9,8 +9,12 @@
 namespace kovalune {
 namespace {
 
+#ifdef __i386__
 /// 32-bit code has eight vector registers, whatever the set.
-inline constexpr bool kHasManyRegisters = sizeof(void*) == 8;
+inline constexpr bool kHasManyRegisters = false;
+#else
+inline constexpr bool kHasManyRegisters = true;
+#endif
 
 inline uint32_t pairOf(const uint16_t* taps) {
     return static_cast<uint32_t>(taps[0]) | static_cast<uint32_t>(taps[1]) << 16;
@@ -216,24 +220,32 @@ inline void weighFrom(const WeighedLines<Number>& lines, int32_t i, int32_t step
     }
 }
 
-template <class Set>
-void weighPairs(const WeighedLines<uint32_t>& lines, const uint16_t* taps, int32_t tapPairs, uint32_t start) {
-    const PairTaps with{taps, tapPairs, start};
-    if (lines.channels == 3) {
-        weighFrom<Set, 3, Set::kSharedByThree>(lines, 0, Set::kWords, with);
-    } else {
-        weighFrom<Set, 1, Set::kSharedByOne>(lines, 0, Set::kWords, with);
+/// Three lines at once, in blocks of kOfThree vectors, or each by itself, in blocks of kOfOne.
+template <class Set, int kOfOne, int kOfThree, class Number, class Taps>
+inline void weighLines(const WeighedLines<Number>& lines, const Taps& with) {
+    constexpr int32_t kStep = VectorOf<Set, Number>::kWidth;
+    if constexpr (kHasManyRegisters) {
+        if (lines.channels == 3) {
+            weighFrom<Set, 3, kOfThree>(lines, 0, kStep, with);
+            return;
+        }
+    }
+    WeighedLines<Number> each = lines;
+    for (int32_t c = 0; c < lines.channels; ++c) {
+        weighFrom<Set, 1, kOfOne>(each, 0, kStep, with);
+        each.line += lines.lineStep;
+        each.sums += lines.sumsStep;
     }
 }
 
 template <class Set>
+void weighPairs(const WeighedLines<uint32_t>& lines, const uint16_t* taps, int32_t tapPairs, uint32_t start) {
+    weighLines<Set, Set::kSharedByOne, Set::kSharedByThree>(lines, PairTaps{taps, tapPairs, start});
+}
+
+template <class Set>
 void weighDoubles(const WeighedLines<double>& lines, const double* taps, int32_t reach) {
-    const DoubleTaps with{taps, reach};
-    if (lines.channels == 3) {
-        weighFrom<Set, 3, Set::kVectorsOfThree>(lines, 0, Set::kDoubles, with);
-    } else {
-        weighFrom<Set, 1, Set::kVectorsOfOne>(lines, 0, Set::kDoubles, with);
-    }
+    weighLines<Set, Set::kVectorsOfOne, Set::kVectorsOfThree>(lines, DoubleTaps{taps, reach});
 }
 
 } // namespace
