@@ -47,12 +47,16 @@ int32_t firstOther(const uint8_t* mask, int32_t x, int32_t end, const Keys& keys
 /// `keys.sameFrom(j, end, key)` how far from `j` on pixels are sure to have this key.
 ///
 /// A window is looked at from its right end: where two pixels differ there, as in noise, all windows that hold both are
-/// passed over at once.
+/// passed over at once. Where that happens again and again more and more is passed over, which may be flat and is told as
+/// mixed.
 template <class Keys, class Flat, class Mixed>
 void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Keys& keys, const Flat& flat,
                       const Mixed& mixed) {
+    constexpr int32_t kPatience = 4; // windows in a row that are not flat
+    constexpr int32_t kMostPassedOver = 128;
     const auto [first, last] = stretch;
     int32_t told = first; // everything before has been handed out
+    int32_t passedOver = -16 * kPatience;
     for (int32_t x = first; x <= last;) {
         const int32_t right = std::min(last, x + reach);
         const int32_t like = endOfMaskedIn(mask, first, right + 1) - 1;
@@ -60,9 +64,11 @@ void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Ke
         const int32_t left = std::max(first, x - reach);
         const int32_t other = lastOther(mask, left, like, keys, key);
         if (other >= left) {
-            x = other + reach + 1;
+            passedOver = std::min(passedOver + 16, kMostPassedOver);
+            x = std::max(other + reach + 1, x + passedOver);
             continue;
         }
+        passedOver = -16 * kPatience;
         const int32_t next = firstOther(mask, right + 1, last + 1, keys, key);
         const int32_t past = next > last ? last + 1 : next - reach;
         if (told < x) {

@@ -1,18 +1,26 @@
 // The runs of masked-in pixels along a line, and those between them, eight mask bytes at a time.
 #pragma once
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 
 namespace kovalune {
 
+// Of eight mask bytes in a number the first is the lowest.
+static_assert(std::endian::native == std::endian::little);
+
+inline uint64_t eightOf(const uint8_t* mask) {
+    uint64_t eight = 0;
+    std::memcpy(&eight, mask, sizeof eight);
+    return eight;
+}
+
 /// The first place from `x` on that is masked in, or `end`.
 inline int32_t nextMaskedIn(const uint8_t* mask, int32_t x, int32_t end) {
-    uint64_t eight = 0;
     for (; end - x >= 8; x += 8) {
-        std::memcpy(&eight, mask + x, sizeof eight);
-        if (eight != 0) {
-            break;
+        if (const uint64_t in = eightOf(mask + x); in != 0) {
+            return x + std::countr_zero(in) / 8;
         }
     }
     while (x < end && mask[x] == 0) {
@@ -24,11 +32,11 @@ inline int32_t nextMaskedIn(const uint8_t* mask, int32_t x, int32_t end) {
 /// The first place from `x` on that is masked out, or `end`.
 inline int32_t nextMaskedOut(const uint8_t* mask, int32_t x, int32_t end) {
     constexpr uint64_t kLowest = 0x0101010101010101;
-    uint64_t eight = 0;
     for (; end - x >= 8; x += 8) {
-        std::memcpy(&eight, mask + x, sizeof eight);
-        if (((eight - kLowest) & ~eight & (kLowest << 7)) != 0) {
-            break;
+        const uint64_t eight = eightOf(mask + x);
+        // The lowest of these bits belongs to the first byte that is 0.
+        if (const uint64_t out = (eight - kLowest) & ~eight & (kLowest << 7); out != 0) {
+            return x + std::countr_zero(out) / 8;
         }
     }
     while (x < end && mask[x] != 0) {
@@ -39,6 +47,11 @@ inline int32_t nextMaskedOut(const uint8_t* mask, int32_t x, int32_t end) {
 
 /// Past the last place before `end` that is masked in, or `x`.
 inline int32_t endOfMaskedIn(const uint8_t* mask, int32_t x, int32_t end) {
+    for (; end - x >= 8; end -= 8) {
+        if (const uint64_t in = eightOf(mask + end - 8); in != 0) {
+            return end - std::countl_zero(in) / 8;
+        }
+    }
     while (end > x && mask[end - 1] == 0) {
         --end;
     }
