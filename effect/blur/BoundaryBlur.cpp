@@ -321,7 +321,7 @@ private:
             Planar::mixedMeans(boxes_.alpha + x, boxes_.count + x, stretch_.sums(0), stretch_.weights(),
                                kernel_.tailWeight, means_, count);
         } else {
-            stretch_.coreMeans(0, means_, count);
+            stretch_.coreMeans({means_}, count);
         }
         for (int32_t i = 0; i < count; ++i) {
             if (line.mask[x + i] != 0 && line.keep[x + i] == 0) {

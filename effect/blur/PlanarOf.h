@@ -100,8 +100,9 @@ struct PlanarOf<Argb16> {
     static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {
         kernels().wholeMeans16(sums, means, count);
     }
-    static void coreMeans(const Sum* sums, const uint32_t* weights, Mean* means, int32_t count) {
-        kernels().coreMeans16(sums, weights, means, count);
+    static void coreMeans(const Sum* sums, const uint32_t* weights, const double* reciprocals, Mean* means,
+                          int32_t count) {
+        kernels().coreMeans16(sums, weights, reciprocals, means, count);
     }
     static void mixedMeans(const Sum* boxes, const uint32_t* counts, const Sum* sums, const uint32_t* weights,
                            uint16_t tailWeight, Mean* means, int32_t count) {
@@ -128,6 +129,9 @@ struct PlanarOf<Argb16> {
     }
     static void mergeColors(Mean* const* means, Argb16::Pixel* pixels, int32_t count) {
         kernels().mergeColors16(means[0], means[1], means[2], pixels, count);
+    }
+    static void layColors(Mean* const* means, const uint8_t* mask, Argb16::Pixel* pixels, int32_t count) {
+        kernels().layColors16(means[0], means[1], means[2], mask, pixels, count);
     }
 };
 
@@ -237,8 +241,9 @@ struct PlanarOf<Argb32> {
     static void wholeMeans(const Sum* sums, Mean* means, int32_t count) {
         kernels().wholeMeans32(sums, means, count);
     }
-    static void coreMeans(const Sum* sums, const uint32_t* weights, Mean* means, int32_t count) {
-        kernels().coreMeans32(sums, weights, means, count);
+    static void coreMeans(const Sum* sums, const uint32_t* /*weights*/, const double* reciprocals,
+                          Mean* means, int32_t count) {
+        kernels().coreMeans32(sums, reciprocals, means, count);
     }
     static void mixedMeans(const Sum* boxes, const uint32_t* counts, const Sum* sums, const uint32_t* weights,
                            uint16_t tailWeight, Mean* means, int32_t count) {
@@ -260,6 +265,9 @@ struct PlanarOf<Argb32> {
     }
     static void mergeColors(Mean* const* means, Argb32::Pixel* pixels, int32_t count) {
         kernels().mergeColors32(means[0], means[1], means[2], pixels, count);
+    }
+    static void layColors(Mean* const* means, const uint8_t* mask, Argb32::Pixel* pixels, int32_t count) {
+        kernels().layColors32(means[0], means[1], means[2], mask, pixels, count);
     }
 };
 

@@ -32,6 +32,7 @@ public:
         counted_ = layout.take<uint32_t>(room);
         sums_ = layout.take<Sum>(kSumsStep * kChannels);
         weights_ = layout.take<uint32_t>(kBlockPixels + kPadding);
+        reciprocals_ = layout.take<double>(kBlockPixels);
     }
 
     /// Turns to a stretch of a line. Both, and the weights, stay in use.
@@ -77,16 +78,20 @@ public:
     const uint32_t* weights() const { return weights_; }
 
     /// The means of the core alone.
-    void coreMeans(std::size_t channel, typename Planar::Mean* means, int32_t count) const {
-        const Sum* const from = sums(channel);
+    void coreMeans(const std::array<typename Planar::Mean*, kChannels>& means, int32_t count) const {
         const auto divide = [&](int32_t first, int32_t past) {
-            if (first < past) {
-                Planar::coreMeans(from + first, weights_ + first, means + first, past - first);
+            if (first >= past) {
+                return;
+            }
+            kernels().reciprocals(weights_ + first, reciprocals_, past - first);
+            for (std::size_t c = 0; c < kChannels; ++c) {
+                Planar::coreMeans(sums(c) + first, weights_ + first, reciprocals_, means[c] + first,
+                                  past - first);
             }
         };
         divide(0, wholeFrom_);
-        if (wholeFrom_ < wholeTo_) {
-            Planar::wholeMeans(from + wholeFrom_, means + wholeFrom_, wholeTo_ - wholeFrom_);
+        for (std::size_t c = 0; c < kChannels && wholeFrom_ < wholeTo_; ++c) {
+            Planar::wholeMeans(sums(c) + wholeFrom_, means[c] + wholeFrom_, wholeTo_ - wholeFrom_);
         }
         divide(wholeTo_, count);
     }
@@ -204,6 +209,7 @@ private:
     uint32_t* counted_; ///< likewise, 1 where a pixel counts
     Sum* sums_;
     uint32_t* weights_;
+    double* reciprocals_; ///< of some of the weights
 
     const LineWeights* kernel_ = nullptr;
     const Line<Pixel>* line_ = nullptr;

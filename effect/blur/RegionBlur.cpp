@@ -130,7 +130,6 @@ public:
         for (auto*& means : means_) {
             means = layout.take<typename Planar::Mean>(kBlockPixels + kPadding);
         }
-        places_ = layout.take<int32_t>(kBlockPixels);
         if (hasTail()) {
             for (auto*& sums : boxes_.color) {
                 sums = layout.take<typename Planar::Sum>(static_cast<std::size_t>(length));
@@ -205,27 +204,18 @@ private:
     }
 
     void blurBlock(const Line<Pixel>& line, int32_t x, int32_t count, Pixel* out) {
-        for (std::size_t c = 0; c < 3; ++c) {
-            if (hasTail()) {
+        if (hasTail()) {
+            for (std::size_t c = 0; c < 3; ++c) {
                 Planar::mixedMeans(boxes_.color[c] + x, boxes_.count + x, stretch_.sums(c),
                                    stretch_.weights(), kernel_.tailWeight, means_[c], count);
-            } else {
-                stretch_.coreMeans(c, means_[c], count);
             }
+        } else {
+            stretch_.coreMeans(means_, count);
         }
         if (nextMaskedOut(line.mask, x, x + count) == x + count) {
             Planar::mergeColors(means_.data(), out + x, count);
-            return;
-        }
-        // A list first: what is masked in may be as hard to foresee as a coin's fall.
-        int32_t counted = 0;
-        for (int32_t i = 0; i < count; ++i) {
-            places_[counted] = i;
-            counted += line.mask[x + i] != 0 ? 1 : 0;
-        }
-        for (int32_t k = 0; k < counted; ++k) {
-            const int32_t i = places_[k];
-            Planar::setColors(out[x + i], means_[0][i], means_[1][i], means_[2][i]);
+        } else {
+            Planar::layColors(means_.data(), line.mask + x, out + x, count);
         }
     }
 
@@ -235,7 +225,6 @@ private:
     LineWeights weights_;
     PlanarStretch<Format, 3> stretch_;
     std::array<typename Planar::Mean*, 3> means_;
-    int32_t* places_;
     BoxSums<Format> boxes_{};
 };
 

@@ -52,9 +52,12 @@ struct Kernels {
     void (*addScaled)(const uint32_t* table, uint32_t factor, uint32_t* sums, int32_t count);
     void (*addScaledDoubles)(const double* table, double factor, double* sums, int32_t count);
 
-    /// means[i] = (sums[i] + weights[i] / 2) / weights[i]; sums below 2^31 - 2^15, weights up to 32768;
-    /// anything where a weight is 0.
-    void (*coreMeans16)(const uint32_t* sums, const uint32_t* weights, uint32_t* means, int32_t count);
+    /// 1 / weights[i]; anything finite where a weight is 0.
+    void (*reciprocals)(const uint32_t* weights, double* reciprocal, int32_t count);
+    /// means[i] = (sums[i] + weights[i] / 2) / weights[i], with the weights' reciprocals; sums below 2^31 - 2^15, weights up to
+    /// 32768; anything where a weight is 0.
+    void (*coreMeans16)(const uint32_t* sums, const uint32_t* weights, const double* reciprocal,
+                        uint32_t* means, int32_t count);
     /// The same where every weight is 32768.
     void (*wholeMeans16)(const uint32_t* sums, uint32_t* means, int32_t count);
     /// means[i] = (box * tailWeight + core * (32768 - tailWeight) + 16384) >> 15, where box is boxes[i] / counts[i] and core is
@@ -67,6 +70,9 @@ struct Kernels {
     /// Puts the low halves of three lines into the colours of `count` pixels; alpha stays.
     void (*mergeColors16)(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
                           int32_t count);
+    /// The same where the mask is not 0; nothing else is written.
+    void (*layColors16)(const uint32_t* red, const uint32_t* green, const uint32_t* blue, const uint8_t* mask,
+                        void* pixels, int32_t count);
 
     /// As splitColors16, for float pixels. True if sums of products of these numbers and taps are exact in whatever order they
     /// are added: a product has 24 and 15 of a double's 53 bits, and 14 are left for how far the numbers differ in size. So are
@@ -79,8 +85,8 @@ struct Kernels {
     void (*weighDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
     /// The same where they are exact in any order, all taps but the first up to a half.
     void (*weighExactDoubles)(const WeighedLines<double>& lines, const double* taps, int32_t reach);
-    /// means[i] = sums[i] * (32768 / weights[i]).
-    void (*coreMeans32)(const double* sums, const uint32_t* weights, float* means, int32_t count);
+    /// means[i] = sums[i] * (32768 / weight), with the weights' reciprocals.
+    void (*coreMeans32)(const double* sums, const double* reciprocal, float* means, int32_t count);
     /// The same where every weight is 32768.
     void (*wholeMeans32)(const double* sums, float* means, int32_t count);
     /// means[i] = sums[i] * (32768 / weights[i] * (1 - tailShare)) + boxes[i] / counts[i] * tailShare, without the first product
@@ -91,6 +97,8 @@ struct Kernels {
     void (*flatMeans32)(const double* sums, const uint32_t* counts, float* means, int32_t count);
     void (*mergeColors32)(const float* red, const float* green, const float* blue, void* pixels,
                           int32_t count);
+    void (*layColors32)(const float* red, const float* green, const float* blue, const uint8_t* mask,
+                        void* pixels, int32_t count);
 };
 
 /// The set in use: the widest that this machine has, unless another one was asked for.

@@ -30,6 +30,13 @@ protected:
         return made;
     }
     int32_t width() { return random.between(1, 150); }
+    std::vector<uint8_t> maskOf(int32_t count) {
+        std::vector<uint8_t> mask(at(count));
+        for (uint8_t& byte : mask) {
+            byte = random.chance(60) ? static_cast<uint8_t>(random.between(1, 255)) : uint8_t{0};
+        }
+        return mask;
+    }
 
     Random random{91};
 };
@@ -41,12 +48,9 @@ TEST_P(KernelResultTest, TakesPixelsOf16BitsApart) {
         const int32_t count = width();
         const bool high = random.chance(20);
         std::vector<uint16_t> pixels(at(4 * count));
-        std::vector<uint8_t> mask(at(count));
+        const std::vector<uint8_t> mask = maskOf(count);
         for (uint16_t& channel : pixels) {
             channel = static_cast<uint16_t>(random.below(high ? 65536 : 49152));
-        }
-        for (uint8_t& byte : mask) {
-            byte = random.chance(60) ? static_cast<uint8_t>(random.between(1, 255)) : uint8_t{0};
         }
         Numbers planes[3] = {Numbers(padded(count)), Numbers(padded(count)), Numbers(padded(count))};
         Numbers alpha(padded(count));
@@ -152,7 +156,9 @@ TEST_P(KernelResultTest, DividesAsWholeNumbersDo) {
         Numbers core(padded(count));
         Numbers mixed(padded(count));
         Numbers flat(padded(count));
-        kernel().coreMeans16(sums.data(), weights.data(), core.data(), count);
+        std::vector<double> reciprocals(at(count));
+        kernel().reciprocals(weights.data(), reciprocals.data(), count);
+        kernel().coreMeans16(sums.data(), weights.data(), reciprocals.data(), core.data(), count);
         kernel().mixedMeans16(boxes.data(), counts.data(), sums.data(), weights.data(), tail, mixed.data(),
                               count);
         Numbers wrapped = boxes;
@@ -184,10 +190,17 @@ TEST_P(KernelResultTest, PutsColoursIntoPixelsOf16Bits) {
         const std::vector<uint16_t> before = pixels;
         const Numbers planes[3] = {numbers(count, 65536), numbers(count, 65536), numbers(count, 65536)};
         kernel().mergeColors16(planes[0].data(), planes[1].data(), planes[2].data(), pixels.data(), count);
+        const std::vector<uint8_t> mask = maskOf(count);
+        std::vector<uint16_t> laid = before;
+        kernel().layColors16(planes[0].data(), planes[1].data(), planes[2].data(), mask.data(), laid.data(),
+                             count);
         for (int32_t i = 0; i < count; ++i) {
             ASSERT_EQ(pixels[at(4 * i)], before[at(4 * i)]);
             for (int32_t c = 0; c < 3; ++c) {
                 ASSERT_EQ(pixels[at(4 * i + 1 + c)], planes[c][at(i)]);
+            }
+            for (int32_t c = 0; c < 4; ++c) {
+                ASSERT_EQ(laid[at(4 * i + c)], (mask[at(i)] != 0 ? pixels : before)[at(4 * i + c)]);
             }
         }
     }
@@ -216,12 +229,9 @@ TEST_P(KernelResultTest, TakesFloatPixelsApartAndPutsColoursBack) {
     for (int round = 0; round < kRounds; ++round) {
         const int32_t count = width();
         std::vector<float> pixels(at(4 * count));
-        std::vector<uint8_t> mask(at(count));
+        const std::vector<uint8_t> mask = maskOf(count);
         for (float& channel : pixels) {
             channel = anyFloat(random);
-        }
-        for (uint8_t& byte : mask) {
-            byte = random.chance(60) ? static_cast<uint8_t>(random.between(1, 255)) : uint8_t{0};
         }
         std::vector<double> planes[3] = {std::vector<double>(padded(count)),
                                          std::vector<double>(padded(count)),
@@ -247,7 +257,13 @@ TEST_P(KernelResultTest, TakesFloatPixelsApartAndPutsColoursBack) {
         }
         std::vector<float> merged = pixels;
         kernel().mergeColors32(back[0].data(), back[1].data(), back[2].data(), merged.data(), count);
+        std::vector<float> laid = pixels;
+        kernel().layColors32(back[0].data(), back[1].data(), back[2].data(), mask.data(), laid.data(), count);
         for (int32_t i = 0; i < count; ++i) {
+            for (int32_t c = 0; c < 4; ++c) {
+                ASSERT_EQ(std::bit_cast<uint32_t>(laid[at(4 * i + c)]),
+                          std::bit_cast<uint32_t>((mask[at(i)] != 0 ? merged : pixels)[at(4 * i + c)]));
+            }
             ASSERT_EQ(std::bit_cast<uint32_t>(merged[at(4 * i)]), std::bit_cast<uint32_t>(pixels[at(4 * i)]));
             for (int32_t c = 0; c < 3; ++c) {
                 ASSERT_EQ(bitsOf(static_cast<double>(merged[at(4 * i + 1 + c)])),
@@ -404,7 +420,9 @@ TEST_P(KernelResultTest, MakesMeansOfFloats) {
         const double share = random.between(1, 32768) / 32768.0;
         std::vector<float> core(padded(count));
         std::vector<float> mixed(padded(count));
-        kernel().coreMeans32(sums.data(), weights.data(), core.data(), count);
+        std::vector<double> reciprocals(at(count));
+        kernel().reciprocals(weights.data(), reciprocals.data(), count);
+        kernel().coreMeans32(sums.data(), reciprocals.data(), core.data(), count);
         kernel().mixedMeans32(boxes.data(), counts.data(), sums.data(), weights.data(), share, mixed.data(),
                               count);
         for (int32_t i = 0; i < count; ++i) {

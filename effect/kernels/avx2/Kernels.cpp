@@ -16,6 +16,7 @@ struct Avx2 {
     static constexpr int kMirrored = kHasManyRegisters ? 5 : 2;
     using ShortMirror = Avx2;
     static constexpr int32_t kShortReach = 0;
+    static constexpr bool kStoresMasked = true;
     using Words = __m256i;
     static constexpr int32_t kWords = 8;
     static Words fill(uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }

@@ -29,6 +29,7 @@ struct Avx512 {
     // Loads of whole vectors cross the ends of cache lines, which a few taps do not make up for.
     using ShortMirror = Avx512Narrow;
     static constexpr int32_t kShortReach = 22;
+    static constexpr bool kStoresMasked = true;
     using Words = __m512i;
     static constexpr int32_t kWords = 16;
     static Words fill(uint32_t value) { return _mm512_set1_epi32(static_cast<int>(value)); }

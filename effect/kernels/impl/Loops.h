@@ -76,19 +76,27 @@ inline uint32_t atLeastOne(uint32_t divisor) {
     return divisor != 0 ? divisor : 1;
 }
 
+inline void reciprocals(const uint32_t* weights, double* __restrict reciprocal, int32_t count) {
+    for (int32_t i = 0; i < count; ++i) {
+        reciprocal[i] = 1.0 / static_cast<double>(static_cast<int32_t>(atLeastOne(weights[i])));
+    }
+}
+
 /// The quotient of whole numbers, sum below 2^31. The half keeps it so far from the next whole number that no rounding of
 /// double reaches one.
-inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
-    const double reciprocal = 1.0 / static_cast<double>(static_cast<int32_t>(divisor));
+inline uint32_t quotient(uint32_t sum, double reciprocal) {
     return static_cast<uint32_t>(
         static_cast<int32_t>((static_cast<double>(static_cast<int32_t>(sum)) + 0.5) * reciprocal));
 }
 
-inline void coreMeans16(const uint32_t* sums, const uint32_t* weights, uint32_t* __restrict means,
-                        int32_t count) {
+inline uint32_t quotient(uint32_t sum, uint32_t divisor) {
+    return quotient(sum, 1.0 / static_cast<double>(static_cast<int32_t>(divisor)));
+}
+
+inline void coreMeans16(const uint32_t* sums, const uint32_t* weights, const double* reciprocal,
+                        uint32_t* __restrict means, int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
-        const uint32_t weight = atLeastOne(weights[i]);
-        means[i] = quotient(sums[i] + (weight >> 1), weight);
+        means[i] = quotient(sums[i] + (weights[i] >> 1), reciprocal[i]);
     }
 }
 
@@ -119,15 +127,61 @@ inline void flatMeans16(const uint32_t* sums, const uint32_t* counts, uint32_t* 
     }
 }
 
+inline uint64_t coloredPixel16(const uint32_t* red, const uint32_t* green, const uint32_t* blue,
+                               const void* pixels, int32_t i) {
+    uint64_t pixel = pixel16At(pixels, i) & 0xFFFF;
+    pixel |= static_cast<uint64_t>(red[i] & 0xFFFF) << 16;
+    pixel |= static_cast<uint64_t>(green[i] & 0xFFFF) << 32;
+    pixel |= static_cast<uint64_t>(blue[i]) << 48;
+    return pixel;
+}
+
 inline void mergeColors16(const uint32_t* red, const uint32_t* green, const uint32_t* blue, void* pixels,
                           int32_t count) {
     auto* const bytes = static_cast<uint8_t*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
-        uint64_t pixel = pixel16At(pixels, i) & 0xFFFF;
-        pixel |= static_cast<uint64_t>(red[i] & 0xFFFF) << 16;
-        pixel |= static_cast<uint64_t>(green[i] & 0xFFFF) << 32;
-        pixel |= static_cast<uint64_t>(blue[i]) << 48;
+        const uint64_t pixel = coloredPixel16(red, green, blue, pixels, i);
         __builtin_memcpy(bytes + static_cast<int64_t>(i) * 8, &pixel, 8);
+    }
+}
+
+/// Calls `each(i)` where the mask is not 0. A list first: a mask may be as hard to foresee as a coin's fall.
+template <class Each>
+inline void forEachMaskedIn(const uint8_t* mask, int32_t count, const Each& each) {
+    constexpr int32_t kAtOnce = 128;
+    int32_t places[kAtOnce + 0UL];
+    for (int32_t from = 0; from < count; from += kAtOnce) {
+        const int32_t past = count - from < kAtOnce ? count : from + kAtOnce;
+        int32_t listed = 0;
+        for (int32_t i = from; i < past; ++i) {
+            places[listed] = i;
+            listed += mask[i] != 0 ? 1 : 0;
+        }
+        for (int32_t k = 0; k < listed; ++k) {
+            each(places[k]);
+        }
+    }
+}
+
+/// Pixels that are masked out are not written: somebody else may have them. `storesMasked`: the set has stores under a mask, which
+/// the loop becomes.
+template <bool storesMasked>
+inline void layColors16(const uint32_t* __restrict red, const uint32_t* __restrict green,
+                        const uint32_t* __restrict blue, const uint8_t* __restrict mask,
+                        void* __restrict pixels, int32_t count) {
+    auto* const bytes = static_cast<uint8_t*>(pixels);
+    const auto lay = [&](int32_t i) {
+        const uint64_t pixel = coloredPixel16(red, green, blue, pixels, i);
+        __builtin_memcpy(bytes + static_cast<int64_t>(i) * 8, &pixel, 8);
+    };
+    if constexpr (storesMasked) {
+        for (int32_t i = 0; i < count; ++i) {
+            if (mask[i] != 0) {
+                lay(i);
+            }
+        }
+    } else {
+        forEachMaskedIn(mask, count, lay);
     }
 }
 
@@ -198,10 +252,11 @@ inline bool splitAlpha32(const void* pixels, const uint8_t* mask, int32_t count,
     return sizes.sumsAreExact();
 }
 
-inline void coreMeans32(const double* sums, const uint32_t* weights, float* __restrict means, int32_t count) {
+/// A power of two times a rounded quotient is the rounded quotient of that power.
+inline void coreMeans32(const double* sums, const double* reciprocal, float* __restrict means,
+                        int32_t count) {
     for (int32_t i = 0; i < count; ++i) {
-        means[i] =
-            static_cast<float>(sums[i] * (32768.0 / static_cast<double>(static_cast<int32_t>(weights[i]))));
+        means[i] = static_cast<float>(sums[i] * (32768.0 * reciprocal[i]));
     }
 }
 
@@ -227,15 +282,26 @@ inline void flatMeans32(const double* sums, const uint32_t* counts, float* __res
     }
 }
 
+// One store a pixel.
+using WholeFloatPixel = float __attribute__((vector_size(16)));
+
 inline void mergeColors32(const float* red, const float* green, const float* blue, void* pixels,
                           int32_t count) {
-    // One store a pixel.
-    using Whole = float __attribute__((vector_size(16)));
     auto* const to = static_cast<FloatPixel*>(pixels);
     for (int32_t i = 0; i < count; ++i) {
-        const Whole pixel = {to[i].alpha, red[i], green[i], blue[i]};
+        const WholeFloatPixel pixel = {to[i].alpha, red[i], green[i], blue[i]};
         __builtin_memcpy(to + i, &pixel, sizeof pixel);
     }
+}
+
+inline void layColors32(const float* red, const float* green, const float* blue, const uint8_t* mask,
+                        void* pixels, int32_t count) {
+    auto* const to = static_cast<FloatPixel*>(pixels);
+    forEachMaskedIn(mask, count, [&](int32_t i) {
+        to[i].red = red[i];
+        to[i].green = green[i];
+        to[i].blue = blue[i];
+    });
 }
 
 } // namespace

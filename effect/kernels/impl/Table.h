@@ -19,11 +19,13 @@ constexpr Kernels tableOf(InstructionSet set) {
             .weighPairs = weighPairs<Set>,
             .addScaled = addScaled,
             .addScaledDoubles = addScaledDoubles,
+            .reciprocals = reciprocals,
             .coreMeans16 = coreMeans16,
             .wholeMeans16 = wholeMeans16,
             .mixedMeans16 = mixedMeans16,
             .flatMeans16 = flatMeans16,
             .mergeColors16 = mergeColors16,
+            .layColors16 = layColors16<Set::kStoresMasked>,
             .splitColors32 = splitColors32,
             .splitAlpha32 = splitAlpha32,
             .weighDoubles = weighDoubles<Set>,
@@ -32,7 +34,8 @@ constexpr Kernels tableOf(InstructionSet set) {
             .wholeMeans32 = wholeMeans32,
             .mixedMeans32 = mixedMeans32,
             .flatMeans32 = flatMeans32,
-            .mergeColors32 = mergeColors32};
+            .mergeColors32 = mergeColors32,
+            .layColors32 = layColors32};
 }
 
 } // namespace

@@ -11,6 +11,7 @@ struct Plain {
     static constexpr int kVectorsOfThree = 8;
     static constexpr int kSharedByOne = 16;
     static constexpr int kSharedByThree = 8;
+    static constexpr bool kStoresMasked = false;
     using Words = uint32_t;
     static constexpr int32_t kWords = 1;
     static Words fill(uint32_t value) { return value; }

@@ -16,6 +16,7 @@ struct Sse2 {
     static constexpr int kMirrored = kHasManyRegisters ? 5 : 2;
     using ShortMirror = Sse2;
     static constexpr int32_t kShortReach = 0;
+    static constexpr bool kStoresMasked = false;
     using Words = __m128i;
     static constexpr int32_t kWords = 4;
     static Words fill(uint32_t value) { return _mm_set1_epi32(static_cast<int>(value)); }
