@@ -16,7 +16,6 @@
 #include <ctime>
 #include <stdexcept>
 #include <string>
-#include <vector>
 
 namespace kovalune::bench {
 namespace {
@@ -35,9 +34,8 @@ constexpr Depth kDepthOf = format == PF_PixelFormat_ARGB32   ? Depth::kByte
 class HostImage {
 public:
     HostImage(Depth depth, int width, int height, AlphaKind alpha)
-        : bytes_(openfx::bytesOf(depth) * 4 * static_cast<std::size_t>(width) *
-                 static_cast<std::size_t>(height)) {
-        block_.data = bytes_.data();
+        : memory_(openfx::formatOf(depth), width, height) {
+        block_.data = memory_.row(0);
         block_.rowBytes = static_cast<std::ptrdiff_t>(openfx::bytesOf(depth) * 4) * width;
         block_.bounds = {0, 0, width, height};
         block_.depth = depth;
@@ -47,7 +45,7 @@ public:
     const PixelBlock& block() const { return block_; }
 
 private:
-    std::vector<std::byte> bytes_;
+    host::Image memory_; ///< in as large pages of memory as the reference host's own pictures
     PixelBlock block_;
 };
 
