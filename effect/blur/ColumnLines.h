@@ -172,7 +172,9 @@ private:
         uint64_t all = kOnes;
         for (int32_t r = 0; r < kRows; ++r) {
             uint8_t row[std::size_t{kColumns}] = {};
-            if (r < rows) {
+            if (r < rows && columns == kColumns) {
+                std::memcpy(row, mask.row(y + r) + left, sizeof row); // one load
+            } else if (r < rows) {
                 std::memcpy(row, mask.row(y + r) + left, static_cast<std::size_t>(columns));
             }
             for (int32_t word = 0; word < kWords; ++word) {
