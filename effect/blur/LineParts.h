@@ -59,6 +59,7 @@ void forEachStretch(const uint8_t* mask, int32_t count, int32_t reach, const Str
     while (first < count) {
         int32_t last = first;
         if constexpr (Scan::kWindowHasHoles) {
+            last = nextMaskedOut(mask, first, count) - 1; // mostly all there is
             // The furthest pixel that is near enough, again and again.
             for (bool grows = true; grows;) {
                 const int32_t limit = std::min(count, last + 1 + std::max(reach, 1));
