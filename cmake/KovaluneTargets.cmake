@@ -36,6 +36,8 @@ set(KOVALUNE_SANITIZE "" CACHE STRING "address (with undefined behaviour), threa
 add_library(kovalune_sanitizers INTERFACE)
 if(KOVALUNE_SANITIZE STREQUAL "address")
   set(flags -fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  # An index past a vector's or a span's end may still lie in its memory.
+  target_compile_definitions(kovalune_sanitizers INTERFACE _GLIBCXX_ASSERTIONS)
 elseif(KOVALUNE_SANITIZE STREQUAL "thread")
   set(flags -fsanitize=thread -fno-omit-frame-pointer)
 elseif(KOVALUNE_SANITIZE STREQUAL "memory")
