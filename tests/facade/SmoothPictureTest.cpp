@@ -117,6 +117,14 @@ const BadCall kBadCalls[] = {
      [](PictureView& s, WritablePictureView&) { s.height = 0; }},
     {"NegativeSides", PF_Err_BAD_CALLBACK_PARAM,
      [](PictureView& s, WritablePictureView& d) { s.width = d.width = -1, s.height = d.height = -4; }},
+    {"ANegativeWidthAlone", PF_Err_BAD_CALLBACK_PARAM,
+     [](PictureView& s, WritablePictureView& d) { s.width = d.width = -1; }},
+    {"ANegativeHeightAlone", PF_Err_BAD_CALLBACK_PARAM,
+     [](PictureView& s, WritablePictureView& d) { s.height = d.height = -1; }},
+    {"ALongSideOfNoPixel", PF_Err_BAD_CALLBACK_PARAM,
+     [](PictureView& s, WritablePictureView& d) {
+         s.width = d.width = 0, s.height = d.height = kLongestSide + 1;
+     }},
     {"SidesTooLong", PF_Err_BAD_CALLBACK_PARAM,
      [](PictureView& s, WritablePictureView& d) { s.height = d.height = kLongestSide + 1; }},
     {"AWidthBeyondThatOfWorlds", PF_Err_BAD_CALLBACK_PARAM,

@@ -153,9 +153,10 @@ TEST_P(KernelResultTest, DividesAsWholeNumbersDo) {
             }
         }
         const auto tail = static_cast<uint32_t>(random.between(1, 32768));
-        Numbers core(padded(count));
-        Numbers mixed(padded(count));
-        Numbers flat(padded(count));
+        constexpr uint32_t kUntouched = 0xABABABAB;
+        Numbers core(padded(count), kUntouched);
+        Numbers mixed = core;
+        Numbers flat = core;
         std::vector<double> reciprocals(at(count));
         kernel().reciprocals(weights.data(), reciprocals.data(), count);
         kernel().coreMeans16(sums.data(), weights.data(), reciprocals.data(), core.data(), count);
@@ -166,6 +167,9 @@ TEST_P(KernelResultTest, DividesAsWholeNumbersDo) {
             box = random.chance(50) ? box : random.next();
         }
         kernel().flatMeans16(wrapped.data(), counts.data(), flat.data(), count);
+        for (const Numbers* const means : {&core, &mixed, &flat}) {
+            ASSERT_EQ((*means)[at(count)], kUntouched);
+        }
         for (int32_t i = 0; i < count; ++i) {
             const uint32_t weight = weights[at(i)];
             const uint32_t sum = sums[at(i)];
@@ -418,13 +422,16 @@ TEST_P(KernelResultTest, MakesMeansOfFloats) {
             boxes[at(i)] = random.unit() * counts[at(i)];
         }
         const double share = random.between(1, 32768) / 32768.0;
-        std::vector<float> core(padded(count));
-        std::vector<float> mixed(padded(count));
+        constexpr float kUntouched = -7.0F;
+        std::vector<float> core(padded(count), kUntouched);
+        std::vector<float> mixed = core;
         std::vector<double> reciprocals(at(count));
         kernel().reciprocals(weights.data(), reciprocals.data(), count);
         kernel().coreMeans32(sums.data(), reciprocals.data(), core.data(), count);
         kernel().mixedMeans32(boxes.data(), counts.data(), sums.data(), weights.data(), share, mixed.data(),
                               count);
+        ASSERT_EQ(core[at(count)], kUntouched);
+        ASSERT_EQ(mixed[at(count)], kUntouched);
         for (int32_t i = 0; i < count; ++i) {
             const double weight = weights[at(i)];
             const double box = boxes[at(i)] / counts[at(i)] * share;

@@ -144,6 +144,14 @@ TEST(ExactCos, GivesTheKnownBits) {
     }
 }
 
+/// Some 2^-89 of their size away from the middle between two doubles.
+TEST(ExactPow, GivesTheReciprocalsThatAreHardestToRound) {
+    for (const double x : {0x1.9a7bd7bb87411p+52, 0x1.9d140dc70fd79p+52, 0x1.d4ad3d1b4026dp+52,
+                           0x1.8ace762a96cf5p+52, 0x1.92a4c16c02813p+52}) {
+        EXPECT_TRUE(sameBits(pow(x, -1.0), 1.0 / x)) << std::hexfloat << x;
+    }
+}
+
 // ---- Special values
 
 TEST(ExactExp, TreatsSpecialValues) {

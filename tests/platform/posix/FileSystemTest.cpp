@@ -1,6 +1,7 @@
 // Rights, links and paths as only POSIX systems have them.
 
 #include "effect/platform/Platform.h"
+#include "effect/platform/posix/File.h"
 #include "tests/platform/TemporaryFolder.h"
 
 #include <cerrno>
@@ -12,6 +13,17 @@ using namespace platform;
 namespace {
 
 namespace fs = std::filesystem;
+
+TEST(PosixFileDescriptor, ClosesOnceAndTellsWhatTheSystemSays) {
+    const TemporaryFolder folder;
+    folder.write("file", "x");
+    FileDescriptor file = openForReading(folder.file("file").c_str());
+    EXPECT_TRUE(file.isOpen());
+    EXPECT_TRUE(file.close());
+    EXPECT_FALSE(file.isOpen());
+    EXPECT_TRUE(file.close()); // nothing is lost by what is not open
+    EXPECT_FALSE(FileDescriptor(1 << 20).close());
+}
 
 TEST(PosixCreateFolders, AreForTheOwnerAlone) {
     const TemporaryFolder folder;
