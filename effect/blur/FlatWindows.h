@@ -53,10 +53,11 @@ template <class Keys, class Flat, class Mixed>
 void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Keys& keys, const Flat& flat,
                       const Mixed& mixed) {
     constexpr int32_t kPatience = 4; // windows in a row that are not flat
+    constexpr int32_t kFurther = 16; // pixels more with each that follows
     constexpr int32_t kMostPassedOver = 128;
     const auto [first, last] = stretch;
     int32_t told = first; // everything before has been handed out
-    int32_t passedOver = -16 * kPatience;
+    int32_t passedOver = -kFurther * kPatience;
     for (int32_t x = first; x <= last;) {
         const int32_t right = std::min(last, x + reach);
         const int32_t like = endOfMaskedIn(mask, first, right + 1) - 1;
@@ -64,11 +65,11 @@ void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Ke
         const int32_t left = std::max(first, x - reach);
         const int32_t other = lastOther(mask, left, like, keys, key);
         if (other >= left) {
-            passedOver = std::min(passedOver + 16, kMostPassedOver);
+            passedOver = std::min(passedOver + kFurther, kMostPassedOver);
             x = std::max(other + reach + 1, x + passedOver);
             continue;
         }
-        passedOver = -16 * kPatience;
+        passedOver = -kFurther * kPatience;
         const int32_t next = firstOther(mask, right + 1, last + 1, keys, key);
         const int32_t past = next > last ? last + 1 : next - reach;
         if (told < x) {
