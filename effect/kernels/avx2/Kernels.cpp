@@ -1,5 +1,6 @@
 // AVX2 with FMA. A fused product may stand only where the product is exact by itself.
 #include "effect/kernels/Sets.h"
+#include "effect/kernels/impl/FourDoubles.h"
 #include "effect/kernels/impl/Table.h"
 
 #include <immintrin.h>
@@ -7,7 +8,7 @@
 namespace kovalune {
 namespace {
 
-struct Avx2 {
+struct Avx2 : FourDoubles {
     // Vectors of sums at once, of one line or of each of three: in the stated order, in any, and mirrored.
     static constexpr int kVectorsOfOne = kHasManyRegisters ? 8 : 4;
     static constexpr int kVectorsOfThree = 4;
@@ -19,6 +20,10 @@ struct Avx2 {
     static constexpr bool kStoresMasked = true;
     using Words = __m256i;
     static constexpr int32_t kWords = 8;
+    using FourDoubles::add;
+    using FourDoubles::fill;
+    using FourDoubles::load;
+    using FourDoubles::store;
     static Words fill(uint32_t value) { return _mm256_set1_epi32(static_cast<int>(value)); }
     static Words load(const uint32_t* from) {
         return _mm256_loadu_si256(reinterpret_cast<const __m256i*>(from));
@@ -34,14 +39,6 @@ struct Avx2 {
 
     /// Sums added up in another order would not fit the registers.
     static void keepInOrder(Words& sum) { asm("" : "+x"(sum)); }
-
-    using Doubles = __m256d;
-    static constexpr int32_t kDoubles = 4;
-    static Doubles fill(double value) { return _mm256_set1_pd(value); }
-    static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
-    static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
-    static Doubles plus(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
-    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm256_fmadd_pd(value, tap, sum); }
 };
 
 } // namespace

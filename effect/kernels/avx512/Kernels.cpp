@@ -1,5 +1,6 @@
 // AVX-512 with its instructions for bytes and words. A fused product may stand only where the product is exact by itself.
 #include "effect/kernels/Sets.h"
+#include "effect/kernels/impl/FourDoubles.h"
 #include "effect/kernels/impl/Table.h"
 
 #include <immintrin.h>
@@ -8,15 +9,8 @@ namespace kovalune {
 namespace {
 
 /// Vectors of half the width, in as many registers.
-struct Avx512Narrow {
+struct Avx512Narrow : FourDoubles {
     static constexpr int kMirrored = kHasManyRegisters ? 8 : 2;
-    using Doubles = __m256d;
-    static constexpr int32_t kDoubles = 4;
-    static Doubles fill(double value) { return _mm256_set1_pd(value); }
-    static Doubles load(const double* from) { return _mm256_loadu_pd(from); }
-    static void store(double* to, Doubles value) { _mm256_storeu_pd(to, value); }
-    static Doubles plus(Doubles a, Doubles b) { return _mm256_add_pd(a, b); }
-    static Doubles add(Doubles sum, Doubles value, Doubles tap) { return _mm256_fmadd_pd(value, tap, sum); }
 };
 
 struct Avx512 {
