@@ -20,14 +20,14 @@ template <class Set, int kVectors>
 class MirroredBlock {
 public:
     using Vector = typename Set::Doubles;
-    static constexpr int32_t kWidth = Set::kDoubles;
+    static constexpr intptr_t kWidth = Set::kDoubles;
 
     __attribute__((always_inline)) MirroredBlock(const double* line, const double* taps, int32_t reach) {
         const Vector centre = Set::fill(taps[0]);
         for (int v = 0; v < kVectors; ++v) {
             sums_[v] = Set::add(Set::fill(0.0), Set::load(line + v * kWidth), centre);
         }
-        for (int32_t first = 1; first <= kWidth && first <= reach; ++first) {
+        for (intptr_t first = 1; first <= kWidth && first <= reach; ++first) {
             left_ = line - first;
             right_ = line + first;
             taps_ = taps + first;
@@ -36,7 +36,7 @@ public:
                 lefts_[v] = Set::load(left_ + v * kWidth);
                 rights_[v] = Set::load(right_ + v * kWidth);
             }
-            for (int32_t turn = 0; addTurns<0>(turn); turn += kVectors) {
+            for (intptr_t turn = 0; addTurns<0>(turn); turn += kVectors) {
             }
         }
     }
@@ -51,7 +51,7 @@ private:
     /// kVectors turns, or those that are left: then false. Turn t is at t vectors' widths further out than the first; there
     /// vector v needs the left part v - t and the right part v + t, which stand at those numbers modulo kVectors.
     template <int kTurn>
-    __attribute__((always_inline)) bool addTurns(int32_t from) {
+    __attribute__((always_inline)) bool addTurns(intptr_t from) {
         if constexpr (kTurn < kVectors) {
             const intptr_t turn = from + kTurn;
             if (turn >= turns_) {
@@ -79,7 +79,7 @@ private:
     const double* left_;
     const double* right_;
     const double* taps_;
-    int32_t turns_;
+    intptr_t turns_;
 };
 
 /// One line from its sum `i` on, in blocks of kVectors vectors and what is left over in smaller ones.

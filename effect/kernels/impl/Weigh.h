@@ -178,11 +178,11 @@ struct PairTaps {
 template <class Set, int kChannels, int kVectors>
 inline void weighBlock(const WeighedLines<uint32_t>& lines, int32_t i, const PairTaps& with) {
     SumBlock<Set, uint32_t, kChannels, kVectors> sums(with.start);
-    const auto tapAt = [&](int32_t k) { return Set::fill(pairOf(with.taps + static_cast<intptr_t>(k) * 2)); };
+    const auto tapAt = [&](intptr_t k) { return Set::fill(pairOf(with.taps + k * 2)); };
     if constexpr (Set::kWords > 1) {
         sums.template addTaps<2>(lines, lines.line + i, with.tapPairs, tapAt);
     } else {
-        for (int32_t k = 0; k < with.tapPairs; ++k) {
+        for (intptr_t k = 0; k < with.tapPairs; ++k) {
             sums.addTap(lines, lines.line + i + 2 * k, tapAt(k));
         }
     }
