@@ -11,7 +11,6 @@ namespace kovalune::cli {
 
 namespace {
 
-using pictures::ColorBorder;
 using pictures::ColorPair;
 using pictures::ColorRegion;
 using pictures::FlatColor;

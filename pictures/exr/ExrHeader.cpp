@@ -266,6 +266,7 @@ const std::array<ExrCompression, 10> kExrCompressions = {{{"none", 1, 1, true, t
 
 std::vector<std::string> exrCompressionNames() {
     std::vector<std::string> names;
+    names.reserve(kExrCompressions.size());
     for (const ExrCompression& each : kExrCompressions) {
         names.emplace_back(each.name);
     }
