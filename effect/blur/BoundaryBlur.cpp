@@ -8,6 +8,7 @@
 #include "effect/blur/PlanarStretch.h"
 #include "effect/blur/WindowTotals.h"
 #include "effect/raster/MaskRuns.h"
+#include "effect/raster/WidePixels.h"
 #include "effect/share/Integers.h"
 
 #include <algorithm>
@@ -271,8 +272,8 @@ private:
             }
             meanColors(line, from, past, out);
         };
-        divideByFlatness(line.mask, run, line.reach, LineKeys<Format, Planar::visibleKey>{line.pixels}, flat,
-                         mixed);
+        divideByFlatness(line.mask, run, line.reach, LineKeys<Format, Common::kVisibleColor>{line.pixels},
+                         flat, mixed);
     }
 
     void meanColors(const Line<Pixel>& line, int32_t from, int32_t past, Pixel* out) {
@@ -307,7 +308,7 @@ private:
             }
             return true;
         };
-        return stretch_.divide(LineKeys<Format, Planar::alphaKey>{line.pixels},
+        return stretch_.divide(LineKeys<Format, Common::kAlpha>{line.pixels},
                                flatWindowsKeepTheirs<Format>(kernel_), flat,
                                [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
     }
@@ -352,25 +353,19 @@ PF_Err alphaGain(void* refcon, A_long /*thread*/, A_long i, A_long n) {
     const int32_t width = record.rect.width();
     const Band band = bandOf(record.rect.height(), i, n);
     // Neighbours are alike, and most of a layer is transparent or full.
-    using Channel = typename Format::Channel;
     const bool noneStaysNone = std::isfinite(record.amount);
-    Channel last = 0;
-    Channel gained = GainOf<Format>::gained(last, record.amount);
     for (int32_t y = band.first; y < band.end; ++y) {
         auto* const row = rowOf<Format>(*record.world, record.rect, y);
-        for (int32_t x = 0; x < width; ++x) {
-            const Channel alpha = row[x].alpha;
+        forEachAlpha<Format>(row, width, [&](int32_t x, int32_t end) {
+            const auto alpha = row[x].alpha;
             if (alpha == 0 && noneStaysNone) {
-                continue;
+                return;
             }
-            if (alpha != last) {
-                last = alpha;
-                gained = GainOf<Format>::gained(alpha, record.amount);
-            }
+            const auto gained = GainOf<Format>::gained(alpha, record.amount);
             if (gained != alpha) {
-                row[x].alpha = gained;
+                setAlpha<Format>(row + x, end - x, gained);
             }
-        }
+        });
     }
     return PF_Err_NONE;
 }

@@ -1,10 +1,12 @@
 #include "effect/blur/FinishingPasses.h"
 
 #include "effect/blur/AlphaCurve.h"
+#include "effect/blur/PlanarOf.h"
 #include "effect/raster/Bands.h"
 #include "effect/raster/MaskRuns.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
+#include "effect/raster/WidePixels.h"
 
 #include <algorithm>
 #include <type_traits>
@@ -86,6 +88,7 @@ public:
         return static_cast<uint16_t>(
             static_cast<int64_t>((under * under_ + over * over_) / (under_ + over_)));
     }
+    static constexpr bool kNoneStaysNone = true;
     static uint16_t product(uint16_t a, uint16_t b) {
         return static_cast<uint16_t>(uint32_t{a} * b >> Argb16::kScaleBits);
     }
@@ -105,6 +108,8 @@ public:
         return static_cast<float>((static_cast<double>(over) * over_ + static_cast<double>(under) * under_) /
                                   (under_ + over_));
     }
+    /// But for -0, an infinity and what is no number.
+    static constexpr bool kNoneStaysNone = false;
     /// The product in double, rounded: exact before, so that it is the product in float.
     static float product(float a, float b) { return a * b; }
 
@@ -128,9 +133,7 @@ template <class Format>
 struct ClearAlpha : PlainStep<Format, Where::kOutsideMask> {
     using PlainStep<Format, Where::kOutsideMask>::PlainStep;
     void operator()(typename Format::Pixel* dst, int32_t count) const {
-        for (int32_t i = 0; i < count; ++i) {
-            dst[i].alpha = 0;
-        }
+        setAlpha<Format>(dst, count, typename Format::Channel{0});
     }
 };
 
@@ -138,8 +141,16 @@ template <class Format>
 struct MultiplyAlpha : PlainStep<Format, Where::kOutsideMask> {
     using PlainStep<Format, Where::kOutsideMask>::PlainStep;
     void operator()(typename Format::Pixel* dst, const typename Format::Pixel* src, int32_t count) const {
-        for (int32_t i = 0; i < count; ++i) {
-            dst[i].alpha = MixOf<Format>::product(src[i].alpha, dst[i].alpha);
+        constexpr int32_t kMany = WidePixels<Format>::kCount;
+        for (int32_t i = 0; i < count;) {
+            const int32_t end = std::min(count, i + kMany);
+            if (MixOf<Format>::kNoneStaysNone && end - i == kMany &&
+                WidePixels<Format>(dst + i).areTransparent()) {
+                i = end;
+            }
+            for (; i < end; ++i) {
+                dst[i].alpha = MixOf<Format>::product(src[i].alpha, dst[i].alpha);
+            }
         }
     }
 };
@@ -149,20 +160,15 @@ struct ShapeAlpha : PlainStep<Format, Where::kInsideMask> {
     explicit ShapeAlpha(const FinishPassRecord& record)
         : PlainStep<Format, Where::kInsideMask>(record), curve(record.bias) {}
     void operator()(typename Format::Pixel* dst, int32_t count) {
-        for (int32_t i = 0; i < count; ++i) {
-            const typename Format::Channel alpha = dst[i].alpha;
-            if (alpha != 0) {
-                if (alpha != last) {
-                    last = alpha;
-                    shaped = curve(alpha);
-                }
-                dst[i].alpha = shaped;
+        forEachAlpha<Format>(dst, count, [&](int32_t first, int32_t end) {
+            const auto alpha = dst[first].alpha;
+            const auto shaped = alpha != 0 ? curve(alpha) : alpha;
+            if (shaped != alpha) {
+                setAlpha<Format>(dst + first, end - first, shaped);
             }
-        }
+        });
     }
     AlphaCurveOf<Format> curve;
-    typename Format::Channel last = 0; ///< neighbours are mostly the same; none is 0
-    typename Format::Channel shaped = 0;
 };
 
 template <class Format>
@@ -170,25 +176,26 @@ struct ComposeOver : PlainStep<Format, Where::kEverywhere> {
     using Pixel = typename Format::Pixel;
     using PlainStep<Format, Where::kEverywhere>::PlainStep;
     void operator()(Pixel* dst, const Pixel* src, int32_t count) const {
-        for (int32_t i = 0; i < count; ++i) {
-            if (src[i].alpha != 0) {
-                compose(dst[i], src[i]);
+        forEachAlpha<Format>(src, count, [&](int32_t first, int32_t end) {
+            const auto alpha = src[first].alpha;
+            if (alpha == Format::kFullScale) {
+                for (int32_t i = first; i < end; ++i) {
+                    PlanarOf<Format>::layColors(src[i], dst[i]);
+                }
+            } else if (alpha != 0) {
+                for (int32_t i = first; i < end; ++i) {
+                    mix(src[i], dst[i]);
+                }
             }
-        }
+        });
     }
 
 private:
-    static void compose(Pixel& dst, const Pixel& src) {
-        if (src.alpha == Format::kFullScale) {
-            dst.red = src.red;
-            dst.green = src.green;
-            dst.blue = src.blue;
-            return;
-        }
-        const MixOf<Format> mix(src.alpha, dst.alpha);
-        dst.red = mix(src.red, dst.red);
-        dst.green = mix(src.green, dst.green);
-        dst.blue = mix(src.blue, dst.blue);
+    static void mix(const Pixel& src, Pixel& dst) {
+        const MixOf<Format> mixed(src.alpha, dst.alpha);
+        dst.red = mixed(src.red, dst.red);
+        dst.green = mixed(src.green, dst.green);
+        dst.blue = mixed(src.blue, dst.blue);
     }
 };
 

@@ -2,29 +2,46 @@
 #pragma once
 
 #include "effect/blur/PlanarOf.h"
+#include "effect/raster/WidePixels.h"
 
 #include <cstdint>
 
 namespace kovalune {
 
-/// What has to be the same in all counted pixels of a window for their mean to be theirs, for FlatWindows.h. `keyOf` is one of
-/// the two keys of PlanarOf.
-template <class Format, auto keyOf>
+/// What has to be the same in all counted pixels of a window for their mean to be theirs, for FlatWindows.h. What is transparent
+/// has no visible colour.
+enum class Common { kColor, kVisibleColor, kAlpha };
+
+template <class Format, Common common>
 struct LineKeys {
     const typename Format::Pixel* pixels;
 
-    auto of(int32_t x) const { return keyOf(pixels[x]); }
+    auto of(int32_t x) const {
+        if constexpr (common == Common::kColor) {
+            return Planar::colorKey(pixels[x]);
+        } else if constexpr (common == Common::kVisibleColor) {
+            return Planar::visibleKey(pixels[x]);
+        } else {
+            return Planar::alphaKey(pixels[x]);
+        }
+    }
 
-    static constexpr int32_t kAtOnce = 16;
+    static constexpr int32_t kAtOnce = WidePixels<Format>::kCount;
 
     /// Whether kAtOnce pixels from `x` on have this key.
     template <class Key>
     bool areSame(int32_t x, const Key& key) const {
-        auto different = PlanarOf<Format>::keyDifference(key, key);
-        for (int32_t i = 0; i < kAtOnce; ++i) {
-            different |= PlanarOf<Format>::keyDifference(keyOf(pixels[x + i]), key);
+        const WidePixels<Format> wide(pixels + x);
+        if constexpr (common == Common::kVisibleColor) {
+            if (key == Planar::kTransparentKey) {
+                return wide.areTransparent();
+            }
+            return wide.haveColor(Planar::pixelWith(key)) && wide.areVisible();
+        } else if constexpr (common == Common::kColor) {
+            return wide.haveColor(Planar::pixelWith(key));
+        } else {
+            return wide.haveAlpha(Planar::pixelWith(key));
         }
-        return different == 0;
     }
 
     /// Some pixels at a time.
@@ -35,6 +52,9 @@ struct LineKeys {
         }
         return x;
     }
+
+private:
+    using Planar = PlanarOf<Format>;
 };
 
 } // namespace kovalune

@@ -39,12 +39,14 @@ struct PlanarOf<Argb16> {
         std::memcpy(&key, &pixel, sizeof key);
         return key & ~uint64_t{0xFFFF};
     }
-    /// A bit where two keys of one kind differ.
-    template <class Key>
-    static Key keyDifference(Key a, Key b) {
-        return static_cast<Key>(a ^ b);
-    }
     static uint16_t alphaKey(const Argb16::Pixel& pixel) { return pixel.alpha; }
+    /// A pixel with this key, of a colour or of an alpha.
+    static Argb16::Pixel pixelWith(uint64_t key) {
+        Argb16::Pixel pixel;
+        std::memcpy(&pixel, &key, sizeof pixel);
+        return pixel;
+    }
+    static Argb16::Pixel pixelWith(uint16_t alpha) { return {alpha, 0, 0, 0}; }
     static bool isFinite(const Argb16::Pixel& /*pixel*/) { return true; }
     static bool isFinite(uint16_t /*channel*/) { return true; }
     /// What a mean of this channel alone is.
@@ -112,8 +114,9 @@ struct PlanarOf<Argb16> {
         kernels().flatMeans16(sums, counts, means, count);
     }
     /// A key of its own for all that is transparent.
+    static constexpr uint64_t kTransparentKey = 0xFFFF;
     static uint64_t visibleKey(const Argb16::Pixel& pixel) {
-        return pixel.alpha != 0 ? colorKey(pixel) : uint64_t{0xFFFF};
+        return pixel.alpha != 0 ? colorKey(pixel) : kTransparentKey;
     }
     /// Alpha stays.
     static void layColors(const Argb16::Pixel& result, Argb16::Pixel& target) {
@@ -188,10 +191,6 @@ struct PlanarOf<Argb32> {
         uint64_t blue;
         bool operator==(const ColorKey&) const = default;
     };
-    static uint64_t keyDifference(const ColorKey& a, const ColorKey& b) {
-        return (a.redAndGreen ^ b.redAndGreen) | (a.blue ^ b.blue);
-    }
-    static uint32_t keyDifference(uint32_t a, uint32_t b) { return a ^ b; }
     static ColorKey colorKey(const Argb32::Pixel& pixel) {
         ColorKey key;
         std::memcpy(&key.redAndGreen, &pixel.red, sizeof key.redAndGreen);
@@ -208,6 +207,18 @@ struct PlanarOf<Argb32> {
         uint32_t key = 0;
         std::memcpy(&key, &pixel.alpha, sizeof key);
         return key;
+    }
+    static Argb32::Pixel pixelWith(const ColorKey& key) {
+        Argb32::Pixel pixel{};
+        std::memcpy(&pixel.red, &key.redAndGreen, sizeof key.redAndGreen);
+        const auto blue = static_cast<uint32_t>(key.blue);
+        std::memcpy(&pixel.blue, &blue, sizeof blue);
+        return pixel;
+    }
+    static Argb32::Pixel pixelWith(uint32_t alpha) {
+        Argb32::Pixel pixel{};
+        std::memcpy(&pixel.alpha, &alpha, sizeof alpha);
+        return pixel;
     }
     /// A sum that starts at 0 never becomes -0.
     static float fromSum(float channel) { return channel + 0.0F; }
@@ -252,8 +263,9 @@ struct PlanarOf<Argb32> {
     static void flatMeans(const Sum* sums, const uint32_t* counts, Mean* means, int32_t count) {
         kernels().flatMeans32(sums, counts, means, count);
     }
+    static constexpr ColorKey kTransparentKey = {0, ~uint64_t{0}};
     static ColorKey visibleKey(const Argb32::Pixel& pixel) {
-        return pixel.alpha != 0 ? colorKey(pixel) : ColorKey{0, ~uint64_t{0}};
+        return pixel.alpha != 0 ? colorKey(pixel) : kTransparentKey;
     }
     static void layColors(const Argb32::Pixel& result, Argb32::Pixel& target) {
         std::memcpy(&target.red, &result.red, 3 * sizeof result.red);
