@@ -3,6 +3,7 @@
 #include "effect/raster/Bands.h"
 #include "effect/raster/PixelTraits.h"
 #include "effect/raster/Rows.h"
+#include "effect/raster/WidePixels.h"
 
 #include <algorithm>
 #include <utility>
@@ -11,21 +12,17 @@ namespace kovalune {
 namespace {
 
 constexpr int32_t kTile = 4096;
-constexpr int32_t kStep = 64;
 
 /// The elements of some pixels; `columns` gathers what any row of the band holds. Whether anything is covered.
 template <class Format>
 bool cover(const typename Format::Pixel* src, int32_t count, uint8_t value, uint8_t* elements,
            uint8_t* columns) {
-    uint8_t shown[kStep];
-    for (int32_t x = 0; x < count; ++x) {
-        shown[x] = src[x].alpha != 0 ? value : uint8_t{0};
-    }
-    std::copy_n(shown, count, elements);
     uint8_t any = 0;
     for (int32_t x = 0; x < count; ++x) {
-        columns[x] |= shown[x];
-        any |= shown[x];
+        const uint8_t shown = src[x].alpha != 0 ? value : uint8_t{0};
+        elements[x] = shown;
+        columns[x] |= shown;
+        any |= shown;
     }
     return any != 0;
 }
@@ -33,10 +30,20 @@ bool cover(const typename Format::Pixel* src, int32_t count, uint8_t value, uint
 template <class Format>
 bool coverColumns(const typename Format::Pixel* src, int32_t count, uint8_t value, uint8_t* elements,
                   uint8_t* columns) {
+    constexpr int32_t kMany = WidePixels<Format>::kCount;
     bool any = false;
     int32_t x = 0;
-    for (; x + kStep <= count; x += kStep) {
-        any = cover<Format>(src + x, kStep, value, elements + x, columns + x) || any;
+    for (; x + kMany <= count; x += kMany) {
+        const WidePixels<Format> pixels(src + x);
+        if (pixels.areTransparent()) {
+            std::fill_n(elements + x, kMany, uint8_t{0});
+        } else if (pixels.areVisible()) {
+            std::fill_n(elements + x, kMany, value);
+            std::fill_n(columns + x, kMany, value);
+            any = any || value != 0;
+        } else {
+            any = cover<Format>(src + x, kMany, value, elements + x, columns + x) || any;
+        }
     }
     return cover<Format>(src + x, count - x, value, elements + x, columns + x) || any;
 }

@@ -32,33 +32,39 @@ LineRange activeRange(const uint8_t* active, int32_t count) {
     return {static_cast<int32_t>(first - active), end};
 }
 
-// Elements are taken eight at a time, as the bytes of one number: rows, summaries and other planes may lie in one block, so
-// that a compiler has to take them for the same bytes.
+// Elements are taken sixteen at a time, as a vector: rows, summaries and other planes may lie in one block, so that a compiler
+// has to take them for the same bytes.
 
-uint64_t eightAt(const uint8_t* bytes) {
-    uint64_t eight = 0;
-    std::memcpy(&eight, bytes, sizeof eight);
-    return eight;
+constexpr int32_t kSixteen = 16;
+using Sixteen = uint8_t __attribute__((vector_size(kSixteen)));
+
+Sixteen sixteenAt(const uint8_t* bytes) {
+    Sixteen sixteen;
+    std::memcpy(&sixteen, bytes, sizeof sixteen);
+    return sixteen;
 }
 
-void setEight(uint8_t* bytes, uint64_t eight) {
-    std::memcpy(bytes, &eight, sizeof eight);
+void setSixteen(uint8_t* bytes, const Sixteen& sixteen) {
+    std::memcpy(bytes, &sixteen, sizeof sixteen);
 }
 
-constexpr uint64_t kOnes = ~uint64_t{0} / 0xff;
-
-/// 1 for each byte that is not 0.
-uint64_t heldOf(uint64_t eight) {
-    constexpr uint64_t kLowBits = kOnes * 0x7f;
-    return (((eight & kLowBits) + kLowBits) | eight) >> 7 & kOnes;
+/// All bits of each byte that is not 0.
+Sixteen heldOf(const Sixteen& sixteen) {
+    return reinterpret_cast<Sixteen>(sixteen != Sixteen{});
 }
 
-/// Calls `eight(x)` for eight elements at a time and `one(x)` for what is left over.
-template <class Eight, class One>
-void forEachElement(int32_t count, const Eight& eight, const One& one) {
+bool hasAny(const Sixteen& sixteen) {
+    uint64_t words[2];
+    std::memcpy(words, &sixteen, sizeof words);
+    return (words[0] | words[1]) != 0;
+}
+
+/// Calls `sixteen(x)` for sixteen elements at a time and `one(x)` for what is left over.
+template <class Many, class One>
+void forEachElement(int32_t count, const Many& sixteen, const One& one) {
     int32_t x = 0;
-    for (; x + 8 <= count; x += 8) {
-        eight(x);
+    for (; x + kSixteen <= count; x += kSixteen) {
+        sixteen(x);
     }
     for (; x < count; ++x) {
         one(x);
@@ -67,65 +73,66 @@ void forEachElement(int32_t count, const Eight& eight, const One& one) {
 
 /// Marks the columns of a row's non-zero elements. Whether there are any.
 bool markHeld(const uint8_t* elements, int32_t count, uint8_t* colActive) {
-    uint64_t any = 0;
+    Sixteen any{};
+    uint8_t anyLeft = 0;
     forEachElement(
         count,
         [&](int32_t x) {
-            const uint64_t eight = eightAt(elements + x);
-            if (eight != 0) {
-                any |= eight;
-                setEight(colActive + x, eightAt(colActive + x) | heldOf(eight));
-            }
+            const Sixteen own = sixteenAt(elements + x);
+            any |= own;
+            setSixteen(colActive + x, sixteenAt(colActive + x) | (heldOf(own) & 1));
         },
         [&](int32_t x) {
-            any |= elements[x];
+            anyLeft |= elements[x];
             colActive[x] |= static_cast<uint8_t>(elements[x] != 0);
         });
-    return any != 0;
+    return hasAny(any) || anyLeft != 0;
 }
 
 /// Puts a row's non-zero elements into another row, and marks their columns. Whether there are any.
 bool putHeld(const uint8_t* added, int32_t count, uint8_t* elements, uint8_t* colActive) {
-    uint64_t any = 0;
+    Sixteen any{};
+    uint8_t anyLeft = 0;
     forEachElement(
         count,
         [&](int32_t x) {
-            const uint64_t eight = eightAt(added + x);
-            if (eight != 0) {
-                any |= eight;
-                const uint64_t held = heldOf(eight);
-                setEight(elements + x, (eightAt(elements + x) & ~(held * 0xff)) | eight);
-                setEight(colActive + x, eightAt(colActive + x) | held);
+            const Sixteen own = sixteenAt(added + x);
+            if (hasAny(own)) {
+                any |= own;
+                const Sixteen held = heldOf(own);
+                setSixteen(elements + x, (sixteenAt(elements + x) & ~held) | own);
+                setSixteen(colActive + x, sixteenAt(colActive + x) | (held & 1));
             }
         },
         [&](int32_t x) {
             if (added[x] != 0) {
-                any = 1;
+                anyLeft = 1;
                 elements[x] = added[x];
                 colActive[x] = 1;
             }
         });
-    return any != 0;
+    return hasAny(any) || anyLeft != 0;
 }
 
 /// 0 becomes 1 and all else 0, and the columns of what is 1 then are marked. Whether there is any.
 bool invertHeld(uint8_t* elements, int32_t count, uint8_t* colActive) {
-    uint64_t any = 0;
+    Sixteen any{};
+    uint8_t anyLeft = 0;
     forEachElement(
         count,
         [&](int32_t x) {
-            const uint64_t inverted = heldOf(eightAt(elements + x)) ^ kOnes;
-            setEight(elements + x, inverted);
-            setEight(colActive + x, eightAt(colActive + x) | inverted);
+            const Sixteen inverted = ~heldOf(sixteenAt(elements + x)) & 1;
+            setSixteen(elements + x, inverted);
+            setSixteen(colActive + x, sixteenAt(colActive + x) | inverted);
             any |= inverted;
         },
         [&](int32_t x) {
             const auto inverted = static_cast<uint8_t>(elements[x] == 0);
             elements[x] = inverted;
             colActive[x] |= inverted;
-            any |= inverted;
+            anyLeft |= inverted;
         });
-    return any != 0;
+    return hasAny(any) || anyLeft != 0;
 }
 
 } // namespace
@@ -228,8 +235,20 @@ void MaskPlane::copyFrom(const MaskPlane& other) {
     if (other.layout().data == layout().data) {
         return;
     }
-    clearTo(0);
-    unionWith(other);
+    const int32_t columns = std::min(width(), other.width());
+    const int32_t rows = std::min(height(), other.height());
+    setActivity(0);
+    for (int32_t y = 0; y < height(); ++y) {
+        uint8_t* const elements = row(y);
+        const bool isTaken = y < rows && (other.activityStale() || other.rowActive(y));
+        const int32_t taken = isTaken ? columns : 0;
+        if (taken > 0) {
+            std::copy_n(other.row(y), taken, elements);
+            layout().rowActive[y] = markHeld(elements, taken, layout().colActive) ? 1 : 0;
+        }
+        std::fill_n(elements + taken, width() - taken, uint8_t{0});
+    }
+    marks() = {{}, 0, 1};
 }
 
 void MaskPlane::unionWith(const MaskPlane& other) {
