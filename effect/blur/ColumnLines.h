@@ -9,6 +9,7 @@
 #include "effect/share/SizeProduct.h"
 
 #include <algorithm>
+#include <array>
 #include <bit>
 #include <cstddef>
 #include <cstdint>
@@ -146,52 +147,66 @@ private:
         }
     }
 
-    /// Row r's byte c becomes row c's byte r.
-    static void transpose(uint64_t* rows) {
-        const auto exchange = [&](int32_t upper, int32_t lower, int32_t bits, uint64_t kept) {
-            const uint64_t other = (rows[upper] >> bits ^ rows[lower]) & kept;
-            rows[lower] ^= other;
-            rows[upper] ^= other << bits;
-        };
-        for (int32_t r = 0; r < 4; ++r) {
-            exchange(r, r + 4, 32, 0x00000000FFFFFFFF);
-        }
-        for (const int32_t r : {0, 1, 4, 5}) {
-            exchange(r, r + 2, 16, 0x0000FFFF0000FFFF);
-        }
-        for (int32_t r = 0; r < 8; r += 2) {
-            exchange(r, r + 1, 8, 0x00FF00FF00FF00FF);
+    using MaskRow = uint8_t __attribute__((vector_size(16)));
+    static_assert(kColumns <= 16);
+
+    /// Row r's byte c becomes byte r of column c; two columns stand in one vector. Each turn takes the highest bit of the number of
+    /// a row to the lowest place of its bytes' numbers, and their highest bit to the lowest place of its own.
+    static void transpose(MaskRow* rows) {
+        for (int32_t turn = 0; turn < 3; ++turn) {
+            MaskRow turned[std::size_t{kRows}];
+            for (std::ptrdiff_t r = 0; r < kRows / 2; ++r) {
+                const MaskRow& upper = rows[r];
+                const MaskRow& lower = rows[r + kRows / 2];
+                turned[2 * r] = __builtin_shufflevector(upper, lower, 0, 16, 1, 17, 2, 18, 3, 19, 4, 20, 5,
+                                                        21, 6, 22, 7, 23);
+                turned[2 * r + 1] = __builtin_shufflevector(upper, lower, 8, 24, 9, 25, 10, 26, 11, 27, 12,
+                                                            28, 13, 29, 14, 30, 15, 31);
+            }
+            std::copy_n(turned, kRows, rows);
         }
     }
 
     /// Whether the rows have anything.
     bool gatherMask(const MaskView& mask, uint8_t* lines, int32_t y, int32_t rows, int32_t left,
                     int32_t columns) const {
-        uint64_t block[std::size_t{kWords}][std::size_t{kRows}];
-        uint64_t any = 0;
-        uint64_t all = kOnes;
-        for (int32_t r = 0; r < kRows; ++r) {
-            uint8_t row[std::size_t{kColumns}] = {};
-            if (r < rows && columns == kColumns) {
-                std::memcpy(row, mask.row(y + r) + left, sizeof row); // one load
-            } else if (r < rows) {
-                std::memcpy(row, mask.row(y + r) + left, static_cast<std::size_t>(columns));
-            }
-            for (int32_t word = 0; word < kWords; ++word) {
-                block[word][r] = eightAt(row, word);
-                any |= block[word][r];
-                all &= block[word][r];
+        MaskRow block[std::size_t{kRows}] = {};
+        MaskRow any{};
+        MaskRow all = ~MaskRow{};
+        for (int32_t r = 0; r < std::min(rows, kRows); ++r) {
+            const uint8_t* const row = mask.row(y + r) + left;
+            if (columns == kColumns) {
+                std::memcpy(&block[r], row, std::size_t{kColumns}); // one load
+            } else {
+                std::memcpy(&block[r], row, static_cast<std::size_t>(columns));
             }
         }
-        for (int32_t word = 0; word < kWords; ++word) {
-            if (any != 0 && all != kOnes) {
-                transpose(block[word]);
-            }
-            for (int32_t c = word * 8; c < std::min(columns, word * 8 + 8); ++c) {
-                std::memcpy(lines + at(c, maskStep_) + y, &block[word][c - word * 8], kRows);
-            }
+        for (const MaskRow& row : block) {
+            any |= row;
+            all &= row;
         }
-        return any != 0;
+        const bool isEmpty = wordsOf(any)[0] == 0 && wordsOf(any)[1] == 0;
+        const bool isFull = wordsOf(all)[0] == kOnes && (kWords == 1 || wordsOf(all)[1] == kOnes);
+        if (isFull) {
+            std::fill_n(block, kRows, MaskRow{} + 1);
+        } else if (!isEmpty) {
+            transpose(block);
+        }
+        const auto store = [&](int32_t c) {
+            const std::array<uint64_t, 2> words = wordsOf(block[c / 2]);
+            std::memcpy(lines + at(c, maskStep_) + y, &words[0], kRows);
+            std::memcpy(lines + at(c + 1, maskStep_) + y, &words[1], kRows);
+        };
+        for (int32_t c = 0; c < columns; c += 2) { // there is room for an even number
+            store(c);
+        }
+        return !isEmpty;
+    }
+
+    static std::array<uint64_t, 2> wordsOf(const MaskRow& row) {
+        std::array<uint64_t, 2> words{};
+        std::memcpy(words.data(), &row, sizeof row);
+        return words;
     }
 
     template <class Record>
@@ -203,11 +218,34 @@ private:
         for (int32_t r = 0; r < kRows && y + kRows + r < height_; ++r) {
             prefetchRow(rowOf<Format>(*record.src, record.rect, y + kRows + r) + left, columns);
         }
-        for (int32_t c = 0; c < columns; ++c) {
+        int32_t c = 0;
+        if constexpr (sizeof(Pixel) == sizeof(uint64_t)) {
+            for (; c + 2 <= columns; c += 2) {
+                gatherPair(row, c, y);
+            }
+        }
+        for (; c < columns; ++c) {
             Pixel* const line = pixels_ + at(c, pixelStep_) + y;
             for (int32_t r = 0; r < kRows; ++r) {
                 line[r] = row[r][c];
             }
+        }
+    }
+
+    /// Two columns, of which two rows are turned at a time.
+    void gatherPair(const Pixel* const* row, int32_t c, int32_t y) const {
+        using Pair = uint64_t __attribute__((vector_size(16)));
+        Pixel* const first = pixels_ + at(c, pixelStep_) + y;
+        Pixel* const second = pixels_ + at(c + 1, pixelStep_) + y;
+        for (int32_t r = 0; r < kRows; r += 2) {
+            Pair upper;
+            Pair lower;
+            std::memcpy(&upper, row[r] + c, sizeof upper);
+            std::memcpy(&lower, row[r + 1] + c, sizeof lower);
+            const Pair ofFirst = __builtin_shufflevector(upper, lower, 0, 2);
+            const Pair ofSecond = __builtin_shufflevector(upper, lower, 1, 3);
+            std::memcpy(first + r, &ofFirst, sizeof ofFirst);
+            std::memcpy(second + r, &ofSecond, sizeof ofSecond);
         }
     }
 
