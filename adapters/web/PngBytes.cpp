@@ -39,7 +39,7 @@ void append(std::vector<uint8_t>& bytes, uint32_t number) {
 }
 
 /// Of CRC-32 with the polynomial of ISO 3309, byte by byte.
-constexpr std::array<uint32_t, 256> kCheckTable = [] {
+constexpr std::array<uint32_t, 256> checkTable() {
     std::array<uint32_t, 256> table{};
     for (uint32_t byte = 0; byte < table.size(); ++byte) {
         uint32_t rest = byte;
@@ -49,7 +49,9 @@ constexpr std::array<uint32_t, 256> kCheckTable = [] {
         table[byte] = rest;
     }
     return table;
-}();
+}
+
+constexpr std::array<uint32_t, 256> kCheckTable = checkTable();
 
 uint32_t checksum(Bytes bytes) {
     uint32_t rest = 0xffffffffU;
