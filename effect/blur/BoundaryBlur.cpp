@@ -260,7 +260,8 @@ private:
         }
         const auto flat = [&](int32_t from, int32_t past, int32_t like) {
             std::copy(line.pixels + from, line.pixels + past, out + from);
-            if (line.pixels[like].alpha != 0) {
+            const Pixel& color = line.pixels[like];
+            if (color.alpha != 0 && !Planar::isOwnMean(color)) {
                 Planar::copyColors(line.pixels + from, out + from, past - from);
             }
         };
@@ -301,12 +302,13 @@ private:
             if (!Planar::isFinite(line.pixels[like].alpha)) {
                 return false;
             }
-            for (int32_t x = from; x < past; ++x) {
+            const auto alpha = line.pixels[like].alpha;
+            for (int32_t x = from; x < past && !Planar::isOwnMean(alpha); ++x) {
                 if (line.mask[x] != 0 && line.keep[x] == 0) {
-                    out[x].alpha = Planar::fromSum(line.pixels[x].alpha);
+                    out[x].alpha = Planar::fromSum(alpha);
                 }
             }
-            return true;
+            return true; // what is its own mean has come with the colour
         };
         return stretch_.divide(LineKeys<Format, Common::kAlpha>{line.pixels},
                                flatWindowsKeepTheirs<Format>(kernel_), flat,

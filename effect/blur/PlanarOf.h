@@ -49,8 +49,10 @@ struct PlanarOf<Argb16> {
     static Argb16::Pixel pixelWith(uint16_t alpha) { return {alpha, 0, 0, 0}; }
     static bool isFinite(const Argb16::Pixel& /*pixel*/) { return true; }
     static bool isFinite(uint16_t /*channel*/) { return true; }
-    /// What a mean of this channel alone is.
+    /// What a mean of this channel alone is, and whether it is that in all bits.
     static uint16_t fromSum(uint16_t channel) { return channel; }
+    static bool isOwnMean(uint16_t /*channel*/) { return true; }
+    static bool isOwnMean(const Argb16::Pixel& /*color*/) { return true; }
     static void copyColors(const Argb16::Pixel* from, Argb16::Pixel* to, int32_t count) {
         for (int32_t i = 0; i < count; ++i) {
             to[i].red = from[i].red;
@@ -222,6 +224,10 @@ struct PlanarOf<Argb32> {
     }
     /// A sum that starts at 0 never becomes -0.
     static float fromSum(float channel) { return channel + 0.0F; }
+    static bool isOwnMean(float channel) { return channel != 0.0F || !std::signbit(channel); }
+    static bool isOwnMean(const Argb32::Pixel& color) {
+        return isOwnMean(color.red) && isOwnMean(color.green) && isOwnMean(color.blue);
+    }
     static void copyColors(const Argb32::Pixel* from, Argb32::Pixel* to, int32_t count) {
         for (int32_t i = 0; i < count; ++i) {
             to[i].red = fromSum(from[i].red);
