@@ -212,12 +212,8 @@ public:
             if constexpr (kStreaks) {
                 colorLine(line, out);
             }
-            forEachStretch<Scan>(line.mask, line.count, line.reach, [&](Span stretch) {
-                if constexpr (!kStreaks) {
-                    colorRun(line, stretch, out);
-                }
-                fits = fits && blurStretch(line, stretch, out);
-            });
+            forEachStretch<Scan>(line.mask, line.count, line.reach,
+                                 [&](Span stretch) { fits = fits && blurStretch(line, stretch, out); });
         }
         if (!fits) {
             Scan::scan(PlainBoundaryLine<Format, Scan>{line, kernel_, out});
@@ -247,8 +243,8 @@ private:
         }
     }
 
-    /// The same for a run, of which integers need no more than what the mixed windows see.
-    void colorRun(const Line<Pixel>& line, Span run, Pixel* out) {
+    /// The same for a part of a run, of which integers need no more than what the mixed windows see.
+    void colorRun(const Line<Pixel>& line, Span run, Span part, Pixel* out) {
         const bool wholeRun = !Planar::kSumsAreExact || hasTail();
         if (wholeRun) {
             totalsHold_ = totals_.load(line, run, hasTail());
@@ -273,8 +269,8 @@ private:
             }
             meanColors(line, from, past, out);
         };
-        divideByFlatness(line.mask, run, line.reach, LineKeys<Format, Common::kVisibleColor>{line.pixels},
-                         flat, mixed);
+        divideByFlatness(line.mask, run, part, line.reach,
+                         LineKeys<Format, Common::kVisibleColor>{line.pixels}, flat, mixed);
     }
 
     void meanColors(const Line<Pixel>& line, int32_t from, int32_t past, Pixel* out) {
@@ -298,6 +294,32 @@ private:
     /// False where the pixels have values that the sums cannot hold.
     bool blurStretch(const Line<Pixel>& line, Span stretch, Pixel* out) {
         stretch_.begin(line, stretch, weights_);
+        bool fits = true;
+        const auto blurPart = [&](Span part) {
+            if constexpr (!kStreaks) {
+                colorRun(line, stretch, part, out);
+            }
+            fits = fits && blurAlpha(line, part, out);
+        };
+        // Windows of one pixel alone, colour and alpha, are found in one look. Floats want the totals of a run for their colours.
+        if constexpr (!kStreaks && Planar::kSumsAreExact) {
+            if (!hasTail() && flatWindowsKeepTheirs<Format>(kernel_)) {
+                divideByFlatness(
+                    line.mask, stretch, stretch, line.reach, LineKeys<Format, Common::kPixel>{line.pixels},
+                    [&](int32_t from, int32_t past, int32_t /*like*/) {
+                        std::copy(line.pixels + from, line.pixels + past, out + from);
+                    },
+                    [&](int32_t from, int32_t past) {
+                        blurPart({from, past - 1});
+                    });
+                return fits;
+            }
+        }
+        blurPart(stretch);
+        return fits;
+    }
+
+    bool blurAlpha(const Line<Pixel>& line, Span part, Pixel* out) {
         const auto flat = [&](int32_t from, int32_t past, int32_t like) {
             if (!Planar::isFinite(line.pixels[like].alpha)) {
                 return false;
@@ -310,7 +332,7 @@ private:
             }
             return true; // what is its own mean has come with the colour
         };
-        return stretch_.divide(LineKeys<Format, Common::kAlpha>{line.pixels},
+        return stretch_.divide(part, LineKeys<Format, Common::kAlpha>{line.pixels},
                                flatWindowsKeepTheirs<Format>(kernel_), flat,
                                [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
     }

@@ -41,8 +41,8 @@ int32_t firstOther(const uint8_t* mask, int32_t x, int32_t end, const Keys& keys
     return end;
 }
 
-/// Divides a stretch, whose two ends are masked in and which has no hole of `reach` or more, into `flat(from, past, like)` and
-/// `mixed(from, past)`, in order and without gaps; masked-out pixels may fall to either. All pixels that count in a window of
+/// Divides a part of a stretch, whose two ends are masked in and which has no hole of `reach` or more, into `flat(from, past, like)`
+/// and `mixed(from, past)`, in order and without gaps; masked-out pixels may fall to either. All pixels that count in a window of
 /// `reach` pixels to either side of a flat one are like the pixel at `like`: `keys.of(j)` is what they have in common, and
 /// `keys.sameFrom(j, end, key)` how far from `j` on pixels are sure to have this key.
 ///
@@ -50,15 +50,15 @@ int32_t firstOther(const uint8_t* mask, int32_t x, int32_t end, const Keys& keys
 /// passed over at once. Where that happens again and again more and more is passed over, which may be flat and is told as
 /// mixed.
 template <class Keys, class Flat, class Mixed>
-void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Keys& keys, const Flat& flat,
-                      const Mixed& mixed) {
+void divideByFlatness(const uint8_t* mask, Span stretch, Span part, int32_t reach, const Keys& keys,
+                      const Flat& flat, const Mixed& mixed) {
     constexpr int32_t kPatience = 4; // windows in a row that are not flat
     constexpr int32_t kFurther = 16; // pixels more with each that follows
     constexpr int32_t kMostPassedOver = 128;
     const auto [first, last] = stretch;
-    int32_t told = first; // everything before has been handed out
+    int32_t told = part.first; // everything before has been handed out
     int32_t passedOver = -kFurther * kPatience;
-    for (int32_t x = first; x <= last;) {
+    for (int32_t x = part.first; x <= part.last;) {
         const int32_t right = std::min(last, x + reach);
         const int32_t like = endOfMaskedIn(mask, first, right + 1) - 1;
         const auto key = keys.of(like);
@@ -71,19 +71,19 @@ void divideByFlatness(const uint8_t* mask, Span stretch, int32_t reach, const Ke
         }
         passedOver = -kFurther * kPatience;
         const int32_t next = firstOther(mask, right + 1, last + 1, keys, key);
-        const int32_t past = next > last ? last + 1 : next - reach;
+        const int32_t past = std::min(part.last + 1, next > last ? last + 1 : next - reach);
         if (told < x) {
             mixed(told, x);
         }
         flat(x, past, like);
         told = past;
-        if (next > last) {
+        if (past > part.last) {
             break;
         }
         x = endOfMaskedIn(mask, first, next) + reach;
     }
-    if (told <= last) {
-        mixed(told, last + 1);
+    if (told <= part.last) {
+        mixed(told, part.last + 1);
     }
 }
 

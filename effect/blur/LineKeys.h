@@ -10,14 +10,16 @@ namespace kovalune {
 
 /// What has to be the same in all counted pixels of a window for their mean to be theirs, for FlatWindows.h. What is transparent
 /// has no visible colour.
-enum class Common { kColor, kVisibleColor, kAlpha };
+enum class Common { kPixel, kColor, kVisibleColor, kAlpha };
 
 template <class Format, Common common>
 struct LineKeys {
     const typename Format::Pixel* pixels;
 
     auto of(int32_t x) const {
-        if constexpr (common == Common::kColor) {
+        if constexpr (common == Common::kPixel) {
+            return Planar::pixelKey(pixels[x]);
+        } else if constexpr (common == Common::kColor) {
             return Planar::colorKey(pixels[x]);
         } else if constexpr (common == Common::kVisibleColor) {
             return Planar::visibleKey(pixels[x]);
@@ -37,6 +39,8 @@ struct LineKeys {
                 return wide.areTransparent();
             }
             return wide.haveColor(Planar::pixelWith(key)) && wide.areVisible();
+        } else if constexpr (common == Common::kPixel) {
+            return wide.areLike(Planar::pixelWith(key));
         } else if constexpr (common == Common::kColor) {
             return wide.haveColor(Planar::pixelWith(key));
         } else {

@@ -33,14 +33,16 @@ struct PlanarOf<Argb16> {
 
     static bool canWeigh(const LineWeights& weights) { return weights.fitPairs(); }
 
-    /// The same for pixels of one colour alone.
-    static uint64_t colorKey(const Argb16::Pixel& pixel) {
+    /// The same for pixels that are the same.
+    static uint64_t pixelKey(const Argb16::Pixel& pixel) {
         uint64_t key = 0;
         std::memcpy(&key, &pixel, sizeof key);
-        return key & ~uint64_t{0xFFFF};
+        return key;
     }
+    /// The same for pixels of one colour alone.
+    static uint64_t colorKey(const Argb16::Pixel& pixel) { return pixelKey(pixel) & ~uint64_t{0xFFFF}; }
     static uint16_t alphaKey(const Argb16::Pixel& pixel) { return pixel.alpha; }
-    /// A pixel with this key, of a colour or of an alpha.
+    /// A pixel with this key, of a whole one, a colour or an alpha.
     static Argb16::Pixel pixelWith(uint64_t key) {
         Argb16::Pixel pixel;
         std::memcpy(&pixel, &key, sizeof pixel);

@@ -45,12 +45,12 @@ public:
         isLoaded_ = false;
     }
 
-    /// Hands the stretch out in parts: where windows show one colour alone to `flat(from, past, like)`, as divideByFlatness has
+    /// Hands a part of the stretch out in parts: where windows show one colour alone to `flat(from, past, like)`, as divideByFlatness has
     /// it, unless `flatKeeps` is false or it refuses by false; all else, once its sums and weights are made, to
     /// `block(x, count)`. For the keys see LineKeys. False where the stretch has values that the sums cannot hold; some parts
     /// have been handed out then.
     template <class Keys, class Flat, class Block>
-    bool divide(const Keys& keys, bool flatKeeps, const Flat& flat, const Block& block) {
+    bool divide(Span part, const Keys& keys, bool flatKeeps, const Flat& flat, const Block& block) {
         bool fits = true;
         const auto mixed = [&](int32_t from, int32_t past) {
             forEachBlock(line_->mask, from, past, [&](int32_t x, int32_t count) {
@@ -65,11 +65,11 @@ public:
                 mixed(from, past);
             }
         };
-        const Span stretch = {first_, first_ + count_ - 1};
         if (flatKeeps) {
-            divideByFlatness(line_->mask, stretch, line_->reach, keys, flatIfTaken, mixed);
+            const Span stretch = {first_, first_ + count_ - 1};
+            divideByFlatness(line_->mask, stretch, part, line_->reach, keys, flatIfTaken, mixed);
         } else {
-            mixed(stretch.first, stretch.last + 1);
+            mixed(part.first, part.last + 1);
         }
         return fits;
     }

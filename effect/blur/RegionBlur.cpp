@@ -198,7 +198,7 @@ private:
             });
             return true;
         };
-        return stretch_.divide(LineKeys<Format, Common::kColor>{line.pixels},
+        return stretch_.divide(stretch, LineKeys<Format, Common::kColor>{line.pixels},
                                flatWindowsKeepTheirs<Format>(kernel_), flat,
                                [&](int32_t x, int32_t count) { blurBlock(line, x, count, out); });
     }

@@ -46,6 +46,9 @@ public:
     /// The pixels stay where they are; there are kCount of them.
     explicit WidePixels(const Pixel* pixels) : pixels_(pixels) {}
 
+    /// Whether all are this pixel, in all bits.
+    bool areLike(const Pixel& like) const { return !any(difference(like), ~Vector{}); }
+
     /// Whether all have this alpha, in all bits.
     bool haveAlpha(const Pixel& like) const { return !any(difference(like), alphaLanes()); }
 

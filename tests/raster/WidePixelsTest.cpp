@@ -58,12 +58,14 @@ TYPED_TEST(WidePixelsOf, TellEachChannelOfEachPixel) {
         for (int channel = 0; channel < 4; ++channel) {
             auto pixels = Fixture::alike(like);
             const typename Fixture::Wide wide(pixels.data() + 1);
-            EXPECT_TRUE(wide.haveAlpha(like) && wide.haveColor(like) && wide.areVisible());
+            EXPECT_TRUE(wide.areLike(like) && wide.haveAlpha(like) && wide.haveColor(like) &&
+                        wide.areVisible());
             auto& other = pixels[at + 1];
             (channel == 0   ? other.alpha
              : channel == 1 ? other.red
              : channel == 2 ? other.green
                             : other.blue) = 0;
+            EXPECT_FALSE(wide.areLike(like)) << at;
             EXPECT_EQ(wide.haveAlpha(like), channel != 0) << at;
             EXPECT_EQ(wide.haveColor(like), channel == 0) << at;
             EXPECT_EQ(wide.areVisible(), channel != 0) << at;
