@@ -11,7 +11,6 @@
 #include "render/FrameArea.h"
 #include "render/RenderFrame.h"
 #include "render/SelectionNotes.h"
-#include "render/Settings.h"
 #include "render/SettingsLayer.h"
 #include "render/Stages.h"
 #include "render/samples/SampleScale.h"

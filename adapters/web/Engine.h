@@ -5,7 +5,6 @@
 #include "host/Image.h"
 #include "host/ParamValue.h"
 #include "pictures/Picture.h"
-#include "pictures/regions/ColorPairs.h"
 #include "render/OpenEffect.h"
 #include "render/ShotSettings.h"
 #include "render/suggest/Suggestion.h"

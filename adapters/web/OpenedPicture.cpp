@@ -5,8 +5,6 @@
 #include "pictures/ReadFailure.h"
 #include "pictures/tga/TgaFile.h"
 #include "pictures/tga/TgaHeader.h"
-#include "text/Failure.h"
-#include "text/MessageText.h"
 
 #include <algorithm>
 #include <array>

@@ -8,7 +8,6 @@
 #include <array>
 #include <bit>
 #include <cstddef>
-#include <cstring>
 #include <limits>
 #include <memory>
 #include <string_view>

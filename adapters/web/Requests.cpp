@@ -3,7 +3,6 @@
 #include "adapters/web/PairPlacement.h"
 #include "effect/Kovalune.h"
 #include "pictures/FlatColors.h"
-#include "pictures/PictureConversion.h"
 #include "pictures/PixelValues.h"
 #include "render/EffectVersion.h"
 #include "render/LinkedEffect.h"
@@ -18,7 +17,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <nlohmann/json.hpp>
 
 namespace kovalune::web {

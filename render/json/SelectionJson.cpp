@@ -2,6 +2,8 @@
 
 #include "render/Stages.h"
 
+#include <nlohmann/json.hpp>
+
 namespace kovalune::render {
 
 namespace {

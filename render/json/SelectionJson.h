@@ -5,7 +5,7 @@
 #include "host/Session.h"
 
 #include <cstddef>
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 
 namespace kovalune::render {
