@@ -12,22 +12,23 @@ namespace kovalune::pictures {
 
 namespace {
 
-void setForm(TIFF* tiff, const Picture& picture) {
-    const bool alpha = hasAlpha(picture.channels);
-    TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, picture.width);
-    TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, picture.height);
-    TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE, static_cast<int>(8 * bytesPerSample(picture.sampleType)));
-    TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(channelCount(picture.channels)));
-    TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT,
-                 isFloat(picture.sampleType) ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT);
-    TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG);
-    TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
-                 isGrey(picture.channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB);
-    if (alpha) {
-        const uint16_t kind =
-            picture.alphaKind == AlphaKind::kPremultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
-        TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &kind);
-    }
+// Each of these is false where the library does not take something: a file without it would be another one than was asked for.
+
+bool setForm(TIFF* tiff, const Picture& picture) {
+    const uint16_t alphaKind =
+        picture.alphaKind == AlphaKind::kPremultiplied ? EXTRASAMPLE_ASSOCALPHA : EXTRASAMPLE_UNASSALPHA;
+    return TIFFSetField(tiff, TIFFTAG_IMAGEWIDTH, picture.width) != 0 &&
+           TIFFSetField(tiff, TIFFTAG_IMAGELENGTH, picture.height) != 0 &&
+           TIFFSetField(tiff, TIFFTAG_BITSPERSAMPLE,
+                        static_cast<int>(8 * bytesPerSample(picture.sampleType))) != 0 &&
+           TIFFSetField(tiff, TIFFTAG_SAMPLESPERPIXEL, static_cast<int>(channelCount(picture.channels))) !=
+               0 &&
+           TIFFSetField(tiff, TIFFTAG_SAMPLEFORMAT,
+                        isFloat(picture.sampleType) ? SAMPLEFORMAT_IEEEFP : SAMPLEFORMAT_UINT) != 0 &&
+           TIFFSetField(tiff, TIFFTAG_PLANARCONFIG, PLANARCONFIG_CONTIG) != 0 &&
+           TIFFSetField(tiff, TIFFTAG_PHOTOMETRIC,
+                        isGrey(picture.channels) ? PHOTOMETRIC_MINISBLACK : PHOTOMETRIC_RGB) != 0 &&
+           (!hasAlpha(picture.channels) || TIFFSetField(tiff, TIFFTAG_EXTRASAMPLES, 1, &alphaKind) != 0);
 }
 
 uint16_t compressionFor(const Picture& picture, const EncodeOptions& options) {
@@ -39,27 +40,30 @@ uint16_t compressionFor(const Picture& picture, const EncodeOptions& options) {
     return TIFFIsCODECConfigured(tag) == 0 ? kUsualTiffCompression : tag;
 }
 
-void setCompression(TIFF* tiff, const Picture& picture, const EncodeOptions& options) {
+bool setCompression(TIFF* tiff, const Picture& picture, const EncodeOptions& options) {
     const uint16_t tag = compressionFor(picture, options);
-    TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag);
     const auto* const compression = tiffCompression(tag);
-    if (compression != nullptr && compression->hasPredictor) {
-        TIFFSetField(tiff, TIFFTAG_PREDICTOR,
-                     isFloat(picture.sampleType) ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL);
-    }
+    const bool isPredicted = compression != nullptr && compression->hasPredictor;
+    return TIFFSetField(tiff, TIFFTAG_COMPRESSION, tag) != 0 &&
+           (!isPredicted ||
+            TIFFSetField(tiff, TIFFTAG_PREDICTOR,
+                         isFloat(picture.sampleType) ? PREDICTOR_FLOATINGPOINT : PREDICTOR_HORIZONTAL) != 0);
 }
 
 bool write(TIFF* tiff, const Picture& picture, const EncodeOptions& options) {
     constexpr std::size_t kStripBytes = std::size_t{128} << 10;
-    setForm(tiff, picture);
-    setCompression(tiff, picture, options);
+    if (!setForm(tiff, picture) || !setCompression(tiff, picture, options)) {
+        return false;
+    }
     if (picture.format == FileFormat::kTiff) {
         setTiffNotes(tiff, picture);
     }
     const std::size_t rowBytes = picture.rowBytes();
     const std::size_t rows = std::clamp<std::size_t>(kStripBytes / std::max<std::size_t>(rowBytes, 1), 1,
                                                      std::max<std::size_t>(picture.height, 1));
-    TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rows));
+    if (TIFFSetField(tiff, TIFFTAG_ROWSPERSTRIP, static_cast<uint32_t>(rows)) == 0) {
+        return false;
+    }
     uint32_t strip = 0;
     for (std::size_t y = 0; y < picture.height; y += rows, ++strip) {
         const auto size = static_cast<tmsize_t>(std::min(rows, picture.height - y) * rowBytes);

@@ -15,29 +15,48 @@ constexpr long kStep = 199; ///< of some nine thousand requests, most of them fo
 
 class MemoryFault : public FaultCase {
 protected:
-    void sweep(const OutputCommand& command, bool lasting) {
-        ASSERT_NO_FATAL_FAILURE(learn(command));
+    /// Whether the command came so far that the request was refused.
+    bool refuse(const OutputCommand& command, long request, bool lasting, CommandOutcome& outcome) {
         CommandSetting setting;
-        setting.environment = {{"LD_PRELOAD", KOVALUNE_TEST_MEMORY}, {"TEST_MEMORY_MARK", scratch_ / "mark"}};
+        setting.environment = {{"LD_PRELOAD", KOVALUNE_TEST_MEMORY},
+                               {"TEST_MEMORY_MARK", scratch_ / "mark"},
+                               {"TEST_MEMORY_REQUEST", std::to_string(request)}};
         if (lasting) {
             setting.environment["TEST_MEMORY_LASTING"] = "yes";
         }
+        restore();
+        std::filesystem::remove(scratch_ / "mark");
+        outcome = run(command.words, setting);
+        SCOPED_TRACE(testing::Message() << command.words.front() << ", request " << request
+                                        << (lasting ? " and all later" : ""));
+        expectNothingHalf(outcome);
+        return std::filesystem::exists(scratch_ / "mark");
+    }
+
+    void sweep(const OutputCommand& command, bool lasting, long first = 1, long step = kStep) {
+        ASSERT_NO_FATAL_FAILURE(learn(command));
         int refusals = 0;
-        for (long request = 1;; request += kStep) {
+        for (long request = first;; request += step) {
             ASSERT_LT(request, 100000);
-            restore();
-            std::filesystem::remove(scratch_ / "mark");
-            setting.environment["TEST_MEMORY_REQUEST"] = std::to_string(request);
-            const CommandOutcome outcome = run(command.words, setting);
-            SCOPED_TRACE(testing::Message() << command.words.front() << ", request " << request
-                                            << (lasting ? " and all later" : ""));
-            expectNothingHalf(outcome);
+            CommandOutcome outcome;
+            const bool wasRefused = refuse(command, request, lasting, outcome);
             refusals += outcome.exitCode >= 3 ? 1 : 0;
-            if (HasFailure() || !std::filesystem::exists(scratch_ / "mark")) {
+            if (HasFailure() || !wasRefused) {
                 break;
             }
         }
         EXPECT_GT(refusals, 5) << command.words.front();
+    }
+
+    /// How many requests a command makes.
+    long requestsOf(const OutputCommand& command) {
+        learn(command);
+        long made = 0;
+        for (long step = 1L << 16; step > 0; step /= 2) {
+            CommandOutcome outcome;
+            made += refuse(command, made + step, false, outcome) ? step : 0;
+        }
+        return made;
     }
 
     const TestFolder scratch_;
@@ -47,6 +66,15 @@ TEST_F(MemoryFault, OfOneRequest) {
     for (const OutputCommand& command : outputCommands()) {
         sweep(command, false);
     }
+}
+
+/// The library for TIFF goes on without what it has found no memory for, so that a file may be whole and another one.
+TEST_F(MemoryFault, OfEachRequestWhileATiffFileIsWritten) {
+    const OutputCommand command = {{"render", "in.png", "-o", "old.tif", "--quiet"}, {"old.tif"}};
+    constexpr long kOfWriting = 60;
+    const long requests = requestsOf(command);
+    ASSERT_GT(requests, kOfWriting);
+    sweep(command, false, requests - kOfWriting, 1);
 }
 
 TEST_F(MemoryFault, OfOneRequestAndAllThatFollow) {
