@@ -1,6 +1,7 @@
 // Files in memory for the OpenEXR library.
 #pragma once
 
+#include <IlmThreadPool.h>
 #include <ImfIO.h>
 #include <algorithm>
 #include <cstddef>
@@ -23,6 +24,12 @@ inline std::string exrReason(const std::string& text) {
     before.append(kExrStreamName).append("\". ");
     const std::size_t at = text.rfind(before);
     return at == std::string::npos ? text : text.substr(at + before.size());
+}
+
+/// To be called before samples are read or written. The library makes its pool with the first task, and where there is no memory
+/// for it then waits for that task for ever. Throws std::bad_alloc.
+inline void makeExrPool() {
+    static_cast<void>(IlmThread::ThreadPool::globalThreadPool());
 }
 
 class ExrInput : public Imf::IStream {

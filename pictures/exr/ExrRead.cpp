@@ -298,6 +298,7 @@ Picture decodeExrWith(std::span<const uint8_t> bytes, const std::string& name, c
     picture.samples.resize(picture.byteCount());
     ExrInput input(bytes);
     try {
+        makeExrPool();
         readSamples(input, part, chosen, picture);
         picture.notes = exrNotes(part, picture.sampleType);
     } catch (const std::bad_alloc&) {

@@ -10,6 +10,7 @@
 
 #include <ImfChannelList.h>
 #include <ImfFrameBuffer.h>
+#include <ImfMultiPartInputFile.h>
 #include <ImfMultiPartOutputFile.h>
 #include <ImfOutputFile.h>
 #include <ImfOutputPart.h>
@@ -81,6 +82,17 @@ const ExrRest* restOf(const Picture& picture) {
     return isOfExr && !picture.exrRest->bytes.empty() ? picture.exrRest.get() : nullptr;
 }
 
+/// The library may keep a task's exception to itself, and the file would lack that task's lines.
+void checkWhole(const std::vector<uint8_t>& bytes) {
+    ExrInput input(bytes);
+    Imf::MultiPartInputFile file(input, 0, false);
+    for (int part = 0; part < file.parts(); ++part) {
+        if (!file.partComplete(part)) {
+            throw std::bad_alloc();
+        }
+    }
+}
+
 std::vector<uint8_t> encoded(const Picture& picture, const EncodeOptions& options) {
     const std::vector<std::string> names = channelNames(picture);
     const Imf::PixelType type = picture.sampleType == SampleType::kHalf ? Imf::HALF : Imf::FLOAT;
@@ -114,7 +126,9 @@ std::vector<uint8_t> encoded(const Picture& picture, const EncodeOptions& option
         file.setFrameBuffer(buffer);
         file.writePixels(height);
     }
-    return output.takeBytes();
+    std::vector<uint8_t> written = output.takeBytes();
+    checkWhole(written);
+    return written;
 }
 
 } // namespace
@@ -128,6 +142,7 @@ std::vector<uint8_t> encodeExr(const Picture& picture, const EncodeOptions& opti
     }
     checkLoss(restOf(picture), options);
     try {
+        makeExrPool();
         return encoded(picture, options);
     } catch (const text::Failure&) {
         throw;
