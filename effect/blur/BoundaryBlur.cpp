@@ -325,12 +325,15 @@ private:
                 return false;
             }
             const auto alpha = line.pixels[like].alpha;
-            for (int32_t x = from; x < past && !Planar::isOwnMean(alpha); ++x) {
+            if (Planar::isOwnMean(alpha)) {
+                return true; // it has come with the colour
+            }
+            for (int32_t x = from; x < past; ++x) {
                 if (line.mask[x] != 0 && line.keep[x] == 0) {
                     out[x].alpha = Planar::fromSum(alpha);
                 }
             }
-            return true; // what is its own mean has come with the colour
+            return true;
         };
         return stretch_.divide(part, LineKeys<Format, Common::kAlpha>{line.pixels},
                                flatWindowsKeepTheirs<Format>(kernel_), flat,

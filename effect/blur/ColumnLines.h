@@ -192,13 +192,10 @@ private:
         } else if (!isEmpty) {
             transpose(block);
         }
-        const auto store = [&](int32_t c) {
+        for (int32_t c = 0; c < columns; c += 2) { // there is room for an even number
             const std::array<uint64_t, 2> words = wordsOf(block[c / 2]);
             std::memcpy(lines + at(c, maskStep_) + y, &words[0], kRows);
             std::memcpy(lines + at(c + 1, maskStep_) + y, &words[1], kRows);
-        };
-        for (int32_t c = 0; c < columns; c += 2) { // there is room for an even number
-            store(c);
         }
         return !isEmpty;
     }
