@@ -1,6 +1,7 @@
 #include "adapters/openfx/PixelPasses.h"
 
 #include "adapters/openfx/ActionFailure.h"
+#include "adapters/openfx/SampleOrder.h"
 #include "effect/share/StandardParts.h"
 #include "hostapi/Constants.h"
 #include "render/samples/LightCurve.h"
@@ -9,7 +10,6 @@
 
 #include <algorithm>
 #include <array>
-#include <bit>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -74,41 +74,14 @@ void storeRun(std::byte* to, const Run<Sample>& run, std::size_t count, Componen
     }
 }
 
-enum class Order : uint8_t { kAlphaFirst, kAlphaLast };
-
-/// Pixels of four samples of so many bytes from the other order to this one, bits as they are, at any address. What is read and
-/// what is written do not overlap.
-template <Order order, std::size_t sampleBytes>
-void turnRow(void* to, const void* from, std::size_t count) {
-    constexpr bool kFirst = order == Order::kAlphaFirst;
-    auto* const target = static_cast<std::byte*>(to);
-    const auto* const source = static_cast<const std::byte*>(from);
-    for (std::size_t at = 0; at < count * 4 * sampleBytes; at += 4 * sampleBytes) {
-        if constexpr (sampleBytes == 1) {
-            constexpr int kTurn = kFirst == (std::endian::native == std::endian::little) ? 8 : -8;
-            uint32_t word = 0;
-            std::memcpy(&word, source + at, sizeof word);
-            word = std::rotl(word, kTurn);
-            std::memcpy(target + at, &word, sizeof word);
-        } else {
-            static_assert(sampleBytes == 4);
-            using Words = uint32_t __attribute__((vector_size(16))); // one instruction each
-            Words words;
-            std::memcpy(&words, source + at, sizeof words);
-            if constexpr (kFirst) {
-                words = __builtin_shufflevector(words, words, 3, 0, 1, 2);
-            } else {
-                words = __builtin_shufflevector(words, words, 1, 2, 3, 0);
-            }
-            std::memcpy(target + at, &words, sizeof words);
-        }
-    }
-}
-
 /// Whether a source's pixels are the effect's but for the order of their samples.
 bool isTurnAlone(const PixelBlock& source, bool isLinear) {
     return !isLinear && source.depth != Depth::kShort && source.components == Components::kRgba &&
            source.alpha == AlphaKind::kStraight;
+}
+
+std::size_t pictureBytes(const host::Image& image) {
+    return image.rowBytes() * static_cast<std::size_t>(image.height());
 }
 
 /// Row `y` of a picture counts from its top, that of a block from the bottom of the plane.
@@ -120,7 +93,10 @@ template <class File, class Host>
 class RowsIn {
 public:
     RowsIn(host::Image& image, const PixelBlock& source, bool isLinear)
-        : image_(image), source_(source), hostPixel_(source.alpha), turns_(isTurnAlone(source, isLinear)) {
+        : image_(image), source_(source), hostPixel_(source.alpha) {
+        if (isTurnAlone(source, isLinear)) {
+            turn_ = turnTo(SampleOrder::kAlphaFirst, sizeof(Sample), pictureBytes(image));
+        }
         if (isLinear) {
             curve_.emplace(srgbOfLinear);
         }
@@ -130,11 +106,9 @@ public:
         auto* const pixels = &image_.at<Pixel>(0, y);
         const auto width = static_cast<std::size_t>(source_.width());
         const std::byte* const row = source_.at(source_.bounds.x1, planeRow(source_.bounds, y));
-        if constexpr (sizeof(Sample) == sizeof(typename Host::Sample) && sizeof(Sample) != 2) {
-            if (turns_) {
-                turnRow<Order::kAlphaFirst, sizeof(Sample)>(pixels, row, width);
-                return;
-            }
+        if (turn_ != nullptr) {
+            turn_(image_.row(y), row, width);
+            return;
         }
         for (std::size_t x = 0; x < width; x += kRun) {
             const std::size_t count = std::min(kRun, width - x);
@@ -190,7 +164,7 @@ private:
     host::Image& image_;
     const PixelBlock& source_;
     samples::HostPixel<File, Host> hostPixel_;
-    bool turns_;
+    RowTurn turn_ = nullptr; ///< where nothing but the order of samples changes
     std::optional<samples::LightCurve> curve_;
     Run<Sample> run_;
 };
@@ -231,28 +205,25 @@ bool isTurnAlone(const PixelBlock& output, const Rendered& rendered) {
 }
 
 /// Rows of the part of the window that has a source, in the output's form already but for alpha, which goes to the end.
-template <class Host>
 class RowsTurned {
 public:
     RowsTurned(const PixelBlock& output, const RectI& window, const Rendered& rendered)
-        : output_(output), window_(window), rendered_(rendered) {}
+        : output_(output), window_(window), rendered_(rendered),
+          turn_(turnTo(SampleOrder::kAlphaLast, bytesOf(output.depth), pictureBytes(rendered.result))) {}
 
     void write(int y) {
         const RectI& bounds = rendered_.source.bounds;
-        const auto* const from =
-            &rendered_.result.template at<Pixel>(window_.x1 - bounds.x1, bounds.y2 - 1 - y);
-        if constexpr (sizeof(typename Host::Sample) != 2) {
-            turnRow<Order::kAlphaLast, sizeof(typename Host::Sample)>(
-                output_.at(window_.x1, y), from, static_cast<std::size_t>(window_.x2 - window_.x1));
-        }
+        const std::byte* const row = rendered_.result.row(bounds.y2 - 1 - y);
+        turn_(output_.at(window_.x1, y),
+              row + static_cast<std::size_t>(window_.x1 - bounds.x1) * output_.pixelBytes(),
+              static_cast<std::size_t>(window_.x2 - window_.x1));
     }
 
 private:
-    using Pixel = typename Host::Pixel;
-
     const PixelBlock& output_;
     const RectI window_;
     const Rendered& rendered_;
+    RowTurn turn_;
 };
 
 /// The same of every other output.
@@ -362,7 +333,7 @@ void giveOut(const PixelBlock& output, const RectI& window, const Rendered& rend
         using From = decltype(from);
         using EffectScale = decltype(host);
         if (isTurnAlone(output, rendered)) {
-            writeWith([&] { return std::make_unique<RowsTurned<EffectScale>>(output, inner, rendered); });
+            writeWith([&] { return std::make_unique<RowsTurned>(output, inner, rendered); });
             return;
         }
         withScales(output.depth, [&](auto to, auto) {

@@ -10,6 +10,7 @@ add_executable(openfx_tests
   openfx/Reference.cpp
   openfx/RenderPlaceTest.cpp
   openfx/RenderValuesTest.cpp
+  openfx/SampleOrderTest.cpp
   openfx/TestHost.cpp
   openfx/TestPicture.cpp)
 target_link_libraries(openfx_tests PRIVATE kovalune_openfx kovalune_selfcheck GTest::gtest_main)
