@@ -74,10 +74,32 @@ void storeRun(std::byte* to, const Run<Sample>& run, std::size_t count, Componen
     }
 }
 
+/// Whether a sample of the block has the very bits of the effect's, but for what alpha does to colours.
+bool hasEffectsBits(const PixelBlock& block, bool isLinear) {
+    return !isLinear && block.depth != Depth::kShort && block.components == Components::kRgba;
+}
+
 /// Whether a source's pixels are the effect's but for the order of their samples.
 bool isTurnAlone(const PixelBlock& source, bool isLinear) {
-    return !isLinear && source.depth != Depth::kShort && source.components == Components::kRgba &&
-           source.alpha == AlphaKind::kStraight;
+    return hasEffectsBits(source, isLinear) && source.alpha == AlphaKind::kStraight;
+}
+
+/// How many of the pixels from 0 on stand before the first run with one for which `isOther(x)`; at most `count`.
+template <class IsOther>
+std::size_t countBeforeRunWith(std::size_t count, const IsOther& isOther) {
+    std::size_t x = 0;
+    while (x < count) {
+        const std::size_t end = std::min(x + kRun, count);
+        bool any = false;
+        for (std::size_t i = x; i < end; ++i) {
+            any |= isOther(i);
+        }
+        if (any) {
+            break;
+        }
+        x = end;
+    }
+    return x;
 }
 
 std::size_t pictureBytes(const host::Image& image) {
@@ -94,7 +116,7 @@ class RowsIn {
 public:
     RowsIn(host::Image& image, const PixelBlock& source, bool isLinear)
         : image_(image), source_(source), hostPixel_(source.alpha) {
-        if (isTurnAlone(source, isLinear)) {
+        if (hasEffectsBits(source, isLinear)) {
             turn_ = turnTo(SampleOrder::kAlphaFirst, sizeof(Sample), pictureBytes(image));
         }
         if (isLinear) {
@@ -106,20 +128,43 @@ public:
         auto* const pixels = &image_.at<Pixel>(0, y);
         const auto width = static_cast<std::size_t>(source_.width());
         const std::byte* const row = source_.at(source_.bounds.x1, planeRow(source_.bounds, y));
-        if (turn_ != nullptr) {
-            turn_(image_.row(y), row, width);
-            return;
-        }
-        for (std::size_t x = 0; x < width; x += kRun) {
-            const std::size_t count = std::min(kRun, width - x);
-            loadRun<File>(run_, row + x * source_.pixelBytes(), count, source_.components);
-            turnRun(pixels + x, count);
+        std::size_t x = 0;
+        while (x < width) {
+            const std::byte* const from = row + x * source_.pixelBytes();
+            std::size_t count = countTurned(from, width - x);
+            if (count != 0) {
+                turn_(image_.row(y) + x * sizeof(Pixel), from, count);
+            } else {
+                count = std::min(kRun, width - x);
+                loadRun<File>(run_, from, count, source_.components);
+                turnRun(pixels + x, count);
+            }
+            x += count;
         }
     }
 
 private:
     using Sample = typename File::Sample;
     using Pixel = typename Host::Pixel;
+
+    /// How many pixels from here on only turn: none of them has an alpha to divide by.
+    std::size_t countTurned(const std::byte* from, std::size_t count) const {
+        if (turn_ == nullptr) {
+            return 0;
+        }
+        if (source_.alpha == AlphaKind::kStraight) {
+            return count;
+        }
+        return countBeforeRunWith(count, [from](std::size_t x) {
+            Sample alpha;
+            std::memcpy(&alpha, from + (4 * x + 3) * sizeof alpha, sizeof alpha);
+            return divides(alpha);
+        });
+    }
+
+    static bool divides(Sample alpha) {
+        return alpha != 0 && alpha != samples::rescaled<samples::FileScale8, File>(255);
+    }
 
     void turnRun(Pixel* pixels, std::size_t count) {
         if (curve_) {
@@ -141,9 +186,8 @@ private:
     }
 
     void divide(Pixel* pixels, std::size_t count) const {
-        const Sample full = samples::rescaled<samples::FileScale8, File>(255);
         for (std::size_t x = 0; x < count; ++x) {
-            if (run_[x].alpha != 0 && run_[x].alpha != full) {
+            if (divides(run_[x].alpha)) {
                 pixels[x] = hostPixel_(run_[x]);
             }
         }
@@ -164,7 +208,7 @@ private:
     host::Image& image_;
     const PixelBlock& source_;
     samples::HostPixel<File, Host> hostPixel_;
-    RowTurn turn_ = nullptr; ///< where nothing but the order of samples changes
+    RowTurn turn_ = nullptr; ///< where samples keep their bits unless they are divided
     std::optional<samples::LightCurve> curve_;
     Run<Sample> run_;
 };
@@ -234,7 +278,11 @@ public:
         : output_(output), window_(window), rendered_(rendered),
           choice_({rendered.source.alpha, rendered.isLinear}, {kindOf(output), rendered.isLinear}),
           bitsStay_(std::is_same_v<From, To> && rendered.source.components == output.components &&
-                    (rendered.source.alpha == output.alpha || output.components == Components::kRgb)) {}
+                    (rendered.source.alpha == output.alpha || output.components == Components::kRgb)) {
+        if (bitsStay_ && hasEffectsBits(output, rendered.isLinear)) {
+            turn_ = turnTo(SampleOrder::kAlphaLast, bytesOf(output.depth), pictureBytes(rendered.result));
+        }
+    }
 
     void write(int y) {
         const PixelBlock& source = rendered_.source;
@@ -244,16 +292,37 @@ public:
         const auto* const before = &rendered_.image.template at<Pixel>(imageX, imageY);
         const std::byte* const from = source.at(window_.x1, y);
         std::byte* const to = output_.at(window_.x1, y);
+        const std::byte* const turned =
+            rendered_.result.row(imageY) + static_cast<std::size_t>(imageX) * sizeof(Pixel);
         const auto width = static_cast<std::size_t>(window_.x2 - window_.x1);
-        for (std::size_t x = 0; x < width; x += kRun) {
-            const std::size_t count = std::min(kRun, width - x);
-            writeRun(to + x * output_.pixelBytes(), from + x * source.pixelBytes(), now + x, before + x,
-                     count);
+        std::size_t x = 0;
+        while (x < width) {
+            std::size_t count = countTurned(now + x, width - x);
+            if (count != 0) {
+                turn_(to + x * output_.pixelBytes(), turned + x * sizeof(Pixel), count);
+            } else {
+                count = std::min(kRun, width - x);
+                writeRun(to + x * output_.pixelBytes(), from + x * source.pixelBytes(), now + x, before + x,
+                         count);
+            }
+            x += count;
         }
     }
 
 private:
     using Pixel = typename Host::Pixel;
+
+    /// How many pixels from here on only turn: those that multiplying leaves alone, whether the effect has changed them or not.
+    std::size_t countTurned(const Pixel* now, std::size_t count) const {
+        if (turn_ == nullptr) {
+            return 0;
+        }
+        return countBeforeRunWith(count, [now](std::size_t x) {
+            const auto bits = bitCast<std::array<typename Host::Sample, 4>>(now[x]);
+            return bits[0] != samples::rescaled<samples::FileScale8, Host>(255) &&
+                   (bits[0] | bits[1] | bits[2] | bits[3]) != 0;
+        });
+    }
 
     void writeRun(std::byte* to, const std::byte* from, const Pixel* now, const Pixel* before,
                   std::size_t count) {
@@ -273,6 +342,7 @@ private:
     const Rendered& rendered_;
     samples::PixelChoice<Host, From, To> choice_;
     bool bitsStay_;
+    RowTurn turn_ = nullptr; ///< where samples keep their bits unless they are multiplied
     Run<typename From::Sample> inSource_;
     Run<typename To::Sample> chosen_;
 };

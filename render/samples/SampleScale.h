@@ -96,6 +96,9 @@ typename To::Sample rescaled(typename From::Sample sample) {
         return To::fromDouble(From::toDouble(sample) * kTo / kFrom);
     } else if constexpr (From::kWhite == To::kWhite) {
         return static_cast<Target>(std::min<uint64_t>(sample, To::kWhite));
+    } else if constexpr (From::kWhite == 65535 && To::kWhite == 32768) {
+        // The nearest to sample * 32768 / 65535, which is a half of the sample and less than a half of one more.
+        return static_cast<Target>(sample / 2 + sample % 2);
     } else {
         // In 32 bits wherever they hold the largest sample: a division by a constant is then quickest.
         constexpr uint64_t kMost =

@@ -6,6 +6,7 @@ add_executable(openfx_tests
   openfx/InstanceTest.cpp
   openfx/LifeTest.cpp
   openfx/NamesTest.cpp
+  openfx/PixelPassesTest.cpp
   openfx/PropertyBag.cpp
   openfx/Reference.cpp
   openfx/RenderPlaceTest.cpp
