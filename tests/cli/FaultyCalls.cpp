@@ -155,7 +155,9 @@ private:
         } else if (plan_.action == "signal") {
             kill(process_, std::atoi(plan_.value.c_str()));
         } else if (plan_.action == "remove") {
-            std::filesystem::remove_all(plan_.value, none);
+            // Under another name first: the program's other threads go on, and what they make would keep the folder.
+            std::filesystem::rename(plan_.value, plan_.value + ".gone", none);
+            std::filesystem::remove_all(plan_.value + ".gone", none);
         } else if (plan_.action == "halve") {
             std::filesystem::resize_file(plan_.value, std::filesystem::file_size(plan_.value, none) / 2,
                                          none);
