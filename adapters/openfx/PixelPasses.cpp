@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cstring>
 #include <memory>
 #include <optional>
@@ -90,11 +91,11 @@ std::size_t countBeforeRunWith(std::size_t count, const IsOther& isOther) {
     std::size_t x = 0;
     while (x < count) {
         const std::size_t end = std::min(x + kRun, count);
-        bool any = false;
+        uint32_t any = 0; // a number, so that compilers take some pixels at a time
         for (std::size_t i = x; i < end; ++i) {
-            any |= isOther(i);
+            any |= isOther(i) ? 1U : 0U;
         }
-        if (any) {
+        if (any != 0) {
             break;
         }
         x = end;
@@ -104,6 +105,20 @@ std::size_t countBeforeRunWith(std::size_t count, const IsOther& isOther) {
 
 std::size_t pictureBytes(const host::Image& image) {
     return image.rowBytes() * static_cast<std::size_t>(image.height());
+}
+
+/// A pixel of bytes as one number. Compilers take many of these at a time, which they do not of single bytes.
+uint32_t wordAt(const void* pixel) {
+    uint32_t word = 0;
+    std::memcpy(&word, pixel, sizeof word);
+    return word;
+}
+
+/// The one that stands there in memory.
+template <int index>
+uint32_t byteOf(uint32_t word) {
+    constexpr int kPlace = std::endian::native == std::endian::little ? index : 3 - index;
+    return word >> (8 * kPlace) & 0xFF;
 }
 
 /// Row `y` of a picture counts from its top, that of a block from the bottom of the plane.
@@ -154,6 +169,12 @@ private:
         }
         if (source_.alpha == AlphaKind::kStraight) {
             return count;
+        }
+        if constexpr (sizeof(Sample) == 1) {
+            return countBeforeRunWith(count, [from](std::size_t x) {
+                const uint32_t alpha = byteOf<3>(wordAt(from + 4 * x));
+                return (alpha != 0) & (alpha != 255);
+            });
         }
         return countBeforeRunWith(count, [from](std::size_t x) {
             Sample alpha;
@@ -316,6 +337,12 @@ private:
     std::size_t countTurned(const Pixel* now, std::size_t count) const {
         if (turn_ == nullptr) {
             return 0;
+        }
+        if constexpr (sizeof(Pixel) == sizeof(uint32_t)) {
+            return countBeforeRunWith(count, [now](std::size_t x) {
+                const uint32_t word = wordAt(now + x);
+                return (word != 0) & (byteOf<0>(word) != 255);
+            });
         }
         return countBeforeRunWith(count, [now](std::size_t x) {
             const auto bits = bitCast<std::array<typename Host::Sample, 4>>(now[x]);
