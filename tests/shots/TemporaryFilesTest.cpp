@@ -96,11 +96,11 @@ protected:
 };
 
 TEST_F(TemporaryFiles, AreSweptOnceTheyAreOldAndNobodys) {
-    make(".kovalune-1a.tmp", 11s);
+    make(".kovalune-1a.tmp", 13s);
     make(".kovalune-2b.tmp", 5s);
-    make(".kovalune-3c.png", 11s);
-    make("kovalune-4d.tmp", 11s);
-    make("soft.0001.png", 11s);
+    make(".kovalune-3c.png", 13s);
+    make("kovalune-4d.tmp", 13s);
+    make("soft.0001.png", 13s);
     EXPECT_EQ(sweep(), Names{".kovalune-1a.tmp"});
     EXPECT_EQ(folder_.names(),
               (Names{".kovalune-2b.tmp", ".kovalune-3c.png", "kovalune-4d.tmp", "soft.0001.png"}));
