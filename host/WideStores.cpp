@@ -22,9 +22,6 @@ void clearPlain(std::byte* bytes, std::size_t count) {
 
 #if defined(__SSE2__)
 
-/// A part of so much will have left the caches before it is looked at again.
-constexpr std::size_t kBeyondCaches = std::size_t{4} << 20;
-
 constexpr std::size_t kLine = 64; ///< of a cache
 
 /// The bytes before the first whole line.

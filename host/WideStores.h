@@ -6,6 +6,9 @@
 
 namespace kovalune::host {
 
+/// A whole of so many bytes will have left the caches before it is looked at again.
+inline constexpr std::size_t kBeyondCaches = std::size_t{4} << 20;
+
 /// Of ranges that have no byte in common.
 using ByteCopy = void (*)(std::byte* to, const std::byte* from, std::size_t count);
 using ByteClear = void (*)(std::byte* bytes, std::size_t count);

@@ -40,6 +40,12 @@ void withScales(Depth depth, const Use& use) {
     }
 }
 
+/// The alpha of an opaque pixel.
+template <class Scale>
+typename Scale::Sample fullOf() {
+    return samples::rescaled<samples::FileScale8, Scale>(255);
+}
+
 /// Pixels are worked on by so many at once.
 constexpr std::size_t kRun = 64;
 
@@ -55,7 +61,7 @@ void loadRun(Run<typename Scale::Sample>& run, const std::byte* from, std::size_
         std::memcpy(run.data(), from, count * sizeof run[0]);
         return;
     }
-    const Sample full = samples::rescaled<samples::FileScale8, Scale>(255);
+    const Sample full = fullOf<Scale>();
     for (std::size_t x = 0; x < count; ++x) {
         std::array<Sample, 3> stored;
         std::memcpy(&stored, from + x * sizeof stored, sizeof stored);
@@ -80,45 +86,75 @@ bool hasEffectsBits(const PixelBlock& block, bool isLinear) {
     return !isLinear && block.depth != Depth::kShort && block.components == Components::kRgba;
 }
 
-/// Whether a source's pixels are the effect's but for the order of their samples.
-bool isTurnAlone(const PixelBlock& source, bool isLinear) {
-    return hasEffectsBits(source, isLinear) && source.alpha == AlphaKind::kStraight;
-}
+/// The bits of a pixel's samples, at any address. Those of four bytes are one number: compilers take many of these at a time, which
+/// they do not of single bytes.
+template <class Sample>
+class PixelBits {
+public:
+    explicit PixelBits(const void* pixel) { std::memcpy(&bits_, pixel, sizeof bits_); }
 
-/// How many of the pixels from 0 on stand before the first run with one for which `isOther(x)`; at most `count`.
+    /// By its place in memory.
+    template <int index>
+    uint32_t sample() const {
+        if constexpr (kIsWord) {
+            constexpr int kPlace = std::endian::native == std::endian::little ? index : 3 - index;
+            return bits_ >> (8 * kPlace) & 0xFF;
+        } else {
+            return bits_[index];
+        }
+    }
+    bool areZero() const {
+        if constexpr (kIsWord) {
+            return bits_ == 0;
+        } else {
+            return (bits_[0] | bits_[1] | bits_[2] | bits_[3]) == 0;
+        }
+    }
+
+private:
+    static constexpr bool kIsWord = sizeof(Sample) == 1;
+
+    std::conditional_t<kIsWord, uint32_t, std::array<Sample, 4>> bits_;
+};
+
+/// How many of the pixels from `first` on stand before the first run with one for which `isOther(x)`.
 template <class IsOther>
-std::size_t countBeforeRunWith(std::size_t count, const IsOther& isOther) {
-    std::size_t x = 0;
-    while (x < count) {
-        const std::size_t end = std::min(x + kRun, count);
+std::size_t countBeforeRunWith(std::size_t first, std::size_t end, const IsOther& isOther) {
+    std::size_t x = first;
+    while (x < end) {
+        const std::size_t runEnd = std::min(x + kRun, end);
         uint32_t any = 0; // a number, so that compilers take some pixels at a time
-        for (std::size_t i = x; i < end; ++i) {
+        for (std::size_t i = x; i < runEnd; ++i) {
             any |= isOther(i) ? 1U : 0U;
         }
         if (any != 0) {
             break;
         }
-        x = end;
+        x = runEnd;
     }
-    return x;
+    return x - first;
+}
+
+/// Takes a row apart: turn(x, count) for the countTurned(x) pixels from x on that only change their order, run(x, count) for a run
+/// of others.
+template <class CountTurned, class Turn, class OtherRun>
+void forEachStretch(std::size_t width, const CountTurned& countTurned, const Turn& turn,
+                    const OtherRun& run) {
+    std::size_t x = 0;
+    while (x < width) {
+        std::size_t count = countTurned(x);
+        if (count != 0) {
+            turn(x, count);
+        } else {
+            count = std::min(kRun, width - x);
+            run(x, count);
+        }
+        x += count;
+    }
 }
 
 std::size_t pictureBytes(const host::Image& image) {
     return image.rowBytes() * static_cast<std::size_t>(image.height());
-}
-
-/// A pixel of bytes as one number. Compilers take many of these at a time, which they do not of single bytes.
-uint32_t wordAt(const void* pixel) {
-    uint32_t word = 0;
-    std::memcpy(&word, pixel, sizeof word);
-    return word;
-}
-
-/// The one that stands there in memory.
-template <int index>
-uint32_t byteOf(uint32_t word) {
-    constexpr int kPlace = std::endian::native == std::endian::little ? index : 3 - index;
-    return word >> (8 * kPlace) & 0xFF;
 }
 
 /// Row `y` of a picture counts from its top, that of a block from the bottom of the plane.
@@ -143,48 +179,34 @@ public:
         auto* const pixels = &image_.at<Pixel>(0, y);
         const auto width = static_cast<std::size_t>(source_.width());
         const std::byte* const row = source_.at(source_.bounds.x1, planeRow(source_.bounds, y));
-        std::size_t x = 0;
-        while (x < width) {
-            const std::byte* const from = row + x * source_.pixelBytes();
-            std::size_t count = countTurned(from, width - x);
-            if (count != 0) {
-                turn_(image_.row(y) + x * sizeof(Pixel), from, count);
-            } else {
-                count = std::min(kRun, width - x);
-                loadRun<File>(run_, from, count, source_.components);
+        forEachStretch(
+            width, [&](std::size_t x) { return countTurned(row, x, width); },
+            [&](std::size_t x, std::size_t count) {
+                turn_(image_.row(y) + x * sizeof(Pixel), row + x * source_.pixelBytes(), count);
+            },
+            [&](std::size_t x, std::size_t count) {
+                loadRun<File>(run_, row + x * source_.pixelBytes(), count, source_.components);
                 turnRun(pixels + x, count);
-            }
-            x += count;
-        }
+            });
     }
 
 private:
     using Sample = typename File::Sample;
     using Pixel = typename Host::Pixel;
 
-    /// How many pixels from here on only turn: none of them has an alpha to divide by.
-    std::size_t countTurned(const std::byte* from, std::size_t count) const {
+    /// Of the pixels from x on: none of those has an alpha to divide by.
+    std::size_t countTurned(const std::byte* row, std::size_t x, std::size_t width) const {
         if (turn_ == nullptr) {
             return 0;
         }
         if (source_.alpha == AlphaKind::kStraight) {
-            return count;
+            return width - x;
         }
-        if constexpr (sizeof(Sample) == 1) {
-            return countBeforeRunWith(count, [from](std::size_t x) {
-                const uint32_t alpha = byteOf<3>(wordAt(from + 4 * x));
-                return (alpha != 0) & (alpha != 255);
-            });
-        }
-        return countBeforeRunWith(count, [from](std::size_t x) {
-            Sample alpha;
-            std::memcpy(&alpha, from + (4 * x + 3) * sizeof alpha, sizeof alpha);
-            return divides(alpha);
+        const uint32_t full = fullOf<File>();
+        return countBeforeRunWith(x, width, [row, full](std::size_t i) {
+            const uint32_t alpha = PixelBits<Sample>(row + i * 4 * sizeof(Sample)).template sample<3>();
+            return (alpha != 0) & (alpha != full);
         });
-    }
-
-    static bool divides(Sample alpha) {
-        return alpha != 0 && alpha != samples::rescaled<samples::FileScale8, File>(255);
     }
 
     void turnRun(Pixel* pixels, std::size_t count) {
@@ -207,8 +229,9 @@ private:
     }
 
     void divide(Pixel* pixels, std::size_t count) const {
+        const Sample full = fullOf<File>();
         for (std::size_t x = 0; x < count; ++x) {
-            if (divides(run_[x].alpha)) {
+            if (run_[x].alpha != 0 && run_[x].alpha != full) {
                 pixels[x] = hostPixel_(run_[x]);
             }
         }
@@ -262,36 +285,7 @@ AlphaKind kindOf(const PixelBlock& output) {
     return output.components == Components::kRgb ? AlphaKind::kPremultiplied : output.alpha;
 }
 
-/// Whether every value of the output is one of the effect's and the other way round: what is unchanged then comes out by itself.
-bool isTurnAlone(const PixelBlock& output, const Rendered& rendered) {
-    const PixelBlock& source = rendered.source;
-    return isTurnAlone(output, rendered.isLinear) && output.depth == source.depth &&
-           source.alpha == AlphaKind::kStraight;
-}
-
-/// Rows of the part of the window that has a source, in the output's form already but for alpha, which goes to the end.
-class RowsTurned {
-public:
-    RowsTurned(const PixelBlock& output, const RectI& window, const Rendered& rendered)
-        : output_(output), window_(window), rendered_(rendered),
-          turn_(turnTo(SampleOrder::kAlphaLast, bytesOf(output.depth), pictureBytes(rendered.result))) {}
-
-    void write(int y) {
-        const RectI& bounds = rendered_.source.bounds;
-        const std::byte* const row = rendered_.result.row(bounds.y2 - 1 - y);
-        turn_(output_.at(window_.x1, y),
-              row + static_cast<std::size_t>(window_.x1 - bounds.x1) * output_.pixelBytes(),
-              static_cast<std::size_t>(window_.x2 - window_.x1));
-    }
-
-private:
-    const PixelBlock& output_;
-    const RectI window_;
-    const Rendered& rendered_;
-    RowTurn turn_;
-};
-
-/// The same of every other output.
+/// Rows of the part of the window that has a source.
 template <class Host, class From, class To>
 class RowsOut {
 public:
@@ -300,7 +294,8 @@ public:
           choice_({rendered.source.alpha, rendered.isLinear}, {kindOf(output), rendered.isLinear}),
           bitsStay_(std::is_same_v<From, To> && rendered.source.components == output.components &&
                     (rendered.source.alpha == output.alpha || output.components == Components::kRgb)) {
-        if (bitsStay_ && hasEffectsBits(output, rendered.isLinear)) {
+        if (std::is_same_v<From, To> && rendered.source.alpha == output.alpha &&
+            hasEffectsBits(output, rendered.isLinear)) {
             turn_ = turnTo(SampleOrder::kAlphaLast, bytesOf(output.depth), pictureBytes(rendered.result));
         }
     }
@@ -313,41 +308,37 @@ public:
         const auto* const before = &rendered_.image.template at<Pixel>(imageX, imageY);
         const std::byte* const from = source.at(window_.x1, y);
         std::byte* const to = output_.at(window_.x1, y);
-        const std::byte* const turned =
-            rendered_.result.row(imageY) + static_cast<std::size_t>(imageX) * sizeof(Pixel);
         const auto width = static_cast<std::size_t>(window_.x2 - window_.x1);
-        std::size_t x = 0;
-        while (x < width) {
-            std::size_t count = countTurned(now + x, width - x);
-            if (count != 0) {
-                turn_(to + x * output_.pixelBytes(), turned + x * sizeof(Pixel), count);
-            } else {
-                count = std::min(kRun, width - x);
+        forEachStretch(
+            width, [&](std::size_t x) { return countTurned(now, x, width); },
+            [&](std::size_t x, std::size_t count) {
+                turn_(to + x * output_.pixelBytes(), bytes(now + x), count);
+            },
+            [&](std::size_t x, std::size_t count) {
                 writeRun(to + x * output_.pixelBytes(), from + x * source.pixelBytes(), now + x, before + x,
                          count);
-            }
-            x += count;
-        }
+            });
     }
 
 private:
     using Pixel = typename Host::Pixel;
 
-    /// How many pixels from here on only turn: those that multiplying leaves alone, whether the effect has changed them or not.
-    std::size_t countTurned(const Pixel* now, std::size_t count) const {
+    static const std::byte* bytes(const Pixel* pixels) {
+        return static_cast<const std::byte*>(static_cast<const void*>(pixels));
+    }
+
+    /// Of the pixels from x on: multiplying leaves those alone, whether the effect has changed them or not.
+    std::size_t countTurned(const Pixel* now, std::size_t x, std::size_t width) const {
         if (turn_ == nullptr) {
             return 0;
         }
-        if constexpr (sizeof(Pixel) == sizeof(uint32_t)) {
-            return countBeforeRunWith(count, [now](std::size_t x) {
-                const uint32_t word = wordAt(now + x);
-                return (word != 0) & (byteOf<0>(word) != 255);
-            });
+        if (output_.alpha == AlphaKind::kStraight) {
+            return width - x;
         }
-        return countBeforeRunWith(count, [now](std::size_t x) {
-            const auto bits = bitCast<std::array<typename Host::Sample, 4>>(now[x]);
-            return bits[0] != samples::rescaled<samples::FileScale8, Host>(255) &&
-                   (bits[0] | bits[1] | bits[2] | bits[3]) != 0;
+        const uint32_t full = fullOf<Host>();
+        return countBeforeRunWith(x, width, [now, full](std::size_t i) {
+            const PixelBits<typename Host::Sample> bits(now + i);
+            return (bits.areZero() ? 0U : 1U) & (bits.template sample<0>() != full ? 1U : 0U);
         });
     }
 
@@ -429,10 +420,6 @@ void giveOut(const PixelBlock& output, const RectI& window, const Rendered& rend
     withScales(rendered.source.depth, [&](auto from, auto host) {
         using From = decltype(from);
         using EffectScale = decltype(host);
-        if (isTurnAlone(output, rendered)) {
-            writeWith([&] { return std::make_unique<RowsTurned>(output, inner, rendered); });
-            return;
-        }
         withScales(output.depth, [&](auto to, auto) {
             writeWith([&] {
                 return std::make_unique<RowsOut<EffectScale, From, decltype(to)>>(output, inner, rendered);

@@ -1,5 +1,7 @@
 #include "adapters/openfx/SampleOrder.h"
 
+#include "host/WideStores.h"
+
 #include <bit>
 #include <cstring>
 
@@ -68,8 +70,7 @@ RowTurn turnFor(std::size_t sampleBytes, [[maybe_unused]] std::size_t pictureByt
         return turnBytes<order>;
     }
 #if defined(__SSE2__)
-    constexpr std::size_t kBeyondCaches = std::size_t{4} << 20;
-    if (pictureBytes >= kBeyondCaches) {
+    if (pictureBytes >= host::kBeyondCaches) {
         return turnWordsPastCaches<order>;
     }
 #endif

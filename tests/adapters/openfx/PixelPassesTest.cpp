@@ -120,12 +120,6 @@ protected:
     static constexpr int kWidth = 401;
     static constexpr int kHeight = 9;
 
-    /// Bits, so that a NaN is itself.
-    static bool areSame(const FilePixel<Sample>& a, const FilePixel<Sample>& b) {
-        // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits are meant
-        return std::memcmp(&a, &b, sizeof a) == 0;
-    }
-
     static void compare(Random& random, AlphaKind from, AlphaKind to, const host::RowWork& work) {
         Pixels<Sample> source(Form::kDepth, from, kWidth, kHeight);
         fill<File>(source, random);
@@ -139,8 +133,7 @@ protected:
             for (int x = 0; x < kWidth; ++x) {
                 const Pixel expected = straight(source.at(x, kHeight - 1 - y));
                 const Pixel& found = image.at<Pixel>(x, y);
-                // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison): the bits are meant
-                ASSERT_EQ(std::memcmp(&found, &expected, sizeof found), 0) << x << ", " << y;
+                ASSERT_TRUE(samples::sameBits(found, expected)) << x << ", " << y;
                 if (x == end) {
                     changes = random.chance(50);
                     end = x + 1 + random.below(100);
@@ -156,9 +149,9 @@ protected:
         for (int y = 0; y < kHeight; ++y) {
             for (int x = 0; x < kWidth; ++x) {
                 const int planeY = kHeight - 1 - y;
-                ASSERT_TRUE(
-                    areSame(output.at(x, planeY),
-                            choice(result.at<Pixel>(x, y), image.at<Pixel>(x, y), source.at(x, planeY))))
+                ASSERT_TRUE(samples::sameBits(
+                    output.at(x, planeY),
+                    choice(result.at<Pixel>(x, y), image.at<Pixel>(x, y), source.at(x, planeY))))
                     << x << ", " << y;
             }
         }
