@@ -202,23 +202,25 @@ inline double numberOf(uint32_t bits) {
     return static_cast<double>(number);
 }
 
-/// The sizes of numbers, as their exponents: all but zeros.
+/// The sizes of numbers: of all but zeros the least, less 1, and the greatest, as bits without a sign.
 struct Sizes {
     static constexpr uint32_t kLargestFinite = 254;
     static constexpr uint32_t kSpareBits = 14;
+    static constexpr uint32_t kNone = ~uint32_t{0};
 
-    uint32_t smallest = kLargestFinite;
-    uint32_t largest = 0;
+    uint32_t least = kNone;
+    uint32_t greatest = 0;
 
     void add(uint32_t bits) {
-        const uint32_t size = bits >> 23 & 0xFF;
-        // Below the smallest exponent numbers lose bits and not size.
-        const uint32_t least = size != 0 ? size : 1;
-        const uint32_t counted = (bits & 0x7FFFFFFF) != 0 ? least : kLargestFinite;
-        smallest = counted < smallest ? counted : smallest;
-        largest = size > largest ? size : largest;
+        const uint32_t size = bits & 0x7FFFFFFF;
+        least = size - 1 < least ? size - 1 : least; // of 0 more than of any other
+        greatest = size > greatest ? size : greatest;
     }
     bool sumsAreExact() const {
+        const uint32_t largest = greatest >> 23;
+        const uint32_t exponent = least != kNone ? (least + 1) >> 23 : kLargestFinite;
+        // Below the smallest exponent numbers lose bits and not size.
+        const uint32_t smallest = exponent != 0 ? exponent : 1;
         return largest <= kLargestFinite && (largest <= smallest || largest - smallest <= kSpareBits);
     }
 };
