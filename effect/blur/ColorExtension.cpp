@@ -137,8 +137,13 @@ Columns columnsOfTile(const Columns& all, int32_t tile) {
 
 /// Looks row by row which of some tiles have anything there, and takes each pixel for one without a nearest entry.
 void readActiveRows(ExtendRecord& record, const ExtendTile& tile, const Columns& all) {
+    constexpr int32_t kRowsAhead = 8;
     const int32_t height = record.rect.height();
     for (int32_t y = 0; y < height; ++y) {
+        const int32_t ahead = std::min(y + kRowsAhead, height - 1);
+        prefetchPart(record.seedMask.row(ahead) + all.left, all.count);
+        prefetchPart(record.horizontalReach.row(ahead) + all.left, all.count);
+        prefetchPart(record.nearestInColumn.row(ahead) + all.left, all.count);
         std::fill_n(record.nearestInColumn.row(y) + all.left, all.count, ExtendRecord::kNoRow);
         for (int32_t t = 0; t * ExtendTile::kColumns < all.count; ++t) {
             tile.activeRows(t)[y] = isActive(record, y, columnsOfTile(all, t)) ? 1 : 0;

@@ -69,7 +69,7 @@ public:
                  const Lay& lay) const {
         for (int32_t y = 0; y < height_; ++y) {
             if (y + kRows < height_) {
-                prefetchRow(rowOf<Format>(*record.dst, record.rect, y + kRows) + left, columns);
+                prefetchEnds(rowOf<Format>(*record.dst, record.rect, y + kRows) + left, columns);
             }
             const uint8_t* const counted = masks.counted.row(y) + left;
             Pixel* const row = rowOf<Format>(*record.dst, record.rect, y) + left;
@@ -89,6 +89,8 @@ private:
     /// The rows that are taken apart at once: what fills a cache line of each column.
     static constexpr int32_t kRows = 8;
 
+    static constexpr int32_t kRowsAhead = 16; ///< that masks are asked for
+
     /// Lines have room for whole blocks of rows, and stand an odd number of cache lines apart, so that a row of them does not
     /// fall on one set of a cache.
     template <class T>
@@ -99,8 +101,8 @@ private:
     }
     static std::size_t at(int32_t c, std::size_t step) { return sizeProduct<std::size_t>(c, step); }
 
-    /// Rows lie far apart, so that no processor sees the next one coming.
-    static void prefetchRow(const Pixel* row, int32_t columns) {
+    /// The one cache line between, or two, come along.
+    static void prefetchEnds(const Pixel* row, int32_t columns) {
         __builtin_prefetch(row);
         __builtin_prefetch(row + columns - 1);
     }
@@ -175,6 +177,7 @@ private:
         MaskRow all = ~MaskRow{};
         for (int32_t r = 0; r < std::min(rows, kRows); ++r) {
             const uint8_t* const row = mask.row(y + r) + left;
+            __builtin_prefetch(mask.row(std::min(y + r + kRowsAhead, height_ - 1)) + left + columns - 1);
             if (columns == kColumns) {
                 std::memcpy(&block[r], row, std::size_t{kColumns}); // one load
             } else {
@@ -213,7 +216,7 @@ private:
             row[r] = rowOf<Format>(*record.src, record.rect, y + std::min(r, rows - 1)) + left;
         }
         for (int32_t r = 0; r < kRows && y + kRows + r < height_; ++r) {
-            prefetchRow(rowOf<Format>(*record.src, record.rect, y + kRows + r) + left, columns);
+            prefetchEnds(rowOf<Format>(*record.src, record.rect, y + kRows + r) + left, columns);
         }
         int32_t c = 0;
         if constexpr (sizeof(Pixel) == sizeof(uint64_t)) {
