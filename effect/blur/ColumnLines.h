@@ -68,7 +68,7 @@ public:
     void scatter(const Record& record, const LineMasks& masks, int32_t left, int32_t columns,
                  const Lay& lay) const {
         for (int32_t y = 0; y < height_; ++y) {
-            if (y + kRows < height_) {
+            if (y + kRows < height_ && mayHold(masks.counted.row(y + kRows) + left, columns)) {
                 prefetchEnds(rowOf<Format>(*record.dst, record.rect, y + kRows) + left, columns);
             }
             const uint8_t* const counted = masks.counted.row(y) + left;
@@ -120,6 +120,9 @@ private:
     /// What of some places is masked in. A mask's elements are mostly 1; others may count as some only.
     enum class Held : uint8_t { kNone, kSome, kAll };
 
+    static bool mayHold(const uint8_t* mask, int32_t columns) {
+        return columns < kColumns || heldOf(mask) != Held::kNone;
+    }
     static Held heldOf(const uint8_t* mask) {
         uint64_t any = 0;
         uint64_t all = kOnes;

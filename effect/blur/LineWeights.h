@@ -38,12 +38,17 @@ public:
             taps_[kMaxTaps - k] = tap;
             doubles_[k] = static_cast<double>(tap) * (1.0 / kWeightOne);
         }
+        const int32_t past = kMaxTaps + reach_; // of the places with a tap
         uint32_t sum = 0;
-        for (int32_t k = 0; k <= kSides + kBlockPixels; ++k) {
-            sum += k <= kSides ? taps_[k] : 0U;
+        for (int32_t k = kMaxTaps - reach_; k <= past; ++k) {
+            sum += taps_[k];
             sums_[k] = sum;
             doubleSums_[k] = static_cast<double>(sum) * (1.0 / kWeightOne);
         }
+        std::fill(sums_, sums_ + kMaxTaps - reach_, 0U);
+        std::fill(sums_ + past + 1, sums_ + kSides + 1 + kBlockPixels, sum);
+        std::fill(doubleSums_, doubleSums_ + kMaxTaps - reach_, 0.0);
+        std::fill(doubleSums_ + past + 1, doubleSums_ + kSides + 1 + kBlockPixels, doubleSums_[past]);
     }
 
     /// How far a core reaches to either side.
