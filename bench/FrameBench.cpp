@@ -8,6 +8,7 @@
 #include "host/Host.h"
 #include "host/Session.h"
 #include "hostapi/EntryPoint.h"
+#include "render/LinkedEffect.h"
 
 #include <stdexcept>
 #include <string>
@@ -15,12 +16,22 @@
 namespace kovalune::bench {
 namespace {
 
+/// A reference host as a test has it: one band a thread.
+host::HostOptions oneBandAThread() {
+    return {};
+}
+
+/// As the tools have it, which divide a pass finely, so that a frame is the same on every machine.
+host::HostOptions bandsOfTools() {
+    return render::toolOptions();
+}
+
 /// In the memory that the pictures lie in, as a tool that has them in the effect's own formats renders them. Argument:
 /// source.
-template <PF_PixelFormat format, FrameSetting setting, int64_t scale = kFullHd>
+template <PF_PixelFormat format, FrameSetting setting, int64_t scale = kFullHd,
+          host::HostOptions (*hostOptions)() = oneBandAThread>
 void frame(benchmark::State& state) {
-    host::HostOptions options;
-    host::Host host(options);
+    host::Host host(hostOptions());
     host::EffectModule module = host::EffectModule::linked(EntryPointFunc, host::SetDown::kNever);
     host::Session session(host, module);
     setting(session);
@@ -64,10 +75,24 @@ void registerLargeFrames(const std::string& name) {
         benchmark::RegisterBenchmark((name + " all stages").c_str(), frame<format, useAllStages, kUltraHd>));
 }
 
+template <PF_PixelFormat format>
+void registerToolFrames(const std::string& name) {
+    const auto add = [&name](const char* setting, void (*bench)(benchmark::State&)) {
+        onBoth(benchmark::RegisterBenchmark((name + " " + setting).c_str(), bench));
+    };
+    add("defaults", frame<format, useDefaults, kFullHd, bandsOfTools>);
+    add("base 10", frame<format, useBase<10>, kFullHd, bandsOfTools>);
+    add("all stages", frame<format, useAllStages, kFullHd, bandsOfTools>);
+    add("largest", frame<format, useLargest, kFullHd, bandsOfTools>);
+}
+
 [[maybe_unused]] const bool kRegistered = [] {
     registerFrames<PF_PixelFormat_ARGB32>("frame8");
     registerFrames<PF_PixelFormat_ARGB64>("frame16");
     registerFrames<PF_PixelFormat_ARGB128>("frame32");
+    registerToolFrames<PF_PixelFormat_ARGB32>("frameTool8");
+    registerToolFrames<PF_PixelFormat_ARGB64>("frameTool16");
+    registerToolFrames<PF_PixelFormat_ARGB128>("frameTool32");
     registerLargeFrames<PF_PixelFormat_ARGB32>("frameUhd8");
     registerLargeFrames<PF_PixelFormat_ARGB64>("frameUhd16");
     registerLargeFrames<PF_PixelFormat_ARGB128>("frameUhd32");
